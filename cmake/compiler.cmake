@@ -1,0 +1,31 @@
+# Warnings, sanitizers and ccache, for every target of the tree.
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM)
+  # Precompiled headers are only cached when ccache is told that their time stamps do not matter.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
+    CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE_PROGRAM})
+endif()
+
+add_library(zv_flags INTERFACE)
+target_compile_options(zv_flags INTERFACE -Wall -Wextra -Wpedantic)
+target_compile_definitions(zv_flags INTERFACE QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_NO_FOREACH)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(zv_flags INTERFACE -fpch-preprocess)
+endif()
+
+if(ZARVELA_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+# zv_floor(NAME folder DEPENDS ...): one floor of the house as a static library. A floor links only those below
+# it; `tests/lint/floors.sh` sees to it that no file includes upward.
+function(zv_floor name folder)
+  cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.h
+    ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.ui)
+  add_library(${name} STATIC ${sources})
+  target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(${name} PUBLIC ${ARG_DEPENDS} PRIVATE zv_flags)
+endfunction()

@@ -1,0 +1,111 @@
+#pragma once
+
+#include <QIcon>
+#include <QUrl>
+#include <QWidget>
+#include <functional>
+#include <memory>
+
+#include "browser/dialogs/page_properties.h"
+#include "browser/engine/engine.h"
+
+class QWebEnginePage;
+class QWebEngineView;
+class QWebEngineNewWindowRequest;
+
+// One navigation that is about to happen. Set `cancel` to stop it.
+struct TNavigation {
+  QString address;
+  bool mainFrame = true;
+  bool linkClicked = false;   // The user clicked a link or submitted a form with it.
+  bool reload = false;
+  bool historyMove = false;   // Back or forward.
+  bool cancel = false;
+};
+
+enum class TBrowserCommand { Forward = 1, Back = 2, Other = -1 };
+
+// The program's own wrapper around the engine's view: every tab owns one, and the page commands of the main window reach
+// the engine only through it. The engine's view is made when the first address is opened, so that a tab that was never
+// shown costs almost nothing.
+class THalvexBrowser final : public QWidget {
+  Q_OBJECT
+
+ public:
+  // `owner` is the window that dialogs belong to; `userAgent` is appended to the engine's user agent when not empty.
+  THalvexBrowser(QWidget *owner, TEngine &engine, TDownloadControlOptionSet options, const QString &userAgent,
+                 QWidget *parent = nullptr);
+  ~THalvexBrowser() override;
+
+  // Opens what can be an address: a URL, a host name, or the path of a local file. Never fails; what cannot be loaded
+  // shows the load-error page.
+  void Navigate(const QString &address);
+  void ShowBlank();
+  void GoBack();
+  void GoForward();
+  void Stop();
+  void Refresh();             // normal
+  void RefreshCompletely();   // past the cache
+
+  [[nodiscard]] QString LocationUrl() const;    // the page's address; what was asked for while an error page shows
+  [[nodiscard]] QString LocationName() const;   // the page's title
+  [[nodiscard]] QIcon Icon() const;
+  [[nodiscard]] bool CanGoBack() const;
+  [[nodiscard]] bool CanGoForward() const;
+
+  // The standard commands. Cut, copy, paste and find give the page the keyboard first.
+  void SaveAs();
+  void Print();
+  void PrintWithoutAsking();
+  void PrintPreview();
+  void PageSetup();
+  void Properties();
+  void Cut();
+  void Copy();
+  void Paste();
+  void SelectAll();
+  void Undo();
+  void Redo();
+  void SetZoom(int zoom);     // 0 smallest .. 4 largest; others do nothing
+  [[nodiscard]] int Zoom() const;
+  void FindOnPage();          // opens the find bar
+  void FindNext(bool forward);
+  void ViewSource();          // emits ViewSourceRequested
+
+  // Writes the page to a new file "*.htm" in the temporary folder; `done` gets its path, empty on failure. With
+  // `insertBase` the source gets a base element with the page's address, so that relative links keep working elsewhere.
+  void SaveToTemporaryFile(bool insertBase, const std::function<void(const QString &)> &done);
+  // Fills in what the engine knows and asks the page for the rest.
+  void CollectProperties(const std::function<void(const TPageProperties &)> &done);
+
+  [[nodiscard]] TDownloadControlOptionSet DownloadControlOptions() const;
+  // Holds from the next navigation on.
+  void SetDownloadControlOptions(TDownloadControlOptionSet options);
+
+  // The engine's page, made when it is not there yet. For a new-window request and for tests.
+  [[nodiscard]] QWebEnginePage *EnginePage();
+  // The page if there is one.
+  [[nodiscard]] QWebEnginePage *EnginePageIfAny() const;
+  [[nodiscard]] bool HasPageFullScreen() const;
+  void LeavePageFullScreen();
+
+ Q_SIGNALS:
+  void StatusTextChanged(const QString &text);
+  void ProgressChanged(int progress, int maximum);      // progress == maximum when done
+  void CommandStateChanged(int command, bool enabled);  // 1 forward, 2 back
+  void TitleChanged(const QString &title);
+  void IconChanged();
+  void BeforeNavigate(TNavigation *navigation);         // handled synchronously; set `cancel` to stop
+  void NewWindowRequested(QWebEngineNewWindowRequest *request);  // handled synchronously
+  void NavigateComplete(const QString &address);        // top-level: the page's content has begun to arrive
+  void DocumentComplete(const QString &address);        // top-level: loaded, or failed
+  void SecureLockIconChanged(int value);                // 0 none .. 6, see TPageProperties::encryptionLevel
+  void OpenInNewTabRequested(const QString &address, bool background);
+  void ViewSourceRequested(const QString &address, const QString &source);
+  void PageFullScreenRequested(bool on);
+  void FocusReceived();
+
+ private:
+  struct TPrivate;
+  std::unique_ptr<TPrivate> d;
+};

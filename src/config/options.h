@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include "config/settings_table.h"
+#include "platform/registry_store.h"
+
+// The user's settings, by name. An object keeps no copy of any value: a getter reads the store, a setter writes it at
+// once. Make one where it is needed, use it, and let it go.
+
+class TZVOptions final {
+ public:
+  explicit TZVOptions(TRegistryStore &store);
+
+  // The stored value, or the table's default where it is absent or is not a number.
+  [[nodiscard]] bool Get(const TFlagSetting &setting) const;
+  [[nodiscard]] int Get(const TIntegerSetting &setting) const;
+  [[nodiscard]] QString Get(const TStringSetting &setting) const;
+  // Stores at once. A refused write is not reported.
+  void Set(const TFlagSetting &setting, bool value);
+  void Set(const TIntegerSetting &setting, int value);
+  void Set(const TStringSetting &setting, const QString &value);
+
+  // Address completion: 1 inline ("IE4"), 2 drop-down ("IE5"), 0 none.
+  [[nodiscard]] int AutoCompleteMode() const;
+  void SetAutoCompleteMode(int mode);
+
+  // The lists. Name-and-value lists are lines "name=value" in the store's order; their writers replace the whole key in
+  // one transaction.
+  [[nodiscard]] QStringList LastOpenSites() const;
+  [[nodiscard]] QStringList SearchEngines() const;
+  [[nodiscard]] QStringList SearchBarEntries() const;
+  [[nodiscard]] QStringList QuickSearchEntries() const;
+  [[nodiscard]] QStringList PopupList() const;
+  [[nodiscard]] QStringList BrowserHelperObjects() const;
+  void SetLastOpenSites(const QStringList &lines);
+  void SetSearchEngines(const QStringList &lines);
+  void SetSearchBarEntries(const QStringList &lines);
+  void SetQuickSearchEntries(const QStringList &lines);
+  void SetPopupList(const QStringList &addresses);
+
+  // Removes the retired value "ZVID".
+  void RemoveZvid();
+
+  // The part of a "name=address" line behind the "=" that stands before "http://" or, failing that, "https://"; a line
+  // holding neither is returned whole. Addresses that hold "=" themselves survive this way.
+  [[nodiscard]] static QString AddressOfLine(const QString &line);
+
+  [[nodiscard]] TRegistryStore &Store() const { return m_store; }
+
+ private:
+  TRegistryStore &m_store;
+};

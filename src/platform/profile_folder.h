@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QLockFile>
+#include <QString>
+#include <memory>
+
+// A folder for the engine's profile that no other running process uses. The engine must not share one between two
+// processes, so a further instance takes the next free one ("profile", "profile-2", ...); the hold ends with the object
+// or with the process. Where no folder can be made, IsHeld() is false and the profile should keep nothing on disk.
+class TProfileFolder final {
+ public:
+  TProfileFolder();
+  [[nodiscard]] bool IsHeld() const { return m_lock != nullptr; }
+  [[nodiscard]] const QString &StoragePath() const { return m_storagePath; }
+  [[nodiscard]] const QString &CachePath() const { return m_cachePath; }
+
+ private:
+  std::unique_ptr<QLockFile> m_lock;
+  QString m_storagePath;
+  QString m_cachePath;
+};

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <functional>
+#include <memory>
+#include <optional>
+
+// The settings store: a tree of keys that hold named string or integer values.
+//
+// Key paths are written with backslashes ("Software\Velmora\Zarvela"); a leading or trailing backslash means nothing.
+// Key and value names compare without regard to case and keep the spelling in which they were first written. Values are
+// listed in the order in which they were first written; writing a value again keeps its place. Several processes may
+// have the same file open: each call is a transaction of its own and sees what others have committed before it.
+
+enum class TRegistryHive { CurrentUser, LocalMachine, ClassesRoot };
+
+struct TRegistryValue {
+  QString name;
+  QString data;            // An integer value is given as its decimal text.
+  bool isInteger = false;
+};
+
+class TRegistryStore final {
+ public:
+  // Opens the store in `filePath`, making it and its folder when missing. A file that is not a readable store is moved
+  // aside to a new name beside it (see SetAsideFile) and a fresh one is begun. Where nothing can be written the store
+  // opens read-only, or, when nothing can be read either, empty and in memory only: no call ever fails hard.
+  explicit TRegistryStore(const QString &filePath);
+  ~TRegistryStore();
+  TRegistryStore(const TRegistryStore &) = delete;
+  TRegistryStore &operator=(const TRegistryStore &) = delete;
+
+  [[nodiscard]] QString FilePath() const;
+  // The name that a damaged file was given when the store was opened; empty when nothing was wrong.
+  [[nodiscard]] QString SetAsideFile() const;
+  // False when writes are refused (a read-only folder, say). Reads still work; writers return false.
+  [[nodiscard]] bool IsWritable() const;
+
+  [[nodiscard]] bool KeyExists(TRegistryHive hive, const QString &key) const;
+  bool CreateKey(TRegistryHive hive, const QString &key);
+  // Deletes the key with its subkeys and values. Deleting what is not there succeeds.
+  bool DeleteKey(TRegistryHive hive, const QString &key);
+  [[nodiscard]] QStringList Subkeys(TRegistryHive hive, const QString &key) const;
+  [[nodiscard]] QList<TRegistryValue> Values(TRegistryHive hive, const QString &key) const;
+
+  // An absent value is std::nullopt; an empty value name names the key's unnamed value.
+  [[nodiscard]] std::optional<QString> Read(TRegistryHive hive, const QString &key, const QString &name) const;
+  bool Write(TRegistryHive hive, const QString &key, const QString &name, const QString &data);
+  bool WriteInteger(TRegistryHive hive, const QString &key, const QString &name, qint64 data);
+  bool DeleteValue(TRegistryHive hive, const QString &key, const QString &name);
+
+  // Replaces the whole key (subkeys too) by `values`, in order, in one transaction. An empty list deletes the key.
+  bool ReplaceKey(TRegistryHive hive, const QString &key, const QList<TRegistryValue> &values);
+
+  // Runs `work` inside one transaction, so that its writes reach the disk together or not at all. May be nested.
+  bool InTransaction(const std::function<bool()> &work);
+
+ private:
+  struct TPrivate;
+  std::unique_ptr<TPrivate> d;
+};

@@ -1,0 +1,17 @@
+#!/bin/sh
+# Runs a test program with folders of its own for settings, data, cache and run time, offscreen, and clears them away.
+set -u
+home=$(mktemp -d "${TMPDIR:-/tmp}/zarvela-test.XXXXXX") || exit 1
+mkdir -p "$home/config" "$home/data" "$home/cache" "$home/run" "$home/tmp"
+chmod 700 "$home/run"
+export HOME="$home" XDG_CONFIG_HOME="$home/config" XDG_DATA_HOME="$home/data" XDG_CACHE_HOME="$home/cache"
+export XDG_RUNTIME_DIR="$home/run" TMPDIR="$home/tmp" LC_ALL=C.UTF-8
+export QT_QPA_PLATFORM="${ZV_TEST_PLATFORM:-offscreen}" QT_LOGGING_RULES="qt.qpa.*=false;*.debug=false"
+export XDG_CURRENT_DESKTOP= DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
+export LSAN_OPTIONS="${LSAN_OPTIONS:-detect_leaks=0}"
+if [ "$(id -u)" = 0 ]; then export QTWEBENGINE_DISABLE_SANDBOX=1; fi
+"$@"
+code=$?
+chmod -R u+w "$home" 2>/dev/null
+rm -rf "$home"
+exit $code
