@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QPointer>
+#include <QSet>
+#include <QUrl>
+#include <QWebEnginePage>
+
+class QAuthenticator;
+class TFullScreenNotice;
+class TLanguage;
+class TPermissionBar;
+class TSignInDialog;
+
+// What a page asks of its user besides script dialogs: to sign in, for permissions, for a client certificate. It connects
+// itself to the page and belongs to it. Protocol handlers are refused quietly.
+class TPagePrompts final : public QObject {
+  Q_OBJECT
+
+ public:
+  // Dialogs belong to the window of `owner`.
+  TPagePrompts(QWebEnginePage *page, QWidget *owner, const TLanguage &language);
+  ~TPagePrompts() override;
+
+  // The bar with permission questions, to be laid out above the page; it shows and hides itself. It belongs to `owner`
+  // until it is put into a layout elsewhere.
+  [[nodiscard]] QWidget *Bar() const;
+
+  // Tells the user how to leave full screen, over the top of `over`, for a few seconds. Call it when the page's request
+  // for full screen was accepted, and the other one when full screen ends.
+  void ShowFullScreenNotice(QWidget *over, const QUrl &origin);
+  void HideFullScreenNotice();
+
+ private:
+  struct TPermissionRequest {
+    QUrl origin;
+    QWebEnginePage::Feature feature;
+    bool operator==(const TPermissionRequest &other) const {
+      return origin == other.origin && feature == other.feature;
+    }
+  };
+
+  void AskPermission(const QUrl &origin, QWebEnginePage::Feature feature);
+  void AskNextPermission();
+  void FinishPermission(bool allow, bool remember);
+  void ForgetPermissionRequests();
+  void SignIn(const QUrl &url, const QString &proxyHost, QAuthenticator *authenticator);
+  void SelectClientCertificate(QWebEngineClientCertificateSelection selection);
+
+  QWebEnginePage *m_page = nullptr;
+  QPointer<QWidget> m_owner;
+  const TLanguage &m_language;
+  QPointer<TPermissionBar> m_bar;
+  QPointer<TFullScreenNotice> m_notice;
+  QList<TPermissionRequest> m_permissionRequests;
+  QHash<QString, QPointer<TSignInDialog>> m_openSignIns;
+  QSet<QString> m_refusedSignIns;
+};

@@ -1,0 +1,113 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <QAbstractListModel>
+#include <QUrl>
+#include <vector>
+
+class QWebEngineDownloadRequest;
+class QWebEnginePage;
+class QWebEngineProfile;
+class TLanguage;
+class TRegistryStore;
+
+enum class TDownloadState {
+  Running,
+  Paused,
+  Finished,
+  Cancelled,
+  Failed,
+  NotStarted,  // came while the user was still being asked about another one; Retry asks for it
+};
+
+// Every download of the profile, newest first, for as long as the program runs; tabs may close meanwhile.
+//
+// A file goes where the user says. Names that a server suggests are made safe first, and nothing is ever overwritten
+// without the file dialog having asked. Pages that are being saved go where the caller of the save has decided.
+class TDownloadList final : public QAbstractListModel {
+  Q_OBJECT
+
+ public:
+  enum TRole {
+    PathRole = Qt::UserRole,  // QString, with folder
+    AddressRole,              // QString
+    StateRole,                // int of TDownloadState
+    ReceivedRole,             // qint64, bytes
+    TotalRole,                // qint64, bytes; -1 when not known
+    PercentRole,              // int 0..100; -1 when the total is not known
+    StatusRole,               // QString, one readable line
+  };
+
+  // Asks where to save; gets a full path that is free and returns the chosen one, empty to cancel.
+  using TChooseFile = std::function<QString(const QString &suggested)>;
+
+  TDownloadList(QWebEngineProfile &profile, const TLanguage &language, TRegistryStore &store, QObject *parent = nullptr);
+  ~TDownloadList() override;
+
+  // Replaces the file dialog. An empty function saves under the suggested free name without asking.
+  void SetChooseFile(TChooseFile chooseFile);
+  // Replaces the desktop's "open" for files and folders; returns false when it could not be opened.
+  void SetOpener(std::function<bool(const QUrl &)> opener);
+
+  // Downloads that run or are paused: they would be lost when the program ends.
+  [[nodiscard]] int ActiveCount() const;
+  void CancelAll();
+
+  [[nodiscard]] TDownloadState State(int row) const;
+  [[nodiscard]] bool CanPause(int row) const;
+  [[nodiscard]] bool CanResume(int row) const;
+  [[nodiscard]] bool CanCancel(int row) const;
+  [[nodiscard]] bool CanRetry(int row) const;
+  [[nodiscard]] bool CanOpen(int row) const;
+  // Rows out of range, and rows where the operation makes no sense, are left alone.
+  void Pause(int row);
+  void Resume(int row);
+  void Cancel(int row);
+  // Starts a failed, cancelled or not started download again, to the same file; asks where when it has none yet.
+  void Retry(int row);
+  // True when opening the file could run a program: ask the user first.
+  [[nodiscard]] bool IsExecutable(int row) const;
+  // False when the desktop could not open it.
+  bool Open(int row);
+  bool OpenFolder(int row);
+  // Takes a download that is not active out of the list; the file stays.
+  void Remove(int row);
+  void ClearFinished();
+
+  [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
+  [[nodiscard]] QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+
+ Q_SIGNALS:
+  void ActiveChanged(int count);
+  // A new download was begun; the window may want to show itself.
+  void DownloadBegun(int row);
+
+ private:
+  struct TItem;
+
+  void TakeRequest(QWebEngineDownloadRequest *request);
+  void Begin(TItem &item, QWebEngineDownloadRequest *request);
+  void Follow(TItem &item, QWebEngineDownloadRequest *request);
+  void Update(TItem &item);
+  void Announce(const TItem &item);
+  void AddItem(std::unique_ptr<TItem> item);
+  [[nodiscard]] QString ChoosePath(const QString &suggestedName);
+  [[nodiscard]] QString Folder() const;
+  void RememberFolder(const QString &path);
+  [[nodiscard]] bool IsBeingWritten(const QString &path) const;
+  [[nodiscard]] TItem *Item(int row) const;
+  [[nodiscard]] int RowOf(const TItem &item) const;
+  [[nodiscard]] QString StatusText(const TItem &item) const;
+  void CountActive();
+
+  QWebEngineProfile &m_profile;
+  const TLanguage &m_language;
+  TRegistryStore &m_store;
+  TChooseFile m_chooseFile;
+  std::function<bool(const QUrl &)> m_opener;
+  std::vector<std::unique_ptr<TItem>> m_items;
+  std::unique_ptr<QWebEnginePage> m_retryPage;
+  bool m_asking = false;
+  int m_activeCount = 0;
+};
