@@ -20,6 +20,7 @@ struct TNavigation {
   bool linkClicked = false;   // The user clicked a link or submitted a form with it.
   bool reload = false;
   bool historyMove = false;   // Back or forward.
+  bool redirect = false;      // The server or the page sent an accepted navigation on to here.
   bool cancel = false;
 };
 
@@ -97,6 +98,7 @@ class THalvexBrowser final : public QWidget {
   void IconChanged();
   void BeforeNavigate(TNavigation *navigation);         // handled synchronously; set `cancel` to stop
   void NewWindowRequested(QWebEngineNewWindowRequest *request);  // handled synchronously
+  void AddressChanged(const QString &address);          // also for jumps inside the page
   void NavigateComplete(const QString &address);        // top-level: the page's content has begun to arrive
   void DocumentComplete(const QString &address);        // top-level: loaded, or failed
   void SecureLockIconChanged(int value);                // 0 none .. 6, see TPageProperties::encryptionLevel
@@ -104,6 +106,7 @@ class THalvexBrowser final : public QWidget {
   void ViewSourceRequested(const QString &address, const QString &source);
   void PageFullScreenRequested(bool on);
   void FocusReceived();
+  void BringToFrontRequested();   // A question of the page is about to be asked and its tab should be seen.
 
  private:
   struct TPrivate;

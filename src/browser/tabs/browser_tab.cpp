@@ -1,0 +1,324 @@
+#include "browser/tabs/browser_tab.h"
+
+#include <QGuiApplication>
+#include <QInputDialog>
+#include <QVBoxLayout>
+#include <QWebEngineNewWindowRequest>
+
+#include "browser/tabs/tab_caption.h"
+#include "browser/tabs/tab_strip.h"
+#include "config/language.h"
+
+namespace {
+
+const QString AboutBlank = QStringLiteral("about:blank");
+
+bool IsHttps(const QString &address) {
+  // Exact and case-sensitive: the engine always gives schemes in lower case.
+  return address.startsWith(QLatin1String("https"));
+}
+
+}  // namespace
+
+TBrowserTab::TBrowserTab(QWidget *owner, TTabEnvironment &environment, TTabStrip &strip, bool hidden)
+    : m_environment(environment), m_strip(strip), m_hidden(hidden) {
+  m_browser = new THalvexBrowser(owner, environment.engine, environment.settings.downloadControl,
+                                 environment.settings.userAgent, this);
+  auto *layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(m_browser);
+  m_browser->setFocusPolicy(Qt::StrongFocus);
+  setFocusProxy(m_browser);
+  ConnectBrowser();
+}
+
+TBrowserTab::~TBrowserTab() = default;
+
+void TBrowserTab::ConnectBrowser() {
+  connect(m_browser, &THalvexBrowser::StatusTextChanged, this, [this](const QString &text) {
+    if (IsActive()) Q_EMIT m_strip.StatusTextChanged(text);
+  });
+  connect(m_browser, &THalvexBrowser::ProgressChanged, this, &TBrowserTab::OnProgress);
+  connect(m_browser, &THalvexBrowser::CommandStateChanged, this, &TBrowserTab::OnCommandState);
+  connect(m_browser, &THalvexBrowser::TitleChanged, this, &TBrowserTab::SetCaption);
+  connect(m_browser, &THalvexBrowser::IconChanged, this,
+          [this] { if (m_browser) m_strip.Pages().SetPageIcon(this, m_browser->Icon()); });
+  connect(m_browser, &THalvexBrowser::BeforeNavigate, this, &TBrowserTab::OnBeforeNavigate);
+  connect(m_browser, &THalvexBrowser::NewWindowRequested, this, &TBrowserTab::OnNewWindowRequested);
+  connect(m_browser, &THalvexBrowser::NavigateComplete, this, &TBrowserTab::OnNavigateComplete);
+  connect(m_browser, &THalvexBrowser::DocumentComplete, this, &TBrowserTab::OnDocumentComplete);
+  connect(m_browser, &THalvexBrowser::AddressChanged, this, [this](const QString &address) {
+    if (IsActive()) Q_EMIT m_strip.AddressChanged(address);
+    Q_EMIT m_strip.TabsChanged();
+  });
+  connect(m_browser, &THalvexBrowser::SecureLockIconChanged, this, [this](int value) {
+    m_secureLock = value;
+    RefreshIndicatorsIfActive();
+  });
+  connect(m_browser, &THalvexBrowser::OpenInNewTabRequested, this, [this](const QString &address, bool background) {
+    m_strip.OpenFromPage(address, background);
+  });
+  connect(m_browser, &THalvexBrowser::ViewSourceRequested, this, [this](const QString &address) {
+    m_strip.NewTab()->Navigate(address);
+  });
+  connect(m_browser, &THalvexBrowser::PageFullScreenRequested, this,
+          [this](bool on) { Q_EMIT m_strip.PageFullScreenRequested(this, on); });
+  connect(m_browser, &THalvexBrowser::BringToFrontRequested, this, [this] { m_strip.Activate(this); });
+}
+
+bool TBrowserTab::IsActive() const { return m_strip.GetActivePage() == this; }
+
+void TBrowserTab::Navigate(const QString &address) {
+  if (!m_browser) return;
+  m_url = address;
+  if (!m_locked) SetCaption(address);
+  if (address == AboutBlank) {
+    MakeBlank();
+  } else {
+    m_browser->Navigate(address);
+  }
+  Q_EMIT m_strip.TabsChanged();
+}
+
+void TBrowserTab::NavigateStored() {
+  if (!m_url.isEmpty()) Navigate(m_url);
+}
+
+void TBrowserTab::GoHome() {
+  if (m_environment.hooks.homePage) Navigate(m_environment.hooks.homePage());
+}
+
+void TBrowserTab::GoBack() {
+  if (m_browser && m_backEnabled) m_browser->GoBack();
+}
+
+void TBrowserTab::GoForward() {
+  if (m_browser && m_forwardEnabled) m_browser->GoForward();
+}
+
+void TBrowserTab::Refresh() {
+  if (!m_browser) return;
+  if (QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier)) {
+    m_browser->RefreshCompletely();
+  } else {
+    m_browser->Refresh();
+  }
+}
+
+void TBrowserTab::Stop() {
+  if (m_browser) m_browser->Stop();
+}
+
+void TBrowserTab::MakeBlank() {
+  if (!m_browser) return;
+  m_browser->ShowBlank();
+  SetCaption(AboutBlank);
+  Q_EMIT m_strip.TabsChanged();
+}
+
+QString TBrowserTab::GetLocationUrl() const { return m_browser ? m_browser->LocationUrl() : QString(); }
+
+QString TBrowserTab::GetLocationName() const { return m_browser ? m_browser->LocationName() : QString(); }
+
+QString TBrowserTab::AddressToSave() const {
+  const QString shown = GetLocationUrl();
+  // A tab whose first page has not begun to arrive is saved by what it was asked to open.
+  if ((shown.isEmpty() || shown == AboutBlank) && m_browser && !m_url.isEmpty()) return m_url;
+  return shown;
+}
+
+QString TBrowserTab::ListCaption() const {
+  if (!m_stickyName.isEmpty()) return m_stickyName;
+  return m_title.isEmpty() || m_title == AboutBlank ? m_environment.language.Global("Blank") : m_title;
+}
+
+void TBrowserTab::SetCaption(const QString &title) {
+  m_title = title;
+  const QString caption = TabCaption(title, m_stickyName, m_environment.settings.limitTitleLength,
+                                     m_environment.language.Global("Blank"));
+  setToolTip(QString());
+  m_strip.Pages().SetPageHint(this, title == AboutBlank ? m_environment.language.Global("Blank") : title);
+  m_strip.Pages().SetPageCaption(this, caption);
+  if (IsActive()) Q_EMIT m_strip.ActiveTitleChanged(ListCaption());
+}
+
+void TBrowserTab::SetStickyName(const QString &name) {
+  m_stickyName = name;
+  SetCaption(m_title);
+}
+
+void TBrowserTab::AskStickyName() {
+  if (!m_browser) return;
+  const QString title = GetLocationName();
+  QInputDialog dialog(window());
+  dialog.setWindowTitle(m_environment.language.Global("StickyNameTitle"));
+  dialog.setLabelText(m_environment.language.Global("StickyNamePrompt"));
+  dialog.setTextValue(title == GetLocationUrl() ? QString() : title);
+  dialog.setOkButtonText(m_environment.language.Global("OK"));
+  dialog.setCancelButtonText(m_environment.language.Global("Cancel"));
+  const QPointer<TBrowserTab> self(this);
+  if (dialog.exec() == QDialog::Accepted && self) SetStickyName(dialog.textValue());
+}
+
+void TBrowserTab::SetLocked(bool locked) {
+  if (m_locked == locked) return;
+  m_locked = locked;
+  ShowState(locked ? TTabState::Locked : TTabState::None);
+}
+
+void TBrowserTab::ResetToBlank() {
+  m_blocked = false;
+  m_hidden = false;
+  m_lockPending = false;
+  SetLocked(false);
+  m_stickyName.clear();
+  MakeBlank();
+  m_url.clear();
+  m_hideFromCloseAll = false;
+}
+
+void TBrowserTab::Close() {
+  if (!m_browser) return;
+  if (IsActive() && m_strip.Pages().VisiblePageCount() == 1) {
+    ResetToBlank();
+    return;
+  }
+  m_strip.ActivateNeighbourOf(this);
+  THalvexBrowser *browser = m_browser;
+  m_browser = nullptr;
+  browser->Stop();
+  browser->disconnect(this);
+  browser->hide();
+  // Closing may be asked from inside one of the browser's own events, so it goes when the event is done.
+  browser->deleteLater();
+  m_strip.Remove(this);
+}
+
+void TBrowserTab::MarkSeen() {
+  if (!m_busy && !m_locked && m_state == TTabState::FinishedInBackground) ShowState(TTabState::None);
+}
+
+void TBrowserTab::ShowState(TTabState state) {
+  if (m_locked) state = TTabState::Locked;
+  m_state = state;
+  m_strip.Pages().SetPageImage(this, static_cast<int>(state) - 1);
+}
+
+void TBrowserTab::RefreshIndicatorsIfActive() {
+  if (IsActive()) Q_EMIT m_strip.IndicatorsChanged(this);
+}
+
+void TBrowserTab::OnProgress(int progress, int maximum) {
+  m_progress = maximum > 0 ? progress * 100 / maximum : 100;
+  if (IsActive()) Q_EMIT m_strip.ProgressChanged(m_progress);
+}
+
+void TBrowserTab::OnCommandState(int command, bool enabled) {
+  if (command == static_cast<int>(TBrowserCommand::Forward)) {
+    m_forwardEnabled = enabled;
+  } else if (command == static_cast<int>(TBrowserCommand::Back)) {
+    m_backEnabled = enabled;
+  } else {
+    RefreshIndicatorsIfActive();
+  }
+  if (IsActive()) Q_EMIT m_strip.CommandStateChanged(m_backEnabled, m_forwardEnabled);
+}
+
+void TBrowserTab::OnBeforeNavigate(TNavigation *navigation) {
+  if (!m_browser) {
+    navigation->cancel = true;
+    return;
+  }
+  if (navigation->address.startsWith(QLatin1String("javascript"))) return;
+  if (m_blocked) {
+    navigation->cancel = true;
+    return;
+  }
+  if (m_hidden) {
+    if (!navigation->mainFrame || navigation->address == AboutBlank) return;
+    TestHiddenTab(navigation);
+    if (navigation->cancel) return;
+  } else if (m_locked) {
+    // Frames fill themselves in place unless the user clicked; a locked page full of frames must not spawn tabs. The page
+    // itself may reload, and what an allowed load is sent on to belongs to that load.
+    const bool inPlace = navigation->reload || (navigation->redirect && m_topDocument) ||
+                         (!navigation->mainFrame && !navigation->linkClicked);
+    if (!inPlace) {
+      SendAway(navigation);
+      return;
+    }
+  }
+  if (!navigation->mainFrame || m_topDocument) return;
+  m_nonHttpsSeen = false;
+  m_busy = true;
+  m_topDocument = true;
+  ShowState(TTabState::Started);
+  RefreshIndicatorsIfActive();
+}
+
+void TBrowserTab::TestHiddenTab(TNavigation *navigation) {
+  m_popupUrl = navigation->address;
+  m_hidden = false;
+  if (m_environment.hooks.isPopupBlocked && m_environment.hooks.isPopupBlocked(navigation->address)) {
+    navigation->cancel = true;
+    m_blocked = true;
+    m_strip.StartCloseHidden();
+    return;
+  }
+  m_strip.ShowTab(this);
+  SetCaption(m_environment.language.Global("Loading"));
+}
+
+void TBrowserTab::SendAway(TNavigation *navigation) {
+  navigation->cancel = true;
+  TBrowserTab *tab = m_strip.NewBackgroundTab();
+  tab->m_openedAsNewWindow = true;
+  tab->Navigate(navigation->address);
+}
+
+void TBrowserTab::OnNewWindowRequested(QWebEngineNewWindowRequest *request) {
+  TBrowserTab *tab = m_strip.NewHiddenTab();
+  if (!tab->m_browser) return;   // A request that nobody opens is cancelled by the engine.
+  tab->m_openedAsNewWindow = true;
+  request->openIn(tab->m_browser->EnginePage());
+}
+
+void TBrowserTab::OnNavigateComplete(const QString &address) {
+  if (!m_browser) return;
+  if (m_lockPending && !m_locked) {
+    m_lockPending = false;
+    SetLocked(true);
+  }
+  if (!IsHttps(address)) m_nonHttpsSeen = true;
+  if (IsActive()) {
+    Q_EMIT m_strip.AddressChanged(address);
+    if (m_openedAsNewWindow) {
+      m_openedAsNewWindow = false;
+      if (m_environment.settings.focusPage) m_browser->setFocus();
+    }
+  }
+  if (!m_topDocument) return;
+  if (m_restored) {
+    m_restored = false;
+    ShowState(m_wasActiveAtCompletion ? TTabState::None : TTabState::FinishedInBackground);
+  } else {
+    ShowState(TTabState::Arriving);
+  }
+  m_secure = !m_nonHttpsSeen;
+  m_secureZone = m_environment.hooks.securityZone ? m_environment.hooks.securityZone(address) : 0;
+  RefreshIndicatorsIfActive();
+  m_nonHttpsSeen = false;
+}
+
+void TBrowserTab::OnDocumentComplete(const QString &address) {
+  if (!m_browser) return;
+  const bool active = IsActive();
+  if (active) Q_EMIT m_strip.AddressChanged(address);
+  if (!m_topDocument) return;
+  m_wasActiveAtCompletion = active;
+  m_busy = false;
+  m_topDocument = false;
+  ShowState(active ? TTabState::None : TTabState::FinishedInBackground);
+  RefreshIndicatorsIfActive();
+  Q_EMIT m_strip.TabLoaded(this);
+}

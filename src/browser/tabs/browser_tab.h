@@ -1,0 +1,125 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+#include "browser/engine/halvex_browser.h"
+#include "browser/tabs/tab_environment.h"
+
+class TTabStrip;
+
+// What a tab shows in front of its caption; the image index in the strip is the state less 1.
+enum class TTabState {
+  None = 0,
+  Started = 1,               // a navigation has begun
+  FinishedInBackground = 2,  // loaded while the user looked elsewhere
+  Arriving = 3,              // the page has begun to arrive
+  Locked = 4,                // overrides the others
+};
+
+// One page of the tab strip. It owns one browser, makes its caption from the page's title, and carries what the user set
+// for it: a name of its own, a lock, being spared by close-all. Once the tab is being closed `Browser()` is null and every
+// operation does nothing or gives empty text, so that late events and commands are harmless.
+class TBrowserTab final : public QWidget {
+  Q_OBJECT
+
+ public:
+  // A hidden tab was made for a window that a page asked for; it gets no place in the strip until its first real address
+  // has passed the pop-up test.
+  TBrowserTab(QWidget *owner, TTabEnvironment &environment, TTabStrip &strip, bool hidden);
+  ~TBrowserTab() override;
+
+  void Navigate(const QString &address);
+  // Opens `Url` again when there is one.
+  void NavigateStored();
+  void GoHome();
+  void GoBack();
+  void GoForward();
+  // With Ctrl held down the cache is passed by.
+  void Refresh();
+  void Stop();
+  void MakeBlank();
+
+  [[nodiscard]] QString GetLocationUrl() const;
+  [[nodiscard]] QString GetLocationName() const;
+
+  void SetCaption(const QString &title);
+  void SetStickyName(const QString &name);
+  void AskStickyName();
+  void SetLocked(bool locked);
+  void SetRestored(bool restored) { m_restored = restored; }
+  void SetOpenedAsNewWindow(bool opened) { m_openedAsNewWindow = opened; }
+  void SetLockPending(bool pending) { m_lockPending = pending; }
+  void SetHideFromCloseAll(bool hide) { m_hideFromCloseAll = hide; }
+  // Removes the tab; the last visible one is made blank instead.
+  void Close();
+  // The blank, unlocked, nameless state that the last tab is left in.
+  void ResetToBlank();
+  // The user has looked at the tab: the mark of a load finished in the background goes away.
+  void MarkSeen();
+
+  [[nodiscard]] THalvexBrowser *Browser() const { return m_browser; }
+  [[nodiscard]] const QString &Title() const { return m_title; }
+  // The sticky name, else the full title, else "Blank" for an empty page: what lists of tabs show.
+  [[nodiscard]] QString ListCaption() const;
+  [[nodiscard]] const QString &Url() const { return m_url; }
+  // What "Last Open Sites" keeps: the page's address, or the one still on its way.
+  [[nodiscard]] QString AddressToSave() const;
+  [[nodiscard]] const QString &PopupUrl() const { return m_popupUrl; }
+  [[nodiscard]] const QString &StickyName() const { return m_stickyName; }
+  [[nodiscard]] bool Locked() const { return m_locked; }
+  [[nodiscard]] bool Hidden() const { return m_hidden; }
+  [[nodiscard]] bool Blocked() const { return m_blocked; }
+  [[nodiscard]] bool Restored() const { return m_restored; }
+  [[nodiscard]] bool HideFromCloseAll() const { return m_hideFromCloseAll; }
+  [[nodiscard]] bool OpenedAsNewWindow() const { return m_openedAsNewWindow; }
+  [[nodiscard]] bool Busy() const { return m_busy; }
+  [[nodiscard]] bool Secure() const { return m_secure; }
+  [[nodiscard]] int SecureLock() const { return m_secureLock; }
+  [[nodiscard]] int SecureZone() const { return m_secureZone; }
+  [[nodiscard]] bool BackEnabled() const { return m_backEnabled; }
+  [[nodiscard]] bool ForwardEnabled() const { return m_forwardEnabled; }
+  [[nodiscard]] TTabState State() const { return m_state; }
+  [[nodiscard]] int Progress() const { return m_progress; }   // percent of the load under way, 100 when there is none
+
+ private:
+  void ConnectBrowser();
+  void OnBeforeNavigate(TNavigation *navigation);
+  void TestHiddenTab(TNavigation *navigation);
+  void SendAway(TNavigation *navigation);
+  void OnNewWindowRequested(QWebEngineNewWindowRequest *request);
+  void OnNavigateComplete(const QString &address);
+  void OnDocumentComplete(const QString &address);
+  void OnProgress(int progress, int maximum);
+  void OnCommandState(int command, bool enabled);
+  void ShowState(TTabState state);
+  void RefreshIndicatorsIfActive();
+  [[nodiscard]] bool IsActive() const;
+
+  TTabEnvironment &m_environment;
+  TTabStrip &m_strip;
+  QPointer<THalvexBrowser> m_browser;
+  QString m_title;
+  QString m_caption;
+  QString m_url;          // the last address that the program asked this tab to open
+  QString m_popupUrl;     // the first address of a window that a page asked for
+  QString m_stickyName;
+  int m_secureZone = 0;
+  int m_secureLock = 0;
+  int m_progress = 100;
+  TTabState m_state = TTabState::None;
+  bool m_openedAsNewWindow = false;
+  bool m_lockPending = false;
+  bool m_locked = false;
+  bool m_backEnabled = false;
+  bool m_forwardEnabled = false;
+  bool m_hidden = false;
+  bool m_blocked = false;
+  bool m_secure = false;
+  bool m_nonHttpsSeen = false;
+  bool m_hideFromCloseAll = false;
+  bool m_wasActiveAtCompletion = false;
+  bool m_busy = false;
+  bool m_topDocument = false;   // a top-level navigation is recorded
+  bool m_restored = false;
+};

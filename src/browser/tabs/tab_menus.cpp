@@ -1,0 +1,134 @@
+#include "browser/tabs/tab_menus.h"
+
+#include <QMenu>
+
+#include "browser/tabs/browser_tab.h"
+#include "browser/tabs/close_all.h"
+#include "browser/tabs/tab_strip.h"
+#include "config/language.h"
+
+struct TTabMenu::TItem {
+  const char *name;       // nullptr: a separator
+  TTextKey text;
+  THandler handler;
+  const char *icon;
+  int key;                // Qt key, 0 for none
+  bool checkable;
+};
+
+const TTabMenu::TItem TTabMenu::Items[] = {
+    {"pmTabLocked", TTextKey{"MAIN", "TabLocked"}, &TTabMenu::ToggleLock, nullptr, 0, true},
+    {"pmStickyTitle", TTextKey{"GLOBAL", "StickyNameSet"}, &TTabMenu::ToggleStickyName, nullptr, Qt::Key_F9, false},
+    {"pmHideFromCloseAll", TTextKey{"MAIN", "TabHideFromCloseAll"}, &TTabMenu::ToggleSpared, nullptr, 0, true},
+    {nullptr, {}, nullptr, nullptr, 0, false},
+    {"pmTabHome", TTextKey{"MAIN", "TabHome"}, &TTabMenu::ReturnHome, ":/icons/home.svg", 0, false},
+    {"pmTabStop", TTextKey{"MAIN", "TabStop"}, &TTabMenu::Stop, ":/icons/stop.svg", 0, false},
+    {"pmTabRefresh", TTextKey{"MAIN", "TabRefresh"}, &TTabMenu::Refresh, ":/icons/refresh.svg", 0, false},
+    {nullptr, {}, nullptr, nullptr, 0, false},
+    {"pmTabCloseAllDefault", TTextKey{"MAIN", "CloseAllDefault"}, &TTabMenu::CloseAllDefault, nullptr, 0, false},
+    {"pmTabCloseAllKeepCurrent", TTextKey{"MAIN", "CloseAllKeepCurrent"}, &TTabMenu::CloseAllKeepCurrent, nullptr, 0,
+     false},
+    {"pmTabCloseAllShowList", TTextKey{"MAIN", "CloseAllShowList"}, &TTabMenu::CloseAllShowList, nullptr, 0, false},
+    {"pmTabClose", TTextKey{"MAIN", "TabClose"}, &TTabMenu::CloseTab, ":/icons/close_tab.svg", 0, false},
+};
+
+TTabMenu::TTabMenu(QWidget *window, TTabStrip &tabs, TCloseAllTabs &closeAll)
+    : QObject(window), m_tabs(tabs), m_closeAll(closeAll), m_menu(new QMenu(window)) {
+  m_menu->setObjectName(QStringLiteral("pmTab"));
+  for (const TItem &item : Items) {
+    if (item.name == nullptr) {
+      m_menu->addSeparator();
+      continue;
+    }
+    QAction *action = m_menu->addAction(tabs.Environment().language.Text(item.text));
+    action->setObjectName(QString::fromLatin1(item.name));
+    action->setCheckable(item.checkable);
+    if (item.icon != nullptr) action->setIcon(QIcon(QString::fromLatin1(item.icon)));
+    if (item.key != 0) {
+      action->setShortcut(QKeySequence(item.key));
+      window->addAction(action);   // so that the key works while the menu is closed
+    }
+    connect(action, &QAction::triggered, this, [this, handler = item.handler] {
+      TBrowserTab *tab = TabUnderPopup();
+      if (tab != nullptr) (this->*handler)(tab);
+    });
+  }
+  // The menu hides before the chosen item's command runs; the target is let go of after that.
+  connect(m_menu, &QMenu::aboutToHide, this, [this] { m_target = nullptr; }, Qt::QueuedConnection);
+}
+
+void TTabMenu::Open(TBrowserTab *tab, const QPoint &globalPosition) {
+  m_target = tab;
+  if (TBrowserTab *target = TabUnderPopup()) {
+    Prepare(target);
+    m_menu->popup(globalPosition);
+  }
+}
+
+TBrowserTab *TTabMenu::TabUnderPopup() {
+  m_tabs.CloseHiddenTabs();
+  TBrowserTab *tab = m_target ? m_target.data() : m_tabs.GetActivePage();
+  return tab != nullptr && tab->Browser() != nullptr ? tab : nullptr;
+}
+
+QAction *TTabMenu::Item(const char *name) const { return m_menu->findChild<QAction *>(QString::fromLatin1(name)); }
+
+void TTabMenu::Prepare(TBrowserTab *tab) {
+  const TLanguage &language = m_tabs.Environment().language;
+  Item("pmStickyTitle")
+      ->setText(tab->StickyName().isEmpty() ? language.Global("StickyNameSet") : language.Global("StickyNameClear"));
+  Item("pmHideFromCloseAll")->setChecked(tab->HideFromCloseAll());
+  Item("pmTabHome")->setEnabled(!tab->Url().isEmpty());
+  Item("pmTabLocked")->setChecked(tab->Locked());
+}
+
+void TTabMenu::ToggleLock(TBrowserTab *tab) { tab->SetLocked(!tab->Locked()); }
+
+void TTabMenu::ToggleStickyName(TBrowserTab *tab) {
+  if (tab->StickyName().isEmpty()) {
+    tab->AskStickyName();
+  } else {
+    tab->SetStickyName(QString());
+  }
+}
+
+void TTabMenu::ToggleSpared(TBrowserTab *tab) { tab->SetHideFromCloseAll(!tab->HideFromCloseAll()); }
+
+void TTabMenu::ReturnHome(TBrowserTab *tab) { tab->NavigateStored(); }
+
+void TTabMenu::Stop(TBrowserTab *tab) { tab->Stop(); }
+
+void TTabMenu::Refresh(TBrowserTab *tab) { tab->Refresh(); }
+
+void TTabMenu::CloseAllDefault(TBrowserTab *) { m_closeAll.CloseAll(false); }
+
+void TTabMenu::CloseAllKeepCurrent(TBrowserTab *) { m_closeAll.KeepCurrent(); }
+
+void TTabMenu::CloseAllShowList(TBrowserTab *) { m_closeAll.ShowList(); }
+
+void TTabMenu::CloseTab(TBrowserTab *tab) {
+  if (!m_tabs.ClosingLocked()) tab->Close();
+}
+
+void MakeTabListMenu(QMenu *menu, TTabStrip &tabs) {
+  QObject::connect(menu, &QMenu::aboutToShow, &tabs, [menu, &tabs] {
+    menu->clear();
+    tabs.CloseHiddenTabs();
+    for (int i = 0; i < tabs.TabCount(); ++i) {
+      TBrowserTab *tab = tabs.Tab(i);
+      // A window that a page asked for and that has not passed its test yet cannot be shown, so it has no item.
+      if (!tabs.Pages().IsPageVisible(tab)) continue;
+      constexpr int LongestCaption = 70;
+      QString caption = tab->ListCaption();
+      if (caption.length() > LongestCaption) caption = caption.left(LongestCaption - 1) + QChar(0x2026);
+      QAction *item = menu->addAction(caption.replace(QLatin1Char('&'), QLatin1String("&&")));
+      item->setData(tab->GetLocationUrl());
+      item->setToolTip(tab->GetLocationUrl());
+      item->setIcon(tabs.IconOf(tab));
+      item->setCheckable(true);
+      item->setChecked(tab == tabs.GetActivePage());
+      QObject::connect(item, &QAction::triggered, &tabs, [i, &tabs] { tabs.MakeMeActiveTab(i); });
+    }
+  });
+  menu->setToolTipsVisible(true);
+}

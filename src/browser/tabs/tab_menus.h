@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+
+class QAction;
+class QMenu;
+class TBrowserTab;
+class TCloseAllTabs;
+class TTabStrip;
+
+// The pop-up menu of a tab (pmTab). Its commands work on the tab that it was opened on; their short-cuts, with the menu
+// closed, on the active one.
+class TTabMenu final : public QObject {
+  Q_OBJECT
+
+ public:
+  TTabMenu(QWidget *window, TTabStrip &tabs, TCloseAllTabs &closeAll);
+
+  void Open(TBrowserTab *tab, const QPoint &globalPosition);
+  [[nodiscard]] QMenu *Menu() const { return m_menu; }
+  // The tab that the menu was opened on, or none when it has gone meanwhile; rejected pop-up tabs are closed first.
+  [[nodiscard]] TBrowserTab *TabUnderPopup();
+
+ private:
+  using THandler = void (TTabMenu::*)(TBrowserTab *);
+  struct TItem;
+  static const TItem Items[];
+
+  void Prepare(TBrowserTab *tab);
+  void ToggleLock(TBrowserTab *tab);
+  void ToggleStickyName(TBrowserTab *tab);
+  void ToggleSpared(TBrowserTab *tab);
+  void ReturnHome(TBrowserTab *tab);
+  void Stop(TBrowserTab *tab);
+  void Refresh(TBrowserTab *tab);
+  void CloseAllDefault(TBrowserTab *tab);
+  void CloseAllKeepCurrent(TBrowserTab *tab);
+  void CloseAllShowList(TBrowserTab *tab);
+  void CloseTab(TBrowserTab *tab);
+  [[nodiscard]] QAction *Item(const char *name) const;
+
+  TTabStrip &m_tabs;
+  TCloseAllTabs &m_closeAll;
+  QMenu *m_menu;
+  QPointer<TBrowserTab> m_target;
+};
+
+// Fills `menu` with one item per tab each time it opens (pmTabs); choosing one activates its page.
+void MakeTabListMenu(QMenu *menu, TTabStrip &tabs);

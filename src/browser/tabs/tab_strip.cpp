@@ -1,0 +1,190 @@
+#include "browser/tabs/tab_strip.h"
+
+#include <QCoreApplication>
+
+#include "browser/tabs/browser_tab.h"
+#include "config/language.h"
+
+namespace {
+
+// The four status images, in the order of TTabState.
+constexpr const char *StatusImages[] = {":/icons/tab_loading.svg", ":/icons/tab_unseen.svg", ":/icons/tab_arriving.svg",
+                                        ":/icons/tab_locked.svg"};
+
+// Keeps the strip from painting what is only there for a moment.
+class TUpdateLock final {
+ public:
+  explicit TUpdateLock(QWidget *widget) : m_widget(widget), m_wasEnabled(widget->updatesEnabled()) {
+    if (m_wasEnabled) widget->setUpdatesEnabled(false);
+  }
+  ~TUpdateLock() {
+    if (m_wasEnabled) m_widget->setUpdatesEnabled(true);
+  }
+  TUpdateLock(const TUpdateLock &) = delete;
+  TUpdateLock &operator=(const TUpdateLock &) = delete;
+
+ private:
+  QWidget *m_widget;
+  bool m_wasEnabled;
+};
+
+TBrowserTab *AsTab(QWidget *page) { return static_cast<TBrowserTab *>(page); }
+
+}  // namespace
+
+TTabStrip::TTabStrip(QWidget *owner, TZVPageControl *pages, TTabEnvironment &environment)
+    : QObject(owner), m_owner(owner), m_pages(pages), m_environment(environment) {
+  for (const char *name : StatusImages) m_images.append(QIcon(QString::fromLatin1(name)));
+  pages->SetImages(m_images);
+  const TLanguage &language = environment.language;
+  pages->SetButtonTexts(language.Text("MAIN", "TabCloseHint"), language.Text("MAIN", "TabScrollLeftHint"),
+                        language.Text("MAIN", "TabScrollRightHint"));
+
+  m_closeHidden.setObjectName(QStringLiteral("tmrCloseHidden"));
+  m_closeHidden.setSingleShot(true);
+  m_closeHidden.setInterval(CloseHiddenInterval);
+  connect(&m_closeHidden, &QTimer::timeout, this, &TTabStrip::CloseHiddenTabs);
+
+  connect(pages, &TZVPageControl::ActivePageChanged, this, &TTabStrip::OnActivePageChanged);
+  connect(pages, &TZVPageControl::PageMoved, this, &TTabStrip::TabsChanged);
+  connect(pages, &TZVPageControl::CloseRequested, this, [this](QWidget *page) {
+    if (!m_closingLocked) AsTab(page)->Close();
+  });
+  connect(pages, &TZVPageControl::LinkDropped, this, [this](const QString &address, QWidget *page) {
+    (page != nullptr ? AsTab(page) : NewTab())->Navigate(address);
+  });
+}
+
+TTabStrip::~TTabStrip() {
+  // The pages are the control's children and may outlive this object for a moment; they must not call back into it.
+  for (TBrowserTab *tab : Tabs()) {
+    m_pages->RemovePage(tab);
+    delete tab;
+  }
+}
+
+TBrowserTab *TTabStrip::InsertTab(bool hidden) {
+  const int active = m_pages->ActivePageIndex();
+  const int position = m_environment.settings.openNewAtEnd ? m_pages->PageCount() : active + 1;
+  auto *tab = new TBrowserTab(m_owner, m_environment, *this, hidden);
+  m_pages->InsertPage(position, tab, !hidden);
+  tab->SetCaption(QStringLiteral("about:blank"));
+  m_pages->SetActivePage(tab);
+  Q_EMIT TabsChanged();
+  return tab;
+}
+
+TBrowserTab *TTabStrip::InsertInBackground(bool hidden) {
+  TBrowserTab *previous = GetActivePage();
+  const TUpdateLock lock(m_pages);
+  TBrowserTab *tab = InsertTab(hidden);
+  if (!m_environment.settings.openNewInForeground && previous != nullptr) m_pages->SetActivePage(previous);
+  return tab;
+}
+
+TBrowserTab *TTabStrip::NewTab() { return InsertTab(false); }
+
+TBrowserTab *TTabStrip::NewBackgroundTab() {
+  TBrowserTab *tab = InsertInBackground(false);
+  // Only what waits for the strip itself: this runs inside the engine's own events, where nothing else may be let in.
+  QCoreApplication::sendPostedEvents(m_pages);
+  return tab;
+}
+
+TBrowserTab *TTabStrip::NewHiddenTab() { return InsertInBackground(true); }
+
+TBrowserTab *TTabStrip::GetActivePage() const { return AsTab(m_pages->ActivePage()); }
+
+TBrowserTab *TTabStrip::Tab(int position) const { return AsTab(m_pages->Page(position)); }
+
+int TTabStrip::TabCount() const { return m_pages->PageCount(); }
+
+QList<TBrowserTab *> TTabStrip::Tabs() const {
+  QList<TBrowserTab *> tabs;
+  tabs.reserve(TabCount());
+  for (int i = 0; i < TabCount(); ++i) tabs.append(Tab(i));
+  return tabs;
+}
+
+int TTabStrip::ActiveTabIndex() const { return m_pages->ActivePageIndex(); }
+
+QIcon TTabStrip::IconOf(const TBrowserTab *tab) const {
+  if (tab->State() != TTabState::None) return m_images.value(static_cast<int>(tab->State()) - 1);
+  return tab->Browser() != nullptr ? tab->Browser()->Icon() : QIcon();
+}
+
+void TTabStrip::Activate(TBrowserTab *tab) { m_pages->SetActivePage(tab); }
+
+void TTabStrip::MakeMeActiveTab(int position) {
+  if (TBrowserTab *tab = Tab(position)) m_pages->SetActivePage(tab);
+}
+
+void TTabStrip::ActivateVisible(int number) {
+  constexpr int LastTab = 9;
+  TBrowserTab *found = nullptr;
+  int seen = 0;
+  for (int i = 0; i < TabCount(); ++i) {
+    TBrowserTab *tab = Tab(i);
+    if (!m_pages->IsPageVisible(tab)) continue;
+    found = tab;
+    if (++seen == number && number != LastTab) break;
+  }
+  if (found != nullptr && (number == LastTab || seen == number)) m_pages->SetActivePage(found);
+}
+
+void TTabStrip::ActivateNeighbourOf(const TBrowserTab *tab) {
+  if (GetActivePage() != tab) return;
+  const TUpdateLock lock(m_pages);
+  bool first = true;
+  for (int i = 0; i < m_pages->IndexOf(tab); ++i) first = first && !m_pages->IsPageVisible(m_pages->Page(i));
+  m_pages->SelectNextPage(!first);
+}
+
+void TTabStrip::CloseActive() {
+  if (m_closingLocked) return;
+  if (TBrowserTab *tab = GetActivePage()) tab->Close();
+}
+
+void TTabStrip::CloseHiddenTabs() {
+  for (int i = TabCount() - 1; i >= 0; --i) {
+    TBrowserTab *tab = Tab(i);
+    if (tab->Blocked()) tab->Close();
+  }
+}
+
+void TTabStrip::StopAll() {
+  for (TBrowserTab *tab : Tabs()) tab->Stop();
+}
+
+void TTabStrip::RefreshAll() {
+  for (TBrowserTab *tab : Tabs()) tab->Refresh();
+}
+
+void TTabStrip::ShowAdjacent(bool forward) { m_pages->SelectNextPage(forward); }
+
+void TTabStrip::OpenFromPage(const QString &address, bool background) {
+  (background ? NewBackgroundTab() : NewTab())->Navigate(address);
+}
+
+void TTabStrip::ShowTab(TBrowserTab *tab) {
+  m_pages->SetPageVisible(tab, true);
+  if (m_environment.settings.openNewInForeground) m_pages->SetActivePage(tab);
+  Q_EMIT TabsChanged();
+}
+
+void TTabStrip::Remove(TBrowserTab *tab) {
+  m_pages->RemovePage(tab);
+  tab->hide();
+  tab->deleteLater();
+  Q_EMIT TabsChanged();
+}
+
+void TTabStrip::OnActivePageChanged(QWidget *page) {
+  TBrowserTab *tab = AsTab(page);
+  if (tab == nullptr) return;
+  tab->MarkSeen();
+  if (m_environment.settings.focusPage && tab->Browser() != nullptr && m_owner->isActiveWindow()) {
+    tab->Browser()->setFocus();
+  }
+  Q_EMIT ActiveTabChanged(tab);
+}

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <QIcon>
+#include <QList>
+#include <QObject>
+#include <QTimer>
+
+#include "browser/strip/page_control.h"
+#include "browser/tabs/tab_environment.h"
+
+class TBrowserTab;
+
+// The tabs of the main window: where they are inserted, which one is active, how they go. It owns the tabs and drives
+// the strip that shows them; what the window shows about the active tab it learns from the signals.
+class TTabStrip final : public QObject {
+  Q_OBJECT
+
+ public:
+  // Milliseconds between a rejected pop-up and the moment its tab goes away.
+  static constexpr int CloseHiddenInterval = 2000;
+
+  // `owner` is the window that the tabs' dialogs belong to. `pages` becomes the tabs' place on the screen.
+  TTabStrip(QWidget *owner, TZVPageControl *pages, TTabEnvironment &environment);
+  ~TTabStrip() override;
+
+  // A visible tab right after the active one, or at the end when OpenNewAtEnd is set; it becomes the active tab.
+  TBrowserTab *NewTab();
+  // As NewTab, but the active tab stays active unless OpenNewInForeground is set.
+  TBrowserTab *NewBackgroundTab();
+  // As NewBackgroundTab, for a window that a page asked for: it gets its place in the strip when its first address has
+  // passed the pop-up test.
+  TBrowserTab *NewHiddenTab();
+
+  [[nodiscard]] TBrowserTab *GetActivePage() const;
+  [[nodiscard]] TBrowserTab *Tab(int position) const;   // nullptr when out of range
+  [[nodiscard]] int TabCount() const;                   // hidden ones too
+  [[nodiscard]] QList<TBrowserTab *> Tabs() const;      // in strip order, hidden ones too
+  // The position that is remembered from one activation to the next; -1 before the first.
+  [[nodiscard]] int ActiveTabIndex() const;
+  // What a list shows beside the tab: its status image, else the page's own icon.
+  [[nodiscard]] QIcon IconOf(const TBrowserTab *tab) const;
+  [[nodiscard]] TZVPageControl &Pages() const { return *m_pages; }
+  [[nodiscard]] TTabEnvironment &Environment() const { return m_environment; }
+
+  void Activate(TBrowserTab *tab);
+  // Activates the page at `position`; a position outside the strip does nothing.
+  void MakeMeActiveTab(int position);
+  // The n-th visible tab (from 1); 9 is the last one.
+  void ActivateVisible(int number);
+  // When `tab` is the active one: the next tab takes over, and for the first tab the one before it, going round the end
+  // of the strip. That a closed first tab hands over to the last one is meant.
+  void ActivateNeighbourOf(const TBrowserTab *tab);
+
+  void CloseActive();
+  void CloseHiddenTabs();
+  void StartCloseHidden() { m_closeHidden.start(); }
+  // While set, the close commands and close-all do nothing.
+  void SetClosingLocked(bool locked) { m_closingLocked = locked; }
+  [[nodiscard]] bool ClosingLocked() const { return m_closingLocked; }
+
+  void StopAll();
+  void RefreshAll();
+  void ShowAdjacent(bool forward);
+
+  // Opens an address that a page's own menu or a dropped link names.
+  void OpenFromPage(const QString &address, bool background);
+
+  // For TBrowserTab.
+  void ShowTab(TBrowserTab *tab);
+  void Remove(TBrowserTab *tab);
+
+ Q_SIGNALS:
+  // About the active tab.
+  void ActiveTabChanged(TBrowserTab *tab);
+  void StatusTextChanged(const QString &text);
+  void ProgressChanged(int percent);
+  void CommandStateChanged(bool backEnabled, bool forwardEnabled);
+  void AddressChanged(const QString &address);
+  void ActiveTitleChanged(const QString &title);
+  void IndicatorsChanged(TBrowserTab *tab);
+  // About any tab.
+  void TabsChanged();   // opened, closed, moved, or showing another address
+  void TabLoaded(TBrowserTab *tab);
+  void PageFullScreenRequested(TBrowserTab *tab, bool on);
+
+ private:
+  TBrowserTab *InsertTab(bool hidden);
+  TBrowserTab *InsertInBackground(bool hidden);
+  void OnActivePageChanged(QWidget *page);
+
+  QWidget *m_owner;
+  TZVPageControl *m_pages;
+  TTabEnvironment &m_environment;
+  QList<QIcon> m_images;
+  QTimer m_closeHidden;   // tmrCloseHidden
+  bool m_closingLocked = false;
+};
