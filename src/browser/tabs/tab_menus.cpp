@@ -65,6 +65,11 @@ void TTabMenu::Open(TBrowserTab *tab, const QPoint &globalPosition) {
   }
 }
 
+void TTabMenu::PrepareForActive() {
+  m_target = nullptr;
+  if (TBrowserTab *target = TabUnderPopup()) Prepare(target);
+}
+
 TBrowserTab *TTabMenu::TabUnderPopup() {
   m_tabs.CloseHiddenTabs();
   TBrowserTab *tab = m_target ? m_target.data() : m_tabs.GetActivePage();

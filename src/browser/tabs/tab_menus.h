@@ -18,6 +18,8 @@ class TTabMenu final : public QObject {
   TTabMenu(QWidget *window, TTabStrip &tabs, TCloseAllTabs &closeAll);
 
   void Open(TBrowserTab *tab, const QPoint &globalPosition);
+  // Sets the items from the active tab, for a menu that shows them elsewhere.
+  void PrepareForActive();
   [[nodiscard]] QMenu *Menu() const { return m_menu; }
   // The tab that the menu was opened on, or none when it has gone meanwhile; rejected pop-up tabs are closed first.
   [[nodiscard]] TBrowserTab *TabUnderPopup();

@@ -1,0 +1,98 @@
+#include "app/delayed_start.h"
+
+#include <QFileInfo>
+#include <QNetworkInformation>
+#include <QUrl>
+
+#include "app/home_page.h"
+#include "app/last_open_sites.h"
+#include "browser/tabs/browser_tab.h"
+#include "browser/tabs/tab_strip.h"
+#include "config/options.h"
+#include "platform/product_info.h"
+
+namespace {
+
+bool IsLocalFile(const QString &address) {
+  return QFileInfo(address).isFile() || QFileInfo(QUrl(address).toLocalFile()).isFile();
+}
+
+bool IsOffline() {
+  return QNetworkInformation::loadDefaultBackend() &&
+         QNetworkInformation::instance()->reachability() == QNetworkInformation::Reachability::Disconnected;
+}
+
+}  // namespace
+
+void TDelayedStart::Run() {
+  OpenStartupPage();
+  OpenMode();
+  OpenCommandLine();
+  OpenMakersPage();
+}
+
+TBrowserTab *TDelayedStart::TakeTab() {
+  m_tab = m_tab == nullptr ? m_tabs.GetActivePage() : m_tabs.NewTab();
+  return m_tab;
+}
+
+void TDelayedStart::OpenStartupPage() {
+  TZVOptions options(m_store);
+  const QString page = options.Get(Setting::StartupPage);
+  if (page.isEmpty()) return;
+  m_opened = true;
+  TakeTab()->Navigate(page);
+  options.Set(Setting::StartupPage, QString());
+}
+
+void TDelayedStart::OpenMode() {
+  const QString mode = TZVOptions(m_store).Get(Setting::StartupMode);
+  if (mode == QLatin1String("Home")) {
+    OpenHome();
+  } else if (mode == QLatin1String("Blank")) {
+    TakeTab()->MakeBlank();
+  } else if (mode == QLatin1String("Last")) {
+    OpenLastSites();
+  }
+}
+
+void TDelayedStart::OpenHome() {
+  TakeTab()->GoHome();
+  const QString chosen = HomePage::Chosen(m_store);
+  if (chosen != HomePage::Default(m_product) && chosen != QLatin1String("about:blank") && !IsLocalFile(chosen)) {
+    m_opened = true;
+  }
+}
+
+void TDelayedStart::OpenLastSites() {
+  m_opened = true;
+  bool defaultSeen = false;
+  for (const QString &address : TLastOpenSites::Read(m_store)) {
+    TBrowserTab *tab = TakeTab();
+    tab->SetRestored(true);
+    tab->Navigate(address);
+    // Once the default home page was among them this stays so, whatever the other pages are.
+    defaultSeen = defaultSeen || address == HomePage::Default(m_product);
+  }
+  if (defaultSeen) m_opened = false;
+}
+
+void TDelayedStart::OpenCommandLine() {
+  TZVOptions options(m_store);
+  const QString argument = options.Get(Setting::CommandLine);
+  if (argument.isEmpty()) return;
+  options.Set(Setting::CommandLine, QString());
+  m_opened = true;
+  TakeTab()->Navigate(argument);
+}
+
+void TDelayedStart::OpenMakersPage() {
+  if (!m_opened || m_product.startupPage.isEmpty() || IsOffline()) return;
+  QString address = m_product.startupPage;
+  if (const qsizetype place = address.indexOf(QLatin1String("%s")); place >= 0) {
+    address.replace(place, 2, QStringLiteral("ext"));
+  }
+  TBrowserTab *previous = m_tabs.GetActivePage();
+  m_tabs.NewBackgroundTab()->Navigate(address);
+  m_tabs.Activate(previous);
+}

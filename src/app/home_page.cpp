@@ -1,0 +1,33 @@
+#include "app/home_page.h"
+
+#include "browser/engine/engine.h"
+#include "platform/product_info.h"
+#include "platform/registry_store.h"
+
+namespace HomePage {
+
+namespace {
+
+const QString Key = QStringLiteral("Software\\Microsoft\\Internet Explorer\\Main");
+const QString Value = QStringLiteral("Start Page");
+
+}  // namespace
+
+QString Chosen(const TRegistryStore &store) {
+  return store.Read(TRegistryHive::CurrentUser, Key, Value).value_or(QString());
+}
+
+void Choose(TRegistryStore &store, const QString &address) {
+  store.Write(TRegistryHive::CurrentUser, Key, Value, address);
+}
+
+QString Address(const TRegistryStore &store, const TProductInfo &product) {
+  const QString chosen = Chosen(store);
+  return chosen.isEmpty() ? Default(product) : chosen;
+}
+
+QString Default(const TProductInfo &product) {
+  return product.defaultHomePage.isEmpty() ? TEngine::StartPageAddress() : product.defaultHomePage;
+}
+
+}  // namespace HomePage

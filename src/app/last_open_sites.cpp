@@ -1,0 +1,70 @@
+#include "app/last_open_sites.h"
+
+#include "browser/tabs/browser_tab.h"
+#include "browser/tabs/tab_strip.h"
+#include "config/options.h"
+
+namespace {
+
+// Long enough that a burst of changes is one write, short enough that a crash costs next to nothing.
+constexpr int FollowDelay = 400;   // milliseconds
+
+}  // namespace
+
+TLastOpenSites::TLastOpenSites(TTabStrip &tabs, TRegistryStore &store, QObject *parent)
+    : QObject(parent), m_tabs(tabs), m_store(store) {
+  m_delay.setSingleShot(true);
+  m_delay.setInterval(FollowDelay);
+  connect(&m_delay, &QTimer::timeout, this, [this] { Write(false); });
+}
+
+QStringList TLastOpenSites::Read(TRegistryStore &store) {
+  QStringList addresses;
+  const QStringList lines = TZVOptions(store).LastOpenSites();
+  for (auto line = lines.crbegin(); line != lines.crend(); ++line) {
+    QString address = TZVOptions::AddressOfLine(*line);
+    // A line with neither http nor https is taken whole, value name and all. A local file or an empty page could never be
+    // opened by that, so its name is taken off here.
+    if (address == *line) address = line->section(QLatin1Char('='), 1);
+    if (!address.isEmpty()) addresses.append(address);
+  }
+  return addresses;
+}
+
+QStringList TLastOpenSites::Lines(bool close) const {
+  QStringList lines;
+  for (int i = m_tabs.TabCount() - 1; i >= 0; --i) {
+    TBrowserTab *tab = m_tabs.Tab(i);
+    if (tab == nullptr || tab->Blocked()) continue;
+    const QString address = tab->AddressToSave();
+    if (address.isEmpty()) continue;
+    // The number counts hidden pages too, so numbers may have gaps.
+    lines.append(QStringLiteral("url%1=%2").arg(QString::number(i + 1), address));
+    if (close) tab->Close();
+  }
+  return lines;
+}
+
+void TLastOpenSites::Follow() {
+  StopFollowing();
+  // The timer is not started anew while it runs: a page that changes its address all the time must not put the write off
+  // for ever.
+  connect(&m_tabs, &TTabStrip::TabsChanged, &m_delay, [this] {
+    if (!m_delay.isActive()) m_delay.start();
+  });
+  m_delay.start();
+}
+
+void TLastOpenSites::StopFollowing() {
+  m_delay.stop();
+  m_tabs.disconnect(&m_delay);
+}
+
+void TLastOpenSites::Write(bool close) {
+  const QStringList lines = Lines(close);
+  if (lines == m_written && !close) return;
+  m_written = lines;
+  TZVOptions(m_store).SetLastOpenSites(lines);
+}
+
+void TLastOpenSites::Clear(TRegistryStore &store) { TZVOptions(store).SetLastOpenSites({}); }

@@ -1,0 +1,102 @@
+#include "app/main_status_bar.h"
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QToolButton>
+
+#include "config/language.h"
+
+namespace {
+
+constexpr int ProgressWidth = 120;
+
+// By level 0..6; level 0 shows nothing.
+constexpr TTextKey EncryptionTexts[] = {
+    {},
+    TTextKey{"MAIN", "EncryptionMixed"},
+    TTextKey{"MAIN", "EncryptionUnknown"},
+    TTextKey{"MAIN", "Encryption40Bit"},
+    TTextKey{"MAIN", "Encryption56Bit"},
+    TTextKey{"MAIN", "EncryptionFortezza"},
+    TTextKey{"MAIN", "Encryption128Bit"},
+};
+
+// A label that gives way: a long text is cut at the right instead of widening the window.
+class TElidedLabel final : public QLabel {
+ public:
+  using QLabel::QLabel;
+  QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+};
+
+QLabel *MakePanel(QWidget *parent, const char *name) {
+  auto *label = new TElidedLabel(parent);
+  label->setObjectName(QString::fromLatin1(name));
+  label->setTextFormat(Qt::PlainText);
+  label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  return label;
+}
+
+QToolButton *MakeButton(QWidget *parent, const char *name) {
+  auto *button = new QToolButton(parent);
+  button->setObjectName(QString::fromLatin1(name));
+  button->setAutoRaise(true);
+  button->setFocusPolicy(Qt::TabFocus);
+  button->hide();
+  return button;
+}
+
+}  // namespace
+
+TMainStatusBar::TMainStatusBar(const TLanguage &language, QWidget *parent)
+    : QStatusBar(parent),
+      m_language(language),
+      m_text(MakePanel(this, "pnlStatusText")),
+      m_note(MakePanel(this, "pnlStatusNote")),
+      m_progress(new QProgressBar(this)),
+      m_security(MakeButton(this, "tbSecurity")),
+      m_downloads(MakeButton(this, "tbDownloadsActive")) {
+  setObjectName(QStringLiteral("StatusBar"));
+  m_progress->setObjectName(QStringLiteral("ProgressBar"));
+  m_progress->setFixedWidth(ProgressWidth);
+  m_progress->setTextVisible(false);
+  m_progress->setAccessibleName(language.Text("MAIN", "ProgressName"));
+  m_progress->setMaximumHeight(fontMetrics().height());
+  m_progress->hide();
+  addWidget(m_text, 3);
+  addWidget(m_note, 1);
+  addPermanentWidget(m_progress);
+  addPermanentWidget(m_downloads);
+  addPermanentWidget(m_security);
+  m_downloads->setIcon(QIcon(QStringLiteral(":/icons/downloads.svg")));
+  m_downloads->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  connect(m_downloads, &QToolButton::clicked, this, &TMainStatusBar::DownloadsClicked);
+  connect(m_security, &QToolButton::clicked, this, &TMainStatusBar::SecurityClicked);
+}
+
+void TMainStatusBar::ShowStatusText(const QString &text) { m_text->setText(text); }
+
+void TMainStatusBar::ShowNote(const QString &text) { m_note->setText(text); }
+
+void TMainStatusBar::ShowProgress(int percent) {
+  m_progress->setValue(percent);
+  m_progress->setVisible(percent < 100);
+}
+
+void TMainStatusBar::ShowSecurity(bool secure, int level) {
+  const bool known = level > 0 && level < static_cast<int>(std::size(EncryptionTexts));
+  m_security->setVisible(known);
+  if (!known) return;
+  m_security->setIcon(QIcon(secure && level > 2 ? QStringLiteral(":/icons/lock.svg")
+                                                : QStringLiteral(":/icons/lock_open.svg")));
+  const QString text = m_language.Text(EncryptionTexts[level]);
+  m_security->setToolTip(text);
+  m_security->setAccessibleName(text);
+}
+
+void TMainStatusBar::ShowDownloads(int active) {
+  m_downloads->setVisible(active > 0);
+  m_downloads->setText(QString::number(active));
+  const QString text = m_language.Text("MAIN", "DownloadsRunning").arg(active);
+  m_downloads->setToolTip(text);
+  m_downloads->setAccessibleName(text);
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QStatusBar>
+
+class QLabel;
+class QProgressBar;
+class QToolButton;
+class TLanguage;
+class TBrowserTab;
+
+// The status bar: what the page says, a panel for notes about the active page, progress, the security of the connection
+// and running downloads.
+class TMainStatusBar final : public QStatusBar {
+  Q_OBJECT
+
+ public:
+  TMainStatusBar(const TLanguage &language, QWidget *parent);
+
+  void ShowStatusText(const QString &text);
+  // Panel 2: a note about the page in front; an empty text clears it.
+  void ShowNote(const QString &text);
+  // Percent; 100 hides the bar.
+  void ShowProgress(int percent);
+  // The padlock with its words, from the level 0..6 (0: not secure, nothing shown).
+  void ShowSecurity(bool secure, int level);
+  void ShowDownloads(int active);
+
+ Q_SIGNALS:
+  void DownloadsClicked();
+  void SecurityClicked();
+
+ private:
+  const TLanguage &m_language;
+  QLabel *m_text;
+  QLabel *m_note;
+  QProgressBar *m_progress;
+  QToolButton *m_security;
+  QToolButton *m_downloads;
+};
