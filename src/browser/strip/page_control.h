@@ -19,9 +19,12 @@ class TZVPageControl final : public QWidget {
   ~TZVPageControl() override;
 
   // Takes the page as a child. The active page does not change, except that the first visible page becomes active.
+  // A position out of range means the end. A page that is here already is moved.
+  // A page that is deleted or given to another parent later leaves as if it had been removed.
   void InsertPage(int position, QWidget *page, bool visible = true);
   // Gives the page up without deleting it. Removing the active page activates the next visible one, else the previous.
   void RemovePage(QWidget *page);
+  // Nothing happens when `from` is out of range; `to` is brought into it.
   void MovePage(int from, int to);
 
   [[nodiscard]] int PageCount() const;
@@ -30,8 +33,10 @@ class TZVPageControl final : public QWidget {
   [[nodiscard]] int IndexOf(const QWidget *page) const;  // -1 when not a page of this control; constant time
   [[nodiscard]] QWidget *ActivePage() const;
   [[nodiscard]] int ActivePageIndex() const;          // -1 when there is none
+  // A hidden page is refused: what is on screen stays.
   void SetActivePage(QWidget *page);
   // The next or previous visible page, going round at the ends.
+  // Ctrl+Tab, Ctrl+Shift+Tab, Ctrl+PageDown and Ctrl+PageUp do this anywhere in the window.
   void SelectNextPage(bool forward);
 
   void SetPageVisible(QWidget *page, bool visible);
@@ -44,6 +49,8 @@ class TZVPageControl final : public QWidget {
   void SetPageImage(QWidget *page, int image);
   [[nodiscard]] int PageImage(const QWidget *page) const;
   void SetImages(const QList<QIcon> &images);
+  // The site's own icon, shown while the page has no image; a null icon for none.
+  void SetPageIcon(QWidget *page, const QIcon &icon);
 
   [[nodiscard]] QColor InactiveTabColor() const;
   void SetInactiveTabColor(const QColor &color);
@@ -54,14 +61,22 @@ class TZVPageControl final : public QWidget {
   void SetMultipleLines(bool multiple);
   [[nodiscard]] bool TabsDown() const;
   void SetTabsDown(bool down);
+  // Without the strip the active page has all the room: for a page that has the whole screen to itself.
+  void SetStripVisible(bool visible);
   // Texts for the close buttons and the scroll buttons (tool tips and accessible names).
   void SetButtonTexts(const QString &closeTab, const QString &scrollLeft, const QString &scrollRight);
 
   // Where the page's tab is, in this widget's coordinates; empty when it has none or is scrolled out of sight.
   [[nodiscard]] QRect TabRect(const QWidget *page) const;
   [[nodiscard]] QWidget *PageAt(const QPoint &position) const;  // by tab; nullptr beside the tabs
-  // Gives the strip itself the keyboard: arrow keys walk, Delete closes, the menu key opens the tab menu.
+  // Gives the strip itself the keyboard: arrow keys, Home and End walk (with Ctrl they move the tab), Delete closes, the
+  // menu key opens the tab menu, Enter, Space and Escape go back into the page.
   void FocusStrip();
+  // True while somebody walks through the tabs by keyboard: then the focus should not be taken into the page.
+  [[nodiscard]] bool StripHasFocus() const;
+
+  [[nodiscard]] QSize sizeHint() const override;
+  [[nodiscard]] QSize minimumSizeHint() const override;
 
  Q_SIGNALS:
   void ActivePageChanged(QWidget *page);            // pcPageChange; after the page is on screen
@@ -69,8 +84,17 @@ class TZVPageControl final : public QWidget {
   void TabMenuRequested(QWidget *page, const QPoint &globalPosition);
   void EmptyStripDoubleClicked();
   void PageMoved(int from, int to);
+  // An address of a page or a file was dropped on the page's tab, or beside the tabs (nullptr).
+  void LinkDropped(const QString &address, QWidget *page);
+
+ protected:
+  void resizeEvent(QResizeEvent *event) override;
 
  private:
+  void Arrange();
+  void SwitchTo(QWidget *page);
+  void Activate(QWidget *page);
+  void Forget(QObject *page, QWidget *leaving);
   struct TPrivate;
   std::unique_ptr<TPrivate> d;
 };

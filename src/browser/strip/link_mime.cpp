@@ -1,0 +1,32 @@
+#include "browser/strip/link_mime.h"
+
+#include <QMimeData>
+#include <QUrl>
+
+namespace {
+constexpr qsizetype kLongestText = 8192;  // characters; a longer text is prose, not an address
+constexpr qsizetype kMostLinks = 50;      // of one drag: a whole folder dropped by mistake must not open a thousand tabs
+
+bool IsAddress(const QUrl &url) {
+  if (!url.isValid()) return false;
+  const QString scheme = url.scheme();
+  if (scheme == QLatin1String("file")) return !url.path().isEmpty();
+  const bool web = scheme == QLatin1String("http") || scheme == QLatin1String("https") || scheme == QLatin1String("ftp");
+  return web && !url.host().isEmpty();
+}
+}  // namespace
+
+QStringList LinksIn(const QMimeData &data) {
+  QStringList links;
+  const auto take = [&links](const QUrl &url) {
+    if (IsAddress(url) && links.size() < kMostLinks) links.append(url.toString(QUrl::FullyEncoded));
+  };
+  if (data.hasUrls()) {
+    const QList<QUrl> urls = data.urls();
+    for (const QUrl &url : urls) take(url);
+  } else if (data.hasText()) {
+    const QString text = data.text().trimmed();
+    if (text.size() <= kLongestText) take(QUrl(text, QUrl::StrictMode));
+  }
+  return links;
+}

@@ -1,0 +1,166 @@
+#pragma once
+
+#include "browser/strip/tab_layout.h"
+#include "browser/strip/tab_list.h"
+#include "browser/strip/tab_painter.h"
+#include <QBasicTimer>
+#include <QColor>
+#include <QList>
+#include <QPoint>
+#include <QWidget>
+
+class QScrollBar;
+class QToolButton;
+
+// The strip itself: shows the tabs of a list and turns what the mouse and the keyboard do there into wishes. It changes
+// nothing in the list; the page control does, and tells the strip right after. Changes only mark the layout as stale; it
+// is worked out once per turn of the event loop, or when somebody asks where a tab is.
+class TTabBarView final : public QWidget {
+  Q_OBJECT
+
+ public:
+  // How much was done since the start. A strip of hundreds of tabs stays quick as long as a change costs the same,
+  // however many tabs there are.
+  struct TWork {
+    long long laidOut = 0;
+    long long measured = 0;
+    long long painted = 0;
+  };
+
+  TTabBarView(const TTabList &tabs, QWidget *parent);
+  ~TTabBarView() override;
+
+  void TabInserted(TTab *tab);
+  void TabAboutToGo(TTab *tab);  // removed or hidden: the list still has it as it was
+  void TabRemoved(int position);
+  void TabMoved(int from, int to);
+  void TabShown(TTab *tab);
+  void TabHidden(TTab *tab);
+  void TabCaptionChanged(TTab *tab, const QString &caption);
+  void TabImageChanged(TTab *tab);
+  void ActiveChanged(TTab *before);
+
+  [[nodiscard]] const QList<QIcon> &Images() const { return m_images; }
+  void SetImages(const QList<QIcon> &images);
+  [[nodiscard]] QColor InactiveTabColor() const { return m_inactiveTab; }
+  [[nodiscard]] QColor InactiveFontColor() const { return m_inactiveFont; }
+  void SetInactiveColors(const QColor &tab, const QColor &font);
+  [[nodiscard]] bool MultipleLines() const { return m_multiple; }
+  void SetMultipleLines(bool multiple);
+  [[nodiscard]] bool TabsDown() const { return m_tabsDown; }
+  void SetTabsDown(bool down);
+  void SetButtonTexts(const QString &closeTab, const QString &scrollLeft, const QString &scrollRight);
+
+  // Lays the tabs out for a page control of this size; returns how much of its height the strip takes.
+  int HeightFor(const QSize &control);
+  [[nodiscard]] QRect TabRect(const TTab *tab);  // the part that can be seen, in own coordinates
+  [[nodiscard]] TTab *TabAt(const QPoint &position);
+  [[nodiscard]] const TTabList &Tabs() const { return m_tabs; }
+  [[nodiscard]] bool IsStale() const { return m_stale; }
+  [[nodiscard]] TWork Work() const { return {m_layout.Steps(), m_measured, m_painted}; }
+  void Press(TTab *tab) { Q_EMIT Activated(tab->page); }
+  // Tells screen readers.
+  void Announce(QAccessible::Event type, const TTab *tab);
+
+ Q_SIGNALS:
+  void ArrangeWanted();
+  void Activated(QWidget *page);
+  void CloseWanted(QWidget *page);
+  void MoveWanted(int from, int to);
+  void MenuWanted(QWidget *page, const QPoint &globalPosition);
+  void EmptyDoubleClicked();
+  void LinkDropped(const QString &address, QWidget *page);
+  void PageFocusWanted();
+
+ protected:
+  bool event(QEvent *event) override;
+  void changeEvent(QEvent *event) override;
+  void paintEvent(QPaintEvent *event) override;
+  void timerEvent(QTimerEvent *event) override;
+  void focusInEvent(QFocusEvent *event) override;
+  void focusOutEvent(QFocusEvent *event) override;
+  void mousePressEvent(QMouseEvent *event) override;
+  void mouseMoveEvent(QMouseEvent *event) override;
+  void mouseReleaseEvent(QMouseEvent *event) override;
+  void mouseDoubleClickEvent(QMouseEvent *event) override;
+  void leaveEvent(QEvent *event) override;
+  void wheelEvent(QWheelEvent *event) override;
+  void contextMenuEvent(QContextMenuEvent *event) override;
+  void keyPressEvent(QKeyEvent *event) override;
+  void dragEnterEvent(QDragEnterEvent *event) override;
+  void dragMoveEvent(QDragMoveEvent *event) override;
+  void dragLeaveEvent(QDragLeaveEvent *event) override;
+  void dropEvent(QDropEvent *event) override;
+
+ private:
+  void Invalidate();
+  void LayOut();
+  void PlaceScrollers();
+  void Measure(TTab *tab);
+  void MeasureAll();
+  void RefreshMetrics();
+  [[nodiscard]] bool KeepsImagePlace(const TTab *tab) const;
+  [[nodiscard]] QIcon ImageOf(const TTab *tab) const;
+
+  // Rectangles and points are worked out left to right and mirrored at the very end.
+  [[nodiscard]] int RowsShown() const;
+  [[nodiscard]] QRect Area() const;  // where tabs show, beside the scroll buttons
+  [[nodiscard]] QRect Bounds() const;
+  [[nodiscard]] QRect PlaceOf(int position) const;  // may lie outside of the area
+  [[nodiscard]] QRect Mirrored(const QRect &rect) const;
+  [[nodiscard]] QPoint Mirrored(const QPoint &point) const;
+  [[nodiscard]] QRect CloseRect(const TTab *tab) const;
+  void DrawTabAt(TTabPainter &painter, int position);
+  void UpdateTab(const TTab *tab);
+
+  [[nodiscard]] int GreatestOffset() const;
+  void ScrollTo(int offset);
+  void ScrollByHand(int visualDirection);
+  void Reveal(const TTab *tab);
+
+  void UpdateHover();
+  void SetHover(QWidget *page, bool overClose);
+  void DragTo(const QPoint &position);
+  void StopDragging();
+  void ShowTip(const QPoint &position, const QPoint &globalPosition);
+  void WalkByWheel(int steps);
+  [[nodiscard]] TTab *TabInNextRow(bool down) const;
+  void SetDropTarget(QWidget *page);
+
+  const TTabList &m_tabs;
+  TTabLayout m_layout;
+  TTabMetrics m_metrics;
+  QList<QIcon> m_images;
+  QColor m_inactiveTab{0xAA, 0xAA, 0xAA};
+  QColor m_inactiveFont{Qt::black};
+  bool m_multiple = true;
+  bool m_tabsDown = true;
+  QString m_closeText;
+  QToolButton *m_scrollLeft;
+  QToolButton *m_scrollRight;
+  QScrollBar *m_scrollBar;
+
+  bool m_stale = true;
+  bool m_arrangePosted = false;
+  int m_extent = 0;
+  int m_maxRows = 1;
+  int m_offset = 0;              // pixels in one row, rows in several
+  bool m_scrolledByHand = false;  // then the active tab is not brought back until it changes
+
+  // Pages are kept as keys into the list: what a signal sets off may have removed them.
+  QWidget *m_hover = nullptr;
+  bool m_overClose = false;
+  QWidget *m_pressed = nullptr;        // left button went down on this tab
+  QWidget *m_pressedClose = nullptr;   // ... on its close button
+  QWidget *m_pressedMiddle = nullptr;
+  QWidget *m_dropTarget = nullptr;
+  QPoint m_pressedAt;
+  QPoint m_mouse;
+  bool m_mouseInside = false;
+  bool m_dragging = false;
+  QBasicTimer m_dragScroll;
+  int m_wheelRest = 0;
+
+  long long m_measured = 0;
+  long long m_painted = 0;
+};

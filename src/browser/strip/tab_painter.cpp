@@ -1,0 +1,139 @@
+#include "browser/strip/tab_painter.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QStyle>
+#include <algorithm>
+
+namespace {
+constexpr int kSidePadding = 8;
+constexpr int kVerticalPadding = 5;
+constexpr int kPartGap = 6;
+constexpr int kEdge = 2;
+constexpr int kHalfTabGap = 1;      // two neighbours stand this far from their common border
+constexpr int kInactiveInset = 2;   // the active tab is this much taller
+constexpr int kHighlightLine = 3;
+constexpr int kFocusInset = 4;
+constexpr int kNarrowestText = 8;   // average characters
+constexpr int kWidestText = 40;     // average characters: a caption is cut at 35 unless the user wants otherwise
+constexpr int kLeastWidth = 48;     // the tab of an empty caption can still be hit
+constexpr int kMeasuredText = 300;  // characters; the rest of a giant caption cannot show anyway
+constexpr qreal kRadius = 5;
+constexpr qreal kCrossShare = 0.28;  // of the close button's size, from its edges
+constexpr qreal kCrossPen = 1.5;
+
+QColor Mixed(const QColor &one, const QColor &other, qreal share) {
+  const auto part = [share](int a, int b) { return static_cast<int>(a + (b - a) * share); };
+  return QColor(part(one.red(), other.red()), part(one.green(), other.green()), part(one.blue(), other.blue()));
+}
+
+// A rectangle with two round corners on the side that looks away from the pages, open towards them.
+QPainterPath TabShape(const QRectF &rect, bool tabsDown) {
+  const QRectF far = tabsDown ? rect.adjusted(0, -2 * kRadius, 0, 0) : rect.adjusted(0, 0, 0, 2 * kRadius);
+  QPainterPath path;
+  path.addRoundedRect(far, kRadius, kRadius);
+  return path;
+}
+}  // namespace
+
+TTabMetrics::TTabMetrics(const QFontMetrics &font, int iconSizeOfStyle)
+    : iconSize(iconSizeOfStyle),
+      closeSize(std::max(iconSizeOfStyle, 14)),
+      rowHeight(std::max(font.height(), iconSizeOfStyle) + 2 * kVerticalPadding + kInactiveInset),
+      narrowest(2 * kSidePadding + iconSize + closeSize + 2 * kPartGap + kNarrowestText * font.averageCharWidth()),
+      widest(2 * kSidePadding + iconSize + closeSize + 2 * kPartGap + kWidestText * font.averageCharWidth()),
+      edge(kEdge) {}
+
+int TTabMetrics::WidthOf(const QFontMetrics &font, const QString &text, bool hasImage) const {
+  const int around = 2 * kSidePadding + kPartGap + closeSize + (hasImage ? iconSize + kPartGap : 0);
+  // One pixel more than measured: rounding must not cut a text that was promised its full width.
+  const int width = around + font.horizontalAdvance(text.left(kMeasuredText)) + 1;
+  return std::clamp(width, std::min(kLeastWidth, widest), widest);
+}
+
+TTabParts::TTabParts(const TTabMetrics &metrics, const QRect &tab, bool hasImage, Qt::LayoutDirection direction) {
+  const auto mirrored = [&](const QRect &part) { return QStyle::visualRect(direction, tab, part); };
+  const auto middle = [&](int size) { return tab.y() + (tab.height() - size) / 2; };
+  int left = tab.x() + kSidePadding;
+  int right = tab.x() + tab.width() - kSidePadding;
+  if (right - left >= metrics.closeSize) {
+    right -= metrics.closeSize;
+    close = mirrored(QRect(right, middle(metrics.closeSize), metrics.closeSize, metrics.closeSize));
+    right -= kPartGap;
+  }
+  if (hasImage && right - left >= metrics.iconSize) {
+    image = mirrored(QRect(left, middle(metrics.iconSize), metrics.iconSize, metrics.iconSize));
+    left += metrics.iconSize + kPartGap;
+  }
+  if (right > left) text = mirrored(QRect(left, tab.y(), right - left, tab.height()));
+}
+
+TTabPainter::TTabPainter(QPainter &painter, const TTabMetrics &metrics, const QPalette &palette,
+                         Qt::LayoutDirection direction, bool tabsDown)
+    : m_painter(painter), m_metrics(metrics), m_palette(palette), m_direction(direction), m_tabsDown(tabsDown) {
+  m_painter.setRenderHint(QPainter::Antialiasing);
+}
+
+void TTabPainter::DrawBackground(const QRect &strip) {
+  m_painter.fillRect(strip, m_palette.color(QPalette::Window));
+  const int y = m_tabsDown ? strip.y() : strip.y() + strip.height() - m_metrics.edge;
+  m_painter.fillRect(QRect(strip.x(), y, strip.width(), m_metrics.edge),
+                     Mixed(m_palette.color(QPalette::Window), m_palette.color(QPalette::WindowText), 0.3));
+}
+
+void TTabPainter::DrawTab(const TTabLook &look) {
+  const QRect outer = look.rect.adjusted(kHalfTabGap, 0, -kHalfTabGap, 0);
+  QRect body = outer;
+  if (!look.active) m_tabsDown ? body.setBottom(body.bottom() - kInactiveInset) : body.setTop(body.top() + kInactiveInset);
+
+  const QColor ink = look.active ? m_palette.color(QPalette::WindowText) : inactiveFont;
+  QColor ground = look.active ? m_palette.color(QPalette::Window) : inactiveTab;
+  if (look.hovered && !look.active) ground = Mixed(ground, m_palette.color(QPalette::Highlight), 0.2);
+  if (look.dropTarget) ground = Mixed(ground, m_palette.color(QPalette::Highlight), 0.4);
+
+  m_painter.save();
+  m_painter.setClipRect(body, Qt::IntersectClip);
+  const QPainterPath shape = TabShape(QRectF(body).adjusted(0.5, 0.5, -0.5, -0.5), m_tabsDown);
+  m_painter.fillPath(shape, ground);
+  if (look.active) {
+    const int y = m_tabsDown ? body.y() + body.height() - kHighlightLine : body.y();
+    m_painter.save();
+    m_painter.setClipRect(QRect(body.x(), y, body.width(), kHighlightLine), Qt::IntersectClip);
+    m_painter.fillPath(shape, m_palette.color(QPalette::Highlight));
+    m_painter.restore();
+  }
+  m_painter.strokePath(shape, QPen(Mixed(ground, ink, look.active ? 0.45 : 0.25), 1));
+  m_painter.restore();
+
+  const TTabParts parts(m_metrics, look.rect, look.hasImage, m_direction);
+  if (!look.image.isNull()) look.image.paint(&m_painter, parts.image);
+  if (!look.text.isEmpty() && !parts.text.isEmpty()) {
+    m_painter.setPen(ink);
+    const Qt::Alignment side = QStyle::visualAlignment(m_direction, Qt::AlignLeft);
+    m_painter.drawText(parts.text, static_cast<int>(side | Qt::AlignVCenter) | Qt::TextSingleLine, look.text);
+  }
+  if ((look.active || look.hovered) && !parts.close.isEmpty()) {
+    DrawCross(parts.close, ink, look.closeHovered, look.closePressed);
+  }
+  if (look.keyboardFocus) {
+    const QRectF ring = QRectF(outer).adjusted(kFocusInset, kFocusInset, -kFocusInset, -kFocusInset);
+    m_painter.setPen(QPen(m_palette.color(QPalette::Highlight), 1.5));
+    m_painter.setBrush(Qt::NoBrush);
+    m_painter.drawRoundedRect(ring, kRadius / 2, kRadius / 2);
+  }
+}
+
+void TTabPainter::DrawCross(const QRect &place, const QColor &color, bool hovered, bool pressed) {
+  if (hovered || pressed) {
+    QColor glow = color;
+    glow.setAlphaF(pressed ? 0.35 : 0.18);
+    m_painter.setPen(Qt::NoPen);
+    m_painter.setBrush(glow);
+    m_painter.drawRoundedRect(place, 3, 3);
+  }
+  const qreal inset = place.width() * kCrossShare;
+  const QRectF cross = QRectF(place).adjusted(inset, inset, -inset, -inset);
+  m_painter.setPen(QPen(color, kCrossPen, Qt::SolidLine, Qt::RoundCap));
+  m_painter.drawLine(cross.topLeft(), cross.bottomRight());
+  m_painter.drawLine(cross.topRight(), cross.bottomLeft());
+}
