@@ -4,9 +4,10 @@
 #include <QObject>
 #include <QPointer>
 
+#include "browser/dialogs/script_dialog.h"
+
 class QUrl;
 class TLanguage;
-class TScriptDialog;
 
 // The dialogs that the scripts of one page may open. They are plain text, say which site they come from, scroll when they
 // are long, and from the second one on offer to keep the page from opening more: a page cannot trap the user.
@@ -36,8 +37,9 @@ class TScriptDialogs final : public QObject {
   void Dismiss();
 
  private:
-  bool Run(QPointer<TScriptDialog> dialog, bool mayBeKept);
-  [[nodiscard]] QString Caption(const QUrl &origin) const;
+  bool Run(TScriptDialog::TKind kind, QWidget *owner, const QString &heading, const QString &message,
+           QString *value = nullptr);
+  [[nodiscard]] QString Heading(const QUrl &origin) const;
 
   const TLanguage &m_language;
   std::function<void()> m_bringToFront;

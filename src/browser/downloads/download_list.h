@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <QAbstractListModel>
+#include <QTimer>
 #include <QUrl>
 #include <vector>
 
@@ -87,27 +88,32 @@ class TDownloadList final : public QAbstractListModel {
   struct TItem;
 
   void TakeRequest(QWebEngineDownloadRequest *request);
+  void TakeNewRequest(QWebEngineDownloadRequest *request);
+  void TakeRetry(TItem &item, QWebEngineDownloadRequest *request);
+  // Accepts the request into the item's path, or fails the item where its folder cannot be written.
   void Begin(TItem &item, QWebEngineDownloadRequest *request);
   void Follow(TItem &item, QWebEngineDownloadRequest *request);
   void Update(TItem &item);
+  void Fail(TItem &item, const QString &reason);
   void Announce(const TItem &item);
-  void AddItem(std::unique_ptr<TItem> item);
-  [[nodiscard]] QString ChoosePath(const QString &suggestedName);
+  TItem &AddItem(const QUrl &address, const QString &path, TDownloadState state);
+  void RemoveItem(int row);
+  // The path to save to; empty when the user cancelled.
+  [[nodiscard]] QString ChoosePath(const QString &name, QWebEnginePage *page);
   [[nodiscard]] QString Folder() const;
-  void RememberFolder(const QString &path);
   [[nodiscard]] bool IsBeingWritten(const QString &path) const;
   [[nodiscard]] TItem *Item(int row) const;
   [[nodiscard]] int RowOf(const TItem &item) const;
   [[nodiscard]] QString StatusText(const TItem &item) const;
-  void CountActive();
 
   QWebEngineProfile &m_profile;
   const TLanguage &m_language;
   TRegistryStore &m_store;
   TChooseFile m_chooseFile;
+  bool m_asksWithDialog = true;
   std::function<bool(const QUrl &)> m_opener;
   std::vector<std::unique_ptr<TItem>> m_items;
-  std::unique_ptr<QWebEnginePage> m_retryPage;
+  QTimer m_tick;
   bool m_asking = false;
   int m_activeCount = 0;
 };

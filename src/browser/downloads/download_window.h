@@ -1,8 +1,11 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <QWidget>
+#include <vector>
 
+class QAbstractButton;
 class TDownloadList;
 class TLanguage;
 
@@ -25,14 +28,23 @@ class TDownloadWindow final : public QWidget {
   void keyPressEvent(QKeyEvent *event) override;
 
  private:
+  struct TCommand {
+    QAbstractButton *button;
+    std::function<bool(int)> applies;
+    std::function<void(int)> run;
+  };
+
   [[nodiscard]] int CurrentRow() const;
+  [[nodiscard]] QString Path(int row) const;
   void UpdateButtons();
-  void Open();
-  void OpenFolder();
-  void TogglePause();
+  void Open(int row);
+  void OpenFolder(int row);
+  [[nodiscard]] bool AskToRun(const QString &path);
+  void Tell(const QString &text);
   void ShowMenu(const QPoint &globalPosition);
 
   TDownloadList &m_downloads;
   const TLanguage &m_language;
   std::unique_ptr<Ui::TDownloadWindow> m_ui;
+  std::vector<TCommand> m_commands;
 };

@@ -1,0 +1,463 @@
+#include "browser/downloads/download_list.h"
+
+#include <algorithm>
+#include <QDesktopServices>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileDialog>
+#include <QIcon>
+#include <QMimeDatabase>
+#include <QPointer>
+#include <QStandardPaths>
+#include <QWebEngineDownloadRequest>
+#include <QWebEnginePage>
+#include <QWebEngineProfile>
+#include <QWebEngineView>
+
+#include "browser/downloads/download_text.h"
+#include "browser/downloads/file_names.h"
+#include "config/language.h"
+#include "platform/registry_store.h"
+
+namespace {
+
+const QString StoreKey = QStringLiteral("Software\\Velmora\\Zarvela\\CurrentVersion");
+const QString FolderValue = QStringLiteral("DownloadFolder");
+constexpr size_t MostItems = 500;         // the oldest inactive ones leave the list
+constexpr int TickInterval = 1000;        // ms between looks at downloads that have come to a stop
+constexpr int ShortestSample = 300;       // ms
+constexpr int StalledAfter = 3000;        // ms without a byte: the speed is not known any more
+constexpr double NewSampleShare = 0.3;
+constexpr int RetryPatience = 30000;      // ms that a server has for beginning to answer a retry
+
+bool IsActiveState(TDownloadState state) { return state == TDownloadState::Running || state == TDownloadState::Paused; }
+
+}  // namespace
+
+struct TDownloadList::TItem {
+  QUrl address;
+  QString path;  // empty as long as it was not asked for
+  TDownloadState state = TDownloadState::Running;
+  qint64 received = 0;
+  qint64 total = -1;
+  QString failure;
+  QPointer<QWebEngineDownloadRequest> request;
+  // Requests a retry under the item's own name; alive until the engine has come back with it.
+  std::unique_ptr<QWebEnginePage> retryPage;
+  QElapsedTimer retrySince;
+
+  double speed = 0;  // bytes per second, smoothed
+  qint64 sampleReceived = 0;
+  QElapsedTimer sampleSince;
+
+  void MeasureSpeed() {
+    if (!sampleSince.isValid()) sampleSince.start();
+    const qint64 elapsed = sampleSince.elapsed();
+    if (received == sampleReceived) {
+      if (elapsed > StalledAfter) speed = 0;
+      return;
+    }
+    if (elapsed < ShortestSample) return;
+    const double now = double(received - sampleReceived) * 1000 / double(elapsed);
+    speed = speed > 0 ? speed + (now - speed) * NewSampleShare : now;
+    sampleReceived = received;
+    sampleSince.restart();
+  }
+};
+
+TDownloadList::TDownloadList(QWebEngineProfile &profile, const TLanguage &language, TRegistryStore &store,
+                             QObject *parent)
+    : QAbstractListModel(parent),
+      m_profile(profile),
+      m_language(language),
+      m_store(store),
+      m_opener([](const QUrl &address) { return QDesktopServices::openUrl(address); }) {
+  m_tick.setInterval(TickInterval);
+  connect(&m_tick, &QTimer::timeout, this, [this] {
+    for (const std::unique_ptr<TItem> &item : m_items) {
+      if (!IsActiveState(item->state)) continue;
+      if (item->retryPage != nullptr && item->retrySince.elapsed() > RetryPatience) {
+        Fail(*item, m_language.Text("DOWNLOADS", "NetworkFailed"));
+      } else {
+        Update(*item);
+      }
+    }
+  });
+  connect(&profile, &QWebEngineProfile::downloadRequested, this, &TDownloadList::TakeRequest);
+}
+
+TDownloadList::~TDownloadList() = default;
+
+void TDownloadList::SetChooseFile(TChooseFile chooseFile) {
+  m_asksWithDialog = false;
+  m_chooseFile = std::move(chooseFile);
+}
+
+void TDownloadList::SetOpener(std::function<bool(const QUrl &)> opener) { m_opener = std::move(opener); }
+
+void TDownloadList::TakeRequest(QWebEngineDownloadRequest *request) {
+  const auto retried = std::find_if(m_items.begin(), m_items.end(), [request](const std::unique_ptr<TItem> &item) {
+    return item->retryPage != nullptr && item->retryPage.get() == request->page();
+  });
+  if (retried != m_items.end()) return TakeRetry(**retried, request);
+  if (request->isSavePageDownload() && request->state() != QWebEngineDownloadRequest::DownloadRequested) {
+    // A page that is being saved to a place already chosen: it runs by itself and is only listed.
+    const QString path = QDir(request->downloadDirectory()).filePath(request->downloadFileName());
+    return Follow(AddItem(request->url(), path, TDownloadState::Running), request);
+  }
+  TakeNewRequest(request);
+}
+
+void TDownloadList::TakeNewRequest(QWebEngineDownloadRequest *request) {
+  const QUrl address = request->url();
+  // Nobody can click while the file dialog is open, so this came from a script: it waits in the list, once.
+  if (m_asking) {
+    const bool known = std::any_of(m_items.begin(), m_items.end(), [&address](const std::unique_ptr<TItem> &item) {
+      return item->state == TDownloadState::NotStarted && item->address == address;
+    });
+    if (!known) AddItem(address, {}, TDownloadState::NotStarted);
+    request->cancel();
+    return;
+  }
+  const QPointer<QWebEngineDownloadRequest> alive(request);
+  const QPointer<TDownloadList> self(this);
+  const QString path = ChoosePath(request->suggestedFileName(), request->page());
+  if (self.isNull()) return;
+  if (path.isEmpty()) {
+    if (alive != nullptr) alive->cancel();
+  } else if (alive == nullptr) {
+    // The page took the request with it while the user was choosing; a retry can still get the file.
+    AddItem(address, path, TDownloadState::NotStarted);
+  } else {
+    Begin(AddItem(address, path, TDownloadState::Running), request);
+    Q_EMIT DownloadBegun(0);
+  }
+}
+
+void TDownloadList::TakeRetry(TItem &item, QWebEngineDownloadRequest *request) {
+  // The page is at work in this very call.
+  item.retryPage.release()->deleteLater();
+  if (item.path.isEmpty()) {
+    const QPointer<TDownloadList> self(this);
+    const QPointer<QWebEngineDownloadRequest> alive(request);
+    const QUrl address = item.address;
+    const QString path = m_asking ? QString() : ChoosePath(request->suggestedFileName(), nullptr);
+    if (self.isNull()) return;
+    // The list may have changed while the user was choosing.
+    const auto still = std::find_if(m_items.begin(), m_items.end(),
+                                    [&item](const std::unique_ptr<TItem> &other) { return other.get() == &item; });
+    if (still == m_items.end()) {
+      if (alive != nullptr) alive->cancel();
+      return;
+    }
+    if (path.isEmpty() || alive == nullptr) {
+      item.state = TDownloadState::NotStarted;
+      if (alive != nullptr) alive->cancel();
+      return Announce(item);
+    }
+    item.path = path;
+  } else {
+    const QFileInfo file(item.path);
+    item.path.clear();
+    item.path = FileNames::FreePath(file.path(), file.fileName(), [this](const QString &p) { return IsBeingWritten(p); });
+  }
+  Begin(item, request);
+}
+
+void TDownloadList::Begin(TItem &item, QWebEngineDownloadRequest *request) {
+  const QFileInfo file(item.path);
+  const QFileInfo folder(file.path());
+  if (!folder.isDir() || !folder.isWritable()) {
+    request->cancel();
+    Fail(item, folder.isDir() ? m_language.Text("DOWNLOADS", "NoPermission") : m_language.Text("DOWNLOADS", "FolderGone"));
+    return;
+  }
+  request->setDownloadDirectory(file.path());
+  request->setDownloadFileName(file.fileName());
+  Follow(item, request);
+  request->accept();
+  Update(item);
+}
+
+void TDownloadList::Follow(TItem &item, QWebEngineDownloadRequest *request) {
+  item.request = request;
+  item.failure.clear();
+  item.received = 0;
+  item.sampleReceived = 0;
+  item.speed = 0;
+  item.sampleSince.start();
+  const auto update = [this, &item] { Update(item); };
+  connect(request, &QWebEngineDownloadRequest::receivedBytesChanged, this, update);
+  connect(request, &QWebEngineDownloadRequest::totalBytesChanged, this, update);
+  connect(request, &QWebEngineDownloadRequest::isPausedChanged, this, update);
+  connect(request, &QWebEngineDownloadRequest::stateChanged, this, update);
+  connect(request, &QWebEngineDownloadRequest::interruptReasonChanged, this, update);
+}
+
+void TDownloadList::Update(TItem &item) {
+  const QWebEngineDownloadRequest *request = item.request;
+  if (request == nullptr) return;
+  item.received = request->receivedBytes();
+  item.total = request->totalBytes();
+  item.MeasureSpeed();
+  switch (request->state()) {
+    case QWebEngineDownloadRequest::DownloadRequested:
+    case QWebEngineDownloadRequest::DownloadInProgress:
+      item.state = request->isPaused() ? TDownloadState::Paused : TDownloadState::Running;
+      break;
+    case QWebEngineDownloadRequest::DownloadCompleted:
+      // Its folder may have been deleted while the engine was writing.
+      if (!QFileInfo::exists(item.path)) return Fail(item, m_language.Text("DOWNLOADS", "FileGone"));
+      item.state = TDownloadState::Finished;
+      break;
+    case QWebEngineDownloadRequest::DownloadCancelled:
+      item.state = TDownloadState::Cancelled;
+      break;
+    case QWebEngineDownloadRequest::DownloadInterrupted:
+      return Fail(item, DownloadText::Failure(request->interruptReason(), m_language));
+  }
+  Announce(item);
+}
+
+void TDownloadList::Fail(TItem &item, const QString &reason) {
+  item.state = TDownloadState::Failed;
+  item.failure = reason;
+  item.retryPage.reset();
+  Announce(item);
+}
+
+void TDownloadList::Announce(const TItem &item) {
+  const QModelIndex changed = index(RowOf(item));
+  Q_EMIT dataChanged(changed, changed);
+  const int active = int(std::count_if(m_items.begin(), m_items.end(), [](const std::unique_ptr<TItem> &other) {
+    return IsActiveState(other->state);
+  }));
+  if (active == m_activeCount) return;
+  m_activeCount = active;
+  active > 0 ? m_tick.start() : m_tick.stop();
+  Q_EMIT ActiveChanged(active);
+}
+
+TDownloadList::TItem &TDownloadList::AddItem(const QUrl &address, const QString &path, TDownloadState state) {
+  for (size_t row = m_items.size(); m_items.size() >= MostItems && row > 0; --row) {
+    if (!IsActiveState(m_items[row - 1]->state)) RemoveItem(int(row) - 1);
+  }
+  beginInsertRows({}, 0, 0);
+  TItem &item = **m_items.insert(m_items.begin(), std::make_unique<TItem>());
+  item.address = address;
+  item.path = path;
+  item.state = state;
+  endInsertRows();
+  Announce(item);
+  return item;
+}
+
+void TDownloadList::RemoveItem(int row) {
+  if (QWebEngineDownloadRequest *request = m_items[size_t(row)]->request) {
+    request->disconnect(this);
+    request->deleteLater();
+  }
+  beginRemoveRows({}, row, row);
+  m_items.erase(m_items.begin() + row);
+  endRemoveRows();
+}
+
+QString TDownloadList::ChoosePath(const QString &name, QWebEnginePage *page) {
+  const auto taken = [this](const QString &path) { return IsBeingWritten(path); };
+  const QString safe = FileNames::Safe(name, m_language.Text("DOWNLOADS", "FallbackName"));
+  const QString suggested = FileNames::FreePath(Folder(), safe, taken);
+  if (!m_asksWithDialog && !m_chooseFile) return suggested;
+  const QPointer<TDownloadList> self(this);
+  m_asking = true;
+  QString path;
+  if (m_chooseFile) {
+    path = m_chooseFile(suggested);
+  } else {
+    QWebEngineView *view = page != nullptr ? QWebEngineView::forPage(page) : nullptr;
+    path = QFileDialog::getSaveFileName(view != nullptr ? view->window() : nullptr,
+                                        m_language.Text("DOWNLOADS", "SaveCaption"), suggested);
+  }
+  if (self.isNull()) return {};
+  m_asking = false;
+  if (path.isEmpty()) return {};
+  const QFileInfo chosen(path);
+  m_store.Write(TRegistryHive::CurrentUser, StoreKey, FolderValue, chosen.absolutePath());
+  // Two downloads must not write to one file, even when the user picks it.
+  return taken(chosen.absoluteFilePath()) ? FileNames::FreePath(chosen.absolutePath(), chosen.fileName(), taken)
+                                          : chosen.absoluteFilePath();
+}
+
+QString TDownloadList::Folder() const {
+  const QString last = m_store.Read(TRegistryHive::CurrentUser, StoreKey, FolderValue).value_or(QString());
+  if (!last.isEmpty() && QFileInfo(last).isDir() && QFileInfo(last).isWritable()) return last;
+  const QString downloads = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
+  return QDir().mkpath(downloads) ? downloads : QDir::homePath();
+}
+
+bool TDownloadList::IsBeingWritten(const QString &path) const {
+  return std::any_of(m_items.begin(), m_items.end(), [&path](const std::unique_ptr<TItem> &item) {
+    return IsActiveState(item->state) && item->path == path;
+  });
+}
+
+int TDownloadList::ActiveCount() const { return m_activeCount; }
+
+void TDownloadList::CancelAll() {
+  for (int row = 0; row < rowCount(); ++row) Cancel(row);
+}
+
+TDownloadState TDownloadList::State(int row) const {
+  const TItem *item = Item(row);
+  return item != nullptr ? item->state : TDownloadState::Cancelled;
+}
+
+bool TDownloadList::CanPause(int row) const {
+  const TItem *item = Item(row);
+  return item != nullptr && item->state == TDownloadState::Running && item->request != nullptr &&
+         !item->request->isSavePageDownload();
+}
+
+bool TDownloadList::CanResume(int row) const {
+  const TItem *item = Item(row);
+  return item != nullptr && item->state == TDownloadState::Paused && item->request != nullptr;
+}
+
+bool TDownloadList::CanCancel(int row) const {
+  const TItem *item = Item(row);
+  return item != nullptr && IsActiveState(item->state);
+}
+
+bool TDownloadList::CanRetry(int row) const {
+  const TItem *item = Item(row);
+  // What a page made itself ("blob:") is gone with the page; a page being saved is saved again from its menu.
+  return item != nullptr && !IsActiveState(item->state) && item->state != TDownloadState::Finished &&
+         item->address.scheme() != "blob" && (item->request == nullptr || !item->request->isSavePageDownload());
+}
+
+bool TDownloadList::CanOpen(int row) const {
+  const TItem *item = Item(row);
+  return item != nullptr && item->state == TDownloadState::Finished;
+}
+
+void TDownloadList::Pause(int row) {
+  if (CanPause(row)) Item(row)->request->pause();
+}
+
+void TDownloadList::Resume(int row) {
+  if (CanResume(row)) Item(row)->request->resume();
+}
+
+void TDownloadList::Cancel(int row) {
+  if (!CanCancel(row)) return;
+  TItem &item = *Item(row);
+  if (item.request != nullptr && item.retryPage == nullptr) return item.request->cancel();
+  item.retryPage.reset();
+  item.state = TDownloadState::Cancelled;
+  Announce(item);
+}
+
+void TDownloadList::Retry(int row) {
+  if (!CanRetry(row)) return;
+  TItem &item = *Item(row);
+  if (item.request != nullptr) item.request->disconnect(this);
+  item.request = nullptr;
+  item.state = TDownloadState::Running;
+  item.received = 0;
+  item.total = -1;
+  item.speed = 0;
+  item.retryPage = std::make_unique<QWebEnginePage>(&m_profile);
+  item.retrySince.start();
+  Announce(item);
+  item.retryPage->download(item.address, QFileInfo(item.path).fileName());
+}
+
+bool TDownloadList::IsExecutable(int row) const {
+  const TItem *item = Item(row);
+  return item != nullptr && FileNames::IsExecutable(item->path);
+}
+
+bool TDownloadList::Open(int row) {
+  return CanOpen(row) && QFileInfo::exists(Item(row)->path) && m_opener(QUrl::fromLocalFile(Item(row)->path));
+}
+
+bool TDownloadList::OpenFolder(int row) {
+  const TItem *item = Item(row);
+  if (item == nullptr || item->path.isEmpty()) return false;
+  const QString folder = QFileInfo(item->path).path();
+  return QFileInfo(folder).isDir() && m_opener(QUrl::fromLocalFile(folder));
+}
+
+void TDownloadList::Remove(int row) {
+  if (Item(row) != nullptr && !CanCancel(row)) RemoveItem(row);
+}
+
+void TDownloadList::ClearFinished() {
+  for (int row = rowCount() - 1; row >= 0; --row) Remove(row);
+}
+
+int TDownloadList::rowCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : int(m_items.size()); }
+
+QVariant TDownloadList::data(const QModelIndex &index, int role) const {
+  const TItem *item = index.column() == 0 ? Item(index.row()) : nullptr;
+  if (item == nullptr) return {};
+  const QString name = item->path.isEmpty()
+                           ? FileNames::Safe(item->address.fileName(), m_language.Text("DOWNLOADS", "FallbackName"))
+                           : QFileInfo(item->path).fileName();
+  switch (role) {
+    case Qt::DisplayRole:
+      return name;
+    case Qt::DecorationRole:
+      return QIcon::fromTheme(QMimeDatabase().mimeTypeForFile(name, QMimeDatabase::MatchExtension).iconName());
+    case Qt::ToolTipRole:
+      return (item->path.isEmpty() ? name : QDir::toNativeSeparators(item->path)).toHtmlEscaped();
+    case Qt::AccessibleTextRole:
+      return QString(name + ". " + StatusText(*item));
+    case PathRole:
+      return item->path;
+    case AddressRole:
+      return item->address.toString();
+    case StateRole:
+      return int(item->state);
+    case ReceivedRole:
+      return item->received;
+    case TotalRole:
+      return item->total;
+    case PercentRole:
+      return item->total > 0 ? int(qBound(qint64(0), item->received * 100 / item->total, qint64(100))) : -1;
+    case StatusRole:
+      return StatusText(*item);
+    default:
+      return {};
+  }
+}
+
+TDownloadList::TItem *TDownloadList::Item(int row) const {
+  return row >= 0 && row < rowCount() ? m_items[size_t(row)].get() : nullptr;
+}
+
+int TDownloadList::RowOf(const TItem &item) const {
+  const auto found = std::find_if(m_items.begin(), m_items.end(),
+                                  [&item](const std::unique_ptr<TItem> &other) { return other.get() == &item; });
+  return found == m_items.end() ? -1 : int(found - m_items.begin());
+}
+
+QString TDownloadList::StatusText(const TItem &item) const {
+  const QString amount = DownloadText::Amount(item.received, item.total, m_language);
+  switch (item.state) {
+    case TDownloadState::Running: {
+      const QString pace = DownloadText::Pace(item.received, item.total, item.speed, m_language);
+      return pace.isEmpty() ? amount : m_language.Text("DOWNLOADS", "RunningLine").arg(amount, pace);
+    }
+    case TDownloadState::Paused:
+      return m_language.Text("DOWNLOADS", "PausedLine").arg(amount);
+    case TDownloadState::Finished:
+      return m_language.Text("DOWNLOADS", "FinishedLine").arg(DownloadText::Amount(item.received, -1, m_language));
+    case TDownloadState::Cancelled:
+      return m_language.Text("DOWNLOADS", "CancelledLine");
+    case TDownloadState::Failed:
+      return m_language.Text("DOWNLOADS", "FailedLine").arg(item.failure);
+    case TDownloadState::NotStarted:
+      return m_language.Text("DOWNLOADS", "NotStartedLine");
+  }
+  return {};
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <functional>
+#include <QString>
+
+// File names that come from servers.
+namespace FileNames {
+
+// A name that is safe on any file system: no folders, no control or direction characters, no names that are reserved
+// somewhere, not hidden, and short enough to get a number or an ending appended. Over-long names lose their middle and
+// keep their ending. `fallback` is used when nothing is left.
+[[nodiscard]] QString Safe(const QString &suggested, const QString &fallback);
+
+// "folder/name", or with the first number that makes it free: "folder/name (1).ext". `isTaken` tells of paths that do
+// not exist yet but will.
+[[nodiscard]] QString FreePath(const QString &folder, const QString &name,
+                               const std::function<bool(const QString &)> &isTaken);
+
+// True for files that run code when they are opened: programs, scripts, starters, installers, and whatever has the
+// executable permission.
+[[nodiscard]] bool IsExecutable(const QString &path);
+
+}  // namespace FileNames
