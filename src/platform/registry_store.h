@@ -12,7 +12,9 @@
 // Key paths are written with backslashes ("Software\Velmora\Zarvela"); a leading or trailing backslash means nothing.
 // Key and value names compare without regard to case and keep the spelling in which they were first written. Values are
 // listed in the order in which they were first written; writing a value again keeps its place. Several processes may
-// have the same file open: each call is a transaction of its own and sees what others have committed before it.
+// have the same file open: each call is a transaction of its own and sees what others have committed before it. What a
+// writer has reported as written survives the death of the process at any moment; after a power cut the last few writes
+// may be missing, but never half of one. One object serves one thread.
 
 enum class TRegistryHive { CurrentUser, LocalMachine, ClassesRoot };
 
@@ -37,6 +39,8 @@ class TRegistryStore final {
   [[nodiscard]] QString SetAsideFile() const;
   // False when writes are refused (a read-only folder, say). Reads still work; writers return false.
   [[nodiscard]] bool IsWritable() const;
+  // True when no file could be used: writes succeed, but only for as long as this object lives.
+  [[nodiscard]] bool IsInMemory() const;
 
   [[nodiscard]] bool KeyExists(TRegistryHive hive, const QString &key) const;
   bool CreateKey(TRegistryHive hive, const QString &key);
@@ -54,7 +58,9 @@ class TRegistryStore final {
   // Replaces the whole key (subkeys too) by `values`, in order, in one transaction. An empty list deletes the key.
   bool ReplaceKey(TRegistryHive hive, const QString &key, const QList<TRegistryValue> &values);
 
-  // Runs `work` inside one transaction, so that its writes reach the disk together or not at all. May be nested.
+  // Runs `work` inside one transaction, so that its writes reach the disk together or not at all: they are undone when
+  // it returns false or throws. May be nested; an inner failure undoes the inner part only. `work` is not run, and the
+  // answer is false, where no transaction can be begun.
   bool InTransaction(const std::function<bool()> &work);
 
  private:

@@ -1,0 +1,11 @@
+#include "platform/product_info.h"
+
+#include "platform/ini_file.h"
+#include "platform/program_folders.h"
+
+TProductInfo TProductInfo::Load() {
+  TIniFile file;
+  file.Load(ProgramFolders::Find({}, "product.ini"));
+  const auto address = [&file](const char *key) { return file.Value("Addresses", key); };
+  return {address("DefaultHomePage"), address("StartupPage"), address("SearchPanelPage"), address("UpdateServer")};
+}
