@@ -13,18 +13,28 @@ struct TTextKey {
   const char *key = nullptr;
 };
 
-// The texts of the interface, from one language file that is read once at start.
+// The texts of the interface, from one language file that is read once at start. Language files are INI files (see
+// TIniFile) in the folder "Languages" of the program's folders.
 class TLanguage final {
  public:
   static constexpr const char *DefaultFile = "zveng.ini";
+  static constexpr const char *Folder = "Languages";
 
-  // Loads the file that the setting LanguageFile names. A file that is not there is replaced by the default one, and
-  // the setting is corrected in the store. When that is missing too, every look-up falls back.
+  // Loads the file that the setting LanguageFile names. A file that is not there, or cannot be read, is replaced by the
+  // default one, and the setting is corrected in the store. When that is missing too, every look-up falls back.
   void Load(TZVOptions &options);
   // Loads exactly this file; false when it cannot be read (every look-up then falls back).
   bool LoadFile(const QString &path);
 
+  // The name, without folder, of the current language file.
   [[nodiscard]] const QString &FileName() const { return m_fileName; }
+  // Makes `name` the current file for the language menu; the texts stay those that were loaded at start.
+  void SetFileName(const QString &name) { m_fileName = name; }
+  // The language's locale ("de", "pt_BR") from "INFO", "Locale"; empty when the file has none.
+  [[nodiscard]] QString LocaleName() const;
+  // Installs, as children of `owner`, the toolkit's own translations for that locale, as far as the system has them, so
+  // that the texts which the toolkit brings along follow the language. Needs the application object.
+  void InstallToolkitTranslations(QObject *owner) const;
 
   // The text of `key` in `section`; "UNDEFINED: section > key" when the file has none.
   [[nodiscard]] QString Text(const char *section, const char *key) const;
@@ -32,7 +42,14 @@ class TLanguage final {
   // The text of `key` in the section "GLOBAL".
   [[nodiscard]] QString Global(const char *key) const { return Text("GLOBAL", key); }
 
-  // Replaces the marker texts ("__Key" from `section`, "~~Key" from "GLOBAL") of `form` and of all it owns, depth first.
+  // A hint may have two parts, "Short|Long": the short one is the tool tip and the caption in menus, the long one is for
+  // the status bar. A hint without "|" is both.
+  [[nodiscard]] static QString ShortHint(const QString &hint);
+  [[nodiscard]] static QString LongHint(const QString &hint);
+
+  // Replaces the marker texts ("__Key" from `section`, "~~Key" from "GLOBAL") of `form` and of all it owns, depth first
+  // in the order of ownership. Which properties are looked at stands in language_properties.cpp. A marker without a
+  // text, or with an empty one, stays visible.
   void TranslateForm(QObject *form, const char *section) const;
 
  private:

@@ -2,13 +2,16 @@
 
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 #include "config/settings_table.h"
 #include "platform/registry_store.h"
 
 // The user's settings, by name. An object keeps no copy of any value: a getter reads the store, a setter writes it at
 // once. Make one where it is needed, use it, and let it go.
-
+//
+// A flag is stored as "0" or "1", an integer as decimal text. A stored number may have blanks around it; anything else
+// that is not a whole decimal number of 32 bits counts as invalid. A flag is true for every number but 0.
 class TZVOptions final {
  public:
   explicit TZVOptions(TRegistryStore &store);
@@ -27,17 +30,20 @@ class TZVOptions final {
   void SetAutoCompleteMode(int mode);
 
   // The lists. Name-and-value lists are lines "name=value" in the store's order; their writers replace the whole key in
-  // one transaction.
+  // one transaction. A line without "=" is a name with an empty value.
   [[nodiscard]] QStringList LastOpenSites() const;
   [[nodiscard]] QStringList SearchEngines() const;
   [[nodiscard]] QStringList SearchBarEntries() const;
   [[nodiscard]] QStringList QuickSearchEntries() const;
+  // Sorted and without duplicates, both regardless of case; values in an older "name=address" layout are repaired.
   [[nodiscard]] QStringList PopupList() const;
+  // The names of the key's subkeys, one class identifier each.
   [[nodiscard]] QStringList BrowserHelperObjects() const;
   void SetLastOpenSites(const QStringList &lines);
   void SetSearchEngines(const QStringList &lines);
   void SetSearchBarEntries(const QStringList &lines);
   void SetQuickSearchEntries(const QStringList &lines);
+  // Takes addresses, or lines of the list's own form: entry i (from 1) may be written as "url<i>=address".
   void SetPopupList(const QStringList &addresses);
 
   // Removes the retired value "ZVID".
@@ -50,5 +56,10 @@ class TZVOptions final {
   [[nodiscard]] TRegistryStore &Store() const { return m_store; }
 
  private:
+  [[nodiscard]] std::optional<QString> Read(const char *name) const;
+  void Write(const char *name, const QString &data);
+  [[nodiscard]] QStringList Lines(const char *key) const;
+  void SetLines(const char *key, const QStringList &lines);
+
   TRegistryStore &m_store;
 };

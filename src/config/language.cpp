@@ -1,0 +1,62 @@
+#include "config/language.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QLibraryInfo>
+#include <QTranslator>
+
+#include "config/form_translator.h"
+#include "config/options.h"
+#include "platform/program_folders.h"
+
+namespace {
+
+constexpr const char *ToolkitTranslations[] = {"qtbase", "qtwebengine"};
+
+}  // namespace
+
+void TLanguage::Load(TZVOptions &options) {
+  const QString name = options.Get(Setting::LanguageFile);
+  if (LoadFile(ProgramFolders::Find(Folder, name))) return;
+  if (name != DefaultFile) options.Set(Setting::LanguageFile, DefaultFile);
+  LoadFile(ProgramFolders::Find(Folder, DefaultFile));
+  m_fileName = DefaultFile;
+}
+
+bool TLanguage::LoadFile(const QString &path) {
+  m_fileName = QFileInfo(path).fileName();
+  return m_texts.Load(path);
+}
+
+QString TLanguage::LocaleName() const { return m_texts.Value("INFO", "Locale"); }
+
+void TLanguage::InstallToolkitTranslations(QObject *owner) const {
+  const QString locale = LocaleName();
+  // It becomes part of a file name.
+  const auto isNamePart = [](QChar c) { return c.isLetterOrNumber() || c == u'_' || c == u'-'; };
+  if (locale.isEmpty() || !std::all_of(locale.begin(), locale.end(), isNamePart)) return;
+  for (const char *library : ToolkitTranslations) {
+    auto translator = std::make_unique<QTranslator>(owner);
+    if (!translator->load(QString(library) + u'_' + locale, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+      continue;
+    }
+    QCoreApplication::installTranslator(translator.release());
+  }
+}
+
+QString TLanguage::Text(const char *section, const char *key) const {
+  const QString text = m_texts.Value(section, key);
+  if (!text.isNull() || m_texts.HasKey(section, key)) return text;
+  return QString("UNDEFINED: %1 > %2").arg(QString(section), QString(key));
+}
+
+QString TLanguage::ShortHint(const QString &hint) { return hint.section(u'|', 0, 0); }
+
+QString TLanguage::LongHint(const QString &hint) {
+  const qsizetype bar = hint.indexOf(u'|');
+  return bar < 0 ? hint : hint.sliced(bar + 1);
+}
+
+void TLanguage::TranslateForm(QObject *form, const char *section) const {
+  if (form != nullptr) TFormTranslator(m_texts, section).Translate(form);
+}
