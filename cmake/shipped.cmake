@@ -1,0 +1,15 @@
+# The shipped files of "the program's folder". Programs of the build, the tests among them, find them beside themselves
+# as links, so that a changed text needs no build; an installed program finds them in share/zarvela.
+
+set(zv_shipped ${CMAKE_SOURCE_DIR}/Languages ${CMAKE_SOURCE_DIR}/resources/product.ini)
+
+foreach(folder ${CMAKE_BINARY_DIR} ${CMAKE_BINARY_DIR}/tests)
+  file(MAKE_DIRECTORY ${folder})
+  foreach(item ${zv_shipped})
+    get_filename_component(name ${item} NAME)
+    file(CREATE_LINK ${item} ${folder}/${name} SYMBOLIC)
+  endforeach()
+endforeach()
+
+install(DIRECTORY ${CMAKE_SOURCE_DIR}/Languages DESTINATION ${CMAKE_INSTALL_DATADIR}/zarvela FILES_MATCHING PATTERN *.ini)
+install(FILES ${CMAKE_SOURCE_DIR}/resources/product.ini DESTINATION ${CMAKE_INSTALL_DATADIR}/zarvela)
