@@ -33,6 +33,12 @@ void TAddressBox::FocusAll() {
   lineEdit()->selectAll();
 }
 
+void TAddressBox::Open(bool newTab) {
+  const QString text = lineEdit()->text().trimmed();
+  m_typed = false;
+  if (!text.isEmpty()) Q_EMIT OpenRequested(text, newTab);
+}
+
 bool TAddressBox::eventFilter(QObject *watched, QEvent *event) {
   if (watched == lineEdit() && event->type() == QEvent::ShortcutOverride &&
       static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape) {
@@ -42,9 +48,7 @@ bool TAddressBox::eventFilter(QObject *watched, QEvent *event) {
   if (watched == lineEdit() && event->type() == QEvent::KeyPress) {
     const auto *key = static_cast<QKeyEvent *>(event);
     if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
-      const QString text = lineEdit()->text().trimmed();
-      m_typed = false;
-      if (!text.isEmpty()) Q_EMIT OpenRequested(text, key->modifiers().testFlag(Qt::AltModifier));
+      Open(key->modifiers().testFlag(Qt::AltModifier));
       return true;
     }
     if (key->key() == Qt::Key_Escape) {

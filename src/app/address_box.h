@@ -13,6 +13,8 @@ class TAddressBox final : public QComboBox {
   // The page's address. What the user is typing right now is not overwritten; Esc brings the address back.
   void ShowAddress(const QString &address);
   void FocusAll();
+  // Opens what the box holds, in the current tab.
+  void Go() { Open(false); }
 
  Q_SIGNALS:
   void OpenRequested(const QString &text, bool newTab);
@@ -23,6 +25,7 @@ class TAddressBox final : public QComboBox {
 
  private:
   void PutBack();
+  void Open(bool newTab);
 
   QString m_pageAddress;
   bool m_typed = false;

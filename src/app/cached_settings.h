@@ -2,10 +2,12 @@
 
 #include <QString>
 
-// The settings that the main window keeps a copy of, so that handlers need not go back to the store. What tabs obey is
-// in TTabSettings; the window reads all of them once at creation and writes them back when it is destroyed.
+class TRegistryStore;
+struct TTabSettings;
+
+// The settings that the main window keeps a copy of, so that handlers need not go back to the store. They are read once
+// when the window is created and written back when it is destroyed. What tabs obey is in TTabSettings.
 struct TCachedSettings {
-  QString startupMode;
   bool minToTray = false;
   bool addressNewWin = false;
   bool quickSearchNewWin = true;
@@ -13,13 +15,15 @@ struct TCachedSettings {
   int autoCompleteMode = 2;
   bool hgCloseFirst = false;
   bool usePopupHalvex = true;
-  bool popupHalvexNotify = true;
   bool hbAutoExpand = true;
   bool viewHalvexBar = false;
   bool viewLinksBar = true;
   bool disableAltShortcuts = false;
   int halvexBarWidth = 234;   // pixels
   QString searchBar;
-  bool fullScreen = false;
-  bool maximizedBySettings = false;
+
+  void Read(TRegistryStore &store, TTabSettings &tabs);
+  // In the order in which the window writes them, before and after its placement.
+  void WriteBehaviour(TRegistryStore &store, const TTabSettings &tabs, bool fullScreen) const;
+  void WriteView(TRegistryStore &store) const;
 };

@@ -52,6 +52,7 @@ constexpr TCommandRow Rows[] = {
     {ViewToolbar, "mnuViewToolbar", "__ViewToolbar", nullptr, "", true, NoHint},
     {ViewAddressBar, "mnuViewAddressBar", "__ViewAddressBar", nullptr, "", true, NoHint},
     {ViewStatusBar, "mnuViewStatusBar", "__ViewStatusBar", nullptr, "", true, NoHint},
+    {ViewMenuBar, "mnuViewMenuBar", "__ViewMenuBar", nullptr, "Ctrl+M", true, NoHint},
     {Back, "tbBack", "__Back", ":/icons/back.svg", "Alt+Left; Back", false, TTextKey{"MAIN", "MenuGoBackHint"}},
     {Forward, "tbForward", "__Forward", ":/icons/forward.svg", "Alt+Right; Forward", false,
      TTextKey{"MAIN", "MenuGoForwardHint"}},
@@ -148,7 +149,8 @@ constexpr TEntry Entries[] = {
     Put(TMenu::Edit, Paste), Put(TMenu::Edit, SelectAll), Line(TMenu::Edit), Put(TMenu::Edit, Find),
     Put(TMenu::Edit, FindNext), Put(TMenu::Edit, FindPrevious), Line(TMenu::Edit), Put(TMenu::Edit, EditAddress),
 
-    Put(TMenu::View, ViewToolbar), Put(TMenu::View, ViewAddressBar), Put(TMenu::View, ViewStatusBar), Line(TMenu::View),
+    Put(TMenu::View, ViewToolbar), Put(TMenu::View, ViewAddressBar), Put(TMenu::View, ViewStatusBar),
+    Put(TMenu::View, ViewMenuBar), Line(TMenu::View),
     Put(TMenu::View, Back), Put(TMenu::View, Forward), Put(TMenu::View, Home), Line(TMenu::View), Put(TMenu::View, Stop),
     Put(TMenu::View, Refresh), Put(TMenu::View, RefreshCompletely), Put(TMenu::View, StopAll),
     Put(TMenu::View, RefreshAll), Put(TMenu::View, TMenu::AutoRefresh), Line(TMenu::View),
@@ -232,9 +234,9 @@ void TCommands::FinishTexts(const TLanguage &language, bool plainMenus) {
     if (row.hint.section == nullptr) continue;
     const QString hint = language.Text(row.hint);
     const QString keys = action->shortcut().toString(QKeySequence::NativeText);
-    const QString shortHint = hint.section(QLatin1Char('|'), 0, 0);
+    const QString shortHint = TLanguage::ShortHint(hint);
     action->setToolTip(keys.isEmpty() ? shortHint : QStringLiteral("%1 (%2)").arg(shortHint, keys));
-    action->setStatusTip(hint.section(QLatin1Char('|'), 1));
+    action->setStatusTip(TLanguage::LongHint(hint));
   }
   if (!plainMenus) return;
   for (const TMenuRow &row : Menus) {

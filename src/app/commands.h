@@ -44,6 +44,7 @@ enum class TCommand {
   ViewToolbar,
   ViewAddressBar,
   ViewStatusBar,
+  ViewMenuBar,
   Back,
   Forward,
   Home,

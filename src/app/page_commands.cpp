@@ -8,7 +8,6 @@
 #include <QMenu>
 #include <QUrl>
 
-#include "app/address_box.h"
 #include "app/commands.h"
 #include "app/main_status_bar.h"
 #include "browser/tabs/browser_tab.h"
@@ -52,9 +51,9 @@ const TPageCommands::TFont TPageCommands::Fonts[] = {
     {TCommand::FontSmaller, 1}, {TCommand::FontSmallest, 0},
 };
 
-TPageCommands::TPageCommands(QWidget *window, TCommands &commands, TTabStrip &tabs, TAddressBox &address,
+TPageCommands::TPageCommands(QWidget *window, TCommands &commands, TTabStrip &tabs,
                              TMainStatusBar &status)
-    : QObject(window), m_window(window), m_commands(commands), m_tabs(tabs), m_address(address), m_status(status) {
+    : QObject(window), m_window(window), m_commands(commands), m_tabs(tabs), m_status(status) {
   ConnectSimple();
   ConnectNavigation();
   ConnectClipboard();

@@ -4,7 +4,6 @@
 
 #include "platform/desktop_services.h"
 
-class TAddressBox;
 class TBrowserTab;
 class TCommands;
 class THalvexBrowser;
@@ -17,7 +16,7 @@ class TPageCommands final : public QObject {
   Q_OBJECT
 
  public:
-  TPageCommands(QWidget *window, TCommands &commands, TTabStrip &tabs, TAddressBox &address, TMainStatusBar &status);
+  TPageCommands(QWidget *window, TCommands &commands, TTabStrip &tabs, TMainStatusBar &status);
 
   // Back, forward, stop and the like follow the active tab.
   void UpdateFor(TBrowserTab *tab);
@@ -44,6 +43,5 @@ class TPageCommands final : public QObject {
   QWidget *m_window;
   TCommands &m_commands;
   TTabStrip &m_tabs;
-  TAddressBox &m_address;
   TMainStatusBar &m_status;
 };

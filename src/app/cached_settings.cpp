@@ -1,0 +1,51 @@
+#include "app/cached_settings.h"
+
+#include <algorithm>
+
+#include "browser/tabs/tab_environment.h"
+#include "config/options.h"
+
+void TCachedSettings::Read(TRegistryStore &store, TTabSettings &tabs) {
+  const TZVOptions options(store);
+  showGo = options.Get(Setting::ShowGo);
+  disableAltShortcuts = options.Get(Setting::DisableALTShortcuts);
+  autoCompleteMode = options.AutoCompleteMode();
+  addressNewWin = options.Get(Setting::AddressNewWin);
+  quickSearchNewWin = options.Get(Setting::QuickSearchNewWin);
+  tabs.openNewAtEnd = options.Get(Setting::OpenNewAtEnd);
+  hgCloseFirst = options.Get(Setting::HGCloseFirst);
+  searchBar = options.Get(Setting::SearchBar);
+  minToTray = options.Get(Setting::MinToTray);
+  halvexBarWidth = options.Get(Setting::HalvexBarWidth);
+  usePopupHalvex = options.Get(Setting::UsePopupHalvex);
+  tabs.limitTitleLength = options.Get(Setting::LimitTitleLength);
+  tabs.newAction = std::max(options.Get(Setting::NewAction), 0);
+  hbAutoExpand = options.Get(Setting::HBAutoExpand);
+  tabs.openNewInForeground = options.Get(Setting::OpenNewInForeground);
+  viewLinksBar = options.Get(Setting::ViewLinksBar);
+  viewHalvexBar = options.Get(Setting::ViewHalvexBar);
+}
+
+void TCachedSettings::WriteBehaviour(TRegistryStore &store, const TTabSettings &tabs, bool fullScreen) const {
+  TZVOptions options(store);
+  options.Set(Setting::DisableALTShortcuts, disableAltShortcuts);
+  options.Set(Setting::OpenNewInForeground, tabs.openNewInForeground);
+  options.Set(Setting::AddressNewWin, addressNewWin);
+  options.Set(Setting::QuickSearchNewWin, quickSearchNewWin);
+  options.SetAutoCompleteMode(autoCompleteMode);
+  options.Set(Setting::MinToTray, minToTray);
+  options.Set(Setting::ShowGo, showGo);
+  options.Set(Setting::HBAutoExpand, hbAutoExpand);
+  options.Set(Setting::OpenNewAtEnd, tabs.openNewAtEnd);
+  options.Set(Setting::HalvexBarWidth, halvexBarWidth);
+  options.Set(Setting::LimitTitleLength, tabs.limitTitleLength);
+  options.Set(Setting::SearchBar, searchBar);
+  options.Set(Setting::FullScreen, fullScreen);
+}
+
+void TCachedSettings::WriteView(TRegistryStore &store) const {
+  TZVOptions options(store);
+  options.Set(Setting::ViewHalvexBar, viewHalvexBar);
+  options.Set(Setting::ViewLinksBar, viewLinksBar);
+  options.Set(Setting::HGCloseFirst, hgCloseFirst);
+}

@@ -1,0 +1,315 @@
+#include "app/main_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFileInfo>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QActionGroup>
+
+#include "app/about_dialog.h"
+#include "app/address_box.h"
+#include "app/busy_indicator.h"
+#include "app/commands.h"
+#include "app/delayed_start.h"
+#include "app/full_screen.h"
+#include "app/home_page.h"
+#include "app/last_open_sites.h"
+#include "app/main_status_bar.h"
+#include "app/main_toolbars.h"
+#include "app/page_commands.h"
+#include "app/tab_colors.h"
+#include "app/tab_commands.h"
+#include "app/window_bars.h"
+#include "app/window_placement.h"
+#include "browser/dialogs/confirm_dialog.h"
+#include "browser/downloads/download_list.h"
+#include "browser/downloads/download_window.h"
+#include "browser/tabs/auto_refresh.h"
+#include "browser/tabs/browser_tab.h"
+#include "browser/tabs/tab_menus.h"
+#include "config/language_menu.h"
+
+namespace {
+
+constexpr int DelayedStartInterval = 1;   // milliseconds
+const QString ModeLast = QStringLiteral("Last");
+
+}  // namespace
+
+TfrmMain::TfrmMain(TRegistryStore &store) : m_store(store), m_options(store) { FormCreate(); }
+
+TfrmMain::~TfrmMain() { FormDestroy(); }
+
+void TfrmMain::FormCreate() {
+  setObjectName(QStringLiteral("frmMain"));
+  m_options.RemoveZvid();
+  m_language.Load(m_options);
+  m_product = TProductInfo::Load();
+  MakeModules();
+  MakeFirstTab();
+  RestoreView();
+  RestorePlacement();
+  m_environment->settings.openNewAtEnd = m_options.Get(Setting::OpenNewAtEnd);
+  m_commands->operator[](TCommand::OpenNewAtEnd)->setChecked(m_environment->settings.openNewAtEnd);
+  m_loadCoolbar.start();
+}
+
+void TfrmMain::MakeModules() {
+  m_engine = std::make_unique<TEngine>(m_language, m_store);
+  m_environment.reset(new TTabEnvironment{*m_engine, m_language, m_store, {}, {}});
+  m_environment->hooks.homePage = [this] { return HomePage::Address(m_store, m_product); };
+  m_settings.Read(m_store, m_environment->settings);
+  // Until the window is made every tab goes to the end of the strip.
+  m_environment->settings.openNewAtEnd = true;
+
+  m_commands = new TCommands(this);
+  m_commands->BuildMenus(menuBar());
+  m_toolbars = new TMainToolbars(this, *m_commands);
+  m_status = new TMainStatusBar(m_language, this);
+  setStatusBar(m_status);
+  m_pages = new TZVPageControl(this);
+  m_pages->setObjectName(QStringLiteral("pcPage"));
+  setCentralWidget(m_pages);
+  m_language.TranslateForm(this, "MAIN");
+  m_commands->FinishTexts(m_language, m_settings.disableAltShortcuts);
+
+  m_tabs = std::make_unique<TTabStrip>(this, m_pages, *m_environment);
+  m_closeAll = std::make_unique<TCloseAllTabs>(this, *m_tabs);
+  m_tabMenu = new TTabMenu(this, *m_tabs, *m_closeAll);
+  m_autoRefresh = new TAutoRefresh(m_language, m_store, this);
+  m_downloads = std::make_unique<TDownloadList>(m_engine->Profile(), m_language, m_store);
+  m_fullScreen = new TFullScreen(this, *m_commands, *m_tabs);
+  m_bars = new TWindowBars(this, *m_commands, *m_toolbars, *m_status, *m_fullScreen, m_store);
+  m_pageCommands = new TPageCommands(this, *m_commands, *m_tabs, *m_status);
+  m_tabCommands = new TTabCommands(this, *m_commands, *m_tabs, *m_closeAll, *m_tabMenu, *m_autoRefresh,
+                                   m_toolbars->Address());
+  new TLanguageMenu(*m_commands->Menu(TMenu::Languages), m_language, m_store);
+  m_lastSites = new TLastOpenSites(*m_tabs, m_store, this);
+  ConnectTabs();
+  ConnectCommands();
+
+  m_loadCoolbar.setObjectName(QStringLiteral("tmrLoadCoolbar"));
+  m_loadCoolbar.setSingleShot(true);
+  m_loadCoolbar.setInterval(DelayedStartInterval);
+  connect(&m_loadCoolbar, &QTimer::timeout, this, &TfrmMain::tmrLoadCoolbarTimer);
+}
+
+void TfrmMain::MakeFirstTab() {
+  m_tabs->NewTab();
+  m_toolbars->ShowGo(m_settings.showGo);
+}
+
+void TfrmMain::RestoreView() {
+  m_pages->SetMultipleLines(m_options.Get(Setting::MultipleLines));
+  ApplyTabColors(*m_pages, m_options);
+  m_pages->SetTabsDown(m_options.Get(Setting::TabsDown));
+  m_tabCommands->ArrangePositionItems();
+  m_bars->Restore();
+}
+
+void TfrmMain::RestorePlacement() {
+  WindowPlacement::Restore(this, m_store);
+  m_normalBounds = geometry();
+  if (m_options.Get(Setting::FullScreen)) m_fullScreen->Enter();
+  if (m_options.Get(Setting::Maximized)) setWindowState(windowState() | Qt::WindowMaximized);
+}
+
+void TfrmMain::ConnectTabs() {
+  TTabStrip *tabs = m_tabs.get();
+  connect(tabs, &TTabStrip::ActiveTabChanged, this, &TfrmMain::ShowActiveTab);
+  connect(tabs, &TTabStrip::IndicatorsChanged, this, &TfrmMain::ShowIndicators);
+  connect(tabs, &TTabStrip::StatusTextChanged, m_status, &TMainStatusBar::ShowStatusText);
+  connect(tabs, &TTabStrip::ProgressChanged, m_status, &TMainStatusBar::ShowProgress);
+  connect(tabs, &TTabStrip::CommandStateChanged, this, [this] { m_pageCommands->UpdateFor(m_tabs->GetActivePage()); });
+  connect(tabs, &TTabStrip::AddressChanged, &m_toolbars->Address(), &TAddressBox::ShowAddress);
+  connect(tabs, &TTabStrip::ActiveTitleChanged, this, [this](const QString &title) {
+    setWindowTitle(QStringLiteral("%1 – %2").arg(title, QApplication::applicationDisplayName()));
+  });
+  connect(m_pages, &TZVPageControl::TabMenuRequested, this, [this](QWidget *page, const QPoint &position) {
+    m_tabMenu->Open(static_cast<TBrowserTab *>(page), position);
+  });
+  connect(m_bars, &TWindowBars::Applied, this, [this](bool pageOnly) { m_pages->SetStripVisible(!pageOnly); });
+}
+
+void TfrmMain::ConnectCommands() {
+  const auto on = [this](TCommand command, auto &&work) {
+    connect((*m_commands)[command], &QAction::triggered, this, work);
+  };
+  connect(&m_toolbars->Address(), &TAddressBox::OpenRequested, this, &TfrmMain::OpenAddress);
+  connect(&m_toolbars->Address(), &TAddressBox::Left, this, [this] {
+    if (TBrowserTab *tab = m_tabs->GetActivePage()) tab->setFocus();
+  });
+  on(TCommand::EditAddress, [this] {
+    if (m_toolbars->Address().isVisible()) m_toolbars->Address().FocusAll();
+  });
+  on(TCommand::Downloads, [this] { OpenDownloads(); });
+  connect(m_status, &TMainStatusBar::DownloadsClicked, this, &TfrmMain::OpenDownloads);
+  connect(m_status, &TMainStatusBar::SecurityClicked, (*m_commands)[TCommand::Properties], &QAction::trigger);
+  connect(m_downloads.get(), &TDownloadList::ActiveChanged, m_status, &TMainStatusBar::ShowDownloads);
+  on(TCommand::SetHomePage, [this] {
+    if (TBrowserTab *tab = m_tabs->GetActivePage()) HomePage::Choose(m_store, tab->GetLocationUrl());
+  });
+  on(TCommand::About, [this] { ShowAboutDialog(m_language, this); });
+  on(TCommand::Exit, [this] { close(); });
+
+  const std::pair<TCommand, QString> modes[] = {{TCommand::StartHome, QStringLiteral("Home")},
+                                                {TCommand::StartBlank, QStringLiteral("Blank")},
+                                                {TCommand::StartLast, ModeLast}};
+  auto *group = new QActionGroup(this);
+  for (const auto &[command, mode] : modes) {
+    QAction *action = group->addAction((*m_commands)[command]);
+    action->setChecked(m_options.Get(Setting::StartupMode) == mode);
+    on(command, [this, mode = mode] { ChooseStartupMode(mode); });
+  }
+}
+
+void TfrmMain::tmrLoadCoolbarTimer() {
+  TDelayedStart(*m_tabs, m_store, m_product).Run();
+  FollowStartupMode();
+  ShowActiveTab(m_tabs->GetActivePage());
+  if (!m_store.SetAsideFile().isEmpty()) TellSetAsideStore();
+}
+
+void TfrmMain::TellSetAsideStore() {
+  auto *box = new QMessageBox(QMessageBox::Warning, QApplication::applicationDisplayName(),
+                              m_language.Text("MAIN", "StoreSetAside").arg(QFileInfo(m_store.SetAsideFile()).fileName()),
+                              QMessageBox::NoButton, this);
+  box->setTextFormat(Qt::PlainText);
+  box->addButton(m_language.Global("OK"), QMessageBox::AcceptRole);
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->open();
+}
+
+void TfrmMain::FollowStartupMode() {
+  if (m_options.Get(Setting::StartupMode) == ModeLast) {
+    m_lastSites->Follow();
+  } else {
+    m_lastSites->StopFollowing();
+  }
+}
+
+void TfrmMain::ChooseStartupMode(const QString &mode) {
+  m_options.Set(Setting::StartupMode, mode);
+  FollowStartupMode();
+}
+
+void TfrmMain::ShowActiveTab(TBrowserTab *tab) {
+  if (tab == nullptr) return;
+  m_toolbars->Address().ShowAddress(tab->GetLocationUrl());
+  setWindowTitle(QStringLiteral("%1 – %2").arg(tab->ListCaption(), QApplication::applicationDisplayName()));
+  m_status->ShowNote(QString());
+  m_status->ShowStatusText(QString());
+  m_status->ShowProgress(tab->Progress());
+  ShowIndicators(tab);
+}
+
+void TfrmMain::ShowIndicators(TBrowserTab *tab) {
+  m_status->ShowSecurity(tab->Secure(), tab->SecureLock());
+  m_toolbars->Busy().SetBusy(tab->Busy());
+  if (!tab->Busy()) m_status->ShowProgress(100);
+  m_pageCommands->UpdateFor(tab);
+}
+
+void TfrmMain::OpenAddress(const QString &text, bool newTab) {
+  TBrowserTab *tab = newTab || m_settings.addressNewWin ? m_tabs->NewTab() : m_tabs->GetActivePage();
+  if (tab == nullptr) return;
+  tab->Navigate(text);
+  tab->setFocus();
+}
+
+void TfrmMain::OpenDownloads() {
+  if (!m_downloadWindow) m_downloadWindow = std::make_unique<TDownloadWindow>(*m_downloads, m_language);
+  m_downloadWindow->show();
+  m_downloadWindow->raise();
+  m_downloadWindow->activateWindow();
+}
+
+void TfrmMain::CloseWithoutAsking() {
+  m_closeConfirmed = true;
+  close();
+}
+
+bool TfrmMain::FormCloseQuery() {
+  const bool downloading = m_downloads->ActiveCount() > 0;
+  const bool ask = m_options.Get(Setting::ConfirmShutdown);
+  if (!ask && !downloading) return true;
+  bool dontAsk = false;
+  const QString prompt = downloading ? m_language.Text("MAIN", "DownloadsRunning").arg(m_downloads->ActiveCount())
+                                     : m_language.Text("CONFIRM", "ShutDownPrompt");
+  // Running downloads are asked about even where the question is switched off, so then there is nothing to switch off.
+  const bool canClose = ShowConfirm(this, font(), m_language.Text("CONFIRM", "ShutDown"), false, &dontAsk,
+                                    ask ? m_language.Text("CONFIRM", "DontAsk") : QString(), m_language.Global("No"),
+                                    m_language.Global("Yes"), m_language.Text("CONFIRM", "Proceed"), prompt);
+  // Whichever button was pressed.
+  if (dontAsk) m_options.Set(Setting::ConfirmShutdown, false);
+  return canClose;
+}
+
+void TfrmMain::closeEvent(QCloseEvent *event) {
+  if (!m_closeConfirmed && !FormCloseQuery()) {
+    event->ignore();
+    return;
+  }
+  m_closeConfirmed = true;
+  if (m_downloadWindow) m_downloadWindow->close();
+  event->accept();
+}
+
+void TfrmMain::FormDestroy() {
+  m_loadCoolbar.stop();
+  m_lastSites->StopFollowing();
+  m_tabs->disconnect(this);
+  // The interval is written and then, by switching off, 0: every start begins without auto-refresh, which is meant.
+  m_options.Set(Setting::AutoRefresh, m_autoRefresh->Interval());
+  m_autoRefresh->ChangeAutoRefresh(0);
+  m_store.InTransaction([this] {
+    if (m_options.Get(Setting::StartupMode) == ModeLast) {
+      m_lastSites->Write(true);
+    } else {
+      TLastOpenSites::Clear(m_store);
+    }
+    WriteSettings();
+    return true;
+  });
+  m_downloads->CancelAll();
+  m_downloadWindow.reset();
+  m_closeAll.reset();
+  m_tabs.reset();
+  // Closed tabs wait for the event loop to be deleted; their pages must be gone before the engine's profile.
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void TfrmMain::WriteSettings() {
+  const bool fullScreen = m_fullScreen->IsOn();
+  m_settings.WriteBehaviour(m_store, m_environment->settings, fullScreen);
+  const bool maximized = !fullScreen && isMaximized();
+  m_options.Set(Setting::Maximized, maximized);
+  if (!maximized) WindowPlacement::Write(m_normalBounds, m_store);
+  m_options.Set(Setting::UsePopupHalvex, m_settings.usePopupHalvex);
+  m_bars->Write();
+  m_settings.WriteView(m_store);
+}
+
+void TfrmMain::RememberBounds() {
+  if (isVisible() && !(windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen | Qt::WindowMinimized))) {
+    m_normalBounds = geometry();
+  }
+}
+
+void TfrmMain::changeEvent(QEvent *event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::WindowStateChange && !isFullScreen() && m_fullScreen != nullptr && m_fullScreen->IsOn()) {
+    m_fullScreen->Leave();   // The desktop took the window out of full screen.
+  }
+}
+
+void TfrmMain::resizeEvent(QResizeEvent *event) {
+  QMainWindow::resizeEvent(event);
+  RememberBounds();
+}
+
+void TfrmMain::moveEvent(QMoveEvent *event) {
+  QMainWindow::moveEvent(event);
+  RememberBounds();
+}

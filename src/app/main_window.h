@@ -1,0 +1,101 @@
+#pragma once
+
+#include <memory>
+#include <QMainWindow>
+#include <QTimer>
+
+#include "app/cached_settings.h"
+#include "browser/tabs/close_all.h"
+#include "browser/tabs/tab_environment.h"
+#include "browser/tabs/tab_strip.h"
+#include "config/language.h"
+#include "config/options.h"
+#include "platform/product_info.h"
+
+class TAutoRefresh;
+class TCommands;
+class TDownloadList;
+class TDownloadWindow;
+class TFullScreen;
+class TLastOpenSites;
+class TMainStatusBar;
+class TMainToolbars;
+class TPageCommands;
+class TTabCommands;
+class TTabMenu;
+class TWindowBars;
+
+// The main window. It makes the modules in their order, hands each one what it needs and joins their signals; what a
+// command does is the module's own affair.
+class TfrmMain final : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  // `store` must live longer than the window.
+  explicit TfrmMain(TRegistryStore &store);
+  ~TfrmMain() override;
+
+  [[nodiscard]] TTabStrip &Tabs() const { return *m_tabs; }
+  [[nodiscard]] TCommands &Commands() const { return *m_commands; }
+  [[nodiscard]] const TLanguage &Language() const { return m_language; }
+  // Closes the window without the shutdown question, with everything written as always.
+  void CloseWithoutAsking();
+
+ protected:
+  void closeEvent(QCloseEvent *event) override;
+  void changeEvent(QEvent *event) override;
+  void resizeEvent(QResizeEvent *event) override;
+  void moveEvent(QMoveEvent *event) override;
+
+ private:
+  // Creation, in order.
+  void FormCreate();
+  void MakeModules();
+  void MakeFirstTab();
+  void RestoreView();
+  void RestorePlacement();
+  void ConnectTabs();
+  void ConnectCommands();
+  void tmrLoadCoolbarTimer();
+
+  [[nodiscard]] bool FormCloseQuery();
+  void FormDestroy();
+  void WriteSettings();
+
+  void ShowIndicators(TBrowserTab *tab);
+  void ShowActiveTab(TBrowserTab *tab);
+  void OpenAddress(const QString &text, bool newTab);
+  void OpenDownloads();
+  void FollowStartupMode();
+  void ChooseStartupMode(const QString &mode);
+  void RememberBounds();
+  void TellSetAsideStore();
+
+  TRegistryStore &m_store;
+  TZVOptions m_options;
+  TProductInfo m_product;
+  TLanguage m_language;
+  TCachedSettings m_settings;
+  std::unique_ptr<TEngine> m_engine;
+  std::unique_ptr<TTabEnvironment> m_environment;
+  std::unique_ptr<TDownloadList> m_downloads;
+  std::unique_ptr<TTabStrip> m_tabs;
+  std::unique_ptr<TCloseAllTabs> m_closeAll;
+  std::unique_ptr<TDownloadWindow> m_downloadWindow;
+
+  // Children of the window.
+  TCommands *m_commands = nullptr;
+  TMainToolbars *m_toolbars = nullptr;
+  TMainStatusBar *m_status = nullptr;
+  TZVPageControl *m_pages = nullptr;   // pcPage
+  TFullScreen *m_fullScreen = nullptr;
+  TWindowBars *m_bars = nullptr;
+  TTabMenu *m_tabMenu = nullptr;
+  TAutoRefresh *m_autoRefresh = nullptr;
+  TPageCommands *m_pageCommands = nullptr;
+  TTabCommands *m_tabCommands = nullptr;
+  TLastOpenSites *m_lastSites = nullptr;
+  QTimer m_loadCoolbar;   // tmrLoadCoolbar
+  QRect m_normalBounds;   // of the window when it was last neither maximised nor full screen
+  bool m_closeConfirmed = false;
+};
