@@ -21,7 +21,8 @@ TfrmCloseAll::TfrmCloseAll(const TLanguage &language, const QStringList &lines, 
   list.setAccessibleName(m_ui->lblPrompt->text());
   for (const QString &line : lines) {
     // Titles come from pages: one line each, whatever they hold.
-    const QString text = line.simplified();
+    const QString title = line.simplified();
+    const QString text = title.isEmpty() ? language.Global("Blank") : title;
     auto *item = new QListWidgetItem(text, &list);
     item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
     item->setToolTip(text.left(LongestToolTip).toHtmlEscaped());

@@ -28,8 +28,6 @@ TfrmConfirm::TfrmConfirm(QWidget *owner)
   flat.setColor(QPalette::Text, palette().color(QPalette::WindowText));
   m_ui->mmoPrompt2->setPalette(flat);
   m_ui->mmoPrompt2->document()->setDocumentMargin(0);
-  const int iconSize = style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, this);
-  m_ui->imgConfirm->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxQuestion, nullptr, this).pixmap(iconSize));
   layout()->setSizeConstraint(QLayout::SetFixedSize);
 }
 
@@ -37,6 +35,9 @@ TfrmConfirm::~TfrmConfirm() = default;
 
 void TfrmConfirm::SetTexts(const QString &checkBoxText, const QString &cancelText, const QString &okText,
                            const QString &secondText, const QString &firstLine) {
+  // What leaves no choice is a notice and no question.
+  const QIcon icon(cancelText.isEmpty() ? ":/icons/information.svg" : ":/icons/question.svg");
+  m_ui->imgConfirm->setPixmap(icon.pixmap(style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, this)));
   SetTextOrHide(*m_ui->cmdOK, okText);
   SetTextOrHide(*m_ui->cmdCancel, cancelText);
   SetTextOrHide(*m_ui->chkConfirm, checkBoxText);
@@ -63,15 +64,19 @@ void TfrmConfirm::FitToContents() {
   bold.setBold(true);
   m_ui->lblTitle->setFont(bold);
   const QSize available = screen()->availableSize();
-  const int width = qMin(fontMetrics().averageCharWidth() * TextWidthInCharacters, available.width() / 2);
-  m_ui->lblTitle->setFixedSize(width, m_ui->lblTitle->heightForWidth(width));
+  const int beside = m_ui->imgConfirm->sizeHint().width() + m_ui->layPrompt->spacing();
+  const int wanted = qMax(m_ui->layButtons->sizeHint().width(), m_ui->chkConfirm->sizeHint().width()) - beside;
+  const int width = qMin(qMax(fontMetrics().averageCharWidth() * TextWidthInCharacters, wanted), available.width() / 2);
+  if (!m_ui->lblTitle->text().isEmpty()) {
+    m_ui->lblTitle->setFixedSize(width, m_ui->lblTitle->heightForWidth(width));
+  }
   QTextDocument *document = m_ui->mmoPrompt2->document();
   document->setDefaultFont(font());
   document->setTextWidth(width);
-  const int wanted = qCeil(document->size().height());
-  m_ui->mmoPrompt2->setFixedSize(width, qMin(wanted, int(available.height() * LargestShareOfScreen)));
+  const int height = qCeil(document->size().height());
+  m_ui->mmoPrompt2->setFixedSize(width, qMin(height, int(available.height() * LargestShareOfScreen)));
   // A text that fits needs no stop for the Tab key; one that scrolls does.
-  const bool scrolls = wanted > m_ui->mmoPrompt2->height();
+  const bool scrolls = height > m_ui->mmoPrompt2->height();
   m_ui->mmoPrompt2->setFocusPolicy(scrolls ? Qt::StrongFocus : Qt::ClickFocus);
   m_ui->mmoPrompt2->setVerticalScrollBarPolicy(scrolls ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
   layout()->activate();

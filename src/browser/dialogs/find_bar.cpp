@@ -7,9 +7,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QRegularExpression>
-#include <QStyle>
 #include <QToolButton>
 
+#include "browser/dialogs/close_button.h"
 #include "config/language.h"
 
 namespace {
@@ -20,9 +20,9 @@ constexpr int TextWidthInCharacters = 32;
 constexpr int Margin = 4;
 constexpr qreal WarningShare = 0.35;  // how much red the box takes when nothing matches
 
-QToolButton *MakeButton(QWidget *parent, QStyle::StandardPixmap icon, const QString &text) {
+QToolButton *MakeButton(QWidget *parent, Qt::ArrowType arrow, const QString &text) {
   auto *button = new QToolButton(parent);
-  button->setIcon(parent->style()->standardIcon(icon, nullptr, parent));
+  button->setArrowType(arrow);
   button->setToolTip(text);
   button->setAccessibleName(text);
   button->setAutoRaise(true);
@@ -47,9 +47,9 @@ TFindBar::TFindBar(const TLanguage &language, QWidget *parent) : QWidget(parent)
   m_text->setAccessibleName(language.Text("FIND_BAR", "Prompt"));
   m_text->setMinimumWidth(fontMetrics().averageCharWidth() * TextWidthInCharacters / 2);
   m_text->setMaximumWidth(fontMetrics().averageCharWidth() * TextWidthInCharacters);
-  m_previous = MakeButton(this, QStyle::SP_ArrowUp, language.Text("FIND_BAR", "Previous"));
+  m_previous = MakeButton(this, Qt::UpArrow, language.Text("FIND_BAR", "Previous"));
   m_previous->setObjectName("cmdPrevious");
-  m_next = MakeButton(this, QStyle::SP_ArrowDown, language.Text("FIND_BAR", "Next"));
+  m_next = MakeButton(this, Qt::DownArrow, language.Text("FIND_BAR", "Next"));
   m_next->setObjectName("cmdNext");
   m_matchCase = new QCheckBox(language.Text("FIND_BAR", "MatchCase"), this);
   m_matchCase->setObjectName("chkMatchCase");
@@ -59,8 +59,7 @@ TFindBar::TFindBar(const TLanguage &language, QWidget *parent) : QWidget(parent)
   m_result = new QLabel(this);
   m_result->setObjectName("lblResult");
   m_result->setTextFormat(Qt::PlainText);
-  auto *close = MakeButton(this, QStyle::SP_DialogCloseButton, language.Text("FIND_BAR", "Close"));
-  close->setObjectName("cmdClose");
+  auto *close = new TCloseButton(language.Text("FIND_BAR", "Close"), this);
 
   auto *layout = new QHBoxLayout(this);
   layout->setContentsMargins(Margin, Margin, Margin, Margin);

@@ -5,9 +5,8 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
-#include <QStyle>
-#include <QToolButton>
 
+#include "browser/dialogs/close_button.h"
 #include "config/language.h"
 
 namespace {
@@ -32,26 +31,22 @@ TPermissionBar::TPermissionBar(const TLanguage &language, QWidget *parent) : QFr
   m_allow->setObjectName("cmdAllow");
   m_deny = new QPushButton(language.Text("PERMISSIONS", "Deny"), this);
   m_deny->setObjectName("cmdDeny");
-  m_close = new QToolButton(this);
-  m_close->setObjectName("cmdClose");
-  m_close->setAutoRaise(true);
-  m_close->setIcon(style()->standardIcon(QStyle::SP_DialogCloseButton, nullptr, this));
-  m_close->setToolTip(language.Text("PERMISSIONS", "NotNow"));
-  m_close->setAccessibleName(m_close->toolTip());
+  auto *close = new TCloseButton(language.Text("PERMISSIONS", "NotNow"), this);
+  close->setForegroundRole(QPalette::ToolTipText);
 
   auto *layout = new QHBoxLayout(this);
   layout->setContentsMargins(Margin, Margin, Margin, Margin);
   layout->addWidget(m_question, 1);
   layout->addWidget(m_allow);
   layout->addWidget(m_deny);
-  layout->addWidget(m_close);
+  layout->addWidget(close);
 
   m_wake.setSingleShot(true);
   m_wake.setInterval(WakeDelay);
   connect(&m_wake, &QTimer::timeout, this, [this] { SetButtonsEnabled(true); });
   connect(m_allow, &QPushButton::clicked, this, [this] { Q_EMIT Answered(true); });
   connect(m_deny, &QPushButton::clicked, this, [this] { Q_EMIT Answered(false); });
-  connect(m_close, &QToolButton::clicked, this, &TPermissionBar::Dismissed);
+  connect(close, &TCloseButton::clicked, this, &TPermissionBar::Dismissed);
   hide();
 }
 

@@ -5,7 +5,6 @@
 
 class QLabel;
 class QPushButton;
-class QToolButton;
 class TLanguage;
 
 // One question above the page, with Allow, Deny and a close button. It never takes the keyboard from the page by itself,
@@ -32,6 +31,5 @@ class TPermissionBar final : public QFrame {
   QLabel *m_question = nullptr;
   QPushButton *m_allow = nullptr;
   QPushButton *m_deny = nullptr;
-  QToolButton *m_close = nullptr;
   QTimer m_wake;
 };

@@ -44,7 +44,8 @@ TPropertiesDialog::TPropertiesDialog(const TPageProperties &properties, const TL
   if (properties.size >= 0) {
     const QLocale locale;
     size = language.Text("PROPERTIES", "SizeText")
-               .arg(locale.formattedDataSize(properties.size), locale.toString(properties.size));
+               .arg(locale.formattedDataSize(properties.size, 1, QLocale::DataSizeTraditionalFormat),
+                    locale.toString(properties.size));
   }
   const bool known = properties.encryptionLevel >= 0 && properties.encryptionLevel < int(EncryptionTexts.size());
   fill(m_ui->txtTitle, properties.title);

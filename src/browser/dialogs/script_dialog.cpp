@@ -63,9 +63,11 @@ void TScriptDialog::showEvent(QShowEvent *event) {
   measure.setPlainText(message.toPlainText());
   measure.setTextWidth(width);
   const int margin = qCeil(2 * message.document()->documentMargin());
-  const int height = qMin(qCeil(measure.size().height()), fontMetrics().lineSpacing() * MostLines) + margin;
-  message.setMinimumSize(width + margin, height);
-  message.setMaximumHeight(qMax(height, fontMetrics().lineSpacing() * MostLines));
+  const int wanted = qCeil(measure.size().height()) + margin;
+  const int most = fontMetrics().lineSpacing() * MostLines;
+  message.setMinimumSize(width + margin, qMin(wanted, most));
+  // Only what scrolls has a use for more room.
+  if (wanted <= most) message.setFixedHeight(wanted);
   m_ui->lblOrigin->setMinimumHeight(m_ui->lblOrigin->heightForWidth(width));
   adjustSize();
   if (m_ui->txtValue->isVisibleTo(this)) {

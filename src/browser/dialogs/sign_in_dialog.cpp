@@ -26,7 +26,7 @@ TSignInDialog::TSignInDialog(const QString &prompt, const QString &realm, bool e
   m_ui->lblRealm->setText(language.Text("SIGN_IN", "Realm").arg(said));
   m_ui->lblRealm->setVisible(!said.isEmpty());
   const int iconSize = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
-  m_ui->imgWarning->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, this).pixmap(iconSize));
+  m_ui->imgWarning->setPixmap(QIcon(":/icons/warning.svg").pixmap(iconSize));
   m_ui->imgWarning->setVisible(!encrypted);
   m_ui->lblWarning->setVisible(!encrypted);
 }

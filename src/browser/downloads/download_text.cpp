@@ -43,6 +43,8 @@ constexpr std::array ReasonTexts{
     TReasonText{TRequest::ServerUnreachable, {"DOWNLOADS", "ServerDown"}},
 };
 
+QString Size(qint64 bytes) { return QLocale().formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat); }
+
 QString TimeLeft(double seconds, const TLanguage &language) {
   if (seconds > LongestWait) return {};
   const int whole = qMax(1, qRound(seconds));
@@ -63,14 +65,13 @@ QString DownloadText::Failure(TRequest::DownloadInterruptReason reason, const TL
 }
 
 QString DownloadText::Amount(qint64 received, qint64 total, const TLanguage &language) {
-  const QLocale locale;
-  if (total < 0) return locale.formattedDataSize(received);
-  return language.Text("DOWNLOADS", "Amount").arg(locale.formattedDataSize(received), locale.formattedDataSize(total));
+  if (total < 0) return Size(received);
+  return language.Text("DOWNLOADS", "Amount").arg(Size(received), Size(total));
 }
 
 QString DownloadText::Pace(qint64 received, qint64 total, double speed, const TLanguage &language) {
   if (speed < 1) return {};
-  const QString pace = language.Text("DOWNLOADS", "Speed").arg(QLocale().formattedDataSize(qint64(speed)));
+  const QString pace = language.Text("DOWNLOADS", "Speed").arg(Size(qint64(speed)));
   const QString left = total > received ? TimeLeft(double(total - received) / speed, language) : QString();
   return left.isEmpty() ? pace : language.Text("DOWNLOADS", "SpeedAndTime").arg(pace, left);
 }
