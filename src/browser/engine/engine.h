@@ -3,13 +3,17 @@
 #include <QFlags>
 #include <QObject>
 #include <QString>
+#include <QSet>
+#include <functional>
 #include <memory>
 
 #include "platform/profile_folder.h"
 
 class QWebEngineProfile;
+class QWebEngineUrlRequestInfo;
 class TLanguage;
 class TRegistryStore;
+class TStartPage;
 
 // Which kinds of content a browser may fetch besides the page itself.
 enum class TDownloadControlOption { Images = 1, Videos = 2, BackgroundSounds = 4 };
@@ -25,6 +29,9 @@ class TEngine final : public QObject {
   Q_OBJECT
 
  public:
+  // True to block the request. Asked on the GUI thread for every request of every page, so it must be quick.
+  using TRequestFilter = std::function<bool(QWebEngineUrlRequestInfo &)>;
+
   TEngine(const TLanguage &language, TRegistryStore &store, QObject *parent = nullptr);
   ~TEngine() override;
 
@@ -37,14 +44,24 @@ class TEngine final : public QObject {
   [[nodiscard]] const TLanguage &Language() const { return m_language; }
   [[nodiscard]] TRegistryStore &Store() const { return m_store; }
 
+  // What the content switches and the security zones bind to; an empty function lets everything through.
+  void SetRequestFilter(TRequestFilter filter);
+  // Puts `token` behind the engine's own user agent, for the whole profile; an empty one takes it away again.
+  void SetUserAgentToken(const QString &token);
+
   // Certificate errors of `host` are let through for the rest of this run.
   void AcceptCertificateErrors(const QString &host);
   [[nodiscard]] bool AcceptsCertificateErrors(const QString &host) const;
 
  private:
+  class TRequestGate;
+
   const TLanguage &m_language;
   TRegistryStore &m_store;
   TProfileFolder m_folder;
+  std::unique_ptr<TStartPage> m_startPage;
+  std::unique_ptr<TRequestGate> m_gate;
   std::unique_ptr<QWebEngineProfile> m_profile;
-  QStringList m_acceptedHosts;
+  QString m_ownUserAgent;
+  QSet<QString> m_acceptedHosts;
 };

@@ -69,8 +69,11 @@ class THalvexBrowser final : public QWidget {
   void Redo();
   void SetZoom(int zoom);     // 0 smallest .. 4 largest; others do nothing
   [[nodiscard]] int Zoom() const;
+  void ZoomIn();              // one step of the same five
+  void ZoomOut();
+  void ResetZoom();
   void FindOnPage();          // opens the find bar
-  void FindNext(bool forward);
+  void FindNext(bool forward);  // opens it when nothing was searched for yet
   void ViewSource();          // emits ViewSourceRequested
 
   // Writes the page to a new file "*.htm" in the temporary folder; `done` gets its path, empty on failure. With
@@ -103,7 +106,8 @@ class THalvexBrowser final : public QWidget {
   void DocumentComplete(const QString &address);        // top-level: loaded, or failed
   void SecureLockIconChanged(int value);                // 0 none .. 6, see TPageProperties::encryptionLevel
   void OpenInNewTabRequested(const QString &address, bool background);
-  void ViewSourceRequested(const QString &address, const QString &source);
+  // `address` begins with "view-source:"; opened like any other, it shows the page as it was sent.
+  void ViewSourceRequested(const QString &address);
   void PageFullScreenRequested(bool on);
   void FocusReceived();
   void BringToFrontRequested();   // A question of the page is about to be asked and its tab should be seen.

@@ -1,0 +1,113 @@
+#include "browser/engine/engine.h"
+
+#include <QLocale>
+#include <QWebEngineProfile>
+#include <QWebEngineSettings>
+#include <QWebEngineUrlRequestInterceptor>
+#include <QWebEngineUrlScheme>
+
+#include "browser/engine/start_page.h"
+#include "config/language.h"
+
+namespace {
+
+struct TSwitch {
+  QWebEngineSettings::WebAttribute attribute;
+  bool on;
+};
+
+constexpr TSwitch EngineSwitches[] = {
+    {QWebEngineSettings::PluginsEnabled, true},  // The viewer for PDF files is one.
+    {QWebEngineSettings::PdfViewerEnabled, true},
+    {QWebEngineSettings::FullScreenSupportEnabled, true},
+    {QWebEngineSettings::ScrollAnimatorEnabled, true},
+    {QWebEngineSettings::FocusOnNavigationEnabled, false},
+    // The engine's own error page takes the place of the failed page in the history and is covered by ours.
+    {QWebEngineSettings::ErrorPageEnabled, true},
+    {QWebEngineSettings::JavascriptCanOpenWindows, true},  // Pop-ups are judged by the tab, not by the engine.
+    {QWebEngineSettings::LocalContentCanAccessRemoteUrls, false},
+    {QWebEngineSettings::LocalContentCanAccessFileUrls, true},
+    {QWebEngineSettings::NavigateOnDropEnabled, true},
+    // Nothing goes out that the page or the user did not ask for.
+    {QWebEngineSettings::DnsPrefetchEnabled, false},
+    {QWebEngineSettings::HyperlinkAuditingEnabled, false},
+    {QWebEngineSettings::WebRTCPublicInterfacesOnly, true},
+    {QWebEngineSettings::AllowRunningInsecureContent, false},
+    {QWebEngineSettings::AllowWindowActivationFromJavaScript, false},
+    {QWebEngineSettings::ScreenCaptureEnabled, false},
+};
+
+// The languages that pages are asked for: the interface's own first.
+QString AcceptedLanguages(const TLanguage &language) {
+  QString locale = language.LocaleName().replace(QLatin1Char('_'), QLatin1Char('-'));
+  if (QLocale(locale).language() == QLocale::C) locale = QLocale::system().bcp47Name();
+  QStringList parts{locale};
+  const QString bare = locale.section(QLatin1Char('-'), 0, 0);
+  if (bare != locale) parts.append(bare + QStringLiteral(";q=0.9"));
+  if (bare != QLatin1String("en")) parts.append(QStringLiteral("en;q=0.5"));
+  return parts.join(QLatin1Char(','));
+}
+
+}  // namespace
+
+// Passes every request of the profile to the filter that a floor above has set.
+class TEngine::TRequestGate final : public QWebEngineUrlRequestInterceptor {
+ public:
+  explicit TRequestGate(TRequestFilter filter) : m_filter(std::move(filter)) {}
+  void interceptRequest(QWebEngineUrlRequestInfo &info) override {
+    if (m_filter(info)) info.block(true);
+  }
+
+ private:
+  TRequestFilter m_filter;
+};
+
+TEngine::TEngine(const TLanguage &language, TRegistryStore &store, QObject *parent)
+    : QObject(parent), m_language(language), m_store(store) {
+  if (m_folder.IsHeld()) {
+    m_profile = std::make_unique<QWebEngineProfile>(QStringLiteral("zarvela"));
+    m_profile->setPersistentStoragePath(m_folder.StoragePath());
+    m_profile->setCachePath(m_folder.CachePath());
+    m_profile->setHttpCacheType(QWebEngineProfile::DiskHttpCache);
+    m_profile->setPersistentCookiesPolicy(QWebEngineProfile::AllowPersistentCookies);
+  } else {
+    m_profile = std::make_unique<QWebEngineProfile>();
+  }
+  m_profile->setSpellCheckEnabled(false);
+  m_profile->setHttpAcceptLanguage(AcceptedLanguages(language));
+  m_ownUserAgent = m_profile->httpUserAgent();
+  for (const TSwitch &one : EngineSwitches) m_profile->settings()->setAttribute(one.attribute, one.on);
+  m_profile->settings()->setUnknownUrlSchemePolicy(QWebEngineSettings::AllowUnknownUrlSchemesFromUserInteraction);
+  m_startPage = std::make_unique<TStartPage>(language);
+  m_profile->installUrlSchemeHandler(QByteArrayLiteral("zarvela"), m_startPage.get());
+}
+
+TEngine::~TEngine() {
+  m_profile->setUrlRequestInterceptor(nullptr);
+  m_profile.reset();
+}
+
+void TEngine::RegisterSchemes() {
+  QWebEngineUrlScheme scheme{QByteArray(TStartPage::Scheme)};
+  scheme.setSyntax(QWebEngineUrlScheme::Syntax::Path);
+  // Local: a page of the web can neither frame nor fetch it.
+  scheme.setFlags(QWebEngineUrlScheme::LocalScheme | QWebEngineUrlScheme::NoAccessAllowed);
+  QWebEngineUrlScheme::registerScheme(scheme);
+}
+
+QString TEngine::StartPageAddress() { return QString::fromLatin1(TStartPage::Address); }
+
+void TEngine::SetRequestFilter(TRequestFilter filter) {
+  auto gate = filter ? std::make_unique<TRequestGate>(std::move(filter)) : nullptr;
+  m_profile->setUrlRequestInterceptor(gate.get());
+  m_gate = std::move(gate);
+}
+
+void TEngine::SetUserAgentToken(const QString &token) {
+  const QString agent = token.isEmpty() ? m_ownUserAgent : m_ownUserAgent + QLatin1Char(' ') + token;
+  if (m_profile->httpUserAgent() != agent) m_profile->setHttpUserAgent(agent);
+}
+
+void TEngine::AcceptCertificateErrors(const QString &host) { m_acceptedHosts.insert(host.toLower()); }
+
+bool TEngine::AcceptsCertificateErrors(const QString &host) const { return m_acceptedHosts.contains(host.toLower()); }

@@ -1,0 +1,206 @@
+#include "browser/engine/engine_page.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+#include <QWebEngineCertificateError>
+#include <QWebEngineLoadingInfo>
+#include <QWebEngineProfile>
+#include <QWebEngineSettings>
+#include <QWidget>
+
+#include "browser/dialogs/script_dialogs.h"
+#include "browser/engine/address_fixup.h"
+#include "browser/engine/content_filter.h"
+#include "browser/engine/halvex_browser.h"
+
+namespace {
+
+// Until its first bytes are there a load reports this much at most.
+constexpr int ProgressBeforeContent = 10;
+
+// A page's source is asked for under the page's own address.
+QUrl WithoutViewSource(const QUrl &url) {
+  if (url.scheme() != QLatin1String("view-source")) return url;
+  return QUrl(url.toString(QUrl::FullyEncoded).mid(QLatin1String("view-source:").size()));
+}
+
+}  // namespace
+
+TEnginePage::TEnginePage(TEngine &engine, QWidget *owner, QObject *parent)
+    : QWebEnginePage(&engine.Profile(), parent), m_engine(engine), m_owner(owner) {
+  m_filter = new TContentFilter(this);
+  setUrlRequestInterceptor(m_filter);
+  m_dialogs = new TScriptDialogs(engine.Language(), this);
+  m_dialogs->SetBringToFront([this] { Q_EMIT BringToFrontRequested(); });
+  connect(m_filter, &TContentFilter::InsecurePartRequested, this, [this] {
+    if (m_insecureParts) return;
+    m_insecureParts = true;
+    Q_EMIT EncryptionLevelChanged();
+  });
+  connect(this, &QWebEnginePage::urlChanged, this, &TEnginePage::OnUrlChanged);
+  connect(this, &QWebEnginePage::loadProgress, this, &TEnginePage::OnProgress);
+  connect(this, &QWebEnginePage::loadingChanged, this, &TEnginePage::OnLoadingChanged);
+  connect(this, &QWebEnginePage::certificateError, this, &TEnginePage::OnCertificateError);
+  connect(this, &QWebEnginePage::renderProcessTerminated, this, &TEnginePage::OnRendererDied);
+}
+
+TEnginePage::~TEnginePage() { setUrlRequestInterceptor(nullptr); }
+
+void TEnginePage::NoteUserAction() {
+  m_dialogs->Reset();
+  m_askedToLeave = false;
+}
+
+void TEnginePage::DismissDialogs() { m_dialogs->Dismiss(); }
+
+int TEnginePage::EncryptionLevel() const {
+  if (url().scheme() != QLatin1String("https")) return 0;
+  if (m_certificates.contains(url().host())) return 2;
+  return m_insecureParts ? 1 : 6;
+}
+
+QSslCertificate TEnginePage::Certificate() const { return m_certificates.value(url().host()); }
+
+void TEnginePage::triggerAction(WebAction action, bool checked) {
+  if (action == Back || action == Forward || action == Reload || action == ReloadAndBypassCache) NoteUserAction();
+  QWebEnginePage::triggerAction(action, checked);
+}
+
+bool TEnginePage::acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame) {
+  TNavigation navigation;
+  navigation.address = AddressOf(url);
+  navigation.mainFrame = isMainFrame;
+  navigation.linkClicked = type == NavigationTypeLinkClicked || type == NavigationTypeFormSubmitted;
+  navigation.reload = type == NavigationTypeReload;
+  navigation.historyMove = type == NavigationTypeBackForward;
+  navigation.redirect = type == NavigationTypeRedirect;
+  const QPointer<TEnginePage> self(this);
+  Q_EMIT BeforeNavigate(&navigation);
+  if (!self) return false;
+  if (!isMainFrame) return !navigation.cancel;
+  if (navigation.cancel) {
+    m_cancelled = url;
+    return false;
+  }
+  if (!IsEngineScheme(url.scheme())) {
+    // The engine hands it to the desktop and reports nothing, so the end is reported from here.
+    if (!m_underWay) {
+      QMetaObject::invokeMethod(this, [this] { if (!m_underWay) Q_EMIT Finished(AddressOf(this->url())); },
+                                Qt::QueuedConnection);
+    }
+    return true;
+  }
+  m_cancelled.clear();
+  Begin(url);
+  return true;
+}
+
+void TEnginePage::Begin(const QUrl &url) {
+  m_underWay = true;
+  m_committed = false;
+  m_pending = url;
+  m_problem.reset();
+  m_filter->SetAllowed(m_nextOptions);
+  settings()->setAttribute(QWebEngineSettings::AutoLoadImages, m_nextOptions.testFlag(TDownloadControlOption::Images));
+}
+
+void TEnginePage::OnUrlChanged(const QUrl &url) {
+  const QPointer<TEnginePage> self(this);
+  Q_EMIT AddressChanged(AddressOf(url));
+  if (self) CommitIfPending();
+}
+
+void TEnginePage::OnProgress(int progress) {
+  // A reload keeps the address, so that only the arriving bytes tell of its start.
+  if (progress > ProgressBeforeContent) CommitIfPending();
+}
+
+void TEnginePage::CommitIfPending() {
+  if (!m_underWay || m_committed || WithoutViewSource(url()) != m_pending) return;
+  m_committed = true;
+  m_insecureParts = false;
+  Q_EMIT Committed(AddressOf(url()));
+}
+
+void TEnginePage::OnLoadingChanged(const QWebEngineLoadingInfo &info) {
+  if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus) {
+    // Some addresses (about:blank) are loaded without being asked about.
+    const QUrl url = WithoutViewSource(info.url());
+    if (!m_cancelled.isEmpty() && url == m_cancelled) return;
+    m_cancelled.clear();
+    if (!m_underWay) Begin(url);
+    return;
+  }
+  const bool stopped = info.status() == QWebEngineLoadingInfo::LoadStoppedStatus;
+  if (stopped && !m_cancelled.isEmpty()) {
+    m_cancelled.clear();
+    if (m_committed && isLoading()) return;
+  }
+  if (!m_underWay) return;
+  // The end of a load that another one has replaced.
+  if (stopped && isLoading() && WithoutViewSource(info.url()) != m_pending) return;
+  const QPointer<TEnginePage> self(this);
+  if (!stopped) {
+    m_pending = WithoutViewSource(url());
+    CommitIfPending();
+    if (!self) return;
+  }
+  if (info.status() == QWebEngineLoadingInfo::LoadFailedStatus && info.isErrorPage()) {
+    if (info.errorDomain() != QWebEngineLoadingInfo::CertificateErrorDomain) m_problem.reset();
+    Q_EMIT Failed(TLoadFailure::Of(url(), info));
+    if (!self) return;
+  }
+  Finish();
+}
+
+void TEnginePage::Finish() {
+  if (!m_underWay) return;
+  m_underWay = false;
+  Q_EMIT Finished(AddressOf(url()));
+}
+
+void TEnginePage::OnCertificateError(QWebEngineCertificateError error) {
+  const QUrl url = error.url();
+  const TCertificateProblem problem = TCertificateProblem::Of(error);
+  if (error.isOverridable() && m_engine.AcceptsCertificateErrors(url.host())) {
+    m_certificates.insert(url.host(), problem.chain.value(0));
+    error.acceptCertificate();
+    return;
+  }
+  // Only the page itself is worth a question; parts of a page with a bad certificate stay away.
+  if (m_underWay && !m_committed && url.host() == m_pending.host() && url.port() == m_pending.port()) {
+    m_problem = problem;
+  }
+  error.rejectCertificate();
+}
+
+void TEnginePage::OnRendererDied() {
+  const QPointer<TEnginePage> self(this);
+  m_dialogs->Dismiss();
+  Q_EMIT Died();
+  if (self) Finish();
+}
+
+void TEnginePage::javaScriptAlert(const QUrl &origin, const QString &message) {
+  m_dialogs->Alert(m_owner, origin, message);
+}
+
+bool TEnginePage::javaScriptConfirm(const QUrl &origin, const QString &message) {
+  // The engine asks whether to leave a page through the same call and tells it apart by nothing but its own words. A page
+  // could borrow them, so they are believed once and after that only when the user has acted again.
+  const QString leaveQuestion = QCoreApplication::translate(
+      "QWebEnginePage", "Are you sure you want to leave this page? Changes that you made may not be saved.");
+  if (message == leaveQuestion && !m_askedToLeave) {
+    m_askedToLeave = true;
+    return m_dialogs->BeforeUnload(m_owner, origin);
+  }
+  return m_dialogs->Confirm(m_owner, origin, message);
+}
+
+bool TEnginePage::javaScriptPrompt(const QUrl &origin, const QString &message, const QString &defaultValue,
+                                   QString *result) {
+  return m_dialogs->Prompt(m_owner, origin, message, defaultValue, result);
+}
+
+// What a page writes to its console is for its author, not for the program's error output.
+void TEnginePage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString &, int, const QString &) {}

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <QHash>
+#include <QWebEnginePage>
+
+#include "browser/engine/engine.h"
+#include "browser/engine/load_failure.h"
+
+class TContentFilter;
+class TScriptDialogs;
+struct TNavigation;
+
+// The engine's page with the course of a top-level load made plain: asked about, committed, finished. A navigation that
+// was cancelled when asked about leaves no trace; one that was allowed always ends in Finished, also when it became a
+// download, was stopped, or lost its renderer.
+class TEnginePage final : public QWebEnginePage {
+  Q_OBJECT
+
+ public:
+  // Script dialogs belong to the window of `owner`.
+  TEnginePage(TEngine &engine, QWidget *owner, QObject *parent);
+  ~TEnginePage() override;
+
+  // Holds from the next navigation on.
+  void SetDownloadControlOptions(TDownloadControlOptionSet options) { m_nextOptions = options; }
+  // The user acts himself: script dialogs that were switched off may come again.
+  void NoteUserAction();
+  // Answers open script dialogs; the page is going away.
+  void DismissDialogs();
+
+  [[nodiscard]] bool IsUnderWay() const { return m_underWay; }
+  // 0 none, 1 parts came in the clear, 2 accepted certificate error, 6 secure.
+  [[nodiscard]] int EncryptionLevel() const;
+  // The certificate of the page where it is known: only those with errors are shown by the engine.
+  [[nodiscard]] QSslCertificate Certificate() const;
+  // What was wrong with the certificate of the last navigation, if that is why it failed.
+  [[nodiscard]] std::optional<TCertificateProblem> CertificateProblem() const { return m_problem; }
+
+  void triggerAction(WebAction action, bool checked = false) override;
+
+ Q_SIGNALS:
+  void BeforeNavigate(TNavigation *navigation);
+  void AddressChanged(const QString &address);
+  void Committed(const QString &address);
+  void Failed(const TLoadFailure &failure);   // comes before Finished
+  void Finished(const QString &address);
+  void Died();                                // the renderer; comes before Finished
+  void EncryptionLevelChanged();
+  void BringToFrontRequested();
+
+ protected:
+  bool acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame) override;
+  void javaScriptAlert(const QUrl &origin, const QString &message) override;
+  bool javaScriptConfirm(const QUrl &origin, const QString &message) override;
+  bool javaScriptPrompt(const QUrl &origin, const QString &message, const QString &defaultValue,
+                        QString *result) override;
+  void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString &message, int line,
+                                const QString &source) override;
+
+ private:
+  void Begin(const QUrl &url);
+  void OnUrlChanged(const QUrl &url);
+  void OnProgress(int progress);
+  void OnLoadingChanged(const QWebEngineLoadingInfo &info);
+  void OnCertificateError(QWebEngineCertificateError error);
+  void OnRendererDied();
+  void CommitIfPending();
+  void Finish();
+
+  TEngine &m_engine;
+  QWidget *m_owner = nullptr;
+  TContentFilter *m_filter = nullptr;
+  TScriptDialogs *m_dialogs = nullptr;
+  TDownloadControlOptionSet m_nextOptions = AllDownloadControlOptions;
+  QUrl m_pending;            // The address of the navigation under way, redirects followed.
+  bool m_underWay = false;   // An allowed navigation has not finished yet.
+  bool m_committed = false;  // Its content has begun to arrive.
+  QUrl m_cancelled;          // A refused navigation whose beginning and end the engine is about to report.
+  bool m_insecureParts = false;
+  bool m_askedToLeave = false;
+  std::optional<TCertificateProblem> m_problem;
+  QHash<QString, QSslCertificate> m_certificates;  // by host: those accepted in spite of errors
+};

@@ -1,0 +1,41 @@
+#include "browser/engine/page_probe.h"
+
+#include <QVariantMap>
+#include <QWebEngineScript>
+
+#include "browser/engine/address_fixup.h"
+#include "browser/engine/engine_page.h"
+
+namespace {
+
+// A page that was sent without a date of its last change reports the present time.
+const char ProbeScript[] = R"((() => {
+  const load = performance.getEntriesByType('navigation')[0];
+  const changed = Date.parse(document.lastModified);
+  return {
+    type: document.contentType,
+    size: load && load.decodedBodySize > 0 ? load.decodedBodySize
+                                           : new Blob([document.documentElement.outerHTML]).size,
+    modified: Date.now() - changed > 5000 ? document.lastModified : '',
+  };
+})())";
+
+}  // namespace
+
+void ProbePage(TEnginePage *page, const TLanguage &language, const std::function<void(const TPageProperties &)> &done) {
+  TPageProperties properties;
+  properties.title = page->title();
+  properties.address = AddressOf(page->url());
+  properties.encryptionLevel = page->EncryptionLevel();
+  properties.certificate = DescribeCertificate(page->Certificate(), language);
+  page->runJavaScript(QString::fromLatin1(ProbeScript), QWebEngineScript::ApplicationWorld,
+                      [properties, done](const QVariant &answer) mutable {
+                        const QVariantMap map = answer.toMap();
+                        properties.contentType = map.value(QStringLiteral("type")).toString();
+                        properties.modified = map.value(QStringLiteral("modified")).toString();
+                        if (map.contains(QStringLiteral("size"))) {
+                          properties.size = map.value(QStringLiteral("size")).toLongLong();
+                        }
+                        done(properties);
+                      });
+}
