@@ -1,0 +1,246 @@
+// Measures the program against a bare engine view built in the same tree, in one run, and prints ratios.
+//   bench_driver [--bare-only] [--rounds N]
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <vector>
+
+#include "config/options.h"
+#include "page_server.h"
+#include "platform/registry_store.h"
+#include "subject.h"
+
+namespace {
+
+constexpr double FirstPageLimit = 1.30;
+constexpr double TabLimit = 1.15;
+constexpr std::array TabCounts{1, 20, 100};
+constexpr int DefaultRounds = 5;
+constexpr int MostTabRounds = 3;
+
+using TReport = TPageServer::TReport;
+
+double Median(std::vector<double> values) {
+  if (values.empty()) return 0;
+  std::sort(values.begin(), values.end());
+  const size_t middle = values.size() / 2;
+  return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+}
+
+// The starts of one program in one measurement.
+struct TSeries {
+  std::vector<double> milliseconds;
+  std::vector<double> mebibytes;
+  int processes = 0;
+
+  void Add(const TCost &cost) {
+    milliseconds.push_back(cost.milliseconds);
+    mebibytes.push_back(cost.mebibytes);
+    processes = cost.processes;
+  }
+};
+
+class TBench final {
+ public:
+  TBench(const QString &folder, bool bareOnly, int rounds)
+      : m_bare(QStringLiteral("bare view"), folder + QStringLiteral("/bare_view")),
+        m_libraries(QStringLiteral("libraries"), folder + QStringLiteral("/libraries_alone")),
+        m_zarvela(QStringLiteral("zarvela"), folder + QStringLiteral("/../zarvela")),
+        m_bareOnly(bareOnly),
+        m_rounds(rounds) {}
+
+  int Run() {
+    if (!m_server.isListening()) {
+      std::fprintf(stderr, "bench: no port on 127.0.0.1 to listen on\n");
+      return 1;
+    }
+    std::printf("Medians of %d starts (tabs: of %d), each program with folders of its own.\n\n", m_rounds, TabRounds());
+    std::printf("%-44s %12s %12s %8s  %s\n", "", "bare view", "zarvela", "ratio", "wanted");
+    Libraries();
+    FirstPage();
+    Tabs();
+    return m_failed ? 1 : 0;
+  }
+
+ private:
+  int TabRounds() const { return std::min(m_rounds, MostTabRounds); }
+
+  static void Row(const QString &what, double bare, double zarvela, const char *unit, double limit) {
+    std::printf("%-44s ", qPrintable(what));
+    for (const double value : {bare, zarvela}) {
+      if (value > 0) std::printf("%8.1f %-3s ", value, unit);
+      else std::printf("%8s     ", "-");
+    }
+    if (bare > 0 && zarvela > 0) {
+      const double ratio = zarvela / bare;
+      std::printf("%8.2f", ratio);
+      if (limit > 0) std::printf("  <= %.2f%s", limit, ratio > limit ? "  MISSED" : "");
+    }
+    std::printf("\n");
+    std::fflush(stdout);
+  }
+
+  // False, with the reason on stderr, when there are no numbers.
+  bool Good(const TCost &cost) {
+    if (cost.trouble.isEmpty()) return true;
+    std::fprintf(stderr, "bench: %s\n", qPrintable(cost.trouble));
+    m_failed = true;
+    return false;
+  }
+
+  void Libraries() {
+    TSeries series;
+    for (int round = 0; round <= m_rounds; ++round) {
+      const TCost cost = m_libraries.RunToEnd({});
+      if (!Good(cost)) return;
+      if (round > 0) series.Add(cost);  // The first start brings the files into memory.
+    }
+    m_librariesAlone = Median(series.milliseconds);
+    Row(QStringLiteral("libraries alone"), m_librariesAlone, 0, "ms", 0);
+  }
+
+  QStringList Addresses(int pages) const {
+    QStringList addresses;
+    for (int page = 1; page <= pages; ++page) addresses += m_server.Address(page);
+    return addresses;
+  }
+
+  // The settings of a user who has answered the questions already.
+  void WriteSettings(const QString &mode, const QStringList &addresses) {
+    TRegistryStore store(m_zarvela.RegistryFile());
+    TZVOptions options(store);
+    options.Set(Setting::AskDefaultBrowser, false);
+    options.Set(Setting::ConfirmShutdown, false);
+    options.Set(Setting::StartupMode, mode);
+    // The list is opened from its end to its start.
+    QStringList lines;
+    for (qsizetype place = addresses.size(); place > 0; --place) {
+      lines += QStringLiteral("url%1=%2").arg(place).arg(addresses[place - 1]);
+    }
+    options.SetLastOpenSites(lines);
+  }
+
+  TCost StartBare(int pages, TReport report, bool memory) {
+    m_server.BeginRun();
+    return m_bare.Start(Addresses(pages), m_server, pages, report, memory);
+  }
+
+  TCost StartRestored(int pages, TReport report, bool memory) {
+    m_server.BeginRun();
+    WriteSettings(QStringLiteral("Last"), Addresses(pages));
+    return m_zarvela.Start({}, m_server, pages, report, memory);
+  }
+
+  // Started as by a link in another program: the home page opens too. Meanwhile a second start hands a page over.
+  TCost StartWithAddress(TSeries &secondStarts) {
+    m_server.BeginRun();
+    WriteSettings(QStringLiteral("Home"), {});
+    return m_zarvela.Start(Addresses(1), m_server, 1, TReport::Painted, false, [&] {
+      const TCost second = m_zarvela.RunToEnd({m_server.Address(2)});
+      if (Good(second)) secondStarts.Add(second);
+    });
+  }
+
+  void FirstPage() {
+    TSeries bare;
+    TSeries restored;
+    TSeries withAddress;
+    TSeries secondStarts;
+    for (int round = 0; round <= m_rounds; ++round) {
+      TSeries warmUp;
+      const TCost bareCost = StartBare(1, TReport::Painted, false);
+      if (!Good(bareCost)) return;
+      if (round > 0) bare.Add(bareCost);
+      if (m_bareOnly) continue;
+      const TCost addressCost = StartWithAddress(round > 0 ? secondStarts : warmUp);
+      const TCost restoredCost = StartRestored(1, TReport::Painted, false);
+      if (!Good(addressCost) || !Good(restoredCost)) return;
+      if (round == 0) continue;
+      withAddress.Add(addressCost);
+      restored.Add(restoredCost);
+    }
+    const double bareMedian = Median(bare.milliseconds);
+    Row(QStringLiteral("first page painted, from an address"), bareMedian, Median(withAddress.milliseconds), "ms",
+        FirstPageLimit);
+    if (m_bareOnly) return;
+    Row(QStringLiteral("first page painted, restored"), bareMedian, Median(restored.milliseconds), "ms", FirstPageLimit);
+    Row(QStringLiteral("second start, beside the libraries alone"), m_librariesAlone, Median(secondStarts.milliseconds), "ms", 0);
+  }
+
+  void Tabs() {
+    TSeries firstBare;
+    TSeries firstZarvela;
+    for (const int pages : TabCounts) {
+      TSeries bare;
+      TSeries zarvela;
+      for (int round = 0; round < TabRounds(); ++round) {
+        const TCost bareCost = StartBare(pages, TReport::Loaded, true);
+        if (!Good(bareCost)) return;
+        bare.Add(bareCost);
+        if (m_bareOnly) continue;
+        const TCost cost = StartRestored(pages, TReport::Loaded, true);
+        if (!Good(cost)) return;
+        zarvela.Add(cost);
+      }
+      PrintTabs(pages, bare, zarvela);
+      if (pages == 1) {
+        firstBare = bare;
+        firstZarvela = zarvela;
+      } else {
+        PrintEachFurther(pages, bare, zarvela, firstBare, firstZarvela);
+      }
+    }
+  }
+
+  static void PrintTabs(int pages, const TSeries &bare, const TSeries &zarvela) {
+    const QString tabs = QStringLiteral("%1 tab%2: ").arg(pages).arg(QLatin1String(pages == 1 ? "" : "s"));
+    Row(tabs + QLatin1String("all loaded"), Median(bare.milliseconds), Median(zarvela.milliseconds), "ms",
+        pages == 1 ? FirstPageLimit : TabLimit);
+    Row(tabs + QStringLiteral("memory in all (%1/%2 processes)").arg(bare.processes).arg(zarvela.processes),
+        Median(bare.mebibytes), Median(zarvela.mebibytes), "MiB", TabLimit);
+  }
+
+  static void PrintEachFurther(int pages, const TSeries &bare, const TSeries &zarvela, const TSeries &firstBare,
+                               const TSeries &firstZarvela) {
+    const auto further = [&](const std::vector<double> &all, const std::vector<double> &first) {
+      return all.empty() ? 0 : (Median(all) - Median(first)) / (pages - 1);
+    };
+    const QString tabs = QStringLiteral("%1 tabs: ").arg(pages);
+    Row(tabs + QLatin1String("each further one"), further(bare.milliseconds, firstBare.milliseconds),
+        further(zarvela.milliseconds, firstZarvela.milliseconds), "ms", TabLimit);
+    Row(tabs + QLatin1String("memory of each further one"), further(bare.mebibytes, firstBare.mebibytes),
+        further(zarvela.mebibytes, firstZarvela.mebibytes), "MiB", TabLimit);
+  }
+
+  TPageServer m_server;
+  TSubject m_bare;
+  TSubject m_libraries;
+  TSubject m_zarvela;
+  bool m_bareOnly;
+  int m_rounds;
+  double m_librariesAlone = 0;
+  bool m_failed = false;
+};
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  QCoreApplication application(argc, argv);
+  QCommandLineParser parser;
+  const QCommandLineOption bareOnly(QStringLiteral("bare-only"), QStringLiteral("Measure only the bare view."));
+  const QCommandLineOption rounds(QStringLiteral("rounds"), QStringLiteral("Starts of each program."),
+                                  QStringLiteral("number"), QString::number(DefaultRounds));
+  parser.addOptions({bareOnly, rounds});
+  parser.addHelpOption();
+  parser.process(application);
+  const QString folder = QCoreApplication::applicationDirPath();
+  if (!parser.isSet(bareOnly) && !QFileInfo(folder + QStringLiteral("/../zarvela")).isExecutable()) {
+    std::fprintf(stderr, "bench: the program is not built\n");
+    return 1;
+  }
+  return TBench(folder, parser.isSet(bareOnly), std::clamp(parser.value(rounds).toInt(), 1, 100)).Run();
+}

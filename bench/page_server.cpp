@@ -1,0 +1,73 @@
+#include "page_server.h"
+
+#include <QStringList>
+#include <QTcpSocket>
+
+TPageServer::TPageServer() {
+  connect(this, &QTcpServer::newConnection, this, &TPageServer::Serve);
+  listen(QHostAddress::LocalHost);
+}
+
+void TPageServer::BeginRun() {
+  ++m_run;
+  m_loaded.clear();
+  m_painted.clear();
+}
+
+QString TPageServer::Address(int number) const {
+  return QStringLiteral("http://127.0.0.1:%1/%2/%3/page").arg(serverPort()).arg(m_run).arg(number);
+}
+
+int TPageServer::Count(TReport report) const {
+  return int(report == TReport::Loaded ? m_loaded.size() : m_painted.size());
+}
+
+void TPageServer::Serve() {
+  while (QTcpSocket *socket = nextPendingConnection()) {
+    connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+    connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
+      // Only the request line counts; what follows it is read when all of it is there, and dropped.
+      if (!socket->peek(socket->bytesAvailable()).contains("\r\n\r\n")) return;
+      const QList<QByteArray> words = socket->readAll().split('\n').first().trimmed().split(' ');
+      Answer(socket, words.size() == 3 && words[0] == "GET" ? QString::fromLatin1(words[1]) : QString());
+    });
+  }
+}
+
+void TPageServer::Answer(QTcpSocket *socket, const QString &path) {
+  // "/run/number/what"
+  const QStringList parts = path.split(u'/');
+  const bool ofThisRun = parts.size() == 4 && parts[1].toInt() == m_run;
+  const int number = ofThisRun ? parts[2].toInt() : 0;
+  QByteArray status = "200 OK";
+  QByteArray body;
+  if (ofThisRun && parts[3] == u"page") {
+    body = Page(path.chopped(4), number);
+  } else if (ofThisRun && parts[3] == u"loaded") {
+    m_loaded.insert(number);
+  } else if (ofThisRun && parts[3] == u"painted") {
+    m_painted.insert(number);
+  } else {
+    status = "404 Not Found";
+  }
+  socket->write("HTTP/1.1 " + status + "\r\nContent-Type: text/html; charset=utf-8\r\nCache-Control: no-store\r\n" +
+                "Content-Length: " + QByteArray::number(body.size()) + "\r\nConnection: close\r\n\r\n" + body);
+  socket->disconnectFromHost();
+  if (body.isEmpty()) Q_EMIT Reported();
+}
+
+QByteArray TPageServer::Page(const QString &place, int number) {
+  QString page = QStringLiteral(
+                     "<!doctype html><html lang=en><title>Page %1</title><link rel=icon href='data:,'>"
+                     "<style>body{font:16px sans-serif;background:hsl(%2 60% 92%)}</style>"
+                     "<script>onload=()=>fetch('%3loaded');"
+                     "requestAnimationFrame(()=>requestAnimationFrame(()=>fetch('%3painted')))</script>"
+                     "<h1>Page %1</h1>")
+                     .arg(number)
+                     .arg(number * 47 % 360)
+                     .arg(place);
+  for (int line = 1; line <= 40; ++line) {
+    page += QStringLiteral("<p>Line %1 of page %2, with a few words to lay out and to paint.</p>").arg(line).arg(number);
+  }
+  return page.toUtf8();
+}

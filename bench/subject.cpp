@@ -1,0 +1,123 @@
+#include "subject.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QProcess>
+#include <QTimer>
+#include <cmath>
+
+#include "process_tree.h"
+
+namespace {
+
+constexpr int ReportTimeout = 90'000;  // milliseconds
+constexpr int EndTimeout = 10'000;
+constexpr int MemoryPause = 500;       // between two looks at the memory
+constexpr int MemoryLooks = 20;
+constexpr double MemoryStill = 0.005;  // Two looks that differ by less than this share are the same.
+
+void Pause(int milliseconds) {
+  QEventLoop loop;
+  QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+  loop.exec();
+}
+
+void MeasureMemory(qint64 process, TCost &cost) {
+  double last = 0;
+  for (int look = 0; look < MemoryLooks; ++look) {
+    const QList<qint64> tree = ProcessTree::Processes(process);
+    cost.mebibytes = double(ProcessTree::ProportionalSetSize(tree)) / 1024;
+    cost.processes = int(tree.size());
+    if (std::abs(cost.mebibytes - last) < MemoryStill * cost.mebibytes) return;
+    last = cost.mebibytes;
+    Pause(MemoryPause);
+  }
+}
+
+void End(QProcess &process) {
+  const QList<qint64> tree = ProcessTree::Processes(process.processId());
+  process.terminate();
+  if (process.state() != QProcess::NotRunning && !process.waitForFinished(EndTimeout)) {
+    ProcessTree::Kill(tree);
+    process.waitForFinished(EndTimeout);
+  }
+}
+
+QString Trouble(const QString &what, QProcess &process) {
+  return what + QLatin1String("\n") + QString::fromLocal8Bit(process.readAll()).right(2000);
+}
+
+}  // namespace
+
+TSubject::TSubject(const QString &name, const QString &program) : m_name(name), m_program(program) {
+  for (const char *folder : {"config", "data", "cache", "run", "tmp"}) {
+    QDir(m_folder.path()).mkdir(QLatin1String(folder));
+    QFile::setPermissions(m_folder.filePath(QLatin1String(folder)),
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+  }
+}
+
+QString TSubject::RegistryFile() const { return m_folder.filePath(QStringLiteral("config/zarvela/registry.sqlite")); }
+
+QProcessEnvironment TSubject::Environment() const {
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  environment.insert(QStringLiteral("HOME"), m_folder.path());
+  environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_folder.filePath(QStringLiteral("config")));
+  environment.insert(QStringLiteral("XDG_DATA_HOME"), m_folder.filePath(QStringLiteral("data")));
+  environment.insert(QStringLiteral("XDG_CACHE_HOME"), m_folder.filePath(QStringLiteral("cache")));
+  environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_folder.filePath(QStringLiteral("run")));
+  environment.insert(QStringLiteral("TMPDIR"), m_folder.filePath(QStringLiteral("tmp")));
+  environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("unix:path=/nonexistent"));
+  return environment;
+}
+
+TCost TSubject::Start(const QStringList &arguments, TPageServer &server, int pages, TPageServer::TReport report,
+                      bool memory, const std::function<void()> &whileRunning) {
+  TCost cost;
+  QProcess process;
+  process.setProcessEnvironment(Environment());
+  process.setProcessChannelMode(QProcess::MergedChannels);
+
+  QEventLoop loop;
+  QTimer timeout;
+  timeout.setSingleShot(true);
+  QObject::connect(&timeout, &QTimer::timeout, &loop, &QEventLoop::quit);
+  QObject::connect(&process, &QProcess::finished, &loop, &QEventLoop::quit);
+  QObject::connect(&process, &QProcess::errorOccurred, &loop, &QEventLoop::quit);
+  QObject::connect(&server, &TPageServer::Reported, &loop, [&] {
+    if (server.Count(report) >= pages) loop.quit();
+  });
+
+  QElapsedTimer clock;
+  clock.start();
+  process.start(m_program, arguments);
+  timeout.start(ReportTimeout);
+  loop.exec();
+  cost.milliseconds = double(clock.nsecsElapsed()) / 1e6;
+
+  if (const int reported = server.Count(report); reported < pages) {
+    cost.trouble = Trouble(QStringLiteral("%1: %2 of %3 pages reported").arg(m_name).arg(reported).arg(pages), process);
+  } else {
+    if (memory) MeasureMemory(process.processId(), cost);
+    if (whileRunning) whileRunning();
+  }
+  End(process);
+  return cost;
+}
+
+TCost TSubject::RunToEnd(const QStringList &arguments) {
+  TCost cost;
+  QProcess process;
+  process.setProcessEnvironment(Environment());
+  process.setProcessChannelMode(QProcess::MergedChannels);
+  QElapsedTimer clock;
+  clock.start();
+  process.start(m_program, arguments);
+  if (!process.waitForFinished(EndTimeout) || process.exitStatus() != QProcess::NormalExit) {
+    cost.trouble = Trouble(m_name + QLatin1String(": did not end by itself"), process);
+    End(process);
+  }
+  cost.milliseconds = double(clock.nsecsElapsed()) / 1e6;
+  return cost;
+}
