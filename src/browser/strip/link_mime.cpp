@@ -5,13 +5,14 @@
 
 namespace {
 constexpr qsizetype kLongestText = 8192;  // characters; a longer text is prose, not an address
-constexpr qsizetype kMostLinks = 50;      // of one drag: a whole folder dropped by mistake must not open a thousand tabs
+constexpr qsizetype kMostLinks = 50;  // of one drag: a whole folder dropped by mistake must not open a thousand tabs
 
 bool IsAddress(const QUrl &url) {
   if (!url.isValid()) return false;
   const QString scheme = url.scheme();
   if (scheme == QLatin1String("file")) return !url.path().isEmpty();
-  const bool web = scheme == QLatin1String("http") || scheme == QLatin1String("https") || scheme == QLatin1String("ftp");
+  const bool web =
+      scheme == QLatin1String("http") || scheme == QLatin1String("https") || scheme == QLatin1String("ftp");
   return web && !url.host().isEmpty();
 }
 }  // namespace

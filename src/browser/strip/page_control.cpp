@@ -1,12 +1,12 @@
 #include "browser/strip/page_control.h"
 
-#include "browser/strip/page_host.h"
-#include "browser/strip/tab_bar_view.h"
-#include "browser/strip/tab_list.h"
+#include <algorithm>
 #include <QKeySequence>
 #include <QPointer>
 #include <QShortcut>
-#include <algorithm>
+#include "browser/strip/page_host.h"
+#include "browser/strip/tab_bar_view.h"
+#include "browser/strip/tab_list.h"
 
 namespace {
 constexpr QSize kWantedSize{640, 480};
@@ -23,7 +23,9 @@ constexpr TWalkKey kWalkKeys[] = {
     {Qt::CTRL | Qt::Key_PageUp, false},
 };
 
-QWidget *PageOf(const TTab *tab) { return tab ? tab->page : nullptr; }
+QWidget *PageOf(const TTab *tab) {
+  return tab ? tab->page : nullptr;
+}
 }  // namespace
 
 struct TZVPageControl::TPrivate {
@@ -74,7 +76,9 @@ void TZVPageControl::InsertPage(int position, QWidget *page, bool visible) {
   if (visible && !d->tabs.Active()) Activate(page);
 }
 
-void TZVPageControl::RemovePage(QWidget *page) { Forget(page, page); }
+void TZVPageControl::RemovePage(QWidget *page) {
+  Forget(page, page);
+}
 
 void TZVPageControl::MovePage(int from, int to) {
   to = std::clamp(to, 0, std::max(0, PageCount() - 1));
@@ -84,20 +88,30 @@ void TZVPageControl::MovePage(int from, int to) {
   Q_EMIT PageMoved(from, to);
 }
 
-int TZVPageControl::PageCount() const { return d->tabs.Count(); }
+int TZVPageControl::PageCount() const {
+  return d->tabs.Count();
+}
 
-int TZVPageControl::VisiblePageCount() const { return d->tabs.VisibleCount(); }
+int TZVPageControl::VisiblePageCount() const {
+  return d->tabs.VisibleCount();
+}
 
-QWidget *TZVPageControl::Page(int position) const { return PageOf(d->tabs.At(position)); }
+QWidget *TZVPageControl::Page(int position) const {
+  return PageOf(d->tabs.At(position));
+}
 
 int TZVPageControl::IndexOf(const QWidget *page) const {
   const TTab *tab = d->tabs.Find(page);
   return tab ? d->tabs.Position(tab) : -1;
 }
 
-QWidget *TZVPageControl::ActivePage() const { return PageOf(d->tabs.Active()); }
+QWidget *TZVPageControl::ActivePage() const {
+  return PageOf(d->tabs.Active());
+}
 
-int TZVPageControl::ActivePageIndex() const { return IndexOf(ActivePage()); }
+int TZVPageControl::ActivePageIndex() const {
+  return IndexOf(ActivePage());
+}
 
 void TZVPageControl::SetActivePage(QWidget *page) {
   const TTab *tab = d->tabs.Find(page);
@@ -160,7 +174,9 @@ int TZVPageControl::PageImage(const QWidget *page) const {
   return tab ? tab->image : -1;
 }
 
-void TZVPageControl::SetImages(const QList<QIcon> &images) { d->view->SetImages(images); }
+void TZVPageControl::SetImages(const QList<QIcon> &images) {
+  d->view->SetImages(images);
+}
 
 void TZVPageControl::SetPageIcon(QWidget *page, const QIcon &icon) {
   TTab *tab = d->tabs.Find(page);
@@ -169,25 +185,37 @@ void TZVPageControl::SetPageIcon(QWidget *page, const QIcon &icon) {
   d->view->TabImageChanged(tab);
 }
 
-QColor TZVPageControl::InactiveTabColor() const { return d->view->InactiveTabColor(); }
+QColor TZVPageControl::InactiveTabColor() const {
+  return d->view->InactiveTabColor();
+}
 
 void TZVPageControl::SetInactiveTabColor(const QColor &color) {
   d->view->SetInactiveColors(color, InactiveFontColor());
 }
 
-QColor TZVPageControl::InactiveFontColor() const { return d->view->InactiveFontColor(); }
+QColor TZVPageControl::InactiveFontColor() const {
+  return d->view->InactiveFontColor();
+}
 
 void TZVPageControl::SetInactiveFontColor(const QColor &color) {
   d->view->SetInactiveColors(InactiveTabColor(), color);
 }
 
-bool TZVPageControl::MultipleLines() const { return d->view->MultipleLines(); }
+bool TZVPageControl::MultipleLines() const {
+  return d->view->MultipleLines();
+}
 
-void TZVPageControl::SetMultipleLines(bool multiple) { d->view->SetMultipleLines(multiple); }
+void TZVPageControl::SetMultipleLines(bool multiple) {
+  d->view->SetMultipleLines(multiple);
+}
 
-bool TZVPageControl::TabsDown() const { return d->view->TabsDown(); }
+bool TZVPageControl::TabsDown() const {
+  return d->view->TabsDown();
+}
 
-void TZVPageControl::SetTabsDown(bool down) { d->view->SetTabsDown(down); }
+void TZVPageControl::SetTabsDown(bool down) {
+  d->view->SetTabsDown(down);
+}
 
 void TZVPageControl::SetButtonTexts(const QString &closeTab, const QString &scrollLeft, const QString &scrollRight) {
   d->view->SetButtonTexts(closeTab, scrollLeft, scrollRight);
@@ -206,13 +234,21 @@ QWidget *TZVPageControl::PageAt(const QPoint &position) const {
   return PageOf(d->view->TabAt(d->view->mapFromParent(position)));
 }
 
-void TZVPageControl::FocusStrip() { d->view->setFocus(Qt::ShortcutFocusReason); }
+void TZVPageControl::FocusStrip() {
+  d->view->setFocus(Qt::ShortcutFocusReason);
+}
 
-bool TZVPageControl::StripHasFocus() const { return d->view->hasFocus(); }
+bool TZVPageControl::StripHasFocus() const {
+  return d->view->hasFocus();
+}
 
-QSize TZVPageControl::sizeHint() const { return kWantedSize; }
+QSize TZVPageControl::sizeHint() const {
+  return kWantedSize;
+}
 
-QSize TZVPageControl::minimumSizeHint() const { return kLeastSize; }
+QSize TZVPageControl::minimumSizeHint() const {
+  return kLeastSize;
+}
 
 void TZVPageControl::resizeEvent(QResizeEvent *event) {
   QWidget::resizeEvent(event);
@@ -248,7 +284,8 @@ void TZVPageControl::Activate(QWidget *page) {
   if (ActivePage() == page) Q_EMIT ActivePageChanged(page);
 }
 
-// `leaving` is the page when it still lives here; nullptr when it is gone already and its address is no more than a key.
+// `leaving` is the page when it still lives here; nullptr when it is gone already and its address is no more than a
+// key.
 void TZVPageControl::Forget(QObject *page, QWidget *leaving) {
   TTab *tab = d->tabs.Find(page);
   if (!tab) return;

@@ -1,10 +1,10 @@
 #pragma once
 
+#include <memory>
 #include <QColor>
 #include <QIcon>
 #include <QList>
 #include <QWidget>
-#include <memory>
 
 // The tab strip with its pages: several rows or one row that scrolls, above or below the pages. Positions count every
 // page, hidden ones too. A hidden page has no tab in the strip. The control does not own what a page means: captions,
@@ -29,10 +29,10 @@ class TZVPageControl final : public QWidget {
 
   [[nodiscard]] int PageCount() const;
   [[nodiscard]] int VisiblePageCount() const;
-  [[nodiscard]] QWidget *Page(int position) const;    // nullptr when out of range
+  [[nodiscard]] QWidget *Page(int position) const;       // nullptr when out of range
   [[nodiscard]] int IndexOf(const QWidget *page) const;  // -1 when not a page of this control; constant time
   [[nodiscard]] QWidget *ActivePage() const;
-  [[nodiscard]] int ActivePageIndex() const;          // -1 when there is none
+  [[nodiscard]] int ActivePageIndex() const;  // -1 when there is none
   // A hidden page is refused: what is on screen stays.
   void SetActivePage(QWidget *page);
   // The next or previous visible page, going round at the ends.
@@ -69,8 +69,8 @@ class TZVPageControl final : public QWidget {
   // Where the page's tab is, in this widget's coordinates; empty when it has none or is scrolled out of sight.
   [[nodiscard]] QRect TabRect(const QWidget *page) const;
   [[nodiscard]] QWidget *PageAt(const QPoint &position) const;  // by tab; nullptr beside the tabs
-  // Gives the strip itself the keyboard: arrow keys, Home and End walk (with Ctrl they move the tab), Delete closes, the
-  // menu key opens the tab menu, Enter, Space and Escape go back into the page.
+  // Gives the strip itself the keyboard: arrow keys, Home and End walk (with Ctrl they move the tab), Delete closes,
+  // the menu key opens the tab menu, Enter, Space and Escape go back into the page.
   void FocusStrip();
   // True while somebody walks through the tabs by keyboard: then the focus should not be taken into the page.
   [[nodiscard]] bool StripHasFocus() const;
@@ -79,8 +79,8 @@ class TZVPageControl final : public QWidget {
   [[nodiscard]] QSize minimumSizeHint() const override;
 
  Q_SIGNALS:
-  void ActivePageChanged(QWidget *page);            // pcPageChange; after the page is on screen
-  void CloseRequested(QWidget *page);               // close button, middle click, Delete
+  void ActivePageChanged(QWidget *page);  // pcPageChange; after the page is on screen
+  void CloseRequested(QWidget *page);     // close button, middle click, Delete
   void TabMenuRequested(QWidget *page, const QPoint &globalPosition);
   void EmptyStripDoubleClicked();
   void PageMoved(int from, int to);

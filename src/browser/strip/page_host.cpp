@@ -9,8 +9,7 @@ QWidget *FocusPlaceIn(QWidget *page) {
   if (QWidget *last = page->focusWidget()) return last;
   if (page->focusPolicy() != Qt::NoFocus || page->focusProxy()) return page;
   for (QWidget *next = page->nextInFocusChain(); next && next != page; next = next->nextInFocusChain()) {
-    if (page->isAncestorOf(next) && next->focusPolicy() != Qt::NoFocus && next->isEnabled() &&
-        !next->isHidden()) {
+    if (page->isAncestorOf(next) && next->focusPolicy() != Qt::NoFocus && next->isEnabled() && !next->isHidden()) {
       return next;
     }
   }

@@ -53,7 +53,9 @@ QString TTabBarAccessible::text(QAccessible::Text kind) const {
   return View()->parentWidget()->accessibleName();
 }
 
-TTabBarView *TTabBarAccessible::View() const { return qobject_cast<TTabBarView *>(object()); }
+TTabBarView *TTabBarAccessible::View() const {
+  return qobject_cast<TTabBarView *>(object());
+}
 
 QAccessibleInterface *TTabBarAccessible::InterfaceOf(TTab *tab) const {
   if (tab->accessibleId == 0) {
@@ -64,9 +66,13 @@ QAccessibleInterface *TTabBarAccessible::InterfaceOf(TTab *tab) const {
 
 TTabAccessible::TTabAccessible(TTabBarView *view, QWidget *page) : m_view(view), m_page(page) {}
 
-TTab *TTabAccessible::Tab() const { return m_view ? m_view->Tabs().Find(m_page) : nullptr; }
+TTab *TTabAccessible::Tab() const {
+  return m_view ? m_view->Tabs().Find(m_page) : nullptr;
+}
 
-bool TTabAccessible::isValid() const { return Tab() != nullptr; }
+bool TTabAccessible::isValid() const {
+  return Tab() != nullptr;
+}
 
 QAccessibleInterface *TTabAccessible::parent() const {
   return m_view ? QAccessible::queryAccessibleInterface(m_view) : nullptr;
@@ -114,7 +120,9 @@ void *TTabAccessible::interface_cast(QAccessible::InterfaceType type) {
   return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface *>(this) : nullptr;
 }
 
-QStringList TTabAccessible::actionNames() const { return {pressAction()}; }
+QStringList TTabAccessible::actionNames() const {
+  return {pressAction()};
+}
 
 void TTabAccessible::doAction(const QString &name) {
   TTab *tab = Tab();

@@ -1,7 +1,7 @@
 // What the mouse, the wheel, the keyboard and dropped links do in the strip.
 
-#include "browser/strip/link_mime.h"
-#include "browser/strip/tab_bar_view.h"
+#include <algorithm>
+#include <cstdlib>
 #include <QAccessible>
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -14,8 +14,8 @@
 #include <QTimerEvent>
 #include <QToolTip>
 #include <QWheelEvent>
-#include <algorithm>
-#include <cstdlib>
+#include "browser/strip/link_mime.h"
+#include "browser/strip/tab_bar_view.h"
 
 namespace {
 constexpr int kWheelStep = 120;           // eighths of a degree: one notch
@@ -23,7 +23,9 @@ constexpr int kGreatestWheelWalk = 3;     // tabs per wheel event, however wild 
 constexpr int kDragScrollInterval = 150;  // ms between steps while a tab is held beyond the end of the strip
 constexpr int kGreatestTip = 1000;        // characters; a page may give itself a title of any length
 
-QWidget *PageOf(const TTab *tab) { return tab ? tab->page : nullptr; }
+QWidget *PageOf(const TTab *tab) {
+  return tab ? tab->page : nullptr;
+}
 
 // A title is never read as markup, whatever it looks like.
 QString TipText(const QString &plain) {

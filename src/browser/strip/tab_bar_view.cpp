@@ -1,6 +1,6 @@
 #include "browser/strip/tab_bar_view.h"
 
-#include "browser/strip/tab_bar_accessible.h"
+#include <algorithm>
 #include <QAccessible>
 #include <QCoreApplication>
 #include <QPainter>
@@ -9,7 +9,7 @@
 #include <QSignalBlocker>
 #include <QStyle>
 #include <QToolButton>
-#include <algorithm>
+#include "browser/strip/tab_bar_accessible.h"
 
 namespace {
 constexpr double kGreatestShare = 1.0 / 3;  // of the control's height, so that 500 tabs leave room for the page
@@ -324,19 +324,25 @@ void TTabBarView::RefreshMetrics() {
   MeasureAll();
 }
 
-bool TTabBarView::KeepsImagePlace(const TTab *tab) const { return !m_images.isEmpty() || !tab->icon.isNull(); }
+bool TTabBarView::KeepsImagePlace(const TTab *tab) const {
+  return !m_images.isEmpty() || !tab->icon.isNull();
+}
 
 QIcon TTabBarView::ImageOf(const TTab *tab) const {
   return tab->image >= 0 && tab->image < m_images.size() ? m_images[tab->image] : tab->icon;
 }
 
-int TTabBarView::RowsShown() const { return m_multiple ? std::clamp(m_layout.RowCount(), 1, m_maxRows) : 1; }
+int TTabBarView::RowsShown() const {
+  return m_multiple ? std::clamp(m_layout.RowCount(), 1, m_maxRows) : 1;
+}
 
 QRect TTabBarView::Area() const {
   return QRect(0, m_tabsDown ? m_metrics.edge : 0, m_layout.Extent(), RowsShown() * m_metrics.rowHeight);
 }
 
-QRect TTabBarView::Bounds() const { return QRect(0, 0, m_extent, Area().height() + m_metrics.edge); }
+QRect TTabBarView::Bounds() const {
+  return QRect(0, 0, m_extent, Area().height() + m_metrics.edge);
+}
 
 QRect TTabBarView::PlaceOf(int position) const {
   const TTabLayout::TPlace &place = m_layout.Place(position);

@@ -1,20 +1,20 @@
 #pragma once
 
-#include "browser/strip/tab_layout.h"
-#include "browser/strip/tab_list.h"
-#include "browser/strip/tab_painter.h"
 #include <QBasicTimer>
 #include <QColor>
 #include <QList>
 #include <QPoint>
 #include <QWidget>
+#include "browser/strip/tab_layout.h"
+#include "browser/strip/tab_list.h"
+#include "browser/strip/tab_painter.h"
 
 class QScrollBar;
 class QToolButton;
 
 // The strip itself: shows the tabs of a list and turns what the mouse and the keyboard do there into wishes. It changes
-// nothing in the list; the page control does, and tells the strip right after. Changes only mark the layout as stale; it
-// is worked out once per turn of the event loop, or when somebody asks where a tab is.
+// nothing in the list; the page control does, and tells the strip right after. Changes only mark the layout as stale;
+// it is worked out once per turn of the event loop, or when somebody asks where a tab is.
 class TTabBarView final : public QWidget {
   Q_OBJECT
 
@@ -144,14 +144,14 @@ class TTabBarView final : public QWidget {
   bool m_arrangePosted = false;
   int m_extent = 0;
   int m_maxRows = 1;
-  int m_offset = 0;              // pixels in one row, rows in several
+  int m_offset = 0;               // pixels in one row, rows in several
   bool m_scrolledByHand = false;  // then the active tab is not brought back until it changes
 
   // Pages are kept as keys into the list: what a signal sets off may have removed them.
   QWidget *m_hover = nullptr;
   bool m_overClose = false;
-  QWidget *m_pressed = nullptr;        // left button went down on this tab
-  QWidget *m_pressedClose = nullptr;   // ... on its close button
+  QWidget *m_pressed = nullptr;       // left button went down on this tab
+  QWidget *m_pressedClose = nullptr;  // ... on its close button
   QWidget *m_pressedMiddle = nullptr;
   QWidget *m_dropTarget = nullptr;
   QPoint m_pressedAt;

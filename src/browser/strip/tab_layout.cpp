@@ -59,7 +59,9 @@ bool TTabLayout::Update() {
   return changed;
 }
 
-int TTabLayout::Length() const { return m_items.empty() ? 0 : m_items.back().place.x + m_items.back().place.width; }
+int TTabLayout::Length() const {
+  return m_items.empty() ? 0 : m_items.back().place.x + m_items.back().place.width;
+}
 
 int TTabLayout::Extent() const {
   const int reserve = !m_overflows ? 0 : m_space.multiple ? m_space.rowsReserve : m_space.lineReserve;

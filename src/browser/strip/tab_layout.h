@@ -5,16 +5,16 @@
 
 // Where the tabs of a strip lie, worked out from the widths they wish for, in pixels and left to right. It knows
 // nothing of widgets. One row: tabs shrink together down to `narrowest`, after that the row is longer than its space.
-// Several rows: tabs wrap, in their order; with more than `maxRows` the strip shows a part of them. A tab that wishes for
-// no width is hidden and takes no place.
+// Several rows: tabs wrap, in their order; with more than `maxRows` the strip shows a part of them. A tab that wishes
+// for no width is hidden and takes no place.
 //
 // Changes are only noted; Update() works them out, from the first tab that changed to where nothing differs any more.
 class TTabLayout final {
  public:
   struct TSpace {
-    int extent = 0;       // what there is in a row
-    int narrowest = 1;    // in one row no tab shrinks below this
-    int maxRows = 1;      // of several
+    int extent = 0;     // what there is in a row
+    int narrowest = 1;  // in one row no tab shrinks below this
+    int maxRows = 1;    // of several
     bool multiple = true;
     int lineReserve = 0;  // what the scroll buttons take from one row that is too long
     int rowsReserve = 0;  // what the scroll bar takes from the rows when there are too many

@@ -1,8 +1,8 @@
 #include "browser/strip/tab_list.h"
 
+#include <algorithm>
 #include <QAccessible>
 #include <QWidget>
-#include <algorithm>
 
 TTab::~TTab() {
   if (accessibleId != 0) QAccessible::deleteAccessibleInterface(accessibleId);
@@ -88,7 +88,9 @@ TTab *TTabList::Neighbour(const TTab *tab) const {
   return next ? next : VisibleAt(tab->m_ordinal - 1);
 }
 
-void TTabList::ForgetNumbersFrom(int position) { m_numbered = std::min(m_numbered, position); }
+void TTabList::ForgetNumbersFrom(int position) {
+  m_numbered = std::min(m_numbered, position);
+}
 
 void TTabList::Number() const {
   if (m_numbered == Count()) return;

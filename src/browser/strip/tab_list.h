@@ -1,10 +1,10 @@
 #pragma once
 
+#include <QtGui/qaccessible_base.h>
+#include <memory>
 #include <QHash>
 #include <QIcon>
 #include <QString>
-#include <QtGui/qaccessible_base.h>
-#include <memory>
 #include <vector>
 
 class QWidget;

@@ -1,22 +1,22 @@
 #include "browser/strip/tab_painter.h"
 
+#include <algorithm>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyle>
-#include <algorithm>
 
 namespace {
 constexpr int kSidePadding = 8;
 constexpr int kVerticalPadding = 5;
 constexpr int kPartGap = 6;
 constexpr int kEdge = 2;
-constexpr int kHalfTabGap = 1;      // two neighbours stand this far from their common border
-constexpr int kInactiveInset = 2;   // the active tab is this much taller
+constexpr int kHalfTabGap = 1;     // two neighbours stand this far from their common border
+constexpr int kInactiveInset = 2;  // the active tab is this much taller
 constexpr int kHighlightLine = 3;
 constexpr int kFocusInset = 4;
 constexpr int kNarrowestText = 8;   // average characters
 constexpr int kWidestText = 40;     // average characters: a caption is cut at 35 unless the user wants otherwise
-constexpr int kLeastWidth = 48;     // the tab of an empty caption can still be hit
+constexpr int kLeastWidth = 72;     // the tab of an empty caption can still be hit, beside its close button
 constexpr int kMeasuredText = 300;  // characters; the rest of a giant caption cannot show anyway
 constexpr qreal kRadius = 5;
 constexpr qreal kCrossShare = 0.28;  // of the close button's size, from its edges
@@ -84,7 +84,8 @@ void TTabPainter::DrawBackground(const QRect &strip) {
 void TTabPainter::DrawTab(const TTabLook &look) {
   const QRect outer = look.rect.adjusted(kHalfTabGap, 0, -kHalfTabGap, 0);
   QRect body = outer;
-  if (!look.active) m_tabsDown ? body.setBottom(body.bottom() - kInactiveInset) : body.setTop(body.top() + kInactiveInset);
+  if (!look.active)
+    m_tabsDown ? body.setBottom(body.bottom() - kInactiveInset) : body.setTop(body.top() + kInactiveInset);
 
   const QColor ink = look.active ? m_palette.color(QPalette::WindowText) : inactiveFont;
   QColor ground = look.active ? m_palette.color(QPalette::Window) : inactiveTab;

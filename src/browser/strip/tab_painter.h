@@ -18,7 +18,7 @@ struct TTabMetrics {
   int rowHeight;
   int narrowest;  // an icon, a few letters and the close button
   int widest;
-  int edge;       // the line between pages and strip
+  int edge;  // the line between pages and strip
 
   // How wide a tab with this text wants to be. The place of the close button is always kept, so that nothing jumps
   // when the mouse passes over; so is that of the image when there may be one.
