@@ -79,7 +79,8 @@ void TDelayedStart::OpenLastSites() {
 
 void TDelayedStart::OpenCommandLine() {
   TZVOptions options(m_store);
-  const QString argument = options.Get(Setting::CommandLine);
+  QString argument = options.Get(Setting::CommandLine);
+  if (argument.isEmpty()) argument = m_argument;
   if (argument.isEmpty()) return;
   options.Set(Setting::CommandLine, QString());
   m_opened = true;

@@ -11,8 +11,9 @@ struct TProductInfo;
 // the address from the command line.
 class TDelayedStart final {
  public:
-  TDelayedStart(TTabStrip &tabs, TRegistryStore &store, const TProductInfo &product)
-      : m_tabs(tabs), m_store(store), m_product(product) {}
+  // The argument of the command line comes through the setting CommandLine; `argument` is for a store that refused it.
+  TDelayedStart(TTabStrip &tabs, TRegistryStore &store, const TProductInfo &product, const QString &argument)
+      : m_tabs(tabs), m_store(store), m_product(product), m_argument(argument) {}
 
   void Run();
 
@@ -28,6 +29,7 @@ class TDelayedStart final {
   TTabStrip &m_tabs;
   TRegistryStore &m_store;
   const TProductInfo &m_product;
+  QString m_argument;
   TBrowserTab *m_tab = nullptr;   // the tab taken last; none while the first, blank one is still free
   bool m_opened = false;
 };

@@ -37,7 +37,10 @@ const QString ModeLast = QStringLiteral("Last");
 
 }  // namespace
 
-TfrmMain::TfrmMain(TRegistryStore &store) : m_store(store), m_options(store) { FormCreate(); }
+TfrmMain::TfrmMain(TRegistryStore &store, const QString &argument)
+    : m_store(store), m_options(store), m_argument(argument) {
+  FormCreate();
+}
 
 TfrmMain::~TfrmMain() { FormDestroy(); }
 
@@ -110,7 +113,7 @@ void TfrmMain::RestoreView() {
 
 void TfrmMain::RestorePlacement() {
   WindowPlacement::Restore(this, m_store);
-  m_normalBounds = geometry();
+  m_normalBounds = QRect(pos(), size());
   if (m_options.Get(Setting::FullScreen)) m_fullScreen->Enter();
   if (m_options.Get(Setting::Maximized)) setWindowState(windowState() | Qt::WindowMaximized);
 }
@@ -165,7 +168,7 @@ void TfrmMain::ConnectCommands() {
 }
 
 void TfrmMain::tmrLoadCoolbarTimer() {
-  TDelayedStart(*m_tabs, m_store, m_product).Run();
+  TDelayedStart(*m_tabs, m_store, m_product, m_argument).Run();
   FollowStartupMode();
   ShowActiveTab(m_tabs->GetActivePage());
   if (!m_store.SetAsideFile().isEmpty()) TellSetAsideStore();
@@ -293,7 +296,7 @@ void TfrmMain::WriteSettings() {
 
 void TfrmMain::RememberBounds() {
   if (isVisible() && !(windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen | Qt::WindowMinimized))) {
-    m_normalBounds = geometry();
+    m_normalBounds = QRect(pos(), size());
   }
 }
 

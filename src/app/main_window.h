@@ -31,8 +31,8 @@ class TfrmMain final : public QMainWindow {
   Q_OBJECT
 
  public:
-  // `store` must live longer than the window.
-  explicit TfrmMain(TRegistryStore &store);
+  // `store` must live longer than the window. `argument` is opened at start when the store could not take it.
+  explicit TfrmMain(TRegistryStore &store, const QString &argument = {});
   ~TfrmMain() override;
 
   [[nodiscard]] TTabStrip &Tabs() const { return *m_tabs; }
@@ -76,6 +76,7 @@ class TfrmMain final : public QMainWindow {
   TProductInfo m_product;
   TLanguage m_language;
   TCachedSettings m_settings;
+  QString m_argument;
   std::unique_ptr<TEngine> m_engine;
   std::unique_ptr<TTabEnvironment> m_environment;
   std::unique_ptr<TDownloadList> m_downloads;

@@ -107,21 +107,21 @@ void TPageCommands::ConnectClipboard() {
   struct TRoute {
     TCommand command;
     TOperation page;
-    void (QLineEdit::*edit)();
+    void (*edit)(QLineEdit *);
   };
   // The text box that has the keyboard comes first, then the page.
   static constexpr TRoute Routes[] = {
-      {TCommand::Undo, &THalvexBrowser::Undo, &QLineEdit::undo},
-      {TCommand::Redo, &THalvexBrowser::Redo, &QLineEdit::redo},
-      {TCommand::Cut, &THalvexBrowser::Cut, &QLineEdit::cut},
-      {TCommand::Copy, &THalvexBrowser::Copy, &QLineEdit::copy},
-      {TCommand::Paste, &THalvexBrowser::Paste, &QLineEdit::paste},
-      {TCommand::SelectAll, &THalvexBrowser::SelectAll, &QLineEdit::selectAll},
+      {TCommand::Undo, &THalvexBrowser::Undo, [](QLineEdit *edit) { edit->undo(); }},
+      {TCommand::Redo, &THalvexBrowser::Redo, [](QLineEdit *edit) { edit->redo(); }},
+      {TCommand::Cut, &THalvexBrowser::Cut, [](QLineEdit *edit) { edit->cut(); }},
+      {TCommand::Copy, &THalvexBrowser::Copy, [](QLineEdit *edit) { edit->copy(); }},
+      {TCommand::Paste, &THalvexBrowser::Paste, [](QLineEdit *edit) { edit->paste(); }},
+      {TCommand::SelectAll, &THalvexBrowser::SelectAll, [](QLineEdit *edit) { edit->selectAll(); }},
   };
   for (const TRoute &route : Routes) {
     connect(m_commands[route.command], &QAction::triggered, this, [this, &route] {
       if (QLineEdit *edit = FocusedEdit()) {
-        (edit->*route.edit)();
+        route.edit(edit);
       } else if (THalvexBrowser *browser = Browser()) {
         (browser->*route.page)();
       }

@@ -56,7 +56,7 @@ int RunProgram(int argc, char **argv) {
   TEngine::RegisterSchemes();
   QApplication application(argc, argv);
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/zarvela.svg")));
-  TfrmMain window(store);
+  TfrmMain window(store, store.IsWritable() ? QString() : entry.argument);
   const TTerminationSignals signalsToEnd;
   QObject::connect(&signalsToEnd, &TTerminationSignals::EndRequested, &window, &TfrmMain::CloseWithoutAsking);
   QObject::connect(&application, &QGuiApplication::commitDataRequest, &window, &TfrmMain::CloseWithoutAsking);

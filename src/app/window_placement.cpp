@@ -47,7 +47,9 @@ QRect OnScreens(const QRect &bounds, const QList<QRect> &screens) {
 void Restore(QWidget *window, TRegistryStore &store) {
   QList<QRect> screens;
   for (const QScreen *screen : QGuiApplication::screens()) screens.append(screen->availableGeometry());
-  window->setGeometry(OnScreens(Stored(store), screens));
+  const QRect placed = OnScreens(Stored(store), screens);
+  window->resize(placed.size());
+  window->move(placed.topLeft());
 }
 
 void Write(const QRect &bounds, TRegistryStore &store) {

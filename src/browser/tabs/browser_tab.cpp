@@ -42,7 +42,7 @@ void TBrowserTab::ConnectBrowser() {
   connect(m_browser, &THalvexBrowser::CommandStateChanged, this, &TBrowserTab::OnCommandState);
   connect(m_browser, &THalvexBrowser::TitleChanged, this, &TBrowserTab::SetCaption);
   connect(m_browser, &THalvexBrowser::IconChanged, this,
-          [this] { if (m_browser) m_strip.Pages().SetPageIcon(this, m_browser->Icon()); });
+          [this] { m_strip.Pages().SetPageIcon(this, m_strip.PageIconOf(this)); });
   connect(m_browser, &THalvexBrowser::BeforeNavigate, this, &TBrowserTab::OnBeforeNavigate);
   connect(m_browser, &THalvexBrowser::NewWindowRequested, this, &TBrowserTab::OnNewWindowRequested);
   connect(m_browser, &THalvexBrowser::NavigateComplete, this, &TBrowserTab::OnNavigateComplete);

@@ -36,6 +36,7 @@ TTabStrip::TTabStrip(QWidget *owner, TZVPageControl *pages, TTabEnvironment &env
     : QObject(owner), m_owner(owner), m_pages(pages), m_environment(environment) {
   for (const char *name : StatusImages) m_images.append(QIcon(QString::fromLatin1(name)));
   pages->SetImages(m_images);
+  m_plainPage = QIcon(QStringLiteral(":/icons/page.svg"));
   const TLanguage &language = environment.language;
   pages->SetButtonTexts(language.Text("MAIN", "TabCloseHint"), language.Text("MAIN", "TabScrollLeftHint"),
                         language.Text("MAIN", "TabScrollRightHint"));
@@ -68,6 +69,7 @@ TBrowserTab *TTabStrip::InsertTab(bool hidden) {
   const int position = m_environment.settings.openNewAtEnd ? m_pages->PageCount() : active + 1;
   auto *tab = new TBrowserTab(m_owner, m_environment, *this, hidden);
   m_pages->InsertPage(position, tab, !hidden);
+  m_pages->SetPageIcon(tab, m_plainPage);
   tab->SetCaption(QStringLiteral("about:blank"));
   m_pages->SetActivePage(tab);
   Q_EMIT TabsChanged();
@@ -110,7 +112,12 @@ int TTabStrip::ActiveTabIndex() const { return m_pages->ActivePageIndex(); }
 
 QIcon TTabStrip::IconOf(const TBrowserTab *tab) const {
   if (tab->State() != TTabState::None) return m_images.value(static_cast<int>(tab->State()) - 1);
-  return tab->Browser() != nullptr ? tab->Browser()->Icon() : QIcon();
+  return PageIconOf(tab);
+}
+
+QIcon TTabStrip::PageIconOf(const TBrowserTab *tab) const {
+  const QIcon own = tab->Browser() != nullptr ? tab->Browser()->Icon() : QIcon();
+  return own.isNull() ? m_plainPage : own;
 }
 
 void TTabStrip::Activate(TBrowserTab *tab) { m_pages->SetActivePage(tab); }

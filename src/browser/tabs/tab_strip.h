@@ -39,6 +39,8 @@ class TTabStrip final : public QObject {
   [[nodiscard]] int ActiveTabIndex() const;
   // What a list shows beside the tab: its status image, else the page's own icon.
   [[nodiscard]] QIcon IconOf(const TBrowserTab *tab) const;
+  // The page's own icon, or the plain one.
+  [[nodiscard]] QIcon PageIconOf(const TBrowserTab *tab) const;
   [[nodiscard]] TZVPageControl &Pages() const { return *m_pages; }
   [[nodiscard]] TTabEnvironment &Environment() const { return m_environment; }
 
@@ -92,6 +94,7 @@ class TTabStrip final : public QObject {
   TZVPageControl *m_pages;
   TTabEnvironment &m_environment;
   QList<QIcon> m_images;
+  QIcon m_plainPage;      // for a page without an icon of its own
   QTimer m_closeHidden;   // tmrCloseHidden
   bool m_closingLocked = false;
 };
