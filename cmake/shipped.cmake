@@ -1,5 +1,5 @@
 # The shipped files of "the program's folder". Programs of the build, the tests among them, find them beside themselves
-# as links, so that a changed text needs no build; an installed program finds them in share/zarvela.
+# as links, so that a changed text needs no build.
 
 set(zv_shipped ${CMAKE_SOURCE_DIR}/Languages ${CMAKE_SOURCE_DIR}/resources/product.ini)
 
@@ -10,6 +10,3 @@ foreach(folder ${CMAKE_BINARY_DIR} ${CMAKE_BINARY_DIR}/tests)
     file(CREATE_LINK ${item} ${folder}/${name} SYMBOLIC)
   endforeach()
 endforeach()
-
-install(DIRECTORY ${CMAKE_SOURCE_DIR}/Languages DESTINATION ${CMAKE_INSTALL_DATADIR}/zarvela FILES_MATCHING PATTERN *.ini)
-install(FILES ${CMAKE_SOURCE_DIR}/resources/product.ini DESTINATION ${CMAKE_INSTALL_DATADIR}/zarvela)

@@ -25,7 +25,8 @@ void TLanguage::Load(TZVOptions &options) {
 
 bool TLanguage::LoadFile(const QString &path) {
   m_fileName = QFileInfo(path).fileName();
-  return m_texts.Load(path);
+  m_texts = TIniFile();
+  return !path.isEmpty() && m_texts.Load(path);
 }
 
 QString TLanguage::LocaleName() const { return m_texts.Value("INFO", "Locale"); }

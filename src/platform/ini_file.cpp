@@ -3,7 +3,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QVarLengthArray>
+#include <algorithm>
 #include <cerrno>
+#include <string_view>
 
 namespace {
 
@@ -32,6 +35,26 @@ bool IsHeader(QByteArrayView line) { return HeaderName(line).data() != nullptr; 
 qsizetype EqualsSign(QByteArrayView line) {
   const QByteArrayView text = line.trimmed();
   return text.isEmpty() || text.front() == ';' ? -1 : line.indexOf('=');
+}
+
+// The key of a pair, folded for comparison. Nearly all keys are ASCII and take the short way.
+using TFolded = QVarLengthArray<char, 128>;
+TFolded FoldedKey(QByteArrayView line, qsizetype equals) {
+  const QByteArrayView key = line.first(equals).trimmed();
+  TFolded folded(key.size());
+  for (qsizetype i = 0; i < key.size(); ++i) {
+    const char c = key[i];
+    if ((c & 0x80) != 0) {
+      const QByteArray full = Decoded(line, key).toCaseFolded().toUtf8();
+      return TFolded(full.begin(), full.end());
+    }
+    folded[i] = c >= 'A' && c <= 'Z' ? char(c + ('a' - 'A')) : c;
+  }
+  return folded;
+}
+
+size_t HashOf(QByteArrayView folded) {
+  return std::hash<std::string_view>()(std::string_view(folded.data(), size_t(folded.size())));
 }
 
 QByteArray WithoutBreaks(QByteArray text) { return text.replace('\r', ' ').replace('\n', ' ').trimmed(); }
@@ -76,9 +99,9 @@ TIniFile TIniFile::FromBytes(const QByteArray &bytes) {
       const qsizetype number = file.m_sectionIndex.value(folded, file.m_sections.size());
       if (number == file.m_sections.size()) {
         file.m_sectionIndex.insert(folded, number);
-        file.m_sections.append({name, {}, {}, false});
+        file.m_sections.append({name, {}, {}, {}, false});
       }
-      file.m_sections[number].blocks.append(file.m_blocks.size());
+      file.m_sections[number].blocks.append(int(file.m_blocks.size()));
       file.m_blocks.append(TBlock());
     }
     file.m_blocks.last().lines.append({QByteArray::fromRawData(text.data(), text.size()), end, false});
@@ -137,30 +160,49 @@ const TIniFile::TSection *TIniFile::FindSection(const QString &section) const {
   return found == m_sectionIndex.constEnd() ? nullptr : &m_sections.at(*found);
 }
 
-const TIniFile::TPlace *TIniFile::FindKey(const TSection &section, const QString &key) const {
-  if (!section.isIndexed) {
-    for (const qsizetype block : section.blocks) {
-      const QList<TLine> &lines = m_blocks.at(block).lines;
-      section.index.reserve(section.index.size() + lines.size());
-      for (qsizetype i = 0; i < lines.size(); ++i) {
-        const QByteArrayView line = lines.at(i).bytes;
-        const qsizetype equals = lines.at(i).isRemoved ? -1 : EqualsSign(line);
-        if (equals < 0) continue;
-        const QString name = Decoded(line, line.first(equals).trimmed()).toCaseFolded();
-        if (!section.index.contains(name)) section.index.insert(name, TPlace{block, i});
-      }
+void TIniFile::Index(const TSection &section) const {
+  for (const int block : section.blocks) {
+    const QList<TLine> &lines = m_blocks.at(block).lines;
+    section.index.reserve(section.index.size() + lines.size());
+    for (int i = 0; i < int(lines.size()); ++i) {
+      const QByteArrayView line = lines.at(i).bytes;
+      const qsizetype equals = EqualsSign(line);
+      if (equals >= 0) section.index.append({HashOf(FoldedKey(line, equals)), {block, i}});
     }
-    section.isIndexed = true;
   }
-  const auto found = section.index.constFind(KeyName(key).toCaseFolded());
-  return found == section.index.constEnd() ? nullptr : &*found;
+  std::sort(section.index.begin(), section.index.end());
+  section.isIndexed = true;
+}
+
+std::optional<TIniFile::TPlace> TIniFile::FindFolded(const TSection &section, const QByteArray &folded) const {
+  if (!section.isIndexed) Index(section);
+  const auto isIt = [&](TPlace place) {
+    const TLine &line = m_blocks.at(place.block).lines.at(place.line);
+    return !line.isRemoved && QByteArrayView(FoldedKey(line.bytes, EqualsSign(line.bytes))) == folded;
+  };
+  const size_t hash = HashOf(folded);
+  for (auto entry = std::lower_bound(section.index.cbegin(), section.index.cend(), TIndexEntry(hash, TPlace()));
+       entry != section.index.cend() && entry->first == hash; ++entry) {
+    if (isIt(entry->second)) return entry->second;
+  }
+  for (auto entry = section.added.constFind(hash); entry != section.added.cend() && entry.key() == hash; ++entry) {
+    if (isIt(*entry)) return *entry;
+  }
+  return std::nullopt;
+}
+
+std::optional<TIniFile::TPlace> TIniFile::FindKey(const TSection &section, const QString &key) const {
+  const auto found = FindFolded(section, key.toCaseFolded().toUtf8());
+  if (found) return found;
+  const QString name = KeyName(key);
+  return name == key ? std::nullopt : FindFolded(section, name.toCaseFolded().toUtf8());
 }
 
 bool TIniFile::HasSection(const QString &section) const { return FindSection(section) != nullptr; }
 
 bool TIniFile::HasKey(const QString &section, const QString &key) const {
   const TSection *found = FindSection(section);
-  return found != nullptr && FindKey(*found, key) != nullptr;
+  return found != nullptr && FindKey(*found, key).has_value();
 }
 
 QStringList TIniFile::Sections() const {
@@ -175,7 +217,7 @@ QList<std::pair<QString, QString>> TIniFile::Pairs(const QString &section) const
   QList<std::pair<QString, QString>> pairs;
   const TSection *found = FindSection(section);
   if (found == nullptr) return pairs;
-  for (const qsizetype block : found->blocks) {
+  for (const int block : found->blocks) {
     for (const TLine &line : m_blocks.at(block).lines) {
       const QByteArrayView bytes = line.bytes;
       const qsizetype equals = line.isRemoved ? -1 : EqualsSign(bytes);
@@ -188,8 +230,8 @@ QList<std::pair<QString, QString>> TIniFile::Pairs(const QString &section) const
 
 QString TIniFile::Value(const QString &section, const QString &key, const QString &fallback) const {
   const TSection *found = FindSection(section);
-  const TPlace *place = found == nullptr ? nullptr : FindKey(*found, key);
-  if (place == nullptr) return fallback;
+  const std::optional<TPlace> place = found == nullptr ? std::nullopt : FindKey(*found, key);
+  if (!place) return fallback;
   const QByteArrayView line = m_blocks.at(place->block).lines.at(place->line).bytes;
   return Decoded(line, line.sliced(EqualsSign(line) + 1).trimmed());
 }
@@ -205,7 +247,7 @@ TIniFile::TSection &TIniFile::MakeSection(const QString &section) {
   }
   const QString name = SectionName(section);
   m_sectionIndex.insert(name.toCaseFolded(), m_sections.size());
-  m_sections.append({name, {m_blocks.size()}, {}, false});
+  m_sections.append({name, {int(m_blocks.size())}, {}, {}, false});
   m_blocks.append(TBlock());
   AppendLine(m_blocks.last(), 0, '[' + name.toUtf8() + ']');
   return m_sections.last();
@@ -219,7 +261,7 @@ void TIniFile::AppendLine(TBlock &block, qsizetype place, const QByteArray &byte
 void TIniFile::SetValue(const QString &section, const QString &key, const QString &value) {
   TSection &found = MakeSection(section);
   const QByteArray data = WithoutBreaks(value.toUtf8());
-  if (const TPlace *place = FindKey(found, key)) {
+  if (const auto place = FindKey(found, key)) {
     TLine &line = m_blocks[place->block].lines[place->line];
     const QByteArrayView bytes = line.bytes;
     const qsizetype equals = EqualsSign(bytes);
@@ -227,34 +269,34 @@ void TIniFile::SetValue(const QString &section, const QString &key, const QStrin
     line.bytes = Decoded(bytes, bytes.first(equals + 1)).toUtf8() + data;
     return;
   }
-  const qsizetype blockNumber = found.blocks.last();
+  const int blockNumber = found.blocks.last();
   TBlock &block = m_blocks[blockNumber];
-  qsizetype place = block.lines.size();
+  int place = int(block.lines.size());
   while (place > 1 && !block.lines.at(place - 1).isRemoved && IsBlank(block.lines.at(place - 1).bytes)) --place;
   const QString name = KeyName(key);
   AppendLine(block, place, name.toUtf8() + '=' + data);
-  found.index.insert(name.toCaseFolded(), {blockNumber, place});
+  found.added.insert(HashOf(name.toCaseFolded().toUtf8()), {blockNumber, place});
 }
 
 void TIniFile::RemoveKey(const QString &section, const QString &key) {
   const TSection *found = FindSection(section);
-  if (found == nullptr || FindKey(*found, key) == nullptr) return;
-  const QString folded = KeyName(key).toCaseFolded();
-  for (const qsizetype block : found->blocks) {
+  const std::optional<TPlace> place = found == nullptr ? std::nullopt : FindKey(*found, key);
+  if (!place) return;
+  const QByteArrayView first = m_blocks.at(place->block).lines.at(place->line).bytes;
+  const TFolded folded = FoldedKey(first, EqualsSign(first));
+  for (const int block : found->blocks) {
     for (TLine &line : m_blocks[block].lines) {
-      const QByteArrayView bytes = line.bytes;
-      const qsizetype equals = line.isRemoved ? -1 : EqualsSign(bytes);
-      if (equals >= 0 && Decoded(bytes, bytes.first(equals).trimmed()).toCaseFolded() == folded) line.isRemoved = true;
+      const qsizetype equals = line.isRemoved ? -1 : EqualsSign(line.bytes);
+      if (equals >= 0 && FoldedKey(line.bytes, equals) == folded) line.isRemoved = true;
     }
   }
-  found->index.remove(folded);
 }
 
 void TIniFile::RemoveSection(const QString &section) {
   const TSection *found = FindSection(section);
   if (found == nullptr) return;
   const qsizetype number = found - m_sections.constData();
-  for (const qsizetype block : found->blocks) m_blocks[block].lines.clear();
+  for (const int block : found->blocks) m_blocks[block].lines.clear();
   m_sectionIndex.remove(m_sections.at(number).name.toCaseFolded());
   m_sections[number] = {};
 }

@@ -5,6 +5,8 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <compare>
+#include <optional>
 #include <utility>
 
 // An INI text file in memory: language files, page groups and the tool-bar definition are such files.
@@ -55,20 +57,26 @@ class TIniFile final {
     QList<TLine> lines;
   };
   struct TPlace {
-    qsizetype block = 0;
-    qsizetype line = 0;
+    int block = 0;
+    int line = 0;
+    auto operator<=>(const TPlace &) const = default;
   };
+  using TIndexEntry = std::pair<size_t, TPlace>;  // The hash of a folded key and its line.
   // Lines never move but for blank ones, so that the places of the index stay valid.
   struct TSection {
     QString name;
-    QList<qsizetype> blocks;                // Empty once the section was removed.
-    mutable QHash<QString, TPlace> index;   // Folded key to its first line; made at the section's first look-up.
+    QList<int> blocks;                     // Empty once the section was removed.
+    mutable QList<TIndexEntry> index;      // Sorted; made at the first look-up, several times faster than a hash table.
+    QMultiHash<size_t, TPlace> added;      // The keys that were set since.
     mutable bool isIndexed = false;
   };
 
   [[nodiscard]] const TSection *FindSection(const QString &section) const;
   TSection &MakeSection(const QString &section);
-  [[nodiscard]] const TPlace *FindKey(const TSection &section, const QString &key) const;
+  // The line of `key`, as it stands or as SetValue would write it.
+  [[nodiscard]] std::optional<TPlace> FindKey(const TSection &section, const QString &key) const;
+  [[nodiscard]] std::optional<TPlace> FindFolded(const TSection &section, const QByteArray &folded) const;
+  void Index(const TSection &section) const;
   void AppendLine(TBlock &block, qsizetype place, const QByteArray &bytes);
 
   QByteArray m_source;

@@ -5,7 +5,8 @@
 
 TProductInfo TProductInfo::Load() {
   TIniFile file;
-  file.Load(ProgramFolders::Find({}, "product.ini"));
+  const QString path = ProgramFolders::Find({}, "product.ini");
+  if (!path.isEmpty()) file.Load(path);
   const auto address = [&file](const char *key) { return file.Value("Addresses", key); };
   return {address("DefaultHomePage"), address("StartupPage"), address("SearchPanelPage"), address("UpdateServer")};
 }

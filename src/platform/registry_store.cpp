@@ -18,6 +18,7 @@ constexpr int SchemaVersion = 1;
 constexpr int BusyTimeout = 3000;
 // While the file has been locked since it was opened every call tries again, so none of them may take long.
 constexpr int RetryTimeout = 50;
+constexpr qint64 HeaderSize = 100;
 constexpr int LockTimeout = 5000;
 constexpr int MaxSetAsideNames = 10000;
 
@@ -165,6 +166,9 @@ void TRegistryStore::TPrivate::Open() {
 
 TOpenResult TRegistryStore::TPrivate::TryOpen(TSqliteConnection::TMode mode) {
   identity = IdentityOf(filePath);
+  // SQLite takes a file that is shorter than its header for a new one and would write over it.
+  const qint64 size = QFileInfo(filePath).size();
+  if (size > 0 && size < HeaderSize) return TOpenResult::Damaged;
   const int code = database.Open(filePath, mode);
   if (identity == TFileIdentity()) identity = IdentityOf(filePath);
   if (code != SQLITE_OK) return ResultOf(code);

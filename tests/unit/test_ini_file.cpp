@@ -1,0 +1,211 @@
+#include <QElapsedTimer>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/ini_file.h"
+
+namespace {
+
+QString Joined(const TIniFile &file, const QString &section) {
+  QStringList lines;
+  for (const auto &[key, value] : file.Pairs(section)) lines.append(key + u'=' + value);
+  return lines.join(u'\n');
+}
+
+}  // namespace
+
+class TTestIniFile final : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void Reads_data() {
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("sections");
+    QTest::addColumn<QString>("pairs");  // Of the section "S".
+    QTest::newRow("plain") << QByteArray("[S]\na=1\nb=2\n") << "S" << "a=1\nb=2";
+    QTest::newRow("no line end at the end") << QByteArray("[S]\na=1") << "S" << "a=1";
+    QTest::newRow("carriage returns") << QByteArray("[S]\r\na=1\r\nb=\r\n") << "S" << "a=1\nb=";
+    QTest::newRow("byte-order mark") << QByteArray("\xEF\xBB\xBF[S]\na=1\n") << "S" << "a=1";
+    QTest::newRow("other case") << QByteArray("[s]\nA=1\n") << "s" << "A=1";
+    QTest::newRow("blanks") << QByteArray(" [ S ] \n  a b  =  1 2  \n\t;c=3\n") << "S" << "a b=1 2";
+    QTest::newRow("more equals signs") << QByteArray("[S]\na=x=y==\n=z\n") << "S" << "a=x=y==\n=z";
+    QTest::newRow("comments and other lines") << QByteArray("[S]\n;a=1\nword\n\n#b=2\n") << "S" << "#b=2";
+    QTest::newRow("before the first section") << QByteArray("a=1\n[S]\nb=2\n") << "S" << "b=2";
+    QTest::newRow("continued section") << QByteArray("[S]\na=1\n[T]\nc=3\n[s]\nb=2\n") << "S T" << "a=1\nb=2";
+    QTest::newRow("repeated key") << QByteArray("[S]\na=1\na=2\n") << "S" << "a=1\na=2";
+    QTest::newRow("bracketed key") << QByteArray("[S]\n[News]=http://[::1]\n[a=b]\n") << "S"
+                                   << "[News]=http://[::1]\n[a=b]";
+    QTest::newRow("open bracket") << QByteArray("[S]\n[T\na=1\n") << "S" << "a=1";
+    QTest::newRow("empty name") << QByteArray("[]\nx=1\n[S]\na=1\n") << " S" << "a=1";
+    QTest::newRow("text after the header") << QByteArray("[S] ; note\na=1\n") << "S" << "a=1";
+    QTest::newRow("latin-1 beside utf-8") << QByteArray("[S]\na=\xE4\nb=\xC3\xA4\n") << "S" << "a=ä\nb=ä";
+    QTest::newRow("zero bytes") << QByteArray("[S]\0\na\0=1\0 2\n", 13) << "S" << QString::fromLatin1("a\0=1\0 2", 7);
+    QTest::newRow("zero byte in a value") << QByteArray("[S]\na=1\0" "2\n", 10) << "S" << QString::fromLatin1("a=1\0" "2", 5);
+    QTest::newRow("nothing") << QByteArray() << "" << "";
+  }
+  void Reads() {
+    QFETCH(QByteArray, bytes);
+    const TIniFile file = TIniFile::FromBytes(bytes);
+    QTEST(file.Sections().join(u' '), "sections");
+    QTEST(Joined(file, "S"), "pairs");
+    QCOMPARE(file.ToBytes(), bytes);
+  }
+
+  void LooksUpWithoutRegardToCase() {
+    const TIniFile file = TIniFile::FromBytes("[MAIN]\nKey=1\nÄnderung=2\nEmpty=\nkey=3\n");
+    QCOMPARE(file.Value("main", "KEY"), "1");
+    QCOMPARE(file.Value("Main", "äNDERUNG"), "2");
+    QVERIFY(file.HasKey("main", "empty") && !file.HasKey("main", "none") && !file.HasKey("none", "Key"));
+    QCOMPARE(file.Value("main", "Empty", "fallback"), "");
+    QCOMPARE(file.Value("main", "none", "fallback"), "fallback");
+    QCOMPARE(file.Value("none", "Key", "fallback"), "fallback");
+  }
+
+  void Changes_data() {
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QString>("change");  // section|key|value, section|key or section
+    QTest::addColumn<QByteArray>("after");
+    const QByteArray file("; top\r\nloose=1\r\n[A]\r\nX = 1\r\n;note\r\n\r\n[B]\r\nY=\xE4\r\nnonsense\r\n");
+    const auto with = [&](const char *from, const char *to) { return QByteArray(file).replace(from, to); };
+    QTest::newRow("in place, spelling kept") << file << "a|x|2" << with("X = 1", "X =2");
+    QTest::newRow("the same value") << file << "A|X|1" << file;
+    QTest::newRow("new key before the blank lines") << file << "A|Z|3" << with(";note\r\n", ";note\r\nZ=3\r\n");
+    QTest::newRow("new section") << file << "C|Z|3" << file + "\r\n[C]\r\nZ=3\r\n";
+    QTest::newRow("changed Latin-1 line") << file << "B|Y|ö" << with("\xE4", "\xC3\xB6");
+    QTest::newRow("removed key") << file << "A|X" << with("X = 1\r\n", "");
+    QTest::newRow("removed section") << file << "A" << with("[A]\r\nX = 1\r\n;note\r\n\r\n", "");
+    QTest::newRow("missing ones removed") << file << "C|X" << file;
+    QTest::newRow("no line end") << QByteArray("[A]\na=1") << "A|b|2" << QByteArray("[A]\na=1\nb=2\n");
+    QTest::newRow("new section, no line end") << QByteArray("x") << "A|b|2" << QByteArray("x\n\n[A]\nb=2\n");
+    QTest::newRow("empty file") << QByteArray() << "A|b|2" << QByteArray("[A]\nb=2\n");
+    QTest::newRow("end of a continued section") << QByteArray("[A]\na=1\n[B]\n[A]\nb=2\n[C]\n") << "A|c|3"
+                                                << QByteArray("[A]\na=1\n[B]\n[A]\nb=2\nc=3\n[C]\n");
+    QTest::newRow("repeated key removed") << QByteArray("[A]\na=1\nb=2\nA=3\n") << "A|a" << QByteArray("[A]\nb=2\n");
+    QTest::newRow("continued section removed") << QByteArray("[A]\na=1\n[B]\n[a]\nb=2\n") << "A" << QByteArray("[B]\n");
+  }
+  void Changes() {
+    QFETCH(QByteArray, before);
+    QFETCH(QString, change);
+    TIniFile file = TIniFile::FromBytes(before);
+    const QStringList parts = change.split(u'|');
+    if (parts.size() == 3) file.SetValue(parts.at(0), parts.at(1), parts.at(2));
+    if (parts.size() == 2) file.RemoveKey(parts.at(0), parts.at(1));
+    if (parts.size() == 1) file.RemoveSection(parts.at(0));
+    QTEST(file.ToBytes(), "after");
+    QCOMPARE(file.HasKey(parts.at(0), parts.value(1)), parts.size() == 3);
+  }
+
+  // Whatever is set is found in memory and in the file that is written.
+  void HostileTextsReadBack_data() {
+    QTest::addColumn<QString>("key");
+    for (const char *key : {";comment", "; ;x", "a=b", "[section]", "[a", "two\nlines", "  blanks ", "", "=", "\xEF\xBB\xBF"}) {
+      QTest::newRow(key) << QString(key);
+    }
+  }
+  void HostileTextsReadBack() {
+    QFETCH(QString, key);
+    TIniFile file;
+    file.SetValue("S]\n[T=", key, " v\r\nw] ");
+    file.SetValue("S", "other", "1");
+    for (const TIniFile &one : {file, TIniFile::FromBytes(file.ToBytes())}) {
+      QCOMPARE(one.Value("S]\n[T=", key), "v  w]");
+      QCOMPARE(one.Sections().size(), 2);
+      QCOMPARE(Joined(one, "S"), "other=1");
+    }
+  }
+
+  void CopiesAreIndependent() {
+    TIniFile copy;
+    {
+      TIniFile file = TIniFile::FromBytes("[A]\na=1\nb=2\n");
+      QCOMPARE(file.Value("A", "a"), "1");
+      copy = file;
+      file.SetValue("A", "a", "9");
+      file.RemoveKey("A", "b");
+    }
+    QCOMPARE(copy.Value("A", "a"), "1");
+    copy.SetValue("A", "a", "3");
+    copy.RemoveSection("A");
+    copy.SetValue("A", "n", "4");
+    QCOMPARE(copy.ToBytes(), "[A]\nn=4\n");
+  }
+
+  void SavesAndLoads() {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("file.ini");
+    const QString link = folder.filePath("link.ini");
+    const QString second = folder.filePath("second.ini");
+    TIniFile file = TIniFile::FromBytes("[A]\na=1\n");
+    QString error;
+    QVERIFY(file.Save(path, &error));
+    QVERIFY(QFile::link("file.ini", link) && QFile::link("link.ini", second));
+    file.SetValue("A", "a", "2");
+    QVERIFY2(file.Save(second, &error), qPrintable(error));
+    QVERIFY(QFileInfo(link).isSymLink() && QFileInfo(second).isSymLink());
+    TIniFile loaded;
+    QVERIFY(loaded.Load(path, &error) && error.isEmpty());
+    QCOMPARE(loaded.Value("A", "a"), "2");
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 3);
+  }
+
+  void FailuresTellTheReason() {
+    const QTemporaryDir folder;
+    const QString pipe = folder.filePath("pipe.ini");
+    QCOMPARE(::mkfifo(pipe.toUtf8(), 0600), 0);
+    QVERIFY(QDir().mkdir(folder.filePath("folder.ini")));
+    QFile huge(folder.filePath("huge.ini"));
+    QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize((qint64(256) << 20) + 1));
+    for (const char *name : {"missing.ini", "folder.ini", "pipe.ini", "huge.ini"}) {
+      TIniFile file = TIniFile::FromBytes("[A]\na=1\n");
+      QString error;
+      QVERIFY2(!file.Load(folder.filePath(name), &error), name);
+      QVERIFY2(!error.isEmpty() && file.Sections().isEmpty(), name);
+    }
+    for (const char *name : {"no/such/folder.ini", "folder.ini"}) {
+      QString error;
+      QVERIFY2(!TIniFile::FromBytes("[A]\n").Save(folder.filePath(name), &error), name);
+      QVERIFY2(!error.isEmpty(), name);
+    }
+  }
+
+  void TakesAnyBytes() {
+    QRandomGenerator generator(7);
+    const QByteArray alphabet("[]=;\r\n \t\0aB\xC3\xA4\xFF", 15);
+    for (int round = 0; round < 3000; ++round) {
+      QByteArray bytes;
+      for (quint32 i = generator.bounded(60); i > 0; --i) bytes += alphabet.at(generator.bounded(int(alphabet.size())));
+      TIniFile file = TIniFile::FromBytes(bytes);
+      QCOMPARE(file.ToBytes(), bytes);
+      const QStringList sections = file.Sections();
+      for (const QString &section : sections) {
+        for (const auto &[key, value] : file.Pairs(section)) QVERIFY(file.HasKey(section, key));
+      }
+      file.SetValue("aB", "a", "new");
+      QCOMPARE(TIniFile::FromBytes(file.ToBytes()).Value("aB", "a"), "new");
+    }
+  }
+
+  void AMillionLinesAreQuick() {
+    QByteArray keys("[S]\n");
+    QByteArray sections;
+    for (int i = 0; i < 1'000'000; ++i) {
+      keys += "key" + QByteArray::number(i) + "=value\n";
+      if (i % 4 == 0) sections += '[' + QByteArray::number(i / 8) + "]\n";
+    }
+    QElapsedTimer timer;
+    timer.start();
+    TIniFile file = TIniFile::FromBytes(keys);
+    QCOMPARE(file.Value("S", "KEY999999"), "value");
+    for (int i = 0; i < 20000; ++i) file.SetValue("S", "new" + QString::number(i), "x");
+    QVERIFY(TIniFile::FromBytes(sections).HasSection("124999"));
+    qInfo("%lld ms", timer.elapsed());
+    // Generous for slow machines; whatever is quadratic takes minutes.
+    QVERIFY(timer.elapsed() < 10000);
+  }
+};
+
+QTEST_GUILESS_MAIN(TTestIniFile)
+#include "test_ini_file.moc"

@@ -1,0 +1,394 @@
+#include <linux/capability.h>
+#include <signal.h>
+#include <sqlite3.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QElapsedTimer>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include "platform/registry_store.h"
+
+namespace {
+
+constexpr TRegistryHive User = TRegistryHive::CurrentUser;
+constexpr const char *Key = R"(Software\Test)";
+
+QStringList Names(const TRegistryStore &store, const QString &key) {
+  QStringList names;
+  for (const TRegistryValue &value : store.Values(User, key)) names.append(value.name + u'=' + value.data);
+  return names;
+}
+
+QByteArray Contents(const QString &path) {
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void WriteFile(const QString &path, const QByteArray &bytes) {
+  QFile file(path);
+  QVERIFY(file.open(QIODevice::WriteOnly));
+  QCOMPARE(file.write(bytes), bytes.size());
+}
+
+// A store file with `count` values, closed again.
+void MakeStore(const QString &path, int count) {
+  TRegistryStore store(path);
+  QList<TRegistryValue> values;
+  for (int i = 0; i < count; ++i) values.append({"v" + QString::number(i), QString(200, u'x')});
+  QVERIFY(store.ReplaceKey(User, Key, values));
+}
+
+// Runs `work` in a process of its own, which ends without any clean-up.
+template <typename TWork>
+pid_t Fork(TWork work) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    work();
+    ::_exit(0);
+  }
+  return child;
+}
+
+// Runs `check` in a process that file modes hold for, even when root runs the tests.
+template <typename TCheck>
+bool InUnprivilegedProcess(TCheck check) {
+  const pid_t child = Fork([&] {
+    __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
+    const __user_cap_data_struct none[2] = {};
+    if (::syscall(SYS_capset, &header, none) != 0 || !check()) ::_exit(1);
+  });
+  int status = -1;
+  return ::waitpid(child, &status, 0) == child && status == 0;
+}
+
+}  // namespace
+
+class TTestRegistryStore final : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init() {
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_folder->isValid());
+    m_path = m_folder->filePath("deep/er/registry.sqlite");
+  }
+
+  void ValuesSurviveReopening() {
+    {
+      TRegistryStore store(m_path);
+      QVERIFY(store.IsWritable());
+      QVERIFY(store.SetAsideFile().isEmpty());
+      QVERIFY(store.Write(User, R"(\Software\Ünïcode\)", "Größe", "a\nb=c \U0001F600"));
+      QVERIFY(store.WriteInteger(User, R"(Software\Ünïcode)", "n", -5000000000));
+      QVERIFY(store.Write(User, R"(Software\Ünïcode)", {}, "unnamed"));
+      QVERIFY(store.Write(TRegistryHive::ClassesRoot, R"(Software\Ünïcode)", "n", "other hive"));
+    }
+    const TRegistryStore store(m_path);
+    // Names compare without regard to case beyond ASCII too.
+    QCOMPARE(store.Read(User, R"(SOFTWARE\\üNÏCODE)", "gRÖSSE"), std::optional<QString>());
+    QCOMPARE(store.Read(User, R"(SOFTWARE\\üNÏCODE)", "gRÖßE"), "a\nb=c \U0001F600");
+    QCOMPARE(store.Read(User, R"(software\ÜNÏCODE)", {}), "unnamed");
+    QCOMPARE(store.Read(TRegistryHive::ClassesRoot, R"(Software\Ünïcode)", "N"), "other hive");
+    QVERIFY(!store.KeyExists(TRegistryHive::LocalMachine, "Software"));
+    const QList<TRegistryValue> values = store.Values(User, R"(Software\Ünïcode)");
+    QCOMPARE(values.size(), 3);
+    QCOMPARE(values.at(0).name, "Größe");
+    QCOMPARE(values.at(1).data, "-5000000000");
+    QVERIFY(values.at(1).isInteger && !values.at(0).isInteger);
+    QCOMPARE(store.Subkeys(User, "SOFTWARE"), QStringList{"Ünïcode"});
+    QCOMPARE(store.Subkeys(User, {}), QStringList{"Software"});
+  }
+
+  void OverwrittenValuesKeepTheirPlaceAndSpelling() {
+    TRegistryStore store(m_path);
+    for (const char *name : {"Zeta", "alpha", "Mid"}) store.Write(User, Key, name, "1");
+    store.Write(User, Key, "ALPHA", "2");
+    QCOMPARE(Names(store, Key), (QStringList{"Zeta=1", "alpha=2", "Mid=1"}));
+    store.DeleteValue(User, Key, "zeta");
+    store.Write(User, Key, "Zeta", "3");
+    QCOMPARE(Names(store, Key), (QStringList{"alpha=2", "Mid=1", "Zeta=3"}));
+  }
+
+  void DeletingAKeyTakesItsSubkeysAndNothingElse() {
+    TRegistryStore store(m_path);
+    // The neighbours sort directly before and after what lies below the key.
+    const QStringList kept{"Soft", R"(Software\Tes)", R"(Software\Test!)", R"(Software\Test])", R"(Software\Testing\A)"};
+    for (const QString &key : kept) store.Write(User, key, "v", "1");
+    for (const char *key : {R"(Software\Test)", R"(Software\Test\A)", "Software\\Test\\A\\\U0001F600"}) {
+      store.Write(User, key, "v", "1");
+    }
+    QVERIFY(store.DeleteKey(User, R"(SOFTWARE\TEST)"));
+    QVERIFY(!store.KeyExists(User, Key));
+    QVERIFY(!store.KeyExists(User, R"(Software\Test\A)"));
+    for (const QString &key : kept) QCOMPARE(store.Read(User, key, "v"), "1");
+    QVERIFY(store.DeleteKey(User, "never there"));
+    // A key that is made again starts without the values that the deleted one had.
+    store.CreateKey(User, Key);
+    QVERIFY(store.KeyExists(User, Key) && store.Values(User, Key).isEmpty());
+
+    store.Write(User, "\U0001F600", "v", "1");
+    QVERIFY(store.DeleteKey(User, {}));
+    QVERIFY(store.Subkeys(User, {}).isEmpty());
+    QVERIFY(!store.Read(User, "\U0001F600", "v"));
+  }
+
+  void ReplacingAKeyIsInOrderAndComplete() {
+    TRegistryStore store(m_path);
+    store.Write(User, R"(Software\Test\Sub)", "v", "1");
+    QVERIFY(store.ReplaceKey(User, Key, {{"b", "1"}, {"a", "2"}, {"B", "3"}, {"n", "7", true}, {"t", "x7", true}}));
+    QCOMPARE(Names(store, Key), (QStringList{"b=3", "a=2", "n=7", "t=x7"}));
+    QVERIFY(store.Subkeys(User, Key).isEmpty());
+    QVERIFY(store.ReplaceKey(User, Key, {}));
+    QVERIFY(!store.KeyExists(User, Key));
+    QVERIFY(store.KeyExists(User, "Software"));
+  }
+
+  void TransactionsAreWholeAndNest() {
+    TRegistryStore store(m_path);
+    TRegistryStore other(m_path);
+    store.Write(User, Key, "a", "old");
+    QVERIFY(!store.InTransaction([&] {
+      store.Write(User, Key, "a", "new");
+      if (other.Read(User, Key, "a") != "old") QTest::qFail("an open transaction was seen", __FILE__, __LINE__);
+      return false;
+    }));
+    QCOMPARE(store.Read(User, Key, "a"), "old");
+
+    QVERIFY(store.InTransaction([&] {
+      store.Write(User, Key, "a", "outer");
+      const bool inner = store.InTransaction([&] {
+        store.Write(User, Key, "b", "inner");
+        return false;
+      });
+      return !inner && store.ReplaceKey(User, R"(Software\List)", {{"c", "1"}});
+    }));
+    QCOMPARE(Names(other, Key), QStringList{"a=outer"});
+    QCOMPARE(Names(other, R"(Software\List)"), QStringList{"c=1"});
+
+    QVERIFY_THROWS_EXCEPTION(std::runtime_error, store.InTransaction([&]() -> bool {
+      store.Write(User, Key, "a", "thrown");
+      throw std::runtime_error("left");
+    }));
+    QCOMPARE(store.Read(User, Key, "a"), "outer");
+    QVERIFY(other.Write(User, Key, "a", "the lock is free again"));
+  }
+
+  void DamagedFilesAreSetAside_data() {
+    QTest::addColumn<QByteArray>("contents");
+    QTest::addColumn<bool>("isDamaged");
+    const QString path = m_folder->filePath("good.sqlite");
+    MakeStore(path, 400);
+    const QByteArray good = Contents(path);
+    QByteArray random(good.size(), '\0');
+    QRandomGenerator generator(1);
+    for (char &byte : random) byte = char(generator.generate());
+    QTest::newRow("random bytes") << random << true;
+    QTest::newRow("text") << QByteArray("[Settings]\nLeft=10\n") << true;
+    QTest::newRow("one byte") << QByteArray("S") << true;
+    QTest::newRow("cut off in the middle") << good.first(good.size() / 2) << true;
+    QTest::newRow("cut off after the header") << good.first(100) << true;
+    QTest::newRow("pages overwritten") << good.first(4096) + random.first(good.size() - 4096) << true;
+    QTest::newRow("newer version") << QByteArray(good).replace(60, 4, QByteArray("\0\0\0\x63", 4)) << true;
+    QTest::newRow("empty") << QByteArray() << false;
+    QTest::newRow("good") << good << false;
+  }
+  void DamagedFilesAreSetAside() {
+    QFETCH(QByteArray, contents);
+    QFETCH(bool, isDamaged);
+    QVERIFY(QDir().mkpath(QFileInfo(m_path).path()));
+    for (int round = 1; round <= 2; ++round) {
+      WriteFile(m_path, contents);
+      TRegistryStore store(m_path);
+      QCOMPARE(!store.SetAsideFile().isEmpty(), isDamaged);
+      if (isDamaged) {
+        QCOMPARE(Contents(store.SetAsideFile()), contents);
+        QCOMPARE(QFileInfo(store.SetAsideFile()).path(), QFileInfo(m_path).path());
+        QVERIFY(store.Subkeys(User, {}).isEmpty());
+      }
+      QVERIFY(store.IsWritable() && !store.IsInMemory());
+      QVERIFY(store.Write(User, Key, "after", "1"));
+      QCOMPARE(TRegistryStore(m_path).Read(User, Key, "after"), "1");
+      // A second damaged file gets another name.
+      const qsizetype aside = QDir(QFileInfo(m_path).path()).entryList({"*damaged*"}).size();
+      QCOMPARE(aside, isDamaged ? round : 0);
+    }
+  }
+
+  void AnotherProgramsDatabaseIsSetAside() {
+    QVERIFY(QDir().mkpath(QFileInfo(m_path).path()));
+    sqlite3 *database = nullptr;
+    QCOMPARE(sqlite3_open(QFile::encodeName(m_path).constData(), &database), SQLITE_OK);
+    QCOMPARE(sqlite3_exec(database, "CREATE TABLE theirs(x); INSERT INTO theirs VALUES(1)", nullptr, nullptr, nullptr),
+             SQLITE_OK);
+    sqlite3_close(database);
+    const QByteArray theirs = Contents(m_path);
+    TRegistryStore store(m_path);
+    QCOMPARE(Contents(store.SetAsideFile()), theirs);
+    QVERIFY(store.Write(User, Key, "a", "1"));
+  }
+
+  void DamageFoundWhileRunningIsSetAside() {
+    MakeStore(m_path, 4000);
+    TRegistryStore store(m_path);
+    {
+      QFile file(m_path);
+      QVERIFY(file.open(QIODevice::ReadWrite));
+      file.seek(3 * 4096);
+      file.write(QByteArray(file.size() - file.pos(), '\x5A'));
+    }
+    TRegistryStore later(m_path);
+    const auto read = [](TRegistryStore &one) { return one.Values(User, Key).size(); };
+    read(later);
+    QVERIFY(later.Write(User, Key, "after", "1"));
+    QVERIFY(QFile::exists(later.SetAsideFile()));
+    QCOMPARE(TRegistryStore(m_path).Read(User, Key, "after"), "1");
+    // The store that had the old file open goes on without harm to the new one.
+    read(store);
+    store.Write(User, Key, "late", "1");
+    QCOMPARE(TRegistryStore(m_path).Read(User, Key, "after"), "1");
+  }
+
+  void ALockedFileIsNotDamage() {
+    QVERIFY(QDir().mkpath(QFileInfo(m_path).path()));
+    sqlite3 *database = nullptr;
+    QCOMPARE(sqlite3_open(QFile::encodeName(m_path).constData(), &database), SQLITE_OK);
+    QCOMPARE(sqlite3_exec(database, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    TRegistryStore store(m_path);
+    QVERIFY(store.SetAsideFile().isEmpty() && !store.IsInMemory());
+    QVERIFY(!store.Read(User, Key, "a"));
+    QVERIFY(!store.Write(User, Key, "a", "1"));
+    sqlite3_exec(database, "ROLLBACK", nullptr, nullptr, nullptr);
+    sqlite3_close(database);
+    QVERIFY(store.Write(User, Key, "a", "1"));
+    QCOMPARE(TRegistryStore(m_path).Read(User, Key, "a"), "1");
+  }
+
+  void WhatCannotBeWrittenIsReadAndWhatCannotBeReadIsForgotten() {
+    MakeStore(m_path, 3);
+    const QByteArray folder = QFileInfo(m_path).path().toUtf8();
+    ::chmod(folder, 0555);
+    ::chmod(m_path.toUtf8(), 0444);
+    QVERIFY(InUnprivilegedProcess([this] {
+      TRegistryStore store(m_path);
+      return store.Values(User, Key).size() == 3 && !store.IsWritable() && !store.IsInMemory() &&
+             !store.Write(User, Key, "a", "1") && !store.InTransaction([] { return true; });
+    }));
+    ::chmod(m_path.toUtf8(), 0000);
+    QVERIFY(InUnprivilegedProcess([this] {
+      TRegistryStore store(m_path);
+      return store.IsInMemory() && store.Values(User, Key).isEmpty() && store.Write(User, Key, "a", "1") &&
+             store.Read(User, Key, "A") == "1";
+    }));
+    ::chmod(m_path.toUtf8(), 0600);
+    ::chmod(folder, 0755);
+    QCOMPARE(QDir(folder).entryList({"*damaged*"}), QStringList());
+    QVERIFY(TRegistryStore("/dev/null/registry.sqlite").IsInMemory());
+    QVERIFY(TRegistryStore(folder).IsInMemory());
+  }
+
+  // Several processes open the missing file at once, then write and replace lists; nothing is lost, nothing is mixed.
+  void ProcessesShareOneFile() {
+    constexpr int Processes = 4;
+    constexpr int Rounds = 150;
+    QList<pid_t> children;
+    for (int process = 0; process < Processes; ++process) {
+      children.append(Fork([&] {
+        TRegistryStore store(m_path);
+        const QString mine = "p" + QString::number(process);
+        bool isGood = store.SetAsideFile().isEmpty();
+        for (int i = 0; i < Rounds; ++i) {
+          isGood &= store.Write(User, Key, mine + u'.' + QString::number(i), mine);
+          isGood &= store.ReplaceKey(User, R"(Software\List)", {{"1", mine}, {"2", mine}, {"3", mine}});
+        }
+        ::_exit(isGood ? 0 : 1);
+      }));
+    }
+    for (const pid_t child : children) {
+      int status = -1;
+      QCOMPARE(::waitpid(child, &status, 0), child);
+      QCOMPARE(status, 0);
+    }
+    const TRegistryStore store(m_path);
+    QCOMPARE(store.Values(User, Key).size(), Processes * Rounds);
+    const QList<TRegistryValue> list = store.Values(User, R"(Software\List)");
+    QCOMPARE(list.size(), 3);
+    QVERIFY(list.at(0).data == list.at(1).data && list.at(1).data == list.at(2).data);
+  }
+
+  // A process that is killed at any moment leaves every write that it was told had succeeded, and no half list.
+  void KillingAWriterLosesNothing() {
+    constexpr int Kills = 20;
+    MakeStore(m_path, 0);
+    for (int round = 0; round < Kills; ++round) {
+      int ends[2];
+      QCOMPARE(::pipe(ends), 0);
+      const pid_t child = Fork([&] {
+        TRegistryStore store(m_path);
+        for (int i = 0;; ++i) {
+          QList<TRegistryValue> list;
+          for (int n = 0; n <= i % 50; ++n) list.append({"url" + QString::number(n), QString::number(i)});
+          if (!store.ReplaceKey(User, R"(Software\List)", list)) ::_exit(1);
+          if (!store.Write(User, Key, "Count", QString::number(i))) ::_exit(1);
+          if (::write(ends[1], &i, sizeof i) != sizeof i) ::_exit(1);
+        }
+      });
+      ::close(ends[1]);
+      int told = -1;
+      const int enough = 5 + round * 7;
+      while (told < enough && ::read(ends[0], &told, sizeof told) == sizeof told) {
+      }
+      ::kill(child, SIGKILL);
+      ::waitpid(child, nullptr, 0);
+      while (::read(ends[0], &told, sizeof told) == sizeof told) {
+      }
+      ::close(ends[0]);
+      QVERIFY(told >= enough);
+      const TRegistryStore store(m_path);
+      QVERIFY(store.SetAsideFile().isEmpty());
+      QVERIFY(store.Read(User, Key, "Count").value_or("-1").toInt() >= told);
+      const QList<TRegistryValue> list = store.Values(User, R"(Software\List)");
+      QVERIFY(!list.isEmpty());
+      const int written = list.first().data.toInt();
+      QVERIFY(written >= told);
+      QCOMPARE(list.size(), written % 50 + 1);
+      QCOMPARE(list.last().data, list.first().data);
+    }
+  }
+
+  void OthersMayNotReadTheFile() {
+    const TRegistryStore store(m_path);
+    const QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
+    QVERIFY(!(QFile::permissions(m_path) & others));
+    QVERIFY(!(QFile::permissions(QFileInfo(m_path).path()) & others));
+  }
+
+  void WritingAFlagIsCheap() {
+    MakeStore(m_path, 1000);
+    QElapsedTimer timer;
+    timer.start();
+    TRegistryStore store(m_path);
+    QVERIFY(store.Read(User, Key, "v1"));
+    const double opened = timer.nsecsElapsed() / 1e6;
+    constexpr int Writes = 500;
+    timer.start();
+    for (int i = 0; i < Writes; ++i) QVERIFY(store.Write(User, Key, "flag", i % 2 != 0 ? "1" : "0"));
+    const double written = timer.nsecsElapsed() / 1e6 / Writes;
+    timer.start();
+    for (int i = 0; i < Writes; ++i) QVERIFY(store.Read(User, Key, "flag"));
+    qInfo("opened in %.2f ms, a write %.3f ms, a read %.4f ms", opened, written, timer.nsecsElapsed() / 1e6 / Writes);
+    // Far above what it takes, and far below a write that waits for the disk several times.
+    QVERIFY2(written < 20, "writing a flag has become slow");
+  }
+
+ private:
+  std::unique_ptr<QTemporaryDir> m_folder;
+  QString m_path;
+};
+
+QTEST_GUILESS_MAIN(TTestRegistryStore)
+#include "test_registry_store.moc"
