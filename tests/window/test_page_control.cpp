@@ -337,6 +337,8 @@ void TPageControlTest::ActiveTabIsAlwaysInSight() {
   }
   strip.control.resize(400, 300);
   QVERIFY(inSight());
+  strip.control.SetTabsDown(false);
+  QVERIFY(inSight());
   strip.control.MovePage(20, 190);
   QVERIFY(inSight());
   strip.control.SetMultipleLines(!multiple);
@@ -494,7 +496,7 @@ void TPageControlTest::ManyTabsCostTheSameEach() {
   for (int quarter = 1; quarter < 4; ++quarter) {
     QVERIFY(adding[quarter].laidOut <= 3 * kQuarter);
     QVERIFY(adding[quarter].measured <= 2 * kQuarter);
-    QVERIFY(adding[quarter].painted <= adding[0].painted + kQuarter);
+    QVERIFY(adding[quarter].painted <= kQuarter / 10);  // they come out of sight
   }
 
   // Walking, renaming, moving near the end and closing there, among 2,000.

@@ -117,14 +117,10 @@ void TTabBarView::TabImageChanged(TTab *tab) {
 void TTabBarView::ActiveChanged(TTab *before) {
   TTab *active = m_tabs.Active();
   m_scrolledByHand = false;
-  if (m_stale) {
-    Invalidate();
-  } else {
-    if (before) UpdateTab(before);
-    if (active) {
-      UpdateTab(active);
-      Reveal(active);
-    }
+  if (before) UpdateTab(before);
+  if (active) {
+    UpdateTab(active);
+    if (!m_stale) Reveal(active);
   }
   if (!active) return;
   Announce(QAccessible::Selection, active);
@@ -153,6 +149,7 @@ void TTabBarView::SetMultipleLines(bool multiple) {
 void TTabBarView::SetTabsDown(bool down) {
   if (m_tabsDown == down) return;
   m_tabsDown = down;
+  update();
   Invalidate();
 }
 
@@ -222,6 +219,7 @@ void TTabBarView::changeEvent(QEvent *event) {
       RefreshMetrics();
       break;
     case QEvent::LayoutDirectionChange:
+      update();
       Invalidate();
       break;
     default:
@@ -273,12 +271,23 @@ void TTabBarView::LayOut() {
   space.lineReserve = 2 * m_metrics.rowHeight;
   space.rowsReserve = m_scrollBar->sizeHint().width();
   m_layout.SetSpace(space);
+  const int first = m_layout.FirstStale();
+  const bool overflowed = m_layout.Overflows();
   m_layout.Update();
+  // A tab that comes or goes far beyond what is in sight, in a strip that scrolls anyway, changes nothing to be seen.
+  const bool scrolls = overflowed && m_layout.Overflows();
+  const bool seen = first <= m_layout.Count() && (!scrolls || first == 0 || IsInSight(first - 1));
   PlaceScrollers();
   const TTab *active = m_tabs.Active();
   if (active && !m_scrolledByHand) Reveal(active);
-  update();
+  if (seen) update();
   UpdateHover();
+}
+
+// Whether this tab, or the one after it, may lie in front of the end of what is shown.
+bool TTabBarView::IsInSight(int position) const {
+  const TTabLayout::TPlace &place = m_layout.Place(position);
+  return m_multiple ? place.row < m_offset + RowsShown() : place.x + place.width < m_offset + m_layout.Extent();
 }
 
 void TTabBarView::PlaceScrollers() {
@@ -316,6 +325,7 @@ void TTabBarView::MeasureAll() {
     m_tabs.At(i)->elidedWidth = -1;
     Measure(m_tabs.At(i));
   }
+  update();
   Invalidate();
 }
 
@@ -387,7 +397,10 @@ void TTabBarView::DrawTabAt(TTabPainter &painter, int position) {
 }
 
 void TTabBarView::UpdateTab(const TTab *tab) {
-  if (!m_stale && tab->visible) update(Mirrored(PlaceOf(m_tabs.Position(tab))));
+  if (!tab->visible) return;
+  // From the first stale place on, working the places out repaints whatever is in sight.
+  const int position = m_tabs.Position(tab);
+  if (position < m_layout.FirstStale()) update(Mirrored(PlaceOf(position)));
 }
 
 int TTabBarView::GreatestOffset() const {

@@ -95,6 +95,7 @@ class TTabBarView final : public QWidget {
  private:
   void Invalidate();
   void LayOut();
+  [[nodiscard]] bool IsInSight(int position) const;
   void PlaceScrollers();
   void Measure(TTab *tab);
   void MeasureAll();

@@ -33,6 +33,8 @@ class TTabLayout final {
   bool SetWish(int index, int wish);  // false when it already was that
   void SetSpace(const TSpace &space);
 
+  // The first tab whose place may be out of date; more than Count() when none is.
+  [[nodiscard]] int FirstStale() const { return m_spaceChanged ? 0 : m_dirtyFirst; }
   // True when any tab, the number of rows or the length changed.
   bool Update();
 
