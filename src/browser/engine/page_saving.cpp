@@ -50,7 +50,7 @@ void ChooseFile(QWebEnginePage *page, QWidget *owner, const TLanguage &language)
   const auto takeSuffix = [dialog, chosen] { dialog->setDefaultSuffix(QLatin1String(chosen().suffix)); };
   QObject::connect(dialog, &QFileDialog::filterSelected, dialog, takeSuffix);
   takeSuffix();
-  dialog->selectFile(FileNames::Safe(page->title(), language.Text("SAVE_AS", "Untitled")) + QStringLiteral(".html"));
+  dialog->selectFile(PageSaving::FileNameOf(page->title(), language) + QStringLiteral(".html"));
   QObject::connect(dialog, &QFileDialog::fileSelected, page,
                    [page, chosen](const QString &path) { page->save(path, chosen().format); });
   dialog->open();
@@ -74,6 +74,12 @@ void PageSaving::SaveAs(QWebEnginePage *page, QWidget *owner, const TLanguage &l
                           guardedPage->download(guardedPage->url());
                         }
                       });
+}
+
+QString PageSaving::FileNameOf(const QString &title, const TLanguage &language) {
+  QString name = title;
+  name.replace(QLatin1Char('/'), QLatin1Char('-')).replace(QLatin1Char('\\'), QLatin1Char('-'));
+  return FileNames::Safe(name, language.Text("SAVE_AS", "Untitled"));
 }
 
 QString PageSaving::InsertBase(const QString &html, const QString &address) {

@@ -13,6 +13,9 @@ namespace PageSaving {
 // a PDF file) is downloaded as it is.
 void SaveAs(QWebEnginePage *page, QWidget *owner, const TLanguage &language);
 
+// A safe file name made from a page's title, without an ending. Unlike a server's suggestion, a title has no folders.
+[[nodiscard]] QString FileNameOf(const QString &title, const TLanguage &language);
+
 // `html` with a base element for `address`: right behind the start tag of the head, or at the beginning when there is
 // none. Comments are not taken for tags.
 [[nodiscard]] QString InsertBase(const QString &html, const QString &address);

@@ -10,7 +10,7 @@
 #include <QStandardPaths>
 #include <QVBoxLayout>
 
-#include "browser/downloads/file_names.h"
+#include "browser/engine/page_saving.h"
 #include "config/language.h"
 
 namespace {
@@ -88,7 +88,7 @@ void TPrintPreview::ChooseFile() {
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setAcceptMode(QFileDialog::AcceptSave);
   dialog->setDefaultSuffix(QStringLiteral("pdf"));
-  dialog->selectFile(FileNames::Safe(m_title, m_language.Text("SAVE_AS", "Untitled")) + QStringLiteral(".pdf"));
+  dialog->selectFile(PageSaving::FileNameOf(m_title, m_language) + QStringLiteral(".pdf"));
   connect(dialog, &QFileDialog::fileSelected, this, [this](const QString &path) {
     if (!SaveTo(path)) QMessageBox::warning(this, windowTitle(), m_language.Text("SAVE_AS", "Failed").arg(path));
   });

@@ -1,0 +1,674 @@
+#include <QBuffer>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QPdfDocument>
+#include <QPrintDialog>
+#include <QPushButton>
+#include <QWebEngineDownloadRequest>
+#include <QWebEngineFindTextResult>
+#include <QWebEngineProfile>
+#include <QWebEngineView>
+
+#include "browser/dialogs/find_bar.h"
+#include "browser/downloads/download_list.h"
+#include "browser/engine/page_layout_store.h"
+#include "browser/engine/print_preview.h"
+#include "browser/engine/zoom_table.h"
+#include "window/browser_fixture.h"
+
+namespace {
+
+// The smallest picture there is.
+QByteArray Pixel() {
+  QImage image(1, 1, QImage::Format_RGB32);
+  image.fill(Qt::red);
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  image.save(&buffer, "PNG");
+  return bytes;
+}
+
+}  // namespace
+
+// The wrapper around the engine's view, with real pages from a local server.
+class TestHalvexBrowser final : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void initTestCase() { m = std::make_unique<TBrowserFixture>(); }
+  void cleanupTestCase() { m.reset(); }
+  void init();
+  void cleanup() { m->End(); }
+
+  void UnusedBrowserIsEmpty();
+  void OrderOfSignals();
+  void CancelledNavigation_data();
+  void CancelledNavigation();
+  void CancelWhileLoading();
+  void JumpInsideThePage();
+  void Redirect();
+  void HistoryAndStates();
+  void LoadThatBecomesNoPage_data();
+  void LoadThatBecomesNoPage();
+  void NewWindow_data();
+  void NewWindow();
+  void Zoom();
+  void RefreshCompletely();
+  void ReloadOfAForm();
+  void Find();
+  void ViewSource();
+  void TemporaryFile();
+  void SavePage();
+  void Properties();
+  void ContentSwitches();
+  void ScriptAddress();
+  void DialogLoopHasAWayOut();
+  void LeaveQuestionIsBelievedOnce();
+  void FilePickerCanBeCancelled();
+  void PageFullScreen();
+  void PreviewShowsAllSheets();
+  void PrintingWithoutAPrinter();
+  void PageLayoutLasts();
+  void FocusAndCommands();
+  void ClosedWhileLoading();
+
+ private:
+  // Clicks once the page takes clicks, which is when it has been painted.
+  void ClickPage(const QPoint &at) {
+    m->Browser().EnginePage()->runJavaScript(
+        QStringLiteral("requestAnimationFrame(() => requestAnimationFrame(() => document.title = 'painted'))"));
+    QTRY_COMPARE(m->Browser().LocationName(), QStringLiteral("painted"));
+    QWidget *target = m->Browser().findChild<QWebEngineView *>()->focusProxy();
+    QVERIFY(target);
+    QTest::mouseClick(target, Qt::LeftButton, {}, at);
+  }
+  [[nodiscard]] QString Url(const char *path) { return m->Server().Url(QString::fromLatin1(path)); }
+
+  std::unique_ptr<TBrowserFixture> m;
+};
+
+void TestHalvexBrowser::init() {
+  m->Begin();
+  m->Server().RoutePage("/a", "Page A", "<a id='toB' href='/b'>to b</a> <a id='jump' href='#end'>jump</a>"
+                                        "<p style='margin-top:3000px' id='end'>The end. The END.</p>");
+  m->Server().RoutePage("/b", "Page B", "b");
+}
+
+void TestHalvexBrowser::UnusedBrowserIsEmpty() {
+  const std::unique_ptr<THalvexBrowser> browser = m->NewBrowser();
+  browser->resize(200, 200);
+  browser->show();
+  QCOMPARE(browser->LocationUrl(), QString());
+  // None of these has anything to work on.
+  browser->GoBack();
+  browser->GoForward();
+  browser->Stop();
+  browser->Refresh();
+  browser->RefreshCompletely();
+  browser->SaveAs();
+  browser->Print();
+  browser->PrintWithoutAsking();
+  browser->PrintPreview();
+  browser->Cut();
+  browser->Copy();
+  browser->Paste();
+  browser->SelectAll();
+  browser->Undo();
+  browser->Redo();
+  browser->FindOnPage();
+  browser->FindNext(true);
+  browser->ViewSource();
+  browser->LeavePageFullScreen();
+  browser->Navigate(QStringLiteral("  "));
+  QString path = QStringLiteral("unset");
+  browser->SaveToTemporaryFile(true, [&](const QString &written) { path = written; });
+  QCOMPARE(path, QString());
+  QSignalSpy complete(browser.get(), &THalvexBrowser::DocumentComplete);
+  browser->Navigate(QStringLiteral("about:blank"));
+  QCOMPARE(browser->LocationUrl(), QStringLiteral("about:blank"));
+  QTRY_COMPARE(complete.size(), 1);
+  QVERIFY(!browser->EnginePageIfAny());
+  QCOMPARE(browser->grab().toImage().pixelColor(100, 100), QColor(Qt::white));
+  // The zoom that was set before there was a page is the page's.
+  browser->SetZoom(3);
+  QCOMPARE(browser->EnginePage()->zoomFactor(), ZoomFactors[3]);
+}
+
+void TestHalvexBrowser::OrderOfSignals() {
+  QVERIFY(m->OpenPath(QStringLiteral("/a")));
+  const QString a = Url("/a");
+  const QStringList events = m->Events();
+  const qsizetype before = events.indexOf(QStringLiteral("before ") + a);
+  const qsizetype navigated = events.indexOf(QStringLiteral("navigated ") + a);
+  const qsizetype title = events.indexOf(QStringLiteral("title Page A"));
+  const qsizetype complete = events.indexOf(QStringLiteral("complete ") + a);
+  QVERIFY2(before == 0 && before < navigated && navigated < title && title < complete, qPrintable(events.join(u'\n')));
+  QCOMPARE(events.count(QStringLiteral("navigated ") + a), 1);
+  QCOMPARE(events.count(QStringLiteral("complete ") + a), 1);
+  QCOMPARE(m->Browser().LocationUrl(), a);
+  QCOMPARE(m->Browser().LocationName(), QStringLiteral("Page A"));
+  // A reload keeps the address and still begins and ends.
+  m->ForgetEvents();
+  QSignalSpy done(&m->Browser(), &THalvexBrowser::DocumentComplete);
+  m->Browser().Refresh();
+  QVERIFY(done.wait(TBrowserFixture::LoadTime));
+  QCOMPARE(m->Events().count(QStringLiteral("navigated ") + a), 1);
+  QVERIFY(m->Events().indexOf(QStringLiteral("navigated ") + a) < m->Events().indexOf(QStringLiteral("complete ") + a));
+}
+
+void TestHalvexBrowser::CancelledNavigation_data() {
+  QTest::addColumn<QString>("how");
+  for (const char *how : {"address", "link", "script", "redirect"}) QTest::newRow(how) << QString::fromLatin1(how);
+}
+
+void TestHalvexBrowser::CancelledNavigation() {
+  QFETCH(QString, how);
+  m->Server().Route("/away", TTestResponse::Redirect("/b"));
+  QVERIFY(m->OpenPath(QStringLiteral("/a")));
+  m->ForgetEvents();
+  m->Cancel(Url("/b"));
+  QSignalSpy finished(m->Browser().EnginePage(), &QWebEnginePage::loadFinished);
+  if (how == QLatin1String("address")) m->Browser().Navigate(Url("/b"));
+  if (how == QLatin1String("redirect")) m->Browser().Navigate(Url("/away"));
+  if (how == QLatin1String("script")) m->Browser().EnginePage()->runJavaScript(QStringLiteral("location='/b'"));
+  if (how == QLatin1String("link")) {
+    m->Browser().EnginePage()->runJavaScript(QStringLiteral("document.getElementById('toB').click()"));
+  }
+  QTRY_VERIFY(m->Events().contains(QStringLiteral("before ") + Url("/b")));
+  QTRY_VERIFY(!m->Browser().EnginePage()->isLoading());
+  if (how != QLatin1String("script") && how != QLatin1String("link")) QTRY_COMPARE(finished.size(), 1);
+  QCOMPARE(m->Browser().LocationUrl(), Url("/a"));
+  QCOMPARE(m->Browser().LocationName(), QStringLiteral("Page A"));
+  QVERIFY(m->Events().filter(QStringLiteral("navigated")).isEmpty());
+  QVERIFY(!m->Notice());
+  // Only a load that had been allowed to begin has an end.
+  QCOMPARE(int(m->Events().filter(QStringLiteral("complete")).size()), how == QLatin1String("redirect") ? 1 : 0);
+  QCOMPARE(m->Server().RequestCount("/b"), 0);
+  m->Cancel({});
+  QVERIFY(m->OpenPath(QStringLiteral("/b")));
+  QCOMPARE(m->Browser().LocationName(), QStringLiteral("Page B"));
+}
+
+void TestHalvexBrowser::CancelWhileLoading() {
+  // The page is there, one picture is still missing, and a link is refused: the page's own load must still end.
+  m->Server().RoutePage("/waiting", "Waiting", "<img src='/late.png'><a id='toB' href='/b'>b</a>");
+  TTestResponse late{.body = Pixel(), .headers = {{"Content-Type", "image/png"}}, .delayMs = 1500};
+  m->Server().Route("/late.png", late);
+  m->Cancel(Url("/b"));
+  m->Browser().Navigate(Url("/waiting"));
+  QTRY_VERIFY(m->Server().RequestCount("/late.png") == 1);
+  m->Browser().EnginePage()->runJavaScript(QStringLiteral("document.getElementById('toB').click()"));
+  QTRY_VERIFY(m->Events().contains(QStringLiteral("before ") + Url("/b")));
+  QTRY_COMPARE(m->Events().count(QStringLiteral("complete ") + Url("/waiting")), 1);
+  m->Cancel({});
+}
+
+void TestHalvexBrowser::JumpInsideThePage() {
+  QVERIFY(m->OpenPath(QStringLiteral("/a")));
+  m->ForgetEvents();
+  QSignalSpy moved(&m->Browser(), &THalvexBrowser::AddressChanged);
+  m->Browser().EnginePage()->runJavaScript(QStringLiteral("document.getElementById('jump').click()"));
+  QTRY_COMPARE(m->Browser().LocationUrl(), Url("/a#end"));
+  QCOMPARE(moved.last().first().toString(), Url("/a#end"));
+  QCOMPARE(m->Events(), QStringList());
+  // Typed again, it is a jump too; the caption gets its title back.
+  m->Browser().Navigate(Url("/a#end"));
+  QCOMPARE(m->Events(), QStringList{QStringLiteral("title Page A")});
+}
+
+void TestHalvexBrowser::Redirect() {
+  m->Server().Route("/away", TTestResponse::Redirect("/b"));
+  QVERIFY(m->OpenPath(QStringLiteral("/away")));
+  QCOMPARE(m->Browser().LocationUrl(), Url("/b"));
+  QCOMPARE(m->Events().filter(QStringLiteral("navigated")), QStringList{QStringLiteral("navigated ") + Url("/b")});
+  QCOMPARE(m->Events().filter(QStringLiteral("before")),
+           (QStringList{QStringLiteral("before ") + Url("/away"), QStringLiteral("before ") + Url("/b")}));
+}
+
+void TestHalvexBrowser::HistoryAndStates() {
+  QSignalSpy states(&m->Browser(), &THalvexBrowser::CommandStateChanged);
+  QVERIFY(m->OpenPath(QStringLiteral("/a")));
+  QVERIFY(!m->Browser().CanGoBack());
+  QVERIFY(m->OpenPath(QStringLiteral("/b")));
+  QTRY_COMPARE(states.size(), 1);
+  QCOMPARE(states.first(), (QVariantList{2, true}));
+  m->Browser().GoBack();
+  QTRY_COMPARE(m->Browser().LocationUrl(), Url("/a"));
+  QTRY_VERIFY(m->Browser().CanGoForward() && !m->Browser().CanGoBack());
+  QVERIFY(states.contains(QVariantList{1, true}));
+  m->Browser().GoForward();
+  QTRY_COMPARE(m->Browser().LocationName(), QStringLiteral("Page B"));
+}
+
+void TestHalvexBrowser::LoadThatBecomesNoPage_data() {
+  QTest::addColumn<QString>("path");
+  for (const char *path : {"/download", "/nothing", "/stopped", "mailto"}) QTest::newRow(path) << QString::fromLatin1(path);
+}
+
+void TestHalvexBrowser::LoadThatBecomesNoPage() {
+  QFETCH(QString, path);
+  m->Server().Route("/download", TTestResponse::Attachment("f.bin", "content"));
+  m->Server().Route("/nothing", TTestResponse::Status(204));
+  m->Server().Route("/stopped", TTestResponse{.neverAnswer = true});
+  QVERIFY(m->OpenPath(QStringLiteral("/a")));
+  m->ForgetEvents();
+  if (path == QLatin1String("mailto")) {
+    // A script without a user behind it starts no program, and the page stays.
+    m->Browser().EnginePage()->runJavaScript(QStringLiteral("location='mailto:someone@example.invalid'"));
+    QTRY_VERIFY(!m->Events().isEmpty());
+  } else {
+    m->Browser().Navigate(m->Server().Url(path));
+    QTRY_COMPARE(m->Server().RequestCount(path.toLatin1()), 1);
+    if (path == QLatin1String("/stopped")) m->Browser().Stop();
+  }
+  // It was allowed to begin, so it ends; the page stays as it was.
+  QTRY_COMPARE(m->Events().count(QStringLiteral("complete ") + Url("/a")), 1);
+  QCOMPARE(m->Browser().LocationUrl(), Url("/a"));
+  QCOMPARE(m->Events().filter(QStringLiteral("title")).value(0), QStringLiteral("title Page A"));
+  QVERIFY(m->Events().filter(QStringLiteral("navigated")).isEmpty());
+  QVERIFY(!m->Notice());
+}
+
+void TestHalvexBrowser::NewWindow_data() {
+  QTest::addColumn<QString>("script");
+  QTest::addColumn<QStringList>("navigations");
+  QTest::newRow("address") << "w = window.open('/b')" << QStringList{QStringLiteral("/b")};
+  QTest::newRow("blank first") << "w = window.open('about:blank'); w.location = '/b'"
+                               << QStringList{QStringLiteral("/b")};
+}
+
+void TestHalvexBrowser::NewWindow() {
+  QFETCH(QString, script);
+  QFETCH(QStringList, navigations);
+  QVERIFY(m->OpenPath(QStringLiteral("/a")));
+  const std::unique_ptr<THalvexBrowser> other = m->NewBrowser();
+  QStringList asked;
+  connect(other.get(), &THalvexBrowser::BeforeNavigate, this,
+          [&](TNavigation *navigation) { asked.append(QUrl(navigation->address).path()); });
+  int requests = 0;
+  connect(&m->Browser(), &THalvexBrowser::NewWindowRequested, this, [&](QWebEngineNewWindowRequest *request) {
+    ++requests;
+    request->openIn(other->EnginePage());
+  });
+  m->Browser().EnginePage()->runJavaScript(script);
+  QTRY_COMPARE(other->LocationName(), QStringLiteral("Page B"));
+  QCOMPARE(requests, 1);
+  QCOMPARE(asked, navigations);
+  // The two pages know each other.
+  QVERIFY(TBrowserFixture::Script(other->EnginePage(), QStringLiteral("window.opener !== null")).toBool());
+}
+
+void TestHalvexBrowser::Zoom() {
+  QVERIFY(m->OpenPath(QStringLiteral("/a")));
+  QCOMPARE(m->Browser().Zoom(), MediumZoom);
+  const double plain = m->Script(QStringLiteral("window.innerWidth")).toDouble();
+  for (int zoom = 0; zoom < int(ZoomFactors.size()); ++zoom) {
+    m->Browser().SetZoom(zoom);
+    QCOMPARE(m->Browser().Zoom(), zoom);
+    QTRY_VERIFY(qAbs(m->Script(QStringLiteral("window.innerWidth")).toDouble() * ZoomFactors[zoom] - plain) < 3);
+  }
+  for (const int outside : {-1, 5, 1000}) m->Browser().SetZoom(outside);
+  QCOMPARE(m->Browser().Zoom(), 4);
+  m->Browser().ZoomIn();
+  QCOMPARE(m->Browser().Zoom(), 4);
+  m->Browser().ZoomOut();
+  QCOMPARE(m->Browser().Zoom(), 3);
+  // Another site has another renderer, and the size stays.
+  QVERIFY(m->Open(m->Server().Url(QStringLiteral("/a"), QStringLiteral("localhost"))));
+  QCOMPARE(m->Browser().Zoom(), 3);
+  QTRY_VERIFY(qAbs(m->Script(QStringLiteral("window.innerWidth")).toDouble() * ZoomFactors[3] - plain) < 3);
+  m->Browser().ResetZoom();
+  QCOMPARE(m->Browser().Zoom(), MediumZoom);
+}
+
+void TestHalvexBrowser::RefreshCompletely() {
+  TTestResponse cached = TTestResponse::Page("<title>Cached</title><script src='/s.js'></script>");
+  m->Server().Route("/cached", cached);
+  m->Server().Route("/s.js", TTestResponse{.body = "1",
+                                           .headers = {{"Content-Type", "text/javascript"},
+                                                       {"Cache-Control", "max-age=3600"}}});
+  QVERIFY(m->OpenPath(QStringLiteral("/cached")));
+  QCOMPARE(m->Server().RequestCount("/s.js"), 1);
+  QSignalSpy done(&m->Browser(), &THalvexBrowser::DocumentComplete);
+  m->Browser().Refresh();
+  QVERIFY(done.wait(TBrowserFixture::LoadTime));
+  QCOMPARE(m->Server().RequestCount("/s.js"), 1);
+  m->Browser().RefreshCompletely();
+  QVERIFY(done.wait(TBrowserFixture::LoadTime));
+  QCOMPARE(m->Server().RequestCount("/s.js"), 2);
+  QCOMPARE(m->Server().Requests("/cached").last().Header("cache-control"), QByteArray("no-cache"));
+}
+
+void TestHalvexBrowser::ReloadOfAForm() {
+  m->Server().RoutePage("/form", "Form", "<form method='post' action='/post'><input name='q' value='1'></form>");
+  m->Server().RoutePage("/post", "Posted");
+  QVERIFY(m->OpenPath(QStringLiteral("/form")));
+  m->Browser().EnginePage()->runJavaScript(QStringLiteral("document.forms[0].submit()"));
+  QTRY_COMPARE(m->Browser().LocationName(), QStringLiteral("Posted"));
+  QTRY_VERIFY(!m->Browser().EnginePage()->isLoading());
+  QSignalSpy done(&m->Browser(), &THalvexBrowser::DocumentComplete);
+  m->Browser().Refresh();
+  QVERIFY(done.wait(TBrowserFixture::LoadTime));
+  QCOMPARE(m->Server().RequestCount("/post"), 2);
+  QCOMPARE(m->Server().Requests("/post").last().body, QByteArray("q=1"));
+}
+
+void TestHalvexBrowser::Find() {
+  QVERIFY(m->OpenPath(QStringLiteral("/a")));
+  m->Browser().activateWindow();
+  m->Browser().FindOnPage();
+  auto *bar = m->Browser().findChild<TFindBar *>();
+  QVERIFY(bar && bar->isVisible());
+  QSignalSpy found(m->Browser().EnginePage(), &QWebEnginePage::findTextFinished);
+  auto *text = bar->findChild<QLineEdit *>();
+  QVERIFY(text);
+  QTest::keyClicks(text, QStringLiteral("the end"));
+  const auto result = [&] {
+    return found.isEmpty() ? QWebEngineFindTextResult() : found.last().first().value<QWebEngineFindTextResult>();
+  };
+  QTRY_COMPARE(result().numberOfMatches(), 2);
+  QTRY_COMPARE(result().activeMatch(), 1);
+  m->Browser().FindNext(true);
+  QTRY_COMPARE(result().activeMatch(), 2);
+  m->Browser().FindNext(false);
+  QTRY_COMPARE(result().activeMatch(), 1);
+  QTest::keyClick(text, Qt::Key_Escape);
+  QVERIFY(!bar->isVisible());
+  QTRY_VERIFY(m->Browser().findChild<QWebEngineView *>()->isAncestorOf(QApplication::focusWidget()) ||
+              m->Browser().findChild<QWebEngineView *>() == QApplication::focusWidget());
+}
+
+void TestHalvexBrowser::ViewSource() {
+  // The source is what was sent, not what scripts made of it.
+  m->Server().RoutePage("/s", "Source", "<p>sent</p><script>document.body.innerHTML = 'changed'</script>");
+  QVERIFY(m->OpenPath(QStringLiteral("/s")));
+  QSignalSpy wanted(&m->Browser(), &THalvexBrowser::ViewSourceRequested);
+  m->Browser().ViewSource();
+  QCOMPARE(wanted.size(), 1);
+  const QString address = wanted.first().first().toString();
+  QCOMPARE(address, QStringLiteral("view-source:") + Url("/s"));
+  m->ForgetEvents();
+  QVERIFY(m->Open(address));
+  QCOMPARE(m->Browser().LocationUrl(), address);
+  QVERIFY(m->Events().contains(QStringLiteral("navigated ") + address));
+  QVERIFY(m->Script(QStringLiteral("document.body.innerText")).toString().contains(QLatin1String("<p>sent</p>")));
+  m->Browser().ViewSource();
+  QCOMPARE(wanted.size(), 1);
+}
+
+void TestHalvexBrowser::TemporaryFile() {
+  QVERIFY(m->OpenPath(QStringLiteral("/a")));
+  for (const bool base : {true, false}) {
+    QString path;
+    m->Browser().SaveToTemporaryFile(base, [&](const QString &written) { path = written; });
+    QTRY_VERIFY(!path.isEmpty());
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString html = QString::fromUtf8(file.readAll());
+    QVERIFY(html.contains(QLatin1String("<title>Page A</title>")));
+    QCOMPARE(html.contains(QStringLiteral("<head><BASE HREF=\"%1\">").arg(Url("/a"))), base);
+    file.remove();
+  }
+}
+
+void TestHalvexBrowser::SavePage() {
+  m->Server().RoutePage("/save", "A: title/with \"signs\"", "to keep");
+  QVERIFY(m->OpenPath(QStringLiteral("/save")));
+  m->Browser().SaveAs();
+  auto *dialog = WaitForDialog<QFileDialog>();
+  QVERIFY(dialog);
+  QCOMPARE(dialog->nameFilters().size(), 3);
+  const QString suggested = QFileInfo(dialog->selectedFiles().value(0)).fileName();
+  QVERIFY2(suggested.startsWith(QLatin1String("A")) && suggested.endsWith(QLatin1String(".html")) &&
+               suggested.contains(QLatin1String("title")) && !suggested.contains(u'"'),
+           qPrintable(suggested));
+  dialog->selectNameFilter(dialog->nameFilters().at(2));
+  const QString path = m->Folder() + QStringLiteral("/saved.html");
+  dialog->findChild<QLineEdit *>()->setText(path);
+  TDownloadList downloads(m->Engine().Profile(), m->Language(), m->Engine().Store());
+  QSignalSpy requested(&m->Engine().Profile(), &QWebEngineProfile::downloadRequested);
+  QMetaObject::invokeMethod(dialog, "accept");
+  QTRY_COMPARE(requested.size(), 1);
+  const auto *download = requested.first().first().value<QWebEngineDownloadRequest *>();
+  QVERIFY(download->isSavePageDownload());
+  QCOMPARE(download->savePageFormat(), QWebEngineDownloadRequest::SingleHtmlSaveFormat);
+  QTRY_COMPARE(downloads.State(0), TDownloadState::Finished);
+  QFile file(path);
+  QVERIFY(file.open(QIODevice::ReadOnly));
+  QVERIFY(file.readAll().contains("to keep"));
+}
+
+void TestHalvexBrowser::Properties() {
+  m->Server().Route("/dated", TTestResponse{.body = "<title>Dated</title>x",
+                                            .headers = {{"Last-Modified", "Mon, 03 Feb 2020 10:20:30 GMT"}}});
+  QVERIFY(m->OpenPath(QStringLiteral("/dated")));
+  TPageProperties properties;
+  bool done = false;
+  m->Browser().CollectProperties([&](const TPageProperties &found) {
+    properties = found;
+    done = true;
+  });
+  QTRY_VERIFY(done);
+  QCOMPARE(properties.title, QStringLiteral("Dated"));
+  QCOMPARE(properties.address, Url("/dated"));
+  QCOMPARE(properties.contentType, QStringLiteral("text/html"));
+  QCOMPARE(properties.size, qint64(21));
+  QVERIFY2(properties.modified.contains(QLatin1String("2020")), qPrintable(properties.modified));
+  QCOMPARE(properties.encryptionLevel, 0);
+  // A page that was sent without a date has none, and its own scripts cannot lie about the rest.
+  m->Server().RoutePage("/undated", "Undated",
+                        "<script>Object.defineProperty(document, 'contentType', {value: 'a/lie'})</script>");
+  QVERIFY(m->OpenPath(QStringLiteral("/undated")));
+  done = false;
+  m->Browser().CollectProperties([&](const TPageProperties &found) {
+    properties = found;
+    done = true;
+  });
+  QTRY_VERIFY(done);
+  QCOMPARE(properties.modified, QString());
+  QCOMPARE(properties.contentType, QStringLiteral("text/html"));
+}
+
+void TestHalvexBrowser::ContentSwitches() {
+  m->Server().RoutePage("/media", "Media",
+                        "<img src='/i.png'><div style='background:url(/bg.png)'>x</div>"
+                        "<video src='/v.mp4' preload='auto'></video><audio src='/s.mp3' preload='auto'></audio>");
+  m->Server().Route("/i.png", TTestResponse{.body = Pixel(), .headers = {{"Content-Type", "image/png"}}});
+  m->Server().Route("/bg.png", TTestResponse{.body = Pixel(), .headers = {{"Content-Type", "image/png"}}});
+  QVERIFY(m->OpenPath(QStringLiteral("/media")));
+  QTRY_VERIFY(m->Server().RequestCount("/i.png") == 1 && m->Server().RequestCount("/bg.png") == 1);
+  QTRY_VERIFY(m->Server().RequestCount("/v.mp4") >= 1 && m->Server().RequestCount("/s.mp3") >= 1);
+
+  // The change waits for the next navigation; a reload is one.
+  m->Server().ForgetRequests();
+  m->Browser().SetDownloadControlOptions({});
+  QCOMPARE(int(m->Browser().DownloadControlOptions()), 0);
+  m->Browser().EnginePage()->runJavaScript(QStringLiteral("new Image().src = '/i.png?2'"));
+  QTRY_COMPARE(m->Server().RequestCount("/i.png"), 1);
+  m->Server().ForgetRequests();
+  QSignalSpy done(&m->Browser(), &THalvexBrowser::DocumentComplete);
+  m->Browser().RefreshCompletely();
+  QVERIFY(done.wait(TBrowserFixture::LoadTime));
+  for (const char *path : {"/i.png", "/bg.png", "/v.mp4", "/s.mp3"}) QCOMPARE(m->Server().RequestCount(path), 0);
+
+  m->Browser().SetDownloadControlOptions(TDownloadControlOption::BackgroundSounds);
+  m->Browser().RefreshCompletely();
+  QVERIFY(done.wait(TBrowserFixture::LoadTime));
+  QTRY_VERIFY(m->Server().RequestCount("/s.mp3") >= 1);
+  for (const char *path : {"/i.png", "/v.mp4"}) QCOMPARE(m->Server().RequestCount(path), 0);
+}
+
+void TestHalvexBrowser::ScriptAddress() {
+  QVERIFY(m->OpenPath(QStringLiteral("/a")));
+  m->Browser().Navigate(QStringLiteral("javascript:document.title='set%20here'"));
+  QTRY_COMPARE(m->Browser().LocationName(), QStringLiteral("set here"));
+  QCOMPARE(m->Browser().LocationUrl(), Url("/a"));
+}
+
+void TestHalvexBrowser::DialogLoopHasAWayOut() {
+  m->Server().RoutePage("/loop", "Loop", "<script>function go() { while (confirm('again?')) ; document.title = 'out' }"
+                                         "</script>");
+  QVERIFY(m->OpenPath(QStringLiteral("/loop")));
+  // The user says yes every time, and takes the way out as soon as it is offered.
+  int shown = 0;
+  QTimer user;
+  connect(&user, &QTimer::timeout, this, [&] {
+    auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+    if (!dialog) return;
+    ++shown;
+    for (QAbstractButton *button : dialog->findChildren<QAbstractButton *>()) {
+      if (button->isCheckable() && button->isVisible()) button->setChecked(true);
+    }
+    dialog->accept();
+  });
+  user.start(30);
+  m->Browser().EnginePage()->runJavaScript(QStringLiteral("setTimeout(go, 0)"));
+  QTRY_COMPARE_WITH_TIMEOUT(m->Browser().LocationName(), QStringLiteral("out"), 15000);
+  QVERIFY2(shown >= 2 && shown <= 4, qPrintable(QString::number(shown)));
+}
+
+void TestHalvexBrowser::LeaveQuestionIsBelievedOnce() {
+  // A page that borrows the engine's words for leaving a page still cannot ask for ever.
+  m->Server().RoutePage("/loop", "Loop",
+                        "<script>function go() { while (confirm('Are you sure you want to leave this page? Changes "
+                        "that you made may not be saved.')) ; document.title = 'out' }</script>");
+  QVERIFY(m->OpenPath(QStringLiteral("/loop")));
+  QTimer user;
+  connect(&user, &QTimer::timeout, this, [&] {
+    auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+    if (!dialog) return;
+    for (QAbstractButton *button : dialog->findChildren<QAbstractButton *>()) {
+      if (button->isCheckable() && button->isVisible()) button->setChecked(true);
+    }
+    dialog->accept();
+  });
+  user.start(30);
+  m->Browser().EnginePage()->runJavaScript(QStringLiteral("setTimeout(go, 0)"));
+  QTRY_COMPARE_WITH_TIMEOUT(m->Browser().LocationName(), QStringLiteral("out"), 15000);
+}
+
+void TestHalvexBrowser::FilePickerCanBeCancelled() {
+  m->Server().RoutePage("/pick", "Pick", "<input type='file' style='width:400px;height:300px'>");
+  QVERIFY(m->OpenPath(QStringLiteral("/pick")));
+  bool cancelled = false;
+  QTimer user;
+  connect(&user, &QTimer::timeout, this, [&] {
+    if (auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget())) {
+      dialog->reject();
+      cancelled = true;
+    }
+  });
+  user.start(30);
+  ClickPage(QPoint(60, 150));
+  QTRY_VERIFY_WITH_TIMEOUT(cancelled, 10000);
+  QCOMPARE(m->Script(QStringLiteral("document.querySelector('input').files.length")).toInt(), 0);
+}
+
+void TestHalvexBrowser::PageFullScreen() {
+  m->Server().RoutePage("/full", "Full", "<div id='box' onclick='this.requestFullscreen()' "
+                                         "style='width:400px;height:300px'>big</div>");
+  QVERIFY(m->OpenPath(QStringLiteral("/full")));
+  QSignalSpy asked(&m->Browser(), &THalvexBrowser::PageFullScreenRequested);
+  ClickPage(QPoint(60, 150));
+  QTRY_COMPARE(asked.size(), 1);
+  QVERIFY(m->Browser().HasPageFullScreen());
+  m->Browser().LeavePageFullScreen();
+  QTRY_COMPARE(asked.size(), 2);
+  QCOMPARE(asked.last().first().toBool(), false);
+  QVERIFY(!m->Browser().HasPageFullScreen());
+}
+
+void TestHalvexBrowser::PreviewShowsAllSheets() {
+  m->Server().RoutePage("/long", "Long", "<div style='page-break-after:always'>1</div><div>2</div>");
+  QVERIFY(m->OpenPath(QStringLiteral("/long")));
+  m->Browser().PrintPreview();
+  auto *preview = WaitForDialog<TPrintPreview>();
+  QVERIFY(preview);
+  const QString path = m->Folder() + QStringLiteral("/preview.pdf");
+  QVERIFY(preview->SaveTo(path));
+  QPdfDocument saved;
+  QCOMPARE(saved.load(path), QPdfDocument::Error::None);
+  QCOMPARE(saved.pageCount(), 2);
+  QVERIFY(!preview->SaveTo(m->Folder() + QStringLiteral("/missing/preview.pdf")));
+  preview->close();
+}
+
+void TestHalvexBrowser::PrintingWithoutAPrinter() {
+  QVERIFY(m->OpenPath(QStringLiteral("/a")));
+  m->Browser().PrintWithoutAsking();
+  // The page itself may ask once; after a no it is not heard again.
+  m->Browser().EnginePage()->runJavaScript(QStringLiteral("setTimeout(() => print(), 0)"));
+  auto *dialog = WaitForDialog<QPrintDialog>();
+  QVERIFY(dialog);
+  dialog->reject();
+  QSignalSpy asked(m->Browser().EnginePage(), &QWebEnginePage::printRequested);
+  m->Browser().EnginePage()->runJavaScript(QStringLiteral("setTimeout(() => print(), 0)"));
+  QTRY_VERIFY(!asked.isEmpty());
+  for (const QWidget *widget : QApplication::topLevelWidgets()) {
+    QVERIFY(!qobject_cast<const QPrintDialog *>(widget) || !widget->isVisible());
+  }
+}
+
+void TestHalvexBrowser::PageLayoutLasts() {
+  TRegistryStore &store = m->Engine().Store();
+  const QPageLayout fallback = PageLayoutStore::Load(store);
+  QCOMPARE(fallback.pageSize().id(), QPageSize::A4);
+  QPageLayout layout(QPageSize(QPageSize::A5), QPageLayout::Landscape, QMarginsF(5, 6, 7, 8), QPageLayout::Millimeter);
+  PageLayoutStore::Save(store, layout);
+  QCOMPARE(PageLayoutStore::Load(store), layout);
+  const QString key = QStringLiteral("Software\\Velmora\\Zarvela\\CurrentVersion\\Page Setup");
+  store.Write(TRegistryHive::CurrentUser, key, QStringLiteral("PageSize"), QStringLiteral("nonsense"));
+  store.Write(TRegistryHive::CurrentUser, key, QStringLiteral("MarginLeft"), QStringLiteral("400"));
+  const QPageLayout repaired = PageLayoutStore::Load(store);
+  QCOMPARE(repaired.pageSize().id(), QPageSize::A4);
+  QVERIFY(repaired.paintRect(QPageLayout::Millimeter).width() > 100);
+  store.DeleteKey(TRegistryHive::CurrentUser, key);
+}
+
+void TestHalvexBrowser::FocusAndCommands() {
+  QWidget window;
+  auto *line = new QLineEdit(&window);
+  m->Server().RoutePage("/edit", "Edit", "<textarea id='t' autofocus>some text</textarea>");
+  QVERIFY(m->OpenPath(QStringLiteral("/edit")));
+  m->Browser().setParent(&window);
+  m->Browser().setGeometry(0, 40, 400, 300);
+  window.resize(400, 400);
+  window.show();
+  m->Browser().show();
+  window.activateWindow();
+  QVERIFY(QTest::qWaitForWindowActive(&window));
+  m->Browser().EnginePage()->runJavaScript(QStringLiteral("document.getElementById('t').select()"));
+  line->setFocus();
+  QSignalSpy received(&m->Browser(), &THalvexBrowser::FocusReceived);
+  m->Browser().SelectAll();
+  QVERIFY(line->hasFocus());
+  m->Browser().Cut();
+  QVERIFY(!line->hasFocus());
+  QCOMPARE(received.size(), 1);
+  QTRY_COMPARE(m->Script(QStringLiteral("document.getElementById('t').value")).toString(), QString());
+  m->Browser().Undo();
+  QTRY_COMPARE(m->Script(QStringLiteral("document.getElementById('t').value")).toString(), QStringLiteral("some text"));
+  m->Browser().setParent(nullptr);
+}
+
+void TestHalvexBrowser::ClosedWhileLoading() {
+  m->Server().Route("/never", TTestResponse{.neverAnswer = true});
+  auto browser = m->NewBrowser();
+  browser->show();
+  browser->Navigate(Url("/never"));
+  QTRY_COMPARE(m->Server().RequestCount("/never"), 1);
+  browser->SaveToTemporaryFile(false, [](const QString &) {});
+  browser->CollectProperties([](const TPageProperties &) {});
+  browser.reset();
+  QVERIFY(m->OpenPath(QStringLiteral("/a")));
+}
+
+int main(int argc, char **argv) {
+  TEngine::RegisterSchemes();
+  QApplication application(argc, argv);
+  TestHalvexBrowser test;
+  return QTest::qExec(&test, argc, argv);
+}
+
+#include "test_halvex_browser.moc"
