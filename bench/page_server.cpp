@@ -45,8 +45,9 @@ void TPageServer::Answer(QTcpSocket *socket, const QString &path) {
     body = Page(path.chopped(4), number);
   } else if (ofThisRun && parts[3] == u"loaded") {
     m_loaded.insert(number);
-  } else if (ofThisRun && parts[3] == u"painted") {
+  } else if (ofThisRun && parts[3].startsWith(u"painted-")) {
     m_painted.insert(number);
+    m_viewport = QSize(parts[3].section(u'-', 1, 1).toInt(), parts[3].section(u'-', 2, 2).toInt());
   } else {
     status = "404 Not Found";
   }
@@ -61,7 +62,7 @@ QByteArray TPageServer::Page(const QString &place, int number) {
                      "<!doctype html><html lang=en><title>Page %1</title><link rel=icon href='data:,'>"
                      "<style>body{font:16px sans-serif;background:hsl(%2 60% 92%)}</style>"
                      "<script>onload=()=>fetch('%3loaded');"
-                     "requestAnimationFrame(()=>requestAnimationFrame(()=>fetch('%3painted')))</script>"
+                     "requestAnimationFrame(()=>requestAnimationFrame(()=>fetch(`%3painted-${innerWidth}-${innerHeight}`)))</script>"
                      "<h1>Page %1</h1>")
                      .arg(number)
                      .arg(number * 47 % 360)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QSet>
+#include <QSize>
 #include <QString>
 #include <QTcpServer>
 
@@ -21,6 +22,8 @@ class TPageServer final : public QTcpServer {
   [[nodiscard]] QString Address(int number) const;
   // How many different pages of this run have reported so.
   [[nodiscard]] int Count(TReport report) const;
+  // The room that the last page that was painted had.
+  [[nodiscard]] QSize Viewport() const { return m_viewport; }
 
  Q_SIGNALS:
   void Reported();
@@ -33,4 +36,5 @@ class TPageServer final : public QTcpServer {
   int m_run = 0;
   QSet<int> m_loaded;
   QSet<int> m_painted;
+  QSize m_viewport;
 };

@@ -45,7 +45,12 @@ void End(QProcess &process) {
 }
 
 QString Trouble(const QString &what, QProcess &process) {
-  return what + QLatin1String("\n") + QString::fromLocal8Bit(process.readAll()).right(2000);
+  QString state = QStringLiteral("still running");
+  if (process.state() == QProcess::NotRunning) {
+    state = process.exitStatus() == QProcess::CrashExit ? QStringLiteral("crashed or was not there to start")
+                                                        : QStringLiteral("ended with code %1").arg(process.exitCode());
+  }
+  return what + QLatin1String("; ") + state + QLatin1String("\n") + QString::fromLocal8Bit(process.readAll()).right(2000);
 }
 
 }  // namespace
@@ -73,7 +78,7 @@ QProcessEnvironment TSubject::Environment() const {
 }
 
 TCost TSubject::Start(const QStringList &arguments, TPageServer &server, int pages, TPageServer::TReport report,
-                      bool memory, const std::function<void()> &whileRunning) {
+                      bool memory) {
   TCost cost;
   QProcess process;
   process.setProcessEnvironment(Environment());
@@ -98,9 +103,8 @@ TCost TSubject::Start(const QStringList &arguments, TPageServer &server, int pag
 
   if (const int reported = server.Count(report); reported < pages) {
     cost.trouble = Trouble(QStringLiteral("%1: %2 of %3 pages reported").arg(m_name).arg(reported).arg(pages), process);
-  } else {
-    if (memory) MeasureMemory(process.processId(), cost);
-    if (whileRunning) whileRunning();
+  } else if (memory) {
+    MeasureMemory(process.processId(), cost);
   }
   End(process);
   return cost;

@@ -4,7 +4,6 @@
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
-#include <functional>
 
 #include "page_server.h"
 
@@ -21,19 +20,16 @@ class TSubject final {
  public:
   TSubject(const QString &name, const QString &program);
 
-  [[nodiscard]] const QString &Name() const { return m_name; }
   [[nodiscard]] QString RegistryFile() const;
-  // Started with these folders; public so that a second process can be sent to a running first one.
-  [[nodiscard]] QProcessEnvironment Environment() const;
 
-  // Starts the program, waits until `pages` pages of the server have reported, and ends it. `whileRunning` is called
-  // before it is ended.
-  TCost Start(const QStringList &arguments, TPageServer &server, int pages, TPageServer::TReport report, bool memory,
-              const std::function<void()> &whileRunning = {});
+  // Starts the program, waits until `pages` pages of the server have reported, and ends it.
+  TCost Start(const QStringList &arguments, TPageServer &server, int pages, TPageServer::TReport report, bool memory);
   // Starts the program and waits for it to end by itself.
   TCost RunToEnd(const QStringList &arguments);
 
  private:
+  [[nodiscard]] QProcessEnvironment Environment() const;
+
   QString m_name;
   QString m_program;
   QTemporaryDir m_folder;
