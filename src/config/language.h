@@ -42,8 +42,8 @@ class TLanguage final {
   // The text of `key` in the section "GLOBAL".
   [[nodiscard]] QString Global(const char *key) const { return Text("GLOBAL", key); }
 
-  // A hint may have two parts, "Short|Long": the short one is the tool tip and the caption in menus, the long one is for
-  // the status bar. A hint without "|" is both.
+  // A hint may have two parts, "Short|Long": the short one is the tool tip and the caption in menus, the long one is
+  // for the status bar. A hint without "|" is both.
   [[nodiscard]] static QString ShortHint(const QString &hint);
   [[nodiscard]] static QString LongHint(const QString &hint);
 

@@ -121,7 +121,9 @@ void TZVOptions::SetPopupList(const QStringList &addresses) {
   m_store.ReplaceKey(Hive, RegistryKey::PopupHalvex, values);
 }
 
-QStringList TZVOptions::BrowserHelperObjects() const { return m_store.Subkeys(Hive, RegistryKey::BrowserHelperObjects); }
+QStringList TZVOptions::BrowserHelperObjects() const {
+  return m_store.Subkeys(Hive, RegistryKey::BrowserHelperObjects);
+}
 
 void TZVOptions::RemoveZvid() { m_store.DeleteValue(Hive, RegistryKey::CurrentVersion, "ZVID"); }
 

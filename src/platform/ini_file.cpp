@@ -240,7 +240,8 @@ TIniFile::TSection &TIniFile::MakeSection(const QString &section) {
   if (const TSection *found = FindSection(section)) return m_sections[found - m_sections.constData()];
   // The line before the new section must have an end, and a blank line keeps the two apart.
   for (auto block = m_blocks.rbegin(); block != m_blocks.rend(); ++block) {
-    const auto last = std::find_if(block->lines.crbegin(), block->lines.crend(), [](const TLine &l) { return !l.isRemoved; });
+    const auto last = std::find_if(block->lines.crbegin(), block->lines.crend(),
+                                   [](const TLine &line) { return !line.isRemoved; });
     if (last == block->lines.crend()) continue;
     if (!IsBlank(last->bytes)) AppendLine(*block, block->lines.size(), {});
     break;

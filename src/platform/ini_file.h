@@ -15,8 +15,8 @@
 // load. Sections and keys compare without regard to case and keep their order and spelling. A line that is neither a
 // section, a comment (";") nor a "name=value" pair, and whatever stands before the first section, belongs to nobody and
 // is kept. Lines that were not changed are written back byte for byte, with their line ends. Blanks around names and
-// values are not part of them; there are no quotes and no escapes. A repeated section continues the first; of a repeated
-// key the first counts.
+// values are not part of them; there are no quotes and no escapes. A repeated section continues the first; of a
+// repeated key the first counts.
 class TIniFile final {
  public:
   [[nodiscard]] static TIniFile FromBytes(const QByteArray &bytes);
@@ -36,8 +36,8 @@ class TIniFile final {
   [[nodiscard]] QList<std::pair<QString, QString>> Pairs(const QString &section) const;
   [[nodiscard]] QString Value(const QString &section, const QString &key, const QString &fallback = {}) const;
 
-  // A key that is there keeps its place and spelling, a new one goes to the end of its section, a new section to the end
-  // of the file; other sections are not touched. So that what was set is also what is read back, line breaks become
+  // A key that is there keeps its place and spelling, a new one goes to the end of its section, a new section to the
+  // end of the file; other sections are not touched. So that what was set is also what is read back, line breaks become
   // blanks everywhere, a key loses its "=" and a ";" in front that would make it a comment, a section its "]" and "=".
   void SetValue(const QString &section, const QString &key, const QString &value);
   // Removes every pair of that key.

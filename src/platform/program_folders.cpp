@@ -12,7 +12,7 @@ namespace {
 constexpr const char *Name = "/zarvela";
 constexpr QFile::Permissions Private = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
 
-// The base directory specification has relative paths ignored.
+// By the XDG rules a relative path is ignored.
 QString BaseFolder(const char *variable, const char *fallback) {
   const QString path = QFile::decodeName(qgetenv(variable));
   return QDir::isAbsolutePath(path) ? QDir::cleanPath(path) : QDir::homePath() + fallback;

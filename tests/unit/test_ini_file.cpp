@@ -43,7 +43,8 @@ class TTestIniFile final : public QObject {
     QTest::newRow("text after the header") << QByteArray("[S] ; note\na=1\n") << "S" << "a=1";
     QTest::newRow("latin-1 beside utf-8") << QByteArray("[S]\na=\xE4\nb=\xC3\xA4\n") << "S" << "a=ä\nb=ä";
     QTest::newRow("zero bytes") << QByteArray("[S]\0\na\0=1\0 2\n", 13) << "S" << QString::fromLatin1("a\0=1\0 2", 7);
-    QTest::newRow("zero byte in a value") << QByteArray("[S]\na=1\0" "2\n", 10) << "S" << QString::fromLatin1("a=1\0" "2", 5);
+    QTest::newRow("zero byte in a value") << QByteArray("[S]\na=1\0" "2\n", 10) << "S"
+                                          << QString::fromLatin1("a=1\0" "2", 5);
     QTest::newRow("nothing") << QByteArray() << "" << "";
   }
   void Reads() {
@@ -101,7 +102,8 @@ class TTestIniFile final : public QObject {
   // Whatever is set is found in memory and in the file that is written.
   void HostileTextsReadBack_data() {
     QTest::addColumn<QString>("key");
-    for (const char *key : {";comment", "; ;x", "a=b", "[section]", "[a", "two\nlines", "  blanks ", "", "=", "\xEF\xBB\xBF"}) {
+    for (const char *key : {";comment", "; ;x", "a=b", "[section]", "[a", "two\nlines", "  blanks ", "", "=",
+                            "\xEF\xBB\xBF"}) {
       QTest::newRow(key) << QString(key);
     }
   }

@@ -214,9 +214,7 @@ class TTestLanguage final : public QObject {
     table.setHorizontalHeaderLabels(items);
     TBands bands;
     bands.m_texts = items;
-    for (QWidget *widget : {static_cast<QWidget *>(&list), static_cast<QWidget *>(&table), static_cast<QWidget *>(&bands)}) {
-      m_language.TranslateForm(widget, "FORM");
-    }
+    for (QWidget *widget : QWidgetList{&list, &table, &bands}) m_language.TranslateForm(widget, "FORM");
     QStringList columns;
     QStringList headers;
     for (int i = 0; i < items.size(); ++i) {

@@ -68,8 +68,9 @@ class TTestOptions final : public QObject {
     QCOMPARE(options.Get(Setting::Width), QGuiApplication::primaryScreen()->availableSize().width() - 40);
     QCOMPARE(options.Get(Setting::Height), QGuiApplication::primaryScreen()->availableSize().height() - 40);
     QCOMPARE(options.AutoCompleteMode(), 2);
-    for (const QStringList &list : {options.LastOpenSites(), options.SearchEngines(), options.SearchBarEntries(),
-                                    options.QuickSearchEntries(), options.PopupList(), options.BrowserHelperObjects()}) {
+    for (const QStringList &list :
+         {options.LastOpenSites(), options.SearchEngines(), options.SearchBarEntries(), options.QuickSearchEntries(),
+          options.PopupList(), options.BrowserHelperObjects()}) {
       QVERIFY(list.isEmpty());
     }
   }

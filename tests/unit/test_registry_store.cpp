@@ -117,7 +117,8 @@ class TTestRegistryStore final : public QObject {
   void DeletingAKeyTakesItsSubkeysAndNothingElse() {
     TRegistryStore store(m_path);
     // The neighbours sort directly before and after what lies below the key.
-    const QStringList kept{"Soft", R"(Software\Tes)", R"(Software\Test!)", R"(Software\Test])", R"(Software\Testing\A)"};
+    const QStringList kept{"Soft", R"(Software\Tes)", R"(Software\Test!)", R"(Software\Test])",
+                           R"(Software\Testing\A)"};
     for (const QString &key : kept) store.Write(User, key, "v", "1");
     for (const char *key : {R"(Software\Test)", R"(Software\Test\A)", "Software\\Test\\A\\\U0001F600"}) {
       store.Write(User, key, "v", "1");

@@ -132,7 +132,8 @@ QList<TUse> UsesInCode(QStringList &problems) {
   };
   static const QRegularExpression translate(R"re(TranslateForm\(\s*[^,()]+,\s*"(\w+)"\s*\))re");
   // Keys that are no literals could not be found here, nor be missed when they are absent.
-  static const QRegularExpression computed(R"re([Ll]anguage(?:\(\))?(?:\.|->)(?:Text\(\s*"[^"]*"\s*,|Global\()\s*[^"\s])re");
+  static const QRegularExpression computed(
+      R"re([Ll]anguage(?:\(\))?(?:\.|->)(?:Text\(\s*"[^"]*"\s*,|Global\()\s*[^"\s])re");
   QSet<QString> sections;
   for (const auto &fixed : FixedKeys) sections.insert(fixed.section);
   TIniFile english;
@@ -155,7 +156,7 @@ QList<TUse> UsesInCode(QStringList &problems) {
       }
     }
     if (!path.endsWith("config/language.h") && computed.match(code).hasMatch()) {
-      problems.append(ShortName(path) + ": " + computed.match(code).captured() + "... asks with a key that is no literal");
+      problems.append(ShortName(path) + ": " + computed.match(code).captured() + "... has a key that is no literal");
     }
   }
   return uses;
