@@ -22,12 +22,18 @@ QByteArray ReadSupportFile(const char *name) {
 
 QByteArray ReasonOf(int status) {
   switch (status) {
-    case 200: return "OK";
-    case 204: return "No Content";
-    case 302: return "Found";
-    case 401: return "Unauthorized";
-    case 404: return "Not Found";
-    default: return "Status";
+    case 200:
+      return "OK";
+    case 204:
+      return "No Content";
+    case 302:
+      return "Found";
+    case 401:
+      return "Unauthorized";
+    case 404:
+      return "Not Found";
+    default:
+      return "Status";
   }
 }
 
@@ -76,7 +82,9 @@ TTestResponse TTestResponse::AskSignIn(const QByteArray &realm) {
 
 TTestServer::TTestServer(QObject *parent) : QObject(parent) {}
 
-TTestServer::~TTestServer() { Close(); }
+TTestServer::~TTestServer() {
+  Close();
+}
 
 bool TTestServer::Listen(quint16 port) {
   Close();

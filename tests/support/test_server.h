@@ -15,8 +15,8 @@ class QTcpSocket;
 // One request as the server got it. Header names are in lower case.
 struct TTestRequest {
   QByteArray method;
-  QByteArray path;    // without the query
-  QByteArray query;   // without the "?"
+  QByteArray path;   // without the query
+  QByteArray query;  // without the "?"
   QHash<QByteArray, QByteArray> headers;
   QByteArray body;
 
@@ -28,10 +28,10 @@ struct TTestResponse {
   int status = 200;
   QByteArray body{};
   QList<QPair<QByteArray, QByteArray>> headers{};
-  int delayMs = 0;         // wait this long before the first byte
-  bool neverAnswer = false;   // take the request and stay silent until the server is closed
+  int delayMs = 0;              // wait this long before the first byte
+  bool neverAnswer = false;     // take the request and stay silent until the server is closed
   bool dropConnection = false;  // close without a byte
-  int trickleBytes = 0;    // send the body in pieces of this size, one every trickleMs
+  int trickleBytes = 0;         // send the body in pieces of this size, one every trickleMs
   int trickleMs = 20;
   int stopAfterBytes = -1;  // send only so much of the body, then stay silent
 

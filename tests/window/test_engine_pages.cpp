@@ -65,8 +65,8 @@ void TestEnginePages::StartPage() {
   QVERIFY(!text.contains(QRegularExpression(QStringLiteral("(src|href)="))));
   // A page of the web cannot get at it.
   QVERIFY(m->OpenPath(QStringLiteral("/a")));
-  const QString fetched = m->Script(QStringLiteral(
-      "fetch('zarvela:start').then(() => document.title = 'got it', () => document.title = 'refused'); ''")).toString();
+  m->Browser().EnginePage()->runJavaScript(
+      QStringLiteral("fetch('zarvela:start').then(() => document.title = 'got it', () => document.title = 'refused')"));
   QTRY_COMPARE(m->Browser().LocationName(), QStringLiteral("refused"));
   QVERIFY(m->Open(QStringLiteral("zarvela:other")));
   QVERIFY(m->Notice());
@@ -75,14 +75,22 @@ void TestEnginePages::StartPage() {
 void TestEnginePages::LoadErrors_data() {
   QTest::addColumn<QString>("address");
   QTest::addColumn<QString>("key");
-  QTest::newRow("host") << "http://nosuch.invalid/x" << "ErrorHostNotFound";
-  QTest::newRow("refused") << "closed" << "ErrorRefused";
-  QTest::newRow("file") << "/no/such/file.html" << "ErrorNoSuchFile";
-  QTest::newRow("redirects") << "/loop" << "ErrorTooManyRedirects";
-  QTest::newRow("empty") << "/drop" << "ErrorEmptyResponse";
-  QTest::newRow("port") << "http://127.0.0.1:1/" << "ErrorUnsafePort";
-  QTest::newRow("status without a page") << "/status/500" << "ErrorServer";
-  QTest::newRow("nothing there") << "/status/404" << "ErrorPageNotFound";
+  QTest::newRow("host") << "http://nosuch.invalid/x"
+                        << "ErrorHostNotFound";
+  QTest::newRow("refused") << "closed"
+                           << "ErrorRefused";
+  QTest::newRow("file") << "/no/such/file.html"
+                        << "ErrorNoSuchFile";
+  QTest::newRow("redirects") << "/loop"
+                             << "ErrorTooManyRedirects";
+  QTest::newRow("empty") << "/drop"
+                         << "ErrorEmptyResponse";
+  QTest::newRow("port") << "http://127.0.0.1:1/"
+                        << "ErrorUnsafePort";
+  QTest::newRow("status without a page") << "/status/500"
+                                         << "ErrorServer";
+  QTest::newRow("nothing there") << "/status/404"
+                                 << "ErrorPageNotFound";
 }
 
 void TestEnginePages::LoadErrors() {
@@ -161,9 +169,12 @@ void TestEnginePages::ErrorsInTheHistory() {
 void TestEnginePages::NoAddress_data() {
   QTest::addColumn<QString>("text");
   QTest::addColumn<QString>("key");
-  QTest::newRow("words") << "hello world" << "ErrorInvalidAddress";
-  QTest::newRow("scheme alone") << "http://" << "ErrorInvalidAddress";
-  QTest::newRow("unknown scheme") << "foo:bar" << "ErrorUnknownScheme";
+  QTest::newRow("words") << "hello world"
+                         << "ErrorInvalidAddress";
+  QTest::newRow("scheme alone") << "http://"
+                                << "ErrorInvalidAddress";
+  QTest::newRow("unknown scheme") << "foo:bar"
+                                  << "ErrorUnknownScheme";
 }
 
 void TestEnginePages::NoAddress() {
@@ -208,7 +219,8 @@ void TestEnginePages::Certificate() {
   QVERIFY2(Text("lblNoticeDetails").contains(QLatin1String("Test server")), qPrintable(Text("lblNoticeDetails")));
   QVERIFY(lock.isEmpty());
   // No page can go on in the user's place.
-  m->Browser().EnginePage()->runJavaScript(QStringLiteral("document.querySelectorAll('button,a').forEach(b => b.click())"));
+  m->Browser().EnginePage()->runJavaScript(
+      QStringLiteral("document.querySelectorAll('button,a').forEach(b => b.click())"));
   m->Browser().Refresh();
   QTRY_VERIFY(!m->Browser().EnginePage()->isLoading());
   QTRY_VERIFY(m->Notice());
@@ -236,8 +248,9 @@ void TestEnginePages::Certificate() {
 
 void TestEnginePages::CertificateOfAPart() {
   // A picture from a server with a bad certificate stays away without a word.
-  m->Server().RoutePage("/part", "Part", "<img src='" + m->SecureServer().Url(QStringLiteral("/i.png")).toLatin1() +
-                                             "' onerror=\"document.title='missing'\">");
+  m->Server().RoutePage("/part", "Part",
+                        "<img src='" + m->SecureServer().Url(QStringLiteral("/i.png")).toLatin1() +
+                            "' onerror=\"document.title='missing'\">");
   QVERIFY(m->OpenPath(QStringLiteral("/part")));
   QTRY_COMPARE(m->Browser().LocationName(), QStringLiteral("missing"));
   QVERIFY(!m->Notice());
@@ -265,7 +278,8 @@ void TestEnginePages::DeadRenderer() {
   QTRY_COMPARE(m->Script(QStringLiteral("document.title")).toString(), QStringLiteral("Page A"));
 
   // A renderer that dies in the middle of a load ends the load.
-  m->Server().Route("/half", TTestResponse{.body = "<title>Half</title>" + QByteArray(4000, 'x'), .stopAfterBytes = 2000});
+  m->Server().Route("/half",
+                    TTestResponse{.body = "<title>Half</title>" + QByteArray(4000, 'x'), .stopAfterBytes = 2000});
   m->Browser().Navigate(m->Server().Url(QStringLiteral("/half")));
   QTRY_COMPARE(m->Browser().LocationName(), QStringLiteral("Half"));
   QSignalSpy done(&m->Browser(), &THalvexBrowser::DocumentComplete);

@@ -26,8 +26,8 @@ TFixedAddress UrlOrInvalid(const QUrl &url) {
   return {.kind = TKind::Url, .url = url};
 }
 
-// A path is taken as a whole first: "#" and "?" are legal in file names. Only what does not exist that way may be a path
-// with a fragment.
+// A path is taken as a whole first: "#" and "?" are legal in file names. Only what does not exist that way may be a
+// path with a fragment.
 TFixedAddress FromPath(const QString &path) {
   if (!QFileInfo::exists(path)) {
     const qsizetype mark = path.lastIndexOf(QLatin1Char('#'));
@@ -82,7 +82,9 @@ TFixedAddress FixUpAddress(const QString &text) {
     return UrlOrInvalid(QUrl(ViewSource + AddressOf(inner.url)));
   }
   if (clean.startsWith(QLatin1Char('/'))) return FromPath(clean);
-  if (clean == QLatin1String("~") || clean.startsWith(QLatin1String("~/"))) return FromPath(QDir::homePath() + clean.mid(1));
+  if (clean == QLatin1String("~") || clean.startsWith(QLatin1String("~/"))) {
+    return FromPath(QDir::homePath() + clean.mid(1));
+  }
 
   static const QRegularExpression schemePattern(QStringLiteral("^([A-Za-z][A-Za-z0-9+.-]*):(.*)$"),
                                                 QRegularExpression::DotMatchesEverythingOption);
@@ -105,4 +107,6 @@ bool IsEngineScheme(const QString &scheme) {
   return Holds(EngineSchemes, scheme) || scheme == QLatin1String("view-source");
 }
 
-QString AddressOf(const QUrl &url) { return QString::fromLatin1(url.toEncoded()); }
+QString AddressOf(const QUrl &url) {
+  return QString::fromLatin1(url.toEncoded());
+}

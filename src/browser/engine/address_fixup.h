@@ -20,8 +20,9 @@ struct TFixedAddress {
 };
 
 // Makes an address of what a user types or a file holds. A URL stays as it stands, the absolute path of a local file
-// becomes a file URL (also when its name holds blanks, "#", "%" or "?"), "~/" is the user's home, and a host name, with or
-// without port and path, gets "http://" put before it. Text that is none of these is Invalid; it is never searched for.
+// becomes a file URL (also when its name holds blanks, "#", "%" or "?"), "~/" is the user's home, and a host name, with
+// or without port and path, gets "http://" put before it. Text that is none of these is Invalid; it is never searched
+// for.
 [[nodiscard]] TFixedAddress FixUpAddress(const QString &text);
 
 // True for the schemes that the engine itself loads.

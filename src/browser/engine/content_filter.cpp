@@ -7,8 +7,8 @@
 
 namespace {
 
-constexpr std::array SoundEndings{"aac", "aif", "aiff", "au",  "flac", "m4a",  "mid", "midi", "mka",
-                                  "mp2", "mp3", "oga",  "opus", "snd", "spx", "wav", "wma",  "weba"};
+constexpr std::array SoundEndings{"aac", "aif", "aiff", "au",   "flac", "m4a", "mid", "midi", "mka",
+                                  "mp2", "mp3", "oga",  "opus", "snd",  "spx", "wav", "wma",  "weba"};
 
 // The engine treats the machine's own addresses as secure whatever their scheme is.
 bool IsLoopback(const QString &host) {

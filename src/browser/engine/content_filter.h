@@ -5,8 +5,8 @@
 #include "browser/engine/engine.h"
 
 // Which of the switchable kinds a request is for; no flag for everything else. Sounds and videos are
-// one kind to the engine and are told apart by the file name's ending; a name that says nothing counts as a video, which
-// is what most players load.
+// one kind to the engine and are told apart by the file name's ending; a name that says nothing counts as a video,
+// which is what most players load.
 [[nodiscard]] TDownloadControlOptionSet ContentKindOf(int resourceType, const QUrl &url);
 
 // Keeps one page from fetching the kinds of content that are switched off.

@@ -95,7 +95,9 @@ void TEngine::RegisterSchemes() {
   QWebEngineUrlScheme::registerScheme(scheme);
 }
 
-QString TEngine::StartPageAddress() { return QString::fromLatin1(TStartPage::Address); }
+QString TEngine::StartPageAddress() {
+  return QString::fromLatin1(TStartPage::Address);
+}
 
 void TEngine::SetRequestFilter(TRequestFilter filter) {
   auto gate = filter ? std::make_unique<TRequestGate>(std::move(filter)) : nullptr;
@@ -108,6 +110,10 @@ void TEngine::SetUserAgentToken(const QString &token) {
   if (m_profile->httpUserAgent() != agent) m_profile->setHttpUserAgent(agent);
 }
 
-void TEngine::AcceptCertificateErrors(const QString &host) { m_acceptedHosts.insert(host.toLower()); }
+void TEngine::AcceptCertificateErrors(const QString &host) {
+  m_acceptedHosts.insert(host.toLower());
+}
 
-bool TEngine::AcceptsCertificateErrors(const QString &host) const { return m_acceptedHosts.contains(host.toLower()); }
+bool TEngine::AcceptsCertificateErrors(const QString &host) const {
+  return m_acceptedHosts.contains(host.toLower());
+}

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QFlags>
-#include <QObject>
-#include <QString>
-#include <QSet>
 #include <functional>
 #include <memory>
+#include <QFlags>
+#include <QObject>
+#include <QSet>
+#include <QString>
 
 #include "platform/profile_folder.h"
 

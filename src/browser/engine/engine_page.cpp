@@ -44,14 +44,18 @@ TEnginePage::TEnginePage(TEngine &engine, QWidget *owner, QObject *parent)
   connect(this, &QWebEnginePage::renderProcessTerminated, this, &TEnginePage::OnRendererDied);
 }
 
-TEnginePage::~TEnginePage() { setUrlRequestInterceptor(nullptr); }
+TEnginePage::~TEnginePage() {
+  setUrlRequestInterceptor(nullptr);
+}
 
 void TEnginePage::NoteUserAction() {
   m_dialogs->Reset();
   m_askedToLeave = false;
 }
 
-void TEnginePage::DismissDialogs() { m_dialogs->Dismiss(); }
+void TEnginePage::DismissDialogs() {
+  m_dialogs->Dismiss();
+}
 
 int TEnginePage::EncryptionLevel() const {
   if (url().scheme() != QLatin1String("https")) return 0;
@@ -59,7 +63,9 @@ int TEnginePage::EncryptionLevel() const {
   return m_insecureParts ? 1 : 6;
 }
 
-QSslCertificate TEnginePage::Certificate() const { return m_certificates.value(url().host()); }
+QSslCertificate TEnginePage::Certificate() const {
+  return m_certificates.value(url().host());
+}
 
 void TEnginePage::triggerAction(WebAction action, bool checked) {
   if (action == Back || action == Forward || action == Reload || action == ReloadAndBypassCache) NoteUserAction();
@@ -85,8 +91,12 @@ bool TEnginePage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
   if (!IsEngineScheme(url.scheme())) {
     // The engine hands it to the desktop and reports nothing, so the end is reported from here.
     if (!m_underWay) {
-      QMetaObject::invokeMethod(this, [this] { if (!m_underWay) Q_EMIT Finished(AddressOf(this->url())); },
-                                Qt::QueuedConnection);
+      QMetaObject::invokeMethod(
+          this,
+          [this] {
+            if (!m_underWay) Q_EMIT Finished(AddressOf(this->url()));
+          },
+          Qt::QueuedConnection);
     }
     return true;
   }
@@ -186,8 +196,8 @@ void TEnginePage::javaScriptAlert(const QUrl &origin, const QString &message) {
 }
 
 bool TEnginePage::javaScriptConfirm(const QUrl &origin, const QString &message) {
-  // The engine asks whether to leave a page through the same call and tells it apart by nothing but its own words. A page
-  // could borrow them, so they are believed once and after that only when the user has acted again.
+  // The engine asks whether to leave a page through the same call and tells it apart by nothing but its own words. A
+  // page could borrow them, so they are believed once and after that only when the user has acted again.
   const QString leaveQuestion = QCoreApplication::translate(
       "QWebEnginePage", "Are you sure you want to leave this page? Changes that you made may not be saved.");
   if (message == leaveQuestion && !m_askedToLeave) {

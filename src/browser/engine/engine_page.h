@@ -44,9 +44,9 @@ class TEnginePage final : public QWebEnginePage {
   void BeforeNavigate(TNavigation *navigation);
   void AddressChanged(const QString &address);
   void Committed(const QString &address);
-  void Failed(const TLoadFailure &failure);   // comes before Finished
+  void Failed(const TLoadFailure &failure);  // comes before Finished
   void Finished(const QString &address);
-  void Died();                                // the renderer; comes before Finished
+  void Died();  // the renderer; comes before Finished
   void EncryptionLevelChanged();
   void BringToFrontRequested();
 

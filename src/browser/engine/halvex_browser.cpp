@@ -84,12 +84,15 @@ void THalvexBrowser::ShowBlank() {
   d->HideNotice();
   d->blank = true;
   // As with a page, the news comes after the call.
-  QMetaObject::invokeMethod(this, [this] {
-    if (!d->blank || d->page || d->notice != TPrivate::TNotice::None) return;
-    Q_EMIT AddressChanged(AboutBlank());
-    Q_EMIT NavigateComplete(AboutBlank());
-    Q_EMIT DocumentComplete(AboutBlank());
-  }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        if (!d->blank || d->page || d->notice != TPrivate::TNotice::None) return;
+        Q_EMIT AddressChanged(AboutBlank());
+        Q_EMIT NavigateComplete(AboutBlank());
+        Q_EMIT DocumentComplete(AboutBlank());
+      },
+      Qt::QueuedConnection);
 }
 
 void THalvexBrowser::GoBack() {
@@ -103,9 +106,13 @@ void THalvexBrowser::GoBack() {
   d->Trigger(QWebEnginePage::Back);
 }
 
-void THalvexBrowser::GoForward() { d->Trigger(QWebEnginePage::Forward); }
+void THalvexBrowser::GoForward() {
+  d->Trigger(QWebEnginePage::Forward);
+}
 
-void THalvexBrowser::Stop() { d->Trigger(QWebEnginePage::Stop); }
+void THalvexBrowser::Stop() {
+  d->Trigger(QWebEnginePage::Stop);
+}
 
 void THalvexBrowser::Refresh() {
   if (d->notice == TPrivate::TNotice::LocalError) {
@@ -135,7 +142,9 @@ QString THalvexBrowser::LocationName() const {
   return d->blank ? AboutBlank() : QString();
 }
 
-QIcon THalvexBrowser::Icon() const { return d->HasLivePage() ? d->page->icon() : QIcon(); }
+QIcon THalvexBrowser::Icon() const {
+  return d->HasLivePage() ? d->page->icon() : QIcon();
+}
 
 bool THalvexBrowser::CanGoBack() const {
   if (!d->page) return false;
@@ -144,8 +153,7 @@ bool THalvexBrowser::CanGoBack() const {
 }
 
 bool THalvexBrowser::CanGoForward() const {
-  return d->page && d->notice != TPrivate::TNotice::LocalError &&
-         d->page->action(QWebEnginePage::Forward)->isEnabled();
+  return d->page && d->notice != TPrivate::TNotice::LocalError && d->page->action(QWebEnginePage::Forward)->isEnabled();
 }
 
 void THalvexBrowser::SaveAs() {
@@ -164,7 +172,9 @@ void THalvexBrowser::PrintPreview() {
   if (d->HasLivePage()) d->printing->Preview();
 }
 
-void THalvexBrowser::PageSetup() { TPagePrinting::SetUpPage(d->engine, window()); }
+void THalvexBrowser::PageSetup() {
+  TPagePrinting::SetUpPage(d->engine, window());
+}
 
 void THalvexBrowser::Properties() {
   const QPointer<THalvexBrowser> self(this);
@@ -191,11 +201,17 @@ void THalvexBrowser::Paste() {
   d->Trigger(QWebEnginePage::Paste);
 }
 
-void THalvexBrowser::SelectAll() { d->Trigger(QWebEnginePage::SelectAll); }
+void THalvexBrowser::SelectAll() {
+  d->Trigger(QWebEnginePage::SelectAll);
+}
 
-void THalvexBrowser::Undo() { d->Trigger(QWebEnginePage::Undo); }
+void THalvexBrowser::Undo() {
+  d->Trigger(QWebEnginePage::Undo);
+}
 
-void THalvexBrowser::Redo() { d->Trigger(QWebEnginePage::Redo); }
+void THalvexBrowser::Redo() {
+  d->Trigger(QWebEnginePage::Redo);
+}
 
 void THalvexBrowser::SetZoom(int zoom) {
   if (zoom < 0 || zoom >= int(ZoomFactors.size())) return;
@@ -203,13 +219,21 @@ void THalvexBrowser::SetZoom(int zoom) {
   if (d->page) d->page->setZoomFactor(d->zoom);
 }
 
-int THalvexBrowser::Zoom() const { return NearestZoom(d->page ? d->page->zoomFactor() : d->zoom); }
+int THalvexBrowser::Zoom() const {
+  return NearestZoom(d->page ? d->page->zoomFactor() : d->zoom);
+}
 
-void THalvexBrowser::ZoomIn() { SetZoom(Zoom() + 1); }
+void THalvexBrowser::ZoomIn() {
+  SetZoom(Zoom() + 1);
+}
 
-void THalvexBrowser::ZoomOut() { SetZoom(Zoom() - 1); }
+void THalvexBrowser::ZoomOut() {
+  SetZoom(Zoom() - 1);
+}
 
-void THalvexBrowser::ResetZoom() { SetZoom(MediumZoom); }
+void THalvexBrowser::ResetZoom() {
+  SetZoom(MediumZoom);
+}
 
 void THalvexBrowser::FindOnPage() {
   if (!d->HasLivePage()) return;
@@ -253,7 +277,9 @@ void THalvexBrowser::CollectProperties(const std::function<void(const TPagePrope
   ProbePage(d->page, d->engine.Language(), done);
 }
 
-TDownloadControlOptionSet THalvexBrowser::DownloadControlOptions() const { return d->options; }
+TDownloadControlOptionSet THalvexBrowser::DownloadControlOptions() const {
+  return d->options;
+}
 
 void THalvexBrowser::SetDownloadControlOptions(TDownloadControlOptionSet options) {
   d->options = options;
@@ -265,9 +291,13 @@ QWebEnginePage *THalvexBrowser::EnginePage() {
   return d->page;
 }
 
-QWebEnginePage *THalvexBrowser::EnginePageIfAny() const { return d->page; }
+QWebEnginePage *THalvexBrowser::EnginePageIfAny() const {
+  return d->page;
+}
 
-bool THalvexBrowser::HasPageFullScreen() const { return d->fullScreen; }
+bool THalvexBrowser::HasPageFullScreen() const {
+  return d->fullScreen;
+}
 
 void THalvexBrowser::LeavePageFullScreen() {
   if (d->fullScreen) d->Trigger(QWebEnginePage::ExitFullScreen);

@@ -1,10 +1,10 @@
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <QIcon>
 #include <QUrl>
 #include <QWidget>
-#include <functional>
-#include <memory>
 
 #include "browser/dialogs/page_properties.h"
 #include "browser/engine/engine.h"
@@ -17,18 +17,18 @@ class QWebEngineNewWindowRequest;
 struct TNavigation {
   QString address;
   bool mainFrame = true;
-  bool linkClicked = false;   // The user clicked a link or submitted a form with it.
+  bool linkClicked = false;  // The user clicked a link or submitted a form with it.
   bool reload = false;
-  bool historyMove = false;   // Back or forward.
-  bool redirect = false;      // The server or the page sent an accepted navigation on to here.
+  bool historyMove = false;  // Back or forward.
+  bool redirect = false;     // The server or the page sent an accepted navigation on to here.
   bool cancel = false;
 };
 
 enum class TBrowserCommand { Forward = 1, Back = 2, Other = -1 };
 
-// The program's own wrapper around the engine's view: every tab owns one, and the page commands of the main window reach
-// the engine only through it. The engine's view is made when the first address is opened, so that a tab that was never
-// shown costs almost nothing.
+// The program's own wrapper around the engine's view: every tab owns one, and the page commands of the main window
+// reach the engine only through it. The engine's view is made when the first address is opened, so that a tab that was
+// never shown costs almost nothing.
 class THalvexBrowser final : public QWidget {
   Q_OBJECT
 
@@ -45,11 +45,11 @@ class THalvexBrowser final : public QWidget {
   void GoBack();
   void GoForward();
   void Stop();
-  void Refresh();             // normal
-  void RefreshCompletely();   // past the cache
+  void Refresh();            // normal
+  void RefreshCompletely();  // past the cache
 
-  [[nodiscard]] QString LocationUrl() const;    // the page's address; what was asked for while an error page shows
-  [[nodiscard]] QString LocationName() const;   // the page's title
+  [[nodiscard]] QString LocationUrl() const;   // the page's address; what was asked for while an error page shows
+  [[nodiscard]] QString LocationName() const;  // the page's title
   [[nodiscard]] QIcon Icon() const;
   [[nodiscard]] bool CanGoBack() const;
   [[nodiscard]] bool CanGoForward() const;
@@ -67,14 +67,14 @@ class THalvexBrowser final : public QWidget {
   void SelectAll();
   void Undo();
   void Redo();
-  void SetZoom(int zoom);     // 0 smallest .. 4 largest; others do nothing
+  void SetZoom(int zoom);  // 0 smallest .. 4 largest; others do nothing
   [[nodiscard]] int Zoom() const;
-  void ZoomIn();              // one step of the same five
+  void ZoomIn();  // one step of the same five
   void ZoomOut();
   void ResetZoom();
-  void FindOnPage();          // opens the find bar
+  void FindOnPage();            // opens the find bar
   void FindNext(bool forward);  // opens it when nothing was searched for yet
-  void ViewSource();          // emits ViewSourceRequested
+  void ViewSource();            // emits ViewSourceRequested
 
   // Writes the page to a new file "*.htm" in the temporary folder; `done` gets its path, empty on failure. With
   // `insertBase` the source gets a base element with the page's address, so that relative links keep working elsewhere.
@@ -99,18 +99,18 @@ class THalvexBrowser final : public QWidget {
   void CommandStateChanged(int command, bool enabled);  // 1 forward, 2 back
   void TitleChanged(const QString &title);
   void IconChanged();
-  void BeforeNavigate(TNavigation *navigation);         // handled synchronously; set `cancel` to stop
+  void BeforeNavigate(TNavigation *navigation);                  // handled synchronously; set `cancel` to stop
   void NewWindowRequested(QWebEngineNewWindowRequest *request);  // handled synchronously
-  void AddressChanged(const QString &address);          // also for jumps inside the page
-  void NavigateComplete(const QString &address);        // top-level: the page's content has begun to arrive
-  void DocumentComplete(const QString &address);        // top-level: loaded, or failed
-  void SecureLockIconChanged(int value);                // 0 none .. 6, see TPageProperties::encryptionLevel
+  void AddressChanged(const QString &address);                   // also for jumps inside the page
+  void NavigateComplete(const QString &address);                 // top-level: the page's content has begun to arrive
+  void DocumentComplete(const QString &address);                 // top-level: loaded, or failed
+  void SecureLockIconChanged(int value);                         // 0 none .. 6, see TPageProperties::encryptionLevel
   void OpenInNewTabRequested(const QString &address, bool background);
   // `address` begins with "view-source:"; opened like any other, it shows the page as it was sent.
   void ViewSourceRequested(const QString &address);
   void PageFullScreenRequested(bool on);
   void FocusReceived();
-  void BringToFrontRequested();   // A question of the page is about to be asked and its tab should be seen.
+  void BringToFrontRequested();  // A question of the page is about to be asked and its tab should be seen.
 
  private:
   struct TPrivate;

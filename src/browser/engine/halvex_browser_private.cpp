@@ -31,7 +31,9 @@ void THalvexBrowser::TPrivate::BuildFrame() {
   connect(qApp, &QApplication::focusChanged, q, [this](QWidget *old, QWidget *now) {
     if (now && stack->isAncestorOf(now) && !(old && stack->isAncestorOf(old))) Q_EMIT q->FocusReceived();
   });
-  escape = new QShortcut(QKeySequence(Qt::Key_Escape), q, [this] { q->LeavePageFullScreen(); }, Qt::WidgetWithChildrenShortcut);
+  escape = new QShortcut(QKeySequence(Qt::Key_Escape), q);
+  escape->setContext(Qt::WidgetWithChildrenShortcut);
+  connect(escape, &QShortcut::activated, q, &THalvexBrowser::LeavePageFullScreen);
   escape->setEnabled(false);
 }
 
@@ -219,11 +221,21 @@ void THalvexBrowser::TPrivate::ShowPageMenu(const QPoint &position) {
   connect(menu, &TPageMenu::OpenRequested, q, &THalvexBrowser::OpenInNewTabRequested);
   connect(menu, &TPageMenu::CommandRequested, q, [this](TPageMenuCommand command) {
     switch (command) {
-      case TPageMenuCommand::SaveAs: q->SaveAs(); break;
-      case TPageMenuCommand::Print: q->Print(); break;
-      case TPageMenuCommand::Find: q->FindOnPage(); break;
-      case TPageMenuCommand::ViewSource: q->ViewSource(); break;
-      case TPageMenuCommand::Properties: q->Properties(); break;
+      case TPageMenuCommand::SaveAs:
+        q->SaveAs();
+        break;
+      case TPageMenuCommand::Print:
+        q->Print();
+        break;
+      case TPageMenuCommand::Find:
+        q->FindOnPage();
+        break;
+      case TPageMenuCommand::ViewSource:
+        q->ViewSource();
+        break;
+      case TPageMenuCommand::Properties:
+        q->Properties();
+        break;
     }
   });
   menu->popup(view->mapToGlobal(position));
@@ -233,9 +245,8 @@ void THalvexBrowser::TPrivate::EnsureFindBar() {
   if (findBar) return;
   findBar = new TFindBar(engine.Language(), q);
   layout->addWidget(findBar);
-  connect(findBar, &TFindBar::FindRequested, q, [this](const QString &text, bool forward, bool matchCase, bool) {
-    Find(text, forward, matchCase);
-  });
+  connect(findBar, &TFindBar::FindRequested, q,
+          [this](const QString &text, bool forward, bool matchCase, bool) { Find(text, forward, matchCase); });
   connect(findBar, &TFindBar::Closed, q, [this] { GivePageTheFocus(); });
 }
 

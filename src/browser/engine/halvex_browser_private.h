@@ -21,7 +21,8 @@ struct THalvexBrowser::TPrivate {
   // What the notice is about. An address that the engine was never given fails locally: the page behind it lives on.
   enum class TNotice { None, LoadError, Certificate, Crash, LocalError };
 
-  TPrivate(THalvexBrowser *browser, QWidget *ownerWindow, TEngine &sharedEngine) : q(browser), owner(ownerWindow), engine(sharedEngine) {}
+  TPrivate(THalvexBrowser *browser, QWidget *ownerWindow, TEngine &sharedEngine)
+      : q(browser), owner(ownerWindow), engine(sharedEngine) {}
 
   void BuildFrame();
   void EnsureView();
@@ -66,9 +67,9 @@ struct THalvexBrowser::TPrivate {
   TPagePrinting *printing = nullptr;
   QShortcut *escape = nullptr;
   TNotice notice = TNotice::None;
-  QString localAddress;      // what a local failure was about
-  QString blockedHost;       // whose certificate the notice is about
-  bool blank = false;        // shown blank without ever having had a page
+  QString localAddress;  // what a local failure was about
+  QString blockedHost;   // whose certificate the notice is about
+  bool blank = false;    // shown blank without ever having had a page
   bool fullScreen = false;
   bool canGoBack = false;
   bool canGoForward = false;

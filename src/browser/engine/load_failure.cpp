@@ -74,7 +74,8 @@ constexpr TCodeText CertificateTexts[] = {
 
 template <typename TTable>
 const TCodeText *Find(const TTable &table, int code) {
-  const auto found = std::find_if(std::begin(table), std::end(table), [code](const TCodeText &t) { return t.code == code; });
+  const auto found =
+      std::find_if(std::begin(table), std::end(table), [code](const TCodeText &entry) { return entry.code == code; });
   return found == std::end(table) ? nullptr : &*found;
 }
 

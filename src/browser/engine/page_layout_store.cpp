@@ -53,7 +53,8 @@ QPageLayout PageLayoutStore::Load(const TRegistryStore &store) {
   const QMarginsF margins(ReadMargin(store, "MarginLeft"), ReadMargin(store, "MarginTop"),
                           ReadMargin(store, "MarginRight"), ReadMargin(store, "MarginBottom"));
   const QSizeF paper = layout.fullRect(QPageLayout::Millimeter).size();
-  const bool fits = margins.left() + margins.right() < paper.width() && margins.top() + margins.bottom() < paper.height();
+  const bool fits =
+      margins.left() + margins.right() < paper.width() && margins.top() + margins.bottom() < paper.height();
   layout.setMargins(fits ? margins : QMarginsF(DefaultMargin, DefaultMargin, DefaultMargin, DefaultMargin));
   return layout;
 }
@@ -61,13 +62,13 @@ QPageLayout PageLayoutStore::Load(const TRegistryStore &store) {
 void PageLayoutStore::Save(TRegistryStore &store, const QPageLayout &layout) {
   const QMarginsF margins = layout.margins(QPageLayout::Millimeter);
   const auto number = [](qreal value) { return QString::number(value, 'f', 1); };
-  store.ReplaceKey(Hive, Key(),
-                   {{QStringLiteral("PageSize"), NameOf(layout.pageSize())},
-                    {QStringLiteral("Orientation"), layout.orientation() == QPageLayout::Landscape
-                                                        ? QStringLiteral("Landscape")
-                                                        : QStringLiteral("Portrait")},
-                    {QStringLiteral("MarginLeft"), number(margins.left())},
-                    {QStringLiteral("MarginTop"), number(margins.top())},
-                    {QStringLiteral("MarginRight"), number(margins.right())},
-                    {QStringLiteral("MarginBottom"), number(margins.bottom())}});
+  store.ReplaceKey(
+      Hive, Key(),
+      {{QStringLiteral("PageSize"), NameOf(layout.pageSize())},
+       {QStringLiteral("Orientation"),
+        layout.orientation() == QPageLayout::Landscape ? QStringLiteral("Landscape") : QStringLiteral("Portrait")},
+       {QStringLiteral("MarginLeft"), number(margins.left())},
+       {QStringLiteral("MarginTop"), number(margins.top())},
+       {QStringLiteral("MarginRight"), number(margins.right())},
+       {QStringLiteral("MarginBottom"), number(margins.bottom())}});
 }

@@ -11,12 +11,12 @@ struct TPageNoticeText {
   QString text{};
   QString address{};
   QString details{};
-  QString primary{};    // the button that has the keyboard
+  QString primary{};  // the button that has the keyboard
   QString secondary{};
 };
 
-// What stands in the page's place when there is no page: a load error, a bad certificate, a dead renderer. It is made of
-// widgets and not of HTML, so that no page can imitate it from inside or press its buttons.
+// What stands in the page's place when there is no page: a load error, a bad certificate, a dead renderer. It is made
+// of widgets and not of HTML, so that no page can imitate it from inside or press its buttons.
 class TPageNotice final : public QScrollArea {
   Q_OBJECT
 

@@ -21,10 +21,13 @@ TPagePrinting::TPagePrinting(TEngine &engine, QWebEngineView *view, QObject *par
 
 TPagePrinting::~TPagePrinting() {
   // The engine writes to the printer until it reports the end; a leaked one is better than a dead one.
-  if (m_running) [[maybe_unused]] QPrinter *stillInUse = m_printer.release();
+  if (m_running) [[maybe_unused]]
+    QPrinter *stillInUse = m_printer.release();
 }
 
-bool TPagePrinting::IsBusy() const { return m_running || m_preparing || m_dialog; }
+bool TPagePrinting::IsBusy() const {
+  return m_running || m_preparing || m_dialog;
+}
 
 std::unique_ptr<QPrinter> TPagePrinting::NewPrinter() const {
   auto printer = std::make_unique<QPrinter>(QPrinter::HighResolution);

@@ -9,8 +9,8 @@ class QWebEngineView;
 class TEngine;
 class TPrintPreview;
 
-// Prints the page of one view. One job runs at a time; while it does, further requests do nothing. Without a printer only
-// printing without asking has nothing to do: the dialog still prints to a file.
+// Prints the page of one view. One job runs at a time; while it does, further requests do nothing. Without a printer
+// only printing without asking has nothing to do: the dialog still prints to a file.
 class TPagePrinting final : public QObject {
   Q_OBJECT
 

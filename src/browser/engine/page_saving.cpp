@@ -61,19 +61,18 @@ void ChooseFile(QWebEnginePage *page, QWidget *owner, const TLanguage &language)
 void PageSaving::SaveAs(QWebEnginePage *page, QWidget *owner, const TLanguage &language) {
   const QPointer<QWebEnginePage> guardedPage(page);
   const QPointer<QWidget> guardedOwner(owner);
-  page->runJavaScript(QStringLiteral("document.contentType"), QWebEngineScript::ApplicationWorld,
-                      [guardedPage, guardedOwner, &language](const QVariant &answer) {
-                        if (!guardedPage || !guardedOwner) return;
-                        const QString type = answer.toString();
-                        const bool html = type.isEmpty() || std::any_of(HtmlTypes.begin(), HtmlTypes.end(), [&](auto known) {
-                                            return type == QLatin1String(known);
-                                          });
-                        if (html) {
-                          ChooseFile(guardedPage, guardedOwner, language);
-                        } else {
-                          guardedPage->download(guardedPage->url());
-                        }
-                      });
+  const auto go = [guardedPage, guardedOwner, &language](const QVariant &answer) {
+    if (!guardedPage || !guardedOwner) return;
+    const QString type = answer.toString();
+    const bool html = type.isEmpty() || std::any_of(HtmlTypes.begin(), HtmlTypes.end(),
+                                                    [&](const char *known) { return type == QLatin1String(known); });
+    if (html) {
+      ChooseFile(guardedPage, guardedOwner, language);
+    } else {
+      guardedPage->download(guardedPage->url());
+    }
+  };
+  page->runJavaScript(QStringLiteral("document.contentType"), QWebEngineScript::ApplicationWorld, go);
 }
 
 QString PageSaving::FileNameOf(const QString &title, const TLanguage &language) {

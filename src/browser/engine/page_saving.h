@@ -9,8 +9,8 @@ class TLanguage;
 
 namespace PageSaving {
 
-// Asks for a file and a format and saves the page there; its course shows among the downloads. What is no HTML (a picture,
-// a PDF file) is downloaded as it is.
+// Asks for a file and a format and saves the page there; its course shows among the downloads. What is no HTML (a
+// picture, a PDF file) is downloaded as it is.
 void SaveAs(QWebEnginePage *page, QWidget *owner, const TLanguage &language);
 
 // A safe file name made from a page's title, without an ending. Unlike a server's suggestion, a title has no folders.
