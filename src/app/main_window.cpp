@@ -48,6 +48,7 @@ void TfrmMain::FormCreate() {
   setObjectName(QStringLiteral("frmMain"));
   m_options.RemoveZvid();
   m_language.Load(m_options);
+  m_language.InstallToolkitTranslations(qApp);
   m_product = TProductInfo::Load();
   MakeModules();
   MakeFirstTab();

@@ -137,7 +137,7 @@ void TestStart::OpensFile() {
   // A name with everything that an address would read as something else, given relative to the working directory.
   QFile file(m_home + QStringLiteral("/my page #1 100%.html"));
   QVERIFY(file.open(QIODevice::WriteOnly));
-  file.write("<img src='" + m_server.Url(QStringLiteral("/page2")).toUtf8() + "'>");
+  file.write("<script>location = '" + m_server.Url(QStringLiteral("/page2")).toUtf8() + "'</script>");
   file.close();
   const auto program = Start({QStringLiteral("my page #1 100%.html")});
   QTRY_VERIFY_WITH_TIMEOUT(IsRequested("/page2"), 20000);

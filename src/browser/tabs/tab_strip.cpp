@@ -40,6 +40,7 @@ TTabStrip::TTabStrip(QWidget *owner, TZVPageControl *pages, TTabEnvironment &env
   const TLanguage &language = environment.language;
   pages->SetButtonTexts(language.Text("MAIN", "TabCloseHint"), language.Text("MAIN", "TabScrollLeftHint"),
                         language.Text("MAIN", "TabScrollRightHint"));
+  pages->setAccessibleName(language.Text("MAIN", "TabListName"));
 
   m_closeHidden.setObjectName(QStringLiteral("tmrCloseHidden"));
   m_closeHidden.setSingleShot(true);
@@ -57,7 +58,10 @@ TTabStrip::TTabStrip(QWidget *owner, TZVPageControl *pages, TTabEnvironment &env
 }
 
 TTabStrip::~TTabStrip() {
-  // The pages are the control's children and may outlive this object for a moment; they must not call back into it.
+  // The pages are the control's children and may outlive this object for a moment; they must not call back into it, and
+  // none is shown for a moment because the one before it has gone.
+  m_pages->disconnect(this);
+  m_pages->hide();
   for (TBrowserTab *tab : Tabs()) {
     m_pages->RemovePage(tab);
     delete tab;
@@ -190,7 +194,9 @@ void TTabStrip::OnActivePageChanged(QWidget *page) {
   TBrowserTab *tab = AsTab(page);
   if (tab == nullptr) return;
   tab->MarkSeen();
-  if (m_environment.settings.focusPage && tab->Browser() != nullptr && m_owner->isActiveWindow()) {
+  // Whoever walks along the strip by keyboard stays there.
+  if (m_environment.settings.focusPage && tab->Browser() != nullptr && m_owner->isActiveWindow() &&
+      !m_pages->StripHasFocus()) {
     tab->Browser()->setFocus();
   }
   Q_EMIT ActiveTabChanged(tab);
