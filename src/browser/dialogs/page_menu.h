@@ -13,11 +13,11 @@ enum class TPageMenuCommand { SaveAs, Print, Find, ViewSource, Properties };
 
 // What lies under the place where the menu was asked for.
 struct TPageMenuPlace {
-  QUrl link;
-  QUrl media;
+  QUrl link{};
+  QUrl media{};
   QWebEngineContextMenuRequest::MediaType mediaType = QWebEngineContextMenuRequest::MediaTypeNone;
-  QWebEngineContextMenuRequest::MediaFlags mediaFlags;
-  QWebEngineContextMenuRequest::EditFlags editFlags;
+  QWebEngineContextMenuRequest::MediaFlags mediaFlags{};
+  QWebEngineContextMenuRequest::EditFlags editFlags{};
   bool hasSelection = false;
   bool editable = false;
   bool canGoBack = false;

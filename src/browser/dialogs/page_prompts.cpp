@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <QAuthenticator>
-#include <QEventLoop>
 #include <QInputDialog>
 #include <QSslCertificate>
 #include <QWebEngineClientCertificateSelection>
@@ -60,7 +59,7 @@ TPagePrompts::TPagePrompts(QWebEnginePage *page, QWidget *owner, const TLanguage
           });
   connect(page, &QWebEnginePage::loadStarted, this, [this] {
     ForgetPermissionRequests();
-    m_refusedSignIns.clear();
+    m_signIns.clear();
   });
   connect(page, &QWebEnginePage::renderProcessTerminated, this, &TPagePrompts::ForgetPermissionRequests);
   connect(page, &QWebEnginePage::authenticationRequired, this,
@@ -80,9 +79,8 @@ TPagePrompts::TPagePrompts(QWebEnginePage *page, QWidget *owner, const TLanguage
 }
 
 TPagePrompts::~TPagePrompts() {
-  for (const QPointer<TSignInDialog> &dialog : std::as_const(m_openSignIns)) {
-    if (dialog != nullptr) dialog->reject();
-  }
+  if (m_openSignIn != nullptr) m_openSignIn->reject();
+  delete m_bar;
 }
 
 QWidget *TPagePrompts::Bar() const { return m_bar; }
@@ -132,54 +130,43 @@ void TPagePrompts::ForgetPermissionRequests() {
 }
 
 void TPagePrompts::SignIn(const QUrl &url, const QString &proxyHost, QAuthenticator *authenticator) {
-  const bool proxy = !proxyHost.isEmpty();
-  const QString who = proxy ? proxyHost : OriginText(url, m_language);
-  const QString place = who + '\n' + authenticator->realm();
-  QPointer<TSignInDialog> dialog = m_openSignIns.value(place);
-  // Once the user has cancelled, the rest of the same page is not asked about; a page full of pictures that each want a
-  // password would ask without end otherwise.
-  if (m_refusedSignIns.contains(place)) {
+  const QString place = (proxyHost.isEmpty() ? OriginText(url, m_language) : proxyHost) + '\n' + authenticator->realm();
+  TSignInAnswer answer = m_signIns.value(place);
+  // One answer holds for everything that a page loads from one place: a page of many pictures asks once. An address that
+  // comes again did not like the answer.
+  if (!answer.refused && (answer.addresses.isEmpty() || answer.addresses.contains(url))) {
+    answer = TSignInAnswer();
+    if (!AskSignIn(url, proxyHost, authenticator->realm(), answer)) {
+      *authenticator = QAuthenticator();
+      return;
+    }
+  }
+  answer.addresses.insert(url);
+  m_signIns.insert(place, answer);
+  if (answer.refused) {
     *authenticator = QAuthenticator();
     return;
   }
+  authenticator->setUser(answer.user);
+  authenticator->setPassword(answer.password);
+}
+
+bool TPagePrompts::AskSignIn(const QUrl &url, const QString &proxyHost, const QString &realm, TSignInAnswer &answer) {
   const QPointer<TPagePrompts> self(this);
-  QString user;
-  QString password;
-  bool accepted = false;
-  if (dialog != nullptr) {
-    // Another request to the same place is being asked about already: its answer holds for this one too.
-    QEventLoop wait;
-    connect(dialog, &QDialog::finished, &wait, [&] {
-      accepted = dialog->result() == QDialog::Accepted;
-      user = dialog->User();
-      password = dialog->Password();
-      wait.quit();
-    });
-    connect(dialog, &QObject::destroyed, &wait, &QEventLoop::quit);
-    wait.exec();
-  } else {
-    const QString prompt =
-        proxy ? m_language.Text("SIGN_IN", "ProxyPrompt").arg(who) : m_language.Text("SIGN_IN", "Prompt").arg(who);
-    // What passes between the browser and a proxy is not encrypted, whatever the page itself is.
-    dialog = new TSignInDialog(prompt, authenticator->realm(), !proxy && url.scheme() == "https", m_language, m_owner);
-    m_openSignIns.insert(place, dialog);
-    accepted = dialog->exec() == QDialog::Accepted && dialog != nullptr;
-    if (accepted) {
-      user = dialog->User();
-      password = dialog->Password();
-    }
-    if (self != nullptr) {
-      m_openSignIns.remove(place);
-      if (!accepted) m_refusedSignIns.insert(place);
-    }
-    delete dialog;
+  const bool proxy = !proxyHost.isEmpty();
+  const QString prompt = proxy ? m_language.Text("SIGN_IN", "ProxyPrompt").arg(proxyHost)
+                               : m_language.Text("SIGN_IN", "Prompt").arg(OriginText(url, m_language));
+  // What passes between the browser and a proxy is not encrypted, whatever the page itself is.
+  const QPointer<TSignInDialog> dialog(
+      new TSignInDialog(prompt, realm, !proxy && url.scheme() == "https", m_language, m_owner));
+  m_openSignIn = dialog;
+  answer.refused = dialog->exec() != QDialog::Accepted || dialog.isNull();
+  if (!answer.refused) {
+    answer.user = dialog->User();
+    answer.password = dialog->Password();
   }
-  if (!accepted) {
-    *authenticator = QAuthenticator();
-    return;
-  }
-  authenticator->setUser(user);
-  authenticator->setPassword(password);
+  delete dialog;
+  return self != nullptr;
 }
 
 void TPagePrompts::SelectClientCertificate(QWebEngineClientCertificateSelection selection) {

@@ -41,11 +41,21 @@ class TPagePrompts final : public QObject {
     }
   };
 
+  // How the user answered a site or a proxy, and which addresses have been given that answer.
+  struct TSignInAnswer {
+    bool refused = false;
+    QString user;
+    QString password;
+    QSet<QUrl> addresses;
+  };
+
   void AskPermission(const QUrl &origin, QWebEnginePage::Feature feature);
   void AskNextPermission();
   void FinishPermission(bool allow, bool remember);
   void ForgetPermissionRequests();
   void SignIn(const QUrl &url, const QString &proxyHost, QAuthenticator *authenticator);
+  // Asks the user; false when there was no answer because this object has gone.
+  [[nodiscard]] bool AskSignIn(const QUrl &url, const QString &proxyHost, const QString &realm, TSignInAnswer &answer);
   void SelectClientCertificate(QWebEngineClientCertificateSelection selection);
 
   QWebEnginePage *m_page = nullptr;
@@ -54,6 +64,7 @@ class TPagePrompts final : public QObject {
   QPointer<TPermissionBar> m_bar;
   QPointer<TFullScreenNotice> m_notice;
   QList<TPermissionRequest> m_permissionRequests;
-  QHash<QString, QPointer<TSignInDialog>> m_openSignIns;
-  QSet<QString> m_refusedSignIns;
+  // By place that asks, for the page being shown.
+  QHash<QString, TSignInAnswer> m_signIns;
+  QPointer<TSignInDialog> m_openSignIn;
 };

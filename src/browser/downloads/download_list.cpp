@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <QDesktopServices>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QIcon>
 #include <QMimeDatabase>
 #include <QPointer>
 #include <QStandardPaths>
+#include <QUuid>
 #include <QWebEngineDownloadRequest>
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
@@ -42,8 +42,11 @@ struct TDownloadList::TItem {
   qint64 total = -1;
   QString failure;
   QPointer<QWebEngineDownloadRequest> request;
-  // Requests a retry under the item's own name; alive until the engine has come back with it.
+  QString suggestedName;  // the server's own, unchecked
+  // Asks for the file again; alive until the engine has come back with a request. That request is known by its name
+  // alone: its address may be another one after redirections, and it belongs to no page.
   std::unique_ptr<QWebEnginePage> retryPage;
+  QString retryToken;
   QElapsedTimer retrySince;
 
   double speed = 0;  // bytes per second, smoothed
@@ -97,9 +100,19 @@ void TDownloadList::SetOpener(std::function<bool(const QUrl &)> opener) { m_open
 
 void TDownloadList::TakeRequest(QWebEngineDownloadRequest *request) {
   const auto retried = std::find_if(m_items.begin(), m_items.end(), [request](const std::unique_ptr<TItem> &item) {
-    return item->retryPage != nullptr && item->retryPage.get() == request->page();
+    return item->retryPage != nullptr && item->retryToken == request->suggestedFileName();
   });
   if (retried != m_items.end()) return TakeRetry(**retried, request);
+  const auto resumed = std::find_if(m_items.begin(), m_items.end(), [request](const std::unique_ptr<TItem> &item) {
+    return item->request != nullptr && item->request->id() == request->id();
+  });
+  if (resumed != m_items.end()) {
+    // After an interruption the engine goes on by itself, and asks about the same download once more.
+    TItem &item = **resumed;
+    item.request->disconnect(this);
+    item.state = TDownloadState::Running;
+    return Begin(item, request);
+  }
   if (request->isSavePageDownload() && request->state() != QWebEngineDownloadRequest::DownloadRequested) {
     // A page that is being saved to a place already chosen: it runs by itself and is only listed.
     const QString path = QDir(request->downloadDirectory()).filePath(request->downloadFileName());
@@ -110,12 +123,13 @@ void TDownloadList::TakeRequest(QWebEngineDownloadRequest *request) {
 
 void TDownloadList::TakeNewRequest(QWebEngineDownloadRequest *request) {
   const QUrl address = request->url();
-  // Nobody can click while the file dialog is open, so this came from a script: it waits in the list, once.
-  if (m_asking) {
+  // Nobody can click while the file dialog is open, nor right after it: what comes then was asked for by a script, and
+  // a script must not keep the user busy with dialogs. It waits in the list, once.
+  if (m_asking || (m_asked.isValid() && m_asked.elapsed() < m_pauseBetweenDialogs)) {
     const bool known = std::any_of(m_items.begin(), m_items.end(), [&address](const std::unique_ptr<TItem> &item) {
       return item->state == TDownloadState::NotStarted && item->address == address;
     });
-    if (!known) AddItem(address, {}, TDownloadState::NotStarted);
+    if (!known) AddItem(address, {}, TDownloadState::NotStarted).suggestedName = request->suggestedFileName();
     request->cancel();
     return;
   }
@@ -140,8 +154,7 @@ void TDownloadList::TakeRetry(TItem &item, QWebEngineDownloadRequest *request) {
   if (item.path.isEmpty()) {
     const QPointer<TDownloadList> self(this);
     const QPointer<QWebEngineDownloadRequest> alive(request);
-    const QUrl address = item.address;
-    const QString path = m_asking ? QString() : ChoosePath(request->suggestedFileName(), nullptr);
+    const QString path = m_asking ? QString() : ChoosePath(item.suggestedName, nullptr);
     if (self.isNull()) return;
     // The list may have changed while the user was choosing.
     const auto still = std::find_if(m_items.begin(), m_items.end(),
@@ -254,12 +267,18 @@ TDownloadList::TItem &TDownloadList::AddItem(const QUrl &address, const QString 
 
 void TDownloadList::RemoveItem(int row) {
   if (QWebEngineDownloadRequest *request = m_items[size_t(row)]->request) {
-    request->disconnect(this);
+    LetGo(request);
     request->deleteLater();
   }
   beginRemoveRows({}, row, row);
   m_items.erase(m_items.begin() + row);
   endRemoveRows();
+}
+
+void TDownloadList::LetGo(QWebEngineDownloadRequest *request) {
+  request->disconnect(this);
+  // Otherwise the engine may go on with an interrupted one by itself.
+  request->cancel();
 }
 
 QString TDownloadList::ChoosePath(const QString &name, QWebEnginePage *page) {
@@ -279,6 +298,7 @@ QString TDownloadList::ChoosePath(const QString &name, QWebEnginePage *page) {
   }
   if (self.isNull()) return {};
   m_asking = false;
+  m_asked.start();
   if (path.isEmpty()) return {};
   const QFileInfo chosen(path);
   m_store.Write(TRegistryHive::CurrentUser, StoreKey, FolderValue, chosen.absolutePath());
@@ -359,7 +379,7 @@ void TDownloadList::Cancel(int row) {
 void TDownloadList::Retry(int row) {
   if (!CanRetry(row)) return;
   TItem &item = *Item(row);
-  if (item.request != nullptr) item.request->disconnect(this);
+  if (item.request != nullptr) LetGo(item.request);
   item.request = nullptr;
   item.state = TDownloadState::Running;
   item.received = 0;
@@ -368,7 +388,8 @@ void TDownloadList::Retry(int row) {
   item.retryPage = std::make_unique<QWebEnginePage>(&m_profile);
   item.retrySince.start();
   Announce(item);
-  item.retryPage->download(item.address, QFileInfo(item.path).fileName());
+  item.retryToken = QUuid::createUuid().toString(QUuid::WithoutBraces) + ".retry";
+  item.retryPage->download(item.address, item.retryToken);
 }
 
 bool TDownloadList::IsExecutable(int row) const {
@@ -401,7 +422,7 @@ QVariant TDownloadList::data(const QModelIndex &index, int role) const {
   const TItem *item = index.column() == 0 ? Item(index.row()) : nullptr;
   if (item == nullptr) return {};
   const QString name = item->path.isEmpty()
-                           ? FileNames::Safe(item->address.fileName(), m_language.Text("DOWNLOADS", "FallbackName"))
+                           ? FileNames::Safe(item->suggestedName, m_language.Text("DOWNLOADS", "FallbackName"))
                            : QFileInfo(item->path).fileName();
   switch (role) {
     case Qt::DisplayRole:

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <QAbstractListModel>
+#include <QElapsedTimer>
 #include <QTimer>
 #include <QUrl>
 #include <vector>
@@ -19,7 +20,7 @@ enum class TDownloadState {
   Finished,
   Cancelled,
   Failed,
-  NotStarted,  // came while the user was still being asked about another one; Retry asks for it
+  NotStarted,  // came while or right after the user was asked about another one; Retry asks for it
 };
 
 // Every download of the profile, newest first, for as long as the program runs; tabs may close meanwhile.
@@ -48,6 +49,8 @@ class TDownloadList final : public QAbstractListModel {
 
   // Replaces the file dialog. An empty function saves under the suggested free name without asking.
   void SetChooseFile(TChooseFile chooseFile);
+  // Requests that come within this time, in ms, after the user was asked wait in the list (500 at first).
+  void SetPauseBetweenDialogs(int pause) { m_pauseBetweenDialogs = pause; }
   // Replaces the desktop's "open" for files and folders; returns false when it could not be opened.
   void SetOpener(std::function<bool(const QUrl &)> opener);
 
@@ -98,6 +101,7 @@ class TDownloadList final : public QAbstractListModel {
   void Announce(const TItem &item);
   TItem &AddItem(const QUrl &address, const QString &path, TDownloadState state);
   void RemoveItem(int row);
+  void LetGo(QWebEngineDownloadRequest *request);
   // The path to save to; empty when the user cancelled.
   [[nodiscard]] QString ChoosePath(const QString &name, QWebEnginePage *page);
   [[nodiscard]] QString Folder() const;
@@ -114,6 +118,8 @@ class TDownloadList final : public QAbstractListModel {
   std::function<bool(const QUrl &)> m_opener;
   std::vector<std::unique_ptr<TItem>> m_items;
   QTimer m_tick;
+  int m_pauseBetweenDialogs = 500;
   bool m_asking = false;
+  QElapsedTimer m_asked;  // since the last file dialog was closed
   int m_activeCount = 0;
 };

@@ -24,6 +24,7 @@ constexpr std::array ExecutableEndings{
 };
 
 bool IsUnsafe(char32_t character) {
+  if (character == QChar::ReplacementCharacter) return true;  // what halves of surrogate pairs turn into
   switch (QChar::category(character)) {
     case QChar::Other_Control:
     case QChar::Other_Surrogate:
