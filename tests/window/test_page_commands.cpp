@@ -35,6 +35,7 @@ class TestPageCommands final : public QObject {
   void PageLayoutLasts();
   void FocusAndCommands();
   void StatusText();
+  void ClickedLinks();
 
  private:
   // Clicks once the page takes clicks, which is when it has been painted.
@@ -290,6 +291,30 @@ void TestPageCommands::StatusText() {
   QTRY_COMPARE(destination, int(QWebEngineNewWindowRequest::InNewBackgroundTab));
   QTest::mouseMove(m->Browser().findChild<QWebEngineView *>()->focusProxy(), QPoint(70, 150));
   QTRY_COMPARE(text.value(text.size() - 1).value(0).toString(), Url("/b"));
+}
+
+void TestPageCommands::ClickedLinks() {
+  m->Server().RoutePage("/frames", "Frames", "<iframe id='f' src='/inner' style='width:400px;height:300px'></iframe>");
+  m->Server().RoutePage("/inner", "Inner", "<a href='/b' style='display:block;width:300px;height:200px'>b</a>");
+  QVERIFY(m->OpenPath(QStringLiteral("/frames")));
+  QList<std::pair<QString, bool>> asked;
+  connect(&m->Browser(), &THalvexBrowser::BeforeNavigate, this, [&](const TNavigation *navigation) {
+    QVERIFY(!navigation->mainFrame);
+    asked.append({QUrl(navigation->address).path(), navigation->linkClicked});
+  });
+  m->Browser().EnginePage()->runJavaScript(QStringLiteral("document.getElementById('f').src = '/a'"));
+  QTRY_COMPARE(asked, (QList<std::pair<QString, bool>>{{QStringLiteral("/a"), false}}));
+  m->Browser().EnginePage()->runJavaScript(QStringLiteral("document.getElementById('f').src = '/inner'"));
+  QTRY_COMPARE(m->Server().RequestCount("/inner"), 2);
+  QTRY_VERIFY(!m->Browser().EnginePage()->isLoading());
+  asked.clear();
+  // A frame takes clicks a little later than its page.
+  const auto clickUntilAsked = [&] {
+    QTest::mouseClick(m->Browser().findChild<QWebEngineView *>()->focusProxy(), Qt::LeftButton, {}, QPoint(60, 100));
+    return !asked.isEmpty();
+  };
+  QVERIFY(QTest::qWaitFor(clickUntilAsked, TBrowserFixture::LoadTime));
+  QCOMPARE(asked.first(), std::pair(QStringLiteral("/b"), true));
 }
 
 int main(int argc, char **argv) {

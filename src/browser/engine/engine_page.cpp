@@ -12,6 +12,7 @@
 #include "browser/engine/address_fixup.h"
 #include "browser/engine/content_filter.h"
 #include "browser/engine/halvex_browser.h"
+#include "browser/engine/input_watch.h"
 
 namespace {
 
@@ -48,6 +49,10 @@ TEnginePage::~TEnginePage() {
   setUrlRequestInterceptor(nullptr);
 }
 
+void TEnginePage::WatchInput(QWidget *view) {
+  m_input = new TInputWatch(view, this);
+}
+
 void TEnginePage::NoteUserAction() {
   m_dialogs->Reset();
   m_askedToLeave = false;
@@ -76,7 +81,8 @@ bool TEnginePage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
   TNavigation navigation;
   navigation.address = AddressOf(url);
   navigation.mainFrame = isMainFrame;
-  navigation.linkClicked = type == NavigationTypeLinkClicked || type == NavigationTypeFormSubmitted;
+  navigation.linkClicked =
+      (type == NavigationTypeLinkClicked || type == NavigationTypeFormSubmitted) && m_input && m_input->UserJustActed();
   navigation.reload = type == NavigationTypeReload;
   navigation.historyMove = type == NavigationTypeBackForward;
   navigation.redirect = type == NavigationTypeRedirect;

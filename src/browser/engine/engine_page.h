@@ -9,6 +9,7 @@
 #include "browser/engine/load_failure.h"
 
 class TContentFilter;
+class TInputWatch;
 class TScriptDialogs;
 struct TNavigation;
 
@@ -25,6 +26,8 @@ class TEnginePage final : public QWebEnginePage {
 
   // Holds from the next navigation on.
   void SetDownloadControlOptions(TDownloadControlOptionSet options) { m_nextOptions = options; }
+  // Tells real clicks in the view from navigations that scripts begin.
+  void WatchInput(QWidget *view);
   // The user acts himself: script dialogs that were switched off may come again.
   void NoteUserAction();
   // Answers open script dialogs; the page is going away.
@@ -72,6 +75,7 @@ class TEnginePage final : public QWebEnginePage {
   TEngine &m_engine;
   QWidget *m_owner = nullptr;
   TContentFilter *m_filter = nullptr;
+  TInputWatch *m_input = nullptr;
   TScriptDialogs *m_dialogs = nullptr;
   TDownloadControlOptionSet m_nextOptions = AllDownloadControlOptions;
   QUrl m_pending;            // The address of the navigation under way, redirects followed.

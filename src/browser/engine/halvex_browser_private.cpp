@@ -48,6 +48,7 @@ void THalvexBrowser::TPrivate::EnsureView() {
   prompts = new TPagePrompts(page, q, engine.Language());
   layout->insertWidget(0, prompts->Bar());
   printing = new TPagePrinting(engine, view, q);
+  page->WatchInput(view);
   page->SetDownloadControlOptions(options);
   page->setZoomFactor(zoom);
   ConnectPage();

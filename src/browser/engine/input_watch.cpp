@@ -1,0 +1,37 @@
+#include "browser/engine/input_watch.h"
+
+#include <QChildEvent>
+#include <QWidget>
+
+namespace {
+
+// From the click through the page's own handlers to the navigation.
+constexpr qint64 ActingTime = 1000;  // milliseconds
+
+}  // namespace
+
+TInputWatch::TInputWatch(QWidget *view, QObject *parent) : QObject(parent), m_view(view) {
+  view->installEventFilter(this);
+  for (QWidget *inner : view->findChildren<QWidget *>()) inner->installEventFilter(this);
+}
+
+bool TInputWatch::UserJustActed() const {
+  return m_since.isValid() && m_since.elapsed() < ActingTime;
+}
+
+bool TInputWatch::eventFilter(QObject *watched, QEvent *event) {
+  switch (event->type()) {
+    case QEvent::ChildAdded:
+      if (watched == m_view) static_cast<QChildEvent *>(event)->child()->installEventFilter(this);
+      break;
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::KeyPress:
+    case QEvent::TouchEnd:
+      m_since.start();
+      break;
+    default:
+      break;
+  }
+  return false;
+}

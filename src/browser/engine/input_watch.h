@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+
+class QWidget;
+
+// Knows whether the user has just clicked or typed in a view. The engine calls every navigation that a page begins by
+// itself a clicked link; only together with this is it one.
+class TInputWatch final : public QObject {
+  Q_OBJECT
+
+ public:
+  // Watches the inner widgets of `view`, which come and go with its renderers.
+  TInputWatch(QWidget *view, QObject *parent);
+
+  [[nodiscard]] bool UserJustActed() const;
+
+  bool eventFilter(QObject *watched, QEvent *event) override;
+
+ private:
+  QWidget *m_view = nullptr;
+  QElapsedTimer m_since;
+};
