@@ -101,8 +101,12 @@ void TDownloadWindow::UpdateButtons() {
   const int row = CurrentRow();
   const bool focused = focusWidget() != nullptr && focusWidget()->hasFocus();
   for (const TCommand &command : m_commands) command.button->setEnabled(command.applies(row));
-  // A button that was pressed and is now grey must not leave the keyboard nowhere.
+  // A button that was pressed and no longer applies must not leave the keyboard nowhere.
   if (focused && !focusWidget()->isEnabled()) m_ui->lvDownloads->setFocus();
+  // Of these a download has one at a time; showing only that one keeps the row short.
+  for (QWidget *button : {m_ui->cmdPause, m_ui->cmdResume, m_ui->cmdRetry, m_ui->cmdOpen}) {
+    button->setVisible(button->isEnabled());
+  }
   bool clearable = false;
   for (int other = 0; other < m_downloads.rowCount(); ++other) clearable |= !m_downloads.CanCancel(other);
   m_ui->cmdClear->setEnabled(clearable);
