@@ -5,11 +5,11 @@
 #include <QTest>
 #include <QTimer>
 
-// Runs `act` on the modal dialog of type T as soon as one is open, so that a test can answer a call that blocks. When none
-// comes the test fails, and whatever blocks instead is closed.
+// Runs `act` on the modal dialog of type T as soon as one is open, so that a test can answer a call that blocks. When
+// none comes the test fails, and whatever blocks instead is closed.
 template <typename T>
 void OnModalDialog(std::function<void(T &)> act) {
-  constexpr int Interval = 10;    // ms
+  constexpr int Interval = 10;  // ms
   constexpr int MostTries = 500;
   auto *timer = new QTimer(qApp);
   timer->setInterval(Interval);

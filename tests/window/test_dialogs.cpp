@@ -76,7 +76,9 @@ class TestDialogs final : public QObject {
   TLanguage m_language;
 };
 
-void TestDialogs::initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
+void TestDialogs::initTestCase() {
+  QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")));
+}
 
 void TestDialogs::confirmAnswers_data() {
   QTest::addColumn<QString>("cancelText");

@@ -94,7 +94,9 @@ class TestDownloads final : public QObject {
   QList<QUrl> m_opened;
 };
 
-void TestDownloads::initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
+void TestDownloads::initTestCase() {
+  QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")));
+}
 
 void TestDownloads::init() {
   m_folder = std::make_unique<QTemporaryDir>();
@@ -174,8 +176,9 @@ void TestDownloads::freePathNumbersNames() {
   QFETCH(QString, name);
   QFETCH(QString, free);
   for (const QString &file : there) QVERIFY(QFile(In(file)).open(QIODevice::WriteOnly));
-  QCOMPARE(FileNames::FreePath(m_folder->path(), name, [this](const QString &path) { return path == In(u"taken.txt"_s); }),
-           In(free));
+  QCOMPARE(
+      FileNames::FreePath(m_folder->path(), name, [this](const QString &path) { return path == In(u"taken.txt"_s); }),
+      In(free));
 }
 
 void TestDownloads::executables_data() {
@@ -248,7 +251,8 @@ void TestDownloads::savesWhereTheUserSays() {
   QCOMPARE(m_store->Read(TRegistryHive::CurrentUser, Key, u"DownloadFolder"_s).value_or(QString()), In(u"elsewhere"_s));
   QVERIFY(m_list->Open(0));
   QVERIFY(m_list->OpenFolder(0));
-  QCOMPARE(m_opened, (QList<QUrl>{QUrl::fromLocalFile(In(u"elsewhere/mine.txt"_s)), QUrl::fromLocalFile(In(u"elsewhere"_s))}));
+  QCOMPARE(m_opened,
+           (QList<QUrl>{QUrl::fromLocalFile(In(u"elsewhere/mine.txt"_s)), QUrl::fromLocalFile(In(u"elsewhere"_s))}));
   QVERIFY(QFile::remove(In(u"elsewhere/mine.txt"_s)));
   QVERIFY(!m_list->Open(0));
 }
@@ -284,7 +288,9 @@ void TestDownloads::cancelledChoiceLeavesNothing() {
 
 void TestDownloads::hostileNamesStayInTheFolder() {
   m_list->SetChooseFile({});
-  m_server->Route("/hostile", TTestResponse::Attachment("../../../../tmp/evil\xE2\x80\xAE" "cod.exe", "x"));
+  m_server->Route("/hostile", TTestResponse::Attachment("../../../../tmp/evil\xE2\x80\xAE"
+                                                        "cod.exe",
+                                                        "x"));
   Download(u"/hostile"_s);
   QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
   QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);

@@ -33,7 +33,9 @@ class TestFindBar final : public QObject {
   [[nodiscard]] QLineEdit &Box() const { return *m_bar->findChild<QLineEdit *>("txtFind"); }
   [[nodiscard]] QString Result() const { return m_bar->findChild<QLabel *>("lblResult")->text(); }
   // Text, forward, match case, wrap of the last request.
-  [[nodiscard]] QList<QVariant> TakeRequest() { return m_requests->isEmpty() ? QList<QVariant>() : m_requests->takeLast(); }
+  [[nodiscard]] QList<QVariant> TakeRequest() {
+    return m_requests->isEmpty() ? QList<QVariant>() : m_requests->takeLast();
+  }
 
   TLanguage m_language;
   std::unique_ptr<QWidget> m_window;
@@ -41,7 +43,9 @@ class TestFindBar final : public QObject {
   std::unique_ptr<QSignalSpy> m_requests;
 };
 
-void TestFindBar::initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
+void TestFindBar::initTestCase() {
+  QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")));
+}
 
 void TestFindBar::init() {
   m_window = std::make_unique<QWidget>();
@@ -151,10 +155,14 @@ void TestFindBar::noMatchTurnsTheBox() {
 void TestFindBar::openTakesText_data() {
   QTest::addColumn<QString>("given");
   QTest::addColumn<QString>("text");
-  QTest::newRow("plain") << "word" << "word";
-  QTest::newRow("nothing keeps the last text") << "" << "before";
-  QTest::newRow("first line") << "one\ntwo" << "one";
-  QTest::newRow("blank lines before") << " \r\n one\r\ntwo" << "one";
+  QTest::newRow("plain") << "word"
+                         << "word";
+  QTest::newRow("nothing keeps the last text") << ""
+                                               << "before";
+  QTest::newRow("first line") << "one\ntwo"
+                              << "one";
+  QTest::newRow("blank lines before") << " \r\n one\r\ntwo"
+                                      << "one";
   QTest::newRow("endless") << QString(100000, 'x') << QString(1000, 'x');
 }
 

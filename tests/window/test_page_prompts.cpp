@@ -74,8 +74,9 @@ class TestPagePrompts final : public QObject {
     return result;
   }
   void AskForLocation() {
-    (void)Run(u"window.answer = ''; navigator.geolocation.getCurrentPosition(() => answer = 'yes', "
-              "e => answer = e.code == 1 ? 'no' : 'yes'); 0"_s);
+    (void)Run(
+        u"window.answer = ''; navigator.geolocation.getCurrentPosition(() => answer = 'yes', "
+        "e => answer = e.code == 1 ? 'no' : 'yes'); 0"_s);
   }
 
   TLanguage m_language;
@@ -123,12 +124,15 @@ void TestPagePrompts::menuHasWhatWorks_data() {
   const QString links = u"OpenLink OpenLinkInBackground CopyLink SaveLink"_s;
   const QString images = u"OpenImage SaveImage CopyImage CopyImageAddress"_s;
   QTest::newRow("page") << TPageMenuPlace{} << page;
-  QTest::newRow("page with history") << TPageMenuPlace{.canGoBack = true, .canGoForward = true} << u"Back Forward "_s + page;
+  QTest::newRow("page with history") << TPageMenuPlace{.canGoBack = true, .canGoForward = true}
+                                     << u"Back Forward "_s + page;
   QTest::newRow("link") << TPageMenuPlace{.link = link, .canGoBack = true} << links;
   QTest::newRow("script link") << TPageMenuPlace{.link = QUrl(u"javascript:alert(1)"_s)} << u"CopyLink"_s;
   QTest::newRow("mail link") << TPageMenuPlace{.link = QUrl(u"mailto:a@example.test"_s)} << u"CopyLink"_s;
   QTest::newRow("image") << TPageMenuPlace{.media = image, .mediaType = TRequest::MediaTypeImage} << images;
-  QTest::newRow("image in a link") << TPageMenuPlace{.link = link, .media = image, .mediaType = TRequest::MediaTypeImage}
+  QTest::newRow("image in a link") << TPageMenuPlace{.link = link,
+                                                     .media = image,
+                                                     .mediaType = TRequest::MediaTypeImage}
                                    << links + u" | "_s + images;
   QTest::newRow("broken image") << TPageMenuPlace{.media = image,
                                                   .mediaType = TRequest::MediaTypeImage,
@@ -137,7 +141,9 @@ void TestPagePrompts::menuHasWhatWorks_data() {
   QTest::newRow("canvas") << TPageMenuPlace{.mediaType = TRequest::MediaTypeCanvas} << page;
   QTest::newRow("paused video") << TPageMenuPlace{.media = image,
                                                   .mediaType = TRequest::MediaTypeVideo,
-                                                  .mediaFlags = {TRequest::MediaPaused, TRequest::MediaHasAudio, TRequest::MediaCanToggleControls, TRequest::MediaCanSave, TRequest::MediaLoop}}
+                                                  .mediaFlags = {TRequest::MediaPaused, TRequest::MediaHasAudio,
+                                                                 TRequest::MediaCanToggleControls,
+                                                                 TRequest::MediaCanSave, TRequest::MediaLoop}}
                                 << u"Play Mute +Loop Controls SaveMedia"_s;
   QTest::newRow("running sound") << TPageMenuPlace{.mediaType = TRequest::MediaTypeAudio,
                                                    .mediaFlags = {TRequest::MediaHasAudio, TRequest::MediaMuted}}
@@ -146,7 +152,9 @@ void TestPagePrompts::menuHasWhatWorks_data() {
   QTest::newRow("empty editor") << TPageMenuPlace{.editFlags = {TRequest::CanPaste, TRequest::CanSelectAll},
                                                   .editable = true}
                                 << u"Paste SelectAll"_s;
-  QTest::newRow("editor") << TPageMenuPlace{.editFlags = {TRequest::CanUndo, TRequest::CanRedo, TRequest::CanCut, TRequest::CanCopy, TRequest::CanPaste, TRequest::CanSelectAll},
+  QTest::newRow("editor") << TPageMenuPlace{.editFlags = {TRequest::CanUndo, TRequest::CanRedo, TRequest::CanCut,
+                                                          TRequest::CanCopy, TRequest::CanPaste,
+                                                          TRequest::CanSelectAll},
                                             .hasSelection = true,
                                             .editable = true}
                           << u"Undo Redo | Cut Copy Paste SelectAll"_s;
@@ -190,11 +198,12 @@ void TestPagePrompts::menuOverARealLink() {
   std::unique_ptr<TPageMenu> menu;
   m_view->setContextMenuPolicy(Qt::CustomContextMenu);
   connect(m_view, &QWidget::customContextMenuRequested, m_view, [&] {
-    menu = std::make_unique<TPageMenu>(m_language, TPageMenuPlace::Of(*m_view->lastContextMenuRequest(), *m_page), m_page);
+    menu =
+        std::make_unique<TPageMenu>(m_language, TPageMenuPlace::Of(*m_view->lastContextMenuRequest(), *m_page), m_page);
   });
   QTRY_VERIFY_WITH_TIMEOUT(m_view->focusProxy() != nullptr, LongWait);
-  QTRY_VERIFY_WITH_TIMEOUT((QTest::mouseClick(m_view->focusProxy(), Qt::RightButton, {}, QPoint(40, 50)), menu != nullptr),
-                           LongWait);
+  QTRY_VERIFY_WITH_TIMEOUT(
+      (QTest::mouseClick(m_view->focusProxy(), Qt::RightButton, {}, QPoint(40, 50)), menu != nullptr), LongWait);
   QSignalSpy opened(menu.get(), &TPageMenu::OpenRequested);
   menu->findChild<QAction *>("OpenLink")->trigger();
   QCOMPARE(opened.first().first().toString(), m_server->Url(u"/target"_s));

@@ -48,9 +48,13 @@ void TfrmConfirm::SetTexts(const QString &checkBoxText, const QString &cancelTex
   m_ui->mmoPrompt2->setAccessibleName(firstLine.isEmpty() ? windowTitle() : firstLine);
 }
 
-void TfrmConfirm::SetChecked(bool checked) { m_ui->chkConfirm->setChecked(checked); }
+void TfrmConfirm::SetChecked(bool checked) {
+  m_ui->chkConfirm->setChecked(checked);
+}
 
-bool TfrmConfirm::IsChecked() const { return m_ui->chkConfirm->isChecked(); }
+bool TfrmConfirm::IsChecked() const {
+  return m_ui->chkConfirm->isChecked();
+}
 
 void TfrmConfirm::showEvent(QShowEvent *event) {
   FitToContents();

@@ -82,7 +82,9 @@ TFindBar::TFindBar(const TLanguage &language, QWidget *parent) : QWidget(parent)
   hide();
 }
 
-QString TFindBar::SearchText() const { return m_text->text(); }
+QString TFindBar::SearchText() const {
+  return m_text->text();
+}
 
 void TFindBar::Open(const QString &initialText) {
   show();

@@ -9,8 +9,8 @@ class QLineEdit;
 class QToolButton;
 class TLanguage;
 
-// The bar that searches the page: text box, previous and next, match case, wrap, the count of matches, close. It searches
-// nothing itself: the owner runs FindRequested on the page and answers with ShowResult.
+// The bar that searches the page: text box, previous and next, match case, wrap, the count of matches, close. It
+// searches nothing itself: the owner runs FindRequested on the page and answers with ShowResult.
 class TFindBar final : public QWidget {
   Q_OBJECT
 

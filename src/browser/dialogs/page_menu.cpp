@@ -19,7 +19,9 @@ constexpr std::array NoPageSchemes{"javascript", "mailto", "tel", "sms", "news"}
 // Where a line is shown, and when it is checked.
 using TTest = bool (*)(const TPlace &);
 
-bool HasLink(const TPlace &place) { return !place.link.isEmpty(); }
+bool HasLink(const TPlace &place) {
+  return !place.link.isEmpty();
+}
 bool HasOpenableLink(const TPlace &place) {
   return HasLink(place) && std::none_of(NoPageSchemes.begin(), NoPageSchemes.end(), [&place](const char *scheme) {
            return place.link.scheme() == QLatin1String(scheme);
@@ -43,8 +45,12 @@ template <TRequest::MediaFlag flag>
 bool HasPlayerThat(const TPlace &place) {
   return HasPlayer(place) && place.mediaFlags.testFlag(flag);
 }
-bool HasPausedPlayer(const TPlace &place) { return HasPlayerThat<TRequest::MediaPaused>(place); }
-bool HasRunningPlayer(const TPlace &place) { return HasPlayer(place) && !HasPausedPlayer(place); }
+bool HasPausedPlayer(const TPlace &place) {
+  return HasPlayerThat<TRequest::MediaPaused>(place);
+}
+bool HasRunningPlayer(const TPlace &place) {
+  return HasPlayer(place) && !HasPausedPlayer(place);
+}
 bool HasSavableMedia(const TPlace &place) {
   return HasPlayerThat<TRequest::MediaCanSave>(place) && !place.media.isEmpty();
 }
@@ -52,12 +58,18 @@ template <TRequest::EditFlag flag>
 bool HasEditorThat(const TPlace &place) {
   return place.editable && place.editFlags.testFlag(flag);
 }
-bool CanCopy(const TPlace &place) { return place.hasSelection || HasEditorThat<TRequest::CanCopy>(place); }
+bool CanCopy(const TPlace &place) {
+  return place.hasSelection || HasEditorThat<TRequest::CanCopy>(place);
+}
 bool IsBarePage(const TPlace &place) {
   return !HasLink(place) && !HasImage(place) && !HasPlayer(place) && !place.hasSelection && !place.editable;
 }
-bool CanGoBack(const TPlace &place) { return IsBarePage(place) && place.canGoBack; }
-bool CanGoForward(const TPlace &place) { return IsBarePage(place) && place.canGoForward; }
+bool CanGoBack(const TPlace &place) {
+  return IsBarePage(place) && place.canGoBack;
+}
+bool CanGoForward(const TPlace &place) {
+  return IsBarePage(place) && place.canGoForward;
+}
 
 enum class TTask { Engine, Command, OpenLink, OpenLinkInBackground, OpenImage };
 

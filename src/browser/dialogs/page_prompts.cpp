@@ -19,7 +19,7 @@
 
 namespace {
 
-constexpr int MostPermissionRequests = 16;               // a page that asks for more at a time gets no answer
+constexpr int MostPermissionRequests = 16;                 // a page that asks for more at a time gets no answer
 constexpr qint64 LargestQuota = qint64(64) * 1024 * 1024;  // bytes that a page may store without being asked about
 constexpr int LongestCertificateName = 80;
 
@@ -83,20 +83,25 @@ TPagePrompts::~TPagePrompts() {
   delete m_bar;
 }
 
-QWidget *TPagePrompts::Bar() const { return m_bar; }
+QWidget *TPagePrompts::Bar() const {
+  return m_bar;
+}
 
 void TPagePrompts::ShowFullScreenNotice(QWidget *over, const QUrl &origin) {
   HideFullScreenNotice();
   m_notice = new TFullScreenNotice(m_language.Text("FULL_SCREEN", "Notice").arg(OriginText(origin, m_language)), over);
 }
 
-void TPagePrompts::HideFullScreenNotice() { delete m_notice; }
+void TPagePrompts::HideFullScreenNotice() {
+  delete m_notice;
+}
 
 void TPagePrompts::AskPermission(const QUrl &origin, QWebEnginePage::Feature feature) {
   const std::optional<bool> decided = TPermissionDecisions::Of(*m_page->profile()).Find(origin, feature);
   if (decided.has_value() || FindFeature(feature) == nullptr) {
-    m_page->setFeaturePermission(origin, feature, decided.value_or(false) ? QWebEnginePage::PermissionGrantedByUser
-                                                                          : QWebEnginePage::PermissionDeniedByUser);
+    m_page->setFeaturePermission(
+        origin, feature,
+        decided.value_or(false) ? QWebEnginePage::PermissionGrantedByUser : QWebEnginePage::PermissionDeniedByUser);
     return;
   }
   const TPermissionRequest request{origin, feature};
@@ -119,8 +124,9 @@ void TPagePrompts::FinishPermission(bool allow, bool remember) {
   if (m_permissionRequests.isEmpty()) return;
   const TPermissionRequest request = m_permissionRequests.takeFirst();
   if (remember) TPermissionDecisions::Of(*m_page->profile()).Remember(request.origin, request.feature, allow);
-  m_page->setFeaturePermission(request.origin, request.feature,
-                               allow ? QWebEnginePage::PermissionGrantedByUser : QWebEnginePage::PermissionDeniedByUser);
+  m_page->setFeaturePermission(
+      request.origin, request.feature,
+      allow ? QWebEnginePage::PermissionGrantedByUser : QWebEnginePage::PermissionDeniedByUser);
   AskNextPermission();
 }
 
@@ -132,8 +138,8 @@ void TPagePrompts::ForgetPermissionRequests() {
 void TPagePrompts::SignIn(const QUrl &url, const QString &proxyHost, QAuthenticator *authenticator) {
   const QString place = (proxyHost.isEmpty() ? OriginText(url, m_language) : proxyHost) + '\n' + authenticator->realm();
   TSignInAnswer answer = m_signIns.value(place);
-  // One answer holds for everything that a page loads from one place: a page of many pictures asks once. An address that
-  // comes again did not like the answer.
+  // One answer holds for everything that a page loads from one place: a page of many pictures asks once. An address
+  // that comes again did not like the answer.
   if (!answer.refused && (answer.addresses.isEmpty() || answer.addresses.contains(url))) {
     answer = TSignInAnswer();
     if (!AskSignIn(url, proxyHost, authenticator->realm(), answer)) {

@@ -13,8 +13,8 @@ class TLanguage;
 class TPermissionBar;
 class TSignInDialog;
 
-// What a page asks of its user besides script dialogs: to sign in, for permissions, for a client certificate. It connects
-// itself to the page and belongs to it. Protocol handlers are refused quietly.
+// What a page asks of its user besides script dialogs: to sign in, for permissions, for a client certificate. It
+// connects itself to the page and belongs to it. Protocol handlers are refused quietly.
 class TPagePrompts final : public QObject {
   Q_OBJECT
 

@@ -7,8 +7,9 @@ class QLabel;
 class QPushButton;
 class TLanguage;
 
-// One question above the page, with Allow, Deny and a close button. It never takes the keyboard from the page by itself,
-// and its buttons wake up a moment after it appeared, so that a click meant for the page does not allow anything.
+// One question above the page, with Allow, Deny and a close button. It never takes the keyboard from the page by
+// itself, and its buttons wake up a moment after it appeared, so that a click meant for the page does not allow
+// anything.
 class TPermissionBar final : public QFrame {
   Q_OBJECT
 

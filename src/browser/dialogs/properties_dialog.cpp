@@ -14,9 +14,8 @@ constexpr int LongestText = 4000;  // an address may hold a whole picture
 
 // By level of encryption, as the status bar has them; the lowest level has a text here only.
 constexpr std::array EncryptionTexts{
-    TTextKey{"PROPERTIES", "NotEncrypted"}, TTextKey{"MAIN", "EncryptionMixed"},
-    TTextKey{"MAIN", "EncryptionUnknown"},  TTextKey{"MAIN", "Encryption40Bit"},
-    TTextKey{"MAIN", "Encryption56Bit"},    TTextKey{"MAIN", "EncryptionFortezza"},
+    TTextKey{"PROPERTIES", "NotEncrypted"}, TTextKey{"MAIN", "EncryptionMixed"}, TTextKey{"MAIN", "EncryptionUnknown"},
+    TTextKey{"MAIN", "Encryption40Bit"},    TTextKey{"MAIN", "Encryption56Bit"}, TTextKey{"MAIN", "EncryptionFortezza"},
     TTextKey{"MAIN", "Encryption128Bit"},
 };
 

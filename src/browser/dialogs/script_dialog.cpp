@@ -46,13 +46,21 @@ TScriptDialog::TScriptDialog(TKind kind, const QString &heading, const QString &
 
 TScriptDialog::~TScriptDialog() = default;
 
-void TScriptDialog::SetValue(const QString &value) { m_ui->txtValue->setText(value); }
+void TScriptDialog::SetValue(const QString &value) {
+  m_ui->txtValue->setText(value);
+}
 
-QString TScriptDialog::Value() const { return m_ui->txtValue->text(); }
+QString TScriptDialog::Value() const {
+  return m_ui->txtValue->text();
+}
 
-void TScriptDialog::OfferToKeep(bool offer) { m_ui->chkKeep->setVisible(offer); }
+void TScriptDialog::OfferToKeep(bool offer) {
+  m_ui->chkKeep->setVisible(offer);
+}
 
-bool TScriptDialog::KeepFromOpening() const { return m_ui->chkKeep->isChecked(); }
+bool TScriptDialog::KeepFromOpening() const {
+  return m_ui->chkKeep->isChecked();
+}
 
 void TScriptDialog::showEvent(QShowEvent *event) {
   QPlainTextEdit &message = *m_ui->mmoMessage;

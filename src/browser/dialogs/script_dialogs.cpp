@@ -9,9 +9,13 @@
 
 TScriptDialogs::TScriptDialogs(const TLanguage &language, QObject *parent) : QObject(parent), m_language(language) {}
 
-TScriptDialogs::~TScriptDialogs() { Dismiss(); }
+TScriptDialogs::~TScriptDialogs() {
+  Dismiss();
+}
 
-void TScriptDialogs::SetBringToFront(std::function<void()> bringToFront) { m_bringToFront = std::move(bringToFront); }
+void TScriptDialogs::SetBringToFront(std::function<void()> bringToFront) {
+  m_bringToFront = std::move(bringToFront);
+}
 
 void TScriptDialogs::Alert(QWidget *owner, const QUrl &origin, const QString &message) {
   Run(TScriptDialog::TKind::Alert, owner, Heading(origin), message);

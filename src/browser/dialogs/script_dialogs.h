@@ -9,8 +9,8 @@
 class QUrl;
 class TLanguage;
 
-// The dialogs that the scripts of one page may open. They are plain text, say which site they come from, scroll when they
-// are long, and from the second one on offer to keep the page from opening more: a page cannot trap the user.
+// The dialogs that the scripts of one page may open. They are plain text, say which site they come from, scroll when
+// they are long, and from the second one on offer to keep the page from opening more: a page cannot trap the user.
 class TScriptDialogs final : public QObject {
   Q_OBJECT
 
@@ -21,14 +21,15 @@ class TScriptDialogs final : public QObject {
   // Called before a dialog opens, to bring a page in the background to the front.
   void SetBringToFront(std::function<void()> bringToFront);
 
-  // Each blocks until the user has answered; this object and `owner` may be deleted meanwhile. Without an answer (Escape,
-  // kept from opening, page gone) Confirm and Prompt return false.
+  // Each blocks until the user has answered; this object and `owner` may be deleted meanwhile. Without an answer
+  // (Escape, kept from opening, page gone) Confirm and Prompt return false.
   void Alert(QWidget *owner, const QUrl &origin, const QString &message);
   [[nodiscard]] bool Confirm(QWidget *owner, const QUrl &origin, const QString &message);
   // `result` is set only when true is returned; it may be empty then.
   [[nodiscard]] bool Prompt(QWidget *owner, const QUrl &origin, const QString &message, const QString &defaultValue,
                             QString *result);
-  // True to leave the page. Asks in the program's own words, and is never kept from opening: it guards the user's input.
+  // True to leave the page. Asks in the program's own words, and is never kept from opening: it guards the user's
+  // input.
   [[nodiscard]] bool BeforeUnload(QWidget *owner, const QUrl &origin);
 
   // Dialogs are allowed again. Call it when the user navigates or reloads, never for a page's own navigation.

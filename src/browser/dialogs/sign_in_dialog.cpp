@@ -33,9 +33,13 @@ TSignInDialog::TSignInDialog(const QString &prompt, const QString &realm, bool e
 
 TSignInDialog::~TSignInDialog() = default;
 
-QString TSignInDialog::User() const { return m_ui->txtUser->text(); }
+QString TSignInDialog::User() const {
+  return m_ui->txtUser->text();
+}
 
-QString TSignInDialog::Password() const { return m_ui->txtPassword->text(); }
+QString TSignInDialog::Password() const {
+  return m_ui->txtPassword->text();
+}
 
 void TSignInDialog::showEvent(QShowEvent *event) {
   const int width = fontMetrics().averageCharWidth() * TextWidthInCharacters;

@@ -23,14 +23,16 @@ namespace {
 
 const QString StoreKey = QStringLiteral("Software\\Velmora\\Zarvela\\CurrentVersion");
 const QString FolderValue = QStringLiteral("DownloadFolder");
-constexpr size_t MostItems = 500;         // the oldest inactive ones leave the list
-constexpr int TickInterval = 1000;        // ms between looks at downloads that have come to a stop
-constexpr int ShortestSample = 300;       // ms
-constexpr int StalledAfter = 3000;        // ms without a byte: the speed is not known any more
+constexpr size_t MostItems = 500;    // the oldest inactive ones leave the list
+constexpr int TickInterval = 1000;   // ms between looks at downloads that have come to a stop
+constexpr int ShortestSample = 300;  // ms
+constexpr int StalledAfter = 3000;   // ms without a byte: the speed is not known any more
 constexpr double NewSampleShare = 0.3;
-constexpr int RetryPatience = 30000;      // ms that a server has for beginning to answer a retry
+constexpr int RetryPatience = 30000;  // ms that a server has for beginning to answer a retry
 
-bool IsActiveState(TDownloadState state) { return state == TDownloadState::Running || state == TDownloadState::Paused; }
+bool IsActiveState(TDownloadState state) {
+  return state == TDownloadState::Running || state == TDownloadState::Paused;
+}
 
 }  // namespace
 
@@ -96,7 +98,9 @@ void TDownloadList::SetChooseFile(TChooseFile chooseFile) {
   m_chooseFile = std::move(chooseFile);
 }
 
-void TDownloadList::SetOpener(std::function<bool(const QUrl &)> opener) { m_opener = std::move(opener); }
+void TDownloadList::SetOpener(std::function<bool(const QUrl &)> opener) {
+  m_opener = std::move(opener);
+}
 
 void TDownloadList::TakeRequest(QWebEngineDownloadRequest *request) {
   const auto retried = std::find_if(m_items.begin(), m_items.end(), [request](const std::unique_ptr<TItem> &item) {
@@ -172,7 +176,8 @@ void TDownloadList::TakeRetry(TItem &item, QWebEngineDownloadRequest *request) {
   } else {
     const QFileInfo file(item.path);
     item.path.clear();
-    item.path = FileNames::FreePath(file.path(), file.fileName(), [this](const QString &p) { return IsBeingWritten(p); });
+    item.path =
+        FileNames::FreePath(file.path(), file.fileName(), [this](const QString &p) { return IsBeingWritten(p); });
   }
   Begin(item, request);
 }
@@ -182,7 +187,8 @@ void TDownloadList::Begin(TItem &item, QWebEngineDownloadRequest *request) {
   const QFileInfo folder(file.path());
   if (!folder.isDir() || !folder.isWritable()) {
     request->cancel();
-    Fail(item, folder.isDir() ? m_language.Text("DOWNLOADS", "NoPermission") : m_language.Text("DOWNLOADS", "FolderGone"));
+    Fail(item,
+         folder.isDir() ? m_language.Text("DOWNLOADS", "NoPermission") : m_language.Text("DOWNLOADS", "FolderGone"));
     return;
   }
   request->setDownloadDirectory(file.path());
@@ -242,9 +248,8 @@ void TDownloadList::Fail(TItem &item, const QString &reason) {
 void TDownloadList::Announce(const TItem &item) {
   const QModelIndex changed = index(RowOf(item));
   Q_EMIT dataChanged(changed, changed);
-  const int active = int(std::count_if(m_items.begin(), m_items.end(), [](const std::unique_ptr<TItem> &other) {
-    return IsActiveState(other->state);
-  }));
+  const int active = int(std::count_if(
+      m_items.begin(), m_items.end(), [](const std::unique_ptr<TItem> &other) { return IsActiveState(other->state); }));
   if (active == m_activeCount) return;
   m_activeCount = active;
   active > 0 ? m_tick.start() : m_tick.stop();
@@ -320,7 +325,9 @@ bool TDownloadList::IsBeingWritten(const QString &path) const {
   });
 }
 
-int TDownloadList::ActiveCount() const { return m_activeCount; }
+int TDownloadList::ActiveCount() const {
+  return m_activeCount;
+}
 
 void TDownloadList::CancelAll() {
   for (int row = 0; row < rowCount(); ++row) Cancel(row);
@@ -416,7 +423,9 @@ void TDownloadList::ClearFinished() {
   for (int row = rowCount() - 1; row >= 0; --row) Remove(row);
 }
 
-int TDownloadList::rowCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : int(m_items.size()); }
+int TDownloadList::rowCount(const QModelIndex &parent) const {
+  return parent.isValid() ? 0 : int(m_items.size());
+}
 
 QVariant TDownloadList::data(const QModelIndex &index, int role) const {
   const TItem *item = index.column() == 0 ? Item(index.row()) : nullptr;

@@ -44,7 +44,8 @@ class TDownloadList final : public QAbstractListModel {
   // Asks where to save; gets a full path that is free and returns the chosen one, empty to cancel.
   using TChooseFile = std::function<QString(const QString &suggested)>;
 
-  TDownloadList(QWebEngineProfile &profile, const TLanguage &language, TRegistryStore &store, QObject *parent = nullptr);
+  TDownloadList(QWebEngineProfile &profile, const TLanguage &language, TRegistryStore &store,
+                QObject *parent = nullptr);
   ~TDownloadList() override;
 
   // Replaces the file dialog. An empty function saves under the suggested free name without asking.

@@ -43,7 +43,9 @@ constexpr std::array ReasonTexts{
     TReasonText{TRequest::ServerUnreachable, {"DOWNLOADS", "ServerDown"}},
 };
 
-QString Size(qint64 bytes) { return QLocale().formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat); }
+QString Size(qint64 bytes) {
+  return QLocale().formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat);
+}
 
 QString TimeLeft(double seconds, const TLanguage &language) {
   if (seconds > LongestWait) return {};

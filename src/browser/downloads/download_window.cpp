@@ -30,7 +30,8 @@ TDownloadWindow::TDownloadWindow(TDownloadList &downloads, const TLanguage &lang
 
   // The buttons and the menu of a line are the same commands.
   m_commands = {
-      {m_ui->cmdPause, [this](int row) { return m_downloads.CanPause(row); }, [this](int row) { m_downloads.Pause(row); }},
+      {m_ui->cmdPause, [this](int row) { return m_downloads.CanPause(row); },
+       [this](int row) { m_downloads.Pause(row); }},
       {m_ui->cmdResume, [this](int row) { return m_downloads.CanResume(row); },
        [this](int row) { m_downloads.Resume(row); }},
       {m_ui->cmdCancel, [this](int row) { return m_downloads.CanCancel(row); },

@@ -13,8 +13,8 @@ namespace Ui {
 class TDownloadWindow;
 }
 
-// The list of downloads with its commands: a window of its own, or a widget in a dock. Enter opens the file, Delete takes
-// a line out of the list, Space pauses and resumes, the menu key opens the commands of the line.
+// The list of downloads with its commands: a window of its own, or a widget in a dock. Enter opens the file, Delete
+// takes a line out of the list, Space pauses and resumes, the menu key opens the commands of the line.
 class TDownloadWindow final : public QWidget {
   Q_OBJECT
 

@@ -8,19 +8,20 @@
 
 namespace {
 
-constexpr qsizetype LongestName = 200;    // bytes; file systems take 255, and numbers and endings are appended
-constexpr qsizetype LongestEnding = 24;   // bytes; a longer "ending" is a part of the name
+constexpr qsizetype LongestName = 200;   // bytes; file systems take 255, and numbers and endings are appended
+constexpr qsizetype LongestEnding = 24;  // bytes; a longer "ending" is a part of the name
 constexpr int MostNumbers = 10000;
 // The engine writes to a file of this ending until a download is complete.
 constexpr const char *PartialEnding = ".download";
 
-constexpr std::array ReservedNames{"con",  "prn",  "aux",  "nul",  "com1", "com2", "com3", "com4", "com5", "com6", "com7",
-                                   "com8", "com9", "lpt1", "lpt2", "lpt3", "lpt4", "lpt5", "lpt6", "lpt7", "lpt8", "lpt9"};
+constexpr std::array ReservedNames{"con",  "prn",  "aux",  "nul",  "com1", "com2", "com3", "com4",
+                                   "com5", "com6", "com7", "com8", "com9", "lpt1", "lpt2", "lpt3",
+                                   "lpt4", "lpt5", "lpt6", "lpt7", "lpt8", "lpt9"};
 
 constexpr std::array ExecutableEndings{
-    "desktop", "sh",  "bash", "csh", "ksh", "zsh",  "fish", "run",  "bin", "appimage", "py",  "pyc",        "pl",  "rb",
-    "jar",     "exe", "msi",  "bat", "cmd", "com",  "scr",  "ps1",  "vbs", "vbe",      "wsf", "deb",        "rpm", "snap",
-    "lnk",     "url", "apk",  "dmg", "pkg", "jnlp", "hta",  "reg",  "cpl", "flatpakref", "flatpak", "elf",  "out", "js",
+    "desktop", "sh",  "bash", "csh", "ksh", "zsh",  "fish", "run", "bin", "appimage",   "py",      "pyc", "pl",  "rb",
+    "jar",     "exe", "msi",  "bat", "cmd", "com",  "scr",  "ps1", "vbs", "vbe",        "wsf",     "deb", "rpm", "snap",
+    "lnk",     "url", "apk",  "dmg", "pkg", "jnlp", "hta",  "reg", "cpl", "flatpakref", "flatpak", "elf", "out", "js",
 };
 
 bool IsUnsafe(char32_t character) {
@@ -47,7 +48,7 @@ QString WithoutUnsafeCharacters(const QString &name) {
   for (const char32_t character : name.toUcs4()) {
     if (IsUnsafe(character)) continue;
     kept += Reserved.contains(QChar(char16_t(character))) && character < 0x80 ? QString('_')
-                                                                             : QString::fromUcs4(&character, 1);
+                                                                              : QString::fromUcs4(&character, 1);
   }
   return kept;
 }
