@@ -1,8 +1,6 @@
 // The least program that shows pages: one engine view per address, the first one visible.
 //   bare_view address...
 
-// A window of the size that leaves the program's pages about as much room; 800 x 800 is the screen of a run without one.
-
 #include <QApplication>
 #include <QStackedWidget>
 #include <QUrl>
@@ -10,6 +8,7 @@
 
 namespace {
 
+// The room that a page has in the program's window, on the 800 x 800 screen of a run without one.
 constexpr QSize PageSize(780, 560);
 
 }  // namespace
