@@ -40,10 +40,13 @@ void TAddressBox::Open(bool newTab) {
 }
 
 bool TAddressBox::eventFilter(QObject *watched, QEvent *event) {
-  if (watched == lineEdit() && event->type() == QEvent::ShortcutOverride &&
-      static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape) {
-    event->accept();   // Esc belongs to the box while it has the keyboard.
-    return true;
+  if (watched == lineEdit() && event->type() == QEvent::ShortcutOverride) {
+    // These keys belong to the box while it has the keyboard, whatever they do elsewhere.
+    const int key = static_cast<QKeyEvent *>(event)->key();
+    if (key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter) {
+      event->accept();
+      return true;
+    }
   }
   if (watched == lineEdit() && event->type() == QEvent::KeyPress) {
     const auto *key = static_cast<QKeyEvent *>(event);

@@ -96,7 +96,7 @@ class TfrmMain final : public QMainWindow {
   TPageCommands *m_pageCommands = nullptr;
   TTabCommands *m_tabCommands = nullptr;
   TLastOpenSites *m_lastSites = nullptr;
-  QTimer m_loadCoolbar;   // tmrLoadCoolbar
+  QTimer m_loadCoolbar{this};   // tmrLoadCoolbar
   QRect m_normalBounds;   // of the window when it was last neither maximised nor full screen
   bool m_closeConfirmed = false;
 };

@@ -9,7 +9,6 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 #include <QWebEnginePage>
 
 #include "browser/tabs/auto_refresh.h"
@@ -19,6 +18,7 @@
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
 #include "config/options.h"
+#include "support/modal_dialogs.h"
 #include "support/test_server.h"
 
 // Tabs with the real engine behind them, against a local server.
@@ -61,8 +61,6 @@ class TestTabs final : public QObject {
   TBrowserTab *Open(const QString &name);
   void Load(TBrowserTab *tab, const QString &path);
   void Run(TBrowserTab *tab, const QString &script);
-  // Answers the next modal dialog: `act` gets it as soon as it is up.
-  void WhenDialogOpens(const std::function<void(QDialog *)> &act);
 
   TTestServer m_server;
   TLanguage m_language;
@@ -134,19 +132,6 @@ void TestTabs::Run(TBrowserTab *tab, const QString &script) {
   bool done = false;
   tab->Browser()->EnginePage()->runJavaScript(script, [&done](const QVariant &) { done = true; });
   QTRY_VERIFY_WITH_TIMEOUT(done, 10000);
-}
-
-void TestTabs::WhenDialogOpens(const std::function<void(QDialog *)> &act) {
-  auto *timer = new QTimer(this);
-  timer->setInterval(10);
-  connect(timer, &QTimer::timeout, this, [timer, act] {
-    auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-    if (dialog == nullptr) return;
-    timer->stop();
-    timer->deleteLater();
-    act(dialog);
-  });
-  timer->start();
 }
 
 void TestTabs::InsertPosition_data() {
@@ -291,11 +276,11 @@ void TestTabs::LockPending() {
 void TestTabs::StickyName() {
   TBrowserTab *tab = m_tabs->GetActivePage();
   Load(tab, QStringLiteral("/b"));
-  WhenDialogOpens([](QDialog *dialog) {
-    auto *box = qobject_cast<QInputDialog *>(dialog);
-    QCOMPARE(box->textValue(), QStringLiteral("Page B"));
-    box->setTextValue(QStringLiteral("My tab"));
-    box->accept();
+  OnModalDialog<QInputDialog>([](QInputDialog &box) {
+    const QString offered = box.textValue();
+    box.setTextValue(QStringLiteral("My tab"));
+    box.accept();
+    QCOMPARE(offered, QStringLiteral("Page B"));
   });
   tab->AskStickyName();
   QCOMPARE(m_pages->PageCaption(tab), QStringLiteral("My tab"));
@@ -401,9 +386,9 @@ void TestTabs::CloseAllKeepCurrent() {
 
 void TestTabs::CloseAllAsks() {
   Open(QStringLiteral("B"));
-  WhenDialogOpens([](QDialog *dialog) {
-    dialog->findChild<QCheckBox *>(QStringLiteral("chkConfirm"))->setChecked(true);
-    dialog->findChild<QPushButton *>(QStringLiteral("cmdCancel"))->click();
+  OnModalDialog<QDialog>([](QDialog &dialog) {
+    dialog.findChild<QCheckBox *>(QStringLiteral("chkConfirm"))->setChecked(true);
+    dialog.findChild<QPushButton *>(QStringLiteral("cmdCancel"))->click();
   });
   m_closeAll->CloseAll(false);
   QCOMPARE(m_tabs->TabCount(), 2);
@@ -416,12 +401,12 @@ void TestTabs::CloseAllFromList() {
   m_tabs->Tab(0)->SetStickyName(QStringLiteral("A"));
   Open(QStringLiteral("B"));
   Open(QStringLiteral("C"))->SetHideFromCloseAll(true);
-  WhenDialogOpens([](QDialog *dialog) {
-    auto *list = dialog->findChild<QListWidget *>(QStringLiteral("CheckListBox1"));
-    QCOMPARE(list->count(), 3);
-    QCOMPARE(list->item(2)->checkState(), Qt::Checked);
+  OnModalDialog<QDialog>([](QDialog &dialog) {
+    auto *list = dialog.findChild<QListWidget *>(QStringLiteral("CheckListBox1"));
+    const bool allTicked = list->count() == 3 && list->item(2)->checkState() == Qt::Checked;
     list->item(1)->setCheckState(Qt::Unchecked);
-    dialog->findChild<QPushButton *>(QStringLiteral("cmdClose"))->click();
+    dialog.findChild<QPushButton *>(QStringLiteral("cmdClose"))->click();
+    QVERIFY(allTicked);
   });
   m_closeAll->ShowList();
   QCOMPARE(Names(), QStringList{QStringLiteral("B")});   // being spared plays no part here
@@ -451,11 +436,12 @@ void TestTabs::AutoRefresh() {
   QVERIFY(half != nullptr);
   half->trigger();
   QCOMPARE(refresh.Interval(), 30000);
+  QVERIFY(timer->isActive() && timer->interval() == 30000);
   QCOMPARE(TZVOptions(*m_store).Get(Setting::AutoRefresh), 30000);
   menu.actions().first()->trigger();
   QCOMPARE(refresh.Interval(), 0);
   QCOMPARE(TZVOptions(*m_store).Get(Setting::AutoRefresh), 0);
-  QVERIFY(timer == nullptr || !timer->isActive());
+  QVERIFY(!timer->isActive());
 }
 
 void TestTabs::TabListMenu() {

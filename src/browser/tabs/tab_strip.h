@@ -95,6 +95,6 @@ class TTabStrip final : public QObject {
   TTabEnvironment &m_environment;
   QList<QIcon> m_images;
   QIcon m_plainPage;      // for a page without an icon of its own
-  QTimer m_closeHidden;   // tmrCloseHidden
+  QTimer m_closeHidden{this};   // tmrCloseHidden
   bool m_closingLocked = false;
 };

@@ -1,0 +1,394 @@
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QToolBar>
+
+#include "app/address_box.h"
+#include "app/commands.h"
+#include "app/home_page.h"
+#include "app/main_window.h"
+#include "browser/tabs/browser_tab.h"
+#include "support/modal_dialogs.h"
+#include "support/shipped_files.h"
+#include "support/test_server.h"
+
+// The main window with the real engine, driven through its keys, menus and boxes.
+class TestMainWindow final : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void initTestCase();
+  void init();
+  void cleanup();
+
+  void NoMarkerIsLeft();
+  void KeysAreNotTakenTwice();
+  void AddressBox();
+  void NewTabCommands_data();
+  void NewTabCommands();
+  void NewTabFromClipboard();
+  void HomePageOfOnesOwn();
+  void BackAndForward();
+  void TabKeys();
+  void FontMenu();
+  void FullScreenAndBars();
+  void TabPlace();
+  void LanguageMenu();
+  void ListFollowsTabs();
+  void ShutdownQuestion();
+  void PlacementSurvives();
+
+ private:
+  [[nodiscard]] TBrowserTab *Active() const { return m_window->Tabs().GetActivePage(); }
+  [[nodiscard]] QAction *Action(TCommand command) const { return m_window->Commands()[command]; }
+  [[nodiscard]] QLineEdit *AddressEdit() const { return m_window->findChild<TAddressBox *>()->lineEdit(); }
+  void OpenWindow();
+  void Load(const QString &path);
+
+  TTestServer m_server;
+  std::unique_ptr<QTemporaryDir> m_folder;
+  std::unique_ptr<TRegistryStore> m_store;
+  std::unique_ptr<TfrmMain> m_window;
+};
+
+void TestMainWindow::initTestCase() {
+  UseShippedLanguages();
+  QVERIFY(m_server.Listen());
+  m_server.RoutePage("/a", "Page A", "<a href='/b' id='link'>b</a>");
+  m_server.RoutePage("/b", "Page B");
+}
+
+void TestMainWindow::init() {
+  m_folder = std::make_unique<QTemporaryDir>();
+  m_store = std::make_unique<TRegistryStore>(m_folder->filePath(QStringLiteral("registry.sqlite")));
+  TZVOptions options(*m_store);
+  options.Set(Setting::StartupMode, QStringLiteral("Blank"));
+  options.Set(Setting::ConfirmShutdown, false);
+  OpenWindow();
+}
+
+void TestMainWindow::cleanup() {
+  m_window.reset();
+  m_store.reset();
+  m_folder.reset();
+}
+
+void TestMainWindow::OpenWindow() {
+  m_window.reset();
+  m_window = std::make_unique<TfrmMain>(*m_store);
+  m_window->show();
+  QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+  const auto *start = m_window->findChild<QTimer *>(QStringLiteral("tmrLoadCoolbar"));
+  QTRY_VERIFY(!start->isActive());
+  QCOMPARE(m_window->windowTitle(), m_window->Language().Global("Blank") + QStringLiteral(" – Zarvela"));
+}
+
+void TestMainWindow::Load(const QString &path) {
+  TBrowserTab *tab = Active();
+  tab->Navigate(m_server.Url(path));
+  QTRY_VERIFY_WITH_TIMEOUT(tab->GetLocationUrl() == m_server.Url(path) && !tab->Busy(), 15000);
+}
+
+void TestMainWindow::NoMarkerIsLeft() {
+  const auto check = [](const QString &text, const QObject *object) {
+    const bool bad = text.startsWith(QLatin1String("__")) || text.startsWith(QLatin1String("~~")) ||
+                     text.contains(QLatin1String("UNDEFINED"));
+    QVERIFY2(!bad, qPrintable(object->objectName() + QStringLiteral(": ") + text));
+  };
+  for (const QAction *action : m_window->findChildren<QAction *>()) {
+    for (const QString &text : {action->text(), action->toolTip(), action->statusTip()}) check(text, action);
+  }
+  for (const QWidget *widget : m_window->findChildren<QWidget *>()) {
+    for (const QString &text : {widget->windowTitle(), widget->toolTip(), widget->accessibleName()}) check(text, widget);
+    if (const auto *label = qobject_cast<const QLabel *>(widget)) check(label->text(), label);
+  }
+  for (const QMenu *menu : m_window->findChildren<QMenu *>()) check(menu->title(), menu);
+}
+
+void TestMainWindow::KeysAreNotTakenTwice() {
+  QHash<QKeySequence, QString> owners;
+  for (const QAction *action : m_window->actions()) {
+    for (const QKeySequence &key : action->shortcuts()) {
+      QVERIFY2(!key.isEmpty(), qPrintable(action->objectName()));
+      QVERIFY2(!owners.contains(key), qPrintable(key.toString() + action->objectName() + owners.value(key)));
+      owners.insert(key, action->objectName());
+    }
+  }
+  QVERIFY(owners.contains(QKeySequence(QStringLiteral("F9"))));
+}
+
+void TestMainWindow::AddressBox() {
+  QTest::keyClick(m_window.get(), Qt::Key_L, Qt::ControlModifier);
+  QTRY_VERIFY(AddressEdit()->hasFocus());
+  QTest::keyClicks(AddressEdit(), m_server.Url(QStringLiteral("/a")));
+  QTest::keyClick(AddressEdit(), Qt::Key_Return);
+  QTRY_COMPARE(Active()->Title(), QStringLiteral("Page A"));
+  QCOMPARE(m_window->Tabs().TabCount(), 1);
+  QTRY_COMPARE(AddressEdit()->text(), m_server.Url(QStringLiteral("/a")));
+  QCOMPARE(m_window->windowTitle(), QStringLiteral("Page A – Zarvela"));
+
+  QTest::keyClick(m_window.get(), Qt::Key_L, Qt::ControlModifier);
+  QTRY_COMPARE(AddressEdit()->selectedText(), AddressEdit()->text());
+  QTest::keyClicks(AddressEdit(), QStringLiteral("half an addr"));
+  QTest::keyClick(AddressEdit(), Qt::Key_Escape);
+  QCOMPARE(AddressEdit()->text(), m_server.Url(QStringLiteral("/a")));
+
+  QTest::keyClicks(AddressEdit(), m_server.Url(QStringLiteral("/b")));
+  QTest::keyClick(AddressEdit(), Qt::Key_Return, Qt::AltModifier);
+  QTRY_COMPARE(m_window->Tabs().TabCount(), 2);
+  QTRY_COMPARE(Active()->Title(), QStringLiteral("Page B"));
+}
+
+void TestMainWindow::NewTabCommands_data() {
+  QTest::addColumn<int>("action");
+  QTest::addColumn<QString>("address");
+  QTest::newRow("blank") << 0 << "about:blank";
+  QTest::newRow("current") << 1 << m_server.Url(QStringLiteral("/a"));
+  QTest::newRow("home") << 2 << TEngine::StartPageAddress();
+  QTest::newRow("a negative number counts as blank") << -4 << "about:blank";
+}
+
+void TestMainWindow::NewTabCommands() {
+  QFETCH(int, action);
+  m_store->Write(TRegistryHive::CurrentUser, QString::fromLatin1(RegistryKey::CurrentVersion),
+                 QStringLiteral("NewAction"), QString::number(action));
+  OpenWindow();
+  Load(QStringLiteral("/a"));
+  QTest::keyClick(m_window.get(), Qt::Key_T, Qt::ControlModifier);
+  QCOMPARE(m_window->Tabs().TabCount(), 2);
+  QVERIFY(AddressEdit()->hasFocus());
+  QFETCH(QString, address);
+  QTRY_COMPARE(Active()->GetLocationUrl(), address);
+  QTest::keyClick(m_window.get(), Qt::Key_W, Qt::ControlModifier);
+  QCOMPARE(m_window->Tabs().TabCount(), 1);
+}
+
+void TestMainWindow::NewTabFromClipboard() {
+  QMenu *menu = m_window->Commands().Menu(TMenu::NewTab);
+  QApplication::clipboard()->clear();
+  Q_EMIT menu->aboutToShow();
+  QVERIFY(!Action(TCommand::NewClipboard)->isEnabled());
+  QApplication::clipboard()->setText(QLatin1Char(' ') + m_server.Url(QStringLiteral("/b")) + QLatin1Char('\n'));
+  Q_EMIT menu->aboutToShow();
+  QVERIFY(Action(TCommand::NewClipboard)->isEnabled());
+  Action(TCommand::NewClipboard)->trigger();
+  QTRY_COMPARE(Active()->Title(), QStringLiteral("Page B"));
+  QCOMPARE(m_window->Tabs().TabCount(), 2);
+}
+
+void TestMainWindow::HomePageOfOnesOwn() {
+  Load(QStringLiteral("/b"));
+  Action(TCommand::SetHomePage)->trigger();
+  Load(QStringLiteral("/a"));
+  Action(TCommand::Home)->trigger();
+  QTRY_COMPARE(Active()->GetLocationUrl(), m_server.Url(QStringLiteral("/b")));
+}
+
+void TestMainWindow::BackAndForward() {
+  QVERIFY(!Action(TCommand::Back)->isEnabled());
+  Load(QStringLiteral("/a"));
+  Load(QStringLiteral("/b"));
+  QTRY_VERIFY(Action(TCommand::Back)->isEnabled());
+  QVERIFY(!Action(TCommand::Forward)->isEnabled());
+  QTest::keyClick(m_window.get(), Qt::Key_Left, Qt::AltModifier);
+  QTRY_COMPARE(Active()->Title(), QStringLiteral("Page A"));
+  QTRY_VERIFY(Action(TCommand::Forward)->isEnabled());
+  QTRY_COMPARE(AddressEdit()->text(), m_server.Url(QStringLiteral("/a")));
+
+  // A new tab has no past; the old one keeps its own.
+  Action(TCommand::NewBlank)->trigger();
+  QVERIFY(!Action(TCommand::Back)->isEnabled() && !Action(TCommand::Forward)->isEnabled());
+  Action(TCommand::PreviousTab)->trigger();
+  QVERIFY(Action(TCommand::Forward)->isEnabled());
+}
+
+void TestMainWindow::TabKeys() {
+  for (int i = 0; i < 3; ++i) Action(TCommand::NewBlank)->trigger();
+  const auto position = [this] { return m_window->Tabs().ActiveTabIndex(); };
+  QTest::keyClick(m_window.get(), Qt::Key_1, Qt::ControlModifier);
+  QCOMPARE(position(), 0);
+  QTest::keyClick(m_window.get(), Qt::Key_3, Qt::ControlModifier);
+  QCOMPARE(position(), 2);
+  QTest::keyClick(m_window.get(), Qt::Key_8, Qt::ControlModifier);
+  QCOMPARE(position(), 2);
+  QTest::keyClick(m_window.get(), Qt::Key_9, Qt::ControlModifier);
+  QCOMPARE(position(), 3);
+  QTest::keyClick(m_window.get(), Qt::Key_PageDown, Qt::ControlModifier);
+  QCOMPARE(position(), 0);
+  QTest::keyClick(m_window.get(), Qt::Key_PageUp, Qt::ControlModifier);
+  QCOMPARE(position(), 3);
+}
+
+void TestMainWindow::FontMenu() {
+  Load(QStringLiteral("/a"));
+  QMenu *menu = m_window->Commands().Menu(TMenu::FontSize);
+  const auto checked = [&] {
+    Q_EMIT menu->aboutToShow();
+    QList<int> positions;
+    for (int i = 0; i < 5; ++i) {
+      if (menu->actions().at(i)->isChecked()) positions.append(i);
+    }
+    return positions;
+  };
+  QCOMPARE(checked(), QList<int>{2});
+  Action(TCommand::FontSmallest)->trigger();
+  QCOMPARE(Active()->Browser()->Zoom(), 0);
+  QCOMPARE(checked(), QList<int>{4});
+  Action(TCommand::FontLargest)->trigger();
+  QCOMPARE(checked(), QList<int>{0});
+  QTest::keyClick(m_window.get(), Qt::Key_0, Qt::ControlModifier);
+  QCOMPARE(checked(), QList<int>{2});
+  Action(TCommand::NewBlank)->trigger();
+  QCOMPARE(checked(), QList<int>{2});
+}
+
+void TestMainWindow::FullScreenAndBars() {
+  QTest::keyClick(m_window.get(), Qt::Key_F11);
+  QTRY_VERIFY(m_window->isFullScreen());
+  QVERIFY(!m_window->menuBar()->isVisible() && !m_window->statusBar()->isVisible());
+  QVERIFY(Action(TCommand::FullScreen)->isChecked());
+  // What is chosen in full screen is for full screen.
+  Action(TCommand::ViewMenuBar)->trigger();
+  QVERIFY(m_window->menuBar()->isVisible());
+  QVERIFY(TZVOptions(*m_store).Get(Setting::FullscreenMenuBar));
+  QTest::keyClick(m_window.get(), Qt::Key_F11);
+  QTRY_VERIFY(!m_window->isFullScreen());
+  QVERIFY(m_window->statusBar()->isVisible());
+  Action(TCommand::ViewToolbar)->trigger();
+  QVERIFY(!m_window->findChild<QToolBar *>(QStringLiteral("ToolBar"))->isVisible());
+
+  QTest::keyClick(m_window.get(), Qt::Key_F11);
+  m_window->CloseWithoutAsking();
+  m_window.reset();
+  const TZVOptions options(*m_store);
+  QVERIFY(options.Get(Setting::FullScreen) && !options.Get(Setting::Maximized));
+  QVERIFY(options.Get(Setting::ViewStatusBar));
+  QVERIFY(!options.Get(Setting::ViewToolbar));
+
+  OpenWindow();
+  QTRY_VERIFY(m_window->isFullScreen());
+  QVERIFY(m_window->menuBar()->isVisible() && !m_window->statusBar()->isVisible());
+}
+
+void TestMainWindow::TabPlace() {
+  auto *pages = m_window->findChild<TZVPageControl *>();
+  QMenu *menu = m_window->Commands().Menu(TMenu::TabPosition);
+  QVERIFY(pages->TabsDown());
+  QCOMPARE(menu->actions().first(), Action(TCommand::TabsBelow));
+  Action(TCommand::TabsAbove)->trigger();
+  QVERIFY(!pages->TabsDown());
+  QCOMPARE(menu->actions().first(), Action(TCommand::TabsAbove));
+  QVERIFY(Action(TCommand::TabsAbove)->isChecked() && !Action(TCommand::TabsBelow)->isChecked());
+  Action(TCommand::TabsSeveralRows)->trigger();
+  OpenWindow();
+  pages = m_window->findChild<TZVPageControl *>();
+  QVERIFY(!pages->TabsDown() && pages->MultipleLines());
+  QCOMPARE(m_window->Commands().Menu(TMenu::TabPosition)->actions().first(), Action(TCommand::TabsAbove));
+}
+
+void TestMainWindow::LanguageMenu() {
+  QMenu *menu = m_window->Commands().Menu(TMenu::Languages);
+  Q_EMIT menu->aboutToShow();
+  Q_EMIT menu->aboutToShow();
+  const QStringList files = QDir(QStringLiteral(ZV_SOURCE_DIR "/Languages")).entryList({QStringLiteral("*.ini")});
+  QCOMPARE(menu->actions().size(), files.size());
+  QAction *german = nullptr;
+  for (QAction *entry : menu->actions()) {
+    QCOMPARE(entry->isChecked(), entry->text() == QStringLiteral("English"));
+    if (entry->text() == QStringLiteral("Deutsch")) german = entry;
+  }
+  QVERIFY(german != nullptr);
+  bool told = false;
+  OnModalDialog<QDialog>([&told](QDialog &dialog) {
+    told = true;
+    dialog.accept();
+  });
+  german->trigger();
+  QTRY_VERIFY(told);
+  QCOMPARE(TZVOptions(*m_store).Get(Setting::LanguageFile), QStringLiteral("zvdeu.ini"));
+  const QString english = Action(TCommand::Exit)->text();
+  m_window.reset();
+  m_window = std::make_unique<TfrmMain>(*m_store);
+  QVERIFY(Action(TCommand::Exit)->text() != english);
+  NoMarkerIsLeft();
+}
+
+void TestMainWindow::ListFollowsTabs() {
+  TZVOptions options(*m_store);
+  Load(QStringLiteral("/a"));
+  QVERIFY(options.LastOpenSites().isEmpty());
+  Action(TCommand::StartLast)->trigger();
+  QCOMPARE(options.Get(Setting::StartupMode), QStringLiteral("Last"));
+  const QString first = QStringLiteral("url1=") + m_server.Url(QStringLiteral("/a"));
+  QTRY_COMPARE(options.LastOpenSites(), QStringList{first});
+  m_window->Tabs().NewTab()->Navigate(m_server.Url(QStringLiteral("/b")));
+  const QString second = QStringLiteral("url2=") + m_server.Url(QStringLiteral("/b"));
+  QTRY_COMPARE(options.LastOpenSites(), (QStringList{second, first}));
+  Action(TCommand::CloseTab)->trigger();
+  QTRY_COMPARE(options.LastOpenSites(), QStringList{first});
+  m_window.reset();
+  QCOMPARE(options.LastOpenSites(), QStringList{first});
+}
+
+void TestMainWindow::ShutdownQuestion() {
+  TZVOptions options(*m_store);
+  options.Set(Setting::ConfirmShutdown, true);
+  const auto answer = [](const char *button, bool tick) {
+    OnModalDialog<QDialog>([button, tick](QDialog &dialog) {
+      dialog.findChild<QCheckBox *>(QStringLiteral("chkConfirm"))->setChecked(tick);
+      dialog.findChild<QPushButton *>(QLatin1String(button))->click();
+    });
+  };
+  answer("cmdCancel", false);
+  QVERIFY(!m_window->close());
+  QVERIFY(options.Get(Setting::ConfirmShutdown));
+  answer("cmdCancel", true);
+  QVERIFY(!m_window->close());
+  QVERIFY(m_window->isVisible());
+  QVERIFY(!options.Get(Setting::ConfirmShutdown));
+  QVERIFY(m_window->close());   // asks no more
+}
+
+void TestMainWindow::PlacementSurvives() {
+  const TZVOptions options(*m_store);
+  m_window->move(30, 20);
+  m_window->resize(620, 410);
+  QTRY_COMPARE(m_window->size(), QSize(620, 410));
+  OpenWindow();
+  QCOMPARE(m_window->size(), QSize(620, 410));
+  QCOMPARE(m_window->pos(), QPoint(30, 20));
+
+  // A maximised window keeps the last normal placement.
+  m_window->resize(700, 500);
+  m_window->showMaximized();
+  QTRY_VERIFY(m_window->isMaximized());
+  OpenWindow();
+  QTRY_VERIFY(m_window->isMaximized());
+  m_window.reset();
+  QVERIFY(options.Get(Setting::Maximized));
+  QCOMPARE(options.Get(Setting::Width), 620);
+  QCOMPARE(options.Get(Setting::Height), 410);
+  QCOMPARE(options.Get(Setting::Left), 30);
+}
+
+int main(int argc, char **argv) {
+  TEngine::RegisterSchemes();
+  QApplication application(argc, argv);
+  QApplication::setApplicationDisplayName(QStringLiteral("Zarvela"));
+  TestMainWindow test;
+  return QTest::qExec(&test, argc, argv);
+}
+
+#include "test_main_window.moc"
