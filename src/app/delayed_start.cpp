@@ -6,6 +6,7 @@
 
 #include "app/home_page.h"
 #include "app/last_open_sites.h"
+#include "app/later_navigation.h"
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/options.h"
@@ -25,6 +26,8 @@ bool IsOffline() {
 }  // namespace
 
 void TDelayedStart::Run() {
+  // Every tab is active for a moment when it is made; only the one that stays so is worth showing.
+  const TPresentationPause pause(m_tabs.Pages());
   OpenStartupPage();
   OpenMode();
   OpenCommandLine();
@@ -57,7 +60,12 @@ void TDelayedStart::OpenMode() {
 }
 
 void TDelayedStart::OpenHome() {
-  TakeTab()->GoHome();
+  TBrowserTab *tab = TakeTab();
+  if (HasArgument()) {
+    new TLaterNavigation(m_tabs, tab, [tab] { tab->GoHome(); });
+  } else {
+    tab->GoHome();
+  }
   const QString chosen = HomePage::Chosen(m_store);
   if (chosen != HomePage::Default(m_product) && chosen != QLatin1String("about:blank") && !IsLocalFile(chosen)) {
     m_opened = true;
@@ -75,6 +83,10 @@ void TDelayedStart::OpenLastSites() {
     defaultSeen = defaultSeen || address == HomePage::Default(m_product);
   }
   if (defaultSeen) m_opened = false;
+}
+
+bool TDelayedStart::HasArgument() const {
+  return !m_argument.isEmpty() || !TZVOptions(m_store).Get(Setting::CommandLine).isEmpty();
 }
 
 void TDelayedStart::OpenCommandLine() {

@@ -24,6 +24,7 @@ class TDelayedStart final {
   void OpenHome();
   void OpenLastSites();
   void OpenCommandLine();
+  [[nodiscard]] bool HasArgument() const;
   void OpenMakersPage();
 
   TTabStrip &m_tabs;

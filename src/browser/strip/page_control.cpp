@@ -33,6 +33,7 @@ struct TZVPageControl::TPrivate {
   TPageHost *host = nullptr;
   TTabBarView *view = nullptr;
   bool stripVisible = true;
+  int updates = 0;   // BeginUpdate calls without their EndUpdate
 };
 
 TZVPageControl::TZVPageControl(QWidget *parent) : QWidget(parent), d(std::make_unique<TPrivate>()) {
@@ -273,7 +274,15 @@ void TZVPageControl::SwitchTo(QWidget *page) {
   TTab *before = d->tabs.Active();
   d->tabs.SetActive(d->tabs.Find(page));
   d->view->ActiveChanged(before);
-  d->host->Present(page);
+  if (d->updates == 0) d->host->Present(page);
+}
+
+void TZVPageControl::BeginUpdate() {
+  ++d->updates;
+}
+
+void TZVPageControl::EndUpdate() {
+  if (--d->updates == 0) d->host->Present(ActivePage());
 }
 
 // What happens on the way, by show and focus events, may activate yet another page: that one is then reported, not

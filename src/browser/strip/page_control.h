@@ -35,6 +35,10 @@ class TZVPageControl final : public QWidget {
   [[nodiscard]] int ActivePageIndex() const;  // -1 when there is none
   // A hidden page is refused: what is on screen stays.
   void SetActivePage(QWidget *page);
+  // Between the two the active page may change many times without any page being shown or hidden; at the end the one
+  // that is active then is shown. Calls may be nested; TPresentationPause keeps them in pairs.
+  void BeginUpdate();
+  void EndUpdate();
   // The next or previous visible page, going round at the ends.
   // Ctrl+Tab, Ctrl+Shift+Tab, Ctrl+PageDown and Ctrl+PageUp do this anywhere in the window.
   void SelectNextPage(bool forward);
@@ -97,4 +101,16 @@ class TZVPageControl final : public QWidget {
   void Forget(QObject *page, QWidget *leaving);
   struct TPrivate;
   std::unique_ptr<TPrivate> d;
+};
+
+// For as long as it lives the page area of `pages` stays as it is.
+class TPresentationPause final {
+ public:
+  explicit TPresentationPause(TZVPageControl &pages) : m_pages(pages) { m_pages.BeginUpdate(); }
+  ~TPresentationPause() { m_pages.EndUpdate(); }
+  TPresentationPause(const TPresentationPause &) = delete;
+  TPresentationPause &operator=(const TPresentationPause &) = delete;
+
+ private:
+  TZVPageControl &m_pages;
 };

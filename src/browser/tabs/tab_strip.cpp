@@ -11,23 +11,6 @@ namespace {
 constexpr const char *StatusImages[] = {":/icons/tab_loading.svg", ":/icons/tab_unseen.svg", ":/icons/tab_arriving.svg",
                                         ":/icons/tab_locked.svg"};
 
-// Keeps the strip from painting what is only there for a moment.
-class TUpdateLock final {
- public:
-  explicit TUpdateLock(QWidget *widget) : m_widget(widget), m_wasEnabled(widget->updatesEnabled()) {
-    if (m_wasEnabled) widget->setUpdatesEnabled(false);
-  }
-  ~TUpdateLock() {
-    if (m_wasEnabled) m_widget->setUpdatesEnabled(true);
-  }
-  TUpdateLock(const TUpdateLock &) = delete;
-  TUpdateLock &operator=(const TUpdateLock &) = delete;
-
- private:
-  QWidget *m_widget;
-  bool m_wasEnabled;
-};
-
 TBrowserTab *AsTab(QWidget *page) { return static_cast<TBrowserTab *>(page); }
 
 }  // namespace
@@ -82,9 +65,13 @@ TBrowserTab *TTabStrip::InsertTab(bool hidden) {
 
 TBrowserTab *TTabStrip::InsertInBackground(bool hidden) {
   TBrowserTab *previous = GetActivePage();
-  const TUpdateLock lock(m_pages);
+  const TPresentationPause pause(*m_pages);
+  // The tab is active for a moment, but nobody is told: the keyboard must not leave the page or box that has it.
+  m_quiet = true;
   TBrowserTab *tab = InsertTab(hidden);
   if (!m_environment.settings.openNewInForeground && previous != nullptr) m_pages->SetActivePage(previous);
+  m_quiet = false;
+  if (GetActivePage() != previous) OnActivePageChanged(GetActivePage());
   return tab;
 }
 
@@ -145,7 +132,6 @@ void TTabStrip::ActivateVisible(int number) {
 
 void TTabStrip::ActivateNeighbourOf(const TBrowserTab *tab) {
   if (GetActivePage() != tab) return;
-  const TUpdateLock lock(m_pages);
   bool first = true;
   for (int i = 0; i < m_pages->IndexOf(tab); ++i) first = first && !m_pages->IsPageVisible(m_pages->Page(i));
   m_pages->SelectNextPage(!first);
@@ -192,7 +178,7 @@ void TTabStrip::Remove(TBrowserTab *tab) {
 
 void TTabStrip::OnActivePageChanged(QWidget *page) {
   TBrowserTab *tab = AsTab(page);
-  if (tab == nullptr) return;
+  if (tab == nullptr || m_quiet) return;
   tab->MarkSeen();
   // Whoever walks along the strip by keyboard stays there.
   if (m_environment.settings.focusPage && tab->Browser() != nullptr && m_owner->isActiveWindow() &&

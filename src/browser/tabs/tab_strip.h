@@ -97,4 +97,5 @@ class TTabStrip final : public QObject {
   QIcon m_plainPage;      // for a page without an icon of its own
   QTimer m_closeHidden{this};   // tmrCloseHidden
   bool m_closingLocked = false;
+  bool m_quiet = false;   // Changes of the active tab are not told.
 };
