@@ -25,6 +25,15 @@ QUrl WithoutViewSource(const QUrl &url) {
   return QUrl(url.toString(QUrl::FullyEncoded).mid(QLatin1String("view-source:").size()));
 }
 
+bool IsNetworkScheme(const QString &scheme) {
+  return scheme == QLatin1String("http") || scheme == QLatin1String("https");
+}
+
+bool IsFromPage(QWebEnginePage::NavigationType type) {
+  return type == QWebEnginePage::NavigationTypeLinkClicked || type == QWebEnginePage::NavigationTypeFormSubmitted ||
+         type == QWebEnginePage::NavigationTypeRedirect || type == QWebEnginePage::NavigationTypeOther;
+}
+
 }  // namespace
 
 TEnginePage::TEnginePage(TEngine &engine, QWidget *owner, QObject *parent)
@@ -105,6 +114,13 @@ bool TEnginePage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
           Qt::QueuedConnection);
     }
     return true;
+  }
+  if (this->url().isLocalFile() && IsNetworkScheme(url.scheme()) && IsFromPage(type)) {
+    // The engine keeps a page from the disk away from the network, and its links with it. A link that is followed is the
+    // user's own navigation, so it is begun anew as one.
+    m_cancelled = url;
+    QMetaObject::invokeMethod(this, [this, url] { load(url); }, Qt::QueuedConnection);
+    return false;
   }
   m_cancelled.clear();
   Begin(url);
