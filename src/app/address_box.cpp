@@ -10,13 +10,12 @@ TAddressBox::TAddressBox(QWidget *parent) : QComboBox(parent) {
   setCompleter(nullptr);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   setMinimumContentsLength(10);
-  lineEdit()->installEventFilter(this);
   connect(lineEdit(), &QLineEdit::textEdited, this, [this] { m_typed = true; });
 }
 
 void TAddressBox::ShowAddress(const QString &address) {
   m_pageAddress = address;
-  if (m_typed && lineEdit()->hasFocus()) return;
+  if (m_typed && hasFocus()) return;
   PutBack();
 }
 
@@ -39,8 +38,9 @@ void TAddressBox::Open(bool newTab) {
   if (!text.isEmpty()) Q_EMIT OpenRequested(text, newTab);
 }
 
-bool TAddressBox::eventFilter(QObject *watched, QEvent *event) {
-  if (watched == lineEdit() && event->type() == QEvent::ShortcutOverride) {
+// A combo box has the keyboard itself and hands keys on to its line edit, so this is where they are met.
+bool TAddressBox::event(QEvent *event) {
+  if (event->type() == QEvent::ShortcutOverride) {
     // These keys belong to the box while it has the keyboard, whatever they do elsewhere.
     const int key = static_cast<QKeyEvent *>(event)->key();
     if (key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter) {
@@ -48,23 +48,24 @@ bool TAddressBox::eventFilter(QObject *watched, QEvent *event) {
       return true;
     }
   }
-  if (watched == lineEdit() && event->type() == QEvent::KeyPress) {
-    const auto *key = static_cast<QKeyEvent *>(event);
-    if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
-      Open(key->modifiers().testFlag(Qt::AltModifier));
-      return true;
-    }
-    if (key->key() == Qt::Key_Escape) {
-      const bool nothingTyped = !m_typed;
-      PutBack();
-      lineEdit()->selectAll();
-      if (nothingTyped) Q_EMIT Left();
-      return true;
-    }
+  return QComboBox::event(event);
+}
+
+void TAddressBox::keyPressEvent(QKeyEvent *event) {
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    Open(event->modifiers().testFlag(Qt::AltModifier));
+  } else if (event->key() == Qt::Key_Escape) {
+    const bool nothingTyped = !m_typed;
+    PutBack();
+    lineEdit()->selectAll();
+    if (nothingTyped) Q_EMIT Left();
+  } else {
+    QComboBox::keyPressEvent(event);
   }
-  if (watched == lineEdit() && event->type() == QEvent::FocusOut) {
-    // Moving to a menu or another window keeps what was typed; going back to the page gives it up.
-    if (static_cast<QFocusEvent *>(event)->reason() == Qt::MouseFocusReason) PutBack();
-  }
-  return QComboBox::eventFilter(watched, event);
+}
+
+void TAddressBox::focusOutEvent(QFocusEvent *event) {
+  // Moving to a menu or another window keeps what was typed; going back to the page gives it up.
+  if (event->reason() == Qt::MouseFocusReason) PutBack();
+  QComboBox::focusOutEvent(event);
 }

@@ -21,7 +21,9 @@ class TAddressBox final : public QComboBox {
   void Left();   // Esc with nothing to put back: the page wants the keyboard again.
 
  protected:
-  bool eventFilter(QObject *watched, QEvent *event) override;
+  bool event(QEvent *event) override;
+  void keyPressEvent(QKeyEvent *event) override;
+  void focusOutEvent(QFocusEvent *event) override;
 
  private:
   void PutBack();

@@ -2,6 +2,7 @@
 
 #include <QActionGroup>
 #include <QApplication>
+#include <QComboBox>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
@@ -16,7 +17,12 @@
 namespace {
 
 // The text box that has the keyboard, when there is one outside the page.
-QLineEdit *FocusedEdit() { return qobject_cast<QLineEdit *>(QApplication::focusWidget()); }
+QLineEdit *FocusedEdit() {
+  QWidget *focus = QApplication::focusWidget();
+  // An editable combo box has the keyboard in its line edit's stead.
+  if (const auto *box = qobject_cast<QComboBox *>(focus)) return box->lineEdit();
+  return qobject_cast<QLineEdit *>(focus);
+}
 
 }  // namespace
 

@@ -14,6 +14,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QToolBar>
+#include <QWebEnginePage>
 
 #include "app/address_box.h"
 #include "app/commands.h"
@@ -36,6 +37,7 @@ class TestMainWindow final : public QObject {
   void NoMarkerIsLeft();
   void KeysAreNotTakenTwice();
   void AddressBox();
+  void EditingGoesWhereTheKeyboardIs();
   void NewTabCommands_data();
   void NewTabCommands();
   void NewTabFromClipboard();
@@ -132,8 +134,8 @@ void TestMainWindow::KeysAreNotTakenTwice() {
 void TestMainWindow::AddressBox() {
   QTest::keyClick(m_window.get(), Qt::Key_L, Qt::ControlModifier);
   QTRY_VERIFY(AddressEdit()->hasFocus());
-  QTest::keyClicks(AddressEdit(), m_server.Url(QStringLiteral("/a")));
-  QTest::keyClick(AddressEdit(), Qt::Key_Return);
+  QTest::keyClicks(QApplication::focusWidget(), m_server.Url(QStringLiteral("/a")));
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
   QTRY_COMPARE(Active()->Title(), QStringLiteral("Page A"));
   QCOMPARE(m_window->Tabs().TabCount(), 1);
   QTRY_COMPARE(AddressEdit()->text(), m_server.Url(QStringLiteral("/a")));
@@ -141,14 +143,30 @@ void TestMainWindow::AddressBox() {
 
   QTest::keyClick(m_window.get(), Qt::Key_L, Qt::ControlModifier);
   QTRY_COMPARE(AddressEdit()->selectedText(), AddressEdit()->text());
-  QTest::keyClicks(AddressEdit(), QStringLiteral("half an addr"));
-  QTest::keyClick(AddressEdit(), Qt::Key_Escape);
+  QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("half an addr"));
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
   QCOMPARE(AddressEdit()->text(), m_server.Url(QStringLiteral("/a")));
 
-  QTest::keyClicks(AddressEdit(), m_server.Url(QStringLiteral("/b")));
-  QTest::keyClick(AddressEdit(), Qt::Key_Return, Qt::AltModifier);
+  QTest::keyClicks(QApplication::focusWidget(), m_server.Url(QStringLiteral("/b")));
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return, Qt::AltModifier);
   QTRY_COMPARE(m_window->Tabs().TabCount(), 2);
   QTRY_COMPARE(Active()->Title(), QStringLiteral("Page B"));
+}
+
+void TestMainWindow::EditingGoesWhereTheKeyboardIs() {
+  Load(QStringLiteral("/a"));
+  Action(TCommand::EditAddress)->trigger();
+  QTRY_COMPARE(AddressEdit()->selectedText(), m_server.Url(QStringLiteral("/a")));
+  Action(TCommand::Cut)->trigger();
+  QVERIFY(AddressEdit()->text().isEmpty());
+  QCOMPARE(QApplication::clipboard()->text(), m_server.Url(QStringLiteral("/a")));
+  Action(TCommand::Paste)->trigger();
+  QCOMPARE(AddressEdit()->text(), m_server.Url(QStringLiteral("/a")));
+
+  Active()->setFocus();
+  Action(TCommand::SelectAll)->trigger();
+  QVERIFY(AddressEdit()->selectedText().isEmpty());
+  QTRY_VERIFY(Active()->Browser()->EnginePage()->hasSelection());
 }
 
 void TestMainWindow::NewTabCommands_data() {
