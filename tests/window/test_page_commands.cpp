@@ -6,6 +6,7 @@
 #include <QWebEngineFindTextResult>
 #include <QWebEngineProfile>
 #include <QWebEngineView>
+#include <QWheelEvent>
 
 #include "browser/dialogs/find_bar.h"
 #include "browser/downloads/download_list.h"
@@ -36,6 +37,7 @@ class TestPageCommands final : public QObject {
   void FocusAndCommands();
   void StatusText();
   void ClickedLinks();
+  void ZoomByWheel();
 
  private:
   // Clicks once the page takes clicks, which is when it has been painted.
@@ -315,6 +317,24 @@ void TestPageCommands::ClickedLinks() {
   view->setFocus();
   QTest::keyClick(view->focusProxy(), Qt::Key_Return);
   QTRY_COMPARE(asked, (QList<std::pair<QString, bool>>{{QStringLiteral("/b"), true}}));
+}
+
+void TestPageCommands::ZoomByWheel() {
+  QVERIFY(m->OpenPath(QStringLiteral("/a")));
+  QWidget *target = m->Browser().findChild<QWebEngineView *>()->focusProxy();
+  const auto turn = [target](int angle, Qt::KeyboardModifiers modifiers) {
+    QWheelEvent event(QPointF(10, 10), target->mapToGlobal(QPointF(10, 10)), {}, QPoint(0, angle), Qt::NoButton,
+                      modifiers, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(target, &event);
+  };
+  turn(120, Qt::ControlModifier);
+  QCOMPARE(m->Browser().Zoom(), 3);
+  turn(-60, Qt::ControlModifier);
+  QCOMPARE(m->Browser().Zoom(), 3);
+  turn(-180, Qt::ControlModifier);
+  QCOMPARE(m->Browser().Zoom(), 1);
+  turn(-120, Qt::NoModifier);
+  QCOMPARE(m->Browser().Zoom(), 1);
 }
 
 int main(int argc, char **argv) {

@@ -60,6 +60,7 @@ TEnginePage::~TEnginePage() {
 
 void TEnginePage::WatchInput(QWidget *view) {
   m_input = new TInputWatch(view, this);
+  connect(m_input, &TInputWatch::ZoomWanted, this, &TEnginePage::ZoomWanted);
 }
 
 void TEnginePage::NoteUserAction() {

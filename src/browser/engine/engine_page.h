@@ -52,6 +52,7 @@ class TEnginePage final : public QWebEnginePage {
   void Died();  // the renderer; comes before Finished
   void EncryptionLevelChanged();
   void BringToFrontRequested();
+  void ZoomWanted(bool in);  // by the wheel with Ctrl
 
  protected:
   bool acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame) override;

@@ -66,6 +66,7 @@ void THalvexBrowser::TPrivate::ConnectPage() {
   connect(page, &TEnginePage::Died, q, [this] { ShowCrash(); });
   connect(page, &TEnginePage::EncryptionLevelChanged, q, [this] { UpdateEncryptionLevel(); });
   connect(page, &TEnginePage::BringToFrontRequested, q, &THalvexBrowser::BringToFrontRequested);
+  connect(page, &TEnginePage::ZoomWanted, q, [this](bool in) { in ? q->ZoomIn() : q->ZoomOut(); });
   connect(page, &QWebEnginePage::loadProgress, q, [this](int progress) {
     if (page->IsUnderWay()) Q_EMIT q->ProgressChanged(progress, 100);
   });

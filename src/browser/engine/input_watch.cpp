@@ -1,6 +1,7 @@
 #include "browser/engine/input_watch.h"
 
 #include <QChildEvent>
+#include <QWheelEvent>
 #include <QWidget>
 
 namespace {
@@ -30,8 +31,25 @@ bool TInputWatch::eventFilter(QObject *watched, QEvent *event) {
     case QEvent::TouchEnd:
       m_since.start();
       break;
+    case QEvent::Wheel: {
+      const auto *wheel = static_cast<QWheelEvent *>(event);
+      if (!wheel->modifiers().testFlag(Qt::ControlModifier)) break;
+      Zoom(wheel->angleDelta().y());
+      return true;
+    }
     default:
       break;
   }
   return false;
+}
+
+void TInputWatch::Zoom(int angle) {
+  m_wheelAngle += angle;
+  // Touch pads send many small angles; a step is one notch of a wheel.
+  for (; m_wheelAngle >= QWheelEvent::DefaultDeltasPerStep; m_wheelAngle -= QWheelEvent::DefaultDeltasPerStep) {
+    Q_EMIT ZoomWanted(true);
+  }
+  for (; m_wheelAngle <= -QWheelEvent::DefaultDeltasPerStep; m_wheelAngle += QWheelEvent::DefaultDeltasPerStep) {
+    Q_EMIT ZoomWanted(false);
+  }
 }

@@ -6,7 +6,7 @@
 class QWidget;
 
 // Knows whether the user has just clicked or typed in a view. The engine calls every navigation that a page begins by
-// itself a clicked link; only together with this is it one.
+// itself a clicked link; only together with this is it one. It also takes the wheel with Ctrl, which zooms.
 class TInputWatch final : public QObject {
   Q_OBJECT
 
@@ -18,7 +18,13 @@ class TInputWatch final : public QObject {
 
   bool eventFilter(QObject *watched, QEvent *event) override;
 
+ Q_SIGNALS:
+  void ZoomWanted(bool in);
+
  private:
+  void Zoom(int angle);
+
   QWidget *m_view = nullptr;
   QElapsedTimer m_since;
+  int m_wheelAngle = 0;  // eighths of a degree that have not made a whole step yet
 };
