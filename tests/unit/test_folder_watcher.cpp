@@ -1,0 +1,135 @@
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <memory>
+
+#include "platform/folder_watcher.h"
+
+namespace {
+
+constexpr int Patience = 10000;   // milliseconds
+
+bool Write(const QString &path) {
+  QFile file(path);
+  return file.open(QIODevice::WriteOnly) && file.write("x") == 1;
+}
+
+}  // namespace
+
+class TTestFolderWatcher final : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init() {
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(QDir(m_folder->path()).mkpath("root/deep/deeper"));
+    QVERIFY(Write(Path("root/old")));
+    m_watcher = std::make_unique<TFolderWatcher>();
+    m_changes = std::make_unique<QSignalSpy>(m_watcher.get(), &TFolderWatcher::Changed);
+  }
+  void cleanup() {
+    m_watcher.reset();
+    m_changes.reset();
+    m_folder.reset();
+  }
+
+  void Tells_data() {
+    QTest::addColumn<QStringList>("steps");  // Each is waited for before the next.
+    QTest::newRow("new file") << QStringList{"write root/new"};
+    QTest::newRow("removed file") << QStringList{"remove root/old"};
+    QTest::newRow("renamed file") << QStringList{"rename root/old root/other"};
+    QTest::newRow("file far below") << QStringList{"write root/deep/deeper/new"};
+    QTest::newRow("file in a new folder") << QStringList{"make root/a", "write root/a/new"};
+    QTest::newRow("file far below in new folders") << QStringList{"make root/a/b/c", "write root/a/b/c/new"};
+    QTest::newRow("file in a renamed folder") << QStringList{"rename root/deep root/other", "write root/other/new",
+                                                             "write root/other/deeper/new"};
+    QTest::newRow("file in a folder of a name used before")
+        << QStringList{"rename root/deep root/other", "make root/deep", "write root/deep/new", "write root/other/new"};
+    QTest::newRow("file in a folder moved here") << QStringList{"rename outside root/outside", "write root/outside/new"};
+    QTest::newRow("the folder itself goes and comes") << QStringList{"clear root", "make root", "write root/new"};
+    QTest::newRow("its name is taken by another") << QStringList{"rename root other", "rename outside root",
+                                                                 "write root/new"};
+  }
+  void Tells() {
+    QFETCH(QStringList, steps);
+    QVERIFY(QDir(m_folder->path()).mkdir("outside"));
+    m_watcher->Watch(Path("root"));
+    QVERIFY(m_changes->wait(Patience));
+    for (const QString &step : steps) {
+      m_changes->clear();
+      const QStringList words = step.split(u' ');
+      const QString path = Path(words.at(1));
+      bool isDone = false;
+      if (words.first() == "write") isDone = Write(path);
+      if (words.first() == "remove") isDone = QFile::remove(path);
+      if (words.first() == "rename") isDone = QFile::rename(path, Path(words.at(2)));
+      if (words.first() == "make") isDone = QDir().mkpath(path);
+      if (words.first() == "clear") isDone = QDir(path).removeRecursively();
+      QVERIFY2(isDone, qPrintable(step));
+      QVERIFY2(!m_changes->isEmpty() || m_changes->wait(Patience), qPrintable(step));
+    }
+  }
+
+  // A thousand changes in one go are no thousand rebuilt menus.
+  void GathersChanges() {
+    m_watcher->Watch(Path("root"));
+    QVERIFY(m_changes->wait(Patience));
+    m_changes->clear();
+    for (int i = 0; i < 1000; ++i) QVERIFY(Write(Path("root/deep/" + QString::number(i))));
+    QVERIFY(Write(Path("root/last")));
+    QVERIFY(m_changes->wait(Patience));
+    QVERIFY2(m_changes->size() < 20, qPrintable(QString::number(m_changes->size())));
+  }
+
+  // Nothing outside the folder counts, the one watched before neither.
+  void WatchesOneFolder() {
+    QVERIFY(QDir(m_folder->path()).mkpath("second"));
+    QVERIFY(QFile::link(Path("second"), Path("root/link")));
+    m_watcher->Watch(Path("root"));
+    m_watcher->Watch(Path("root/deep"));
+    QVERIFY(m_changes->wait(Patience));
+    // The witness is told what the other must not be, at the same time.
+    TFolderWatcher witness;
+    QSignalSpy seen(&witness, &TFolderWatcher::Changed);
+    witness.Watch(m_folder->path());
+    QVERIFY(seen.wait(Patience));
+    const auto writes = [&](const QString &path) {
+      seen.clear();
+      return Write(Path(path)) && seen.wait(Patience);
+    };
+    m_changes->clear();
+    QVERIFY(writes("root/new") && writes("second/new") && writes("new"));
+    QCOMPARE(m_changes->size(), 0);
+    QVERIFY(writes("root/deep/new"));
+    QTRY_COMPARE(m_changes->size(), 1);
+    m_watcher->Stop();
+    QVERIFY(writes("root/deep/other") && writes("root/deep/another"));
+    QCOMPARE(m_changes->size(), 1);
+  }
+
+  // The window must not wait for a walk through a large tree when it closes.
+  void EndsInTheMiddle() {
+    for (int i = 0; i < 500; ++i) QVERIFY(QDir(m_folder->path()).mkpath(QStringLiteral("root/many/%1/a").arg(i)));
+    for (int i = 0; i < 5; ++i) {
+      TFolderWatcher watcher;
+      watcher.Watch(Path("root"));
+    }
+    m_watcher->Watch(Path("root"));
+    QVERIFY(m_changes->wait(Patience));
+    m_changes->clear();
+    QVERIFY(Write(Path("root/many/499/a/new")));
+    QVERIFY(m_changes->wait(Patience));
+  }
+
+ private:
+  [[nodiscard]] QString Path(const QString &name) const { return m_folder->filePath(name); }
+
+  std::unique_ptr<QTemporaryDir> m_folder;
+  std::unique_ptr<TFolderWatcher> m_watcher;
+  std::unique_ptr<QSignalSpy> m_changes;
+};
+
+QTEST_GUILESS_MAIN(TTestFolderWatcher)
+#include "test_folder_watcher.moc"
