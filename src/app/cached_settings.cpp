@@ -26,7 +26,7 @@ void TCachedSettings::Read(TRegistryStore &store, TTabSettings &tabs) {
   viewHalvexBar = options.Get(Setting::ViewHalvexBar);
 }
 
-void TCachedSettings::WriteBehaviour(TRegistryStore &store, const TTabSettings &tabs, bool fullScreen) const {
+void TCachedSettings::Write(TRegistryStore &store, const TTabSettings &tabs, bool fullScreen) const {
   TZVOptions options(store);
   options.Set(Setting::DisableALTShortcuts, disableAltShortcuts);
   options.Set(Setting::OpenNewInForeground, tabs.openNewInForeground);
@@ -41,11 +41,4 @@ void TCachedSettings::WriteBehaviour(TRegistryStore &store, const TTabSettings &
   options.Set(Setting::LimitTitleLength, tabs.limitTitleLength);
   options.Set(Setting::SearchBar, searchBar);
   options.Set(Setting::FullScreen, fullScreen);
-}
-
-void TCachedSettings::WriteView(TRegistryStore &store) const {
-  TZVOptions options(store);
-  options.Set(Setting::ViewHalvexBar, viewHalvexBar);
-  options.Set(Setting::ViewLinksBar, viewLinksBar);
-  options.Set(Setting::HGCloseFirst, hgCloseFirst);
 }

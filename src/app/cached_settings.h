@@ -23,7 +23,6 @@ struct TCachedSettings {
   QString searchBar;
 
   void Read(TRegistryStore &store, TTabSettings &tabs);
-  // In the order in which the window writes them, before and after its placement.
-  void WriteBehaviour(TRegistryStore &store, const TTabSettings &tabs, bool fullScreen) const;
-  void WriteView(TRegistryStore &store) const;
+  // In the order in which the window writes them before its placement.
+  void Write(TRegistryStore &store, const TTabSettings &tabs, bool fullScreen) const;
 };

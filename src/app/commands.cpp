@@ -79,6 +79,7 @@ constexpr TCommandRow Rows[] = {
      TTextKey{"MAIN", "MenuViewFullscreenHint"}},
     {NextTab, "actNextBrowserTab", "__NextTab", nullptr, "", false, NoHint},
     {PreviousTab, "actPreviousBrowserTab", "__PreviousTab", nullptr, "", false, NoHint},
+    {FocusStrip, "actFocusStrip", "__FocusStrip", nullptr, "Ctrl+Shift+L", false, NoHint},
     {TabsBelow, "mnuTabsBelow", "__TabsBelow", nullptr, "", true, NoHint},
     {TabsAbove, "mnuTabsAbove", "__TabsAbove", nullptr, "", true, NoHint},
     {TabsOneRow, "mnuTabsOneRow", "__TabsOneRow", nullptr, "", true, NoHint},
@@ -161,7 +162,8 @@ constexpr TEntry Entries[] = {
     Put(TMenu::FontSize, FontSmaller), Put(TMenu::FontSize, FontSmallest), Line(TMenu::FontSize),
     Put(TMenu::FontSize, ZoomIn), Put(TMenu::FontSize, ZoomOut), Put(TMenu::FontSize, ZoomReset),
 
-    Put(TMenu::Tabs, NextTab), Put(TMenu::Tabs, PreviousTab), Put(TMenu::Tabs, TMenu::TabList),
+    Put(TMenu::Tabs, NextTab), Put(TMenu::Tabs, PreviousTab), Put(TMenu::Tabs, FocusStrip),
+    Put(TMenu::Tabs, TMenu::TabList),
     Put(TMenu::Tabs, TMenu::ThisTab), Line(TMenu::Tabs), Put(TMenu::Tabs, OpenNewAtEnd),
     Put(TMenu::Tabs, OpenNewInForeground), Put(TMenu::Tabs, TMenu::TabPosition),
 

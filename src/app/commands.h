@@ -65,6 +65,7 @@ enum class TCommand {
   FullScreen,
   NextTab,
   PreviousTab,
+  FocusStrip,
   TabsBelow,
   TabsAbove,
   TabsOneRow,

@@ -11,17 +11,11 @@ TFullScreen::TFullScreen(QMainWindow *window, TCommands &commands, TTabStrip &ta
   connect(commands[TCommand::FullScreen], &QAction::toggled, this, [this](bool on) { on ? Enter() : Leave(); });
   connect(&tabs, &TTabStrip::PageFullScreenRequested, this, &TFullScreen::ShowPageOnly);
   // A page cannot stay alone on the screen when another tab comes to the front.
-  connect(&tabs, &TTabStrip::ActiveTabChanged, this, [this] {
-    if (!m_page) return;
-    for (TBrowserTab *tab : m_tabs.Tabs()) {
-      if (tab->Browser() != nullptr && tab->Browser()->HasPageFullScreen()) tab->Browser()->LeavePageFullScreen();
-    }
-  });
+  connect(&tabs, &TTabStrip::ActiveTabChanged, this, &TFullScreen::LeavePage);
 }
 
 void TFullScreen::GoFull() {
   if (m_window->isFullScreen()) return;
-  m_wasMaximized = m_window->isMaximized();
   m_window->setWindowState(m_window->windowState() | Qt::WindowFullScreen);
 }
 
@@ -44,6 +38,20 @@ void TFullScreen::Leave() {
   m_commands[TCommand::FullScreen]->setChecked(false);
   GoBack();
   Q_EMIT BarsChanged();
+}
+
+void TFullScreen::LeavePage() {
+  if (!m_page) return;
+  for (TBrowserTab *tab : m_tabs.Tabs()) {
+    if (tab->Browser() != nullptr && tab->Browser()->HasPageFullScreen()) tab->Browser()->LeavePageFullScreen();
+  }
+  // Not left to the page's answer: it may be late, or its tab may be gone.
+  ShowPageOnly(nullptr, false);
+}
+
+void TFullScreen::LeaveAll() {
+  LeavePage();
+  Leave();
 }
 
 void TFullScreen::ShowPageOnly(TBrowserTab *tab, bool on) {

@@ -19,8 +19,8 @@ class TFullScreen final : public QObject {
   void Leave();
   [[nodiscard]] bool IsOn() const { return m_on; }
   [[nodiscard]] bool IsPageFullScreen() const { return m_page; }
-  // Whether the window stood maximised before it went full screen.
-  [[nodiscard]] bool WasMaximized() const { return m_wasMaximized; }
+  // Both kinds end: the desktop has taken the window out of full screen.
+  void LeaveAll();
   void ShowPageOnly(TBrowserTab *tab, bool on);
 
  Q_SIGNALS:
@@ -30,11 +30,11 @@ class TFullScreen final : public QObject {
  private:
   void GoFull();
   void GoBack();
+  void LeavePage();
 
   QMainWindow *m_window;
   TCommands &m_commands;
   TTabStrip &m_tabs;
   bool m_on = false;
   bool m_page = false;
-  bool m_wasMaximized = false;
 };

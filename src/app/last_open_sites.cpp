@@ -63,8 +63,11 @@ void TLastOpenSites::StopFollowing() {
 void TLastOpenSites::Write(bool close) {
   const QStringList lines = Lines(close);
   if (lines == m_written && !close) return;
-  m_written = lines;
-  TZVOptions(m_store).SetLastOpenSites(lines);
+  if (TZVOptions(m_store).SetLastOpenSites(lines)) {
+    m_written = lines;
+  } else if (!close && m_store.IsWritable()) {
+    m_delay.start();   // The store was busy for long; the list must not stay behind the tabs.
+  }
 }
 
 void TLastOpenSites::Clear(TRegistryStore &store) { TZVOptions(store).SetLastOpenSites({}); }

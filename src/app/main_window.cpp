@@ -29,6 +29,7 @@
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/tab_menus.h"
 #include "config/language_menu.h"
+#include "platform/window_activation.h"
 
 namespace {
 
@@ -46,9 +47,12 @@ TfrmMain::~TfrmMain() { FormDestroy(); }
 
 void TfrmMain::FormCreate() {
   setObjectName(QStringLiteral("frmMain"));
+  // The bars are shown and hidden in the View menu, which remembers it.
+  setContextMenuPolicy(Qt::NoContextMenu);
   m_options.RemoveZvid();
   m_language.Load(m_options);
   m_language.InstallToolkitTranslations(qApp);
+  if (const QString locale = m_language.LocaleName(); !locale.isEmpty()) QLocale::setDefault(QLocale(locale));
   m_product = TProductInfo::Load();
   MakeModules();
   MakeFirstTab();
@@ -133,7 +137,10 @@ void TfrmMain::ConnectTabs() {
   connect(m_pages, &TZVPageControl::TabMenuRequested, this, [this](QWidget *page, const QPoint &position) {
     m_tabMenu->Open(static_cast<TBrowserTab *>(page), position);
   });
-  connect(m_bars, &TWindowBars::Applied, this, [this](bool pageOnly) { m_pages->SetStripVisible(!pageOnly); });
+  connect(m_bars, &TWindowBars::Applied, this, [this](bool pageOnly) {
+    m_pages->SetStripVisible(!pageOnly);
+    m_pageCommands->UpdateFor(m_tabs->GetActivePage());
+  });
 }
 
 void TfrmMain::ConnectCommands() {
@@ -172,13 +179,16 @@ void TfrmMain::tmrLoadCoolbarTimer() {
   TDelayedStart(*m_tabs, m_store, m_product, m_argument).Run();
   FollowStartupMode();
   ShowActiveTab(m_tabs->GetActivePage());
-  if (!m_store.SetAsideFile().isEmpty()) TellSetAsideStore();
+  if (!m_store.SetAsideFile().isEmpty()) {
+    TellAboutStore(m_language.Text("MAIN", "StoreSetAside").arg(QFileInfo(m_store.SetAsideFile()).fileName()));
+  } else if (!m_store.IsWritable() || m_store.IsInMemory()) {
+    TellAboutStore(m_language.Text("MAIN", "StoreNotKept"));
+  }
 }
 
-void TfrmMain::TellSetAsideStore() {
-  auto *box = new QMessageBox(QMessageBox::Warning, QApplication::applicationDisplayName(),
-                              m_language.Text("MAIN", "StoreSetAside").arg(QFileInfo(m_store.SetAsideFile()).fileName()),
-                              QMessageBox::NoButton, this);
+void TfrmMain::TellAboutStore(const QString &text) {
+  auto *box = new QMessageBox(QMessageBox::Warning, QApplication::applicationDisplayName(), text, QMessageBox::NoButton,
+                              this);
   box->setTextFormat(Qt::PlainText);
   box->addButton(m_language.Global("OK"), QMessageBox::AcceptRole);
   box->setAttribute(Qt::WA_DeleteOnClose);
@@ -229,9 +239,34 @@ void TfrmMain::OpenDownloads() {
   m_downloadWindow->activateWindow();
 }
 
+void TfrmMain::wmCopyDataDataReceived(const QString &text) {
+  if (m_loadCoolbar.isActive()) {
+    // The pages of the start come first: they take the tab that is there.
+    connect(&m_loadCoolbar, &QTimer::timeout, this, [this, text] { wmCopyDataDataReceived(text); });
+    return;
+  }
+  QWidget *dialog = QApplication::activeModalWidget();
+  BringToFront(*(dialog != nullptr ? dialog : this)->windowHandle());
+  // That a text is dropped while a dialog waits for its answer is meant.
+  if (dialog != nullptr || text.isEmpty()) return;
+  // The extension counts in exactly this spelling.
+  if (openGroup && text.endsWith(QLatin1String(".hgp")) && QFileInfo(text).isFile()) {
+    openGroup(text);
+  } else {
+    m_tabs->NewTab()->Navigate(text);
+  }
+}
+
 void TfrmMain::CloseWithoutAsking() {
   m_closeConfirmed = true;
-  close();
+  // A question that is open is answered with no: it stands in the way of the end, and its answer does not matter any more.
+  constexpr int MostDialogs = 20;
+  for (int i = 0; i < MostDialogs; ++i) {
+    auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+    if (dialog == nullptr) break;
+    dialog->reject();
+  }
+  QMetaObject::invokeMethod(this, [this] { close(); }, Qt::QueuedConnection);
 }
 
 bool TfrmMain::FormCloseQuery() {
@@ -251,7 +286,7 @@ bool TfrmMain::FormCloseQuery() {
 }
 
 void TfrmMain::closeEvent(QCloseEvent *event) {
-  if (!m_closeConfirmed && !FormCloseQuery()) {
+  if (!m_closeConfirmed && !FormCloseQuery() && !m_closeConfirmed) {
     event->ignore();
     return;
   }
@@ -286,13 +321,14 @@ void TfrmMain::FormDestroy() {
 
 void TfrmMain::WriteSettings() {
   const bool fullScreen = m_fullScreen->IsOn();
-  m_settings.WriteBehaviour(m_store, m_environment->settings, fullScreen);
+  m_settings.Write(m_store, m_environment->settings, fullScreen);
   const bool maximized = !fullScreen && isMaximized();
   m_options.Set(Setting::Maximized, maximized);
   if (!maximized) WindowPlacement::Write(m_normalBounds, m_store);
   m_options.Set(Setting::UsePopupHalvex, m_settings.usePopupHalvex);
-  m_bars->Write();
-  m_settings.WriteView(m_store);
+  m_options.Set(Setting::ViewHalvexBar, m_settings.viewHalvexBar);
+  m_bars->Write(m_settings.viewLinksBar);
+  m_options.Set(Setting::HGCloseFirst, m_settings.hgCloseFirst);
 }
 
 void TfrmMain::RememberBounds() {
@@ -303,9 +339,7 @@ void TfrmMain::RememberBounds() {
 
 void TfrmMain::changeEvent(QEvent *event) {
   QMainWindow::changeEvent(event);
-  if (event->type() == QEvent::WindowStateChange && !isFullScreen() && m_fullScreen != nullptr && m_fullScreen->IsOn()) {
-    m_fullScreen->Leave();   // The desktop took the window out of full screen.
-  }
+  if (event->type() == QEvent::WindowStateChange && !isFullScreen() && m_fullScreen != nullptr) m_fullScreen->LeaveAll();
 }
 
 void TfrmMain::resizeEvent(QResizeEvent *event) {

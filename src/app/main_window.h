@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <QMainWindow>
 #include <QTimer>
@@ -40,6 +41,11 @@ class TfrmMain final : public QMainWindow {
   [[nodiscard]] const TLanguage &Language() const { return m_language; }
   // Closes the window without the shutdown question, with everything written as always.
   void CloseWithoutAsking();
+  // What a later start was given, from the instance channel: the window comes to the front and opens it, a page-group
+  // file with `openGroup`, anything else as an address in a new tab. An empty text only brings the window to the front.
+  void wmCopyDataDataReceived(const QString &text);
+  // Opens a page-group file; while none is set a group opens like any file.
+  std::function<void(const QString &file)> openGroup;
 
  protected:
   void closeEvent(QCloseEvent *event) override;
@@ -69,7 +75,7 @@ class TfrmMain final : public QMainWindow {
   void FollowStartupMode();
   void ChooseStartupMode(const QString &mode);
   void RememberBounds();
-  void TellSetAsideStore();
+  void TellAboutStore(const QString &text);
 
   TRegistryStore &m_store;
   TZVOptions m_options;

@@ -160,14 +160,14 @@ void TPageCommands::ConnectMail() {
   connect(m_commands[TCommand::MailPage], &QAction::triggered, this, &TPageCommands::MailPage);
 }
 
+QString TPageCommands::MailLinkAddress(const QString &title, const QString &address) {
+  return QStringLiteral("mailto:?subject=") + title + QStringLiteral(" (") + address + QStringLiteral(")&body=") + address;
+}
+
 void TPageCommands::MailLink() {
   const THalvexBrowser *browser = Browser();
   if (browser == nullptr) return;
-  // No character of title or address is escaped; that is meant.
-  const QString address = browser->LocationUrl();
-  const QString mail = QStringLiteral("mailto:?subject=") + browser->LocationName() + QStringLiteral(" (") + address +
-                       QStringLiteral(")&body=") + address;
-  if (!DesktopServices::OpenMailAddress(mail)) {
+  if (!DesktopServices::OpenMailAddress(MailLinkAddress(browser->LocationName(), browser->LocationUrl()))) {
     m_status.ShowNote(m_tabs.Environment().language.Text("MAIN", "MailFailed"));
   }
 }
@@ -220,6 +220,7 @@ void TPageCommands::EditPage(const DesktopServices::TEditor &editor) {
 void TPageCommands::UpdateFor(TBrowserTab *tab) {
   m_commands[TCommand::Back]->setEnabled(tab != nullptr && tab->BackEnabled());
   m_commands[TCommand::Forward]->setEnabled(tab != nullptr && tab->ForwardEnabled());
-  // Disabled when nothing loads, so that Esc then belongs to the page.
-  m_commands[TCommand::Stop]->setEnabled(tab != nullptr && tab->Busy());
+  // Disabled when nothing loads, and while a page has the whole screen, so that Esc then belongs to the page.
+  const bool pageOnly = tab != nullptr && tab->Browser() != nullptr && tab->Browser()->HasPageFullScreen();
+  m_commands[TCommand::Stop]->setEnabled(tab != nullptr && tab->Busy() && !pageOnly);
 }

@@ -18,6 +18,9 @@ class TPageCommands final : public QObject {
  public:
   TPageCommands(QWidget *window, TCommands &commands, TTabStrip &tabs, TMainStatusBar &status);
 
+  // The address of a new message with a link to a page. No character of title or address is escaped; that is meant.
+  [[nodiscard]] static QString MailLinkAddress(const QString &title, const QString &address);
+
   // Back, forward, stop and the like follow the active tab.
   void UpdateFor(TBrowserTab *tab);
 

@@ -94,6 +94,7 @@ void TTabCommands::ConnectClosing() {
 void TTabCommands::ConnectWalking() {
   connect(m_commands[TCommand::NextTab], &QAction::triggered, this, [this] { m_tabs.ShowAdjacent(true); });
   connect(m_commands[TCommand::PreviousTab], &QAction::triggered, this, [this] { m_tabs.ShowAdjacent(false); });
+  connect(m_commands[TCommand::FocusStrip], &QAction::triggered, &m_tabs.Pages(), &TZVPageControl::FocusStrip);
   constexpr int Digits = 9;
   for (int digit = 1; digit <= Digits; ++digit) {
     auto *key = new QShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_0 + digit)), m_window);

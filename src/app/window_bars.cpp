@@ -36,10 +36,11 @@ void TWindowBars::Restore() {
   Apply();
 }
 
-void TWindowBars::Write() const {
+void TWindowBars::Write(bool linksBar) const {
   TZVOptions options(m_store);
   options.Set(Setting::ViewToolbar, m_commands[TCommand::ViewToolbar]->isChecked());
   options.Set(Setting::ViewAddressBar, m_commands[TCommand::ViewAddressBar]->isChecked());
+  options.Set(Setting::ViewLinksBar, linksBar);
   // Full screen hides the status bar without changing the choice.
   if (!m_fullScreen.IsOn()) options.Set(Setting::ViewStatusBar, m_statusBar);
 }
@@ -51,7 +52,7 @@ void TWindowBars::Apply() {
   const bool statusBar = full ? m_fullScreenStatusBar : m_statusBar;
   m_commands[TCommand::ViewStatusBar]->setChecked(statusBar);
   m_commands[TCommand::ViewMenuBar]->setChecked(menuBar);
-  m_commands[TCommand::ViewMenuBar]->setEnabled(full);
+  m_commands[TCommand::ViewMenuBar]->setVisible(full);
   m_window->menuBar()->setVisible(menuBar && !pageOnly);
   m_status.setVisible(statusBar && !pageOnly);
   m_toolbars.Toolbar()->setVisible(m_commands[TCommand::ViewToolbar]->isChecked() && !pageOnly);

@@ -20,7 +20,8 @@ class TWindowBars final : public QObject {
 
   // Reads the choice into the check marks and shows the bars accordingly.
   void Restore();
-  void Write() const;
+  // In the order in which the window writes its bars; the links bar's choice is handed through.
+  void Write(bool linksBar) const;
 
  Q_SIGNALS:
   // With `pageOnly` the tab strip is to go as well.

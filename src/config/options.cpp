@@ -73,21 +73,21 @@ QStringList TZVOptions::Lines(const char *key) const {
   return lines;
 }
 
-void TZVOptions::SetLines(const char *key, const QStringList &lines) {
+bool TZVOptions::SetLines(const char *key, const QStringList &lines) {
   QList<TRegistryValue> values;
   values.reserve(lines.size());
   for (const QString &line : lines) {
     const qsizetype equals = line.indexOf(u'=');
     values.append({line.left(equals), equals < 0 ? QString() : line.sliced(equals + 1)});
   }
-  m_store.ReplaceKey(Hive, key, values);
+  return m_store.ReplaceKey(Hive, key, values);
 }
 
 QStringList TZVOptions::LastOpenSites() const { return Lines(RegistryKey::LastOpenSites); }
 QStringList TZVOptions::SearchEngines() const { return Lines(RegistryKey::SearchEngines); }
 QStringList TZVOptions::SearchBarEntries() const { return Lines(RegistryKey::SearchBar); }
 QStringList TZVOptions::QuickSearchEntries() const { return Lines(RegistryKey::QuickSearch); }
-void TZVOptions::SetLastOpenSites(const QStringList &lines) { SetLines(RegistryKey::LastOpenSites, lines); }
+bool TZVOptions::SetLastOpenSites(const QStringList &lines) { return SetLines(RegistryKey::LastOpenSites, lines); }
 void TZVOptions::SetSearchEngines(const QStringList &lines) { SetLines(RegistryKey::SearchEngines, lines); }
 void TZVOptions::SetSearchBarEntries(const QStringList &lines) { SetLines(RegistryKey::SearchBar, lines); }
 void TZVOptions::SetQuickSearchEntries(const QStringList &lines) { SetLines(RegistryKey::QuickSearch, lines); }

@@ -39,7 +39,8 @@ class TZVOptions final {
   [[nodiscard]] QStringList PopupList() const;
   // The names of the key's subkeys, one class identifier each.
   [[nodiscard]] QStringList BrowserHelperObjects() const;
-  void SetLastOpenSites(const QStringList &lines);
+  // False when the store refused the list.
+  bool SetLastOpenSites(const QStringList &lines);
   void SetSearchEngines(const QStringList &lines);
   void SetSearchBarEntries(const QStringList &lines);
   void SetQuickSearchEntries(const QStringList &lines);
@@ -59,7 +60,7 @@ class TZVOptions final {
   [[nodiscard]] std::optional<QString> Read(const char *name) const;
   void Write(const char *name, const QString &data);
   [[nodiscard]] QStringList Lines(const char *key) const;
-  void SetLines(const char *key, const QStringList &lines);
+  bool SetLines(const char *key, const QStringList &lines);
 
   TRegistryStore &m_store;
 };

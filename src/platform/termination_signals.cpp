@@ -28,7 +28,10 @@ TTerminationSignals::TTerminationSignals(QObject *parent) : QObject(parent) {
     [[maybe_unused]] const ssize_t got = ::read(s_pair[1], bytes, sizeof bytes);
     Q_EMIT EndRequested();
   });
-  for (const int signal : Signals) std::signal(signal, OnSignal);
+  for (const int signal : Signals) {
+    // Whoever started the program with a signal ignored (nohup) keeps it ignored.
+    if (std::signal(signal, OnSignal) == SIG_IGN) std::signal(signal, SIG_IGN);
+  }
 }
 
 TTerminationSignals::~TTerminationSignals() {

@@ -144,6 +144,15 @@ void TFindBar::ShowNoMatches(bool none) {
   m_text->setPalette(colours);
 }
 
+bool TFindBar::event(QEvent *event) {
+  // Escape closes the bar while it has the keyboard, also where the window has another use for the key.
+  if (event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape) {
+    event->accept();
+    return true;
+  }
+  return QWidget::event(event);
+}
+
 void TFindBar::keyPressEvent(QKeyEvent *event) {
   switch (event->key()) {
     case Qt::Key_Escape:

@@ -36,6 +36,7 @@ class TFindBar final : public QWidget {
   void Closed();
 
  protected:
+  bool event(QEvent *event) override;
   void keyPressEvent(QKeyEvent *event) override;
   void changeEvent(QEvent *event) override;
 

@@ -24,6 +24,7 @@ class TPermissionBar final : public QFrame {
   void Dismissed();
 
  protected:
+  bool event(QEvent *event) override;
   void keyPressEvent(QKeyEvent *event) override;
 
  private:

@@ -59,11 +59,14 @@ TFixedAddress FromKnownScheme(const QString &scheme, const QString &rest, const 
 }
 
 // Line breaks and other control characters come along when an address is pasted; they are never part of one.
+// Long addresses are shown with these as places to break.
+constexpr QChar ZeroWidthSpace(0x200B);
+
 QString WithoutControls(const QString &text) {
   QString clean;
   clean.reserve(text.size());
   std::copy_if(text.begin(), text.end(), std::back_inserter(clean),
-               [](QChar c) { return c.category() != QChar::Other_Control; });
+               [](QChar c) { return c.category() != QChar::Other_Control && c != ZeroWidthSpace; });
   return clean.trimmed();
 }
 

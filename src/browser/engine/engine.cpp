@@ -1,6 +1,7 @@
 #include "browser/engine/engine.h"
 
 #include <QLocale>
+#include <QWebEngineNotification>
 #include <QWebEngineProfile>
 #include <QWebEngineSettings>
 #include <QWebEngineUrlRequestInterceptor>
@@ -8,6 +9,7 @@
 
 #include "browser/engine/start_page.h"
 #include "config/language.h"
+#include "platform/desktop_notifications.h"
 
 namespace {
 
@@ -80,6 +82,19 @@ TEngine::TEngine(const TLanguage &language, TRegistryStore &store, QObject *pare
   m_profile->settings()->setUnknownUrlSchemePolicy(QWebEngineSettings::AllowUnknownUrlSchemesFromUserInteraction);
   m_startPage = std::make_unique<TStartPage>(language);
   m_profile->installUrlSchemeHandler(QByteArrayLiteral("zarvela"), m_startPage.get());
+  m_profile->setNotificationPresenter(
+      [this](std::unique_ptr<QWebEngineNotification> notification) { ShowNotification(std::move(notification)); });
+}
+
+void TEngine::ShowNotification(std::unique_ptr<QWebEngineNotification> notification) {
+  if (m_notifications == nullptr) m_notifications = new TDesktopNotifications(this);
+  const std::shared_ptr<QWebEngineNotification> shown = std::move(notification);
+  shown->show();
+  const QString origin = shown->origin().host();
+  m_notifications->Show({.title = shown->title(),
+                         .text = origin.isEmpty() ? shown->message() : origin + QLatin1Char('\n') + shown->message(),
+                         .clicked = [shown] { shown->click(); },
+                         .closed = [shown] { shown->close(); }});
 }
 
 TEngine::~TEngine() {

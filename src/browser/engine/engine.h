@@ -9,7 +9,9 @@
 
 #include "platform/profile_folder.h"
 
+class QWebEngineNotification;
 class QWebEngineProfile;
+class TDesktopNotifications;
 class QWebEngineUrlRequestInfo;
 class TLanguage;
 class TRegistryStore;
@@ -56,6 +58,8 @@ class TEngine final : public QObject {
  private:
   class TRequestGate;
 
+  void ShowNotification(std::unique_ptr<QWebEngineNotification> notification);
+
   const TLanguage &m_language;
   TRegistryStore &m_store;
   TProfileFolder m_folder;
@@ -64,4 +68,5 @@ class TEngine final : public QObject {
   std::unique_ptr<QWebEngineProfile> m_profile;
   QString m_ownUserAgent;
   QSet<QString> m_acceptedHosts;
+  TDesktopNotifications *m_notifications = nullptr;  // made with the first one
 };

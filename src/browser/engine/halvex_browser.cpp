@@ -179,7 +179,7 @@ void THalvexBrowser::PageSetup() {
 void THalvexBrowser::Properties() {
   const QPointer<THalvexBrowser> self(this);
   CollectProperties([self](const TPageProperties &properties) {
-    if (!self || !self->d->page) return;
+    if (!self) return;
     auto *dialog = new TPropertiesDialog(properties, self->d->engine.Language(), self->window());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->open();

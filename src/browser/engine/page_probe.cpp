@@ -1,5 +1,7 @@
 #include "browser/engine/page_probe.h"
 
+#include <QDateTime>
+#include <QLocale>
 #include <QVariantMap>
 #include <QWebEngineScript>
 
@@ -16,7 +18,7 @@ const char ProbeScript[] = R"((() => {
     type: document.contentType,
     size: load && load.decodedBodySize > 0 ? load.decodedBodySize
                                            : new Blob([document.documentElement.outerHTML]).size,
-    modified: Date.now() - changed > 5000 ? document.lastModified : '',
+    modified: Date.now() - changed > 5000 ? new Date(changed).toISOString() : '',
   };
 })())";
 
@@ -32,7 +34,11 @@ void ProbePage(TEnginePage *page, const TLanguage &language, const std::function
                       [properties, done](const QVariant &answer) mutable {
                         const QVariantMap map = answer.toMap();
                         properties.contentType = map.value(QStringLiteral("type")).toString();
-                        properties.modified = map.value(QStringLiteral("modified")).toString();
+                        const QDateTime modified =
+                            QDateTime::fromString(map.value(QStringLiteral("modified")).toString(), Qt::ISODateWithMs);
+                        if (modified.isValid()) {
+                          properties.modified = QLocale().toString(modified.toLocalTime(), QLocale::ShortFormat);
+                        }
                         if (map.contains(QStringLiteral("size"))) {
                           properties.size = map.value(QStringLiteral("size")).toLongLong();
                         }

@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 #include <QWebEngineNewWindowRequest>
 
+#include "browser/engine/address_fixup.h"
 #include "browser/tabs/tab_caption.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
@@ -70,13 +71,26 @@ bool TBrowserTab::IsActive() const { return m_strip.GetActivePage() == this; }
 
 void TBrowserTab::Navigate(const QString &address) {
   if (!m_browser) return;
+  if (address.isEmpty()) {
+    MakeBlank();
+    return;
+  }
   m_url = address;
+  m_awaited = FixUpAddress(address).kind == TFixedAddress::TKind::Url;
   if (!m_locked) SetCaption(address);
   if (address == AboutBlank) {
     MakeBlank();
   } else {
     m_browser->Navigate(address);
   }
+  Q_EMIT m_strip.TabsChanged();
+}
+
+void TBrowserTab::Announce(const QString &address) {
+  if (!m_browser) return;
+  m_url = address;
+  m_awaited = true;
+  if (!m_locked) SetCaption(address);
   Q_EMIT m_strip.TabsChanged();
 }
 
@@ -122,9 +136,8 @@ QString TBrowserTab::GetLocationName() const { return m_browser ? m_browser->Loc
 
 QString TBrowserTab::AddressToSave() const {
   const QString shown = GetLocationUrl();
-  // A tab whose first page has not begun to arrive is saved by what it was asked to open.
-  if ((shown.isEmpty() || shown == AboutBlank) && m_browser && !m_url.isEmpty()) return m_url;
-  return shown;
+  // A tab whose first page is still on its way is saved by what it was asked to open.
+  return m_awaited && (shown.isEmpty() || shown == AboutBlank) ? m_url : shown;
 }
 
 QString TBrowserTab::ListCaption() const {
@@ -136,7 +149,6 @@ void TBrowserTab::SetCaption(const QString &title) {
   m_title = title;
   const QString caption = TabCaption(title, m_stickyName, m_environment.settings.limitTitleLength,
                                      m_environment.language.Global("Blank"));
-  setToolTip(QString());
   m_strip.Pages().SetPageHint(this, title == AboutBlank ? m_environment.language.Global("Blank") : title);
   m_strip.Pages().SetPageCaption(this, caption);
   if (IsActive()) Q_EMIT m_strip.ActiveTitleChanged(ListCaption());
@@ -183,6 +195,7 @@ void TBrowserTab::Close() {
     ResetToBlank();
     return;
   }
+  if (m_browser->HasPageFullScreen()) Q_EMIT m_strip.PageFullScreenRequested(this, false);
   m_strip.ActivateNeighbourOf(this);
   THalvexBrowser *browser = m_browser;
   m_browser = nullptr;
@@ -235,13 +248,15 @@ void TBrowserTab::OnBeforeNavigate(TNavigation *navigation) {
     return;
   }
   if (m_hidden) {
-    if (!navigation->mainFrame || navigation->address == AboutBlank) return;
+    // A frame counts too: a window may stay at its empty page and fill itself with one.
+    if (navigation->address == AboutBlank) return;
     TestHiddenTab(navigation);
     if (navigation->cancel) return;
+    // What is let in goes on as any navigation does: the tab turns busy below.
   } else if (m_locked) {
     // Frames fill themselves in place unless the user clicked; a locked page full of frames must not spawn tabs. The page
-    // itself may reload, and what an allowed load is sent on to belongs to that load.
-    const bool inPlace = navigation->reload || (navigation->redirect && m_topDocument) ||
+    // itself may reload, by itself too, and what an allowed load is sent on to belongs to that load.
+    const bool inPlace = navigation->reload || (navigation->redirect && (m_topDocument || IsOwnPage(navigation->address))) ||
                          (!navigation->mainFrame && !navigation->linkClicked);
     if (!inPlace) {
       SendAway(navigation);
@@ -254,6 +269,10 @@ void TBrowserTab::OnBeforeNavigate(TNavigation *navigation) {
   m_topDocument = true;
   ShowState(TTabState::Started);
   RefreshIndicatorsIfActive();
+}
+
+bool TBrowserTab::IsOwnPage(const QString &address) const {
+  return QUrl(address).matches(QUrl(GetLocationUrl()), QUrl::RemoveFragment);
 }
 
 void TBrowserTab::TestHiddenTab(TNavigation *navigation) {
@@ -285,7 +304,8 @@ void TBrowserTab::OnNewWindowRequested(QWebEngineNewWindowRequest *request) {
 
 void TBrowserTab::OnNavigateComplete(const QString &address) {
   if (!m_browser) return;
-  if (m_lockPending && !m_locked) {
+  // The blank page that a tab is left with before it opens something is not the page to keep.
+  if (m_lockPending && !m_locked && (address != AboutBlank || m_url == AboutBlank)) {
     m_lockPending = false;
     SetLocked(true);
   }
@@ -313,6 +333,7 @@ void TBrowserTab::OnNavigateComplete(const QString &address) {
 void TBrowserTab::OnDocumentComplete(const QString &address) {
   if (!m_browser) return;
   const bool active = IsActive();
+  m_awaited = false;
   if (active) Q_EMIT m_strip.AddressChanged(address);
   if (!m_topDocument) return;
   m_wasActiveAtCompletion = active;

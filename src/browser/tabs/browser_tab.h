@@ -30,6 +30,8 @@ class TBrowserTab final : public QWidget {
   ~TBrowserTab() override;
 
   void Navigate(const QString &address);
+  // Shows `address` as what the tab is for and opens nothing: NavigateStored does that.
+  void Announce(const QString &address);
   // Opens `Url` again when there is one.
   void NavigateStored();
   void GoHome();
@@ -68,6 +70,7 @@ class TBrowserTab final : public QWidget {
   [[nodiscard]] const QString &PopupUrl() const { return m_popupUrl; }
   [[nodiscard]] const QString &StickyName() const { return m_stickyName; }
   [[nodiscard]] bool Locked() const { return m_locked; }
+  [[nodiscard]] bool LockPending() const { return m_lockPending; }
   [[nodiscard]] bool Hidden() const { return m_hidden; }
   [[nodiscard]] bool Blocked() const { return m_blocked; }
   [[nodiscard]] bool Restored() const { return m_restored; }
@@ -95,12 +98,13 @@ class TBrowserTab final : public QWidget {
   void ShowState(TTabState state);
   void RefreshIndicatorsIfActive();
   [[nodiscard]] bool IsActive() const;
+  // Whether the address is the page's own, jumps inside it aside.
+  [[nodiscard]] bool IsOwnPage(const QString &address) const;
 
   TTabEnvironment &m_environment;
   TTabStrip &m_strip;
   QPointer<THalvexBrowser> m_browser;
   QString m_title;
-  QString m_caption;
   QString m_url;          // the last address that the program asked this tab to open
   QString m_popupUrl;     // the first address of a window that a page asked for
   QString m_stickyName;
@@ -122,4 +126,5 @@ class TBrowserTab final : public QWidget {
   bool m_busy = false;
   bool m_topDocument = false;   // a top-level navigation is recorded
   bool m_restored = false;
+  bool m_awaited = false;       // the page that was asked for last has not finished yet
 };

@@ -54,11 +54,12 @@ TTabMenu::TTabMenu(QWidget *window, TTabStrip &tabs, TCloseAllTabs &closeAll)
     });
   }
   // The menu hides before the chosen item's command runs; the target is let go of after that.
-  connect(m_menu, &QMenu::aboutToHide, this, [this] { m_target = nullptr; }, Qt::QueuedConnection);
+  connect(m_menu, &QMenu::aboutToHide, this, [this] { m_opened = false; }, Qt::QueuedConnection);
 }
 
 void TTabMenu::Open(TBrowserTab *tab, const QPoint &globalPosition) {
   m_target = tab;
+  m_opened = true;
   if (TBrowserTab *target = TabUnderPopup()) {
     Prepare(target);
     m_menu->popup(globalPosition);
@@ -66,13 +67,13 @@ void TTabMenu::Open(TBrowserTab *tab, const QPoint &globalPosition) {
 }
 
 void TTabMenu::PrepareForActive() {
-  m_target = nullptr;
+  m_opened = false;
   if (TBrowserTab *target = TabUnderPopup()) Prepare(target);
 }
 
 TBrowserTab *TTabMenu::TabUnderPopup() {
   m_tabs.CloseHiddenTabs();
-  TBrowserTab *tab = m_target ? m_target.data() : m_tabs.GetActivePage();
+  TBrowserTab *tab = m_opened ? m_target.data() : m_tabs.GetActivePage();
   return tab != nullptr && tab->Browser() != nullptr ? tab : nullptr;
 }
 
@@ -123,7 +124,7 @@ void MakeTabListMenu(QMenu *menu, TTabStrip &tabs) {
       TBrowserTab *tab = tabs.Tab(i);
       // A window that a page asked for and that has not passed its test yet cannot be shown, so it has no item.
       if (!tabs.Pages().IsPageVisible(tab)) continue;
-      constexpr int LongestCaption = 70;
+      constexpr int LongestCaption = 250;   // characters; more fits on no screen
       QString caption = tab->ListCaption();
       if (caption.length() > LongestCaption) caption = caption.left(LongestCaption - 1) + QChar(0x2026);
       QAction *item = menu->addAction(caption.replace(QLatin1Char('&'), QLatin1String("&&")));

@@ -45,7 +45,8 @@ class TTabMenu final : public QObject {
   TTabStrip &m_tabs;
   TCloseAllTabs &m_closeAll;
   QMenu *m_menu;
-  QPointer<TBrowserTab> m_target;
+  QPointer<TBrowserTab> m_target;   // the tab that the menu was opened on; counts only while m_opened
+  bool m_opened = false;
 };
 
 // Fills `menu` with one item per tab each time it opens (pmTabs); choosing one activates its page.
