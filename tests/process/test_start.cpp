@@ -1,3 +1,4 @@
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -28,6 +29,8 @@ class TestStart final : public QObject {
   void LastSitesAndAddress();
   void OtherModesLeaveNoList();
   void KilledWithManyTabs();
+  void MakersPage_data();
+  void MakersPage();
   void SettingsAtTheEnd();
   void BrokenStore();
   void RefusedSettings_data();
@@ -212,11 +215,15 @@ void TestStart::KilledWithManyTabs() {
     options.Set(Setting::StartupMode, QStringLiteral("Last"));
     options.SetLastOpenSites(lines);
   });
-  auto program = Start({});
+  // One more than the list holds, so that it must have been written anew.
+  const QString added = m_server.Url(QStringLiteral("/added"));
+  auto program = Start({added});
   // In the middle of opening, with another process that writes settings all the while.
   const auto busy = Store();
   TZVOptions options(*busy);
-  for (int i = 0; !IsRequested("/page20") && i < 100000; ++i) {
+  lines.prepend(QStringLiteral("url%1=%2").arg(Count + 1).arg(added));
+  QDeadlineTimer deadline(60000);
+  for (int i = 0; (!IsRequested("/page20") || options.LastOpenSites().size() <= Count) && !deadline.hasExpired(); ++i) {
     options.Set(Setting::LimitTitleLength, 30 + i % 20);
     QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
   }
@@ -232,7 +239,46 @@ void TestStart::KilledWithManyTabs() {
   QTRY_VERIFY_WITH_TIMEOUT(IsRequested("/page0") && IsRequested("/page199"), 120000);
   program->kill();
   QVERIFY(program->waitForFinished());
+  QTRY_VERIFY_WITH_TIMEOUT(IsRequested("/added"), 20000);
   for (int i = 0; i < Count; ++i) QVERIFY2(IsRequested("/page" + QByteArray::number(i)), QByteArray::number(i));
+}
+
+void TestStart::MakersPage_data() {
+  QTest::addColumn<QString>("mode");
+  QTest::addColumn<QString>("home");
+  QTest::addColumn<QString>("last");
+  QTest::addColumn<bool>("opened");
+  QTest::newRow("home page of one's own") << "Home" << "/page1" << "" << true;
+  QTest::newRow("the default home page") << "Home" << "/home" << "" << false;
+  QTest::newRow("last pages") << "Last" << "" << "/page1" << true;
+  QTest::newRow("the default home page among the last") << "Last" << "" << "/home" << false;
+}
+
+void TestStart::MakersPage() {
+  QFETCH(QString, mode);
+  QFETCH(QString, home);
+  QFETCH(QString, last);
+  QFETCH(bool, opened);
+  m_server.RoutePage("/home", "Home");
+  QVERIFY(QDir().mkpath(ProgramFolders::UserData()));
+  QFile product(ProgramFolders::UserData() + QStringLiteral("/product.ini"));
+  QVERIFY(product.open(QIODevice::WriteOnly));
+  product.write("[Addresses]\nDefaultHomePage=" + m_server.Url(QStringLiteral("/home")).toUtf8() +
+                "\nStartupPage=" + m_server.Url(QStringLiteral("/maker-%s")).toUtf8() + "\n");
+  product.close();
+  Prepare([&](TZVOptions &options) {
+    options.Set(Setting::StartupMode, mode);
+    if (!last.isEmpty()) options.SetLastOpenSites({QStringLiteral("url1=") + m_server.Url(last)});
+  });
+  if (!home.isEmpty()) {
+    Store()->Write(TRegistryHive::CurrentUser, QStringLiteral("Software\\Microsoft\\Internet Explorer\\Main"),
+                   QStringLiteral("Start Page"), m_server.Url(home));
+  }
+  const auto program = Start({});
+  QTRY_VERIFY_WITH_TIMEOUT(IsRequested((home + last).toUtf8()), 20000);
+  if (opened) QTRY_VERIFY_WITH_TIMEOUT(IsRequested("/maker-ext"), 20000);
+  End(*program);
+  QCOMPARE(m_server.RequestCount("/maker-ext"), opened ? 1 : 0);
 }
 
 void TestStart::SettingsAtTheEnd() {

@@ -20,6 +20,7 @@
 #include "app/commands.h"
 #include "app/home_page.h"
 #include "app/main_window.h"
+#include "app/page_commands.h"
 #include "browser/tabs/browser_tab.h"
 #include "support/modal_dialogs.h"
 #include "support/shipped_files.h"
@@ -45,8 +46,13 @@ class TestMainWindow final : public QObject {
   void BackAndForward();
   void TabKeys();
   void FontMenu();
+  void RefreshAndStop();
+  void MailLink();
   void FullScreenAndBars();
+  void ClosingTheFullScreenPage();
   void TabPlace();
+  void TabColors_data();
+  void TabColors();
   void LanguageMenu();
   void ListFollowsTabs();
   void ShutdownQuestion();
@@ -298,6 +304,77 @@ void TestMainWindow::FullScreenAndBars() {
   OpenWindow();
   QTRY_VERIFY(m_window->isFullScreen());
   QVERIFY(m_window->menuBar()->isVisible() && !m_window->statusBar()->isVisible());
+}
+
+void TestMainWindow::RefreshAndStop() {
+  Load(QStringLiteral("/a"));
+  m_window->Tabs().NewTab();
+  Load(QStringLiteral("/b"));
+  const auto counts = [this] { return std::pair(m_server.RequestCount("/a"), m_server.RequestCount("/b")); };
+  auto expected = counts();
+  QTest::keyClick(m_window.get(), Qt::Key_F5);
+  ++expected.second;
+  QTRY_COMPARE(counts(), expected);
+  QVERIFY(m_server.Requests("/b").last().Header("cache-control") != "no-cache");
+  QTRY_VERIFY(!Active()->Busy());
+  QTest::keyClick(m_window.get(), Qt::Key_F5, Qt::ControlModifier);
+  ++expected.second;
+  QTRY_COMPARE(counts(), expected);
+  QCOMPARE(m_server.Requests("/b").last().Header("cache-control"), QByteArray("no-cache"));
+  QTRY_VERIFY(!Active()->Busy());
+  QTest::keyClick(m_window.get(), Qt::Key_F5, Qt::ShiftModifier);
+  ++expected.first;
+  ++expected.second;
+  QTRY_COMPARE(counts(), expected);
+
+  m_server.Route("/never", TTestResponse{.neverAnswer = true});
+  QVERIFY(!Action(TCommand::Stop)->isEnabled() || Active()->Busy());
+  Active()->Navigate(m_server.Url(QStringLiteral("/never")));
+  QTRY_VERIFY(Action(TCommand::Stop)->isEnabled());
+  QTest::keyClick(m_window.get(), Qt::Key_Escape);
+  QTRY_VERIFY(!Active()->Busy());
+  QVERIFY(!Action(TCommand::Stop)->isEnabled());
+}
+
+void TestMainWindow::MailLink() {
+  QCOMPARE(TPageCommands::MailLinkAddress(QStringLiteral("Q&A? 100% #1"), QStringLiteral("http://h/?a=b&c=d")),
+           QStringLiteral("mailto:?subject=Q&A? 100% #1 (http://h/?a=b&c=d)&body=http://h/?a=b&c=d"));
+}
+
+void TestMainWindow::ClosingTheFullScreenPage() {
+  Load(QStringLiteral("/a"));
+  m_window->Tabs().NewTab();
+  Load(QStringLiteral("/b"));
+  Q_EMIT m_window->Tabs().PageFullScreenRequested(Active(), true);
+  QTRY_VERIFY(m_window->isFullScreen());
+  QVERIFY(!m_window->menuBar()->isVisible());
+  Action(TCommand::CloseTab)->trigger();
+  QTRY_VERIFY(!m_window->isFullScreen());
+  QVERIFY(m_window->menuBar()->isVisible());
+}
+
+void TestMainWindow::TabColors_data() {
+  QTest::addColumn<QString>("scheme");
+  QTest::addColumn<QColor>("tab");
+  QTest::addColumn<QColor>("font");
+  const QPalette palette = QApplication::palette();
+  QTest::newRow("std") << "std" << palette.color(QPalette::Button) << palette.color(QPalette::WindowText);
+  QTest::newRow("rev") << "rev" << palette.color(QPalette::Inactive, QPalette::Highlight)
+                       << palette.color(QPalette::HighlightedText);
+  QTest::newRow("custom") << "custom" << QColor(0x11, 0x22, 0x33) << QColor(0xff, 0xee, 0xdd);
+  QTest::newRow("anything else is custom") << "STD" << QColor(0x11, 0x22, 0x33) << QColor(0xff, 0xee, 0xdd);
+}
+
+void TestMainWindow::TabColors() {
+  QFETCH(QString, scheme);
+  TZVOptions options(*m_store);
+  options.Set(Setting::TabColorScheme, scheme);
+  options.Set(Setting::InactiveTabColor, 0x112233);
+  options.Set(Setting::InactiveFontColor, 0xffeedd);
+  OpenWindow();
+  const auto *pages = m_window->findChild<TZVPageControl *>();
+  QTEST(pages->InactiveTabColor(), "tab");
+  QTEST(pages->InactiveFontColor(), "font");
 }
 
 void TestMainWindow::TabPlace() {
