@@ -23,8 +23,11 @@ void TAddressBox::PutBack() {
   m_typed = false;
   const QString shown = m_pageAddress == QLatin1String("about:blank") ? QString() : m_pageAddress;
   if (lineEdit()->text() == shown) return;
+  // Text that was there to be typed over stays so.
+  const bool toTypeOver = hasFocus() && lineEdit()->selectedText() == lineEdit()->text();
   setEditText(shown);
   lineEdit()->setCursorPosition(0);
+  if (toTypeOver) lineEdit()->selectAll();
 }
 
 void TAddressBox::FocusAll() {

@@ -34,6 +34,7 @@
 namespace {
 
 constexpr int DelayedStartInterval = 1;   // milliseconds
+constexpr QSize SmallestSize(320, 240);   // pixels
 const QString ModeLast = QStringLiteral("Last");
 
 }  // namespace
@@ -49,6 +50,7 @@ void TfrmMain::FormCreate() {
   setObjectName(QStringLiteral("frmMain"));
   // The bars are shown and hidden in the View menu, which remembers it.
   setContextMenuPolicy(Qt::NoContextMenu);
+  setMinimumSize(SmallestSize);
   m_options.RemoveZvid();
   m_language.Load(m_options);
   m_language.InstallToolkitTranslations(qApp);
@@ -132,7 +134,7 @@ void TfrmMain::ConnectTabs() {
   connect(tabs, &TTabStrip::CommandStateChanged, this, [this] { m_pageCommands->UpdateFor(m_tabs->GetActivePage()); });
   connect(tabs, &TTabStrip::AddressChanged, &m_toolbars->Address(), &TAddressBox::ShowAddress);
   connect(tabs, &TTabStrip::ActiveTitleChanged, this, [this](const QString &title) {
-    setWindowTitle(QStringLiteral("%1 – %2").arg(title, QApplication::applicationDisplayName()));
+    setWindowTitle(QStringLiteral("%1 — %2").arg(title, QApplication::applicationDisplayName()));
   });
   connect(m_pages, &TZVPageControl::TabMenuRequested, this, [this](QWidget *page, const QPoint &position) {
     m_tabMenu->Open(static_cast<TBrowserTab *>(page), position);
@@ -211,7 +213,7 @@ void TfrmMain::ChooseStartupMode(const QString &mode) {
 void TfrmMain::ShowActiveTab(TBrowserTab *tab) {
   if (tab == nullptr) return;
   m_toolbars->Address().ShowAddress(tab->GetLocationUrl());
-  setWindowTitle(QStringLiteral("%1 – %2").arg(tab->ListCaption(), QApplication::applicationDisplayName()));
+  setWindowTitle(QStringLiteral("%1 — %2").arg(tab->ListCaption(), QApplication::applicationDisplayName()));
   m_status->ShowNote(QString());
   m_status->ShowStatusText(QString());
   m_status->ShowProgress(tab->Progress());

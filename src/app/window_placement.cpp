@@ -40,7 +40,12 @@ QRect OnScreens(const QRect &bounds, const QList<QRect> &screens) {
     const QSize inB = b.intersected(placed).size();
     return qint64(inA.width()) * inA.height() < qint64(inB.width()) * inB.height();
   });
-  placed.setSize(placed.size().boundedTo(biggest->size()));
+  if (const QSize room = placed.size().boundedTo(biggest->size()); room != placed.size()) {
+    // What had to be made smaller was put in place on another screen, or on this one at another scale.
+    placed.setSize(room);
+    placed.moveLeft(std::clamp(placed.left(), biggest->left(), biggest->left() + biggest->width() - room.width()));
+    placed.moveTop(std::clamp(placed.top(), biggest->top(), biggest->top() + biggest->height() - room.height()));
+  }
   return placed;
 }
 

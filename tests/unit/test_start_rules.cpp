@@ -86,6 +86,8 @@ void TestStartRules::Placement_data() {
                                                          << QRect(1700, 900, 800, 600);
   QTest::newRow("a sliver is not enough") << QRect(1900, 10, 800, 600) << one << QRect(0, 0, 800, 600);
   QTest::newRow("larger than the screen") << QRect(0, 0, 4000, 3000) << one << QRect(0, 0, 1920, 1080);
+  QTest::newRow("stored at half the scale") << QRect(150, 100, 1000, 700) << QList<QRect>{QRect(0, 0, 640, 450)}
+                                            << QRect(0, 0, 640, 450);
   QTest::newRow("no size at all") << QRect(10, 10, 0, 0) << one << QRect(10, 10, 320, 240);
   QTest::newRow("no screen") << QRect(10, 10, 800, 600) << QList<QRect>{} << QRect(10, 10, 800, 600);
 }

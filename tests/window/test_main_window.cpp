@@ -100,7 +100,7 @@ void TestMainWindow::OpenWindow() {
   QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
   const auto *start = m_window->findChild<QTimer *>(QStringLiteral("tmrLoadCoolbar"));
   QTRY_VERIFY(!start->isActive());
-  QCOMPARE(m_window->windowTitle(), m_window->Language().Global("Blank") + QStringLiteral(" – Zarvela"));
+  QCOMPARE(m_window->windowTitle(), m_window->Language().Global("Blank") + QStringLiteral(" — Zarvela"));
 }
 
 void TestMainWindow::Load(const QString &path) {
@@ -145,7 +145,7 @@ void TestMainWindow::AddressBox() {
   QTRY_COMPARE(Active()->Title(), QStringLiteral("Page A"));
   QCOMPARE(m_window->Tabs().TabCount(), 1);
   QTRY_COMPARE(AddressEdit()->text(), m_server.Url(QStringLiteral("/a")));
-  QCOMPARE(m_window->windowTitle(), QStringLiteral("Page A – Zarvela"));
+  QCOMPARE(m_window->windowTitle(), QStringLiteral("Page A — Zarvela"));
 
   QTest::keyClick(m_window.get(), Qt::Key_L, Qt::ControlModifier);
   QTRY_COMPARE(AddressEdit()->selectedText(), AddressEdit()->text());

@@ -19,6 +19,8 @@ constexpr qreal ZoomStep = 1.25;
 constexpr qreal MinZoom = 0.25;
 constexpr qreal MaxZoom = 4;
 constexpr QSize PreferredSize(820, 900);
+// What a window manager puts around the dialog.
+constexpr QSize FrameRoom(20, 60);
 
 }  // namespace
 
@@ -60,7 +62,7 @@ TPrintPreview::TPrintPreview(const TLanguage &language, const QByteArray &pdf, c
   auto *layout = new QVBoxLayout(this);
   layout->addWidget(m_view, 1);
   layout->addWidget(buttons);
-  resize(PreferredSize.boundedTo(screen()->availableSize()));
+  resize(PreferredSize.boundedTo(screen()->availableSize() - FrameRoom));
 }
 
 TPrintPreview::~TPrintPreview() {

@@ -13,6 +13,7 @@
 namespace {
 
 const QString AboutBlank = QStringLiteral("about:blank");
+constexpr int StickyNameWidth = 60;   // characters
 
 bool IsHttps(const QString &address) {
   // Exact and case-sensitive: the engine always gives schemes in lower case.
@@ -166,6 +167,7 @@ void TBrowserTab::AskStickyName() {
   dialog.setWindowTitle(m_environment.language.Global("StickyNameTitle"));
   dialog.setLabelText(m_environment.language.Global("StickyNamePrompt"));
   dialog.setTextValue(title == GetLocationUrl() ? QString() : title);
+  dialog.resize(dialog.fontMetrics().averageCharWidth() * StickyNameWidth, dialog.sizeHint().height());
   dialog.setOkButtonText(m_environment.language.Global("OK"));
   dialog.setCancelButtonText(m_environment.language.Global("Cancel"));
   const QPointer<TBrowserTab> self(this);
@@ -268,6 +270,7 @@ void TBrowserTab::OnBeforeNavigate(TNavigation *navigation) {
   m_busy = true;
   m_topDocument = true;
   ShowState(TTabState::Started);
+  if (IsActive()) Q_EMIT m_strip.StatusTextChanged(QString());   // what it said was about the page that goes
   RefreshIndicatorsIfActive();
 }
 

@@ -85,6 +85,7 @@ void TTabMenu::Prepare(TBrowserTab *tab) {
       ->setText(tab->StickyName().isEmpty() ? language.Global("StickyNameSet") : language.Global("StickyNameClear"));
   Item("pmHideFromCloseAll")->setChecked(tab->HideFromCloseAll());
   Item("pmTabHome")->setEnabled(!tab->Url().isEmpty());
+  Item("pmTabStop")->setEnabled(tab->Busy());
   Item("pmTabLocked")->setChecked(tab->Locked());
 }
 
