@@ -1,15 +1,15 @@
 #include "app/about_dialog.h"
 
+#include <QtWebEngineCore/qtwebenginecoreglobal.h>
 #include <QApplication>
 #include <QDialog>
-#include <QtWebEngineCore/qtwebenginecoreglobal.h>
 
 #include "config/language.h"
 #include "ui_about_dialog.h"
 
 namespace {
 
-constexpr int ImageSize = 64;   // pixels
+constexpr int ImageSize = 64;  // pixels
 
 QString Versions(const TLanguage &language) {
   const QString lines[] = {

@@ -5,10 +5,10 @@
 
 namespace {
 
-constexpr int Edge = 24;        // pixels
-constexpr int StepTime = 60;    // milliseconds
-constexpr int StepAngle = 24;   // degrees
-constexpr int ArcAngle = 100;   // degrees
+constexpr int Edge = 24;       // pixels
+constexpr int StepTime = 60;   // milliseconds
+constexpr int StepAngle = 24;  // degrees
+constexpr int ArcAngle = 100;  // degrees
 
 }  // namespace
 
@@ -22,7 +22,9 @@ TBusyIndicator::TBusyIndicator(QWidget *parent) : QWidget(parent) {
   });
 }
 
-QSize TBusyIndicator::sizeHint() const { return {Edge + 4, Edge + 4}; }
+QSize TBusyIndicator::sizeHint() const {
+  return {Edge + 4, Edge + 4};
+}
 
 void TBusyIndicator::SetBusy(bool busy) {
   if (busy == m_timer.isActive()) return;

@@ -18,5 +18,5 @@ class TBusyIndicator final : public QWidget {
 
  private:
   QTimer m_timer;
-  int m_angle = 0;   // degrees
+  int m_angle = 0;  // degrees
 };

@@ -19,7 +19,7 @@ struct TCachedSettings {
   bool viewHalvexBar = false;
   bool viewLinksBar = true;
   bool disableAltShortcuts = false;
-  int halvexBarWidth = 234;   // pixels
+  int halvexBarWidth = 234;  // pixels
   QString searchBar;
 
   void Read(TRegistryStore &store, TTabSettings &tabs);

@@ -7,12 +7,12 @@ namespace {
 
 struct TCommandRow {
   TCommand command;
-  const char *name;       // object name
-  const char *text;       // marker
-  const char *icon;       // nullptr for none
-  const char *keys;       // portable key sequences, separated by "; "
+  const char *name;  // object name
+  const char *text;  // marker
+  const char *icon;  // nullptr for none
+  const char *keys;  // portable key sequences, separated by "; "
   bool checkable;
-  TTextKey hint;          // "short|long"; no section: none
+  TTextKey hint;  // "short|long"; no section: none
 };
 
 using enum TCommand;
@@ -98,9 +98,9 @@ static_assert(std::size(Rows) == static_cast<size_t>(TCommand::Count));
 
 struct TMenuRow {
   TMenu menu;
-  TMenu parent;           // the menu itself: it stands in the menu bar
+  TMenu parent;  // the menu itself: it stands in the menu bar
   const char *name;
-  const char *title;      // marker
+  const char *title;  // marker
 };
 
 constexpr TMenuRow Menus[] = {
@@ -131,10 +131,18 @@ struct TEntry {
   int index = 0;
 };
 
-constexpr TEntry Put(TMenu menu, TCommand command) { return {menu, TEntry::TKind::Command, static_cast<int>(command)}; }
-constexpr TEntry Put(TMenu menu, TMenu child) { return {menu, TEntry::TKind::Menu, static_cast<int>(child)}; }
-constexpr TEntry Line(TMenu menu) { return {menu, TEntry::TKind::Separator}; }
+constexpr TEntry Put(TMenu menu, TCommand command) {
+  return {menu, TEntry::TKind::Command, static_cast<int>(command)};
+}
+constexpr TEntry Put(TMenu menu, TMenu child) {
+  return {menu, TEntry::TKind::Menu, static_cast<int>(child)};
+}
+constexpr TEntry Line(TMenu menu) {
+  return {menu, TEntry::TKind::Separator};
+}
 
+// One line of the table for each part of a menu.
+// clang-format off
 constexpr TEntry Entries[] = {
     Put(TMenu::File, NewBlank), Put(TMenu::File, TMenu::NewTab), Put(TMenu::File, OpenFile), Line(TMenu::File),
     Put(TMenu::File, SaveAs), Put(TMenu::File, TMenu::EditWith), Put(TMenu::File, TMenu::Send), Line(TMenu::File),
@@ -172,6 +180,7 @@ constexpr TEntry Entries[] = {
 
     Put(TMenu::Help, About),
 };
+// clang-format on
 
 QList<QKeySequence> KeysOf(const char *keys) {
   QList<QKeySequence> sequences;

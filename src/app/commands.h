@@ -9,8 +9,8 @@
 class QMenuBar;
 class QMenu;
 
-// Every command of the main window's menus and tool bar. The table in commands.cpp says what each is called, which text,
-// icon and keys it has and in which menu it stands; modules connect the commands that they own.
+// Every command of the main window's menus and tool bar. The table in commands.cpp says what each is called, which
+// text, icon and keys it has and in which menu it stands; modules connect the commands that they own.
 enum class TCommand {
   NewBlank,
   NewHome,

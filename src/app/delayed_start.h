@@ -7,8 +7,8 @@ class TTabStrip;
 class TRegistryStore;
 struct TProductInfo;
 
-// Opens the first pages, once, a moment after the window is up: the one-time start page, the pages of the start-up mode,
-// the address from the command line.
+// Opens the first pages, once, a moment after the window is up: the one-time start page, the pages of the start-up
+// mode, the address from the command line.
 class TDelayedStart final {
  public:
   // The argument of the command line comes through the setting CommandLine; `argument` is for a store that refused it.
@@ -31,6 +31,6 @@ class TDelayedStart final {
   TRegistryStore &m_store;
   const TProductInfo &m_product;
   QString m_argument;
-  TBrowserTab *m_tab = nullptr;   // the tab taken last; none while the first, blank one is still free
+  TBrowserTab *m_tab = nullptr;  // the tab taken last; none while the first, blank one is still free
   bool m_opened = false;
 };

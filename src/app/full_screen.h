@@ -7,8 +7,8 @@ class TBrowserTab;
 class TCommands;
 class TTabStrip;
 
-// The window without its frame: the user's full screen (F11), which keeps the tabs and the tool bars, and the one that a
-// page asks for (a video), which keeps nothing but the page.
+// The window without its frame: the user's full screen (F11), which keeps the tabs and the tool bars, and the one that
+// a page asks for (a video), which keeps nothing but the page.
 class TFullScreen final : public QObject {
   Q_OBJECT
 

@@ -7,7 +7,7 @@
 namespace {
 
 // Long enough that a burst of changes is one write, short enough that a crash costs next to nothing.
-constexpr int FollowDelay = 400;   // milliseconds
+constexpr int FollowDelay = 400;  // milliseconds
 
 }  // namespace
 
@@ -23,8 +23,8 @@ QStringList TLastOpenSites::Read(TRegistryStore &store) {
   const QStringList lines = TZVOptions(store).LastOpenSites();
   for (auto line = lines.crbegin(); line != lines.crend(); ++line) {
     QString address = TZVOptions::AddressOfLine(*line);
-    // A line with neither http nor https is taken whole, value name and all. A local file or an empty page could never be
-    // opened by that, so its name is taken off here.
+    // A line with neither http nor https is taken whole, value name and all. A local file or an empty page could never
+    // be opened by that, so its name is taken off here.
     if (address == *line) address = line->section(QLatin1Char('='), 1);
     if (!address.isEmpty()) addresses.append(address);
   }
@@ -47,8 +47,8 @@ QStringList TLastOpenSites::Lines(bool close) const {
 
 void TLastOpenSites::Follow() {
   StopFollowing();
-  // The timer is not started anew while it runs: a page that changes its address all the time must not put the write off
-  // for ever.
+  // The timer is not started anew while it runs: a page that changes its address all the time must not put the write
+  // off for ever.
   connect(&m_tabs, &TTabStrip::TabsChanged, &m_delay, [this] {
     if (!m_delay.isActive()) m_delay.start();
   });
@@ -66,8 +66,10 @@ void TLastOpenSites::Write(bool close) {
   if (TZVOptions(m_store).SetLastOpenSites(lines)) {
     m_written = lines;
   } else if (!close && m_store.IsWritable()) {
-    m_delay.start();   // The store was busy for long; the list must not stay behind the tabs.
+    m_delay.start();  // The store was busy for long; the list must not stay behind the tabs.
   }
 }
 
-void TLastOpenSites::Clear(TRegistryStore &store) { TZVOptions(store).SetLastOpenSites({}); }
+void TLastOpenSites::Clear(TRegistryStore &store) {
+  TZVOptions(store).SetLastOpenSites({});
+}

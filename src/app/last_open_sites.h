@@ -7,8 +7,8 @@
 class TTabStrip;
 class TRegistryStore;
 
-// The list of pages that a start in mode "Last" opens again. It is written when the window closes; and while the program
-// runs in that mode it follows the open tabs, so that even a killed program finds all of them again.
+// The list of pages that a start in mode "Last" opens again. It is written when the window closes; and while the
+// program runs in that mode it follows the open tabs, so that even a killed program finds all of them again.
 class TLastOpenSites final : public QObject {
   Q_OBJECT
 

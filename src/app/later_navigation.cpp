@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int LongestWait = 1000;   // milliseconds
+constexpr int LongestWait = 1000;  // milliseconds
 
 }  // namespace
 

@@ -73,9 +73,13 @@ TMainStatusBar::TMainStatusBar(const TLanguage &language, QWidget *parent)
   connect(m_security, &QToolButton::clicked, this, &TMainStatusBar::SecurityClicked);
 }
 
-void TMainStatusBar::ShowStatusText(const QString &text) { m_text->setText(text); }
+void TMainStatusBar::ShowStatusText(const QString &text) {
+  m_text->setText(text);
+}
 
-void TMainStatusBar::ShowNote(const QString &text) { m_note->setText(text); }
+void TMainStatusBar::ShowNote(const QString &text) {
+  m_note->setText(text);
+}
 
 void TMainStatusBar::ShowProgress(int percent) {
   m_progress->setValue(percent);
@@ -86,8 +90,8 @@ void TMainStatusBar::ShowSecurity(bool secure, int level) {
   const bool known = level > 0 && level < static_cast<int>(std::size(EncryptionTexts));
   m_security->setVisible(known);
   if (!known) return;
-  m_security->setIcon(QIcon(secure && level > 2 ? QStringLiteral(":/icons/lock.svg")
-                                                : QStringLiteral(":/icons/lock_open.svg")));
+  m_security->setIcon(
+      QIcon(secure && level > 2 ? QStringLiteral(":/icons/lock.svg") : QStringLiteral(":/icons/lock_open.svg")));
   const QString text = m_language.Text(EncryptionTexts[level]);
   m_security->setToolTip(text);
   m_security->setAccessibleName(text);

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr int LabelMargin = 4;   // pixels
+constexpr int LabelMargin = 4;  // pixels
 
 QToolBar *MakeBar(QMainWindow *window, const char *name, const char *title) {
   auto *bar = new QToolBar(QString::fromLatin1(title), window);
@@ -81,4 +81,6 @@ void TMainToolbars::FillAddressBand() {
   connect(m_go, &QAction::triggered, m_address, &TAddressBox::Go);
 }
 
-void TMainToolbars::ShowGo(bool show) { m_go->setVisible(show); }
+void TMainToolbars::ShowGo(bool show) {
+  m_go->setVisible(show);
+}

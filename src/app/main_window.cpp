@@ -1,11 +1,11 @@
 #include "app/main_window.h"
 
+#include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QActionGroup>
 
 #include "app/about_dialog.h"
 #include "app/address_box.h"
@@ -33,8 +33,8 @@
 
 namespace {
 
-constexpr int DelayedStartInterval = 1;   // milliseconds
-constexpr QSize SmallestSize(320, 240);   // pixels
+constexpr int DelayedStartInterval = 1;  // milliseconds
+constexpr QSize SmallestSize(320, 240);  // pixels
 const QString ModeLast = QStringLiteral("Last");
 
 }  // namespace
@@ -44,7 +44,9 @@ TfrmMain::TfrmMain(TRegistryStore &store, const QString &argument)
   FormCreate();
 }
 
-TfrmMain::~TfrmMain() { FormDestroy(); }
+TfrmMain::~TfrmMain() {
+  FormDestroy();
+}
 
 void TfrmMain::FormCreate() {
   setObjectName(QStringLiteral("frmMain"));
@@ -92,8 +94,8 @@ void TfrmMain::MakeModules() {
   m_fullScreen = new TFullScreen(this, *m_commands, *m_tabs);
   m_bars = new TWindowBars(this, *m_commands, *m_toolbars, *m_status, *m_fullScreen, m_store);
   m_pageCommands = new TPageCommands(this, *m_commands, *m_tabs, *m_status);
-  m_tabCommands = new TTabCommands(this, *m_commands, *m_tabs, *m_closeAll, *m_tabMenu, *m_autoRefresh,
-                                   m_toolbars->Address());
+  m_tabCommands =
+      new TTabCommands(this, *m_commands, *m_tabs, *m_closeAll, *m_tabMenu, *m_autoRefresh, m_toolbars->Address());
   new TLanguageMenu(*m_commands->Menu(TMenu::Languages), m_language, m_store);
   m_lastSites = new TLastOpenSites(*m_tabs, m_store, this);
   ConnectTabs();
@@ -189,8 +191,8 @@ void TfrmMain::tmrLoadCoolbarTimer() {
 }
 
 void TfrmMain::TellAboutStore(const QString &text) {
-  auto *box = new QMessageBox(QMessageBox::Warning, QApplication::applicationDisplayName(), text, QMessageBox::NoButton,
-                              this);
+  auto *box =
+      new QMessageBox(QMessageBox::Warning, QApplication::applicationDisplayName(), text, QMessageBox::NoButton, this);
   box->setTextFormat(Qt::PlainText);
   box->addButton(m_language.Global("OK"), QMessageBox::AcceptRole);
   box->setAttribute(Qt::WA_DeleteOnClose);
@@ -261,14 +263,16 @@ void TfrmMain::wmCopyDataDataReceived(const QString &text) {
 
 void TfrmMain::CloseWithoutAsking() {
   m_closeConfirmed = true;
-  // A question that is open is answered with no: it stands in the way of the end, and its answer does not matter any more.
+  // A question that is open is answered with no: it stands in the way of the end, and its answer does not matter any
+  // more.
   constexpr int MostDialogs = 20;
   for (int i = 0; i < MostDialogs; ++i) {
     auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
     if (dialog == nullptr) break;
     dialog->reject();
   }
-  QMetaObject::invokeMethod(this, [this] { close(); }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      this, [this] { close(); }, Qt::QueuedConnection);
 }
 
 bool TfrmMain::FormCloseQuery() {
@@ -341,7 +345,8 @@ void TfrmMain::RememberBounds() {
 
 void TfrmMain::changeEvent(QEvent *event) {
   QMainWindow::changeEvent(event);
-  if (event->type() == QEvent::WindowStateChange && !isFullScreen() && m_fullScreen != nullptr) m_fullScreen->LeaveAll();
+  if (event->type() == QEvent::WindowStateChange && !isFullScreen() && m_fullScreen != nullptr)
+    m_fullScreen->LeaveAll();
 }
 
 void TfrmMain::resizeEvent(QResizeEvent *event) {

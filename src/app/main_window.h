@@ -94,7 +94,7 @@ class TfrmMain final : public QMainWindow {
   TCommands *m_commands = nullptr;
   TMainToolbars *m_toolbars = nullptr;
   TMainStatusBar *m_status = nullptr;
-  TZVPageControl *m_pages = nullptr;   // pcPage
+  TZVPageControl *m_pages = nullptr;  // pcPage
   TFullScreen *m_fullScreen = nullptr;
   TWindowBars *m_bars = nullptr;
   TTabMenu *m_tabMenu = nullptr;
@@ -102,7 +102,7 @@ class TfrmMain final : public QMainWindow {
   TPageCommands *m_pageCommands = nullptr;
   TTabCommands *m_tabCommands = nullptr;
   TLastOpenSites *m_lastSites = nullptr;
-  QTimer m_loadCoolbar{this};   // tmrLoadCoolbar
-  QRect m_normalBounds;   // of the window when it was last neither maximised nor full screen
+  QTimer m_loadCoolbar{this};  // tmrLoadCoolbar
+  QRect m_normalBounds;        // of the window when it was last neither maximised nor full screen
   bool m_closeConfirmed = false;
 };

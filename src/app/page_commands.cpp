@@ -57,8 +57,7 @@ const TPageCommands::TFont TPageCommands::Fonts[] = {
     {TCommand::FontSmaller, 1}, {TCommand::FontSmallest, 0},
 };
 
-TPageCommands::TPageCommands(QWidget *window, TCommands &commands, TTabStrip &tabs,
-                             TMainStatusBar &status)
+TPageCommands::TPageCommands(QWidget *window, TCommands &commands, TTabStrip &tabs, TMainStatusBar &status)
     : QObject(window), m_window(window), m_commands(commands), m_tabs(tabs), m_status(status) {
   ConnectSimple();
   ConnectNavigation();
@@ -90,8 +89,8 @@ void TPageCommands::ConnectSimple() {
 void TPageCommands::ConnectNavigation() {
   using TTabOperation = void (TBrowserTab::*)();
   const std::pair<TCommand, TTabOperation> rows[] = {
-      {TCommand::Back, &TBrowserTab::GoBack}, {TCommand::Forward, &TBrowserTab::GoForward},
-      {TCommand::Home, &TBrowserTab::GoHome}, {TCommand::Stop, &TBrowserTab::Stop},
+      {TCommand::Back, &TBrowserTab::GoBack},     {TCommand::Forward, &TBrowserTab::GoForward},
+      {TCommand::Home, &TBrowserTab::GoHome},     {TCommand::Stop, &TBrowserTab::Stop},
       {TCommand::Refresh, &TBrowserTab::Refresh},
   };
   for (const auto &[command, operation] : rows) {
@@ -161,7 +160,8 @@ void TPageCommands::ConnectMail() {
 }
 
 QString TPageCommands::MailLinkAddress(const QString &title, const QString &address) {
-  return QStringLiteral("mailto:?subject=") + title + QStringLiteral(" (") + address + QStringLiteral(")&body=") + address;
+  return QStringLiteral("mailto:?subject=") + title + QStringLiteral(" (") + address + QStringLiteral(")&body=") +
+         address;
 }
 
 void TPageCommands::MailLink() {

@@ -9,8 +9,8 @@ class TMainStatusBar;
 class TMainToolbars;
 class TRegistryStore;
 
-// Which bars of the main window are to be seen: the user's choice for the normal window, another one for full screen, and
-// none at all while a page has the screen to itself.
+// Which bars of the main window are to be seen: the user's choice for the normal window, another one for full screen,
+// and none at all while a page has the screen to itself.
 class TWindowBars final : public QObject {
   Q_OBJECT
 
@@ -38,7 +38,7 @@ class TWindowBars final : public QObject {
   TMainStatusBar &m_status;
   TFullScreen &m_fullScreen;
   TRegistryStore &m_store;
-  bool m_statusBar = true;              // the choice for the normal window; full screen does not touch it
+  bool m_statusBar = true;  // the choice for the normal window; full screen does not touch it
   bool m_fullScreenMenuBar = false;
   bool m_fullScreenStatusBar = false;
 };

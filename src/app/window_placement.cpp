@@ -11,7 +11,7 @@ namespace WindowPlacement {
 
 namespace {
 
-constexpr QSize Smallest(320, 240);   // pixels
+constexpr QSize Smallest(320, 240);  // pixels
 // This much of the window's top edge must lie on a screen, so that it can be taken hold of.
 constexpr QSize Handle(100, 20);
 

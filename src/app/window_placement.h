@@ -10,8 +10,8 @@ namespace WindowPlacement {
 
 // The stored bounds: the place of the window's frame and the size of its contents, in desktop coordinates.
 [[nodiscard]] QRect Stored(TRegistryStore &store);
-// `bounds`, moved and shrunk so that it can be reached on one of `screens` (their available areas). Bounds that lie well
-// enough on the screens stay as they are.
+// `bounds`, moved and shrunk so that it can be reached on one of `screens` (their available areas). Bounds that lie
+// well enough on the screens stay as they are.
 [[nodiscard]] QRect OnScreens(const QRect &bounds, const QList<QRect> &screens);
 void Restore(QWidget *window, TRegistryStore &store);
 // Negative numbers are written as 0.

@@ -10,7 +10,9 @@ namespace {
 const QString Verb = QStringLiteral("Zarvela");
 const QString Unnamed;
 
-QString ShellKey(const QString &className) { return className + QStringLiteral("\\shell"); }
+QString ShellKey(const QString &className) {
+  return className + QStringLiteral("\\shell");
+}
 
 }  // namespace
 

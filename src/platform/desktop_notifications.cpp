@@ -17,15 +17,15 @@ constexpr int UntilTheDesktopSays = -1;
 
 TDesktopNotifications::TDesktopNotifications(QObject *parent) : QObject(parent) {
   QDBusConnection bus = QDBusConnection::sessionBus();
-  bus.connect(QLatin1String(Service), QLatin1String(Path), QLatin1String(Service), QStringLiteral("ActionInvoked"), this,
-              SLOT(OnActionInvoked(uint, QString)));
-  bus.connect(QLatin1String(Service), QLatin1String(Path), QLatin1String(Service),
-              QStringLiteral("NotificationClosed"), this, SLOT(OnClosed(uint, uint)));
+  bus.connect(QLatin1String(Service), QLatin1String(Path), QLatin1String(Service), QStringLiteral("ActionInvoked"),
+              this, SLOT(OnActionInvoked(uint, QString)));
+  bus.connect(QLatin1String(Service), QLatin1String(Path), QLatin1String(Service), QStringLiteral("NotificationClosed"),
+              this, SLOT(OnClosed(uint, uint)));
 }
 
 void TDesktopNotifications::Show(TMessage message) {
-  QDBusMessage call = QDBusMessage::createMethodCall(QLatin1String(Service), QLatin1String(Path), QLatin1String(Service),
-                                                     QStringLiteral("Notify"));
+  QDBusMessage call = QDBusMessage::createMethodCall(QLatin1String(Service), QLatin1String(Path),
+                                                     QLatin1String(Service), QStringLiteral("Notify"));
   // Many desktops read the text as markup, so that a page could slip in links and pictures.
   call << QStringLiteral("Zarvela") << uint(0) << QStringLiteral("zarvela") << message.title
        << message.text.toHtmlEscaped() << QStringList{DefaultAction, QString()}
@@ -50,7 +50,9 @@ void TDesktopNotifications::OnActionInvoked(uint id, const QString &action) {
   Forget(id);
 }
 
-void TDesktopNotifications::OnClosed(uint id, uint) { Forget(id); }
+void TDesktopNotifications::OnClosed(uint id, uint) {
+  Forget(id);
+}
 
 void TDesktopNotifications::Forget(uint id) {
   const TMessage message = m_shown.take(id);

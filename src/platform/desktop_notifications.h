@@ -13,9 +13,9 @@ class TDesktopNotifications final : public QObject {
  public:
   struct TMessage {
     QString title;
-    QString text;                    // plain
-    std::function<void()> clicked{};   // the user wants to see more
-    std::function<void()> closed{};    // called once, after `clicked` as well
+    QString text;                     // plain
+    std::function<void()> clicked{};  // the user wants to see more
+    std::function<void()> closed{};   // called once, after `clicked` as well
   };
 
   explicit TDesktopNotifications(QObject *parent = nullptr);

@@ -112,7 +112,9 @@ QStringList CommandLine(const QString &exec, const QString &file) {
   return command;
 }
 
-bool EditWith(const TEditor &editor, const QString &file) { return Start(CommandLine(editor.command, file)); }
+bool EditWith(const TEditor &editor, const QString &file) {
+  return Start(CommandLine(editor.command, file));
+}
 
 bool OpenMailAddress(const QString &address) {
   return Start({QStringLiteral("xdg-email"), address}) || Start({QStringLiteral("xdg-open"), address}) ||

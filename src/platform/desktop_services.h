@@ -10,16 +10,16 @@ namespace DesktopServices {
 
 // A program that can edit a web page, from the desktop's application entries.
 struct TEditor {
-  QString name;      // as the desktop calls it, in the user's language
-  QString icon;      // an icon name or path, may be empty
-  QString command;   // the entry's Exec line
+  QString name;     // as the desktop calls it, in the user's language
+  QString icon;     // an icon name or path, may be empty
+  QString command;  // the entry's Exec line
 };
 
 // Programs that say they open web pages or plain text in an editor, by name. Reads the entries anew at each call.
 [[nodiscard]] QList<TEditor> Editors();
 bool EditWith(const TEditor &editor, const QString &file);
-// The arguments of an Exec line with its field codes filled in (the desktop entry format); empty when it has no program.
-// A line that names no file gets the file at its end.
+// The arguments of an Exec line with its field codes filled in (the desktop entry format); empty when it has no
+// program. A line that names no file gets the file at its end.
 [[nodiscard]] QStringList CommandLine(const QString &exec, const QString &file);
 
 // Hands a "mailto:" address to the mail program exactly as it is.

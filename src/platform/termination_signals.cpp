@@ -1,10 +1,10 @@
 #include "platform/termination_signals.h"
 
-#include <QSocketNotifier>
-#include <csignal>
 #include <fcntl.h>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <csignal>
+#include <QSocketNotifier>
 
 namespace {
 

@@ -76,7 +76,10 @@ void TestStart::init() {
   });
 }
 
-void TestStart::cleanup() { m_server.Close(); m_server.ForgetRequests(); }
+void TestStart::cleanup() {
+  m_server.Close();
+  m_server.ForgetRequests();
+}
 
 std::unique_ptr<TRegistryStore> TestStart::Store() const {
   return std::make_unique<TRegistryStore>(ProgramFolders::RegistryFile());
@@ -248,10 +251,18 @@ void TestStart::MakersPage_data() {
   QTest::addColumn<QString>("home");
   QTest::addColumn<QString>("last");
   QTest::addColumn<bool>("opened");
-  QTest::newRow("home page of one's own") << "Home" << "/page1" << "" << true;
-  QTest::newRow("the default home page") << "Home" << "/home" << "" << false;
-  QTest::newRow("last pages") << "Last" << "" << "/page1" << true;
-  QTest::newRow("the default home page among the last") << "Last" << "" << "/home" << false;
+  QTest::newRow("home page of one's own") << "Home"
+                                          << "/page1"
+                                          << "" << true;
+  QTest::newRow("the default home page") << "Home"
+                                         << "/home"
+                                         << "" << false;
+  QTest::newRow("last pages") << "Last"
+                              << ""
+                              << "/page1" << true;
+  QTest::newRow("the default home page among the last") << "Last"
+                                                        << ""
+                                                        << "/home" << false;
 }
 
 void TestStart::MakersPage() {
@@ -324,7 +335,7 @@ void TestStart::BrokenStore() {
 
   const auto program = Start({m_server.Url(QStringLiteral("/page8"))});
   QTRY_VERIFY_WITH_TIMEOUT(IsRequested("/page8"), 20000);
-  program->kill();   // the defaults ask before closing
+  program->kill();  // the defaults ask before closing
   QVERIFY(program->waitForFinished());
 
   // The damaged file is still there, whole, under another name.

@@ -82,12 +82,12 @@ void TestStartRules::Placement_data() {
   QTest::newRow("the second screen is gone") << QRect(2000, 50, 800, 600) << one << QRect(0, 0, 800, 600);
   QTest::newRow("above every screen") << QRect(100, -500, 800, 600) << one << QRect(0, 0, 800, 600);
   QTest::newRow("below every screen") << QRect(100, 5000, 800, 600) << one << QRect(0, 0, 800, 600);
-  QTest::newRow("partly off, still to be taken hold of") << QRect(1700, 900, 800, 600) << one
-                                                         << QRect(1700, 900, 800, 600);
+  QTest::newRow("partly off, still to be taken hold of")
+      << QRect(1700, 900, 800, 600) << one << QRect(1700, 900, 800, 600);
   QTest::newRow("a sliver is not enough") << QRect(1900, 10, 800, 600) << one << QRect(0, 0, 800, 600);
   QTest::newRow("larger than the screen") << QRect(0, 0, 4000, 3000) << one << QRect(0, 0, 1920, 1080);
-  QTest::newRow("stored at half the scale") << QRect(150, 100, 1000, 700) << QList<QRect>{QRect(0, 0, 640, 450)}
-                                            << QRect(0, 0, 640, 450);
+  QTest::newRow("stored at half the scale")
+      << QRect(150, 100, 1000, 700) << QList<QRect>{QRect(0, 0, 640, 450)} << QRect(0, 0, 640, 450);
   QTest::newRow("no size at all") << QRect(10, 10, 0, 0) << one << QRect(10, 10, 320, 240);
   QTest::newRow("no screen") << QRect(10, 10, 800, 600) << QList<QRect>{} << QRect(10, 10, 800, 600);
 }
@@ -110,8 +110,8 @@ void TestStartRules::LastSites_data() {
   QTest::newRow("none") << QStringList{} << QStringList{};
   QTest::newRow("read from the end") << QStringList{"url3=http://c/", "url1=http://a/"}
                                      << QStringList{"http://a/", "http://c/"};
-  QTest::newRow("an address that holds = itself") << QStringList{"url1=https://a/?x=1&y==2"}
-                                                  << QStringList{"https://a/?x=1&y==2"};
+  QTest::newRow("an address that holds = itself")
+      << QStringList{"url1=https://a/?x=1&y==2"} << QStringList{"https://a/?x=1&y==2"};
   QTest::newRow("a local file") << QStringList{"url1=file:///tmp/a=b.html"} << QStringList{"file:///tmp/a=b.html"};
   QTest::newRow("an empty page") << QStringList{"url2=about:blank"} << QStringList{"about:blank"};
   QTest::newRow("an empty address opens nothing") << QStringList{"url1=", "url2=http://b/"} << QStringList{"http://b/"};

@@ -18,7 +18,8 @@ void TestTabCaption::Caption_data() {
 
   const auto text = [](int length) { return QString(length, QLatin1Char('x')); };
   const QString dots = QStringLiteral("...");
-  QTest::newRow("short") << "Hello" << "" << 35 << "Hello";
+  QTest::newRow("short") << "Hello"
+                         << "" << 35 << "Hello";
   QTest::newRow("as long as the limit") << text(35) << "" << 35 << text(35);
   QTest::newRow("cut at the limit") << text(36) << "" << 35 << text(35) + dots;
   QTest::newRow("no limit, fixed cut") << text(51) << "" << 0 << text(50) + dots;
@@ -27,13 +28,18 @@ void TestTabCaption::Caption_data() {
   QTest::newRow("limit above the fixed cut, longer title") << text(100) << "" << 80 << text(80) + dots;
   QTest::newRow("negative limit is none") << text(51) << "" << -1 << text(50) + dots;
   QTest::newRow("sticky name is never cut") << "Title" << text(90) << 10 << text(90);
-  QTest::newRow("ampersands are doubled") << "A & B && C" << "" << 35 << "A && B &&&& C";
-  QTest::newRow("sticky ampersand") << "Title" << "R&D" << 35 << "R&&D";
-  QTest::newRow("blank") << "about:blank" << "" << 35 << "Nothing";
-  QTest::newRow("blank is compared exactly") << "About:Blank" << "" << 35 << "About:Blank";
+  QTest::newRow("ampersands are doubled") << "A & B && C"
+                                          << "" << 35 << "A && B &&&& C";
+  QTest::newRow("sticky ampersand") << "Title"
+                                    << "R&D" << 35 << "R&&D";
+  QTest::newRow("blank") << "about:blank"
+                         << "" << 35 << "Nothing";
+  QTest::newRow("blank is compared exactly") << "About:Blank"
+                                             << "" << 35 << "About:Blank";
   const QString face = QString::fromUcs4(U"\U0001F600");
   QTest::newRow("a pair of surrogates stays whole") << text(9) + face + text(9) << "" << 10 << text(9) + dots;
-  QTest::newRow("empty") << "" << "" << 35 << "";
+  QTest::newRow("empty") << ""
+                         << "" << 35 << "";
 }
 
 void TestTabCaption::Caption() {

@@ -119,7 +119,8 @@ void TestMainWindow::NoMarkerIsLeft() {
     for (const QString &text : {action->text(), action->toolTip(), action->statusTip()}) check(text, action);
   }
   for (const QWidget *widget : m_window->findChildren<QWidget *>()) {
-    for (const QString &text : {widget->windowTitle(), widget->toolTip(), widget->accessibleName()}) check(text, widget);
+    for (const QString &text : {widget->windowTitle(), widget->toolTip(), widget->accessibleName()})
+      check(text, widget);
     if (const auto *label = qobject_cast<const QLabel *>(widget)) check(label->text(), label);
   }
   for (const QMenu *menu : m_window->findChildren<QMenu *>()) check(menu->title(), menu);
@@ -453,7 +454,7 @@ void TestMainWindow::ShutdownQuestion() {
   QVERIFY(!m_window->close());
   QVERIFY(m_window->isVisible());
   QVERIFY(!options.Get(Setting::ConfirmShutdown));
-  QVERIFY(m_window->close());   // asks no more
+  QVERIFY(m_window->close());  // asks no more
 }
 
 void TestMainWindow::PlacementSurvives() {

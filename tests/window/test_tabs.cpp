@@ -1,6 +1,6 @@
 #include <QApplication>
-#include <QClipboard>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QInputDialog>
 #include <QListWidget>
 #include <QMainWindow>
@@ -183,10 +183,10 @@ void TestTabs::ClosingHandsOver() {
     m_tabs->CloseActive();
     return m_tabs->GetActivePage()->StickyName();
   };
-  QCOMPARE(close(1), QStringLiteral("C"));   // the next one
-  QCOMPARE(close(0), QStringLiteral("D"));   // the first hands over backwards, round the end
+  QCOMPARE(close(1), QStringLiteral("C"));  // the next one
+  QCOMPARE(close(0), QStringLiteral("D"));  // the first hands over backwards, round the end
   m_tabs->MakeMeActiveTab(1);
-  m_tabs->Tab(0)->Close();                   // one in the background changes nothing
+  m_tabs->Tab(0)->Close();  // one in the background changes nothing
   QCOMPARE(Names(), QStringList{QStringLiteral("D")});
 }
 
@@ -393,7 +393,7 @@ void TestTabs::CloseAllAsks() {
   m_closeAll->CloseAll(false);
   QCOMPARE(m_tabs->TabCount(), 2);
   QVERIFY(!TZVOptions(*m_store).Get(Setting::ConfirmCloseAll));
-  m_closeAll->CloseAll(false);   // asks no more
+  m_closeAll->CloseAll(false);  // asks no more
   QCOMPARE(m_tabs->TabCount(), 1);
 }
 
@@ -409,7 +409,7 @@ void TestTabs::CloseAllFromList() {
     QVERIFY(allTicked);
   });
   m_closeAll->ShowList();
-  QCOMPARE(Names(), QStringList{QStringLiteral("B")});   // being spared plays no part here
+  QCOMPARE(Names(), QStringList{QStringLiteral("B")});  // being spared plays no part here
 }
 
 void TestTabs::ClosingLock() {

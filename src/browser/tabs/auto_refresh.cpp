@@ -10,7 +10,7 @@ namespace {
 
 struct TChoice {
   const char *name;
-  int interval;   // milliseconds
+  int interval;  // milliseconds
   TTextKey text;
 };
 
@@ -38,7 +38,9 @@ TAutoRefresh::TAutoRefresh(const TLanguage &language, TRegistryStore &store, QOb
   }
 }
 
-void TAutoRefresh::FillMenu(QMenu *menu) { menu->addActions(m_group->actions()); }
+void TAutoRefresh::FillMenu(QMenu *menu) {
+  menu->addActions(m_group->actions());
+}
 
 void TAutoRefresh::ChangeAutoRefresh(int interval) {
   TZVOptions(m_store).Set(Setting::AutoRefresh, interval);

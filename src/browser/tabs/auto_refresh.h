@@ -28,6 +28,6 @@ class TAutoRefresh final : public QObject {
   TRegistryStore &m_store;
   const TLanguage &m_language;
   QActionGroup *m_group;
-  QTimer m_timer{this};   // tmrRefresh
+  QTimer m_timer{this};  // tmrRefresh
   int m_interval = 0;
 };

@@ -13,7 +13,7 @@
 namespace {
 
 const QString AboutBlank = QStringLiteral("about:blank");
-constexpr int StickyNameWidth = 60;   // characters
+constexpr int StickyNameWidth = 60;  // characters
 
 bool IsHttps(const QString &address) {
   // Exact and case-sensitive: the engine always gives schemes in lower case.
@@ -57,18 +57,18 @@ void TBrowserTab::ConnectBrowser() {
     m_secureLock = value;
     RefreshIndicatorsIfActive();
   });
-  connect(m_browser, &THalvexBrowser::OpenInNewTabRequested, this, [this](const QString &address, bool background) {
-    m_strip.OpenFromPage(address, background);
-  });
-  connect(m_browser, &THalvexBrowser::ViewSourceRequested, this, [this](const QString &address) {
-    m_strip.NewTab()->Navigate(address);
-  });
+  connect(m_browser, &THalvexBrowser::OpenInNewTabRequested, this,
+          [this](const QString &address, bool background) { m_strip.OpenFromPage(address, background); });
+  connect(m_browser, &THalvexBrowser::ViewSourceRequested, this,
+          [this](const QString &address) { m_strip.NewTab()->Navigate(address); });
   connect(m_browser, &THalvexBrowser::PageFullScreenRequested, this,
           [this](bool on) { Q_EMIT m_strip.PageFullScreenRequested(this, on); });
   connect(m_browser, &THalvexBrowser::BringToFrontRequested, this, [this] { m_strip.Activate(this); });
 }
 
-bool TBrowserTab::IsActive() const { return m_strip.GetActivePage() == this; }
+bool TBrowserTab::IsActive() const {
+  return m_strip.GetActivePage() == this;
+}
 
 void TBrowserTab::Navigate(const QString &address) {
   if (!m_browser) return;
@@ -131,9 +131,13 @@ void TBrowserTab::MakeBlank() {
   Q_EMIT m_strip.TabsChanged();
 }
 
-QString TBrowserTab::GetLocationUrl() const { return m_browser ? m_browser->LocationUrl() : QString(); }
+QString TBrowserTab::GetLocationUrl() const {
+  return m_browser ? m_browser->LocationUrl() : QString();
+}
 
-QString TBrowserTab::GetLocationName() const { return m_browser ? m_browser->LocationName() : QString(); }
+QString TBrowserTab::GetLocationName() const {
+  return m_browser ? m_browser->LocationName() : QString();
+}
 
 QString TBrowserTab::AddressToSave() const {
   const QString shown = GetLocationUrl();
@@ -148,8 +152,8 @@ QString TBrowserTab::ListCaption() const {
 
 void TBrowserTab::SetCaption(const QString &title) {
   m_title = title;
-  const QString caption = TabCaption(title, m_stickyName, m_environment.settings.limitTitleLength,
-                                     m_environment.language.Global("Blank"));
+  const QString caption =
+      TabCaption(title, m_stickyName, m_environment.settings.limitTitleLength, m_environment.language.Global("Blank"));
   m_strip.Pages().SetPageHint(this, title == AboutBlank ? m_environment.language.Global("Blank") : title);
   m_strip.Pages().SetPageCaption(this, caption);
   if (IsActive()) Q_EMIT m_strip.ActiveTitleChanged(ListCaption());
@@ -256,9 +260,10 @@ void TBrowserTab::OnBeforeNavigate(TNavigation *navigation) {
     if (navigation->cancel) return;
     // What is let in goes on as any navigation does: the tab turns busy below.
   } else if (m_locked) {
-    // Frames fill themselves in place unless the user clicked; a locked page full of frames must not spawn tabs. The page
-    // itself may reload, by itself too, and what an allowed load is sent on to belongs to that load.
-    const bool inPlace = navigation->reload || (navigation->redirect && (m_topDocument || IsOwnPage(navigation->address))) ||
+    // Frames fill themselves in place unless the user clicked; a locked page full of frames must not spawn tabs. The
+    // page itself may reload, by itself too, and what an allowed load is sent on to belongs to that load.
+    const bool inPlace = navigation->reload ||
+                         (navigation->redirect && (m_topDocument || IsOwnPage(navigation->address))) ||
                          (!navigation->mainFrame && !navigation->linkClicked);
     if (!inPlace) {
       SendAway(navigation);
@@ -270,7 +275,7 @@ void TBrowserTab::OnBeforeNavigate(TNavigation *navigation) {
   m_busy = true;
   m_topDocument = true;
   ShowState(TTabState::Started);
-  if (IsActive()) Q_EMIT m_strip.StatusTextChanged(QString());   // what it said was about the page that goes
+  if (IsActive()) Q_EMIT m_strip.StatusTextChanged(QString());  // what it said was about the page that goes
   RefreshIndicatorsIfActive();
 }
 
@@ -300,7 +305,7 @@ void TBrowserTab::SendAway(TNavigation *navigation) {
 
 void TBrowserTab::OnNewWindowRequested(QWebEngineNewWindowRequest *request) {
   TBrowserTab *tab = m_strip.NewHiddenTab();
-  if (!tab->m_browser) return;   // A request that nobody opens is cancelled by the engine.
+  if (!tab->m_browser) return;  // A request that nobody opens is cancelled by the engine.
   tab->m_openedAsNewWindow = true;
   request->openIn(tab->m_browser->EnginePage());
 }

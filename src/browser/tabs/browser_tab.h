@@ -17,15 +17,15 @@ enum class TTabState {
   Locked = 4,                // overrides the others
 };
 
-// One page of the tab strip. It owns one browser, makes its caption from the page's title, and carries what the user set
-// for it: a name of its own, a lock, being spared by close-all. Once the tab is being closed `Browser()` is null and every
-// operation does nothing or gives empty text, so that late events and commands are harmless.
+// One page of the tab strip. It owns one browser, makes its caption from the page's title, and carries what the user
+// set for it: a name of its own, a lock, being spared by close-all. Once the tab is being closed `Browser()` is null
+// and every operation does nothing or gives empty text, so that late events and commands are harmless.
 class TBrowserTab final : public QWidget {
   Q_OBJECT
 
  public:
-  // A hidden tab was made for a window that a page asked for; it gets no place in the strip until its first real address
-  // has passed the pop-up test.
+  // A hidden tab was made for a window that a page asked for; it gets no place in the strip until its first real
+  // address has passed the pop-up test.
   TBrowserTab(QWidget *owner, TTabEnvironment &environment, TTabStrip &strip, bool hidden);
   ~TBrowserTab() override;
 
@@ -83,7 +83,7 @@ class TBrowserTab final : public QWidget {
   [[nodiscard]] bool BackEnabled() const { return m_backEnabled; }
   [[nodiscard]] bool ForwardEnabled() const { return m_forwardEnabled; }
   [[nodiscard]] TTabState State() const { return m_state; }
-  [[nodiscard]] int Progress() const { return m_progress; }   // percent of the load under way, 100 when there is none
+  [[nodiscard]] int Progress() const { return m_progress; }  // percent of the load under way, 100 when there is none
 
  private:
   void ConnectBrowser();
@@ -105,8 +105,8 @@ class TBrowserTab final : public QWidget {
   TTabStrip &m_strip;
   QPointer<THalvexBrowser> m_browser;
   QString m_title;
-  QString m_url;          // the last address that the program asked this tab to open
-  QString m_popupUrl;     // the first address of a window that a page asked for
+  QString m_url;       // the last address that the program asked this tab to open
+  QString m_popupUrl;  // the first address of a window that a page asked for
   QString m_stickyName;
   int m_secureZone = 0;
   int m_secureLock = 0;
@@ -124,7 +124,7 @@ class TBrowserTab final : public QWidget {
   bool m_hideFromCloseAll = false;
   bool m_wasActiveAtCompletion = false;
   bool m_busy = false;
-  bool m_topDocument = false;   // a top-level navigation is recorded
+  bool m_topDocument = false;  // a top-level navigation is recorded
   bool m_restored = false;
-  bool m_awaited = false;       // the page that was asked for last has not finished yet
+  bool m_awaited = false;  // the page that was asked for last has not finished yet
 };

@@ -11,9 +11,9 @@ class TRegistryStore;
 struct TTabSettings {
   bool openNewAtEnd = false;
   bool openNewInForeground = false;
-  int newAction = 2;               // 0 blank page, 1 the current page's address, 2 the home page
-  int limitTitleLength = 35;       // characters; 0 leaves only the fixed cut
-  bool focusPage = true;           // A tab that becomes active gives its page the keyboard.
+  int newAction = 2;          // 0 blank page, 1 the current page's address, 2 the home page
+  int limitTitleLength = 35;  // characters; 0 leaves only the fixed cut
+  bool focusPage = true;      // A tab that becomes active gives its page the keyboard.
   TDownloadControlOptionSet downloadControl = AllDownloadControlOptions;
   QString userAgent;
 };

@@ -8,11 +8,11 @@
 #include "config/language.h"
 
 struct TTabMenu::TItem {
-  const char *name;       // nullptr: a separator
+  const char *name;  // nullptr: a separator
   TTextKey text;
   THandler handler;
   const char *icon;
-  int key;                // Qt key, 0 for none
+  int key;  // Qt key, 0 for none
   bool checkable;
 };
 
@@ -46,7 +46,7 @@ TTabMenu::TTabMenu(QWidget *window, TTabStrip &tabs, TCloseAllTabs &closeAll)
     if (item.icon != nullptr) action->setIcon(QIcon(QString::fromLatin1(item.icon)));
     if (item.key != 0) {
       action->setShortcut(QKeySequence(item.key));
-      window->addAction(action);   // so that the key works while the menu is closed
+      window->addAction(action);  // so that the key works while the menu is closed
     }
     connect(action, &QAction::triggered, this, [this, handler = item.handler] {
       TBrowserTab *tab = TabUnderPopup();
@@ -54,7 +54,8 @@ TTabMenu::TTabMenu(QWidget *window, TTabStrip &tabs, TCloseAllTabs &closeAll)
     });
   }
   // The menu hides before the chosen item's command runs; the target is let go of after that.
-  connect(m_menu, &QMenu::aboutToHide, this, [this] { m_opened = false; }, Qt::QueuedConnection);
+  connect(
+      m_menu, &QMenu::aboutToHide, this, [this] { m_opened = false; }, Qt::QueuedConnection);
 }
 
 void TTabMenu::Open(TBrowserTab *tab, const QPoint &globalPosition) {
@@ -77,7 +78,9 @@ TBrowserTab *TTabMenu::TabUnderPopup() {
   return tab != nullptr && tab->Browser() != nullptr ? tab : nullptr;
 }
 
-QAction *TTabMenu::Item(const char *name) const { return m_menu->findChild<QAction *>(QString::fromLatin1(name)); }
+QAction *TTabMenu::Item(const char *name) const {
+  return m_menu->findChild<QAction *>(QString::fromLatin1(name));
+}
 
 void TTabMenu::Prepare(TBrowserTab *tab) {
   const TLanguage &language = m_tabs.Environment().language;
@@ -89,7 +92,9 @@ void TTabMenu::Prepare(TBrowserTab *tab) {
   Item("pmTabLocked")->setChecked(tab->Locked());
 }
 
-void TTabMenu::ToggleLock(TBrowserTab *tab) { tab->SetLocked(!tab->Locked()); }
+void TTabMenu::ToggleLock(TBrowserTab *tab) {
+  tab->SetLocked(!tab->Locked());
+}
 
 void TTabMenu::ToggleStickyName(TBrowserTab *tab) {
   if (tab->StickyName().isEmpty()) {
@@ -99,19 +104,33 @@ void TTabMenu::ToggleStickyName(TBrowserTab *tab) {
   }
 }
 
-void TTabMenu::ToggleSpared(TBrowserTab *tab) { tab->SetHideFromCloseAll(!tab->HideFromCloseAll()); }
+void TTabMenu::ToggleSpared(TBrowserTab *tab) {
+  tab->SetHideFromCloseAll(!tab->HideFromCloseAll());
+}
 
-void TTabMenu::ReturnHome(TBrowserTab *tab) { tab->NavigateStored(); }
+void TTabMenu::ReturnHome(TBrowserTab *tab) {
+  tab->NavigateStored();
+}
 
-void TTabMenu::Stop(TBrowserTab *tab) { tab->Stop(); }
+void TTabMenu::Stop(TBrowserTab *tab) {
+  tab->Stop();
+}
 
-void TTabMenu::Refresh(TBrowserTab *tab) { tab->Refresh(); }
+void TTabMenu::Refresh(TBrowserTab *tab) {
+  tab->Refresh();
+}
 
-void TTabMenu::CloseAllDefault(TBrowserTab *) { m_closeAll.CloseAll(false); }
+void TTabMenu::CloseAllDefault(TBrowserTab *) {
+  m_closeAll.CloseAll(false);
+}
 
-void TTabMenu::CloseAllKeepCurrent(TBrowserTab *) { m_closeAll.KeepCurrent(); }
+void TTabMenu::CloseAllKeepCurrent(TBrowserTab *) {
+  m_closeAll.KeepCurrent();
+}
 
-void TTabMenu::CloseAllShowList(TBrowserTab *) { m_closeAll.ShowList(); }
+void TTabMenu::CloseAllShowList(TBrowserTab *) {
+  m_closeAll.ShowList();
+}
 
 void TTabMenu::CloseTab(TBrowserTab *tab) {
   if (!m_tabs.ClosingLocked()) tab->Close();
@@ -125,7 +144,7 @@ void MakeTabListMenu(QMenu *menu, TTabStrip &tabs) {
       TBrowserTab *tab = tabs.Tab(i);
       // A window that a page asked for and that has not passed its test yet cannot be shown, so it has no item.
       if (!tabs.Pages().IsPageVisible(tab)) continue;
-      constexpr int LongestCaption = 250;   // characters; more fits on no screen
+      constexpr int LongestCaption = 250;  // characters; more fits on no screen
       QString caption = tab->ListCaption();
       if (caption.length() > LongestCaption) caption = caption.left(LongestCaption - 1) + QChar(0x2026);
       QAction *item = menu->addAction(caption.replace(QLatin1Char('&'), QLatin1String("&&")));

@@ -45,7 +45,7 @@ class TTabMenu final : public QObject {
   TTabStrip &m_tabs;
   TCloseAllTabs &m_closeAll;
   QMenu *m_menu;
-  QPointer<TBrowserTab> m_target;   // the tab that the menu was opened on; counts only while m_opened
+  QPointer<TBrowserTab> m_target;  // the tab that the menu was opened on; counts only while m_opened
   bool m_opened = false;
 };
 

@@ -11,7 +11,9 @@ namespace {
 constexpr const char *StatusImages[] = {":/icons/tab_loading.svg", ":/icons/tab_unseen.svg", ":/icons/tab_arriving.svg",
                                         ":/icons/tab_locked.svg"};
 
-TBrowserTab *AsTab(QWidget *page) { return static_cast<TBrowserTab *>(page); }
+TBrowserTab *AsTab(QWidget *page) {
+  return static_cast<TBrowserTab *>(page);
+}
 
 }  // namespace
 
@@ -75,7 +77,9 @@ TBrowserTab *TTabStrip::InsertInBackground(bool hidden) {
   return tab;
 }
 
-TBrowserTab *TTabStrip::NewTab() { return InsertTab(false); }
+TBrowserTab *TTabStrip::NewTab() {
+  return InsertTab(false);
+}
 
 TBrowserTab *TTabStrip::NewBackgroundTab() {
   TBrowserTab *tab = InsertInBackground(false);
@@ -84,13 +88,21 @@ TBrowserTab *TTabStrip::NewBackgroundTab() {
   return tab;
 }
 
-TBrowserTab *TTabStrip::NewHiddenTab() { return InsertInBackground(true); }
+TBrowserTab *TTabStrip::NewHiddenTab() {
+  return InsertInBackground(true);
+}
 
-TBrowserTab *TTabStrip::GetActivePage() const { return AsTab(m_pages->ActivePage()); }
+TBrowserTab *TTabStrip::GetActivePage() const {
+  return AsTab(m_pages->ActivePage());
+}
 
-TBrowserTab *TTabStrip::Tab(int position) const { return AsTab(m_pages->Page(position)); }
+TBrowserTab *TTabStrip::Tab(int position) const {
+  return AsTab(m_pages->Page(position));
+}
 
-int TTabStrip::TabCount() const { return m_pages->PageCount(); }
+int TTabStrip::TabCount() const {
+  return m_pages->PageCount();
+}
 
 QList<TBrowserTab *> TTabStrip::Tabs() const {
   QList<TBrowserTab *> tabs;
@@ -99,7 +111,9 @@ QList<TBrowserTab *> TTabStrip::Tabs() const {
   return tabs;
 }
 
-int TTabStrip::ActiveTabIndex() const { return m_pages->ActivePageIndex(); }
+int TTabStrip::ActiveTabIndex() const {
+  return m_pages->ActivePageIndex();
+}
 
 QIcon TTabStrip::IconOf(const TBrowserTab *tab) const {
   if (tab->State() != TTabState::None) return m_images.value(static_cast<int>(tab->State()) - 1);
@@ -111,7 +125,9 @@ QIcon TTabStrip::PageIconOf(const TBrowserTab *tab) const {
   return own.isNull() ? m_plainPage : own;
 }
 
-void TTabStrip::Activate(TBrowserTab *tab) { m_pages->SetActivePage(tab); }
+void TTabStrip::Activate(TBrowserTab *tab) {
+  m_pages->SetActivePage(tab);
+}
 
 void TTabStrip::MakeMeActiveTab(int position) {
   if (TBrowserTab *tab = Tab(position)) m_pages->SetActivePage(tab);
@@ -157,7 +173,9 @@ void TTabStrip::RefreshAll() {
   for (TBrowserTab *tab : Tabs()) tab->Refresh();
 }
 
-void TTabStrip::ShowAdjacent(bool forward) { m_pages->SelectNextPage(forward); }
+void TTabStrip::ShowAdjacent(bool forward) {
+  m_pages->SelectNextPage(forward);
+}
 
 void TTabStrip::OpenFromPage(const QString &address, bool background) {
   (background ? NewBackgroundTab() : NewTab())->Navigate(address);

@@ -32,9 +32,9 @@ class TTabStrip final : public QObject {
   TBrowserTab *NewHiddenTab();
 
   [[nodiscard]] TBrowserTab *GetActivePage() const;
-  [[nodiscard]] TBrowserTab *Tab(int position) const;   // nullptr when out of range
-  [[nodiscard]] int TabCount() const;                   // hidden ones too
-  [[nodiscard]] QList<TBrowserTab *> Tabs() const;      // in strip order, hidden ones too
+  [[nodiscard]] TBrowserTab *Tab(int position) const;  // nullptr when out of range
+  [[nodiscard]] int TabCount() const;                  // hidden ones too
+  [[nodiscard]] QList<TBrowserTab *> Tabs() const;     // in strip order, hidden ones too
   // The position that is remembered from one activation to the next; -1 before the first.
   [[nodiscard]] int ActiveTabIndex() const;
   // What a list shows beside the tab: its status image, else the page's own icon.
@@ -81,7 +81,7 @@ class TTabStrip final : public QObject {
   void ActiveTitleChanged(const QString &title);
   void IndicatorsChanged(TBrowserTab *tab);
   // About any tab.
-  void TabsChanged();   // opened, closed, moved, or showing another address
+  void TabsChanged();  // opened, closed, moved, or showing another address
   void TabLoaded(TBrowserTab *tab);
   void PageFullScreenRequested(TBrowserTab *tab, bool on);
 
@@ -94,8 +94,8 @@ class TTabStrip final : public QObject {
   TZVPageControl *m_pages;
   TTabEnvironment &m_environment;
   QList<QIcon> m_images;
-  QIcon m_plainPage;      // for a page without an icon of its own
-  QTimer m_closeHidden{this};   // tmrCloseHidden
+  QIcon m_plainPage;           // for a page without an icon of its own
+  QTimer m_closeHidden{this};  // tmrCloseHidden
   bool m_closingLocked = false;
-  bool m_quiet = false;   // Changes of the active tab are not told.
+  bool m_quiet = false;  // Changes of the active tab are not told.
 };
