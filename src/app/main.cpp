@@ -1,3 +1,54 @@
-#include "app/program_entry.h"
+#include <dlfcn.h>
 
-int main(int argc, char **argv) { return RunProgram(argc, argv); }
+#include <QFile>
+#include <QFileInfo>
+#include <cstdio>
+
+#include "app/command_line.h"
+#include "app/module/program_module.h"
+#include "platform/hand_off_sender.h"
+#include "platform/instance_lock.h"
+#include "platform/program_folders.h"
+#include "platform/registry_store.h"
+
+namespace {
+
+// Beside the program in a build; in the libraries' folder of an installation.
+constexpr const char *ModulePlaces[] = {"/libzarvela.so", "/../" ZARVELA_LIBRARY_FOLDER "/zarvela/libzarvela.so"};
+
+// The settings are only opened for a start that finds another instance: what is wrong with them is the business of the
+// process that shows a window.
+bool MayRunBeside(const QStringList &arguments) {
+  if (ReadArguments(arguments).forceNewInstance) return true;
+  TRegistryStore store(ProgramFolders::RegistryFile());
+  return ReadCommandLine(arguments, store).forceNewInstance;
+}
+
+// True when this process has to run; otherwise another instance has got, or did not want, what it was started with.
+bool HasToRun(const QStringList &arguments, TInstanceLock &lock) {
+  if (ReadArguments(arguments).action == TProgramEntry::TAction::Unregister) return true;
+  if (lock.TryTake() || !lock.IsUsable() || MayRunBeside(arguments)) return true;
+  return HandOffCommandLine(lock, arguments) == THandOff::BecameFirst;
+}
+
+int RunModule(int argc, char **argv, TInstanceLock &lock) {
+  const QString folder = QFileInfo(QFile::symLinkTarget(QStringLiteral("/proc/self/exe"))).path();
+  for (const char *place : ModulePlaces) {
+    const QString path = folder + QLatin1String(place);
+    if (!QFileInfo::exists(path)) continue;
+    void *module = ::dlopen(QFile::encodeName(path).constData(), RTLD_LAZY | RTLD_GLOBAL);
+    void *run = module != nullptr ? ::dlsym(module, ZarvelaRunName) : nullptr;
+    if (run != nullptr) return reinterpret_cast<TZarvelaRun *>(run)(argc, argv, &lock);
+    std::fprintf(stderr, "%s: %s\n", argv[0], ::dlerror());
+    return 1;
+  }
+  std::fprintf(stderr, "%s: libzarvela.so?\n", argv[0]);
+  return 1;
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  TInstanceLock lock;
+  return HasToRun(Arguments(argc, argv), lock) ? RunModule(argc, argv, lock) : 0;
+}

@@ -1,23 +1,9 @@
 #pragma once
 
-#include <QString>
-#include <QStringList>
+#include "app/command_line.h"
 
-class TRegistryStore;
+class TInstanceLock;
 
-// What the command line asks for, decided before any window or the engine exists.
-struct TProgramEntry {
-  enum class TAction { Run, Unregister };
-
-  TAction action = TAction::Run;
-  bool forceNewInstance = false;
-  // Opened once by the delayed start; empty when there is none.
-  QString argument;
-};
-
-// Reads the arguments (without the program's name). A switch is only recognised when it stands alone; with two arguments
-// and more none of them means anything. The setting AllowMultiInstance does what "--new" does.
-[[nodiscard]] TProgramEntry ReadCommandLine(const QStringList &arguments, TRegistryStore &store);
-
-// Runs the program from its command line to its end; returns the exit code of the process.
-int RunProgram(int argc, char **argv);
+// Runs the program from its command line to its end; returns the exit code of the process. `lock` is held when this is
+// the first instance; a process that may run beside the first one takes it over when the first one ends.
+int RunProgram(int argc, char **argv, TInstanceLock &lock);

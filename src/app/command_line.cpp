@@ -1,0 +1,32 @@
+#include "app/command_line.h"
+
+#include "config/options.h"
+#include "platform/hand_off_sender.h"
+
+QStringList Arguments(int argc, char **argv) {
+  QStringList arguments;
+  for (int i = 1; i < argc; ++i) arguments.append(QString::fromLocal8Bit(argv[i]));
+  return arguments;
+}
+
+TProgramEntry ReadArguments(const QStringList &arguments) {
+  TProgramEntry entry;
+  if (arguments.size() != 1) return entry;
+  const QString &only = arguments.first();
+  if (only == QLatin1String("--undef") || only == QLatin1String("--uninstall")) {
+    entry.action = TProgramEntry::TAction::Unregister;
+    return entry;
+  }
+  entry.forceNewInstance = only == QLatin1String("--new");
+  // A file of the working directory is named in full, since the folder means nothing later on.
+  if (!entry.forceNewInstance) entry.argument = FullFileName(only);
+  return entry;
+}
+
+TProgramEntry ReadCommandLine(const QStringList &arguments, TRegistryStore &store) {
+  TProgramEntry entry = ReadArguments(arguments);
+  if (entry.action == TProgramEntry::TAction::Run && !entry.forceNewInstance) {
+    entry.forceNewInstance = TZVOptions(store).Get(Setting::AllowMultiInstance);
+  }
+  return entry;
+}

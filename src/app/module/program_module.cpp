@@ -1,0 +1,5 @@
+#include "app/module/program_module.h"
+
+#include "app/program_entry.h"
+
+int ZarvelaRun(int argc, char **argv, TInstanceLock *lock) { return RunProgram(argc, argv, *lock); }
