@@ -1,0 +1,83 @@
+#include "search/shown_address.h"
+
+#include <algorithm>
+#include <array>
+#include <QSet>
+#include <QUrl>
+
+namespace {
+
+constexpr QLatin1String AcePrefix("xn--");
+
+// Scripts that are written together, after the "highly restrictive" level of UTS 39: with Latin these, else one alone.
+constexpr std::array Together{
+    std::to_array({QChar::Script_Latin, QChar::Script_Han, QChar::Script_Hiragana, QChar::Script_Katakana}),
+    std::to_array({QChar::Script_Latin, QChar::Script_Han, QChar::Script_Bopomofo, QChar::Script_Unknown}),
+    std::to_array({QChar::Script_Latin, QChar::Script_Han, QChar::Script_Hangul, QChar::Script_Unknown}),
+};
+
+// Small letters of Cyrillic, Greek and Armenian that look like Latin ones in common typefaces.
+constexpr QStringView LooksLatin = u"асԁеһіјӏоԛрѕԝхуѵүғҝкгпмтнοανυρκιγωϲϳաօսցհոզյ";
+
+bool AreWrittenTogether(const QSet<QChar::Script> &scripts) {
+  if (scripts.size() <= 1) return true;
+  return std::ranges::any_of(Together, [&](const auto &group) {
+    return std::ranges::all_of(scripts, [&](QChar::Script script) {
+      return std::ranges::find(group, script) != group.end();
+    });
+  });
+}
+
+// What cannot be seen, or joins with its neighbour, has no place in a name that is read.
+bool IsPlain(char32_t c) {
+  switch (QChar::category(c)) {
+    case QChar::Letter_Lowercase:
+    case QChar::Letter_Other:
+    case QChar::Letter_Modifier:
+    case QChar::Mark_NonSpacing:
+    case QChar::Mark_SpacingCombining:
+    case QChar::Number_DecimalDigit:
+      return true;
+    default:
+      return c == U'-' || c == U'\u00B7' || c == U'\u30FB';
+  }
+}
+
+QString ShownHost(const QString &host) {
+  QStringList labels = host.split(u'.');
+  for (QString &label : labels) {
+    if (!label.startsWith(AcePrefix)) continue;
+    const QString own = QUrl::fromAce(label.toLatin1(), QUrl::IgnoreIDNWhitelist);
+    if (IsHonestLabel(own)) label = own;
+  }
+  return labels.join(u'.');
+}
+
+}  // namespace
+
+bool IsHonestLabel(const QString &label) {
+  QSet<QChar::Script> scripts;
+  bool hasOwnShape = false;
+  const QList<uint> characters = label.toUcs4();
+  for (const char32_t c : characters) {
+    if (!IsPlain(c)) return false;
+    const QChar::Script script = QChar::script(c);
+    if (script != QChar::Script_Common && script != QChar::Script_Inherited) scripts.insert(script);
+    if (QChar::isLetter(c) && (c > 0xFFFF || !LooksLatin.contains(QChar(char16_t(c))))) hasOwnShape = true;
+  }
+  return hasOwnShape && AreWrittenTogether(scripts);
+}
+
+QString ShownAddress(const QString &address) {
+  if (address == QLatin1String("about:blank")) return {};
+  if (!address.contains(AcePrefix, Qt::CaseInsensitive)) return address;
+  const QUrl url(address);
+  const QString ace = url.host(QUrl::FullyEncoded);
+  // The host is replaced in the text, so that nothing else of the address changes its spelling.
+  const qsizetype start = address.indexOf(QLatin1String("://")) + 3;
+  const qsizetype place = ace.isEmpty() ? -1 : address.indexOf(ace, start);
+  if (place < 0) return address;
+  QString shown = address;
+  shown.replace(place, ace.size(), ShownHost(ace));
+  return QUrl(shown) == url ? shown : address;
+}
