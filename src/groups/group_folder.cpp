@@ -1,0 +1,102 @@
+#include "groups/group_folder.h"
+
+#include <cerrno>
+#include <cstring>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QInputDialog>
+#include <QPointer>
+#include <QWidget>
+
+#include "browser/dialogs/confirm_dialog.h"
+#include "config/language.h"
+#include "groups/group_file.h"
+#include "groups/group_message.h"
+#include "platform/program_folders.h"
+
+TGroupFolder::TGroupFolder(QWidget *window, const TLanguage &language)
+    : QObject(window), m_window(window), m_language(language) {
+  connect(&m_watcher, &TFolderWatcher::Changed, this, &TGroupFolder::Changed);
+}
+
+QString TGroupFolder::Path() {
+  const QString path = ProgramFolders::UserData() + QStringLiteral("/HalvexGroups");
+  ProgramFolders::Make(path);
+  return path;
+}
+
+void TGroupFolder::Watch() {
+  if (m_watcher.Folder().isEmpty()) m_watcher.Watch(Path());
+}
+
+QString TGroupFolder::Rename(const QString &path) {
+  const QFileInfo file(path);
+  if (!file.isFile()) return {};
+  const QString extension = QString::fromLatin1(THalvexGroup::Extension);
+  QString name = file.fileName();
+  // Only this spelling is taken off, which is meant: "Work.HGP" is offered as it stands.
+  if (name.endsWith(extension)) name.chop(extension.size());
+
+  const QString text = m_language.Global("RenameHalvexGroup");
+  const QPointer<QInputDialog> dialog(new QInputDialog(m_window));
+  dialog->setWindowTitle(text);
+  dialog->setLabelText(text);
+  dialog->setTextValue(name);
+  dialog->setOkButtonText(m_language.Global("OK"));
+  dialog->setCancelButtonText(m_language.Global("Cancel"));
+  const bool accepted = dialog->exec() == QDialog::Accepted;
+  // The window may have taken the dialog along, and this object with it.
+  if (!dialog) return {};
+  const QString answer = accepted ? dialog->textValue() : QString();
+  delete dialog;
+  return answer.isEmpty() ? QString() : Move(path, file.path() + QLatin1Char('/') + answer + extension);
+}
+
+QString TGroupFolder::RenameFolder(const QString &path, const QString &name) {
+  const QFileInfo folder(QDir::cleanPath(path));
+  if (!folder.isDir() || name.isEmpty() || folder.filePath() == Path()) return {};
+  return Move(folder.filePath(), folder.path() + QLatin1Char('/') + name);
+}
+
+QString TGroupFolder::Move(const QString &from, const QString &to) {
+  const bool isMoved = !QFileInfo::exists(to) && QFile::rename(from, to);
+  Q_EMIT Changed();
+  return isMoved ? to : QString();
+}
+
+bool TGroupFolder::Delete(const QString &path) {
+  const QFileInfo info(QDir::cleanPath(path));
+  const bool isLink = info.isSymLink();
+  if ((!info.exists() && !isLink) || info.filePath() == Path()) return false;
+  const QPointer<TGroupFolder> self(this);
+  const bool yes = ShowConfirm(m_window, m_window->font(), m_language.Global("HalvexGroup"), false, nullptr, QString(),
+                               m_language.Global("No"), m_language.Global("Yes"), m_language.Text("CONFIRM", "Proceed"),
+                               m_language.Text("HalvexGroups", "DeletePrompt").arg(info.fileName()));
+  if (!yes || !self) return false;
+  QFile file(info.filePath());
+  const bool isGone = file.moveToTrash();
+  if (!isGone) {
+    TellAboutGroup(m_window, m_language,
+                   m_language.Text("HalvexGroups", "CannotDelete").arg(info.fileName(), file.errorString()));
+  }
+  Q_EMIT Changed();
+  return isGone;
+}
+
+QString TGroupFolder::NewFolder(const QString &parent) {
+  const QDir dir(parent);
+  const QString base = m_language.Text("HalvexGroups", "NewFolder");
+  QString name = base;
+  constexpr int MostTries = 1000;
+  for (int number = 2; QFileInfo::exists(dir.filePath(name)) && number < MostTries; ++number) {
+    name = QStringLiteral("%1 (%2)").arg(base, QString::number(number));
+  }
+  const bool isMade = dir.exists() && dir.mkdir(name);
+  if (!isMade) {
+    const QString reason = qt_error_string(dir.exists() ? errno : ENOENT);
+    TellAboutGroup(m_window, m_language, m_language.Text("HalvexGroups", "CannotMakeFolder").arg(reason));
+  }
+  Q_EMIT Changed();
+  return isMade ? dir.filePath(name) : QString();
+}
