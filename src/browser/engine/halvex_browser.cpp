@@ -146,6 +146,10 @@ QIcon THalvexBrowser::Icon() const {
   return d->HasLivePage() ? d->page->icon() : QIcon();
 }
 
+bool THalvexBrowser::ShowsNotice() const {
+  return d->notice != TPrivate::TNotice::None;
+}
+
 bool THalvexBrowser::CanGoBack() const {
   if (!d->page) return false;
   if (d->notice == TPrivate::TNotice::LocalError) return !d->page->url().isEmpty();

@@ -51,6 +51,8 @@ class THalvexBrowser final : public QWidget {
   [[nodiscard]] QString LocationUrl() const;   // the page's address; what was asked for while an error page shows
   [[nodiscard]] QString LocationName() const;  // the page's title
   [[nodiscard]] QIcon Icon() const;
+  // True while a text of the program's own stands in the place of a page that could not be shown.
+  [[nodiscard]] bool ShowsNotice() const;
   [[nodiscard]] bool CanGoBack() const;
   [[nodiscard]] bool CanGoForward() const;
 
