@@ -1,0 +1,212 @@
+#include "search/address_bar.h"
+
+#include <algorithm>
+#include <QKeyEvent>
+#include <QLineEdit>
+
+#include "browser/dialogs/confirm_dialog.h"
+#include "config/language.h"
+#include "config/options.h"
+#include "platform/history_store.h"
+#include "platform/visit_words.h"
+#include "search/inline_completion.h"
+#include "search/suggestion_list.h"
+
+namespace {
+
+constexpr int StyleInline = 1;
+constexpr int StyleDropDown = 2;
+constexpr int MostSuggestions = 12;
+
+bool IsModifierKey(int key) { return key == Qt::Key_Shift || key == Qt::Key_Control; }
+
+// The character that a key types; none for commands.
+QString TypedText(const QKeyEvent &key) {
+  if (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) return {};
+  return !key.text().isEmpty() && key.text().at(0).isPrint() ? key.text() : QString();
+}
+
+}  // namespace
+
+TAddressBar::TAddressBar(const TLanguage &language, TRegistryStore &store, THistoryStore &history, QWidget *parent)
+    : TZVComboBox(parent),
+      m_language(language),
+      m_store(store),
+      m_history(history),
+      m_suggestions(new TSuggestionList(this, lineEdit(), language.Text("MAIN", "AddressSuggestionsName"))) {
+  setObjectName(QStringLiteral("cboAddress"));
+  setMaxVisibleItems(TTypedAddresses::Most);
+  ReloadSettings();
+  m_addresses.Load(m_store);
+  SetEntries(m_addresses.List());
+  connect(this, &QComboBox::activated, this, [this](int row) { OpenText(EntryAddress(row), false); });
+  m_suggest.setSingleShot(true);
+  m_suggest.setInterval(0);
+  connect(&m_suggest, &QTimer::timeout, this, &TAddressBar::Suggest);
+  connect(lineEdit(), &QLineEdit::textEdited, this, [this] {
+    if (m_completionStyle == StyleDropDown) m_suggest.start();
+  });
+  connect(m_suggestions, &TSuggestionList::Clicked, this, [this](const QString &address) {
+    m_addressTyped = true;
+    OpenText(address, false);
+  });
+}
+
+void TAddressBar::ReloadSettings() {
+  const TZVOptions options(m_store);
+  m_forms = {{options.Get(Setting::CtrlPre), options.Get(Setting::CtrlPost)},
+             {options.Get(Setting::ShiftPre), options.Get(Setting::ShiftPost)},
+             {options.Get(Setting::CtrlShiftPre), options.Get(Setting::CtrlShiftPost)}};
+  m_completionStyle = options.AutoCompleteMode();
+  HideSuggestions();
+}
+
+void TAddressBar::AddTypedAddress(const QString &address) {
+  if (m_addressTyped) {
+    m_addressTyped = false;
+    m_addresses.File(address);
+    SetEntries(m_addresses.List());
+  }
+  ShowAddress(address);
+}
+
+void TAddressBar::ClearAddressHistory() {
+  const QString note = m_completionStyle == StyleDropDown ? m_language.Global("ClearAddressHistoryNote") : QString();
+  const QString caption = TLanguage::ShortHint(m_language.Text("MAIN", "MenuToolsClearAddressesHint"));
+  if (!ShowConfirm(window(), window()->font(), caption, false, nullptr, {}, m_language.Global("No"),
+                   m_language.Global("Yes"), note, m_language.Global("ClearAddressHistory"))) {
+    return;
+  }
+  m_addresses.Clear();
+  SetEntries({});
+  SaveTypedAddresses();
+  Q_EMIT AddressHistoryCleared();
+}
+
+bool TAddressBar::TakeKey(const QKeyEvent &key) {
+  if (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) {
+    PressEnter(key.modifiers());
+    return true;
+  }
+  // The modifier keys themselves are for Enter to see, not for the box.
+  if (IsModifierKey(key.key())) return true;
+  if (m_suggestions->isVisible() && TakeSuggestionKey(key)) return true;
+  if (key.modifiers().testFlag(Qt::AltModifier)) return false;
+  switch (key.key()) {
+    case Qt::Key_Down:
+    case Qt::Key_Up:
+    case Qt::Key_PageDown:
+    case Qt::Key_PageUp:
+      // By itself the box would open every entry that is walked over.
+      WalkList(key.key() == Qt::Key_Down || key.key() == Qt::Key_PageDown);
+      return true;
+    default:
+      return m_completionStyle == StyleInline && CompleteInline(key);
+  }
+}
+
+void TAddressBar::PressEnter(Qt::KeyboardModifiers modifiers) {
+  const QString text = m_forms.Apply(lineEdit()->text(), modifiers);
+  if (text != lineEdit()->text()) setEditText(text);
+  m_addressTyped = !text.trimmed().isEmpty();
+  Open(modifiers.testFlag(Qt::AltModifier));
+}
+
+void TAddressBar::Open(bool newTab) { OpenText(lineEdit()->text(), newTab); }
+
+void TAddressBar::OpenText(const QString &text, bool newTab) {
+  m_suggest.stop();
+  HideSuggestions();
+  ForgetTyped();
+  if (!text.trimmed().isEmpty()) Q_EMIT OpenRequested(text, newTab);
+}
+
+bool TAddressBar::CompleteInline(const QKeyEvent &key) {
+  const QString character = TypedText(key);
+  if (character.isEmpty()) return false;
+  const int caret = lineEdit()->hasSelectedText() ? lineEdit()->selectionStart() : lineEdit()->cursorPosition();
+  const QString typed = lineEdit()->text().left(caret) + character;
+  QStringList entries;
+  for (int row = 0; row < count(); ++row) entries.append(itemText(row));
+  const auto found = TInlineCompletion::Of(typed, entries);
+  if (!found) return false;
+  setCurrentIndex(int(found->entry));
+  ShowTyped(found->text, typed.size());
+  return true;
+}
+
+void TAddressBar::WalkList(bool down) {
+  if (count() == 0) return;
+  const bool isShown = currentIndex() >= 0 && itemText(currentIndex()) == lineEdit()->text();
+  const int first = down ? 0 : count() - 1;
+  const int row = isShown ? std::clamp(currentIndex() + (down ? 1 : -1), 0, count() - 1) : first;
+  setCurrentIndex(row);
+  ShowTyped(itemText(row), 0);
+}
+
+bool TAddressBar::TakeSuggestionKey(const QKeyEvent &key) {
+  switch (key.key()) {
+    case Qt::Key_Down:
+    case Qt::Key_Up:
+    case Qt::Key_PageDown:
+    case Qt::Key_PageUp: {
+      if (key.modifiers().testFlag(Qt::AltModifier)) return false;
+      const bool down = key.key() == Qt::Key_Down || key.key() == Qt::Key_PageDown;
+      const bool page = key.key() == Qt::Key_PageDown || key.key() == Qt::Key_PageUp;
+      m_suggestions->Move(down, page);
+      const QString shown = m_suggestions->currentIndex().data().toString();
+      const QString text = m_suggestions->Chosen().isEmpty() ? m_typedText : shown;
+      ShowTyped(text, text.size());
+      return true;
+    }
+    case Qt::Key_Delete: {
+      const QString chosen = m_suggestions->Chosen();
+      if (!key.modifiers().testFlag(Qt::ShiftModifier) || chosen.isEmpty()) return false;
+      RemoveEntry(chosen);
+      m_history.Remove(chosen);
+      m_history.Flush();
+      ShowTyped(m_typedText, m_typedText.size());
+      Suggest();
+      return true;
+    }
+    case Qt::Key_Escape:
+      ShowTyped(m_typedText, m_typedText.size());
+      HideSuggestions();
+      return true;
+    default:
+      return false;
+  }
+}
+
+void TAddressBar::Suggest() {
+  m_typedText = lineEdit()->text();
+  const QStringList query = VisitWords::Query(m_typedText);
+  if (query.isEmpty() || !lineEdit()->hasFocus() || m_completionStyle != StyleDropDown) {
+    HideSuggestions();
+    return;
+  }
+  QList<TVisitedPage> pages = m_history.Search(m_typedText, MostSuggestions);
+  for (const QString &address : m_addresses.List()) {
+    const bool isThere = std::ranges::any_of(pages, [&](const TVisitedPage &page) { return page.address == address; });
+    if (isThere) continue;
+    const TVisitedPage page = m_history.Find(address).value_or(TVisitedPage{.address = address});
+    if (VisitWords::Match(VisitWords::Of(page.address, page.title), query)) pages.append(page);
+  }
+  std::ranges::stable_sort(pages, std::greater(), &TVisitedPage::visits);
+  QList<TSuggestion> suggestions;
+  for (const TVisitedPage &page : pages.mid(0, MostSuggestions)) suggestions.append({page.address, page.title});
+  m_suggestions->Offer(suggestions);
+}
+
+void TAddressBar::HideSuggestions() { m_suggestions->hide(); }
+
+void TAddressBar::RemoveEntry(const QString &address) {
+  m_addresses.Remove(address);
+  SetEntries(m_addresses.List());
+  SaveTypedAddresses();
+}
+
+void TAddressBar::TakeDropped(const QString &address) {
+  setEditText(address);
+  OpenText(address, false);
+}

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QTimer>
+
+#include "search/address_rules.h"
+#include "search/typed_addresses.h"
+#include "search/zv_combo_box.h"
+
+class THistoryStore;
+class TLanguage;
+class TRegistryStore;
+class TSuggestionList;
+
+// The address box (cboAddress). Enter opens what it holds, with Ctrl and Shift in the frames that the user has set, with
+// Alt in a new tab. Its list holds the addresses typed before; while one is typed it is completed in the box, from that
+// list (style 1), or offered in a drop-down, from that list and all visited pages (style 2).
+class TAddressBar final : public TZVComboBox {
+  Q_OBJECT
+
+ public:
+  // Loads the typed addresses and the settings. All references must outlive the bar.
+  TAddressBar(const TLanguage &language, TRegistryStore &store, THistoryStore &history, QWidget *parent = nullptr);
+
+  // Opens what the box holds, in the current tab unless the settings say otherwise.
+  void Go() { Open(false); }
+  // The active tab has begun to show an address. When it was typed it goes to the top of the list; the box shows it.
+  void AddTypedAddress(const QString &address);
+  // What was opened last has led nowhere: the tab's next address was not typed.
+  void ForgetTypedAddress() { m_addressTyped = false; }
+  // Writes the list; when the main window goes.
+  void SaveTypedAddresses() const { m_addresses.Save(m_store); }
+  // Asks, then empties the list and its store.
+  void ClearAddressHistory();
+  // Reads the frames and the style of completion again; after they were changed.
+  void ReloadSettings();
+
+ Q_SIGNALS:
+  // `text` is to be opened as it stands (see TAddressSearch::Open).
+  void OpenRequested(const QString &text, bool newTab);
+  void AddressHistoryCleared();
+
+ protected:
+  bool TakeKey(const QKeyEvent &key) override;
+  void RemoveEntry(const QString &address) override;
+  void TakeDropped(const QString &address) override;
+
+ private:
+  void Open(bool newTab);
+  void OpenText(const QString &text, bool newTab);
+  void PressEnter(Qt::KeyboardModifiers modifiers);
+  [[nodiscard]] bool CompleteInline(const QKeyEvent &key);
+  void WalkList(bool down);
+  [[nodiscard]] bool TakeSuggestionKey(const QKeyEvent &key);
+  void Suggest();
+  void HideSuggestions();
+
+  const TLanguage &m_language;
+  TRegistryStore &m_store;
+  THistoryStore &m_history;
+  TTypedAddresses m_addresses;
+  TAddressForms m_forms;
+  int m_completionStyle = 0;   // 0 none, 1 in the box, 2 drop-down
+  TSuggestionList *m_suggestions;
+  QTimer m_suggest;            // runs when all that was typed has been shown
+  QString m_typedText;         // what the suggestions were made for
+  bool m_addressTyped = false;
+};

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QTreeView>
+
+class QLineEdit;
+class QStandardItemModel;
+
+struct TSuggestion {
+  QString address;
+  QString title;
+};
+
+// The drop-down below a text box that offers addresses while something is typed. It never has the keyboard and never
+// changes the text by itself: keys stay with the box, which passes on those that walk through the list.
+class TSuggestionList final : public QTreeView {
+  Q_OBJECT
+
+ public:
+  // `below` is the widget under which the list opens; `edit` inside it has the keyboard.
+  TSuggestionList(QWidget *below, QLineEdit *edit, const QString &accessibleName);
+
+  // Shows the suggestions with none chosen; none at all hides the list.
+  void Offer(const QList<TSuggestion> &suggestions);
+  // Moves the choice, by a page with `page`; beyond either end nothing is chosen. The chosen address, or empty.
+  QString Move(bool down, bool page);
+  // The chosen address; empty when none is, or the list is hidden.
+  [[nodiscard]] QString Chosen() const;
+
+ Q_SIGNALS:
+  void Clicked(const QString &address);
+
+ protected:
+  void showEvent(QShowEvent *event) override;
+  void hideEvent(QHideEvent *event) override;
+  bool eventFilter(QObject *watched, QEvent *event) override;
+
+ private:
+  void Place();
+
+  QWidget *m_below;
+  QLineEdit *m_edit;
+  QStandardItemModel *m_model;
+};

@@ -1,0 +1,178 @@
+#include "search/zv_combo_box.h"
+
+#include <algorithm>
+#include <QAbstractItemView>
+#include <QDropEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QWheelEvent>
+
+#include "browser/engine/address_fixup.h"
+#include "browser/strip/link_mime.h"
+#include "search/shown_address.h"
+
+namespace {
+
+constexpr int AddressRole = Qt::UserRole;
+constexpr qsizetype LongestDroppedText = 8192;
+
+bool IsEnter(const QKeyEvent &key) { return key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter; }
+
+// These keys belong to the box while it has the keyboard, whatever they do elsewhere.
+bool IsOwnKey(const QKeyEvent &key) {
+  return IsEnter(key) || key.key() == Qt::Key_Escape || key.key() == Qt::Key_F4 ||
+         (key.key() == Qt::Key_Down && key.modifiers().testFlag(Qt::AltModifier));
+}
+
+bool IsRemoveKey(const QKeyEvent &key) {
+  return key.key() == Qt::Key_Delete && key.modifiers().testFlag(Qt::ShiftModifier);
+}
+
+}  // namespace
+
+TZVComboBox::TZVComboBox(QWidget *parent) : QComboBox(parent) {
+  setEditable(true);
+  setInsertPolicy(QComboBox::NoInsert);
+  setCompleter(nullptr);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  setMinimumContentsLength(10);
+  setAcceptDrops(true);
+  // The box has the keyboard in its line edit's stead and hands keys on past any filter, so it filters its own as well.
+  installEventFilter(this);
+  lineEdit()->installEventFilter(this);
+  view()->installEventFilter(this);
+  view()->setTextElideMode(Qt::ElideRight);
+  connect(lineEdit(), &QLineEdit::textEdited, this, [this] { m_typed = true; });
+}
+
+void TZVComboBox::ShowAddress(const QString &address) {
+  m_pageAddress = address;
+  if (m_typed && lineEdit()->hasFocus()) return;
+  PutBack();
+}
+
+void TZVComboBox::PutBack() {
+  m_typed = false;
+  const QString shown = ShownAddress(m_pageAddress);
+  if (lineEdit()->text() == shown) return;
+  // Text that was there to be typed over stays so.
+  const bool toTypeOver = hasFocus() && lineEdit()->selectedText() == lineEdit()->text();
+  setEditText(shown);
+  lineEdit()->setCursorPosition(0);
+  if (toTypeOver) lineEdit()->selectAll();
+}
+
+void TZVComboBox::FocusAll() {
+  lineEdit()->setFocus(Qt::ShortcutFocusReason);
+  lineEdit()->selectAll();
+}
+
+void TZVComboBox::SetEntries(const QStringList &addresses) {
+  const QString text = lineEdit()->text();
+  const int cursor = lineEdit()->cursorPosition();
+  const int start = lineEdit()->selectionStart();
+  const int length = int(lineEdit()->selectedText().size());
+  const QSignalBlocker quietBox(this);
+  const QSignalBlocker quietEdit(lineEdit());
+  clear();
+  for (const QString &address : addresses) addItem(ShownAddress(address), address);
+  setCurrentIndex(-1);
+  lineEdit()->setText(text);
+  lineEdit()->setCursorPosition(cursor);
+  if (start >= 0) lineEdit()->setSelection(start, length);
+}
+
+QString TZVComboBox::EntryAddress(int row) const { return itemData(row, AddressRole).toString(); }
+
+void TZVComboBox::ShowTyped(const QString &text, qsizetype selectFrom) {
+  m_typed = true;
+  lineEdit()->setText(text);
+  lineEdit()->setSelection(int(text.size()), -int(std::max<qsizetype>(text.size() - selectFrom, 0)));
+}
+
+bool TZVComboBox::eventFilter(QObject *watched, QEvent *event) {
+  const bool isKeyboard = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress ||
+                          event->type() == QEvent::FocusOut;
+  if ((watched == lineEdit() || (watched == this && isKeyboard)) && FilterEdit(event)) return true;
+  if (watched == view() && FilterList(event)) return true;
+  return QComboBox::eventFilter(watched, event);
+}
+
+bool TZVComboBox::FilterEdit(QEvent *event) {
+  switch (event->type()) {
+    case QEvent::ShortcutOverride:
+      if (!IsOwnKey(*static_cast<QKeyEvent *>(event))) return false;
+      event->accept();
+      return true;
+    case QEvent::KeyPress: {
+      const auto *key = static_cast<QKeyEvent *>(event);
+      if (TakeKey(*key)) return true;
+      if (key->key() != Qt::Key_Escape) return false;
+      const bool nothingTyped = !m_typed;
+      PutBack();
+      lineEdit()->selectAll();
+      if (nothingTyped) Q_EMIT Left();
+      return true;
+    }
+    case QEvent::FocusOut:
+      // Moving to a menu or another window keeps what was typed; going back to the page gives it up.
+      if (static_cast<QFocusEvent *>(event)->reason() == Qt::MouseFocusReason) PutBack();
+      return false;
+    case QEvent::DragEnter:
+    case QEvent::DragMove: {
+      auto *drag = static_cast<QDropEvent *>(event);
+      if (DroppedAddress(*drag).isEmpty()) return false;
+      drag->acceptProposedAction();
+      return true;
+    }
+    case QEvent::Drop: {
+      auto *drop = static_cast<QDropEvent *>(event);
+      if (DroppedAddress(*drop).isEmpty()) return false;
+      dropEvent(drop);
+      return true;
+    }
+    default:
+      return false;
+  }
+}
+
+bool TZVComboBox::FilterList(QEvent *event) {
+  if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride) return false;
+  if (!IsRemoveKey(*static_cast<QKeyEvent *>(event))) return false;
+  event->accept();
+  const int row = view()->currentIndex().row();
+  if (event->type() == QEvent::ShortcutOverride || row < 0) return true;
+  RemoveEntry(EntryAddress(row));
+  if (count() == 0) {
+    hidePopup();
+  } else {
+    view()->setCurrentIndex(model()->index(std::min(row, count() - 1), modelColumn()));
+  }
+  return true;
+}
+
+// A text that is dragged about in the box itself is only moved.
+QString TZVComboBox::DroppedAddress(const QDropEvent &event) const {
+  if (event.source() == lineEdit() || event.mimeData() == nullptr) return {};
+  const QStringList links = LinksIn(*event.mimeData());
+  if (!links.isEmpty()) return links.first();
+  // A host name without its scheme is an address as well, a word is not.
+  const QString text = event.mimeData()->text().trimmed();
+  const bool isOneWord = std::ranges::none_of(text, [](QChar c) { return c.isSpace(); });
+  if (!isOneWord || !text.contains(u'.') || text.contains(u':') || text.size() > LongestDroppedText) return {};
+  return FixUpAddress(text).kind == TFixedAddress::TKind::Url ? text : QString();
+}
+
+void TZVComboBox::dragEnterEvent(QDragEnterEvent *event) {
+  if (!DroppedAddress(*event).isEmpty()) event->acceptProposedAction();
+}
+
+void TZVComboBox::dropEvent(QDropEvent *event) {
+  const QString address = DroppedAddress(*event);
+  if (address.isEmpty()) return;
+  event->acceptProposedAction();
+  TakeDropped(address);
+}
+
+void TZVComboBox::wheelEvent(QWheelEvent *event) { event->ignore(); }
