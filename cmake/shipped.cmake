@@ -1,7 +1,8 @@
 # The shipped files of "the program's folder". Programs of the build, the tests among them, find them beside themselves
 # as links, so that a changed text needs no build.
 
-set(zv_shipped ${CMAKE_SOURCE_DIR}/Languages ${CMAKE_SOURCE_DIR}/resources/product.ini)
+set(zv_shipped ${CMAKE_SOURCE_DIR}/Languages ${CMAKE_SOURCE_DIR}/resources/product.ini
+  ${CMAKE_SOURCE_DIR}/resources/searches.ini)
 
 foreach(folder ${CMAKE_BINARY_DIR} ${CMAKE_BINARY_DIR}/tests)
   file(MAKE_DIRECTORY ${folder})

@@ -1,0 +1,87 @@
+#include "search/address_search.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QUrl>
+
+#include "browser/tabs/browser_tab.h"
+#include "browser/tabs/tab_strip.h"
+#include "config/language.h"
+#include "config/options.h"
+#include "search/address_bar.h"
+#include "search/quick_search.h"
+#include "search/search_lists.h"
+#include "search/visit_recorder.h"
+
+namespace {
+
+constexpr qsizetype LongestShownFormat = 300;   // characters
+
+}  // namespace
+
+TAddressSearch::TAddressSearch(QWidget *window, const TLanguage &language, TAddressBar &bar, TTabStrip &tabs,
+                               TSearchLists &lists, THistoryStore &history)
+    : QObject(window), m_window(window), m_language(language), m_bar(bar), m_tabs(tabs), m_lists(lists) {
+  ReloadSettings();
+  auto *recorder = new TVisitRecorder(tabs, history, this);
+  connect(recorder, &TVisitRecorder::Navigated, this, [this](TBrowserTab *tab, const QString &address) {
+    if (tab == m_tabs.GetActivePage()) m_bar.AddTypedAddress(address);
+  });
+  connect(&bar, &TAddressBar::OpenRequested, this, &TAddressSearch::Open);
+  connect(&lists, &TSearchLists::EngineChosen, this, &TAddressSearch::OpenEngine);
+}
+
+void TAddressSearch::ReloadSettings() {
+  const TZVOptions options(m_tabs.Environment().store);
+  m_addressNewWin = options.Get(Setting::AddressNewWin);
+  m_quickSearchNewWin = options.Get(Setting::QuickSearchNewWin);
+  m_searchNewWin = options.Get(Setting::SearchNewWin);
+  m_bar.ReloadSettings();
+}
+
+bool TAddressSearch::Open(const QString &text, bool newTab) {
+  const TQuickSearch search = TQuickSearch::Of(text, m_lists.QuickSearches());
+  switch (search.kind) {
+    case TQuickSearch::TKind::None:
+      OpenAddress(text, newTab || m_addressNewWin);
+      break;
+    case TQuickSearch::TKind::Address:
+      OpenAddress(search.address, newTab || m_quickSearchNewWin);
+      break;
+    case TQuickSearch::TKind::BadFormat: {
+      m_bar.ForgetTypedAddress();
+      const QString format = search.format.left(LongestShownFormat);
+      TellFault(search.fault == QuickSearchFormat::TFault::SeveralPlaces
+                    ? m_language.Text("QUICK_SEARCH", "FormatSeveral").arg(search.keyword, format)
+                    : m_language.Text("QUICK_SEARCH", "FormatBad").arg(search.keyword, format));
+      return false;
+    }
+  }
+  return true;
+}
+
+void TAddressSearch::OpenAddress(const QString &address, bool newTab) {
+  TBrowserTab *tab = newTab ? m_tabs.NewTab() : m_tabs.GetActivePage();
+  if (tab == nullptr) return;
+  tab->Navigate(address);
+  tab->setFocus();
+}
+
+void TAddressSearch::OpenEngine(const QString &address) {
+  if (QFileInfo(address).isFile()) {
+    QDesktopServices::openUrl(QUrl::fromLocalFile(address));
+  } else {
+    OpenAddress(address, m_searchNewWin);
+  }
+}
+
+void TAddressSearch::TellFault(const QString &text) {
+  auto *box = new QMessageBox(QMessageBox::Warning, QApplication::applicationDisplayName(), text, QMessageBox::NoButton,
+                              m_window);
+  box->setTextFormat(Qt::PlainText);
+  box->addButton(m_language.Global("OK"), QMessageBox::AcceptRole);
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->open();
+}

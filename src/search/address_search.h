@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QObject>
+
+class QWidget;
+class TAddressBar;
+class THistoryStore;
+class TLanguage;
+class TSearchLists;
+class TTabStrip;
+
+// Joins the address bar, the search lists and the history with the tabs: opens what was typed, files it once the page
+// comes, and records what is visited. What it opens obeys the settings AddressNewWin, QuickSearchNewWin and SearchNewWin.
+class TAddressSearch final : public QObject {
+  Q_OBJECT
+
+ public:
+  // `window` is the owner of messages. All references must outlive this object, the tabs' own end excepted.
+  TAddressSearch(QWidget *window, const TLanguage &language, TAddressBar &bar, TTabStrip &tabs, TSearchLists &lists,
+                 THistoryStore &history);
+
+  // Opens a typed text: as a quick search where it is one, else as the address that it is; in a new tab when the
+  // setting for the one or the other, or `newTab`, says so. A quick search whose format has a fault opens nothing; the
+  // user is told. False then.
+  bool Open(const QString &text, bool newTab);
+  // Reads the settings again; after they were changed.
+  void ReloadSettings();
+
+ private:
+  void OpenAddress(const QString &address, bool newTab);
+  void OpenEngine(const QString &address);
+  void TellFault(const QString &text);
+
+  QWidget *m_window;
+  const TLanguage &m_language;
+  TAddressBar &m_bar;
+  TTabStrip &m_tabs;
+  TSearchLists &m_lists;
+  bool m_addressNewWin = false;
+  bool m_quickSearchNewWin = true;
+  bool m_searchNewWin = true;
+};

@@ -1,0 +1,118 @@
+#include "search/search_lists.h"
+
+#include <algorithm>
+#include <QAction>
+#include <QMenu>
+
+#include "config/language.h"
+#include "config/options.h"
+#include "config/settings_table.h"
+#include "platform/ini_file.h"
+#include "platform/program_folders.h"
+#include "search/search_engine_dialog.h"
+
+namespace {
+
+constexpr TRegistryHive Hive = TRegistryHive::CurrentUser;
+constexpr qsizetype LongestHint = 400;   // characters
+
+struct TList {
+  TSearchList list;
+  const char *key;
+  QStringList (TZVOptions::*read)() const;
+  void (TZVOptions::*write)(const QStringList &);
+};
+
+constexpr TList Lists[] = {
+    {TSearchList::SearchBar, RegistryKey::SearchBar, &TZVOptions::SearchBarEntries, &TZVOptions::SetSearchBarEntries},
+    {TSearchList::SearchEngines, RegistryKey::SearchEngines, &TZVOptions::SearchEngines,
+     &TZVOptions::SetSearchEngines},
+    {TSearchList::QuickSearch, RegistryKey::QuickSearch, &TZVOptions::QuickSearchEntries,
+     &TZVOptions::SetQuickSearchEntries},
+};
+
+const TList &ListOf(TSearchList list) { return *std::ranges::find(Lists, list, &TList::list); }
+
+}  // namespace
+
+TSearchLists::TSearchLists(const TLanguage &language, TRegistryStore &store, QWidget *owner)
+    : QObject(owner), m_language(language), m_store(store), m_owner(owner) {
+  const bool hasAny = std::ranges::any_of(Lists, [&](const TList &list) { return m_store.KeyExists(Hive, list.key); });
+  if (!hasAny) AddExamples();
+  m_quickSearches = Load(TSearchList::QuickSearch);
+}
+
+void TSearchLists::AddExamples() {
+  TIniFile file;
+  const QString path = ProgramFolders::Find({}, QStringLiteral("searches.ini"));
+  if (path.isEmpty() || !file.Load(path)) return;
+  QStringList lines;
+  for (const auto &[name, address] : file.Pairs(QStringLiteral("QuickSearch"))) lines.append(name + u'=' + address);
+  if (!lines.isEmpty()) Save(TSearchList::QuickSearch, lines);
+}
+
+QStringList TSearchLists::Load(TSearchList list) const { return (TZVOptions(m_store).*ListOf(list).read)(); }
+
+void TSearchLists::Save(TSearchList list, const QStringList &lines) {
+  m_store.InTransaction([&] {
+    TZVOptions options(m_store);
+    (options.*ListOf(list).write)(lines);
+    // An empty list is a key without values, not a missing key: what the user emptied is not filled again.
+    return m_store.CreateKey(Hive, ListOf(list).key);
+  });
+}
+
+void TSearchLists::FillMenu(QMenu *menu) {
+  auto *organize = menu->addAction(m_language.Text("SEARCH_ENGINE", "MenuSearchEngines"));
+  organize->setObjectName(QStringLiteral("mnuOrganizeSearchEngines"));
+  connect(organize, &QAction::triggered, this, [this] { Organize(TSearchList::SearchEngines); });
+  menu->addSeparator();
+  Follow(menu, TSearchList::SearchEngines);
+}
+
+void TSearchLists::FillSearchBarMenu(QMenu *menu) { Follow(menu, TSearchList::SearchBar); }
+
+void TSearchLists::Follow(QMenu *menu, TSearchList list) {
+  m_menus.append({menu, list, menu->actions().size()});
+  menu->setToolTipsVisible(true);
+  connect(menu, &QMenu::aboutToShow, this, [this, list] { Rebuild(list); });
+  Rebuild(list);
+}
+
+void TSearchLists::Rebuild(TSearchList list) {
+  const QStringList lines = Load(list);
+  m_defaultSearchPage = lines.isEmpty() ? QString() : lines.first().section(u'=', 1);
+  for (const TMenu &entry : std::as_const(m_menus)) {
+    if (entry.list != list || entry.menu.isNull()) continue;
+    const QList<QAction *> old = entry.menu->actions().mid(entry.fixedEntries);
+    for (QAction *action : old) {
+      entry.menu->removeAction(action);
+      action->deleteLater();   // It may be the one that is just being chosen.
+    }
+    for (const QString &line : lines) {
+      const QString address = line.section(u'=', 1);
+      auto *action = new QAction(line.section(u'=', 0, 0).replace(u'&', QLatin1String("&&")), entry.menu);
+      action->setToolTip(address.left(LongestHint).toHtmlEscaped());
+      action->setStatusTip(address.left(LongestHint));
+      connect(action, &QAction::triggered, this, [this, list, address] {
+        Q_EMIT(list == TSearchList::SearchEngines ? EngineChosen(address) : SearchPageChosen(address));
+      });
+      entry.menu->addAction(action);
+    }
+  }
+}
+
+bool TSearchLists::Organize(TSearchList list) {
+  const QPointer<TfrmSearchEngine> dialog(new TfrmSearchEngine(m_language, list, Load(list), m_owner));
+  const bool accepted = dialog->exec() == QDialog::Accepted;
+  // The owner may have been closed while the dialog was open; it then takes the dialog along.
+  if (dialog.isNull()) return false;
+  if (accepted) Save(list, dialog->Lines());
+  delete dialog;
+  if (list == TSearchList::QuickSearch) {
+    m_quickSearches = Load(list);
+  } else if (accepted) {
+    Rebuild(list);
+  }
+  return accepted;
+}

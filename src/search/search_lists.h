@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QStringList>
+
+class QAction;
+class QMenu;
+class QWidget;
+class TLanguage;
+class TRegistryStore;
+
+// The user's lists of named addresses.
+enum class TSearchList {
+  SearchBar = 0,      // pages for the search panel of the side bar
+  SearchEngines = 1,  // pages of the search menu
+  QuickSearch = 2,    // keywords of the address bar and their address formats
+};
+
+// The three lists in the store, the dialog that changes them, and the menus that are made of them.
+class TSearchLists final : public QObject {
+  Q_OBJECT
+
+ public:
+  // Where the store has none of the three lists, the quick searches of the shipped file searches.ini are put into it. A
+  // list that was emptied stays empty. `owner` is the window that the dialogs belong to.
+  TSearchLists(const TLanguage &language, TRegistryStore &store, QWidget *owner);
+
+  // Lines "name=address" in the order of the store.
+  [[nodiscard]] QStringList Load(TSearchList list) const;
+  // Replaces the list. A line is split at its first "="; of two lines with one name (regardless of case) the later
+  // address counts, at the earlier place. A refused write is not reported.
+  void Save(TSearchList list, const QStringList &lines);
+
+  // The quick searches as they were loaded last.
+  [[nodiscard]] const QStringList &QuickSearches() const { return m_quickSearches; }
+  // The first address of the menu that was built last; empty when its list is.
+  [[nodiscard]] const QString &DefaultSearchPage() const { return m_defaultSearchPage; }
+
+  // Makes `menu` the menu of search engines: the entry that organises them, a line, one entry for each engine. It is
+  // built anew whenever it opens and when the list has changed.
+  void FillMenu(QMenu *menu);
+  // The same for the search panel's pages, behind the menu's own first entries, as many as it has now.
+  void FillSearchBarMenu(QMenu *menu);
+
+  // Shows the dialog of a list; true when the list was changed.
+  bool Organize(TSearchList list);
+
+ Q_SIGNALS:
+  void EngineChosen(const QString &address);
+  void SearchPageChosen(const QString &address);
+
+ private:
+  void AddExamples();
+  void Follow(QMenu *menu, TSearchList list);
+  void Rebuild(TSearchList list);
+
+  struct TMenu {
+    QPointer<QMenu> menu;
+    TSearchList list;
+    qsizetype fixedEntries;
+  };
+
+  const TLanguage &m_language;
+  TRegistryStore &m_store;
+  QWidget *m_owner;
+  QList<TMenu> m_menus;
+  QStringList m_quickSearches;
+  QString m_defaultSearchPage;
+};
