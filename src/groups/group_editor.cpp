@@ -14,9 +14,9 @@
 
 namespace {
 
-constexpr int NameColumnWidth = 22;   // characters
+constexpr int NameColumnWidth = 22;  // characters
 constexpr int LocationColumnWidth = 52;
-constexpr int ListHeight = 14;        // lines
+constexpr int ListHeight = 14;  // lines
 
 }  // namespace
 
@@ -27,10 +27,10 @@ TfrmHalvexGroup::TfrmHalvexGroup(const TLanguage &language, const QString &fileN
   const QString caption = language.Text("HalvexGroups", "HalvexGroup");
   setWindowTitle(QStringLiteral("%1: %2").arg(caption, QFileInfo(fileName).fileName()));
 
-  m_sites = new TGroupSites({language.Text("HalvexGroups", "StickyNameColumn"),
-                             language.Text("HalvexGroups", "LocationColumn"),
-                             language.Text("HalvexGroups", "LockedColumn")},
-                            this);
+  m_sites =
+      new TGroupSites({language.Text("HalvexGroups", "StickyNameColumn"),
+                       language.Text("HalvexGroups", "LocationColumn"), language.Text("HalvexGroups", "LockedColumn")},
+                      this);
   QTreeView &list = *m_ui->lstSites;
   list.setModel(m_sites);
   list.setAccessibleName(caption);

@@ -38,7 +38,7 @@ class TfrmHalvexGroup final : public QDialog {
   void cmdDeleteClick();
   void MoveRow(int by);
   void cmdOkClick();
-  [[nodiscard]] int Row() const;   // the selected one, -1 for none
+  [[nodiscard]] int Row() const;  // the selected one, -1 for none
   void SelectRow(int row);
 
   std::unique_ptr<Ui::TfrmHalvexGroup> m_ui;

@@ -10,8 +10,8 @@ class TLanguage;
 using TGroupChosen = std::function<void(const QString &path)>;
 
 // Appends the sub-folders of `folder`, as sub-menus, and its page groups, as items that hold their path as data. Both
-// are in alphabetical order, folders first; what is hidden (a name that begins with ".") and group files whose extension
-// is not exactly ".hgp" are left out.
+// are in alphabetical order, folders first; what is hidden (a name that begins with ".") and group files whose
+// extension is not exactly ".hgp" are left out.
 void AppendGroups(QMenu *menu, const QString &folder, const TLanguage &language, const TGroupChosen &chosen);
 
 // A sub-folder in the groups menu; filled anew each time it opens.
@@ -22,7 +22,7 @@ class THalvexGroupMenuItem final : public QMenu {
   THalvexGroupMenuItem(const QString &caption, const QString &folder, const TLanguage &language, TGroupChosen chosen,
                        QWidget *parent);
 
-  [[nodiscard]] const QString &FolderPath() const { return m_folder; }   // with a separator at its end
+  [[nodiscard]] const QString &FolderPath() const { return m_folder; }  // with a separator at its end
 
  private:
   void Fill();

@@ -55,11 +55,12 @@ TPageGroups::TPageGroups(QWidget *window, TTabStrip &tabs, TCloseAllTabs &closeA
       m_language(language),
       m_store(store),
       m_folder(new TGroupFolder(window, language)) {
-  m_add = AddCommand("pmAddToHalvexGroup", language.Text("MAIN", "GroupsAddTab"), Qt::Key_F6, &TPageGroups::AddActiveTab);
-  m_saveAll = AddCommand("actSaveAsHalvexGroup", language.Text("MAIN", "GroupsSaveAll"), Qt::Key_F7,
-                         &TPageGroups::SaveAll);
-  m_organize = AddCommand("actOrganizeHalvexGroups", language.Text("MAIN", "GroupsOrganize"), 0,
-                          &TPageGroups::OrganizeChosen);
+  m_add =
+      AddCommand("pmAddToHalvexGroup", language.Text("MAIN", "GroupsAddTab"), Qt::Key_F6, &TPageGroups::AddActiveTab);
+  m_saveAll =
+      AddCommand("actSaveAsHalvexGroup", language.Text("MAIN", "GroupsSaveAll"), Qt::Key_F7, &TPageGroups::SaveAll);
+  m_organize =
+      AddCommand("actOrganizeHalvexGroups", language.Text("MAIN", "GroupsOrganize"), 0, &TPageGroups::OrganizeChosen);
   connect(m_folder, &TGroupFolder::Changed, this, [this] { ++m_folderState; });
 }
 
@@ -67,7 +68,7 @@ QAction *TPageGroups::AddCommand(const char *name, const QString &text, int key,
   auto *action = new QAction(text, m_window);
   action->setObjectName(QString::fromLatin1(name));
   if (key != 0) action->setShortcut(QKeySequence(key));
-  m_window->addAction(action);   // so that the key works while the menu is closed
+  m_window->addAction(action);  // so that the key works while the menu is closed
   connect(action, &QAction::triggered, this, command);
   return action;
 }
@@ -139,7 +140,9 @@ void TPageGroups::SaveAll() {
   m_folder->Refresh();
 }
 
-void TPageGroups::AddActiveTab() { AddTab(m_tabs.GetActivePage()); }
+void TPageGroups::AddActiveTab() {
+  AddTab(m_tabs.GetActivePage());
+}
 
 void TPageGroups::AddTab(TBrowserTab *tab) {
   const QPointer<TBrowserTab> page(tab);
@@ -209,7 +212,7 @@ QString TPageGroups::Ask(QFileDialog *dialog) {
   dialog->setDirectory(TGroupFolder::Path());
   const QPointer<QFileDialog> open(dialog);
   const bool accepted = dialog->exec() == QDialog::Accepted;
-  if (!open) return {};   // The window has gone and has taken the dialog along.
+  if (!open) return {};  // The window has gone and has taken the dialog along.
   const QString file = accepted ? dialog->selectedFiles().value(0) : QString();
   delete dialog;
   return file;
@@ -241,7 +244,7 @@ void TPageGroups::RefillMenu(QMenu *menu, int fixedItems) {
   const QList<QAction *> items = menu->actions();
   for (QAction *item : items.sliced(fixedItems)) {
     if (item->menu() != nullptr) {
-      delete item->menu();   // and the item with it
+      delete item->menu();  // and the item with it
     } else {
       delete item;
     }
@@ -252,7 +255,8 @@ void TPageGroups::RefillMenu(QMenu *menu, int fixedItems) {
 void TPageGroups::ExtendTabMenu(TTabMenu &tabMenu) {
   QMenu *menu = tabMenu.Menu();
   QAction *before = menu->findChild<QAction *>(QStringLiteral("pmTabCloseAllDefault"));
-  auto *action = new QAction(QIcon(QStringLiteral(":/icons/groups.svg")), m_language.Text("MAIN", "TabAddToGroup"), menu);
+  auto *action =
+      new QAction(QIcon(QStringLiteral(":/icons/groups.svg")), m_language.Text("MAIN", "TabAddToGroup"), menu);
   action->setObjectName(QStringLiteral("pmTabAddToHalvexGroup"));
   connect(action, &QAction::triggered, this, [this, &tabMenu] {
     if (TBrowserTab *tab = tabMenu.TabUnderPopup()) AddTab(tab);

@@ -17,8 +17,8 @@ class TRegistryStore;
 class TTabMenu;
 class TTabStrip;
 
-// Page groups as the main window offers them: opening a group into tabs, saving tabs as a group, the groups menu and the
-// editor. What cannot be read or written is told to the user with the system's reason.
+// Page groups as the main window offers them: opening a group into tabs, saving tabs as a group, the groups menu and
+// the editor. What cannot be read or written is told to the user with the system's reason.
 class TPageGroups final : public QObject {
   Q_OBJECT
 
@@ -85,5 +85,5 @@ class TPageGroups final : public QObject {
   QAction *m_add;
   QAction *m_saveAll;
   QAction *m_organize;
-  int m_folderState = 0;   // Counts the changes of the folder; menus remember which of them they show.
+  int m_folderState = 0;  // Counts the changes of the folder; menus remember which of them they show.
 };

@@ -5,7 +5,7 @@
 namespace {
 
 constexpr QLatin1String Blank("BLANK");
-constexpr int LongestShown = 500;   // characters; laying out an address of 100 kB for every paint takes for ever
+constexpr int LongestShown = 500;  // characters; laying out an address of 100 kB for every paint takes for ever
 
 }  // namespace
 
@@ -58,9 +58,13 @@ void TGroupSites::Move(int row, int by) {
   endMoveRows();
 }
 
-int TGroupSites::rowCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : Count(); }
+int TGroupSites::rowCount(const QModelIndex &parent) const {
+  return parent.isValid() ? 0 : Count();
+}
 
-int TGroupSites::columnCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : ColumnCount; }
+int TGroupSites::columnCount(const QModelIndex &parent) const {
+  return parent.isValid() ? 0 : ColumnCount;
+}
 
 QVariant TGroupSites::data(const QModelIndex &index, int role) const {
   if (!index.isValid() || role != Qt::DisplayRole) return {};

@@ -9,7 +9,7 @@ class THalvexGroup;
 
 // One page of a group as the editor shows it.
 struct TGroupSite {
-  QString name;   // empty for a page without a name of its own
+  QString name;  // empty for a page without a name of its own
   QString location;
   bool locked = false;
 };

@@ -1,5 +1,8 @@
 #include "platform/folder_watcher.h"
 
+#include <sys/stat.h>
+#include <functional>
+#include <optional>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -7,9 +10,6 @@
 #include <QFileSystemWatcher>
 #include <QHash>
 #include <QTimer>
-#include <functional>
-#include <optional>
-#include <sys/stat.h>
 #include <utility>
 
 namespace {
@@ -112,9 +112,9 @@ class TFolderWatch final : public QObject {
   std::function<void(int)> m_tell;
   QFileSystemWatcher m_watcher{this};
   QTimer m_settle{this};
-  TFolders m_known;   // what is watched
+  TFolders m_known;  // what is watched
   QString m_root;
-  QString m_above;    // the folder that holds it
+  QString m_above;  // the folder that holds it
   int m_number = 0;
   bool m_isThere = false;
 };
@@ -133,7 +133,8 @@ void TFolderWatcher::Watch(const QString &folder) {
   if (m_watch == nullptr) {
     if (m_folder.isEmpty()) return;
     m_watch = new TFolderWatch([this](int number) {
-      QMetaObject::invokeMethod(this, [this, number] { Pass(number); }, Qt::QueuedConnection);
+      QMetaObject::invokeMethod(
+          this, [this, number] { Pass(number); }, Qt::QueuedConnection);
     });
     m_watch->moveToThread(&m_thread);
     connect(&m_thread, &QThread::finished, m_watch, &QObject::deleteLater);
@@ -145,7 +146,9 @@ void TFolderWatcher::Watch(const QString &folder) {
       Qt::QueuedConnection);
 }
 
-void TFolderWatcher::Stop() { Watch(QString()); }
+void TFolderWatcher::Stop() {
+  Watch(QString());
+}
 
 void TFolderWatcher::Pass(int number) {
   if (number == m_number && !m_folder.isEmpty()) Q_EMIT Changed();

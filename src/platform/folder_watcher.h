@@ -7,8 +7,8 @@
 class TFolderWatch;
 
 // Tells when something in a folder or its sub-folders is added, removed or renamed; new sub-folders are watched as soon
-// as they are there. The folder itself may be missing: its coming and going is told too. All work is done in a thread of
-// its own. Links to folders inside it are not followed, and where the system watches no more folders the rest goes
+// as they are there. The folder itself may be missing: its coming and going is told too. All work is done in a thread
+// of its own. Links to folders inside it are not followed, and where the system watches no more folders the rest goes
 // unwatched.
 class TFolderWatcher final : public QObject {
   Q_OBJECT
@@ -26,7 +26,7 @@ class TFolderWatcher final : public QObject {
   // something may have happened until then.
   void Watch(const QString &folder);
   void Stop();
-  [[nodiscard]] const QString &Folder() const { return m_folder; }   // empty when nothing is watched
+  [[nodiscard]] const QString &Folder() const { return m_folder; }  // empty when nothing is watched
 
  Q_SIGNALS:
   void Changed();
@@ -35,7 +35,7 @@ class TFolderWatcher final : public QObject {
   void Pass(int number);
 
   QThread m_thread;
-  TFolderWatch *m_watch = nullptr;   // lives in the thread
+  TFolderWatch *m_watch = nullptr;  // lives in the thread
   QString m_folder;
-  int m_number = 0;   // of the watch: what an earlier one still tells does not count
+  int m_number = 0;  // of the watch: what an earlier one still tells does not count
 };

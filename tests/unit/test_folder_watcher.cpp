@@ -1,15 +1,15 @@
+#include <memory>
 #include <QDir>
 #include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
-#include <memory>
 
 #include "platform/folder_watcher.h"
 
 namespace {
 
-constexpr int Patience = 10000;   // milliseconds
+constexpr int Patience = 10000;  // milliseconds
 
 bool Write(const QString &path) {
   QFile file(path);
@@ -43,14 +43,15 @@ class TTestFolderWatcher final : public QObject {
     QTest::newRow("file far below") << QStringList{"write root/deep/deeper/new"};
     QTest::newRow("file in a new folder") << QStringList{"make root/a", "write root/a/new"};
     QTest::newRow("file far below in new folders") << QStringList{"make root/a/b/c", "write root/a/b/c/new"};
-    QTest::newRow("file in a renamed folder") << QStringList{"rename root/deep root/other", "write root/other/new",
-                                                             "write root/other/deeper/new"};
+    QTest::newRow("file in a renamed folder")
+        << QStringList{"rename root/deep root/other", "write root/other/new", "write root/other/deeper/new"};
     QTest::newRow("file in a folder of a name used before")
         << QStringList{"rename root/deep root/other", "make root/deep", "write root/deep/new", "write root/other/new"};
-    QTest::newRow("file in a folder moved here") << QStringList{"rename outside root/outside", "write root/outside/new"};
+    QTest::newRow("file in a folder moved here")
+        << QStringList{"rename outside root/outside", "write root/outside/new"};
     QTest::newRow("the folder itself goes and comes") << QStringList{"clear root", "make root", "write root/new"};
-    QTest::newRow("its name is taken by another") << QStringList{"rename root other", "rename outside root",
-                                                                 "write root/new"};
+    QTest::newRow("its name is taken by another")
+        << QStringList{"rename root other", "rename outside root", "write root/new"};
   }
   void Tells() {
     QFETCH(QStringList, steps);

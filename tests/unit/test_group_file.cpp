@@ -1,10 +1,10 @@
+#include <sys/stat.h>
+#include <memory>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QtTest>
-#include <memory>
-#include <sys/stat.h>
 
 #include "groups/group_file.h"
 
@@ -44,7 +44,11 @@ class TTestGroupFile final : public QObject {
     QTest::newRow("same name twice") << QByteArray("[HalvexGroup]\na=1\na=2\n") << "a=1\na=2";
     QTest::newRow("no name, no address") << QByteArray("[HalvexGroup]\n=1\nb=\n=\n") << "=1\nb=\n=";
     QTest::newRow("no section") << QByteArray("a=1\nb=2\n") << "";
-    QTest::newRow("no file format at all") << QByteArray("\x7F" "ELF\0\1\2\3\n[[[\n=\n\xFF\xFE", 16) << "";
+    QTest::newRow("no file format at all") << QByteArray(
+                                                  "\x7F"
+                                                  "ELF\0\1\2\3\n[[[\n=\n\xFF\xFE",
+                                                  16)
+                                           << "";
     QTest::newRow("zero bytes") << QByteArray("[HalvexGroup]\n\0a=1\0 2\nb\0=3\n", 27)
                                 << QString::fromLatin1("\0a=1\0 2\nb\0=3", 12);
   }
@@ -64,10 +68,10 @@ class TTestGroupFile final : public QObject {
     const QByteArray head("[HalvexGroup]\n");
     QTest::newRow("pages without names") << QByteArray() << QStringList{"|http://a|", "|http://b|"}
                                          << head + "blank1=http://a\nblank2=http://b\n";
-    QTest::newRow("numbers go by position") << QByteArray() << QStringList{"x|1|", "|2|", "y|3|", "|4|"}
-                                            << head + "x=1\nblank2=2\ny=3\nblank4=4\n";
-    QTest::newRow("added to a file") << head + "blank1=a\nblank2=b\n" << QStringList{"|c|"}
-                                     << head + "blank1=a\nblank2=b\nblank3=c\n";
+    QTest::newRow("numbers go by position")
+        << QByteArray() << QStringList{"x|1|", "|2|", "y|3|", "|4|"} << head + "x=1\nblank2=2\ny=3\nblank4=4\n";
+    QTest::newRow("added to a file") << head + "blank1=a\nblank2=b\n"
+                                     << QStringList{"|c|"} << head + "blank1=a\nblank2=b\nblank3=c\n";
     QTest::newRow("equals signs") << QByteArray() << QStringList{"a=b=|http://x/?q=1=2|"}
                                   << head + "ab=http://x/?q=1=2\n";
     QTest::newRow("locked") << QByteArray() << QStringList{"a|http://x|locked"} << head + "a=*http://x\n";

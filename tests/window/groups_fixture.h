@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <QApplication>
 #include <QDir>
 #include <QFile>
@@ -7,7 +8,6 @@
 #include <QMainWindow>
 #include <QTemporaryDir>
 #include <QTest>
-#include <memory>
 
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/close_all.h"
@@ -18,7 +18,7 @@
 #include "groups/group_pages.h"
 #include "support/test_server.h"
 
-inline constexpr int LoadTime = 20000;   // milliseconds
+inline constexpr int LoadTime = 20000;  // milliseconds
 
 // A window with tabs, page groups and a local server that has the pages /page0 to /page199 ("Page 0" and so on) and
 // /silent, which never answers.

@@ -88,7 +88,7 @@ void TestGroupEditor::Edits() {
 
   Click(editor, "cmdInsert");
   Fill(editor, QStringLiteral("new"), QString(), true);
-  Click(editor, "cmdUrlInsert");   // refused silently
+  Click(editor, "cmdUrlInsert");  // refused silently
   QVERIFY(editor->findChild<QWidget *>(QStringLiteral("grpEdit"))->isVisible());
   Fill(editor, QStringLiteral("new"), QStringLiteral("4"), true);
   Click(editor, "cmdUrlInsert");
@@ -178,6 +178,8 @@ void TestGroupEditor::LargeGroup() {
   QVERIFY(timer.elapsed() < 20000);
 }
 
-int main(int argc, char **argv) { return RunWithEngine<TestGroupEditor>(argc, argv); }
+int main(int argc, char **argv) {
+  return RunWithEngine<TestGroupEditor>(argc, argv);
+}
 
 #include "test_group_editor.moc"

@@ -71,7 +71,7 @@ QStringList TestGroups::Names() const {
 }
 
 void TestGroups::Arguments_data() {
-  QTest::addColumn<QString>("argument");   // %1: the folder
+  QTest::addColumn<QString>("argument");  // %1: the folder
   QTest::addColumn<bool>("isGroup");
   QTest::addColumn<bool>("isHandedOver");
   QTest::newRow("path") << "%1/Work.hgp" << true << true;
@@ -97,7 +97,7 @@ void TestGroups::Arguments() {
 void TestGroups::Opens_data() {
   QTest::addColumn<bool>("closeFirst");
   QTest::addColumn<bool>("foreground");
-  QTest::addColumn<int>("spared");   // position of a tab that close-all spares, -1 for none
+  QTest::addColumn<int>("spared");  // position of a tab that close-all spares, -1 for none
   QTest::addColumn<QStringList>("names");
   QTest::addColumn<QString>("active");
   const QStringList group{"first", "", "BLANK2", "last"};
@@ -119,7 +119,7 @@ void TestGroups::Opens() {
   m_f.environment->settings.openNewInForeground = foreground;
   if (spared >= 0) m_f.tabs->Tab(spared)->SetHideFromCloseAll(true);
   const QString path = m_f.Put(QStringLiteral("g.hgp"), QStringLiteral("first=%1\nblank1=%2\nBLANK2=%3\nlast=*%4")
-                                                        .arg(m_f.Page(1), m_f.Page(2), m_f.Page(3), m_f.Page(4)));
+                                                            .arg(m_f.Page(1), m_f.Page(2), m_f.Page(3), m_f.Page(4)));
   m_f.groups->Open(path, closeFirst);
   // Tabs and names are there at once, the pages come.
   QTRY_COMPARE(Names(), names);
@@ -147,7 +147,7 @@ void TestGroups::LockedPageInTheTabThatIsLeft() {
 }
 
 void TestGroups::NothingToOpen_data() {
-  QTest::addColumn<QByteArray>("bytes");   // null: no such file
+  QTest::addColumn<QByteArray>("bytes");  // null: no such file
   QTest::addColumn<bool>("isTold");
   QByteArray many("[HalvexGroup]\n");
   for (int i = 0; i < 1'000'000; ++i) many += "blank=http://example.test/\n";
@@ -213,7 +213,7 @@ void TestGroups::SavesAll() {
   m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("x=y"));
   m_f.tabs->Tab(1)->SetLocked(true);
   m_f.tabs->Tab(3)->SetStickyName(QStringLiteral("xy"));
-  m_f.tabs->NewHiddenTab();   // a window that a page asked for; it has not been let in
+  m_f.tabs->NewHiddenTab();  // a window that a page asked for; it has not been let in
   const QString path = TGroupFolder::Path() + QStringLiteral("/My.News");
   ChooseFile(path);
   m_f.window->findChild<QAction *>(QStringLiteral("actSaveAsHalvexGroup"))->trigger();
@@ -331,7 +331,7 @@ void TestGroups::MenuFollowsTheFolder() {
   QTRY_COMPARE(count(), 2);
   const QAction *kept = menu.actions().last();
   QCOMPARE(count(), 2);
-  QCOMPARE(menu.actions().last(), kept);   // not filled anew for nothing
+  QCOMPARE(menu.actions().last(), kept);  // not filled anew for nothing
   QVERIFY(QFile::remove(TGroupFolder::Path() + QStringLiteral("/new.hgp")));
   QTRY_COMPARE(count(), 1);
 }
@@ -367,13 +367,31 @@ void TestGroups::Rename_data() {
   QTest::addColumn<QString>("name");
   QTest::addColumn<QString>("offered");
   QTest::addColumn<QString>("answer");
-  QTest::addColumn<QString>("result");   // empty: nothing happens
-  QTest::newRow("plain") << "Work.hgp" << "Work" << "Play" << "Play.hgp";
-  QTest::newRow("other spelling") << "Work.HGP" << "Work.HGP" << "Work.HGP" << "Work.HGP.hgp";
-  QTest::newRow("two extensions") << "a.hgp.hgp" << "a.hgp" << "b" << "b.hgp";
-  QTest::newRow("empty answer") << "Work.hgp" << "Work" << "" << "";
-  QTest::newRow("taken") << "Work.hgp" << "Work" << "Taken" << "";
-  QTest::newRow("no such folder") << "Work.hgp" << "Work" << "none/x" << "";
+  QTest::addColumn<QString>("result");  // empty: nothing happens
+  QTest::newRow("plain") << "Work.hgp"
+                         << "Work"
+                         << "Play"
+                         << "Play.hgp";
+  QTest::newRow("other spelling") << "Work.HGP"
+                                  << "Work.HGP"
+                                  << "Work.HGP"
+                                  << "Work.HGP.hgp";
+  QTest::newRow("two extensions") << "a.hgp.hgp"
+                                  << "a.hgp"
+                                  << "b"
+                                  << "b.hgp";
+  QTest::newRow("empty answer") << "Work.hgp"
+                                << "Work"
+                                << ""
+                                << "";
+  QTest::newRow("taken") << "Work.hgp"
+                         << "Work"
+                         << "Taken"
+                         << "";
+  QTest::newRow("no such folder") << "Work.hgp"
+                                  << "Work"
+                                  << "none/x"
+                                  << "";
 }
 
 void TestGroups::Rename() {
@@ -422,6 +440,8 @@ void TestGroups::FolderCommands() {
   QVERIFY(QFileInfo(TGroupFolder::Path()).isDir());
 }
 
-int main(int argc, char **argv) { return RunWithEngine<TestGroups>(argc, argv); }
+int main(int argc, char **argv) {
+  return RunWithEngine<TestGroups>(argc, argv);
+}
 
 #include "test_groups.moc"

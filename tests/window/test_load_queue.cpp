@@ -1,7 +1,7 @@
+#include <algorithm>
 #include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
-#include <algorithm>
 
 #include "groups_fixture.h"
 
@@ -56,9 +56,8 @@ void TestLoadQueue::LoadsAFewAtATime() {
   QCOMPARE(order.first(), QStringLiteral("n7"));
   order.removeFirst();
   QStringList sorted = order;
-  std::sort(sorted.begin(), sorted.end(), [](const QString &a, const QString &b) {
-    return a.mid(1).toInt() < b.mid(1).toInt();
-  });
+  std::sort(sorted.begin(), sorted.end(),
+            [](const QString &a, const QString &b) { return a.mid(1).toInt() < b.mid(1).toInt(); });
   QCOMPARE(order, sorted);
   QCOMPARE(order.size(), 19);
   // Down to nothing, one by one.
@@ -164,6 +163,8 @@ void TestLoadQueue::ManyPages() {
   QVERIFY(timer.elapsed() < 20000);
 }
 
-int main(int argc, char **argv) { return RunWithEngine<TestLoadQueue>(argc, argv); }
+int main(int argc, char **argv) {
+  return RunWithEngine<TestLoadQueue>(argc, argv);
+}
 
 #include "test_load_queue.moc"

@@ -52,8 +52,8 @@ class TLoadQueue final : public QObject {
 
   TTabStrip &m_tabs;
   QList<TEntry> m_waiting;
-  QList<QTimer *> m_holds;   // one for each page that is loading
-  QTimer m_turn{this};       // starts one page in each turn of the event loop
+  QList<QTimer *> m_holds;  // one for each page that is loading
+  QTimer m_turn{this};      // starts one page in each turn of the event loop
   QTimer m_dwell{this};
   int m_told = 0;
 };
