@@ -10,6 +10,7 @@
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/options.h"
+#include "groups/group_pages.h"
 #include "platform/product_info.h"
 
 namespace {
@@ -56,7 +57,17 @@ void TDelayedStart::OpenMode() {
     TakeTab()->MakeBlank();
   } else if (mode == QLatin1String("Last")) {
     OpenLastSites();
+  } else {
+    OpenStartupGroup();
   }
+}
+
+void TDelayedStart::OpenStartupGroup() {
+  const QString group = TZVOptions(m_store).Get(Setting::StartupHalvexGroup);
+  if (group.isEmpty()) return;
+  m_opened = true;
+  m_groups.Open(group, m_tab == nullptr);
+  m_tab = m_tabs.GetActivePage();
 }
 
 void TDelayedStart::OpenHome() {
@@ -96,7 +107,11 @@ void TDelayedStart::OpenCommandLine() {
   if (argument.isEmpty()) return;
   options.Set(Setting::CommandLine, QString());
   m_opened = true;
-  TakeTab()->Navigate(argument);
+  if (TPageGroups::IsGroupFile(argument)) {
+    m_groups.Open(argument, true, true);
+  } else {
+    TakeTab()->Navigate(argument);
+  }
 }
 
 void TDelayedStart::OpenMakersPage() {

@@ -3,6 +3,7 @@
 #include <QString>
 
 class TBrowserTab;
+class TPageGroups;
 class TTabStrip;
 class TRegistryStore;
 struct TProductInfo;
@@ -12,8 +13,8 @@ struct TProductInfo;
 class TDelayedStart final {
  public:
   // The argument of the command line comes through the setting CommandLine; `argument` is for a store that refused it.
-  TDelayedStart(TTabStrip &tabs, TRegistryStore &store, const TProductInfo &product, const QString &argument)
-      : m_tabs(tabs), m_store(store), m_product(product), m_argument(argument) {}
+  TDelayedStart(TTabStrip &tabs, TPageGroups &groups, TRegistryStore &store, const TProductInfo &product, const QString &argument)
+      : m_tabs(tabs), m_groups(groups), m_store(store), m_product(product), m_argument(argument) {}
 
   void Run();
 
@@ -23,11 +24,13 @@ class TDelayedStart final {
   void OpenMode();
   void OpenHome();
   void OpenLastSites();
+  void OpenStartupGroup();
   void OpenCommandLine();
   [[nodiscard]] bool HasArgument() const;
   void OpenMakersPage();
 
   TTabStrip &m_tabs;
+  TPageGroups &m_groups;
   TRegistryStore &m_store;
   const TProductInfo &m_product;
   QString m_argument;

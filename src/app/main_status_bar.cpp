@@ -54,7 +54,8 @@ TMainStatusBar::TMainStatusBar(const TLanguage &language, QWidget *parent)
       m_note(MakePanel(this, "pnlStatusNote")),
       m_progress(new QProgressBar(this)),
       m_security(MakeButton(this, "tbSecurity")),
-      m_downloads(MakeButton(this, "tbDownloadsActive")) {
+      m_downloads(MakeButton(this, "tbDownloadsActive")),
+      m_pagesToCome(MakeButton(this, "tbPagesToCome")) {
   setObjectName(QStringLiteral("StatusBar"));
   m_progress->setObjectName(QStringLiteral("ProgressBar"));
   m_progress->setFixedWidth(ProgressWidth);
@@ -65,11 +66,16 @@ TMainStatusBar::TMainStatusBar(const TLanguage &language, QWidget *parent)
   addWidget(m_text, 3);
   addWidget(m_note, 1);
   addPermanentWidget(m_progress);
+  addPermanentWidget(m_pagesToCome);
   addPermanentWidget(m_downloads);
   addPermanentWidget(m_security);
   m_downloads->setIcon(QIcon(QStringLiteral(":/icons/downloads.svg")));
   m_downloads->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   connect(m_downloads, &QToolButton::clicked, this, &TMainStatusBar::DownloadsClicked);
+  m_pagesToCome->setIcon(QIcon(QStringLiteral(":/icons/stop_all.svg")));
+  m_pagesToCome->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  m_pagesToCome->setToolTip(language.Text("MAIN", "PagesToComeHint"));
+  connect(m_pagesToCome, &QToolButton::clicked, this, &TMainStatusBar::StopPagesClicked);
   connect(m_security, &QToolButton::clicked, this, &TMainStatusBar::SecurityClicked);
 }
 
@@ -103,4 +109,9 @@ void TMainStatusBar::ShowDownloads(int active) {
   const QString text = m_language.Text("MAIN", "DownloadsRunning").arg(active);
   m_downloads->setToolTip(text);
   m_downloads->setAccessibleName(text);
+}
+
+void TMainStatusBar::ShowPagesToCome(int pages) {
+  m_pagesToCome->setVisible(pages > 0);
+  m_pagesToCome->setText(m_language.Text("MAIN", "PagesToCome").arg(pages));
 }

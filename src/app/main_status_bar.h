@@ -24,10 +24,13 @@ class TMainStatusBar final : public QStatusBar {
   // The padlock with its words, from the level 0..6 (0: not secure, nothing shown).
   void ShowSecurity(bool secure, int level);
   void ShowDownloads(int active);
+  // Pages that are still to be loaded; a click stops them.
+  void ShowPagesToCome(int pages);
 
  Q_SIGNALS:
   void DownloadsClicked();
   void SecurityClicked();
+  void StopPagesClicked();
 
  private:
   const TLanguage &m_language;
@@ -36,4 +39,5 @@ class TMainStatusBar final : public QStatusBar {
   QProgressBar *m_progress;
   QToolButton *m_security;
   QToolButton *m_downloads;
+  QToolButton *m_pagesToCome;
 };

@@ -1,14 +1,14 @@
 #include "app/main_toolbars.h"
 
-#include <QLabel>
 #include <QMainWindow>
 #include <QMenu>
 #include <QToolBar>
 #include <QToolButton>
 
-#include "app/address_box.h"
 #include "app/busy_indicator.h"
 #include "app/commands.h"
+#include "search/address_bar.h"
+#include "search/address_label.h"
 
 namespace {
 
@@ -38,11 +38,11 @@ QToolButton *AddMenuButton(QToolBar *bar, const char *name, const char *text, co
 
 }  // namespace
 
-TMainToolbars::TMainToolbars(QMainWindow *window, TCommands &commands)
+TMainToolbars::TMainToolbars(QMainWindow *window, TCommands &commands, TAddressBar *address)
     : QObject(window),
       m_toolbar(MakeBar(window, "ToolBar", "__ToolbarName")),
       m_addressBand(MakeBar(window, "pnlAddress", "__AddressBarName")),
-      m_address(new TAddressBox(m_addressBand)),
+      m_address(address),
       m_busy(new TBusyIndicator(m_toolbar)) {
   window->addToolBar(m_toolbar);
   window->addToolBarBreak();
@@ -59,6 +59,7 @@ void TMainToolbars::FillToolbar(TCommands &commands) {
   m_toolbar->addAction(commands[TCommand::NewBlank]);
   AddMenuButton(m_toolbar, "tbTabs", "__TabListName", ":/icons/tab_list.svg", commands.Menu(TMenu::TabList));
   m_toolbar->addAction(commands[TCommand::CloseTab]);
+  AddMenuButton(m_toolbar, "tbHalvexGroups", "__GroupsButton", ":/icons/groups.svg", commands.Menu(TMenu::Groups));
   m_toolbar->addSeparator();
   static constexpr TCommand Right[] = {TCommand::Find, TCommand::Print, TCommand::Downloads, TCommand::FullScreen};
   for (const TCommand command : Right) m_toolbar->addAction(commands[command]);
@@ -70,15 +71,14 @@ void TMainToolbars::FillToolbar(TCommands &commands) {
 }
 
 void TMainToolbars::FillAddressBand() {
-  auto *label = new QLabel(QStringLiteral("__AddressLabel"), m_addressBand);
-  label->setObjectName(QStringLiteral("lblAddress"));
+  auto *label = new TAddressLabel(QStringLiteral("__AddressLabel"), m_addressBand);
   label->setContentsMargins(LabelMargin, 0, LabelMargin, 0);
   label->setBuddy(m_address);
   m_addressBand->addWidget(label);
   m_addressBand->addWidget(m_address);
   m_go = m_addressBand->addAction(QIcon(QStringLiteral(":/icons/go.svg")), QStringLiteral("__Go"));
   m_go->setObjectName(QStringLiteral("tbGo"));
-  connect(m_go, &QAction::triggered, m_address, &TAddressBox::Go);
+  connect(m_go, &QAction::triggered, m_address, &TAddressBar::Go);
 }
 
 void TMainToolbars::ShowGo(bool show) {

@@ -4,7 +4,7 @@
 
 class QMainWindow;
 class QToolBar;
-class TAddressBox;
+class TAddressBar;
 class TBusyIndicator;
 class TCommands;
 
@@ -13,12 +13,12 @@ class TMainToolbars final : public QObject {
   Q_OBJECT
 
  public:
-  // Texts are markers; the window's translation replaces them.
-  TMainToolbars(QMainWindow *window, TCommands &commands);
+  // Takes the address bar as its own. Texts are markers; the window's translation replaces them.
+  TMainToolbars(QMainWindow *window, TCommands &commands, TAddressBar *address);
 
   [[nodiscard]] QToolBar *Toolbar() const { return m_toolbar; }
   [[nodiscard]] QToolBar *AddressBand() const { return m_addressBand; }
-  [[nodiscard]] TAddressBox &Address() const { return *m_address; }
+  [[nodiscard]] TAddressBar &Address() const { return *m_address; }
   [[nodiscard]] TBusyIndicator &Busy() const { return *m_busy; }
   void ShowGo(bool show);
 
@@ -28,7 +28,7 @@ class TMainToolbars final : public QObject {
 
   QToolBar *m_toolbar;
   QToolBar *m_addressBand;
-  TAddressBox *m_address;
+  TAddressBar *m_address;
   TBusyIndicator *m_busy;
   QAction *m_go = nullptr;
 };

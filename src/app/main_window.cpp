@@ -8,7 +8,6 @@
 #include <QMessageBox>
 
 #include "app/about_dialog.h"
-#include "app/address_box.h"
 #include "app/busy_indicator.h"
 #include "app/commands.h"
 #include "app/delayed_start.h"
@@ -27,14 +26,22 @@
 #include "browser/downloads/download_window.h"
 #include "browser/tabs/auto_refresh.h"
 #include "browser/tabs/browser_tab.h"
+#include "browser/tabs/load_queue.h"
 #include "browser/tabs/tab_menus.h"
 #include "config/language_menu.h"
+#include "groups/group_pages.h"
+#include "platform/history_store.h"
+#include "platform/program_folders.h"
 #include "platform/window_activation.h"
+#include "search/address_bar.h"
+#include "search/address_search.h"
+#include "search/search_lists.h"
 
 namespace {
 
 constexpr int DelayedStartInterval = 1;  // milliseconds
 constexpr QSize SmallestSize(320, 240);  // pixels
+const QString HistoryFile = QStringLiteral("/history.sqlite");
 const QString ModeLast = QStringLiteral("Last");
 
 }  // namespace
@@ -77,7 +84,8 @@ void TfrmMain::MakeModules() {
 
   m_commands = new TCommands(this);
   m_commands->BuildMenus(menuBar());
-  m_toolbars = new TMainToolbars(this, *m_commands);
+  m_history = std::make_unique<THistoryStore>(ProgramFolders::UserData() + HistoryFile);
+  m_toolbars = new TMainToolbars(this, *m_commands, new TAddressBar(m_language, m_store, *m_history));
   m_status = new TMainStatusBar(m_language, this);
   setStatusBar(m_status);
   m_pages = new TZVPageControl(this);
@@ -94,8 +102,16 @@ void TfrmMain::MakeModules() {
   m_fullScreen = new TFullScreen(this, *m_commands, *m_tabs);
   m_bars = new TWindowBars(this, *m_commands, *m_toolbars, *m_status, *m_fullScreen, m_store);
   m_pageCommands = new TPageCommands(this, *m_commands, *m_tabs, *m_status);
-  m_tabCommands =
-      new TTabCommands(this, *m_commands, *m_tabs, *m_closeAll, *m_tabMenu, *m_autoRefresh, m_toolbars->Address());
+  m_searchLists = new TSearchLists(m_language, m_store, this);
+  m_searchLists->FillMenu(m_commands->Menu(TMenu::SearchEngines));
+  m_search = new TAddressSearch(this, m_language, m_toolbars->Address(), *m_tabs, *m_searchLists, *m_history);
+  m_loadQueue = new TLoadQueue(*m_tabs, this);
+  m_groups = new TPageGroups(this, *m_tabs, *m_closeAll, *m_loadQueue, m_language, m_store);
+  m_groups->FillMenu(m_commands->Menu(TMenu::Groups));
+  m_groups->ExtendTabMenu(*m_tabMenu);
+  openGroup = [this](const QString &file) { m_groups->OpenAsSet(file); };
+  m_tabCommands = new TTabCommands(this, *m_commands, *m_tabs, *m_closeAll, *m_tabMenu, *m_autoRefresh,
+                                   m_toolbars->Address(), *m_search);
   new TLanguageMenu(*m_commands->Menu(TMenu::Languages), m_language, m_store);
   m_lastSites = new TLastOpenSites(*m_tabs, m_store, this);
   ConnectTabs();
@@ -134,7 +150,7 @@ void TfrmMain::ConnectTabs() {
   connect(tabs, &TTabStrip::StatusTextChanged, m_status, &TMainStatusBar::ShowStatusText);
   connect(tabs, &TTabStrip::ProgressChanged, m_status, &TMainStatusBar::ShowProgress);
   connect(tabs, &TTabStrip::CommandStateChanged, this, [this] { m_pageCommands->UpdateFor(m_tabs->GetActivePage()); });
-  connect(tabs, &TTabStrip::AddressChanged, &m_toolbars->Address(), &TAddressBox::ShowAddress);
+  connect(tabs, &TTabStrip::AddressChanged, &m_toolbars->Address(), &TAddressBar::ShowAddress);
   connect(tabs, &TTabStrip::ActiveTitleChanged, this, [this](const QString &title) {
     setWindowTitle(QStringLiteral("%1 — %2").arg(title, QApplication::applicationDisplayName()));
   });
@@ -151,8 +167,7 @@ void TfrmMain::ConnectCommands() {
   const auto on = [this](TCommand command, auto &&work) {
     connect((*m_commands)[command], &QAction::triggered, this, work);
   };
-  connect(&m_toolbars->Address(), &TAddressBox::OpenRequested, this, &TfrmMain::OpenAddress);
-  connect(&m_toolbars->Address(), &TAddressBox::Left, this, [this] {
+  connect(&m_toolbars->Address(), &TAddressBar::Left, this, [this] {
     if (TBrowserTab *tab = m_tabs->GetActivePage()) tab->setFocus();
   });
   on(TCommand::EditAddress, [this] {
@@ -165,6 +180,16 @@ void TfrmMain::ConnectCommands() {
   on(TCommand::SetHomePage, [this] {
     if (TBrowserTab *tab = m_tabs->GetActivePage()) HomePage::Choose(m_store, tab->GetLocationUrl());
   });
+  on(TCommand::OrganizeQuickSearch, [this] { m_searchLists->Organize(TSearchList::QuickSearch); });
+  on(TCommand::ClearAddresses, [this] { m_toolbars->Address().ClearAddressHistory(); });
+  (*m_commands)[TCommand::CloseTabsFirst]->setChecked(m_settings.hgCloseFirst);
+  connect((*m_commands)[TCommand::CloseTabsFirst], &QAction::toggled, this, [this](bool first) {
+    m_settings.hgCloseFirst = first;
+    m_options.Set(Setting::HGCloseFirst, first);
+  });
+  connect(m_loadQueue, &TLoadQueue::ToComeChanged, m_status, &TMainStatusBar::ShowPagesToCome);
+  connect(m_status, &TMainStatusBar::StopPagesClicked, m_loadQueue, &TLoadQueue::Stop);
+  on(TCommand::StopAll, [this] { m_loadQueue->Stop(); });
   on(TCommand::About, [this] { ShowAboutDialog(m_language, this); });
   on(TCommand::Exit, [this] { close(); });
 
@@ -180,7 +205,7 @@ void TfrmMain::ConnectCommands() {
 }
 
 void TfrmMain::tmrLoadCoolbarTimer() {
-  TDelayedStart(*m_tabs, m_store, m_product, m_argument).Run();
+  TDelayedStart(*m_tabs, *m_groups, m_store, m_product, m_argument).Run();
   FollowStartupMode();
   ShowActiveTab(m_tabs->GetActivePage());
   if (!m_store.SetAsideFile().isEmpty()) {
@@ -227,13 +252,6 @@ void TfrmMain::ShowIndicators(TBrowserTab *tab) {
   m_toolbars->Busy().SetBusy(tab->Busy());
   if (!tab->Busy()) m_status->ShowProgress(100);
   m_pageCommands->UpdateFor(tab);
-}
-
-void TfrmMain::OpenAddress(const QString &text, bool newTab) {
-  TBrowserTab *tab = newTab || m_settings.addressNewWin ? m_tabs->NewTab() : m_tabs->GetActivePage();
-  if (tab == nullptr) return;
-  tab->Navigate(text);
-  tab->setFocus();
 }
 
 void TfrmMain::OpenDownloads() {
@@ -317,8 +335,12 @@ void TfrmMain::FormDestroy() {
     WriteSettings();
     return true;
   });
+  m_toolbars->Address().SaveTypedAddresses();
   m_downloads->CancelAll();
   m_downloadWindow.reset();
+  delete m_search;
+  delete m_groups;
+  delete m_loadQueue;
   m_closeAll.reset();
   m_tabs.reset();
   // Closed tabs wait for the event loop to be deleted; their pages must be gone before the engine's profile.

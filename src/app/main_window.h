@@ -13,15 +13,20 @@
 #include "config/options.h"
 #include "platform/product_info.h"
 
+class TAddressSearch;
 class TAutoRefresh;
 class TCommands;
 class TDownloadList;
 class TDownloadWindow;
 class TFullScreen;
+class THistoryStore;
 class TLastOpenSites;
+class TLoadQueue;
 class TMainStatusBar;
 class TMainToolbars;
 class TPageCommands;
+class TPageGroups;
+class TSearchLists;
 class TTabCommands;
 class TTabMenu;
 class TWindowBars;
@@ -70,7 +75,6 @@ class TfrmMain final : public QMainWindow {
 
   void ShowIndicators(TBrowserTab *tab);
   void ShowActiveTab(TBrowserTab *tab);
-  void OpenAddress(const QString &text, bool newTab);
   void OpenDownloads();
   void FollowStartupMode();
   void ChooseStartupMode(const QString &mode);
@@ -86,6 +90,7 @@ class TfrmMain final : public QMainWindow {
   std::unique_ptr<TEngine> m_engine;
   std::unique_ptr<TTabEnvironment> m_environment;
   std::unique_ptr<TDownloadList> m_downloads;
+  std::unique_ptr<THistoryStore> m_history;
   std::unique_ptr<TTabStrip> m_tabs;
   std::unique_ptr<TCloseAllTabs> m_closeAll;
   std::unique_ptr<TDownloadWindow> m_downloadWindow;
@@ -101,6 +106,10 @@ class TfrmMain final : public QMainWindow {
   TAutoRefresh *m_autoRefresh = nullptr;
   TPageCommands *m_pageCommands = nullptr;
   TTabCommands *m_tabCommands = nullptr;
+  TLoadQueue *m_loadQueue = nullptr;
+  TPageGroups *m_groups = nullptr;
+  TSearchLists *m_searchLists = nullptr;
+  TAddressSearch *m_search = nullptr;
   TLastOpenSites *m_lastSites = nullptr;
   QTimer m_loadCoolbar{this};  // tmrLoadCoolbar
   QRect m_normalBounds;        // of the window when it was last neither maximised nor full screen

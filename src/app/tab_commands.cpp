@@ -6,7 +6,6 @@
 #include <QMenu>
 #include <QShortcut>
 
-#include "app/address_box.h"
 #include "app/commands.h"
 #include "browser/tabs/auto_refresh.h"
 #include "browser/tabs/browser_tab.h"
@@ -14,16 +13,19 @@
 #include "browser/tabs/tab_menus.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/options.h"
+#include "search/address_bar.h"
+#include "search/address_search.h"
 
 TTabCommands::TTabCommands(QWidget *window, TCommands &commands, TTabStrip &tabs, TCloseAllTabs &closeAll,
-                           TTabMenu &tabMenu, TAutoRefresh &autoRefresh, TAddressBox &address)
+                           TTabMenu &tabMenu, TAutoRefresh &autoRefresh, TAddressBar &address, TAddressSearch &search)
     : QObject(window),
       m_window(window),
       m_commands(commands),
       m_tabs(tabs),
       m_closeAll(closeAll),
       m_tabMenu(tabMenu),
-      m_address(address) {
+      m_address(address),
+      m_search(search) {
   ConnectOpening();
   ConnectClosing();
   ConnectWalking();
@@ -81,7 +83,7 @@ void TTabCommands::UpdateClipboardItem() {
 
 void TTabCommands::NewFromClipboard() {
   const QString text = QApplication::clipboard()->text().trimmed();
-  if (!text.isEmpty()) Q_EMIT m_address.OpenRequested(text, true);
+  if (!text.isEmpty()) m_search.Open(text, true);
 }
 
 void TTabCommands::ConnectClosing() {

@@ -2,7 +2,8 @@
 
 #include <QObject>
 
-class TAddressBox;
+class TAddressBar;
+class TAddressSearch;
 class TAutoRefresh;
 class TCloseAllTabs;
 class TCommands;
@@ -15,7 +16,7 @@ class TTabCommands final : public QObject {
 
  public:
   TTabCommands(QWidget *window, TCommands &commands, TTabStrip &tabs, TCloseAllTabs &closeAll, TTabMenu &tabMenu,
-               TAutoRefresh &autoRefresh, TAddressBox &address);
+               TAutoRefresh &autoRefresh, TAddressBar &address, TAddressSearch &search);
 
   // The four tab-position items, the ones that hold now in front, and their check marks.
   void ArrangePositionItems();
@@ -34,5 +35,6 @@ class TTabCommands final : public QObject {
   TTabStrip &m_tabs;
   TCloseAllTabs &m_closeAll;
   TTabMenu &m_tabMenu;
-  TAddressBox &m_address;
+  TAddressBar &m_address;
+  TAddressSearch &m_search;
 };

@@ -16,12 +16,12 @@
 #include <QToolBar>
 #include <QWebEnginePage>
 
-#include "app/address_box.h"
 #include "app/commands.h"
 #include "app/home_page.h"
 #include "app/main_window.h"
 #include "app/page_commands.h"
 #include "browser/tabs/browser_tab.h"
+#include "search/address_bar.h"
 #include "support/modal_dialogs.h"
 #include "support/shipped_files.h"
 #include "support/test_server.h"
@@ -61,7 +61,7 @@ class TestMainWindow final : public QObject {
  private:
   [[nodiscard]] TBrowserTab *Active() const { return m_window->Tabs().GetActivePage(); }
   [[nodiscard]] QAction *Action(TCommand command) const { return m_window->Commands()[command]; }
-  [[nodiscard]] QLineEdit *AddressEdit() const { return m_window->findChild<TAddressBox *>()->lineEdit(); }
+  [[nodiscard]] QLineEdit *AddressEdit() const { return m_window->findChild<TAddressBar *>()->lineEdit(); }
   void OpenWindow();
   void Load(const QString &path);
 
