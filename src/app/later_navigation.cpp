@@ -12,7 +12,7 @@ constexpr int LongestWait = 1000;  // milliseconds
 }  // namespace
 
 TLaterNavigation::TLaterNavigation(TTabStrip &tabs, TBrowserTab *tab, std::function<void()> navigate)
-    : QObject(tab), m_navigate(std::move(navigate)) {
+    : QObject(tab), m_tab(tab), m_navigate(std::move(navigate)) {
   connect(&tabs, &TTabStrip::TabLoaded, this, &TLaterNavigation::Run);
   // The tab that is made beside it takes the front within the same turn of the event loop.
   QTimer::singleShot(0, this, [this, &tabs, tab] {
@@ -28,5 +28,5 @@ void TLaterNavigation::Run() {
   if (!m_navigate) return;
   const std::function<void()> navigate = std::exchange(m_navigate, nullptr);
   deleteLater();
-  navigate();
+  if (m_tab->Url().isEmpty()) navigate();
 }

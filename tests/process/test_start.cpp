@@ -31,6 +31,8 @@ class TestStart final : public QObject {
   void KilledWithManyTabs();
   void MakersPage_data();
   void MakersPage();
+  void GroupAtStart_data();
+  void GroupAtStart();
   void SettingsAtTheEnd();
   void BrokenStore();
   void RefusedSettings_data();
@@ -290,6 +292,42 @@ void TestStart::MakersPage() {
   if (opened) QTRY_VERIFY_WITH_TIMEOUT(IsRequested("/maker-ext"), 20000);
   End(*program);
   QCOMPARE(m_server.RequestCount("/maker-ext"), opened ? 1 : 0);
+}
+
+void TestStart::GroupAtStart_data() {
+  QTest::addColumn<QString>("mode");
+  QTest::addColumn<bool>("closeFirst");
+  for (const char *mode : {"Home", "Blank", "Last", "HalvexGroup"}) {
+    for (const bool closeFirst : {false, true}) {
+      QTest::addRow("%s%s", mode, closeFirst ? ", HGCloseFirst" : "") << QString::fromLatin1(mode) << closeFirst;
+    }
+  }
+}
+
+// A group on the command line takes the place of what the mode opened, whatever the mode and HGCloseFirst are.
+void TestStart::GroupAtStart() {
+  QFETCH(QString, mode);
+  QFETCH(bool, closeFirst);
+  QFile group(m_home + QStringLiteral("/morning.hgp"));
+  QVERIFY(group.open(QIODevice::WriteOnly));
+  group.write("[HalvexGroup]\n");
+  for (const char *page : {"/page21", "/page22"}) {
+    group.write(QByteArray("blank") + page[6] + '=' + m_server.Url(QLatin1String(page)).toUtf8() + '\n');
+  }
+  group.close();
+  Prepare([&](TZVOptions &options) {
+    options.Set(Setting::StartupMode, mode);
+    options.Set(Setting::HGCloseFirst, closeFirst);
+    options.SetLastOpenSites({QStringLiteral("url1=") + m_server.Url(QStringLiteral("/page23"))});
+  });
+  const auto program = Start({QStringLiteral("morning.hgp")});
+  QTRY_VERIFY_WITH_TIMEOUT(IsRequested("/page21") && IsRequested("/page22"), 20000);
+  // In mode "Last" the list tells what is open.
+  Prepare([](TZVOptions &options) { options.Set(Setting::StartupMode, QStringLiteral("Last")); });
+  End(*program);
+  const QStringList expected{QStringLiteral("url2=") + m_server.Url(QStringLiteral("/page22")),
+                             QStringLiteral("url1=") + m_server.Url(QStringLiteral("/page21"))};
+  QCOMPARE(TZVOptions(*Store()).LastOpenSites(), expected);
 }
 
 void TestStart::SettingsAtTheEnd() {
