@@ -35,7 +35,8 @@ QByteArray Encode(quint32 tag, const QString &text) {
 }
 
 TParsed Parse(QByteArrayView bytes) {
-  const TParsed malformed{.state = TState::Malformed};
+  TParsed malformed;
+  malformed.state = TState::Malformed;
   TParsed parsed;
   if (bytes.size() < qsizetype(sizeof parsed.tag)) return parsed;
   parsed.tag = qFromLittleEndian<quint32>(bytes.data());

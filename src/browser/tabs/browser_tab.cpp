@@ -290,6 +290,7 @@ void TBrowserTab::TestHiddenTab(TNavigation *navigation) {
     navigation->cancel = true;
     m_blocked = true;
     m_strip.StartCloseHidden();
+    Q_EMIT m_strip.PopupRejected(this);
     return;
   }
   m_strip.ShowTab(this);
@@ -307,6 +308,7 @@ void TBrowserTab::OnNewWindowRequested(QWebEngineNewWindowRequest *request) {
   TBrowserTab *tab = m_strip.NewHiddenTab();
   if (!tab->m_browser) return;  // A request that nobody opens is cancelled by the engine.
   tab->m_openedAsNewWindow = true;
+  tab->m_opener = this;
   request->openIn(tab->m_browser->EnginePage());
 }
 

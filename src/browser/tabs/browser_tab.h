@@ -68,6 +68,8 @@ class TBrowserTab final : public QWidget {
   // What "Last Open Sites" keeps: the page's address, or the one still on its way.
   [[nodiscard]] QString AddressToSave() const;
   [[nodiscard]] const QString &PopupUrl() const { return m_popupUrl; }
+  // The tab whose page asked for this one; none for other tabs, or when it has gone.
+  [[nodiscard]] TBrowserTab *Opener() const { return m_opener; }
   [[nodiscard]] const QString &StickyName() const { return m_stickyName; }
   [[nodiscard]] bool Locked() const { return m_locked; }
   [[nodiscard]] bool LockPending() const { return m_lockPending; }
@@ -106,6 +108,7 @@ class TBrowserTab final : public QWidget {
   QPointer<THalvexBrowser> m_browser;
   QString m_title;
   QString m_url;       // the last address that the program asked this tab to open
+  QPointer<TBrowserTab> m_opener;
   QString m_popupUrl;  // the first address of a window that a page asked for
   QString m_stickyName;
   int m_secureZone = 0;

@@ -84,6 +84,8 @@ class TTabStrip final : public QObject {
   void TabsChanged();  // opened, closed, moved, or showing another address
   void TabLoaded(TBrowserTab *tab);
   void PageFullScreenRequested(TBrowserTab *tab, bool on);
+  // The pop-up test has stopped the window that `tab` was made for; the tab goes away soon.
+  void PopupRejected(TBrowserTab *tab);
 
  private:
   TBrowserTab *InsertTab(bool hidden);

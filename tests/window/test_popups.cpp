@@ -1,0 +1,440 @@
+#include <QApplication>
+#include <QCheckBox>
+#include <QInputDialog>
+#include <QMainWindow>
+#include <QMenu>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTextEdit>
+#include <QWebEnginePage>
+
+#include "browser/dialogs/confirm_dialog.h"
+#include "browser/tabs/browser_tab.h"
+#include "browser/tabs/tab_strip.h"
+#include "config/language.h"
+#include "config/options.h"
+#include "groups/popup_blocker.h"
+#include "support/modal_dialogs.h"
+#include "support/test_server.h"
+
+// The pop-up blocker with real pages that ask for windows.
+class TestPopups final : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void initTestCase();
+  void init();
+  void cleanup();
+
+  void StoredList_data();
+  void StoredList();
+  void SavedSorted();
+  void Stopped();
+  void LetIn_data();
+  void LetIn();
+  void NoticeComesAfterwards();
+  void DontAskAgain();
+  void ManyAtOnceAreToldTogether();
+  void WindowGoesWhileTheNoticeShows();
+  void Counter();
+  void ManyStopped();
+  void OpenAfterAll();
+  void RemovePattern();
+  void AddProposes_data();
+  void AddProposes();
+  void AddAnswers_data();
+  void AddAnswers();
+  void AddFromAPopup();
+  void WrittenBack();
+  void SettingsAreReadAgain();
+
+ private:
+  void UseList(const QStringList &patterns);
+  [[nodiscard]] QStringList Raw() const;
+  TBrowserTab *OpenPage(const QString &path);
+  // Lets the page ask for a window on `path` and waits for the test of its address.
+  void AskForWindow(TBrowserTab *tab, const QString &path);
+  void Notify(bool on);
+
+  TTestServer m_server;
+  TLanguage m_language;
+  std::unique_ptr<QTemporaryDir> m_folder;
+  std::unique_ptr<TRegistryStore> m_store;
+  std::unique_ptr<TEngine> m_engine;
+  std::unique_ptr<TTabEnvironment> m_environment;
+  std::unique_ptr<QMainWindow> m_window;
+  std::unique_ptr<TTabStrip> m_tabs;
+  TPopupBlocker *m_blocker = nullptr;
+};
+
+namespace {
+
+constexpr int LoadTime = 15000;   // milliseconds; the most that a test waits
+const QString Key = QString::fromLatin1(RegistryKey::PopupHalvex);
+constexpr TRegistryHive User = TRegistryHive::CurrentUser;
+
+}  // namespace
+
+void TestPopups::initTestCase() {
+  QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")));
+  QVERIFY(m_server.Listen());
+  m_server.RoutePage("/opener", "Opener", "<a id='link' target='_blank'>new window</a>");
+  m_server.RoutePage("/other", "Other");
+  m_server.RoutePage("/popup", "Popup");
+}
+
+void TestPopups::init() {
+  m_folder = std::make_unique<QTemporaryDir>();
+  m_store = std::make_unique<TRegistryStore>(m_folder->filePath(QStringLiteral("registry.sqlite")));
+  m_engine = std::make_unique<TEngine>(m_language, *m_store);
+  m_environment.reset(new TTabEnvironment{*m_engine, m_language, *m_store, {}, {}});
+  m_window = std::make_unique<QMainWindow>();
+  auto *pages = new TZVPageControl(m_window.get());
+  m_window->setCentralWidget(pages);
+  m_window->resize(800, 600);
+  m_window->show();
+  m_tabs = std::make_unique<TTabStrip>(m_window.get(), pages, *m_environment);
+  m_blocker = new TPopupBlocker(m_window.get(), *m_tabs);
+  m_environment->hooks.isPopupBlocked = [this](const QString &address) { return m_blocker->IsPopupBlocked(address); };
+  m_tabs->NewTab();
+  m_server.ForgetRequests();
+}
+
+void TestPopups::cleanup() {
+  m_tabs.reset();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  m_window.reset();
+  m_environment.reset();
+  m_engine.reset();
+  m_store.reset();
+  m_folder.reset();
+}
+
+void TestPopups::UseList(const QStringList &patterns) {
+  SavePopupList(*m_store, patterns);
+  m_blocker->Reload();
+}
+
+// The stored list as it stands: "name=data".
+QStringList TestPopups::Raw() const {
+  QStringList lines;
+  for (const TRegistryValue &value : m_store->Values(User, Key)) lines.append(value.name + u'=' + value.data);
+  return lines;
+}
+
+TBrowserTab *TestPopups::OpenPage(const QString &path) {
+  TBrowserTab *tab = m_tabs->GetActivePage();
+  QSignalSpy loaded(m_tabs.get(), &TTabStrip::TabLoaded);
+  tab->Navigate(m_server.Url(path));
+  if (!loaded.wait(LoadTime)) qWarning("the page did not load");
+  return tab;
+}
+
+void TestPopups::AskForWindow(TBrowserTab *tab, const QString &path) {
+  const int before = m_tabs->TabCount();
+  tab->Browser()->EnginePage()->runJavaScript(QStringLiteral("window.open('%1')").arg(path));
+  QTRY_VERIFY_WITH_TIMEOUT(m_tabs->TabCount() > before && !m_tabs->Tabs().contains(nullptr), LoadTime);
+  const auto tested = [this] {
+    const QList<TBrowserTab *> tabs = m_tabs->Tabs();
+    return std::none_of(tabs.begin(), tabs.end(), [](const TBrowserTab *each) { return each->Hidden(); });
+  };
+  QTRY_VERIFY_WITH_TIMEOUT(tested(), LoadTime);
+}
+
+void TestPopups::Notify(bool on) {
+  TZVOptions(*m_store).Set(Setting::PopupHalvexNotify, on);
+  m_blocker->ReadSettings();
+}
+
+void TestPopups::StoredList_data() {
+  QTest::addColumn<QStringList>("stored");
+  QTest::addColumn<QStringList>("loaded");
+  QTest::newRow("no key") << QStringList{} << QStringList{};
+  QTest::newRow("sorted") << QStringList{"http://b", "http://C", "http://a"} << QStringList{"http://a", "http://b", "http://C"};
+  QTest::newRow("equal ones") << QStringList{"http://a", "http://b", "http://a"} << QStringList{"http://a", "http://b"};
+  QTest::newRow("equal but for case") << QStringList{"http://Ads", "http://ads"} << QStringList{"http://Ads"};
+  QTest::newRow("empty ones") << QStringList{"", "a", ""} << QStringList{"a"};
+  QTest::newRow("an older layout") << QStringList{"ads=http://a/?b=c", "more=https://d"}
+                                   << QStringList{"http://a/?b=c", "https://d"};
+  QTest::newRow("no address") << QStringList{"ads.example", "*=x"} << QStringList{"*=x", "ads.example"};
+}
+
+void TestPopups::StoredList() {
+  QFETCH(QStringList, stored);
+  for (int i = 0; i < stored.size(); ++i) m_store->Write(User, Key, QStringLiteral("url%1").arg(i + 1), stored[i]);
+  QTEST(LoadPopupList(*m_store), "loaded");
+}
+
+void TestPopups::SavedSorted() {
+  UseList({QStringLiteral("b"), QStringLiteral("a"), QString()});
+  m_blocker->Save();
+  QCOMPARE(Raw(), QStringList({"url1=a", "url2=b"}));
+  // The whole key is replaced.
+  SavePopupList(*m_store, {QStringLiteral("c")});
+  QCOMPARE(Raw(), QStringList({"url1=c"}));
+}
+
+void TestPopups::Stopped() {
+  Notify(false);
+  UseList({m_server.Url(QStringLiteral("/pop"))});
+  TBrowserTab *opener = OpenPage(QStringLiteral("/opener"));
+  AskForWindow(opener, QStringLiteral("/popup?a=1"));
+  QCOMPARE(m_tabs->TabCount(), 2);
+  TBrowserTab *popup = m_tabs->Tab(1);
+  QVERIFY(popup->Blocked());
+  QVERIFY(!m_tabs->Pages().IsPageVisible(popup));
+  QCOMPARE(popup->PopupUrl(), m_server.Url(QStringLiteral("/popup?a=1")));
+  QCOMPARE(popup->Opener(), opener);
+  QTRY_COMPARE_WITH_TIMEOUT(m_tabs->TabCount(), 1, LoadTime);
+  QCOMPARE(m_server.RequestCount("/popup"), 0);
+  QCOMPARE(m_tabs->GetActivePage(), opener);
+}
+
+void TestPopups::LetIn_data() {
+  QTest::addColumn<QString>("pattern");
+  QTest::addColumn<bool>("enabled");
+  QTest::newRow("no pattern") << QString() << true;
+  QTest::newRow("another address") << "%1/popups" << true;
+  QTest::newRow("another case") << "%1/POPUP" << true;
+  QTest::newRow("without the scheme") << "127.0.0.1" << true;
+  QTest::newRow("switched off") << "%1/popup" << false;
+}
+
+void TestPopups::LetIn() {
+  QFETCH(QString, pattern);
+  QFETCH(bool, enabled);
+  if (!pattern.isEmpty()) UseList({pattern.replace(QStringLiteral("%1"), m_server.Url(QString()))});
+  m_blocker->SetEnabled(enabled);
+  TBrowserTab *opener = OpenPage(QStringLiteral("/opener"));
+  AskForWindow(opener, QStringLiteral("/popup"));
+  QTRY_COMPARE_WITH_TIMEOUT(m_server.RequestCount("/popup"), 1, LoadTime);
+  QVERIFY(m_tabs->Pages().IsPageVisible(m_tabs->Tab(1)));
+  QCOMPARE(m_blocker->Stopped().Count(opener), 0);
+}
+
+void TestPopups::NoticeComesAfterwards() {
+  UseList({m_server.Url(QStringLiteral("/popup"))});
+  QStringList texts;
+  OnModalDialog<TfrmConfirm>([&](TfrmConfirm &dialog) {
+    texts = {dialog.windowTitle(), dialog.findChild<QTextEdit *>(QStringLiteral("mmoPrompt2"))->toPlainText()};
+    QVERIFY(!dialog.findChild<QPushButton *>(QStringLiteral("cmdCancel"))->isVisible());
+    // The answer was given long before: the page goes on while the notice shows.
+    QVERIFY(m_tabs->Tab(1)->Blocked());
+    dialog.findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
+  });
+  const QString address = m_server.Url(QStringLiteral("/popup"));
+  AskForWindow(OpenPage(QStringLiteral("/opener")), QStringLiteral("/popup"));
+  QTRY_COMPARE_WITH_TIMEOUT(texts, QStringList({m_language.Global("PopupNotifyCaption"), address}), LoadTime);
+  QVERIFY(TZVOptions(*m_store).Get(Setting::PopupHalvexNotify));
+}
+
+void TestPopups::DontAskAgain() {
+  UseList({m_server.Url(QStringLiteral("/popup"))});
+  int notices = 0;
+  OnModalDialog<TfrmConfirm>([&](TfrmConfirm &dialog) {
+    ++notices;
+    dialog.findChild<QCheckBox *>(QStringLiteral("chkConfirm"))->setChecked(true);
+    dialog.reject();   // The box counts however the notice is closed.
+  });
+  TBrowserTab *opener = OpenPage(QStringLiteral("/opener"));
+  AskForWindow(opener, QStringLiteral("/popup"));
+  QTRY_COMPARE_WITH_TIMEOUT(notices, 1, LoadTime);
+  QTRY_VERIFY(!TZVOptions(*m_store).Get(Setting::PopupHalvexNotify));
+  m_tabs->CloseHiddenTabs();
+  AskForWindow(opener, QStringLiteral("/popup"));
+  QCOMPARE(m_blocker->Stopped().Count(opener), 2);
+  QCoreApplication::processEvents();
+  QVERIFY(QApplication::activeModalWidget() == nullptr);
+}
+
+void TestPopups::ManyAtOnceAreToldTogether() {
+  UseList({QStringLiteral("http://ads")});
+  QStringList told;
+  for (int i = 1; i <= 5; ++i) QVERIFY(m_blocker->IsPopupBlocked(QStringLiteral("http://ads%1.example/").arg(i)));
+  const auto take = [&](TfrmConfirm &dialog) {
+    told.append(dialog.findChild<QTextEdit *>(QStringLiteral("mmoPrompt2"))->toPlainText());
+    dialog.accept();
+  };
+  OnModalDialog<TfrmConfirm>([&](TfrmConfirm &dialog) {
+    // One more while the notice shows has a notice of its own.
+    QVERIFY(m_blocker->IsPopupBlocked(QStringLiteral("http://ads6.example/")));
+    OnModalDialog<TfrmConfirm>(take);
+    take(dialog);
+  });
+  QTRY_COMPARE(told.size(), 2);
+  QCOMPARE(told.first().count(u'\n'), 4);
+  QCOMPARE(told.last(), QStringLiteral("http://ads6.example/"));
+}
+
+void TestPopups::WindowGoesWhileTheNoticeShows() {
+  UseList({QStringLiteral("http://ads")});
+  bool shown = false;
+  OnModalDialog<TfrmConfirm>([&](TfrmConfirm &) {
+    shown = true;
+    delete m_blocker;
+    m_environment->hooks = {};
+    QApplication::activeModalWidget()->close();
+  });
+  QVERIFY(m_blocker->IsPopupBlocked(QStringLiteral("http://ads.example/")));
+  QTRY_VERIFY(shown && QApplication::activeModalWidget() == nullptr);
+}
+
+void TestPopups::Counter() {
+  Notify(false);
+  UseList({m_server.Url(QStringLiteral("/popup"))});
+  TBrowserTab *opener = OpenPage(QStringLiteral("/opener"));
+  QSignalSpy changed(&m_blocker->Stopped(), &TStoppedPopups::Changed);
+  AskForWindow(opener, QStringLiteral("/popup?1"));
+  AskForWindow(opener, QStringLiteral("/popup?2"));
+  QCOMPARE(changed.size(), 2);
+  QCOMPARE(changed.last().first().value<TBrowserTab *>(), opener);
+  QCOMPARE(changed.last().last().toInt(), 2);
+  QVERIFY(m_blocker->Stopped().CounterText(opener).contains(u'2'));
+  // They belong to their page: another tab has none, and the next page begins anew.
+  TBrowserTab *other = m_tabs->NewTab();
+  QCOMPARE(m_blocker->Stopped().Count(other), 0);
+  QVERIFY(m_blocker->Stopped().CounterText(other).isEmpty());
+  opener->Navigate(m_server.Url(QStringLiteral("/other")));
+  QTRY_COMPARE_WITH_TIMEOUT(m_blocker->Stopped().Count(opener), 0, LoadTime);
+  QCOMPARE(changed.last().last().toInt(), 0);
+}
+
+void TestPopups::ManyStopped() {
+  TBrowserTab *opener = m_tabs->GetActivePage();
+  constexpr int Count = 3 * TStoppedPopups::MostKept;
+  for (int i = 0; i < Count; ++i) m_blocker->Stopped().Add(opener, {QStringLiteral("http://ads/%1").arg(i), {}});
+  QCOMPARE(m_blocker->Stopped().Count(opener), Count);
+  QCOMPARE(m_blocker->Stopped().Stopped(opener).size(), TStoppedPopups::MostKept);
+  // A tab that goes takes its list along.
+  m_tabs->NewTab();
+  opener->Close();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  QCOMPARE(m_blocker->Stopped().Count(opener), 0);
+}
+
+void TestPopups::OpenAfterAll() {
+  Notify(false);
+  UseList({m_server.Url(QStringLiteral("/popup"))});
+  TBrowserTab *opener = OpenPage(QStringLiteral("/opener"));
+  AskForWindow(opener, QStringLiteral("/popup?a=1&b=2"));
+  QMenu menu;
+  m_blocker->Stopped().FillMenu(&menu, opener);
+  m_blocker->Stopped().FillMenu(&menu, opener);
+  QCOMPARE(menu.actions().size(), 1);
+  QCOMPARE(menu.actions().first()->text(), m_server.Url(QStringLiteral("/popup?a=1&&b=2")));
+  QMenu *choices = menu.actions().first()->menu();
+  QVERIFY(choices != nullptr);
+  choices->actions().first()->trigger();
+  QTRY_COMPARE_WITH_TIMEOUT(m_server.RequestCount("/popup"), 1, LoadTime);
+  QCOMPARE(m_tabs->GetActivePage()->Url(), m_server.Url(QStringLiteral("/popup?a=1&b=2")));
+}
+
+void TestPopups::RemovePattern() {
+  Notify(false);
+  const QString pattern = m_server.Url(QStringLiteral("/pop*p"));
+  UseList({QStringLiteral("http://another"), pattern});
+  TBrowserTab *opener = OpenPage(QStringLiteral("/opener"));
+  AskForWindow(opener, QStringLiteral("/popup"));
+  m_tabs->CloseHiddenTabs();
+  QMenu menu;
+  m_blocker->Stopped().FillMenu(&menu, opener);
+  QAction *remove = menu.actions().first()->menu()->actions().last();
+  QVERIFY(remove->text().contains(pattern));
+  remove->trigger();
+  QCOMPARE(Raw(), QStringList({"url1=http://another"}));
+  AskForWindow(opener, QStringLiteral("/popup"));
+  QTRY_COMPARE_WITH_TIMEOUT(m_server.RequestCount("/popup"), 1, LoadTime);
+}
+
+void TestPopups::AddProposes_data() {
+  QTest::addColumn<QString>("path");
+  QTest::addColumn<QString>("proposed");
+  QTest::newRow("plain") << "/other" << "/other";
+  QTest::newRow("without the query") << "/other?a=1?b=2" << "/other";
+}
+
+void TestPopups::AddProposes() {
+  QFETCH(QString, path);
+  QFETCH(QString, proposed);
+  TBrowserTab *tab = OpenPage(path);
+  QString shown;
+  OnModalDialog<QInputDialog>([&](QInputDialog &dialog) {
+    shown = dialog.textValue();
+    dialog.reject();
+  });
+  m_blocker->AddToPopupList(tab);
+  QCOMPARE(shown, m_server.Url(proposed));
+  // Cancelled: nothing has changed and the tab is still there with its page.
+  QVERIFY(Raw().isEmpty());
+  QCOMPARE(tab->GetLocationUrl(), m_server.Url(path));
+}
+
+void TestPopups::AddAnswers_data() {
+  QTest::addColumn<QString>("answer");
+  QTest::addColumn<QStringList>("stored");
+  QTest::addColumn<QStringList>("known");
+  QTest::newRow("in its place") << "http://b*" << QStringList{"url1=http://a", "url2=http://b*", "url3=http://c"}
+                                << QStringList{"http://a", "http://b*", "http://c"};
+  QTest::newRow("there already") << "HTTP://A" << QStringList{"url1=http://a", "url2=http://c"}
+                                 << QStringList{"http://a", "http://c"};
+  QTest::newRow("empty") << "" << QStringList{"url1=", "url2=http://a", "url3=http://c"}
+                         << QStringList{"http://a", "http://c"};
+}
+
+void TestPopups::AddAnswers() {
+  QFETCH(QString, answer);
+  UseList({QStringLiteral("http://a"), QStringLiteral("http://c")});
+  TBrowserTab *tab = m_tabs->NewTab();
+  QCOMPARE(m_tabs->TabCount(), 2);
+  OnModalDialog<QInputDialog>([&](QInputDialog &dialog) {
+    dialog.setTextValue(answer);
+    dialog.accept();
+  });
+  m_blocker->AddToPopupList(tab);
+  QCOMPARE(m_tabs->TabCount(), 1);
+  QTEST(Raw(), "stored");
+  QTEST(m_blocker->Patterns().Patterns(), "known");
+}
+
+void TestPopups::AddFromAPopup() {
+  TBrowserTab *opener = OpenPage(QStringLiteral("/opener"));
+  AskForWindow(opener, QStringLiteral("/popup?x"));
+  QTRY_COMPARE_WITH_TIMEOUT(m_server.RequestCount("/popup"), 1, LoadTime);
+  TBrowserTab *popup = m_tabs->Tab(1);
+  popup->Navigate(m_server.Url(QStringLiteral("/other")));
+  QTRY_COMPARE_WITH_TIMEOUT(m_server.RequestCount("/other"), 1, LoadTime);
+  // The address that it came with counts, not where it went from there.
+  QString shown;
+  OnModalDialog<QInputDialog>([&](QInputDialog &dialog) {
+    shown = dialog.textValue();
+    dialog.accept();
+  });
+  m_blocker->AddToPopupList(popup);
+  QCOMPARE(shown, m_server.Url(QStringLiteral("/popup")));
+  QVERIFY(m_blocker->IsPopupBlocked(m_server.Url(QStringLiteral("/popup?y"))));
+}
+
+void TestPopups::WrittenBack() {
+  UseList({QStringLiteral("http://a")});
+  m_store->Write(User, Key, QStringLiteral("url9"), QStringLiteral("http://z"));
+  m_blocker->Save();
+  QCOMPARE(Raw(), QStringList({"url1=http://a"}));
+}
+
+void TestPopups::SettingsAreReadAgain() {
+  TZVOptions options(*m_store);
+  options.Set(Setting::UsePopupHalvex, false);
+  SavePopupList(*m_store, {QStringLiteral("http://ads")});
+  m_blocker->ReadSettings();
+  QVERIFY(!m_blocker->Enabled());
+  QVERIFY(!m_blocker->IsPopupBlocked(QStringLiteral("http://ads.example")));
+  m_blocker->SetEnabled(true);
+  QVERIFY(m_blocker->IsPopupBlocked(QStringLiteral("http://ads.example")));
+  OnModalDialog<TfrmConfirm>([](TfrmConfirm &dialog) { dialog.accept(); });
+  QTRY_VERIFY(QApplication::activeModalWidget() == nullptr);
+}
+
+QTEST_MAIN(TestPopups)
+#include "test_popups.moc"
