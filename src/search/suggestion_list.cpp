@@ -122,7 +122,7 @@ bool TSuggestionList::eventFilter(QObject *watched, QEvent *event) {
       if (watched == m_below->window()) hide();
       break;
     case QEvent::FocusOut:
-      if (watched == m_edit) hide();
+      if (watched == m_edit || watched == m_below) hide();
       break;
     default:
       break;
