@@ -1,6 +1,7 @@
 #include "app/main_status_bar.h"
 
 #include <QLabel>
+#include <QMenu>
 #include <QProgressBar>
 #include <QToolButton>
 
@@ -55,7 +56,9 @@ TMainStatusBar::TMainStatusBar(const TLanguage &language, QWidget *parent)
       m_progress(new QProgressBar(this)),
       m_security(MakeButton(this, "tbSecurity")),
       m_downloads(MakeButton(this, "tbDownloadsActive")),
-      m_pagesToCome(MakeButton(this, "tbPagesToCome")) {
+      m_pagesToCome(MakeButton(this, "tbPagesToCome")),
+      m_stopped(MakeButton(this, "tbPopupsStopped")),
+      m_stoppedMenu(new QMenu(this)) {
   setObjectName(QStringLiteral("StatusBar"));
   m_progress->setObjectName(QStringLiteral("ProgressBar"));
   m_progress->setFixedWidth(ProgressWidth);
@@ -67,6 +70,11 @@ TMainStatusBar::TMainStatusBar(const TLanguage &language, QWidget *parent)
   addWidget(m_note, 1);
   addPermanentWidget(m_progress);
   addPermanentWidget(m_pagesToCome);
+  addPermanentWidget(m_stopped);
+  m_stopped->setIcon(QIcon(QStringLiteral(":/icons/popup_blocked.svg")));
+  m_stopped->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  m_stopped->setPopupMode(QToolButton::InstantPopup);
+  m_stopped->setMenu(m_stoppedMenu);
   addPermanentWidget(m_downloads);
   addPermanentWidget(m_security);
   m_downloads->setIcon(QIcon(QStringLiteral(":/icons/downloads.svg")));
@@ -114,4 +122,9 @@ void TMainStatusBar::ShowDownloads(int active) {
 void TMainStatusBar::ShowPagesToCome(int pages) {
   m_pagesToCome->setVisible(pages > 0);
   m_pagesToCome->setText(m_language.Text("MAIN", "PagesToCome").arg(pages));
+}
+
+void TMainStatusBar::ShowStopped(const QString &text) {
+  m_stopped->setVisible(!text.isEmpty());
+  m_stopped->setText(text);
 }

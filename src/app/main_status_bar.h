@@ -3,6 +3,7 @@
 #include <QStatusBar>
 
 class QLabel;
+class QMenu;
 class QProgressBar;
 class QToolButton;
 class TLanguage;
@@ -24,6 +25,9 @@ class TMainStatusBar final : public QStatusBar {
   // The padlock with its words, from the level 0..6 (0: not secure, nothing shown).
   void ShowSecurity(bool secure, int level);
   void ShowDownloads(int active);
+  // What was stopped on the page in front; an empty text hides it. A click opens the menu, which others fill.
+  void ShowStopped(const QString &text);
+  [[nodiscard]] QMenu *StoppedMenu() const { return m_stoppedMenu; }
   // Pages that are still to be loaded; a click stops them.
   void ShowPagesToCome(int pages);
 
@@ -40,4 +44,6 @@ class TMainStatusBar final : public QStatusBar {
   QToolButton *m_security;
   QToolButton *m_downloads;
   QToolButton *m_pagesToCome;
+  QToolButton *m_stopped;
+  QMenu *m_stoppedMenu;
 };

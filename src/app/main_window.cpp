@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileInfo>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 
@@ -30,6 +31,7 @@
 #include "browser/tabs/tab_menus.h"
 #include "config/language_menu.h"
 #include "groups/group_pages.h"
+#include "groups/popup_blocker.h"
 #include "platform/history_store.h"
 #include "platform/program_folders.h"
 #include "platform/window_activation.h"
@@ -109,6 +111,10 @@ void TfrmMain::MakeModules() {
   m_groups = new TPageGroups(this, *m_tabs, *m_closeAll, *m_loadQueue, m_language, m_store);
   m_groups->FillMenu(m_commands->Menu(TMenu::Groups));
   m_groups->ExtendTabMenu(*m_tabMenu);
+  m_popups = new TPopupBlocker(this, *m_tabs);
+  m_environment->hooks.isPopupBlocked = [this](const QString &address) { return m_popups->IsPopupBlocked(address); };
+  m_tabMenu->AddItem("pmAddToPopupHalvex", m_language.Global("PopupHalvex") + QStringLiteral("…"),
+                     ":/icons/popup_blocked.svg", Qt::Key_F8, [this](TBrowserTab *tab) { m_popups->AddToPopupList(tab); });
   openGroup = [this](const QString &file) { m_groups->OpenAsSet(file); };
   m_tabCommands = new TTabCommands(this, *m_commands, *m_tabs, *m_closeAll, *m_tabMenu, *m_autoRefresh,
                                    m_toolbars->Address(), *m_search);
@@ -187,6 +193,15 @@ void TfrmMain::ConnectCommands() {
     m_settings.hgCloseFirst = first;
     m_options.Set(Setting::HGCloseFirst, first);
   });
+  (*m_commands)[TCommand::UsePopupBlocker]->setChecked(m_settings.usePopupHalvex);
+  connect((*m_commands)[TCommand::UsePopupBlocker], &QAction::toggled, this, [this](bool use) {
+    m_settings.usePopupHalvex = use;
+    m_popups->SetEnabled(use);
+  });
+  connect(&m_popups->Stopped(), &TStoppedPopups::Changed, this, &TfrmMain::ShowStoppedPopups);
+  connect(m_status->StoppedMenu(), &QMenu::aboutToShow, this, [this] {
+    m_popups->Stopped().FillMenu(m_status->StoppedMenu(), m_tabs->GetActivePage());
+  });
   connect(m_loadQueue, &TLoadQueue::ToComeChanged, m_status, &TMainStatusBar::ShowPagesToCome);
   connect(m_status, &TMainStatusBar::StopPagesClicked, m_loadQueue, &TLoadQueue::Stop);
   on(TCommand::StopAll, [this] { m_loadQueue->Stop(); });
@@ -244,8 +259,11 @@ void TfrmMain::ShowActiveTab(TBrowserTab *tab) {
   m_status->ShowNote(QString());
   m_status->ShowStatusText(QString());
   m_status->ShowProgress(tab->Progress());
+  ShowStoppedPopups();
   ShowIndicators(tab);
 }
+
+void TfrmMain::ShowStoppedPopups() { m_status->ShowStopped(m_popups->Stopped().CounterText(m_tabs->GetActivePage())); }
 
 void TfrmMain::ShowIndicators(TBrowserTab *tab) {
   m_status->ShowSecurity(tab->Secure(), tab->SecureLock());
@@ -335,11 +353,14 @@ void TfrmMain::FormDestroy() {
     WriteSettings();
     return true;
   });
+  m_popups->Save();
   m_toolbars->Address().SaveTypedAddresses();
   m_downloads->CancelAll();
   m_downloadWindow.reset();
   delete m_search;
   delete m_groups;
+  m_environment->hooks.isPopupBlocked = nullptr;
+  delete m_popups;
   delete m_loadQueue;
   m_closeAll.reset();
   m_tabs.reset();

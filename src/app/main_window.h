@@ -26,6 +26,7 @@ class TMainStatusBar;
 class TMainToolbars;
 class TPageCommands;
 class TPageGroups;
+class TPopupBlocker;
 class TSearchLists;
 class TTabCommands;
 class TTabMenu;
@@ -75,6 +76,7 @@ class TfrmMain final : public QMainWindow {
 
   void ShowIndicators(TBrowserTab *tab);
   void ShowActiveTab(TBrowserTab *tab);
+  void ShowStoppedPopups();
   void OpenDownloads();
   void FollowStartupMode();
   void ChooseStartupMode(const QString &mode);
@@ -108,6 +110,7 @@ class TfrmMain final : public QMainWindow {
   TTabCommands *m_tabCommands = nullptr;
   TLoadQueue *m_loadQueue = nullptr;
   TPageGroups *m_groups = nullptr;
+  TPopupBlocker *m_popups = nullptr;
   TSearchLists *m_searchLists = nullptr;
   TAddressSearch *m_search = nullptr;
   TLastOpenSites *m_lastSites = nullptr;

@@ -253,14 +253,6 @@ void TPageGroups::RefillMenu(QMenu *menu, int fixedItems) {
 }
 
 void TPageGroups::ExtendTabMenu(TTabMenu &tabMenu) {
-  QMenu *menu = tabMenu.Menu();
-  QAction *before = menu->findChild<QAction *>(QStringLiteral("pmTabCloseAllDefault"));
-  auto *action =
-      new QAction(QIcon(QStringLiteral(":/icons/groups.svg")), m_language.Text("MAIN", "TabAddToGroup"), menu);
-  action->setObjectName(QStringLiteral("pmTabAddToHalvexGroup"));
-  connect(action, &QAction::triggered, this, [this, &tabMenu] {
-    if (TBrowserTab *tab = tabMenu.TabUnderPopup()) AddTab(tab);
-  });
-  menu->insertAction(before, action);
-  menu->insertSeparator(before);
+  tabMenu.AddItem("pmTabAddToHalvexGroup", m_language.Text("MAIN", "TabAddToGroup"), ":/icons/groups.svg", 0,
+                  [this](TBrowserTab *tab) { AddTab(tab); });
 }

@@ -33,7 +33,7 @@ const TTabMenu::TItem TTabMenu::Items[] = {
 };
 
 TTabMenu::TTabMenu(QWidget *window, TTabStrip &tabs, TCloseAllTabs &closeAll)
-    : QObject(window), m_tabs(tabs), m_closeAll(closeAll), m_menu(new QMenu(window)) {
+    : QObject(window), m_window(window), m_tabs(tabs), m_closeAll(closeAll), m_menu(new QMenu(window)) {
   m_menu->setObjectName(QStringLiteral("pmTab"));
   for (const TItem &item : Items) {
     if (item.name == nullptr) {
@@ -65,6 +65,21 @@ void TTabMenu::Open(TBrowserTab *tab, const QPoint &globalPosition) {
     Prepare(target);
     m_menu->popup(globalPosition);
   }
+}
+
+void TTabMenu::AddItem(const char *name, const QString &text, const char *icon, int key,
+                       const std::function<void(TBrowserTab *)> &handler) {
+  auto *action = new QAction(QIcon(QString::fromLatin1(icon)), text, m_menu);
+  action->setObjectName(QString::fromLatin1(name));
+  if (key != 0) {
+    action->setShortcut(QKeySequence(key));
+    m_window->addAction(action);  // so that the key works while the menu is closed
+  }
+  connect(action, &QAction::triggered, this, [this, handler] {
+    if (TBrowserTab *tab = TabUnderPopup()) handler(tab);
+  });
+  if (m_addedEnd == nullptr) m_addedEnd = m_menu->insertSeparator(Item("pmTabCloseAllDefault"));
+  m_menu->insertAction(m_addedEnd, action);
 }
 
 void TTabMenu::PrepareForActive() {

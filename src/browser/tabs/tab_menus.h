@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <QObject>
 #include <QPointer>
 
@@ -18,6 +19,9 @@ class TTabMenu final : public QObject {
   TTabMenu(QWidget *window, TTabStrip &tabs, TCloseAllTabs &closeAll);
 
   void Open(TBrowserTab *tab, const QPoint &globalPosition);
+  // An item of a floor above, before the close items. `key` is a Qt key that works with the menu closed too, 0 for none.
+  void AddItem(const char *name, const QString &text, const char *icon, int key,
+               const std::function<void(TBrowserTab *)> &handler);
   // Sets the items from the active tab, for a menu that shows them elsewhere.
   void PrepareForActive();
   [[nodiscard]] QMenu *Menu() const { return m_menu; }
@@ -42,9 +46,11 @@ class TTabMenu final : public QObject {
   void CloseTab(TBrowserTab *tab);
   [[nodiscard]] QAction *Item(const char *name) const;
 
+  QWidget *m_window;
   TTabStrip &m_tabs;
   TCloseAllTabs &m_closeAll;
   QMenu *m_menu;
+  QAction *m_addedEnd = nullptr;  // the separator behind the items of the floors above
   QPointer<TBrowserTab> m_target;  // the tab that the menu was opened on; counts only while m_opened
   bool m_opened = false;
 };
