@@ -3,6 +3,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QSize>
 #include <algorithm>
@@ -14,24 +15,22 @@
 #include "page_server.h"
 #include "platform/registry_store.h"
 #include "subject.h"
+#include "table.h"
 
 namespace {
 
 constexpr double FirstPageLimit = 1.30;
 constexpr double TabLimit = 1.15;
+constexpr double HandOffLimit = 2.20;
 constexpr std::array TabCounts{1, 20, 100};
+constexpr int GroupPages = 100;
+constexpr int HandOffsEachRound = 3;
+constexpr int Calm = 300;  // milliseconds, for what a page still does once it is painted
 constexpr int DefaultRounds = 5;
 constexpr int MostTabRounds = 3;
 constexpr QSize WindowSize(780, 720);  // leaves pages the room that they have in the bare view
 
 using TReport = TPageServer::TReport;
-
-double Median(std::vector<double> values) {
-  if (values.empty()) return 0;
-  std::sort(values.begin(), values.end());
-  const size_t middle = values.size() / 2;
-  return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
-}
 
 // The starts of one program in one measurement.
 struct TSeries {
@@ -61,30 +60,21 @@ class TBench final {
       return 1;
     }
     std::printf("Medians of %d starts (tabs: of %d), each program with folders of its own.\n\n", m_rounds, TabRounds());
-    std::printf("%-44s %12s %12s %8s  %s\n", "", "bare view", "zarvela", "ratio", "wanted");
+    PrintHead("bare view", "zarvela");
     Libraries();
     FirstPage();
     Tabs();
+    if (!m_bareOnly) {
+      GroupHandedOver();
+      std::printf("\n");
+      PrintHead("libraries", "zarvela");
+      HandOff();
+    }
     return m_failed ? 1 : 0;
   }
 
  private:
   int TabRounds() const { return std::min(m_rounds, MostTabRounds); }
-
-  static void Row(const QString &what, double bare, double zarvela, const char *unit, double limit) {
-    std::printf("%-44s ", qPrintable(what));
-    for (const double value : {bare, zarvela}) {
-      if (value > 0) std::printf("%8.1f %-3s ", value, unit);
-      else std::printf("%8s     ", "-");
-    }
-    if (bare > 0 && zarvela > 0) {
-      const double ratio = zarvela / bare;
-      std::printf("%8.2f", ratio);
-      if (limit > 0) std::printf("  <= %.2f%s", limit, ratio > limit ? "  MISSED" : "");
-    }
-    std::printf("\n");
-    std::fflush(stdout);
-  }
 
   // False, with the reason on stderr, when there are no numbers.
   bool Good(const TCost &cost) {
@@ -101,7 +91,7 @@ class TBench final {
       if (!Good(cost)) return;
       if (round > 0) series.Add(cost);  // The first start brings the files into memory.
     }
-    Row(QStringLiteral("libraries alone"), Median(series.milliseconds), 0, "ms", 0);
+    PrintRatio(QStringLiteral("libraries alone"), Median(series.milliseconds), 0, "ms", 0);
   }
 
   QStringList Addresses(int pages) const {
@@ -166,15 +156,15 @@ class TBench final {
       restored.Add(restoredCost);
     }
     const double bareMedian = Median(bare.milliseconds);
-    Row(QStringLiteral("first page painted, from an address"), bareMedian, Median(withAddress.milliseconds), "ms",
+    PrintRatio(QStringLiteral("first page painted, from an address"), bareMedian, Median(withAddress.milliseconds), "ms",
         FirstPageLimit);
     if (m_bareOnly) return;
-    Row(QStringLiteral("first page painted, restored"), bareMedian, Median(restored.milliseconds), "ms", FirstPageLimit);
+    PrintRatio(QStringLiteral("first page painted, restored"), bareMedian, Median(restored.milliseconds), "ms", FirstPageLimit);
   }
 
   static void PrintViewports(QSize bare, QSize zarvela) {
-    std::printf("%-44s %6d x %d  %6d x %d\n", "room for the page", bare.width(), bare.height(), zarvela.width(),
-                zarvela.height());
+    std::printf("%-*s %6d x %d  %6d x %d\n", FirstColumn, "room for the page", bare.width(), bare.height(),
+                zarvela.width(), zarvela.height());
   }
 
   void Tabs() {
@@ -183,6 +173,7 @@ class TBench final {
     for (const int pages : TabCounts) {
       TSeries bare;
       TSeries zarvela;
+      TSeries group;
       for (int round = 0; round < TabRounds(); ++round) {
         const TCost bareCost = StartBare(pages, TReport::Loaded, true);
         if (!Good(bareCost)) return;
@@ -191,6 +182,10 @@ class TBench final {
         const TCost cost = StartRestored(pages, TReport::Loaded, true);
         if (!Good(cost)) return;
         zarvela.Add(cost);
+        if (pages != GroupPages) continue;
+        const TCost groupCost = StartGroup();
+        if (!Good(groupCost)) return;
+        group.Add(groupCost);
       }
       PrintTabs(pages, bare, zarvela);
       if (pages == 1) {
@@ -199,14 +194,15 @@ class TBench final {
       } else {
         PrintEachFurther(pages, bare, zarvela, firstBare, firstZarvela);
       }
+      if (!group.milliseconds.empty()) PrintGroup(bare, group);
     }
   }
 
   static void PrintTabs(int pages, const TSeries &bare, const TSeries &zarvela) {
     const QString tabs = QStringLiteral("%1 tab%2: ").arg(pages).arg(QLatin1String(pages == 1 ? "" : "s"));
-    Row(tabs + QLatin1String("all loaded"), Median(bare.milliseconds), Median(zarvela.milliseconds), "ms",
+    PrintRatio(tabs + QLatin1String("all loaded"), Median(bare.milliseconds), Median(zarvela.milliseconds), "ms",
         pages == 1 ? FirstPageLimit : TabLimit);
-    Row(tabs + QStringLiteral("memory in all (%1/%2 processes)").arg(bare.processes).arg(zarvela.processes),
+    PrintRatio(tabs + QStringLiteral("memory in all (%1/%2 processes)").arg(bare.processes).arg(zarvela.processes),
         Median(bare.mebibytes), Median(zarvela.mebibytes), "MiB", TabLimit);
   }
 
@@ -216,10 +212,91 @@ class TBench final {
       return all.empty() ? 0 : (Median(all) - Median(first)) / (pages - 1);
     };
     const QString tabs = QStringLiteral("%1 tabs: ").arg(pages);
-    Row(tabs + QLatin1String("each further one"), further(bare.milliseconds, firstBare.milliseconds),
+    PrintRatio(tabs + QLatin1String("each further one"), further(bare.milliseconds, firstBare.milliseconds),
         further(zarvela.milliseconds, firstZarvela.milliseconds), "ms", TabLimit);
-    Row(tabs + QLatin1String("memory of each further one"), further(bare.mebibytes, firstBare.mebibytes),
+    PrintRatio(tabs + QLatin1String("memory of each further one"), further(bare.mebibytes, firstBare.mebibytes),
         further(zarvela.mebibytes, firstZarvela.mebibytes), "MiB", TabLimit);
+  }
+
+  static void PrintGroup(const TSeries &bare, const TSeries &group) {
+    const QString name = QStringLiteral("group of %1 pages: ").arg(GroupPages);
+    PrintRatio(name + QLatin1String("all loaded"), Median(bare.milliseconds), Median(group.milliseconds), "ms", 0);
+    PrintRatio(name + QLatin1String("memory in all"), Median(bare.mebibytes), Median(group.mebibytes), "MiB", 0);
+  }
+
+  // A page group of these addresses; empty, with the reason on stderr, when it cannot be written.
+  QString WriteGroup(const QStringList &addresses) {
+    QFile file(m_zarvela.Folder() + QStringLiteral("/pages.hgp"));
+    QByteArray lines = "[HalvexGroup]\n";
+    int number = 0;
+    for (const QString &address : addresses) {
+      lines += "blank" + QByteArray::number(++number) + '=' + address.toLatin1() + '\n';
+    }
+    if (file.open(QFile::WriteOnly) && file.write(lines) == lines.size() && file.flush()) return file.fileName();
+    std::fprintf(stderr, "bench: %s: %s\n", qPrintable(file.fileName()), qPrintable(file.errorString()));
+    m_failed = true;
+    return {};
+  }
+
+  TCost StartGroup() {
+    m_server.BeginRun();
+    WriteSettings(QStringLiteral("Last"), {});
+    return m_zarvela.Start({WriteGroup(Addresses(GroupPages))}, m_server, GroupPages, TReport::Loaded, true);
+  }
+
+  // Page 1 is open; then come the group and, right behind it, one page more. The window answers when it asks for that.
+  void GroupHandedOver() {
+    TSeries bare;
+    TSeries zarvela;
+    constexpr int Last = GroupPages + 2;
+    for (int round = 0; round < TabRounds(); ++round) {
+      m_server.BeginRun();
+      const QString group = Addresses(GroupPages + 1).mid(1).join(u' ');
+      if (!Good(m_bare.Open({QStringLiteral("--more"), m_server.Address(1)}, m_server, 1, TReport::Painted))) return;
+      Pause(Calm);
+      const QString lines = QStringLiteral("%1\n%2\n").arg(group, m_server.Address(Last));
+      const TCost bareCost = m_bare.Tell(lines.toLatin1(), m_server, Last, TReport::Requested);
+      m_bare.Close();
+      if (!Good(bareCost)) return;
+      bare.Add(bareCost);
+
+      if (!OpenFirstPage()) return;
+      const QString file = WriteGroup(Addresses(GroupPages + 1).mid(1));
+      const TCost cost = m_zarvela.HandOver({file, m_server.Address(Last)}, m_server, Last, TReport::Requested);
+      m_zarvela.Close();
+      if (!Good(cost)) return;
+      zarvela.Add(cost);
+    }
+    PrintRatio(QStringLiteral("group of %1 pages: the window answers").arg(GroupPages), Median(bare.milliseconds),
+               Median(zarvela.milliseconds), "ms", 0);
+  }
+
+  // The program with page 1 of a new run, and calm.
+  bool OpenFirstPage() {
+    m_server.BeginRun();
+    WriteSettings(QStringLiteral("Last"), Addresses(1));
+    const bool isGood = Good(m_zarvela.Open({}, m_server, 1, TReport::Painted));
+    Pause(Calm);
+    return isGood;
+  }
+
+  void HandOff() {
+    TSeries libraries;
+    TSeries zarvela;
+    if (!OpenFirstPage()) return;
+    for (int round = 0; round <= m_rounds * HandOffsEachRound; ++round) {
+      const TCost librariesCost = m_libraries.RunToEnd({});
+      const int page = round + 2;
+      const TCost cost = m_zarvela.HandOver({m_server.Address(page)}, m_server, page, TReport::Requested);
+      if (!Good(librariesCost) || !Good(cost)) return;
+      Pause(Calm);
+      if (round == 0) continue;
+      libraries.Add(librariesCost);
+      zarvela.Add(cost);
+    }
+    m_zarvela.Close();
+    PrintRatio(QStringLiteral("hand-off: the running window asks for it"), Median(libraries.milliseconds),
+               Median(zarvela.milliseconds), "ms", HandOffLimit);
   }
 
   TPageServer m_server;

@@ -10,16 +10,11 @@ TPageServer::TPageServer() {
 
 void TPageServer::BeginRun() {
   ++m_run;
-  m_loaded.clear();
-  m_painted.clear();
+  m_reports = {};
 }
 
 QString TPageServer::Address(int number) const {
   return QStringLiteral("http://127.0.0.1:%1/%2/%3/page").arg(serverPort()).arg(m_run).arg(number);
-}
-
-int TPageServer::Count(TReport report) const {
-  return int(report == TReport::Loaded ? m_loaded.size() : m_painted.size());
 }
 
 void TPageServer::Serve() {
@@ -43,18 +38,23 @@ void TPageServer::Answer(QTcpSocket *socket, const QString &path) {
   QByteArray body;
   if (ofThisRun && parts[3] == u"page") {
     body = Page(path.chopped(4), number);
+    Note(TReport::Requested, number);
   } else if (ofThisRun && parts[3] == u"loaded") {
-    m_loaded.insert(number);
+    Note(TReport::Loaded, number);
   } else if (ofThisRun && parts[3].startsWith(u"painted-")) {
-    m_painted.insert(number);
     m_viewport = QSize(parts[3].section(u'-', 1, 1).toInt(), parts[3].section(u'-', 2, 2).toInt());
+    Note(TReport::Painted, number);
   } else {
     status = "404 Not Found";
   }
   socket->write("HTTP/1.1 " + status + "\r\nContent-Type: text/html; charset=utf-8\r\nCache-Control: no-store\r\n" +
                 "Content-Length: " + QByteArray::number(body.size()) + "\r\nConnection: close\r\n\r\n" + body);
   socket->disconnectFromHost();
-  if (body.isEmpty()) Q_EMIT Reported();
+}
+
+void TPageServer::Note(TReport report, int number) {
+  m_reports[size_t(report)].insert(number);
+  Q_EMIT Reported();
 }
 
 QByteArray TPageServer::Page(const QString &place, int number) {

@@ -9,6 +9,12 @@
 
 #include "process_tree.h"
 
+void Pause(int milliseconds) {
+  QEventLoop loop;
+  QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+  loop.exec();
+}
+
 namespace {
 
 constexpr int ReportTimeout = 90'000;  // milliseconds
@@ -16,12 +22,6 @@ constexpr int EndTimeout = 10'000;
 constexpr int MemoryPause = 500;       // between two looks at the memory
 constexpr int MemoryLooks = 20;
 constexpr double MemoryStill = 0.005;  // Two looks that differ by less than this share are the same.
-
-void Pause(int milliseconds) {
-  QEventLoop loop;
-  QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
-  loop.exec();
-}
 
 void MeasureMemory(qint64 process, TCost &cost) {
   double last = 0;
@@ -63,6 +63,8 @@ TSubject::TSubject(const QString &name, const QString &program) : m_name(name), 
   }
 }
 
+TSubject::~TSubject() { Close(); }
+
 QString TSubject::RegistryFile() const { return m_folder.filePath(QStringLiteral("config/zarvela/registry.sqlite")); }
 
 QProcessEnvironment TSubject::Environment() const {
@@ -77,44 +79,90 @@ QProcessEnvironment TSubject::Environment() const {
   return environment;
 }
 
-TCost TSubject::Start(const QStringList &arguments, TPageServer &server, int pages, TPageServer::TReport report,
-                      bool memory) {
-  TCost cost;
-  QProcess process;
+void TSubject::Prepare(QProcess &process) const {
   process.setProcessEnvironment(Environment());
   process.setProcessChannelMode(QProcess::MergedChannels);
+}
 
+TCost TSubject::Measure(TPageServer &server, const TCondition &done, const TAction &begin) {
+  TCost cost;
   QEventLoop loop;
   QTimer timeout;
   timeout.setSingleShot(true);
   QObject::connect(&timeout, &QTimer::timeout, &loop, &QEventLoop::quit);
-  QObject::connect(&process, &QProcess::finished, &loop, &QEventLoop::quit);
-  QObject::connect(&process, &QProcess::errorOccurred, &loop, &QEventLoop::quit);
+  QObject::connect(m_running.get(), &QProcess::finished, &loop, &QEventLoop::quit);
+  QObject::connect(m_running.get(), &QProcess::errorOccurred, &loop, &QEventLoop::quit);
   QObject::connect(&server, &TPageServer::Reported, &loop, [&] {
-    if (server.Count(report) >= pages) loop.quit();
+    if (done()) loop.quit();
   });
 
   QElapsedTimer clock;
   clock.start();
-  process.start(m_program, arguments);
+  begin();
   timeout.start(ReportTimeout);
   loop.exec();
   cost.milliseconds = double(clock.nsecsElapsed()) / 1e6;
-
-  if (const int reported = server.Count(report); reported < pages) {
-    cost.trouble = Trouble(QStringLiteral("%1: %2 of %3 pages reported").arg(m_name).arg(reported).arg(pages), process);
-  } else if (memory) {
-    MeasureMemory(process.processId(), cost);
-  }
-  End(process);
+  if (!done()) cost.trouble = Trouble(m_name + QLatin1String(": not all pages reported"), *m_running);
   return cost;
+}
+
+TCost TSubject::Start(const QStringList &arguments, TPageServer &server, int pages, TPageServer::TReport report,
+                      bool memory) {
+  Close();
+  m_running = std::make_unique<QProcess>();
+  Prepare(*m_running);
+  TCost cost = Measure(
+      server, [&] { return server.Count(report) >= pages; }, [&] { m_running->start(m_program, arguments); });
+  if (!cost.trouble.isEmpty()) {
+    cost.trouble.prepend(QStringLiteral("%1 of %2: ").arg(server.Count(report)).arg(pages));
+  } else if (memory) {
+    MeasureMemory(m_running->processId(), cost);
+  }
+  Close();
+  return cost;
+}
+
+TCost TSubject::Open(const QStringList &arguments, TPageServer &server, int page, TPageServer::TReport report) {
+  Close();
+  m_running = std::make_unique<QProcess>();
+  Prepare(*m_running);
+  return Measure(
+      server, [&] { return server.Has(report, page); }, [&] { m_running->start(m_program, arguments); });
+}
+
+TCost TSubject::Tell(const QByteArray &text, TPageServer &server, int page, TPageServer::TReport report) {
+  return Measure(
+      server, [&] { return server.Has(report, page); }, [&] { m_running->write(text); });
+}
+
+TCost TSubject::HandOver(const QStringList &texts, TPageServer &server, int page, TPageServer::TReport report) {
+  QProcess sender;
+  Prepare(sender);
+  qsizetype next = 0;
+  const auto send = [&] {
+    if (next < texts.size()) sender.start(m_program, {texts[next++]});
+  };
+  QObject::connect(&sender, &QProcess::finished, &sender, send);
+  TCost cost = Measure(
+      server, [&] { return server.Has(report, page); }, send);
+  if (sender.state() != QProcess::NotRunning) sender.waitForFinished(EndTimeout);
+  if (cost.trouble.isEmpty() && (sender.state() != QProcess::NotRunning || sender.exitCode() != 0)) {
+    cost.trouble = Trouble(m_name + QLatin1String(": the second start"), sender);
+  }
+  End(sender);
+  return cost;
+}
+
+void TSubject::Close() {
+  if (!m_running) return;
+  End(*m_running);
+  m_running.reset();
 }
 
 TCost TSubject::RunToEnd(const QStringList &arguments) {
   TCost cost;
   QProcess process;
-  process.setProcessEnvironment(Environment());
-  process.setProcessChannelMode(QProcess::MergedChannels);
+  Prepare(process);
   QElapsedTimer clock;
   clock.start();
   process.start(m_program, arguments);

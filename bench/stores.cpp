@@ -1,0 +1,197 @@
+// Measures what is looked up while the user types or a page opens a window, with far more data than anybody has.
+//   bench_stores folder    keeps the filled history in this folder, for the next time
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "groups/popup_patterns.h"
+#include "platform/history_store.h"
+#include "table.h"
+
+namespace {
+
+constexpr int Repeats = 15;
+
+constexpr int Visits = 1'000'000;
+constexpr int VisitsAtOnce = 20'000;
+constexpr int FlushTries = 120;          // each waits a second at the most
+constexpr int Suggestions = 12;          // as many as the address bar offers
+constexpr double CompletionLimit = 30;   // milliseconds
+
+constexpr std::array PatternCounts{10, 1'000, 100'000};
+constexpr int TestsAtOnce = 200;
+
+// The median time of one call of `work`, in milliseconds.
+template <typename TWork>
+double Time(int callsAtOnce, TWork work) {
+  std::vector<double> milliseconds;
+  for (int repeat = 0; repeat < Repeats; ++repeat) {
+    QElapsedTimer clock;
+    clock.start();
+    for (int call = 0; call < callsAtOnce; ++call) work();
+    milliseconds.push_back(double(clock.nsecsElapsed()) / 1e6 / callsAtOnce);
+  }
+  return Median(milliseconds);
+}
+
+// Words in a fixed but scattered order, some far more often than others.
+QString Word(quint32 number) {
+  static constexpr std::array Syllables{"ka", "lo", "mi", "ren", "tu", "sol", "ver", "an", "do", "pe",
+                                 "gri", "ba", "nu", "fe", "xi", "hol"};
+  number = number * 2'654'435'761U >> 8;
+  // The smaller of two draws: the first syllables are in many words.
+  const auto draw = [&number] {
+    const quint32 a = number % 16;
+    const quint32 b = number / 16 % 16;
+    number = number / 5 + 977;
+    return QLatin1String(Syllables[std::min(a, b)]);
+  };
+  const QString first = draw();
+  const QString second = draw();
+  return first + second + draw();
+}
+
+class THistoryBench final {
+ public:
+  explicit THistoryBench(const QString &folder) : m_file(folder + QStringLiteral("/history-1000000.sqlite")) {}
+
+  bool Run() {
+    if (!IsFilled() && !Fill()) {
+      std::fprintf(stderr, "bench: %s could not be filled\n", qPrintable(m_file));
+      return false;
+    }
+    struct TQuery {
+      const char *name;
+      const char *text;
+      bool isFound;
+    };
+    constexpr std::array Queries{
+        TQuery{"1 character", "k", true},
+        TQuery{"1 rare character", "q", false},
+        TQuery{"3 characters", "kal", true},
+        TQuery{"8 characters", "page4711", true},
+        TQuery{"8 characters of many pages", "example1", true},
+        TQuery{"two words", "kaka lo", true},
+        TQuery{"two words that never meet", "page4711 page4712", false},
+        TQuery{"beginning of every address", "https://www.", true},
+        TQuery{"a whole address", "www.kakaka0.example/page0", true},
+        TQuery{"no match", "zzyzx", false},
+        TQuery{"no match for the second word", "kaka zzyzx", false},
+    };
+    const THistoryStore store(m_file);
+    double slowest = 0;
+    const char *slowestName = "";
+    for (const TQuery &query : Queries) {
+      const QString text = QString::fromLatin1(query.text);
+      const double median = Time(1, [&] { m_found = store.Search(text, Suggestions).size(); });
+      if (median > slowest) {
+        slowest = median;
+        slowestName = query.name;
+      }
+      std::printf("  %-30s %8.2f ms %4d found\n", query.name, median, int(m_found));
+    }
+    return PrintValue(QStringLiteral("completion, 1000000 visits: %1").arg(QLatin1String(slowestName)), slowest, "ms",
+                      CompletionLimit);
+  }
+
+ private:
+  bool IsFilled() const { return QFile::exists(m_file) && THistoryStore(m_file).Count() == Visits; }
+
+  bool Fill() {
+    std::fprintf(stderr, "bench: filling a history with %d visits, once\n", Visits);
+    const QString unfinished = m_file + QStringLiteral(".new");
+    for (const char *ending : {"", "-wal", "-shm"}) QFile::remove(unfinished + QLatin1String(ending));
+    {
+      THistoryStore store(unfinished);
+      const QDateTime first = QDateTime::fromSecsSinceEpoch(1'600'000'000);
+      for (int visit = 0; visit < Visits; ++visit) {
+        const quint32 number = quint32(visit);
+        const QString address = QStringLiteral("https://www.%1%2.example/page%3")
+                                    .arg(Word(number / 50)).arg(number / 50 % 400).arg(number);
+        const QString title = QStringLiteral("%1 %2 %3").arg(Word(number * 3), Word(number * 7), Word(number * 11));
+        // Few pages are visited often.
+        const int count = visit % 100 == 0 ? 1 + visit / 100 % 9 : 1;
+        for (int again = 0; again < count; ++again) store.AddVisit(address, title, first.addSecs(visit + again));
+        if (visit % VisitsAtOnce == VisitsAtOnce - 1 && !Written(store)) return false;
+      }
+      if (!Written(store)) return false;
+    }
+    QFile::remove(m_file);
+    return QFile::rename(unfinished, m_file) && IsFilled();
+  }
+
+  static bool Written(THistoryStore &store) {
+    for (int tries = 0; tries < FlushTries; ++tries) {
+      if (store.Flush()) return true;
+    }
+    return false;
+  }
+
+  QString m_file;
+  qsizetype m_found = 0;
+};
+
+// A list as it grows over years: sites, sites with a star for their servers, and parts of addresses.
+QStringList PopupPatterns(int count) {
+  QStringList patterns;
+  for (int i = 0; i < count; ++i) {
+    switch (i % 4) {
+      case 0: patterns += QStringLiteral("http://ads%1.example/").arg(i); break;
+      case 1: patterns += QStringLiteral("https://*.banner%1.example/*").arg(i); break;
+      case 2: patterns += QStringLiteral("http*://*/popup?%1/*").arg(i); break;
+      default: patterns += QStringLiteral("https://www.site%1.example/offers/").arg(i); break;
+    }
+  }
+  return patterns;
+}
+
+bool PopupTest() {
+  bool isGood = true;
+  for (const int count : PatternCounts) {
+    TPopupPatterns list;
+    list.Set(PopupPatterns(count));
+    struct TAddress {
+      QString text;
+      int match;
+    };
+    const int last = count - count % 4;   // a multiple of 4, so that what is added tells the kind of pattern
+    const TAddress addresses[] = {
+        {QStringLiteral("https://www.nowhere.example/news/index.html"), -1},
+        {QStringLiteral("http://ads%1.example/show?id=7").arg(last - 4), last - 4},
+        {QStringLiteral("https://cdn7.banner%1.example/now").arg(last - 3), last - 3},
+        {QStringLiteral("https://cdn7.banner.example/now"), -1},
+        {QStringLiteral("https://cdn7.other.example/popup/%1/show").arg(last - 2), last - 2},
+        {QStringLiteral("https://www.site%1.example/prices/").arg(last - 1), -1},
+        {QStringLiteral("https://www.long.example/popup?") + QString(2000, u'x'), -1},
+    };
+    double slowest = 0;
+    for (const TAddress &address : addresses) {
+      int match = -1;
+      slowest = std::max(slowest, Time(TestsAtOnce, [&] { match = list.FirstMatch(address.text); }));
+      if (match == address.match) continue;
+      std::fprintf(stderr, "bench: pattern %d instead of %d stopped %s\n", match, address.match,
+                   qPrintable(address.text.left(80)));
+      isGood = false;
+    }
+    PrintValue(QStringLiteral("pop-up test, %1 patterns").arg(count), slowest * 1000, "us", 0);
+  }
+  return isGood;
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  QCoreApplication application(argc, argv);
+  if (argc != 2) {
+    std::fprintf(stderr, "usage: bench_stores folder\n");
+    return 2;
+  }
+  std::printf("\nMedians of %d times, the slowest of several questions.\n\n", Repeats);
+  const bool patternsAreGood = PopupTest();
+  const bool historyIsGood = THistoryBench(QString::fromLocal8Bit(argv[1])).Run();
+  return patternsAreGood && historyIsGood ? 0 : 1;
+}
