@@ -100,9 +100,11 @@ void TfrmSearchEngine::OpenEditArea(const QString &title, const QString &locatio
   m_ui->txtUrl->setText(location);
   m_ui->cmdUrlInsert->setText(acceptText);
   m_ui->cmdUrlInsert->setDefault(true);
-  m_editHeight = m_ui->grpEdit->sizeHint().height() + layout()->spacing();
+  const int before = height();
   m_ui->grpEdit->show();
-  resize(width(), height() + m_editHeight);
+  layout()->activate();
+  resize(width(), before + m_ui->grpEdit->sizeHint().height() + layout()->spacing());
+  m_editHeight = height() - before;
   m_ui->txtTitle->setFocus();
   m_ui->txtTitle->selectAll();
 }
@@ -143,6 +145,7 @@ void TfrmSearchEngine::cmdUrlCancelClick() {
   m_edited = -1;
   m_ui->grpEdit->hide();
   m_ui->cmdOk->setDefault(true);
+  layout()->activate();   // The room that the area took is free from here on.
   resize(width(), height() - m_editHeight);
   UpdateButtons();
   m_ui->lstEngines->setFocus();

@@ -1,0 +1,302 @@
+#include <QAction>
+#include <QApplication>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTreeWidget>
+
+#include "config/language.h"
+#include "config/settings_table.h"
+#include "platform/program_folders.h"
+#include "platform/registry_store.h"
+#include "search/quick_search.h"
+#include "search/search_engine_dialog.h"
+#include "search/search_lists.h"
+#include "support/modal_dialogs.h"
+
+// The lists of named addresses: how they are stored, the dialog that changes them, the menus made of them.
+class TestSearchLists final : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
+  void init();
+
+  void SavesAsItStands();
+  void ExamplesComeOnce();
+  void ExamplesAreSound();
+  void DialogRefuses_data();
+  void DialogRefuses();
+  void DialogEdits();
+  void DialogMoves();
+  void EscapeGivesUpTheEntryFirst();
+  void OrganizeSavesOrNot_data();
+  void OrganizeSavesOrNot();
+  void Menus();
+
+ private:
+  [[nodiscard]] QStringList Stored(const char *key) const {
+    QStringList lines;
+    for (const TRegistryValue &value : m_store->Values(TRegistryHive::CurrentUser, key)) {
+      lines.append(value.name + u'=' + value.data);
+    }
+    return lines;
+  }
+  template <typename T>
+  [[nodiscard]] static T &Part(const QDialog &dialog, const char *name) {
+    return *dialog.findChild<T *>(QLatin1String(name));
+  }
+  static void Click(const QDialog &dialog, const char *name) { Part<QPushButton>(dialog, name).click(); }
+  static void Fill(const QDialog &dialog, const QString &title, const QString &location) {
+    Part<QLineEdit>(dialog, "txtTitle").setText(title);
+    Part<QLineEdit>(dialog, "txtUrl").setText(location);
+    Click(dialog, "cmdUrlInsert");
+  }
+  static void Select(const QDialog &dialog, int row) {
+    auto &list = Part<QTreeWidget>(dialog, "lstEngines");
+    list.setCurrentItem(list.topLevelItem(row));
+  }
+
+  TLanguage m_language;
+  std::unique_ptr<QTemporaryDir> m_folder;
+  std::unique_ptr<TRegistryStore> m_store;
+};
+
+void TestSearchLists::init() {
+  m_store.reset();
+  m_folder = std::make_unique<QTemporaryDir>();
+  m_store = std::make_unique<TRegistryStore>(m_folder->filePath("registry.sqlite"));
+}
+
+void TestSearchLists::SavesAsItStands() {
+  TSearchLists lists(m_language, *m_store, nullptr);
+  lists.Save(TSearchList::SearchEngines, {"B & b=http://b.example/?x=1", "a=http://a.example/", "odd=title=rest",
+                                          "A=http://later.example/"});
+  const QStringList kept = {"B & b=http://b.example/?x=1", "a=http://later.example/", "odd=title=rest"};
+  QCOMPARE(Stored(RegistryKey::SearchEngines), kept);
+  QCOMPARE(lists.Load(TSearchList::SearchEngines), kept);
+  QCOMPARE(m_store->Read(TRegistryHive::CurrentUser, RegistryKey::SearchEngines, "odd"), QString("title=rest"));
+  lists.Save(TSearchList::SearchEngines, {"z=http://z.example/"});
+  QCOMPARE(Stored(RegistryKey::SearchEngines), QStringList("z=http://z.example/"));
+  QVERIFY(lists.Load(TSearchList::SearchBar).isEmpty());
+  QVERIFY(!m_store->KeyExists(TRegistryHive::CurrentUser, RegistryKey::SearchBar));
+}
+
+void TestSearchLists::ExamplesComeOnce() {
+  {
+    TSearchLists first(m_language, *m_store, nullptr);
+    QVERIFY(!first.QuickSearches().isEmpty());
+    QCOMPARE(Stored(RegistryKey::QuickSearch), first.QuickSearches());
+    QVERIFY(first.Load(TSearchList::SearchEngines).isEmpty());
+    first.Save(TSearchList::QuickSearch, {});
+  }
+  QVERIFY(m_store->KeyExists(TRegistryHive::CurrentUser, RegistryKey::QuickSearch));
+  const TSearchLists again(m_language, *m_store, nullptr);
+  QVERIFY(again.QuickSearches().isEmpty());
+
+  // Any list at all means that this is no first start.
+  init();
+  m_store->CreateKey(TRegistryHive::CurrentUser, RegistryKey::SearchBar);
+  QVERIFY(TSearchLists(m_language, *m_store, nullptr).QuickSearches().isEmpty());
+
+  // The user's own file wins over the shipped one.
+  init();
+  QVERIFY(ProgramFolders::Make(ProgramFolders::UserData()));
+  QFile own(ProgramFolders::UserData() + "/searches.ini");
+  QVERIFY(own.open(QIODevice::WriteOnly) && own.write("[QuickSearch]\nmine=http://mine.example/%s\n") > 0);
+  own.close();
+  QCOMPARE(TSearchLists(m_language, *m_store, nullptr).QuickSearches(), QStringList("mine=http://mine.example/%s"));
+  QVERIFY(own.remove());
+}
+
+void TestSearchLists::ExamplesAreSound() {
+  const TSearchLists lists(m_language, *m_store, nullptr);
+  for (const QString &line : lists.QuickSearches()) {
+    const TQuickSearch found = TQuickSearch::Of(line.section('=', 0, 0) + " word", lists.QuickSearches());
+    QVERIFY2(found.kind == TQuickSearch::TKind::Address && found.address.contains("word"), qPrintable(line));
+  }
+}
+
+void TestSearchLists::DialogRefuses_data() {
+  QTest::addColumn<TSearchList>("list");
+  QTest::addColumn<QString>("title");
+  QTest::addColumn<QString>("location");
+  QTest::addColumn<QStringList>("lines");
+  QTest::newRow("keyword of two words") << TSearchList::QuickSearch << "two words" << "http://a/" << QStringList();
+  QTest::newRow("title of two words") << TSearchList::SearchEngines << "two words" << "http://a/"
+                                      << QStringList("two words=http://a/");
+  QTest::newRow("panel page of two words") << TSearchList::SearchBar << "two words" << "http://a/"
+                                           << QStringList("two words=http://a/");
+  QTest::newRow("trimmed") << TSearchList::QuickSearch << " g " << " http://a/%s " << QStringList("g=http://a/%s");
+  QTest::newRow("no title") << TSearchList::SearchEngines << "  " << "http://a/" << QStringList();
+  QTest::newRow("no location") << TSearchList::SearchEngines << "a" << "  " << QStringList();
+}
+
+void TestSearchLists::DialogRefuses() {
+  QFETCH(TSearchList, list);
+  QFETCH(QString, title);
+  QFETCH(QString, location);
+  QFETCH(QStringList, lines);
+  TfrmSearchEngine dialog(m_language, list, {});
+  dialog.show();
+  Click(dialog, "cmdInsert");
+  Fill(dialog, title, location);
+  QCOMPARE(dialog.Lines(), lines);
+  QCOMPARE(Part<QWidget>(dialog, "grpEdit").isVisible(), lines.isEmpty());
+  // The trimmed text is also what stands in the fields.
+  QCOMPARE(Part<QLineEdit>(dialog, "txtTitle").text(), title.trimmed());
+  QCOMPARE(Part<QLineEdit>(dialog, "txtUrl").text(), location.trimmed());
+}
+
+void TestSearchLists::DialogEdits() {
+  TfrmSearchEngine dialog(m_language, TSearchList::SearchEngines, {"a=http://a/?x=1", "b=http://b/"});
+  dialog.show();
+  QCOMPARE(dialog.windowTitle(), "Organize search engines");
+  const int height = dialog.height();
+  const auto enabled = [&] {
+    QStringList names;
+    for (const char *name : {"cmdInsert", "cmdUpdate", "cmdDelete", "cmdUp", "cmdDown"}) {
+      if (Part<QPushButton>(dialog, name).isEnabled()) names.append(name);
+    }
+    return names;
+  };
+  const QStringList all = {"cmdInsert", "cmdUpdate", "cmdDelete", "cmdUp", "cmdDown"};
+  Part<QTreeWidget>(dialog, "lstEngines").clearSelection();
+  QCOMPARE(enabled(), QStringList("cmdInsert"));
+  Select(dialog, 0);
+  QCOMPARE(enabled(), all);
+
+  Click(dialog, "cmdUpdate");
+  QCOMPARE(enabled(), QStringList());
+  QVERIFY(dialog.height() > height);
+  QCOMPARE(Part<QPushButton>(dialog, "cmdUrlInsert").text(), m_language.Global("Update"));
+  QCOMPARE(Part<QLineEdit>(dialog, "txtUrl").text(), "http://a/?x=1");
+  // The entry that is changed is the one from before, whatever is selected by now.
+  Select(dialog, 1);
+  Fill(dialog, "new a", "http://new/");
+  QCOMPARE(dialog.Lines(), QStringList({"new a=http://new/", "b=http://b/"}));
+  QCOMPARE(dialog.height(), height);
+
+  Click(dialog, "cmdInsert");
+  QCOMPARE(Part<QPushButton>(dialog, "cmdUrlInsert").text(), m_language.Global("Insert"));
+  QCOMPARE(Part<QLineEdit>(dialog, "txtTitle").text(), "");
+  Fill(dialog, "c", "http://c/");
+  Click(dialog, "cmdInsert");
+  Part<QLineEdit>(dialog, "txtTitle").setText("given up");
+  Click(dialog, "cmdUrlCancel");
+  Select(dialog, 1);
+  Click(dialog, "cmdDelete");
+  QCOMPARE(dialog.Lines(), QStringList({"new a=http://new/", "c=http://c/"}));
+}
+
+void TestSearchLists::DialogMoves() {
+  TfrmSearchEngine dialog(m_language, TSearchList::SearchBar, {"a=1", "b=2", "c=3"});
+  dialog.show();
+  Select(dialog, 2);
+  Click(dialog, "cmdUp");
+  QCOMPARE(dialog.Lines(), QStringList({"a=1", "c=3", "b=2"}));
+  Click(dialog, "cmdUp");
+  Click(dialog, "cmdUp");
+  QCOMPARE(dialog.Lines(), QStringList({"c=3", "a=1", "b=2"}));
+  Click(dialog, "cmdDown");
+  Click(dialog, "cmdDown");
+  Click(dialog, "cmdDown");
+  QCOMPARE(dialog.Lines(), QStringList({"a=1", "b=2", "c=3"}));
+}
+
+void TestSearchLists::EscapeGivesUpTheEntryFirst() {
+  TfrmSearchEngine dialog(m_language, TSearchList::QuickSearch, {"a=1"});
+  dialog.show();
+  QVERIFY(Part<QLabel>(dialog, "lblNote").isVisible());
+  Click(dialog, "cmdInsert");
+  QTest::keyClick(&Part<QLineEdit>(dialog, "txtTitle"), Qt::Key_Escape);
+  QVERIFY(dialog.isVisible());
+  QVERIFY(!Part<QWidget>(dialog, "grpEdit").isVisible());
+  QTest::keyClick(&dialog, Qt::Key_Escape);
+  QVERIFY(!dialog.isVisible());
+  // Enter takes the entry, not the dialog.
+  dialog.show();
+  Click(dialog, "cmdInsert");
+  Part<QLineEdit>(dialog, "txtTitle").setText("b");
+  Part<QLineEdit>(dialog, "txtUrl").setText("2");
+  QTest::keyClick(&Part<QLineEdit>(dialog, "txtUrl"), Qt::Key_Return);
+  QVERIFY(dialog.isVisible());
+  QCOMPARE(dialog.Lines(), QStringList({"a=1", "b=2"}));
+  QTest::keyClick(&dialog, Qt::Key_Return);
+  QCOMPARE(dialog.result(), int(QDialog::Accepted));
+}
+
+void TestSearchLists::OrganizeSavesOrNot_data() {
+  QTest::addColumn<TSearchList>("list");
+  QTest::addColumn<QByteArray>("button");
+  for (const auto &[name, list] : {std::pair("bar", TSearchList::SearchBar), std::pair("engines", TSearchList::SearchEngines),
+                                   std::pair("quick", TSearchList::QuickSearch)}) {
+    QTest::newRow(qPrintable(QString("ok, ") + name)) << list << QByteArray("cmdOk");
+    QTest::newRow(qPrintable(QString("cancel, ") + name)) << list << QByteArray("cmdCancel");
+  }
+}
+
+void TestSearchLists::OrganizeSavesOrNot() {
+  QFETCH(TSearchList, list);
+  QFETCH(QByteArray, button);
+  TSearchLists lists(m_language, *m_store, nullptr);
+  lists.Save(list, {"a=1", "b=2"});
+  OnModalDialog<TfrmSearchEngine>([&](TfrmSearchEngine &dialog) {
+    Select(dialog, 1);
+    Click(dialog, "cmdUp");
+    Click(dialog, button);
+  });
+  const bool saved = lists.Organize(list);
+  QCOMPARE(saved, button == "cmdOk");
+  const QStringList expected = saved ? QStringList{"b=2", "a=1"} : QStringList{"a=1", "b=2"};
+  QCOMPARE(lists.Load(list), expected);
+  if (list == TSearchList::QuickSearch) QCOMPARE(lists.QuickSearches(), expected);
+}
+
+void TestSearchLists::Menus() {
+  TSearchLists lists(m_language, *m_store, nullptr);
+  lists.Save(TSearchList::SearchEngines, {"Tom & co=http://tom.example/?a=1", "b=http://b.example/"});
+  QMenu engines;
+  lists.FillMenu(&engines);
+  QCOMPARE(engines.actions().size(), 4);
+  QVERIFY(engines.actions().at(1)->isSeparator());
+  QCOMPARE(engines.actions().at(2)->text(), "Tom && co");
+  QCOMPARE(engines.actions().at(2)->toolTip(), "http://tom.example/?a=1");
+  QCOMPARE(lists.DefaultSearchPage(), "http://tom.example/?a=1");
+  QSignalSpy chosen(&lists, &TSearchLists::EngineChosen);
+  engines.actions().at(2)->trigger();
+  QCOMPARE(chosen.value(0).value(0).toString(), "http://tom.example/?a=1");
+
+  QMenu pages;
+  for (int i = 0; i < 3; ++i) pages.addAction("fixed");
+  lists.Save(TSearchList::SearchBar, {"panel=http://panel.example/"});
+  lists.FillSearchBarMenu(&pages);
+  QCOMPARE(pages.actions().size(), 4);
+  QCOMPARE(lists.DefaultSearchPage(), "http://panel.example/");
+  QSignalSpy pageChosen(&lists, &TSearchLists::SearchPageChosen);
+  pages.actions().at(3)->trigger();
+  QCOMPARE(pageChosen.value(0).value(0).toString(), "http://panel.example/");
+  QCOMPARE(chosen.size(), 1);
+
+  OnModalDialog<TfrmSearchEngine>([&](TfrmSearchEngine &dialog) {
+    Select(dialog, 0);
+    Click(dialog, "cmdDelete");
+    Click(dialog, "cmdOk");
+  });
+  engines.actions().at(0)->trigger();
+  QCOMPARE(engines.actions().size(), 3);
+  QCOMPARE(lists.DefaultSearchPage(), "http://b.example/");
+  // Another process has emptied the list: the menu is fresh when it opens.
+  lists.Save(TSearchList::SearchEngines, {});
+  Q_EMIT engines.aboutToShow();
+  QCOMPARE(engines.actions().size(), 2);
+  QCOMPARE(pages.actions().size(), 4);
+}
+
+QTEST_MAIN(TestSearchLists)
+#include "test_search_lists.moc"
