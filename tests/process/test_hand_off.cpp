@@ -120,6 +120,8 @@ void TestHandOff::SecondStart_data() {
   QTest::newRow("an address") << QStringList{address} << true;
   QTest::newRow("only the first of several") << QStringList{address, QStringLiteral("--new")} << true;
   QTest::newRow("a file of its own folder") << QStringList{QStringLiteral("a page.html")} << true;
+  QTest::newRow("a page group") << QStringList{QStringLiteral("set.hgp")} << true;
+  QTest::newRow("a group's name in capitals is no group") << QStringList{QStringLiteral("set.HGP")} << false;
   QTest::newRow("nothing") << QStringList{} << false;
 }
 
@@ -128,10 +130,15 @@ void TestHandOff::SecondStart() {
   QFETCH(bool, opens);
   const QString folder = m_home + QStringLiteral("/tmp/elsewhere");
   QVERIFY(QDir().mkpath(folder));
-  QFile file(folder + QStringLiteral("/a page.html"));
-  QVERIFY(file.open(QIODevice::WriteOnly));
-  file.write("<script>location = '" + Url(1).toUtf8() + "'</script>");
-  file.close();
+  const auto put = [&folder](const QString &name, const QByteArray &contents) {
+    QFile file(folder + u'/' + name);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(contents);
+  };
+  put(QStringLiteral("a page.html"), "<script>location = '" + Url(1).toUtf8() + "'</script>");
+  for (const char *name : {"set.hgp", "set.HGP"}) {
+    put(QString::fromLatin1(name), "[HalvexGroup]\nblank1=" + Url(1).toUtf8() + "\n");
+  }
   const auto first = StartFirst();
   for (QString &argument : arguments) argument.replace(QStringLiteral("%1"), Url(1));
   const auto second = Start(arguments, folder);
