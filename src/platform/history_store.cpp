@@ -26,7 +26,7 @@ constexpr qsizetype MostWaiting = 10000;
 
 // How many pages are looked through at each keystroke.
 constexpr int MostUsedLookedAt = 1000;
-constexpr int FoundLookedAt = 2000;
+constexpr int FoundLookedAt = 1000;
 constexpr int NewestLookedAt = 5000;
 
 // Pages from all over the history tell how common a word is. The index is asked for words that are rarer than this

@@ -46,7 +46,7 @@ class THistoryStore final {
 
   // Pages that match `text` (see VisitWords), the most visited first, then the latest. An empty text finds nothing.
   // Bounded work, for each keystroke: the most visited pages are looked through first. Of the rest, those count that
-  // hold the query's rarest word, the newest few thousand of them; where all its words are common, the newest pages.
+  // hold the query's rarest word, the newest thousand of them; where all its words are common, the newest pages.
   [[nodiscard]] QList<TVisitedPage> Search(const QString &text, int limit) const;
   [[nodiscard]] std::optional<TVisitedPage> Find(const QString &address) const;
   [[nodiscard]] qint64 Count() const;
