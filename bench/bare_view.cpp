@@ -2,13 +2,13 @@
 //   bare_view address...
 //   bare_view --more address     opens, in addition, the addresses of each line that comes on the standard input
 
+#include <unistd.h>
 #include <QApplication>
 #include <QFile>
 #include <QSocketNotifier>
 #include <QStackedWidget>
 #include <QUrl>
 #include <QWebEngineView>
-#include <unistd.h>
 
 namespace {
 

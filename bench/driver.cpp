@@ -1,14 +1,14 @@
 // Measures the program against a bare engine view built in the same tree, in one run, and prints ratios.
 //   bench_driver [--bare-only] [--rounds N]
 
+#include <algorithm>
+#include <array>
+#include <cstdio>
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QSize>
-#include <algorithm>
-#include <array>
-#include <cstdio>
 #include <vector>
 
 #include "config/options.h"
@@ -156,10 +156,11 @@ class TBench final {
       restored.Add(restoredCost);
     }
     const double bareMedian = Median(bare.milliseconds);
-    PrintRatio(QStringLiteral("first page painted, from an address"), bareMedian, Median(withAddress.milliseconds), "ms",
-        FirstPageLimit);
+    PrintRatio(QStringLiteral("first page painted, from an address"), bareMedian, Median(withAddress.milliseconds),
+               "ms", FirstPageLimit);
     if (m_bareOnly) return;
-    PrintRatio(QStringLiteral("first page painted, restored"), bareMedian, Median(restored.milliseconds), "ms", FirstPageLimit);
+    PrintRatio(QStringLiteral("first page painted, restored"), bareMedian, Median(restored.milliseconds), "ms",
+               FirstPageLimit);
   }
 
   static void PrintViewports(QSize bare, QSize zarvela) {
@@ -201,9 +202,9 @@ class TBench final {
   static void PrintTabs(int pages, const TSeries &bare, const TSeries &zarvela) {
     const QString tabs = QStringLiteral("%1 tab%2: ").arg(pages).arg(QLatin1String(pages == 1 ? "" : "s"));
     PrintRatio(tabs + QLatin1String("all loaded"), Median(bare.milliseconds), Median(zarvela.milliseconds), "ms",
-        pages == 1 ? FirstPageLimit : TabLimit);
+               pages == 1 ? FirstPageLimit : TabLimit);
     PrintRatio(tabs + QStringLiteral("memory in all (%1/%2 processes)").arg(bare.processes).arg(zarvela.processes),
-        Median(bare.mebibytes), Median(zarvela.mebibytes), "MiB", TabLimit);
+               Median(bare.mebibytes), Median(zarvela.mebibytes), "MiB", TabLimit);
   }
 
   static void PrintEachFurther(int pages, const TSeries &bare, const TSeries &zarvela, const TSeries &firstBare,
@@ -213,9 +214,9 @@ class TBench final {
     };
     const QString tabs = QStringLiteral("%1 tabs: ").arg(pages);
     PrintRatio(tabs + QLatin1String("each further one"), further(bare.milliseconds, firstBare.milliseconds),
-        further(zarvela.milliseconds, firstZarvela.milliseconds), "ms", TabLimit);
+               further(zarvela.milliseconds, firstZarvela.milliseconds), "ms", TabLimit);
     PrintRatio(tabs + QLatin1String("memory of each further one"), further(bare.mebibytes, firstBare.mebibytes),
-        further(zarvela.mebibytes, firstZarvela.mebibytes), "MiB", TabLimit);
+               further(zarvela.mebibytes, firstZarvela.mebibytes), "MiB", TabLimit);
   }
 
   static void PrintGroup(const TSeries &bare, const TSeries &group) {
@@ -224,27 +225,32 @@ class TBench final {
     PrintRatio(name + QLatin1String("memory in all"), Median(bare.mebibytes), Median(group.mebibytes), "MiB", 0);
   }
 
-  // A page group of these addresses; empty, with the reason on stderr, when it cannot be written.
-  QString WriteGroup(const QStringList &addresses) {
-    QFile file(m_zarvela.Folder() + QStringLiteral("/pages.hgp"));
+  QString GroupFile() const { return m_zarvela.Folder() + QStringLiteral("/pages.hgp"); }
+
+  // Only its trouble counts.
+  TCost WriteGroup(const QStringList &addresses) {
+    QFile file(GroupFile());
     QByteArray lines = "[HalvexGroup]\n";
     int number = 0;
     for (const QString &address : addresses) {
       lines += "blank" + QByteArray::number(++number) + '=' + address.toLatin1() + '\n';
     }
-    if (file.open(QFile::WriteOnly) && file.write(lines) == lines.size() && file.flush()) return file.fileName();
-    std::fprintf(stderr, "bench: %s: %s\n", qPrintable(file.fileName()), qPrintable(file.errorString()));
-    m_failed = true;
-    return {};
+    TCost cost;
+    if (!file.open(QFile::WriteOnly) || file.write(lines) != lines.size() || !file.flush()) {
+      cost.trouble = file.fileName() + QStringLiteral(": ") + file.errorString();
+    }
+    return cost;
   }
 
   TCost StartGroup() {
     m_server.BeginRun();
     WriteSettings(QStringLiteral("Last"), {});
-    return m_zarvela.Start({WriteGroup(Addresses(GroupPages))}, m_server, GroupPages, TReport::Loaded, true);
+    if (const TCost written = WriteGroup(Addresses(GroupPages)); !written.trouble.isEmpty()) return written;
+    return m_zarvela.Start({GroupFile()}, m_server, GroupPages, TReport::Loaded, true);
   }
 
   // Page 1 is open; then come the group and, right behind it, one page more. The window answers when it asks for that.
+  // In the end all must have come.
   void GroupHandedOver() {
     TSeries bare;
     TSeries zarvela;
@@ -256,15 +262,14 @@ class TBench final {
       Pause(Calm);
       const QString lines = QStringLiteral("%1\n%2\n").arg(group, m_server.Address(Last));
       const TCost bareCost = m_bare.Tell(lines.toLatin1(), m_server, Last, TReport::Requested);
+      if (!Good(bareCost) || !Good(m_bare.Await(m_server, Last, TReport::Loaded))) return;
       m_bare.Close();
-      if (!Good(bareCost)) return;
       bare.Add(bareCost);
 
-      if (!OpenFirstPage()) return;
-      const QString file = WriteGroup(Addresses(GroupPages + 1).mid(1));
-      const TCost cost = m_zarvela.HandOver({file, m_server.Address(Last)}, m_server, Last, TReport::Requested);
+      if (!OpenFirstPage() || !Good(WriteGroup(Addresses(GroupPages + 1).mid(1)))) return;
+      const TCost cost = m_zarvela.HandOver({GroupFile(), m_server.Address(Last)}, m_server, Last, TReport::Requested);
+      if (!Good(cost) || !Good(m_zarvela.Await(m_server, Last, TReport::Loaded))) return;
       m_zarvela.Close();
-      if (!Good(cost)) return;
       zarvela.Add(cost);
     }
     PrintRatio(QStringLiteral("group of %1 pages: the window answers").arg(GroupPages), Median(bare.milliseconds),

@@ -62,13 +62,15 @@ QByteArray TPageServer::Page(const QString &place, int number) {
                      "<!doctype html><html lang=en><title>Page %1</title><link rel=icon href='data:,'>"
                      "<style>body{font:16px sans-serif;background:hsl(%2 60% 92%)}</style>"
                      "<script>onload=()=>fetch('%3loaded');"
-                     "requestAnimationFrame(()=>requestAnimationFrame(()=>fetch(`%3painted-${innerWidth}-${innerHeight}`)))</script>"
+                     "requestAnimationFrame(()=>requestAnimationFrame(()=>fetch(`%3painted-${innerWidth}-${innerHeight}"
+                     "`)))</script>"
                      "<h1>Page %1</h1>")
                      .arg(number)
                      .arg(number * 47 % 360)
                      .arg(place);
   for (int line = 1; line <= 40; ++line) {
-    page += QStringLiteral("<p>Line %1 of page %2, with a few words to lay out and to paint.</p>").arg(line).arg(number);
+    page +=
+        QStringLiteral("<p>Line %1 of page %2, with a few words to lay out and to paint.</p>").arg(line).arg(number);
   }
   return page.toUtf8();
 }

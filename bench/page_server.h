@@ -1,13 +1,13 @@
 #pragma once
 
+#include <array>
 #include <QSet>
 #include <QSize>
 #include <QString>
 #include <QTcpServer>
-#include <array>
 
-// Serves small pages on 127.0.0.1 and hears from them: that one was requested, and then from the page itself when it has
-// loaded and when it has seen its second animation frame, that is, when its first one is on the screen.
+// Serves small pages on 127.0.0.1 and hears from them: that one was requested, and then from the page itself when it
+// has loaded and when it has seen its second animation frame, that is, when its first one is on the screen.
 class TPageServer final : public QTcpServer {
   Q_OBJECT
 

@@ -1,12 +1,12 @@
 // Measures what is looked up while the user types or a page opens a window, with far more data than anybody has.
 //   bench_stores folder    keeps the filled history in this folder, for the next time
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
-#include <QFile>
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
 
 #include "groups/popup_patterns.h"
 #include "platform/history_store.h"
@@ -18,9 +18,9 @@ constexpr int Repeats = 15;
 
 constexpr int Visits = 1'000'000;
 constexpr int VisitsAtOnce = 20'000;
-constexpr int FlushTries = 120;          // each waits a second at the most
-constexpr int Suggestions = 12;          // as many as the address bar offers
-constexpr double CompletionLimit = 30;   // milliseconds
+constexpr int FlushTries = 120;         // each waits a second at the most
+constexpr int Suggestions = 12;         // as many as the address bar offers
+constexpr double CompletionLimit = 30;  // milliseconds
 
 constexpr std::array PatternCounts{10, 1'000, 100'000};
 constexpr int TestsAtOnce = 200;
@@ -40,8 +40,8 @@ double Time(int callsAtOnce, TWork work) {
 
 // Words in a fixed but scattered order, some far more often than others.
 QString Word(quint32 number) {
-  static constexpr std::array Syllables{"ka", "lo", "mi", "ren", "tu", "sol", "ver", "an", "do", "pe",
-                                 "gri", "ba", "nu", "fe", "xi", "hol"};
+  static constexpr std::array Syllables{"ka", "lo", "mi",  "ren", "tu", "sol", "ver", "an",
+                                        "do", "pe", "gri", "ba",  "nu", "fe",  "xi",  "hol"};
   number = number * 2'654'435'761U >> 8;
   // The smaller of two draws: the first syllables are in many words.
   const auto draw = [&number] {
@@ -57,6 +57,7 @@ QString Word(quint32 number) {
 
 class THistoryBench final {
  public:
+  // What is filled in is told by the name: other contents need another one.
   explicit THistoryBench(const QString &folder) : m_file(folder + QStringLiteral("/history-1000000.sqlite")) {}
 
   bool Run() {
@@ -66,39 +67,52 @@ class THistoryBench final {
     }
     struct TQuery {
       const char *name;
-      const char *text;
+      QString text;
       bool isFound;
     };
-    constexpr std::array Queries{
-        TQuery{"1 character", "k", true},
-        TQuery{"1 rare character", "q", false},
-        TQuery{"3 characters", "kal", true},
-        TQuery{"8 characters", "page4711", true},
-        TQuery{"8 characters of many pages", "example1", true},
-        TQuery{"two words", "kaka lo", true},
-        TQuery{"two words that never meet", "page4711 page4712", false},
-        TQuery{"beginning of every address", "https://www.", true},
-        TQuery{"a whole address", "www.kakaka0.example/page0", true},
-        TQuery{"no match", "zzyzx", false},
-        TQuery{"no match for the second word", "kaka zzyzx", false},
+    const TQuery queries[] = {
+        {"1 character", QStringLiteral("k"), true},
+        {"1 character of few pages", QStringLiteral("h"), true},
+        {"1 character of none", QStringLiteral("q"), false},
+        {"3 characters", QStringLiteral("kal"), true},
+        {"3 characters of few pages", QStringLiteral("hol"), true},
+        {"8 characters of one page", QStringLiteral("page4711"), true},
+        {"8 characters of every page", QStringLiteral("https://"), true},
+        {"a whole address", Address(4711), true},
+        {"two words", QStringLiteral("kaka lo"), true},
+        {"two words of few pages", QStringLiteral("h xi"), true},
+        {"two words that never meet", QStringLiteral("page4711 page4712"), false},
+        {"words that never meet", QStringLiteral("ka lo mi ren tu sol"), false},
+        {"no match", QStringLiteral("zzyzx"), false},
+        {"no match for the second word", QStringLiteral("kaka zzyzx"), false},
     };
+    bool isGood = true;
     const THistoryStore store(m_file);
-    double slowest = 0;
-    const char *slowestName = "";
-    for (const TQuery &query : Queries) {
-      const QString text = QString::fromLatin1(query.text);
-      const double median = Time(1, [&] { m_found = store.Search(text, Suggestions).size(); });
-      if (median > slowest) {
-        slowest = median;
-        slowestName = query.name;
-      }
-      std::printf("  %-30s %8.2f ms %4d found\n", query.name, median, int(m_found));
+    for (const TQuery &query : queries) {
+      qsizetype found = 0;
+      Add(query.name, Time(1, [&] { found = store.Search(query.text, Suggestions).size(); }));
+      if ((found > 0) == query.isFound) continue;
+      std::fprintf(stderr, "bench: %d pages found for %s\n", int(found), qPrintable(query.text));
+      isGood = false;
     }
-    return PrintValue(QStringLiteral("completion, 1000000 visits: %1").arg(QLatin1String(slowestName)), slowest, "ms",
-                      CompletionLimit);
+    // What the first keystroke after a start waits for, too.
+    Add("first of a start", Time(1, [this] { (void)THistoryStore(m_file).Search(QStringLiteral("h"), Suggestions); }));
+    const QString row = QStringLiteral("completion: %1").arg(QLatin1String(m_slowestName));
+    return PrintValue(row, m_slowest, "ms", CompletionLimit) && isGood;
   }
 
  private:
+  void Add(const char *name, double milliseconds) {
+    if (milliseconds <= m_slowest) return;
+    m_slowest = milliseconds;
+    m_slowestName = name;
+  }
+
+  static QString Address(int visit) {
+    const quint32 site = quint32(visit) / 50;
+    return QStringLiteral("https://www.%1%2.example/page%3").arg(Word(site)).arg(site % 400).arg(visit);
+  }
+
   bool IsFilled() const { return QFile::exists(m_file) && THistoryStore(m_file).Count() == Visits; }
 
   bool Fill() {
@@ -110,12 +124,10 @@ class THistoryBench final {
       const QDateTime first = QDateTime::fromSecsSinceEpoch(1'600'000'000);
       for (int visit = 0; visit < Visits; ++visit) {
         const quint32 number = quint32(visit);
-        const QString address = QStringLiteral("https://www.%1%2.example/page%3")
-                                    .arg(Word(number / 50)).arg(number / 50 % 400).arg(number);
         const QString title = QStringLiteral("%1 %2 %3").arg(Word(number * 3), Word(number * 7), Word(number * 11));
         // Few pages are visited often.
         const int count = visit % 100 == 0 ? 1 + visit / 100 % 9 : 1;
-        for (int again = 0; again < count; ++again) store.AddVisit(address, title, first.addSecs(visit + again));
+        for (int again = 0; again < count; ++again) store.AddVisit(Address(visit), title, first.addSecs(visit + again));
         if (visit % VisitsAtOnce == VisitsAtOnce - 1 && !Written(store)) return false;
       }
       if (!Written(store)) return false;
@@ -132,7 +144,8 @@ class THistoryBench final {
   }
 
   QString m_file;
-  qsizetype m_found = 0;
+  double m_slowest = 0;
+  const char *m_slowestName = "";
 };
 
 // A list as it grows over years: sites, sites with a star for their servers, and parts of addresses.
@@ -140,10 +153,18 @@ QStringList PopupPatterns(int count) {
   QStringList patterns;
   for (int i = 0; i < count; ++i) {
     switch (i % 4) {
-      case 0: patterns += QStringLiteral("http://ads%1.example/").arg(i); break;
-      case 1: patterns += QStringLiteral("https://*.banner%1.example/*").arg(i); break;
-      case 2: patterns += QStringLiteral("http*://*/popup?%1/*").arg(i); break;
-      default: patterns += QStringLiteral("https://www.site%1.example/offers/").arg(i); break;
+      case 0:
+        patterns += QStringLiteral("http://ads%1.example/").arg(i);
+        break;
+      case 1:
+        patterns += QStringLiteral("https://*.banner%1.example/*").arg(i);
+        break;
+      case 2:
+        patterns += QStringLiteral("http*://*/popup?%1/*").arg(i);
+        break;
+      default:
+        patterns += QStringLiteral("https://www.site%1.example/offers/").arg(i);
+        break;
     }
   }
   return patterns;
@@ -158,7 +179,7 @@ bool PopupTest() {
       QString text;
       int match;
     };
-    const int last = count - count % 4;   // a multiple of 4, so that what is added tells the kind of pattern
+    const int last = count - count % 4;  // a multiple of 4, so that what is added tells the kind of pattern
     const TAddress addresses[] = {
         {QStringLiteral("https://www.nowhere.example/news/index.html"), -1},
         {QStringLiteral("http://ads%1.example/show?id=7").arg(last - 4), last - 4},
@@ -190,7 +211,8 @@ int main(int argc, char **argv) {
     std::fprintf(stderr, "usage: bench_stores folder\n");
     return 2;
   }
-  std::printf("\nMedians of %d times, the slowest of several questions.\n\n", Repeats);
+  std::printf("\nMedians of %d times, the slowest of several questions (completion: over %d visits).\n\n", Repeats,
+              Visits);
   const bool patternsAreGood = PopupTest();
   const bool historyIsGood = THistoryBench(QString::fromLocal8Bit(argv[1])).Run();
   return patternsAreGood && historyIsGood ? 0 : 1;

@@ -1,11 +1,11 @@
 #include "subject.h"
 
+#include <cmath>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QProcess>
 #include <QTimer>
-#include <cmath>
 
 #include "process_tree.h"
 
@@ -19,7 +19,7 @@ namespace {
 
 constexpr int ReportTimeout = 90'000;  // milliseconds
 constexpr int EndTimeout = 10'000;
-constexpr int MemoryPause = 500;       // between two looks at the memory
+constexpr int MemoryPause = 500;  // between two looks at the memory
 constexpr int MemoryLooks = 20;
 constexpr double MemoryStill = 0.005;  // Two looks that differ by less than this share are the same.
 
@@ -50,7 +50,8 @@ QString Trouble(const QString &what, QProcess &process) {
     state = process.exitStatus() == QProcess::CrashExit ? QStringLiteral("crashed or was not there to start")
                                                         : QStringLiteral("ended with code %1").arg(process.exitCode());
   }
-  return what + QLatin1String("; ") + state + QLatin1String("\n") + QString::fromLocal8Bit(process.readAll()).right(2000);
+  return what + QLatin1String("; ") + state + QLatin1String("\n") +
+         QString::fromLocal8Bit(process.readAll()).right(2000);
 }
 
 }  // namespace
@@ -63,9 +64,13 @@ TSubject::TSubject(const QString &name, const QString &program) : m_name(name), 
   }
 }
 
-TSubject::~TSubject() { Close(); }
+TSubject::~TSubject() {
+  Close();
+}
 
-QString TSubject::RegistryFile() const { return m_folder.filePath(QStringLiteral("config/zarvela/registry.sqlite")); }
+QString TSubject::RegistryFile() const {
+  return m_folder.filePath(QStringLiteral("config/zarvela/registry.sqlite"));
+}
 
 QProcessEnvironment TSubject::Environment() const {
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -100,7 +105,7 @@ TCost TSubject::Measure(TPageServer &server, const TCondition &done, const TActi
   clock.start();
   begin();
   timeout.start(ReportTimeout);
-  loop.exec();
+  if (!done()) loop.exec();
   cost.milliseconds = double(clock.nsecsElapsed()) / 1e6;
   if (!done()) cost.trouble = Trouble(m_name + QLatin1String(": not all pages reported"), *m_running);
   return cost;
@@ -151,6 +156,11 @@ TCost TSubject::HandOver(const QStringList &texts, TPageServer &server, int page
   }
   End(sender);
   return cost;
+}
+
+TCost TSubject::Await(TPageServer &server, int pages, TPageServer::TReport report) {
+  return Measure(
+      server, [&] { return server.Count(report) >= pages; }, [] {});
 }
 
 void TSubject::Close() {

@@ -1,11 +1,11 @@
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
-#include <functional>
-#include <memory>
 
 #include "page_server.h"
 
@@ -16,7 +16,7 @@ struct TCost {
   double milliseconds = 0;  // From before the process was started or told to the last report that was waited for.
   double mebibytes = 0;     // Of the whole process tree, once it holds still.
   int processes = 0;
-  QString trouble;          // Why there are no numbers; empty when there are.
+  QString trouble;  // Why there are no numbers; empty when there are.
 };
 
 // Lets events be handled for a while.
@@ -39,12 +39,16 @@ class TSubject final {
   // Starts the program and waits for it to end by itself.
   TCost RunToEnd(const QStringList &arguments);
 
-  // The same in steps, for what happens to a program that runs. All wait until page `page` of the server has reported.
+  // The same in steps, for what happens to a program that runs. The first three wait until page `page`
+  // of the server has reported.
   TCost Open(const QStringList &arguments, TPageServer &server, int page, TPageServer::TReport report);
   // Writes to the standard input of the one that runs.
   TCost Tell(const QByteArray &text, TPageServer &server, int page, TPageServer::TReport report);
-  // Starts the program again for each text in turn, each once the one before has ended; these have to end by themselves.
+  // Starts the program again for each text in turn, each once the one before has ended; these have to end by
+  // themselves.
   TCost HandOver(const QStringList &texts, TPageServer &server, int page, TPageServer::TReport report);
+  // Until `pages` pages have reported, those from before included.
+  TCost Await(TPageServer &server, int pages, TPageServer::TReport report);
   void Close();
 
  private:

@@ -17,8 +17,10 @@ void PrintHead(const char *base, const char *measured) {
 void PrintRatio(const QString &what, double base, double measured, const char *unit, double limit) {
   std::printf("%-*s ", FirstColumn, qPrintable(what));
   for (const double value : {base, measured}) {
-    if (value > 0) std::printf("%8.1f %-3s ", value, unit);
-    else std::printf("%8s     ", "-");
+    if (value > 0)
+      std::printf("%8.1f %-3s ", value, unit);
+    else
+      std::printf("%8s     ", "-");
   }
   if (base > 0 && measured > 0) {
     const double ratio = measured / base;
