@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QStringDecoder>
 #include <QVarLengthArray>
 #include <algorithm>
 #include <cerrno>
@@ -13,8 +14,15 @@ namespace {
 constexpr qint64 MaxFileSize = 256 * 1024 * 1024;
 constexpr QByteArrayView ByteOrderMark("\xEF\xBB\xBF");
 
+// QString::fromUtf8 would drop a byte-order mark in front; only the file's own is none of its text.
+QString FromUtf8(QByteArrayView text) {
+  if (!text.startsWith(ByteOrderMark)) return QString::fromUtf8(text);
+  QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
+  return decoder(text);
+}
+
 QString Decoded(QByteArrayView line, QByteArrayView part) {
-  return line.isValidUtf8() ? QString::fromUtf8(part) : QString::fromLatin1(part);
+  return line.isValidUtf8() ? FromUtf8(part) : QString::fromLatin1(part);
 }
 
 bool IsBlank(QByteArrayView line) { return line.trimmed().isEmpty(); }
@@ -65,11 +73,11 @@ QString KeyName(const QString &key) {
   if (std::all_of(key.begin(), key.end(), isPlain)) return key;
   QByteArray bytes = WithoutBreaks(key.toUtf8().replace('=', ""));
   while (bytes.startsWith(';')) bytes = bytes.sliced(1).trimmed();
-  return QString::fromUtf8(bytes);
+  return FromUtf8(bytes);
 }
 
 QString SectionName(const QString &section) {
-  return QString::fromUtf8(WithoutBreaks(section.toUtf8().replace('=', "").replace(']', "")));
+  return FromUtf8(WithoutBreaks(section.toUtf8().replace('=', "").replace(']', "")));
 }
 
 }  // namespace
@@ -136,8 +144,9 @@ bool TIniFile::Load(const QString &path, QString *error) {
   }
   QFile file(path);
   QByteArray bytes;
+  // Room is made for as much as is asked for, so that is no more than the file has.
   const bool isRead = refusal == 0 && file.open(QIODevice::ReadOnly) &&
-                      (bytes = file.read(MaxFileSize), file.error() == QFileDevice::NoError);
+                      (bytes = file.read(qMin(file.size(), MaxFileSize)), file.error() == QFileDevice::NoError);
   if (isRead) {
     *this = FromBytes(bytes);
   } else if (error != nullptr) {
@@ -266,7 +275,7 @@ void TIniFile::SetValue(const QString &section, const QString &key, const QStrin
     TLine &line = m_blocks[place->block].lines[place->line];
     const QByteArrayView bytes = line.bytes;
     const qsizetype equals = EqualsSign(bytes);
-    if (Decoded(bytes, bytes.sliced(equals + 1).trimmed()) == QString::fromUtf8(data)) return;
+    if (Decoded(bytes, bytes.sliced(equals + 1).trimmed()) == FromUtf8(data)) return;
     line.bytes = Decoded(bytes, bytes.first(equals + 1)).toUtf8() + data;
     return;
   }

@@ -45,6 +45,9 @@ class TTestIniFile final : public QObject {
     QTest::newRow("zero bytes") << QByteArray("[S]\0\na\0=1\0 2\n", 13) << "S" << QString::fromLatin1("a\0=1\0 2", 7);
     QTest::newRow("zero byte in a value") << QByteArray("[S]\na=1\0" "2\n", 10) << "S"
                                           << QString::fromLatin1("a=1\0" "2", 5);
+    // A mark is only the file's where it begins; elsewhere it is a character.
+    QTest::newRow("byte-order marks inside") << QByteArray("\xEF\xBB\xBF[S]\n\xEF\xBB\xBF" "a=\xEF\xBB\xBF" "1\n") << "S"
+                                             << QStringLiteral("\uFEFFa=\uFEFF1");
     QTest::newRow("nothing") << QByteArray() << "" << "";
   }
   void Reads() {
@@ -102,10 +105,11 @@ class TTestIniFile final : public QObject {
   // Whatever is set is found in memory and in the file that is written.
   void HostileTextsReadBack_data() {
     QTest::addColumn<QString>("key");
-    for (const char *key : {";comment", "; ;x", "a=b", "[section]", "[a", "two\nlines", "  blanks ", "", "=",
-                            "\xEF\xBB\xBF"}) {
+    for (const char *key : {";comment", "; ;x", "a=b", "[section]", "[a", "two\nlines", "  blanks ", "", "="}) {
       QTest::newRow(key) << QString(key);
     }
+    QTest::newRow("byte-order mark") << QStringLiteral("\uFEFF");
+    QTest::newRow("byte-order marks") << QStringLiteral("\uFEFF\uFEFF=;");
   }
   void HostileTextsReadBack() {
     QFETCH(QString, key);
