@@ -55,7 +55,9 @@ TParsed Parse(QByteArrayView bytes) {
     if (std::ranges::count_if(text, [](char byte) { return !IsContinuation(byte); }) > MostCharacters) {
       return malformed;
     }
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    // A byte-order mark in front is a character of the text like any other.
+    QStringDecoder decoder(QStringDecoder::Utf8,
+                           QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
     parsed.text = decoder(text);
     if (decoder.hasError()) return malformed;
   }

@@ -142,6 +142,8 @@ void TestHandoffRecord::Bytes_data() {
   QTest::newRow("one letter") << "a" << QByteArray::fromHex("afaf0000 02000000 6100");
   QTest::newRow("letters of several bytes")
       << QStringLiteral("é€😀") << QByteArray::fromHex("afaf0000 0a000000 c3a9 e282ac f09f9880 00");
+  QTest::newRow("byte-order mark in front")
+      << QStringLiteral("\uFEFFa") << QByteArray::fromHex("afaf0000 05000000 efbbbf 6100");
   QTest::newRow("256 and more") << QString(300, u'x')
                                 << QByteArray::fromHex("afaf0000 2d010000") + QByteArray(300, 'x') + '\0';
 }
