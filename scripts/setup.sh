@@ -3,6 +3,7 @@
 #
 #   scripts/setup.sh build            what compiling, running and testing need
 #   scripts/setup.sh build screen     and a screen in memory with the tools that photograph it, for a machine without one
+#   scripts/setup.sh build fuzz       and the compiler of the fuzzers
 #
 # Asks nothing. When nothing is missing it is silent and calls no package manager.
 set -u
@@ -13,6 +14,7 @@ build_packages='g++ cmake ninja-build ccache pkg-config
   qt6-base-dev qt6-webengine-dev qt6-svg-dev qt6-pdf-dev qt6-translations-l10n
   libsqlite3-dev xdg-utils fonts-dejavu-core fonts-vlgothic'
 screen_packages='xvfb xdotool imagemagick'
+fuzz_packages='clang libclang-rt-dev'
 
 say() { printf 'setup: %s\n' "$*" >&2; }
 
@@ -21,6 +23,7 @@ for group in "$@"; do
   case $group in
     build) wanted="$wanted $build_packages" ;;
     screen) wanted="$wanted $screen_packages" ;;
+    fuzz) wanted="$wanted $fuzz_packages" ;;
     *) say "unknown group of packages: $group"; exit 2 ;;
   esac
 done

@@ -1,19 +1,19 @@
 #pragma once
 
+#include <cstdio>
+#include <cstdlib>
 #include <QByteArray>
 #include <QString>
 #include <QStringDecoder>
-#include <cstdio>
-#include <cstdlib>
 
 // What a fuzzer claims of its target. Ends the program when it does not hold, in optimised builds as well, so that the
 // input is kept as a finding.
-#define REQUIRE(claim)                                                       \
-  do {                                                                       \
-    if (!(claim)) {                                                          \
+#define REQUIRE(claim)                                                         \
+  do {                                                                         \
+    if (!(claim)) {                                                            \
       std::fprintf(stderr, "%s:%d: not so: %s\n", __FILE__, __LINE__, #claim); \
-      std::abort();                                                          \
-    }                                                                        \
+      std::abort();                                                            \
+    }                                                                          \
   } while (false)
 
 namespace Fuzz {
@@ -24,7 +24,8 @@ inline constexpr char Field = '\x1F';
 
 // The text in `bytes`, every character of it: QString::fromUtf8 drops a byte-order mark in front.
 inline QString Text(QByteArrayView bytes) {
-  QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
+  QStringDecoder decoder(QStringDecoder::Utf8,
+                         QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
   return decoder(bytes);
 }
 
