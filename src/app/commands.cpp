@@ -123,7 +123,7 @@ constexpr TMenuRow Menus[] = {
     {TMenu::TabList, TMenu::Tabs, "pmTabs", "__TabList"},
     {TMenu::ThisTab, TMenu::Tabs, "mnuThisTab", "__ThisTab"},
     {TMenu::TabPosition, TMenu::Tabs, "mnuTabPosition", "__TabPosition"},
-    {TMenu::Groups, TMenu::Groups, "pmHalvexGroups", "__Groups"},
+    {TMenu::Groups, TMenu::Groups, "pmHalvexGroupsPopup", "__Groups"},
     {TMenu::Tools, TMenu::Tools, "mnuTools", "__Tools"},
     {TMenu::SearchEngines, TMenu::Tools, "mnuSearchEngines", "__SearchEngines"},
     {TMenu::Startup, TMenu::Tools, "mnuStartup", "__Startup"},

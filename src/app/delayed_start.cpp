@@ -67,7 +67,8 @@ void TDelayedStart::OpenStartupGroup() {
   if (group.isEmpty()) return;
   m_opened = true;
   m_groups.Open(group, m_tab == nullptr);
-  m_tab = m_tabs.GetActivePage();
+  // A group that is gone or empty has taken no tab.
+  if (TBrowserTab *active = m_tabs.GetActivePage(); !active->Url().isEmpty()) m_tab = active;
 }
 
 void TDelayedStart::OpenHome() {
@@ -102,8 +103,8 @@ bool TDelayedStart::HasArgument() const {
 
 void TDelayedStart::OpenCommandLine() {
   TZVOptions options(m_store);
-  QString argument = options.Get(Setting::CommandLine);
-  if (argument.isEmpty()) argument = m_argument;
+  // Two instances that start together share the setting, so this one's own argument comes first.
+  const QString argument = m_argument.isEmpty() ? options.Get(Setting::CommandLine) : m_argument;
   if (argument.isEmpty()) return;
   options.Set(Setting::CommandLine, QString());
   m_opened = true;

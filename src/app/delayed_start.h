@@ -12,7 +12,8 @@ struct TProductInfo;
 // mode, the address from the command line.
 class TDelayedStart final {
  public:
-  // The argument of the command line comes through the setting CommandLine; `argument` is for a store that refused it.
+  // The argument of the command line comes through the setting CommandLine; `argument`, when it is not empty, is this
+  // process's own and comes before what stands there.
   TDelayedStart(TTabStrip &tabs, TPageGroups &groups, TRegistryStore &store, const TProductInfo &product, const QString &argument)
       : m_tabs(tabs), m_groups(groups), m_store(store), m_product(product), m_argument(argument) {}
 

@@ -7,6 +7,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QWindow>
 
 #include "app/about_dialog.h"
 #include "app/busy_indicator.h"
@@ -114,7 +115,8 @@ void TfrmMain::MakeModules() {
   m_popups = new TPopupBlocker(this, *m_tabs);
   m_environment->hooks.isPopupBlocked = [this](const QString &address) { return m_popups->IsPopupBlocked(address); };
   m_tabMenu->AddItem("pmAddToPopupHalvex", m_language.Global("PopupHalvex") + QStringLiteral("…"),
-                     ":/icons/popup_blocked.svg", Qt::Key_F8, [this](TBrowserTab *tab) { m_popups->AddToPopupList(tab); });
+                     ":/icons/popup_blocked.svg", Qt::Key_F8,
+                     [this](TBrowserTab *tab) { m_popups->AddToPopupList(tab); });
   openGroup = [this](const QString &file) { m_groups->OpenAsSet(file); };
   m_tabCommands = new TTabCommands(this, *m_commands, *m_tabs, *m_closeAll, *m_tabMenu, *m_autoRefresh,
                                    m_toolbars->Address(), *m_search);
@@ -199,9 +201,8 @@ void TfrmMain::ConnectCommands() {
     m_popups->SetEnabled(use);
   });
   connect(&m_popups->Stopped(), &TStoppedPopups::Changed, this, &TfrmMain::ShowStoppedPopups);
-  connect(m_status->StoppedMenu(), &QMenu::aboutToShow, this, [this] {
-    m_popups->Stopped().FillMenu(m_status->StoppedMenu(), m_tabs->GetActivePage());
-  });
+  connect(m_status->StoppedMenu(), &QMenu::aboutToShow, this,
+          [this] { m_popups->Stopped().FillMenu(m_status->StoppedMenu(), m_tabs->GetActivePage()); });
   connect(m_loadQueue, &TLoadQueue::ToComeChanged, m_status, &TMainStatusBar::ShowPagesToCome);
   connect(m_status, &TMainStatusBar::StopPagesClicked, m_loadQueue, &TLoadQueue::Stop);
   on(TCommand::StopAll, [this] { m_loadQueue->Stop(); });
@@ -263,7 +264,9 @@ void TfrmMain::ShowActiveTab(TBrowserTab *tab) {
   ShowIndicators(tab);
 }
 
-void TfrmMain::ShowStoppedPopups() { m_status->ShowStopped(m_popups->Stopped().CounterText(m_tabs->GetActivePage())); }
+void TfrmMain::ShowStoppedPopups() {
+  m_status->ShowStopped(m_popups->Stopped().CounterText(m_tabs->GetActivePage()));
+}
 
 void TfrmMain::ShowIndicators(TBrowserTab *tab) {
   m_status->ShowSecurity(tab->Secure(), tab->SecureLock());
@@ -286,11 +289,14 @@ void TfrmMain::wmCopyDataDataReceived(const QString &text) {
     return;
   }
   QWidget *dialog = QApplication::activeModalWidget();
-  BringToFront(*(dialog != nullptr ? dialog : this)->windowHandle());
+  // The window first, out of the task bar if it must, then the dialog that stands before it.
+  for (const QWidget *widget : {static_cast<const QWidget *>(this), static_cast<const QWidget *>(dialog)}) {
+    if (widget == nullptr || widget->testAttribute(Qt::WA_DontShowOnScreen)) continue;
+    if (QWindow *handle = widget->windowHandle()) BringToFront(*handle);
+  }
   // That a text is dropped while a dialog waits for its answer is meant.
   if (dialog != nullptr || text.isEmpty()) return;
-  // The extension counts in exactly this spelling.
-  if (openGroup && text.endsWith(QLatin1String(".hgp")) && QFileInfo(text).isFile()) {
+  if (openGroup && TPageGroups::IsHandedOverGroup(text)) {
     openGroup(text);
   } else {
     m_tabs->NewTab()->Navigate(text);
@@ -335,6 +341,7 @@ void TfrmMain::closeEvent(QCloseEvent *event) {
   m_closeConfirmed = true;
   if (m_downloadWindow) m_downloadWindow->close();
   event->accept();
+  Q_EMIT Closing();
 }
 
 void TfrmMain::FormDestroy() {

@@ -38,7 +38,7 @@ class TfrmMain final : public QMainWindow {
   Q_OBJECT
 
  public:
-  // `store` must live longer than the window. `argument` is opened at start when the store could not take it.
+  // `store` must live longer than the window. `argument` is opened at start, whatever the setting CommandLine holds.
   explicit TfrmMain(TRegistryStore &store, const QString &argument = {});
   ~TfrmMain() override;
 
@@ -52,6 +52,10 @@ class TfrmMain final : public QMainWindow {
   void wmCopyDataDataReceived(const QString &text);
   // Opens a page-group file; while none is set a group opens like any file.
   std::function<void(const QString &file)> openGroup;
+
+ Q_SIGNALS:
+  // The window goes for good; what comes now would be lost.
+  void Closing();
 
  protected:
   void closeEvent(QCloseEvent *event) override;

@@ -33,13 +33,15 @@ int RunProgram(int argc, char **argv, TInstanceLock &lock) {
   TEngine::RegisterSchemes();
   QApplication application(argc, argv);
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/zarvela.svg")));
-  TfrmMain window(store, store.IsWritable() ? QString() : entry.argument);
+  TfrmMain window(store, entry.argument);
   const TTerminationSignals signalsToEnd;
   QObject::connect(&signalsToEnd, &TTerminationSignals::EndRequested, &window, &TfrmMain::CloseWithoutAsking);
   QObject::connect(&application, &QGuiApplication::commitDataRequest, &window, &TfrmMain::CloseWithoutAsking);
   // Goes before the window does, so that nothing is taken in that could not be opened any more.
   TInstanceChannel channel;
   channel.Serve(lock);
+  // A window that is closing takes nothing more: the other start waits and becomes the first.
+  QObject::connect(&window, &TfrmMain::Closing, &channel, &TInstanceChannel::Close);
   QObject::connect(&channel, &TInstanceChannel::Received, &window, &TfrmMain::wmCopyDataDataReceived);
   window.show();
   channel.Start();

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr qint64 MaxFileSize = 256 * 1024 * 1024;
+constexpr qint64 MaxFileSize = 64 * 1024 * 1024;
 constexpr QByteArrayView ByteOrderMark("\xEF\xBB\xBF");
 
 // QString::fromUtf8 would drop a byte-order mark in front; only the file's own is none of its text.

@@ -23,7 +23,7 @@ class TIniFile final {
   [[nodiscard]] QByteArray ToBytes() const;
 
   // Reads `path`. On failure the object is empty and `error`, when given, holds the system's reason. What is no regular
-  // file (a folder, a pipe) or is beyond any use (256 MiB) is refused.
+  // file (a folder, a pipe) or is beyond any use (64 MiB) is refused.
   bool Load(const QString &path, QString *error = nullptr);
   // Writes to a temporary file beside `path` and renames it, so that a crash leaves the old file or the new one, whole.
   // A link stays one: the file that it leads to is replaced. The folder must exist.

@@ -6,6 +6,7 @@
 #include <QMessageBox>
 #include <QUrl>
 
+#include "browser/engine/address_fixup.h"
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
@@ -17,7 +18,7 @@
 
 namespace {
 
-constexpr qsizetype LongestShownFormat = 300;   // characters
+constexpr qsizetype LongestShownFormat = 300;  // characters
 
 }  // namespace
 
@@ -25,10 +26,7 @@ TAddressSearch::TAddressSearch(QWidget *window, const TLanguage &language, TAddr
                                TSearchLists &lists, THistoryStore &history)
     : QObject(window), m_window(window), m_language(language), m_bar(bar), m_tabs(tabs), m_lists(lists) {
   ReloadSettings();
-  auto *recorder = new TVisitRecorder(tabs, history, this);
-  connect(recorder, &TVisitRecorder::Navigated, this, [this](TBrowserTab *tab, const QString &address) {
-    if (tab == m_tabs.GetActivePage()) m_bar.AddTypedAddress(address);
-  });
+  new TVisitRecorder(tabs, history, this);
   connect(&bar, &TAddressBar::OpenRequested, this, &TAddressSearch::Open);
   connect(&lists, &TSearchLists::EngineChosen, this, &TAddressSearch::OpenEngine);
 }
@@ -65,8 +63,27 @@ bool TAddressSearch::Open(const QString &text, bool newTab) {
 void TAddressSearch::OpenAddress(const QString &address, bool newTab) {
   TBrowserTab *tab = newTab ? m_tabs.NewTab() : m_tabs.GetActivePage();
   if (tab == nullptr) return;
+  FileWhenItStarts(tab, address);
   tab->Navigate(address);
   tab->setFocus();
+}
+
+// A typed address is filed when its tab sets out for it, and only then: one that cannot be opened, or that a locked tab
+// sends away, is not, and neither is a link that is clicked in its place.
+void TAddressSearch::FileWhenItStarts(TBrowserTab *tab, const QString &address) {
+  delete m_typed;
+  const TFixedAddress fixed = FixUpAddress(address);
+  if (fixed.kind != TFixedAddress::TKind::Url || tab->Browser() == nullptr) {
+    m_bar.ForgetTypedAddress();
+    return;
+  }
+  m_typed = new QObject(this);
+  connect(tab->Browser(), &THalvexBrowser::BeforeNavigate, m_typed,
+          [this, wanted = AddressOf(fixed.url)](const TNavigation *navigation) {
+            if (!navigation->mainFrame || navigation->address != wanted) return;
+            if (!navigation->cancel) m_bar.AddTypedAddress(navigation->address);
+            m_typed->deleteLater();
+          });
 }
 
 void TAddressSearch::OpenEngine(const QString &address) {

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 
 class QWidget;
 class TAddressBar;
+class TBrowserTab;
 class THistoryStore;
 class TLanguage;
 class TSearchLists;
@@ -27,6 +29,7 @@ class TAddressSearch final : public QObject {
   void ReloadSettings();
 
  private:
+  void FileWhenItStarts(TBrowserTab *tab, const QString &address);
   void OpenAddress(const QString &address, bool newTab);
   void OpenEngine(const QString &address);
   void TellFault(const QString &text);
@@ -36,6 +39,7 @@ class TAddressSearch final : public QObject {
   TAddressBar &m_bar;
   TTabStrip &m_tabs;
   TSearchLists &m_lists;
+  QPointer<QObject> m_typed;   // waits for the tab to set out for what was typed
   bool m_addressNewWin = false;
   bool m_quickSearchNewWin = true;
   bool m_searchNewWin = true;

@@ -36,10 +36,12 @@ TQuickSearch TQuickSearch::Of(const QString &text, const QStringList &lines) {
   const qsizetype blank = text.indexOf(u' ');
   if (blank < 0) return {};
   TQuickSearch found{.keyword = text.left(blank)};
-  const QString start = found.keyword + u'=';
-  const auto line = std::ranges::find_if(
-      lines, [&](const QString &candidate) { return candidate.startsWith(start, Qt::CaseInsensitive); });
-  if (line != lines.end()) found.format = line->mid(start.size());
+  // A line's name ends at its first "=", so that a keyword which holds one itself never matches.
+  const auto line = std::ranges::find_if(lines, [&](const QString &candidate) {
+    const qsizetype equals = candidate.indexOf(u'=');
+    return equals == found.keyword.size() && candidate.startsWith(found.keyword, Qt::CaseInsensitive);
+  });
+  if (line != lines.end()) found.format = line->mid(found.keyword.size() + 1);
   if (found.format.isEmpty()) return {};
   found.address = QuickSearchFormat::Fill(found.format, text.mid(blank + 1), found.fault);
   found.kind = found.fault == QuickSearchFormat::TFault::None ? TKind::Address : TKind::BadFormat;

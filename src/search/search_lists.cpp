@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <QAction>
 #include <QMenu>
+#include <QMessageBox>
 
 #include "config/language.h"
 #include "config/options.h"
+#include "config/program_title.h"
 #include "config/settings_table.h"
 #include "platform/ini_file.h"
 #include "platform/program_folders.h"
@@ -14,7 +16,7 @@
 namespace {
 
 constexpr TRegistryHive Hive = TRegistryHive::CurrentUser;
-constexpr qsizetype LongestHint = 400;   // characters
+constexpr qsizetype LongestHint = 400;  // characters
 
 struct TList {
   TSearchList list;
@@ -25,13 +27,14 @@ struct TList {
 
 constexpr TList Lists[] = {
     {TSearchList::SearchBar, RegistryKey::SearchBar, &TZVOptions::SearchBarEntries, &TZVOptions::SetSearchBarEntries},
-    {TSearchList::SearchEngines, RegistryKey::SearchEngines, &TZVOptions::SearchEngines,
-     &TZVOptions::SetSearchEngines},
+    {TSearchList::SearchEngines, RegistryKey::SearchEngines, &TZVOptions::SearchEngines, &TZVOptions::SetSearchEngines},
     {TSearchList::QuickSearch, RegistryKey::QuickSearch, &TZVOptions::QuickSearchEntries,
      &TZVOptions::SetQuickSearchEntries},
 };
 
-const TList &ListOf(TSearchList list) { return *std::ranges::find(Lists, list, &TList::list); }
+const TList &ListOf(TSearchList list) {
+  return *std::ranges::find(Lists, list, &TList::list);
+}
 
 }  // namespace
 
@@ -51,10 +54,12 @@ void TSearchLists::AddExamples() {
   if (!lines.isEmpty()) Save(TSearchList::QuickSearch, lines);
 }
 
-QStringList TSearchLists::Load(TSearchList list) const { return (TZVOptions(m_store).*ListOf(list).read)(); }
+QStringList TSearchLists::Load(TSearchList list) const {
+  return (TZVOptions(m_store).*ListOf(list).read)();
+}
 
-void TSearchLists::Save(TSearchList list, const QStringList &lines) {
-  m_store.InTransaction([&] {
+bool TSearchLists::Save(TSearchList list, const QStringList &lines) {
+  return m_store.InTransaction([&] {
     TZVOptions options(m_store);
     (options.*ListOf(list).write)(lines);
     // An empty list is a key without values, not a missing key: what the user emptied is not filled again.
@@ -70,7 +75,9 @@ void TSearchLists::FillMenu(QMenu *menu) {
   Follow(menu, TSearchList::SearchEngines);
 }
 
-void TSearchLists::FillSearchBarMenu(QMenu *menu) { Follow(menu, TSearchList::SearchBar); }
+void TSearchLists::FillSearchBarMenu(QMenu *menu) {
+  Follow(menu, TSearchList::SearchBar);
+}
 
 void TSearchLists::Follow(QMenu *menu, TSearchList list) {
   m_menus.append({menu, list, menu->actions().size()});
@@ -87,7 +94,7 @@ void TSearchLists::Rebuild(TSearchList list) {
     const QList<QAction *> old = entry.menu->actions().mid(entry.fixedEntries);
     for (QAction *action : old) {
       entry.menu->removeAction(action);
-      action->deleteLater();   // It may be the one that is just being chosen.
+      action->deleteLater();  // It may be the one that is just being chosen.
     }
     for (const QString &line : lines) {
       const QString address = line.section(u'=', 1);
@@ -104,10 +111,16 @@ void TSearchLists::Rebuild(TSearchList list) {
 
 bool TSearchLists::Organize(TSearchList list) {
   const QPointer<TfrmSearchEngine> dialog(new TfrmSearchEngine(m_language, list, Load(list), m_owner));
-  const bool accepted = dialog->exec() == QDialog::Accepted;
+  bool accepted = false;
   // The owner may have been closed while the dialog was open; it then takes the dialog along.
+  while (!accepted && dialog->exec() == QDialog::Accepted && !dialog.isNull()) {
+    accepted = Save(list, dialog->Lines());
+    // The dialog stays, with all that was changed in it.
+    if (!accepted)
+      QMessageBox::warning(dialog, QString::fromLatin1(ProgramTitle), m_language.Text("MAIN", "StoreNotKept"));
+    if (dialog.isNull()) return false;
+  }
   if (dialog.isNull()) return false;
-  if (accepted) Save(list, dialog->Lines());
   delete dialog;
   if (list == TSearchList::QuickSearch) {
     m_quickSearches = Load(list);

@@ -29,8 +29,8 @@ class TSearchLists final : public QObject {
   // Lines "name=address" in the order of the store.
   [[nodiscard]] QStringList Load(TSearchList list) const;
   // Replaces the list. A line is split at its first "="; of two lines with one name (regardless of case) the later
-  // address counts, at the earlier place. A refused write is not reported.
-  void Save(TSearchList list, const QStringList &lines);
+  // address counts, at the earlier place. False when the store refused the list.
+  bool Save(TSearchList list, const QStringList &lines);
 
   // The quick searches as they were loaded last.
   [[nodiscard]] const QStringList &QuickSearches() const { return m_quickSearches; }

@@ -11,6 +11,8 @@ TVisitRecorder::TVisitRecorder(TTabStrip &tabs, THistoryStore &history, QObject 
 }
 
 void TVisitRecorder::FollowTabs() {
+  // The signal also comes for each new address; only a tab more or less is worth the walk.
+  if (std::exchange(m_tabCount, m_tabs.TabCount()) == m_tabs.TabCount()) return;
   for (TBrowserTab *tab : m_tabs.Tabs()) Follow(tab);
 }
 
@@ -19,8 +21,6 @@ void TVisitRecorder::Follow(TBrowserTab *tab) {
   if (browser == nullptr || m_last.contains(browser)) return;
   m_last.insert(browser, {});
   connect(browser, &QObject::destroyed, this, [this, browser] { m_last.remove(browser); });
-  connect(browser, &THalvexBrowser::NavigateComplete, this,
-          [this, tab](const QString &address) { Q_EMIT Navigated(tab, address); });
   connect(browser, &THalvexBrowser::DocumentComplete, this,
           [this, browser](const QString &address) { OnLoaded(browser, address); });
   connect(browser, &THalvexBrowser::TitleChanged, this, [this, browser] { OnTitle(browser); });

@@ -15,10 +15,6 @@ class TVisitRecorder final : public QObject {
  public:
   TVisitRecorder(TTabStrip &tabs, THistoryStore &history, QObject *parent = nullptr);
 
- Q_SIGNALS:
-  // The page's content has begun to arrive, in any tab.
-  void Navigated(TBrowserTab *tab, const QString &address);
-
  private:
   // What was written last for a tab.
   struct TLast {
@@ -31,6 +27,7 @@ class TVisitRecorder final : public QObject {
   void OnLoaded(THalvexBrowser *browser, const QString &address);
   void OnTitle(THalvexBrowser *browser);
 
+  int m_tabCount = 0;
   TTabStrip &m_tabs;
   THistoryStore &m_history;
   QHash<THalvexBrowser *, TLast> m_last;

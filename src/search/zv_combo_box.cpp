@@ -21,7 +21,8 @@ bool IsEnter(const QKeyEvent &key) { return key.key() == Qt::Key_Return || key.k
 
 // These keys belong to the box while it has the keyboard, whatever they do elsewhere.
 bool IsOwnKey(const QKeyEvent &key) {
-  return IsEnter(key) || key.key() == Qt::Key_Escape || key.key() == Qt::Key_F4 ||
+  const bool plain = key.modifiers() == Qt::NoModifier;
+  return IsEnter(key) || (plain && (key.key() == Qt::Key_Escape || key.key() == Qt::Key_F4)) ||
          (key.key() == Qt::Key_Down && key.modifiers().testFlag(Qt::AltModifier));
 }
 
