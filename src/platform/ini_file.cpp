@@ -249,9 +249,10 @@ TIniFile::TSection &TIniFile::MakeSection(const QString &section) {
   if (const TSection *found = FindSection(section)) return m_sections[found - m_sections.constData()];
   // The line before the new section must have an end, and a blank line keeps the two apart.
   for (auto block = m_blocks.rbegin(); block != m_blocks.rend(); ++block) {
-    const auto last = std::find_if(block->lines.crbegin(), block->lines.crend(),
+    const auto last = std::find_if(block->lines.rbegin(), block->lines.rend(),
                                    [](const TLine &line) { return !line.isRemoved; });
-    if (last == block->lines.crend()) continue;
+    if (last == block->lines.rend()) continue;
+    if (last->end == TLineEnd::None) last->end = m_lineEnd;
     if (!IsBlank(last->bytes)) AppendLine(*block, block->lines.size(), {});
     break;
   }

@@ -84,6 +84,8 @@ class TTestIniFile final : public QObject {
     QTest::newRow("missing ones removed") << file << "C|X" << file;
     QTest::newRow("no line end") << QByteArray("[A]\na=1") << "A|b|2" << QByteArray("[A]\na=1\nb=2\n");
     QTest::newRow("new section, no line end") << QByteArray("x") << "A|b|2" << QByteArray("x\n\n[A]\nb=2\n");
+    QTest::newRow("new section, blanks without a line end") << QByteArray("[B]\n\t ") << "A|b|2"
+                                                            << QByteArray("[B]\n\t \n[A]\nb=2\n");
     QTest::newRow("empty file") << QByteArray() << "A|b|2" << QByteArray("[A]\nb=2\n");
     QTest::newRow("end of a continued section") << QByteArray("[A]\na=1\n[B]\n[A]\nb=2\n[C]\n") << "A|c|3"
                                                 << QByteArray("[A]\na=1\n[B]\n[A]\nb=2\nc=3\n[C]\n");
