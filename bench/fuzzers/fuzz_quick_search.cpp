@@ -45,12 +45,12 @@ void RequireFill(const QString &format, const QString &query) {
   }
 }
 
-// The format that the first line with this keyword has.
+// The format of the first line whose name, all before its first "=", is the keyword.
 QString FormatOf(const QString &keyword, const QStringList &lines) {
   for (const QString &line : lines) {
-    const QString start = line.left(keyword.size() + 1);
-    if (start.size() == keyword.size() + 1 && start.compare(keyword + u'=', Qt::CaseInsensitive) == 0) {
-      return line.mid(start.size());
+    const QStringList parts = line.split(u'=');
+    if (parts.size() > 1 && parts.first().compare(keyword, Qt::CaseInsensitive) == 0) {
+      return parts.sliced(1).join(u'=');
     }
   }
   return {};
