@@ -2,31 +2,26 @@
 
 #include <QString>
 
-#include "platform/damaged_file.h"
 #include "platform/sqlite_connection.h"
+#include "platform/store_file.h"
 
 // One connection to the history's file, for THistoryStore.
 class THistoryFile final {
  public:
-  enum class TResult { Ready, Busy, Damaged, Unavailable };
-
   explicit THistoryFile(QString filePath) : m_filePath(std::move(filePath)) {}
 
   // Makes the connection usable: opened, of our version, and still the file that the path leads to. A file that is
   // missing is made only when `mayCreate`.
-  [[nodiscard]] TResult Ensure(bool mayCreate);
+  [[nodiscard]] StoreFile::TState Ensure(bool mayCreate);
   void Close() { m_database.Close(); }
 
   [[nodiscard]] TSqliteConnection &Database() { return m_database; }
-  [[nodiscard]] const DamagedFile::TIdentity &Identity() const { return m_identity; }
-  [[nodiscard]] static TResult ResultOf(int code);
+  [[nodiscard]] const StoreFile::TIdentity &Identity() const { return m_identity; }
 
  private:
-  [[nodiscard]] TResult Open(bool mayCreate);
-  [[nodiscard]] TResult CheckSchema();
-  [[nodiscard]] TResult CreateSchema();
+  [[nodiscard]] StoreFile::TState Open(bool mayCreate);
 
   QString m_filePath;
-  DamagedFile::TIdentity m_identity;
+  StoreFile::TIdentity m_identity;
   TSqliteConnection m_database;
 };

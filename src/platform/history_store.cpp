@@ -14,7 +14,7 @@
 
 namespace {
 
-using TResult = THistoryFile::TResult;
+using StoreFile::TState;
 
 constexpr qsizetype LongestAddress = 8192;
 constexpr qsizetype LongestTitle = 1024;
@@ -46,7 +46,7 @@ struct TChange {
   QString address{};
   QString title{};
   qint64 when = 0;   // milliseconds since 1970
-  DamagedFile::TIdentity file{};
+  StoreFile::TIdentity file{};
 };
 
 QString Cleaned(const QString &title) { return title.simplified().left(LongestTitle); }
@@ -102,10 +102,10 @@ class THistoryStore::TWriter final {
 
  private:
   void Run();
-  [[nodiscard]] TResult Write(const QList<TChange> &changes);
-  [[nodiscard]] TResult WriteOnce(const QList<TChange> &changes);
+  [[nodiscard]] TState Write(const QList<TChange> &changes);
+  [[nodiscard]] TState WriteOnce(const QList<TChange> &changes);
   [[nodiscard]] bool WriteOne(const TChange &change);
-  void MoveAside(const DamagedFile::TIdentity &damaged);
+  void MoveAside(const StoreFile::TIdentity &damaged);
 
   const QString m_filePath;
   THistoryFile m_file;   // the thread's alone
@@ -130,10 +130,10 @@ void THistoryStore::TWriter::Run() {
     QList<TChange> changes = std::exchange(m_waiting, {});
     m_writing = true;
     lock.unlock();
-    const TResult result = Write(changes);
+    const TState state = Write(changes);
     lock.lock();
     m_writing = false;
-    if (result == TResult::Busy && !m_stop) {
+    if (state == TState::Busy && !m_stop) {
       m_waiting = changes + m_waiting;
       if (m_waiting.size() > MostWaiting) m_waiting.remove(0, m_waiting.size() - MostWaiting);
     }
@@ -141,27 +141,27 @@ void THistoryStore::TWriter::Run() {
   }
 }
 
-TResult THistoryStore::TWriter::Write(const QList<TChange> &changes) {
+TState THistoryStore::TWriter::Write(const QList<TChange> &changes) {
   for (const TChange &change : changes) {
     if (change.kind == TChange::TKind::Damaged) MoveAside(change.file);
   }
-  TResult result = WriteOnce(changes);
-  if (result == TResult::Damaged) {
+  TState state = WriteOnce(changes);
+  if (state == TState::Damaged) {
     MoveAside(m_file.Identity());
-    result = WriteOnce(changes);
+    state = WriteOnce(changes);
   }
-  return result;
+  return state;
 }
 
-TResult THistoryStore::TWriter::WriteOnce(const QList<TChange> &changes) {
-  if (const TResult result = m_file.Ensure(true); result != TResult::Ready) return result;
+TState THistoryStore::TWriter::WriteOnce(const QList<TChange> &changes) {
+  if (const TState state = m_file.Ensure(true); state != TState::Ready) return state;
   TSqliteConnection &database = m_file.Database();
-  if (const int code = database.Execute("BEGIN IMMEDIATE"); code != 0) return THistoryFile::ResultOf(code);
+  if (const int code = database.Execute("BEGIN IMMEDIATE"); code != 0) return StoreFile::StateOf(code);
   bool isGood = true;
   for (const TChange &change : changes) isGood = isGood && WriteOne(change);
-  if (isGood && database.Execute("COMMIT") == 0) return TResult::Ready;
+  if (isGood && database.Execute("COMMIT") == 0) return TState::Ready;
   database.Execute("ROLLBACK");
-  return database.DamageSeen() ? TResult::Damaged : TResult::Unavailable;
+  return database.DamageSeen() ? TState::Damaged : TState::Unavailable;
 }
 
 bool THistoryStore::TWriter::WriteOne(const TChange &change) {
@@ -189,10 +189,10 @@ bool THistoryStore::TWriter::WriteOne(const TChange &change) {
   return true;
 }
 
-void THistoryStore::TWriter::MoveAside(const DamagedFile::TIdentity &damaged) {
+void THistoryStore::TWriter::MoveAside(const StoreFile::TIdentity &damaged) {
   m_file.Close();
   QString name;
-  if (!DamagedFile::SetAside(m_filePath, damaged, &name) || name.isEmpty()) return;
+  if (!StoreFile::SetAside(m_filePath, damaged, &name) || name.isEmpty()) return;
   const std::lock_guard lock(m_mutex);
   m_setAside = name;
 }
@@ -203,12 +203,12 @@ class THistoryStore::TReader final {
 
   // Null when there is nothing to read; a file that is damaged is then told to the writer.
   [[nodiscard]] TSqliteConnection *Database(TWriter &writer) {
-    const TResult result = m_file.Ensure(false);
-    if (result == TResult::Damaged) {
+    const TState state = m_file.Ensure(false);
+    if (state == TState::Damaged) {
       m_file.Close();
       writer.Add({.kind = TChange::TKind::Damaged, .file = m_file.Identity()});
     }
-    return result == TResult::Ready ? &m_file.Database() : nullptr;
+    return state == TState::Ready ? &m_file.Database() : nullptr;
   }
   // The index's expression for the rarest word of the query; empty when all are common. Only the last word of a part may
   // be unfinished.

@@ -1,30 +1,26 @@
 #include "platform/registry_store.h"
 
 #include <sqlite3.h>
-#include <sys/stat.h>
 
-#include <QFile>
 #include <QFileInfo>
-#include <QLockFile>
 #include <utility>
 
 #include "platform/program_folders.h"
 #include "platform/sqlite_connection.h"
+#include "platform/store_file.h"
 
 namespace {
 
-constexpr int SchemaVersion = 1;
+using StoreFile::TState;
+
 // How long a call waits for another process: long enough for any list to be written, short enough to be sat out.
 constexpr int BusyTimeout = 3000;
 // While the file has been locked since it was opened every call tries again, so none of them may take long.
 constexpr int RetryTimeout = 50;
-constexpr qint64 HeaderSize = 100;
-constexpr int LockTimeout = 5000;
-constexpr int MaxSetAsideNames = 10000;
 
 // Row identities grow, so that their order is the order of first writing. `path` and `folded` are case-folded; the
 // parent of a hive's root is a text that no path can be.
-constexpr const char *Schema = R"(
+constexpr const char *Tables = R"(
   CREATE TABLE keys(id INTEGER PRIMARY KEY, hive INTEGER NOT NULL, path TEXT NOT NULL, parent TEXT NOT NULL,
                     name TEXT NOT NULL, UNIQUE(hive, path));
   CREATE INDEX keys_by_parent ON keys(hive, parent);
@@ -34,17 +30,9 @@ constexpr const char *Schema = R"(
 )";
 constexpr const char *RootParent = "\\";
 
-struct TFileIdentity {
-  dev_t device = 0;
-  ino_t node = 0;
-  bool operator==(const TFileIdentity &) const = default;
-};
-
-TFileIdentity IdentityOf(const QString &path) {
-  struct stat status = {};
-  if (::stat(QFile::encodeName(path).constData(), &status) != 0) return {};
-  return {status.st_dev, status.st_ino};
-}
+constexpr const char *Queries[] = {"SELECT id, hive, path, parent, name FROM keys LIMIT 1",
+                                   "SELECT id, key, folded, name, data FROM entries LIMIT 1"};
+constexpr StoreFile::TSchema Schema{1, Tables, Queries};
 
 // A key path in its parts, with empty ones left out.
 struct TKeyPath {
@@ -55,14 +43,12 @@ struct TKeyPath {
       : names(key.split(u'\\', Qt::SkipEmptyParts)), folded(names.join(u'\\').toCaseFolded()) {}
 };
 
-enum class TOpenResult { Ready, Busy, Damaged, Unavailable };
-
 }  // namespace
 
 struct TRegistryStore::TPrivate {
   QString filePath;
   QString setAside;
-  TFileIdentity identity;
+  StoreFile::TIdentity identity;
   TSqliteConnection database;
   int depth = 0;
   bool ready = false;
@@ -70,12 +56,9 @@ struct TRegistryStore::TPrivate {
   bool memory = false;
 
   void Open();
-  TOpenResult TryOpen(TSqliteConnection::TMode mode);
-  TOpenResult CheckSchema(bool mayWrite);
-  TOpenResult CreateSchema();
-  TOpenResult BeginAnew();
+  TState TryOpen(TSqliteConnection::TMode mode);
+  TState BeginAnew();
   void UseMemory();
-  [[nodiscard]] QString UnusedName() const;
   bool EnsureReady();
 
   [[nodiscard]] std::optional<qint64> FindKey(TRegistryHive hive, const QString &foldedPath);
@@ -88,21 +71,6 @@ struct TRegistryStore::TPrivate {
 };
 
 namespace {
-
-TOpenResult ResultOf(int code) {
-  switch (code & 0xFF) {
-    case SQLITE_OK:
-    case SQLITE_ROW:
-    case SQLITE_DONE: return TOpenResult::Ready;
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED: return TOpenResult::Busy;
-    // SQLITE_ERROR: the version is ours, but the tables are not.
-    case SQLITE_CORRUPT:
-    case SQLITE_NOTADB:
-    case SQLITE_ERROR: return TOpenResult::Damaged;
-    default: return TOpenResult::Unavailable;
-  }
-}
 
 // One level of a transaction; what was not committed is undone.
 class TTransaction final {
@@ -151,121 +119,57 @@ void TRegistryStore::TPrivate::Open() {
   const bool mayWrite = ProgramFolders::Make(folder) && QFileInfo(folder).isWritable() &&
                         (!QFileInfo::exists(filePath) || QFileInfo(filePath).isWritable());
   if (mayWrite) {
-    TOpenResult result = TryOpen(TMode::ReadWrite);
-    if (result == TOpenResult::Damaged) result = BeginAnew();
-    writable = result == TOpenResult::Ready || result == TOpenResult::Busy;
-    ready = result == TOpenResult::Ready;
+    TState state = TryOpen(TMode::ReadWrite);
+    if (state == TState::Damaged) state = BeginAnew();
+    writable = state == TState::Ready || state == TState::Busy;
+    ready = state == TState::Ready;
     if (writable) return;
   }
   writable = false;
-  ready = TryOpen(TMode::ReadOnly) == TOpenResult::Ready;
+  ready = TryOpen(TMode::ReadOnly) == TState::Ready;
   // With a log of recent writes beside it the file alone may be inconsistent, so it is not read without the log.
-  if (!ready && QFileInfo(filePath + "-wal").size() == 0) ready = TryOpen(TMode::Immutable) == TOpenResult::Ready;
+  if (!ready && QFileInfo(filePath + "-wal").size() == 0) ready = TryOpen(TMode::Immutable) == TState::Ready;
   if (!ready) UseMemory();
 }
 
-TOpenResult TRegistryStore::TPrivate::TryOpen(TSqliteConnection::TMode mode) {
-  identity = IdentityOf(filePath);
-  // SQLite takes a file that is shorter than its header for a new one and would write over it.
-  const qint64 size = QFileInfo(filePath).size();
-  if (size > 0 && size < HeaderSize) return TOpenResult::Damaged;
+TState TRegistryStore::TPrivate::TryOpen(TSqliteConnection::TMode mode) {
+  identity = StoreFile::IdentityOf(filePath);
+  if (StoreFile::IsCutShort(filePath)) return TState::Damaged;
   const int code = database.Open(filePath, mode);
-  if (identity == TFileIdentity()) identity = IdentityOf(filePath);
-  if (code != SQLITE_OK) return ResultOf(code);
+  if (identity == StoreFile::TIdentity()) identity = StoreFile::IdentityOf(filePath);
+  if (code != SQLITE_OK) return StoreFile::StateOf(code);
   database.SetBusyTimeout(BusyTimeout);
-  return CheckSchema(mode == TSqliteConnection::TMode::ReadWrite);
+  return StoreFile::CheckSchema(database, Schema, mode == TSqliteConnection::TMode::ReadWrite);
 }
 
-TOpenResult TRegistryStore::TPrivate::CheckSchema(bool mayWrite) {
-  qint64 version = 0;
-  qint64 tables = 0;
-  {
-    TSqliteStatement statement = database.Use("SELECT (SELECT user_version FROM pragma_user_version), "
-                                              "(SELECT count(*) FROM sqlite_master)");
-    if (!statement.Step()) return ResultOf(statement.Code());
-    version = statement.Integer(0);
-    tables = statement.Integer(1);
-  }
-  const bool isEmpty = version == 0 && tables == 0;
-  if (isEmpty && !mayWrite) return TOpenResult::Unavailable;
-  if (!isEmpty && version != SchemaVersion) return TOpenResult::Damaged;
-  if (mayWrite) {
-    // With the write-ahead log a commit needs no wait for the disk and readers never wait for a writer. Refused (by
-    // another process opening at this moment), it is asked for again next time; all works without it.
-    database.Execute("PRAGMA synchronous = NORMAL; PRAGMA journal_mode = WAL");
-  }
-  if (isEmpty) return CreateSchema();
-  for (const char *sql : {"SELECT id, hive, path, parent, name FROM keys LIMIT 1",
-                          "SELECT id, key, folded, name, data FROM entries LIMIT 1"}) {
-    TSqliteStatement statement = database.Use(sql);
-    statement.Step();
-    if (const TOpenResult result = ResultOf(statement.Code()); result != TOpenResult::Ready) return result;
-  }
-  return TOpenResult::Ready;
-}
-
-TOpenResult TRegistryStore::TPrivate::CreateSchema() {
-  TTransaction transaction(database, depth);
-  if (!transaction.IsBegun()) return TOpenResult::Busy;
-  {
-    // Another process may have been faster.
-    TSqliteStatement statement = database.Use("PRAGMA user_version");
-    if (!statement.Step()) return ResultOf(statement.Code());
-    if (statement.Integer(0) == SchemaVersion) return TOpenResult::Ready;
-  }
-  const int code = database.Execute(Schema);
-  if (code != SQLITE_OK) return ResultOf(code);
-  return transaction.Commit() ? TOpenResult::Ready : TOpenResult::Unavailable;
-}
-
-// Sets the damaged file aside and begins a new one. Under a lock, so that of several processes which find the damage
-// only one does it, and none sets aside the new file of another.
-TOpenResult TRegistryStore::TPrivate::BeginAnew() {
-  const TFileIdentity damaged = identity;
+// Sets the damaged file aside and begins a new one.
+TState TRegistryStore::TPrivate::BeginAnew() {
   database.Close();
-  QLockFile lock(filePath + ".lock");
-  if (!lock.tryLock(LockTimeout)) return TOpenResult::Unavailable;
-  if (IdentityOf(filePath) == damaged) {
-    const QString name = UnusedName();
-    if (name.isEmpty() || !QFile::rename(filePath, name)) return TOpenResult::Unavailable;
-    setAside = name;
-    // They may hold writes that a repair could still bring back.
-    for (const char *companion : {"-wal", "-journal"}) QFile::rename(filePath + companion, name + companion);
-    QFile::remove(filePath + "-shm");
-  }
+  if (!StoreFile::SetAside(filePath, identity, &setAside)) return TState::Unavailable;
   return TryOpen(TSqliteConnection::TMode::ReadWrite);
-}
-
-QString TRegistryStore::TPrivate::UnusedName() const {
-  for (int number = 1; number <= MaxSetAsideNames; ++number) {
-    const QString name = filePath + ".damaged-" + QString::number(number);
-    if (!QFileInfo::exists(name) && !QFileInfo::exists(name + "-wal") && !QFileInfo::exists(name + "-journal")) {
-      return name;
-    }
-  }
-  return {};
 }
 
 void TRegistryStore::TPrivate::UseMemory() {
   memory = true;
-  ready = database.Open({}, TSqliteConnection::TMode::Memory) == SQLITE_OK && CreateSchema() == TOpenResult::Ready;
+  ready = database.Open({}, TSqliteConnection::TMode::Memory) == SQLITE_OK &&
+          StoreFile::CheckSchema(database, Schema, true) == TState::Ready;
   writable = ready;
 }
 
 bool TRegistryStore::TPrivate::EnsureReady() {
   if (depth > 0 || !writable || memory) return ready;
-  TOpenResult result = TOpenResult::Ready;
+  TState state = TState::Ready;
   if (!ready) {
     database.SetBusyTimeout(RetryTimeout);
-    result = CheckSchema(true);
+    state = StoreFile::CheckSchema(database, Schema, true);
     database.SetBusyTimeout(BusyTimeout);
   } else if (database.DamageSeen()) {
     // Damage deep in the file only shows when that place is read.
-    result = TOpenResult::Damaged;
+    state = TState::Damaged;
   }
-  if (result == TOpenResult::Damaged) result = BeginAnew();
-  ready = result == TOpenResult::Ready;
-  if (!ready && result != TOpenResult::Busy) UseMemory();
+  if (state == TState::Damaged) state = BeginAnew();
+  ready = state == TState::Ready;
+  if (!ready && state != TState::Busy) UseMemory();
   return ready;
 }
 
