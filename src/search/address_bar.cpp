@@ -80,7 +80,6 @@ void TAddressBar::ClearAddressHistory() {
   m_addresses.Clear();
   SetEntries({});
   SaveTypedAddresses();
-  Q_EMIT AddressHistoryCleared();
 }
 
 bool TAddressBar::TakeKey(const QKeyEvent &key) {
@@ -164,9 +163,8 @@ bool TAddressBar::TakeSuggestionKey(const QKeyEvent &key) {
       if (!key.modifiers().testFlag(Qt::ShiftModifier) || chosen.isEmpty()) return false;
       RemoveEntry(chosen);
       m_history.Remove(chosen);
-      m_history.Flush();
+      m_suggestions->RemoveChosen();
       ShowTyped(m_typedText, m_typedText.size());
-      Suggest();
       return true;
     }
     case Qt::Key_Escape:

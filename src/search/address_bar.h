@@ -37,7 +37,6 @@ class TAddressBar final : public TZVComboBox {
  Q_SIGNALS:
   // `text` is to be opened as it stands (see TAddressSearch::Open).
   void OpenRequested(const QString &text, bool newTab);
-  void AddressHistoryCleared();
 
  protected:
   bool TakeKey(const QKeyEvent &key) override;

@@ -97,6 +97,14 @@ QString TSuggestionList::Chosen() const {
                                                  : QString();
 }
 
+void TSuggestionList::RemoveChosen() {
+  if (Chosen().isEmpty()) return;
+  m_model->removeRow(currentIndex().row());
+  setCurrentIndex({});
+  clearSelection();
+  m_model->rowCount() == 0 ? hide() : Place();
+}
+
 void TSuggestionList::showEvent(QShowEvent *event) {
   qApp->installEventFilter(this);
   QTreeView::showEvent(event);

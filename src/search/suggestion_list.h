@@ -23,6 +23,8 @@ class TSuggestionList final : public QTreeView {
   void Offer(const QList<TSuggestion> &suggestions);
   // Moves the choice, by a page with `page`; beyond either end nothing is chosen. The chosen address, or empty.
   QString Move(bool down, bool page);
+  // Takes the chosen suggestion out of the list; nothing is chosen then.
+  void RemoveChosen();
   // The chosen address; empty when none is, or the list is hidden.
   [[nodiscard]] QString Chosen() const;
 

@@ -484,10 +484,10 @@ void TestAddressBar::SuggestionIsForgotten() {
   QCOMPARE(m_history->Count(), 2);
   Press(Qt::Key_Down);
   Press(Qt::Key_Delete, Qt::ShiftModifier);
-  QTRY_COMPARE(Suggested(), QStringList("http://b.example/"));
+  QCOMPARE(Suggested(), QStringList("http://b.example/"));
   QCOMPARE(Edit()->text(), "news");
   QCOMPARE(m_bar->count(), 0);
-  QVERIFY(!m_history->Find("http://a.example/"));
+  QTRY_VERIFY(!m_history->Find("http://a.example/"));
 }
 
 void TestAddressBar::ClearsAfterAsking_data() {
@@ -508,7 +508,6 @@ void TestAddressBar::ClearsAfterAsking() {
   typed.Save(*m_store);
   MakeBar(style);
   m_bar->ShowAddress("http://page.example/");
-  QSignalSpy cleared(m_bar, &TAddressBar::AddressHistoryCleared);
   OnModalDialog<TfrmConfirm>([&](TfrmConfirm &dialog) {
     QCOMPARE(dialog.windowTitle(), "Clear typed addresses");
     QCOMPARE(dialog.findChild<QTextEdit *>("mmoPrompt2")->isVisible(), hasNote);
@@ -516,7 +515,6 @@ void TestAddressBar::ClearsAfterAsking() {
   });
   m_bar->ClearAddressHistory();
   QCOMPARE(m_bar->count(), yes ? 0 : 1);
-  QCOMPARE(cleared.size(), yes ? 1 : 0);
   QCOMPARE(Edit()->text(), "http://page.example/");
   typed.Load(*m_store);
   QCOMPARE(typed.List().isEmpty(), yes);
