@@ -113,7 +113,11 @@ void TestLoadQueue::StopsLoading() {
   QCOMPARE(last->AddressToSave(), m_f.Page(29));
   m_f.tabs->Activate(last);
   QTRY_COMPARE_WITH_TIMEOUT(last->GetLocationName(), QStringLiteral("Page 29"), LoadTime);
+  // Refreshing all pages leaves those alone that were never opened; a single one it opens.
+  m_f.tabs->RefreshAll();
   QVERIFY(m_f.tabs->Tab(28)->Browser()->EnginePageIfAny() == nullptr);
+  m_f.tabs->Tab(28)->Refresh();
+  QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->Tab(28)->GetLocationName(), QStringLiteral("Page 28"), LoadTime);
   // What is opened after that loads again.
   TBrowserTab *other = m_f.tabs->NewBackgroundTab();
   m_f.queue->Navigate(other, m_f.Page(50));

@@ -77,6 +77,7 @@ void TBrowserTab::Navigate(const QString &address) {
     return;
   }
   m_url = address;
+  m_announced = false;
   m_awaited = FixUpAddress(address).kind == TFixedAddress::TKind::Url;
   if (!m_locked) SetCaption(address);
   if (address == AboutBlank) {
@@ -90,6 +91,7 @@ void TBrowserTab::Navigate(const QString &address) {
 void TBrowserTab::Announce(const QString &address) {
   if (!m_browser) return;
   m_url = address;
+  m_announced = true;
   m_awaited = true;
   if (!m_locked) SetCaption(address);
   Q_EMIT m_strip.TabsChanged();
@@ -113,7 +115,9 @@ void TBrowserTab::GoForward() {
 
 void TBrowserTab::Refresh() {
   if (!m_browser) return;
-  if (QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier)) {
+  if (m_announced) {
+    NavigateStored();
+  } else if (QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier)) {
     m_browser->RefreshCompletely();
   } else {
     m_browser->Refresh();
@@ -126,6 +130,7 @@ void TBrowserTab::Stop() {
 
 void TBrowserTab::MakeBlank() {
   if (!m_browser) return;
+  m_announced = false;
   m_browser->ShowBlank();
   SetCaption(AboutBlank);
   Q_EMIT m_strip.TabsChanged();

@@ -30,7 +30,7 @@ class TBrowserTab final : public QWidget {
   ~TBrowserTab() override;
 
   void Navigate(const QString &address);
-  // Shows `address` as what the tab is for and opens nothing: NavigateStored does that.
+  // Shows `address` as what the tab is for and opens nothing: NavigateStored does that, or Refresh.
   void Announce(const QString &address);
   // Opens `Url` again when there is one.
   void NavigateStored();
@@ -78,6 +78,8 @@ class TBrowserTab final : public QWidget {
   [[nodiscard]] bool Restored() const { return m_restored; }
   [[nodiscard]] bool HideFromCloseAll() const { return m_hideFromCloseAll; }
   [[nodiscard]] bool OpenedAsNewWindow() const { return m_openedAsNewWindow; }
+  // An address was announced, and nothing was opened since.
+  [[nodiscard]] bool Announced() const { return m_announced; }
   [[nodiscard]] bool Busy() const { return m_busy; }
   [[nodiscard]] bool Secure() const { return m_secure; }
   [[nodiscard]] int SecureLock() const { return m_secureLock; }
@@ -129,5 +131,6 @@ class TBrowserTab final : public QWidget {
   bool m_busy = false;
   bool m_topDocument = false;  // a top-level navigation is recorded
   bool m_restored = false;
+  bool m_announced = false;
   bool m_awaited = false;  // the page that was asked for last has not finished yet
 };

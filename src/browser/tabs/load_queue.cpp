@@ -103,7 +103,8 @@ void TLoadQueue::StartActive() {
 
 bool TLoadQueue::Start(qsizetype place) {
   const TEntry entry = m_waiting.takeAt(place);
-  if (!entry.tab || entry.tab->Browser() == nullptr || entry.tab->Url() != entry.address) return false;
+  // The tab may have gone, or may have been sent somewhere meanwhile.
+  if (!entry.tab || entry.tab->Browser() == nullptr || !entry.tab->Announced()) return false;
   auto *hold = new QTimer(this);
   hold->setSingleShot(true);
   connect(hold, &QTimer::timeout, this, [this, hold] { Finish(hold); });

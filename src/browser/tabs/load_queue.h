@@ -28,7 +28,7 @@ class TLoadQueue final : public QObject {
   void Navigate(TBrowserTab *tab, const QString &address);
   // Pages still to come: those that wait and those that are loading.
   [[nodiscard]] int ToCome() const;
-  // What is loading goes on; of the others each opens when the user turns to its tab.
+  // What is loading goes on; of the others each opens when the user turns to its tab or refreshes it.
   void Stop();
 
  Q_SIGNALS:

@@ -170,7 +170,10 @@ void TTabStrip::StopAll() {
 }
 
 void TTabStrip::RefreshAll() {
-  for (TBrowserTab *tab : Tabs()) tab->Refresh();
+  // A page that waits for its turn has nothing yet that could be refreshed.
+  for (TBrowserTab *tab : Tabs()) {
+    if (!tab->Announced()) tab->Refresh();
+  }
 }
 
 void TTabStrip::ShowAdjacent(bool forward) {
