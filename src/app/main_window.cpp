@@ -117,7 +117,6 @@ void TfrmMain::MakeModules() {
   m_tabMenu->AddItem("pmAddToPopupHalvex", m_language.Global("PopupHalvex") + QStringLiteral("…"),
                      ":/icons/popup_blocked.svg", Qt::Key_F8,
                      [this](TBrowserTab *tab) { m_popups->AddToPopupList(tab); });
-  openGroup = [this](const QString &file) { m_groups->OpenAsSet(file); };
   m_tabCommands = new TTabCommands(this, *m_commands, *m_tabs, *m_closeAll, *m_tabMenu, *m_autoRefresh,
                                    m_toolbars->Address(), *m_search);
   new TLanguageMenu(*m_commands->Menu(TMenu::Languages), m_language, m_store);
@@ -296,8 +295,8 @@ void TfrmMain::wmCopyDataDataReceived(const QString &text) {
   }
   // That a text is dropped while a dialog waits for its answer is meant.
   if (dialog != nullptr || text.isEmpty()) return;
-  if (openGroup && TPageGroups::IsHandedOverGroup(text)) {
-    openGroup(text);
+  if (TPageGroups::IsHandedOverGroup(text)) {
+    m_groups->OpenAsSet(text);
   } else {
     m_tabs->NewTab()->Navigate(text);
   }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <QMainWindow>
 #include <QTimer>
@@ -48,10 +47,8 @@ class TfrmMain final : public QMainWindow {
   // Closes the window without the shutdown question, with everything written as always.
   void CloseWithoutAsking();
   // What a later start was given, from the instance channel: the window comes to the front and opens it, a page-group
-  // file with `openGroup`, anything else as an address in a new tab. An empty text only brings the window to the front.
+  // file as a group, anything else as an address in a new tab. An empty text only brings the window to the front.
   void wmCopyDataDataReceived(const QString &text);
-  // Opens a page-group file; while none is set a group opens like any file.
-  std::function<void(const QString &file)> openGroup;
 
  Q_SIGNALS:
   // The window goes for good; what comes now would be lost.

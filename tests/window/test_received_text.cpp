@@ -29,7 +29,6 @@ class TestReceivedText final : public QObject {
   std::unique_ptr<QTemporaryDir> m_folder;
   std::unique_ptr<TRegistryStore> m_store;
   std::unique_ptr<TfrmMain> m_window;
-  QStringList m_groups;   // opened as page groups
 };
 
 void TestReceivedText::init() {
@@ -39,8 +38,6 @@ void TestReceivedText::init() {
   options.Set(Setting::StartupMode, QStringLiteral("Blank"));
   options.Set(Setting::ConfirmShutdown, false);
   m_window = std::make_unique<TfrmMain>(*m_store);
-  m_groups.clear();
-  m_window->openGroup = [this](const QString &file) { m_groups.append(file); };
   m_window->show();
 }
 
@@ -70,13 +67,19 @@ void TestReceivedText::Opens() {
   QFETCH(bool, asGroup);
   QFETCH(bool, asTab);
   QTRY_VERIFY(!m_window->findChild<QTimer *>(QStringLiteral("tmrLoadCoolbar"))->isActive());
+  // What is opened as a group gives its name to the tab.
   QFile made(m_folder->filePath(file));
-  if (!file.isEmpty()) QVERIFY(made.open(QIODevice::WriteOnly));
+  if (!file.isEmpty()) {
+    QVERIFY(made.open(QIODevice::WriteOnly));
+    made.write("[HalvexGroup]\nfrom the group=about:blank#a\n");
+    made.close();
+  }
   text.replace(QStringLiteral("%1"), m_folder->path());
   m_window->wmCopyDataDataReceived(text);
-  QCOMPARE(m_groups, asGroup ? QStringList{text} : QStringList{});
-  QCOMPARE(m_window->Tabs().TabCount(), asTab ? 2 : 1);
-  if (asTab) QCOMPARE(m_window->Tabs().GetActivePage()->Url(), text);
+  TTabStrip &tabs = m_window->Tabs();
+  QCOMPARE(tabs.TabCount(), asTab || asGroup ? 2 : 1);
+  QCOMPARE(tabs.Tab(tabs.TabCount() - 1)->StickyName(), QString(asGroup ? "from the group" : ""));
+  if (asTab) QCOMPARE(tabs.GetActivePage()->Url(), text);
 }
 
 void TestReceivedText::ComesToTheFront() {
