@@ -15,8 +15,8 @@
 #include "groups/group_message.h"
 #include "platform/program_folders.h"
 
-TGroupFolder::TGroupFolder(QWidget *window, const TLanguage &language)
-    : QObject(window), m_window(window), m_language(language) {
+TGroupFolder::TGroupFolder(QWidget *window, const TLanguage &language, QObject *parent)
+    : QObject(parent), m_window(window), m_language(language) {
   connect(&m_watcher, &TFolderWatcher::Changed, this, &TGroupFolder::Changed);
 }
 

@@ -15,7 +15,7 @@ class TGroupFolder final : public QObject {
 
  public:
   // `window` owns the dialogs.
-  TGroupFolder(QWidget *window, const TLanguage &language);
+  TGroupFolder(QWidget *window, const TLanguage &language, QObject *parent);
 
   // The folder, made when it is missing.
   [[nodiscard]] static QString Path();

@@ -54,7 +54,7 @@ TPageGroups::TPageGroups(QWidget *window, TTabStrip &tabs, TCloseAllTabs &closeA
       m_queue(queue),
       m_language(language),
       m_store(store),
-      m_folder(new TGroupFolder(window, language)) {
+      m_folder(new TGroupFolder(window, language, this)) {
   m_add =
       AddCommand("pmAddToHalvexGroup", language.Text("MAIN", "GroupsAddTab"), Qt::Key_F6, &TPageGroups::AddActiveTab);
   m_saveAll =

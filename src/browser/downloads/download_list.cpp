@@ -148,7 +148,6 @@ void TDownloadList::TakeNewRequest(QWebEngineDownloadRequest *request) {
     AddItem(address, path, TDownloadState::NotStarted);
   } else {
     Begin(AddItem(address, path, TDownloadState::Running), request);
-    Q_EMIT DownloadBegun(0);
   }
 }
 

@@ -85,8 +85,6 @@ class TDownloadList final : public QAbstractListModel {
 
  Q_SIGNALS:
   void ActiveChanged(int count);
-  // A new download was begun; the window may want to show itself.
-  void DownloadBegun(int row);
 
  private:
   struct TItem;
