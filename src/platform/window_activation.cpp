@@ -4,7 +4,8 @@
 
 void BringToFront(QWindow &window) {
   window.setWindowStates(window.windowStates() & ~Qt::WindowMinimized);
-  window.show();
+  // Not show(): it would make a maximised window or one in full screen a normal one.
+  window.setVisible(true);
   window.raise();
   window.requestActivate();
 }
