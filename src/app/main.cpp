@@ -20,7 +20,7 @@ constexpr const char *ModulePlaces[] = {"/libzarvela.so", "/../" ZARVELA_LIBRARY
 // process that shows a window.
 bool MayRunBeside(const QStringList &arguments) {
   if (ReadArguments(arguments).forceNewInstance) return true;
-  TRegistryStore store(ProgramFolders::RegistryFile());
+  TRegistryStore store(ProgramFolders::RegistryFile(), TRegistryStore::TReadOnly());
   return ReadCommandLine(arguments, store).forceNewInstance;
 }
 

@@ -56,6 +56,7 @@ struct TRegistryStore::TPrivate {
   bool memory = false;
 
   void Open();
+  void OpenReadOnly();
   TState TryOpen(TSqliteConnection::TMode mode);
   TState BeginAnew();
   void UseMemory();
@@ -125,6 +126,11 @@ void TRegistryStore::TPrivate::Open() {
     ready = state == TState::Ready;
     if (writable) return;
   }
+  OpenReadOnly();
+}
+
+void TRegistryStore::TPrivate::OpenReadOnly() {
+  using TMode = TSqliteConnection::TMode;
   writable = false;
   ready = TryOpen(TMode::ReadOnly) == TState::Ready;
   // With a log of recent writes beside it the file alone may be inconsistent, so it is not read without the log.
@@ -224,6 +230,11 @@ bool TRegistryStore::TPrivate::RemoveKey(TRegistryHive hive, const TKeyPath &pat
 TRegistryStore::TRegistryStore(const QString &filePath) : d(std::make_unique<TPrivate>()) {
   d->filePath = QFileInfo(filePath).absoluteFilePath();
   d->Open();
+}
+
+TRegistryStore::TRegistryStore(const QString &filePath, TReadOnly) : d(std::make_unique<TPrivate>()) {
+  d->filePath = QFileInfo(filePath).absoluteFilePath();
+  d->OpenReadOnly();
 }
 
 TRegistryStore::~TRegistryStore() = default;

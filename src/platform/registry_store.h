@@ -30,6 +30,9 @@ class TRegistryStore final {
   // aside to a new name beside it (see SetAsideFile) and a fresh one is begun. Where nothing can be written the store
   // opens read-only, or, when nothing can be read either, empty and in memory only: no call ever fails hard.
   explicit TRegistryStore(const QString &filePath);
+  // Opens the store only to look at it: nothing is made, mended or moved aside, and what cannot be read is not there.
+  struct TReadOnly {};
+  TRegistryStore(const QString &filePath, TReadOnly);
   ~TRegistryStore();
   TRegistryStore(const TRegistryStore &) = delete;
   TRegistryStore &operator=(const TRegistryStore &) = delete;
