@@ -13,11 +13,9 @@ void TCachedSettings::Read(TRegistryStore &store, TTabSettings &tabs) {
   addressNewWin = options.Get(Setting::AddressNewWin);
   quickSearchNewWin = options.Get(Setting::QuickSearchNewWin);
   tabs.openNewAtEnd = options.Get(Setting::OpenNewAtEnd);
-  hgCloseFirst = options.Get(Setting::HGCloseFirst);
   searchBar = options.Get(Setting::SearchBar);
   minToTray = options.Get(Setting::MinToTray);
   halvexBarWidth = options.Get(Setting::HalvexBarWidth);
-  usePopupHalvex = options.Get(Setting::UsePopupHalvex);
   tabs.limitTitleLength = options.Get(Setting::LimitTitleLength);
   tabs.newAction = std::max(options.Get(Setting::NewAction), 0);
   hbAutoExpand = options.Get(Setting::HBAutoExpand);

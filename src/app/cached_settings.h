@@ -6,15 +6,14 @@ class TRegistryStore;
 struct TTabSettings;
 
 // The settings that the main window keeps a copy of, so that handlers need not go back to the store. They are read once
-// when the window is created and written back when it is destroyed. What tabs obey is in TTabSettings.
+// when the window is created and written back when it is destroyed. What tabs obey is in TTabSettings; page groups and
+// the pop-up blocker keep theirs.
 struct TCachedSettings {
   bool minToTray = false;
   bool addressNewWin = false;
   bool quickSearchNewWin = true;
   bool showGo = false;
   int autoCompleteMode = 2;
-  bool hgCloseFirst = false;
-  bool usePopupHalvex = true;
   bool hbAutoExpand = true;
   bool viewHalvexBar = false;
   bool viewLinksBar = true;

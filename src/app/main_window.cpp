@@ -189,16 +189,13 @@ void TfrmMain::ConnectCommands() {
   });
   on(TCommand::OrganizeQuickSearch, [this] { m_searchLists->Organize(TSearchList::QuickSearch); });
   on(TCommand::ClearAddresses, [this] { m_toolbars->Address().ClearAddressHistory(); });
-  (*m_commands)[TCommand::CloseTabsFirst]->setChecked(m_settings.hgCloseFirst);
+  (*m_commands)[TCommand::CloseTabsFirst]->setChecked(m_groups->CloseFirst());
   connect((*m_commands)[TCommand::CloseTabsFirst], &QAction::toggled, this, [this](bool first) {
-    m_settings.hgCloseFirst = first;
+    m_groups->SetCloseFirst(first);
     m_options.Set(Setting::HGCloseFirst, first);
   });
-  (*m_commands)[TCommand::UsePopupBlocker]->setChecked(m_settings.usePopupHalvex);
-  connect((*m_commands)[TCommand::UsePopupBlocker], &QAction::toggled, this, [this](bool use) {
-    m_settings.usePopupHalvex = use;
-    m_popups->SetEnabled(use);
-  });
+  (*m_commands)[TCommand::UsePopupBlocker]->setChecked(m_popups->Enabled());
+  connect((*m_commands)[TCommand::UsePopupBlocker], &QAction::toggled, m_popups, &TPopupBlocker::SetEnabled);
   connect(&m_popups->Stopped(), &TStoppedPopups::Changed, this, &TfrmMain::ShowStoppedPopups);
   connect(m_status->StoppedMenu(), &QMenu::aboutToShow, this,
           [this] { m_popups->Stopped().FillMenu(m_status->StoppedMenu(), m_tabs->GetActivePage()); });
@@ -380,10 +377,10 @@ void TfrmMain::WriteSettings() {
   const bool maximized = !fullScreen && isMaximized();
   m_options.Set(Setting::Maximized, maximized);
   if (!maximized) WindowPlacement::Write(m_normalBounds, m_store);
-  m_options.Set(Setting::UsePopupHalvex, m_settings.usePopupHalvex);
+  m_options.Set(Setting::UsePopupHalvex, m_popups->Enabled());
   m_options.Set(Setting::ViewHalvexBar, m_settings.viewHalvexBar);
   m_bars->Write(m_settings.viewLinksBar);
-  m_options.Set(Setting::HGCloseFirst, m_settings.hgCloseFirst);
+  m_options.Set(Setting::HGCloseFirst, m_groups->CloseFirst());
 }
 
 void TfrmMain::RememberBounds() {

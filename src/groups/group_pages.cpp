@@ -53,8 +53,8 @@ TPageGroups::TPageGroups(QWidget *window, TTabStrip &tabs, TCloseAllTabs &closeA
       m_closeAll(closeAll),
       m_queue(queue),
       m_language(language),
-      m_store(store),
-      m_folder(new TGroupFolder(window, language, this)) {
+      m_folder(new TGroupFolder(window, language, this)),
+      m_closeFirst(TZVOptions(store).Get(Setting::HGCloseFirst)) {
   m_add =
       AddCommand("pmAddToHalvexGroup", language.Text("MAIN", "GroupsAddTab"), Qt::Key_F6, &TPageGroups::AddActiveTab);
   m_saveAll =
@@ -84,7 +84,7 @@ bool TPageGroups::IsHandedOverGroup(const QString &argument) {
 }
 
 void TPageGroups::OpenAsSet(const QString &argument) {
-  Open(argument, TZVOptions(m_store).Get(Setting::HGCloseFirst));
+  Open(argument, m_closeFirst);
 }
 
 void TPageGroups::Open(const QString &argument, bool closeFirst, bool atStartup) {
@@ -186,6 +186,7 @@ QString TPageGroups::AskExistingFile() {
   auto *dialog = new QFileDialog(m_window);
   dialog->setAcceptMode(QFileDialog::AcceptOpen);
   dialog->setFileMode(QFileDialog::ExistingFile);
+  dialog->setDefaultSuffix(QString::fromLatin1(THalvexGroup::Extension + 1));
   return Ask(dialog);
 }
 

@@ -43,8 +43,10 @@ class TPageGroups final : public QObject {
   //   setting StartupHalvexGroup       Open(group, no tab was taken yet)
   //   argument of the first start      Open(argument, true, true)
   void Open(const QString &argument, bool closeFirst, bool atStartup = false);
-  // With the setting HGCloseFirst.
+  // As the setting HGCloseFirst says, which is read once and then follows SetCloseFirst: other windows may store theirs.
   void OpenAsSet(const QString &argument);
+  [[nodiscard]] bool CloseFirst() const { return m_closeFirst; }
+  void SetCloseFirst(bool closeFirst) { m_closeFirst = closeFirst; }
 
   // Saves the tabs that show in the strip as a new group (F7).
   void SaveAll();
@@ -80,10 +82,10 @@ class TPageGroups final : public QObject {
   TCloseAllTabs &m_closeAll;
   TLoadQueue &m_queue;
   const TLanguage &m_language;
-  TRegistryStore &m_store;
   TGroupFolder *m_folder;
   QAction *m_add;
   QAction *m_saveAll;
   QAction *m_organize;
+  bool m_closeFirst;
   int m_folderState = 0;  // Counts the changes of the folder; menus remember which of them they show.
 };
