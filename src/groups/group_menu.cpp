@@ -44,7 +44,7 @@ void AppendGroups(QMenu *menu, const QString &folder, const TLanguage &language,
     child->setIcon(folderIcon);
     menu->addMenu(child);
   }
-  QStringList groups = dir.entryList(QDir::Files, QDir::NoSort);
+  QStringList groups = dir.entryList(QDir::Files | QDir::Hidden, QDir::NoSort);
   groups.removeIf([&extension](const QString &name) { return !name.endsWith(extension); });
   const QIcon groupIcon(QStringLiteral(":/icons/groups.svg"));
   for (const TNamed &item : Sorted(groups, extension.size())) {

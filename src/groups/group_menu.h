@@ -10,8 +10,8 @@ class TLanguage;
 using TGroupChosen = std::function<void(const QString &path)>;
 
 // Appends the sub-folders of `folder`, as sub-menus, and its page groups, as items that hold their path as data. Both
-// are in alphabetical order, folders first; what is hidden (a name that begins with ".") and group files whose
-// extension is not exactly ".hgp" are left out.
+// are in alphabetical order, folders first; folders whose name begins with "." and group files whose extension is not
+// exactly ".hgp" are left out.
 void AppendGroups(QMenu *menu, const QString &folder, const TLanguage &language, const TGroupChosen &chosen);
 
 // A sub-folder in the groups menu; filled anew each time it opens.
