@@ -4,14 +4,14 @@
 
 #include "browser/tabs/browser_tab.h"
 #include "config/language.h"
+#include "config/shown_text.h"
 
 namespace {
 
 constexpr int LongestItem = 70;   // characters of an address or a pattern in a menu
 
-QString ItemText(QString text) {
-  if (text.size() > LongestItem) text = text.left(LongestItem / 2) + QChar(0x2026) + text.right(LongestItem / 2);
-  return text.replace(u'&', QLatin1String("&&"));
+QString ItemText(const QString &text) {
+  return Shortened(text, LongestItem).replace(u'&', QLatin1String("&&"));
 }
 
 }  // namespace
@@ -70,7 +70,7 @@ void TStoppedPopups::FillMenu(QMenu *menu, const TBrowserTab *tab) const {
   menu->setToolTipsVisible(true);
   for (const TStoppedPopup &popup : Stopped(tab)) {
     QMenu *choices = menu->addMenu(ItemText(popup.address));
-    choices->menuAction()->setToolTip(popup.address);
+    choices->menuAction()->setToolTip(PlainTip(popup.address));
     connect(choices->addAction(m_language.Text("POPUPS", "Open")), &QAction::triggered, this,
             [this, address = popup.address] { m_actions.open(address); });
     connect(choices->addAction(m_language.Text("POPUPS", "RemovePattern").arg(ItemText(popup.pattern))),

@@ -2,13 +2,13 @@
 
 #include "browser/dialogs/dialog_placing.h"
 #include "config/language.h"
+#include "config/shown_text.h"
 #include "ui_close_all_dialog.h"
 
 namespace {
 
 constexpr int ListWidthInCharacters = 60;
 constexpr int ListHeightInLines = 14;
-constexpr int LongestToolTip = 400;
 
 }  // namespace
 
@@ -25,7 +25,7 @@ TfrmCloseAll::TfrmCloseAll(const TLanguage &language, const QStringList &lines, 
     const QString text = title.isEmpty() ? language.Global("Blank") : title;
     auto *item = new QListWidgetItem(text, &list);
     item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
-    item->setToolTip(text.left(LongestToolTip).toHtmlEscaped());
+    item->setToolTip(PlainTip(text));
   }
   SetAllChecked(true);
   list.setCurrentRow(0);

@@ -5,11 +5,13 @@
 #include <QStyle>
 
 #include "browser/dialogs/dialog_placing.h"
+#include "config/shown_text.h"
 #include "ui_confirm_dialog.h"
 
 namespace {
 
 constexpr int TextWidthInCharacters = 52;
+constexpr qsizetype LongestText = 8000;       // characters; laying out a line of millions would take minutes
 constexpr double LargestShareOfScreen = 0.5;  // of the height, for the second text; longer ones scroll
 
 void SetTextOrHide(QAbstractButton &button, const QString &text) {
@@ -43,7 +45,7 @@ void TfrmConfirm::SetTexts(const QString &checkBoxText, const QString &cancelTex
   SetTextOrHide(*m_ui->chkConfirm, checkBoxText);
   m_ui->lblTitle->setText(firstLine);
   m_ui->lblTitle->setVisible(!firstLine.isEmpty());
-  m_ui->mmoPrompt2->setPlainText(secondText);
+  m_ui->mmoPrompt2->setPlainText(Shortened(secondText, LongestText));
   m_ui->mmoPrompt2->setVisible(!secondText.isEmpty());
   m_ui->mmoPrompt2->setAccessibleName(firstLine.isEmpty() ? windowTitle() : firstLine);
 }

@@ -17,6 +17,7 @@
 #include "browser/downloads/download_text.h"
 #include "browser/downloads/file_names.h"
 #include "config/language.h"
+#include "config/shown_text.h"
 #include "platform/registry_store.h"
 
 namespace {
@@ -438,7 +439,7 @@ QVariant TDownloadList::data(const QModelIndex &index, int role) const {
     case Qt::DecorationRole:
       return QIcon::fromTheme(QMimeDatabase().mimeTypeForFile(name, QMimeDatabase::MatchExtension).iconName());
     case Qt::ToolTipRole:
-      return (item->path.isEmpty() ? name : QDir::toNativeSeparators(item->path)).toHtmlEscaped();
+      return PlainTip(item->path.isEmpty() ? name : QDir::toNativeSeparators(item->path));
     case Qt::AccessibleTextRole:
       return QString(name + ". " + StatusText(*item));
     case PathRole:

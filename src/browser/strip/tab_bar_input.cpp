@@ -16,22 +16,15 @@
 #include <QWheelEvent>
 #include "browser/strip/link_mime.h"
 #include "browser/strip/tab_bar_view.h"
+#include "config/shown_text.h"
 
 namespace {
 constexpr int kWheelStep = 120;           // eighths of a degree: one notch
 constexpr int kGreatestWheelWalk = 3;     // tabs per wheel event, however wild the wheel
 constexpr int kDragScrollInterval = 150;  // ms between steps while a tab is held beyond the end of the strip
-constexpr int kGreatestTip = 1000;        // characters; a page may give itself a title of any length
 
 QWidget *PageOf(const TTab *tab) {
   return tab ? tab->page : nullptr;
-}
-
-// A title is never read as markup, whatever it looks like.
-QString TipText(const QString &plain) {
-  const bool cut = plain.size() > kGreatestTip;
-  const QString text = cut ? plain.left(kGreatestTip) + QChar(0x2026) : plain;
-  return QStringLiteral("<qt>") + text.toHtmlEscaped() + QStringLiteral("</qt>");
 }
 }  // namespace
 
@@ -224,7 +217,7 @@ void TTabBarView::ShowTip(const QPoint &position, const QPoint &globalPosition) 
     QToolTip::hideText();
     return;
   }
-  QToolTip::showText(globalPosition, TipText(text), this, onClose ? close : TabRect(tab));
+  QToolTip::showText(globalPosition, PlainTip(text), this, onClose ? close : TabRect(tab));
 }
 
 void TTabBarView::keyPressEvent(QKeyEvent *event) {
