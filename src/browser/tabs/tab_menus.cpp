@@ -6,6 +6,7 @@
 #include "browser/tabs/close_all.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
+#include "config/shown_text.h"
 
 struct TTabMenu::TItem {
   const char *name;  // nullptr: a separator
@@ -104,11 +105,16 @@ void TTabMenu::Prepare(TBrowserTab *tab) {
   Item("pmHideFromCloseAll")->setChecked(tab->HideFromCloseAll());
   Item("pmTabHome")->setEnabled(!tab->Url().isEmpty());
   Item("pmTabStop")->setEnabled(tab->Busy());
-  Item("pmTabLocked")->setChecked(tab->Locked());
+  Item("pmTabLocked")->setChecked(tab->Locked() || tab->LockPending());
 }
 
 void TTabMenu::ToggleLock(TBrowserTab *tab) {
-  tab->SetLocked(!tab->Locked());
+  // A page that has not come yet could not be opened in a locked tab, so it is locked once it is there.
+  if (!tab->Locked() && (tab->Announced() || tab->LockPending())) {
+    tab->SetLockPending(!tab->LockPending());
+  } else {
+    tab->SetLocked(!tab->Locked());
+  }
 }
 
 void TTabMenu::ToggleStickyName(TBrowserTab *tab) {
@@ -164,7 +170,7 @@ void MakeTabListMenu(QMenu *menu, TTabStrip &tabs) {
       if (caption.length() > LongestCaption) caption = caption.left(LongestCaption - 1) + QChar(0x2026);
       QAction *item = menu->addAction(caption.replace(QLatin1Char('&'), QLatin1String("&&")));
       item->setData(tab->GetLocationUrl());
-      item->setToolTip(tab->GetLocationUrl());
+      item->setToolTip(PlainTip(tab->GetLocationUrl()));
       item->setIcon(tabs.IconOf(tab));
       item->setCheckable(true);
       item->setChecked(tab == tabs.GetActivePage());

@@ -55,7 +55,11 @@ class TTabStrip final : public QObject {
 
   void CloseActive();
   void CloseHiddenTabs();
-  void StartCloseHidden() { m_closeHidden.start(); }
+  // Closes the rejected tabs after CloseHiddenInterval; a page that asks for one window after the other does not put it
+  // off.
+  void StartCloseHidden() {
+    if (!m_closeHidden.isActive()) m_closeHidden.start();
+  }
   // While set, the close commands and close-all do nothing.
   void SetClosingLocked(bool locked) { m_closingLocked = locked; }
   [[nodiscard]] bool ClosingLocked() const { return m_closingLocked; }
