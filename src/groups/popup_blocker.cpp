@@ -11,11 +11,13 @@
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
 #include "config/options.h"
+#include "config/shown_text.h"
 
 namespace {
 
 constexpr int PatternWidth = 70;        // characters of the input box
-constexpr int MostToldAtOnce = 10;      // addresses in one notice
+constexpr int MostToldAtOnce = 10;      // addresses in one notice; the others are counted
+constexpr qsizetype LongestTold = 300;  // characters of an address in it
 
 bool ComesBefore(const QString &a, const QString &b) { return a.compare(b, Qt::CaseInsensitive) < 0; }
 
@@ -29,7 +31,11 @@ void AddSorted(QStringList &patterns, const QString &pattern) {
 
 QStringList LoadPopupList(TRegistryStore &store) { return TZVOptions(store).PopupList(); }
 
-void SavePopupList(TRegistryStore &store, const QStringList &patterns) { TZVOptions(store).SetPopupList(patterns); }
+void SavePopupList(TRegistryStore &store, const QStringList &patterns) {
+  QStringList lines;
+  for (const QString &pattern : patterns) lines.append(QStringLiteral("url%1=").arg(lines.size() + 1) + pattern);
+  TZVOptions(store).SetPopupList(lines);
+}
 
 TPopupBlocker::TPopupBlocker(QWidget *window, TTabStrip &tabs)
     : QObject(window), m_window(window), m_tabs(tabs), m_store(tabs.Environment().store) {
@@ -60,7 +66,11 @@ bool TPopupBlocker::IsPopupBlocked(const QString &address) {
   if (m_notify) {
     // The engine is asking and waits inside its own event: a dialog here would run the event loop, and with it the
     // closing of tabs, under its feet. The answer does not depend on the notice, so it is shown once the engine is done.
-    m_untold.append(address);
+    if (m_untold.size() < MostToldAtOnce) {
+      m_untold.append(Shortened(address, LongestTold));
+    } else {
+      ++m_untoldMore;
+    }
     QMetaObject::invokeMethod(this, &TPopupBlocker::ShowNotice, Qt::QueuedConnection);
   }
   return true;
@@ -73,7 +83,10 @@ void TPopupBlocker::ShowNotice() {
   const TLanguage &language = m_tabs.Environment().language;
   // What was stopped while one notice shows is told together in the next.
   while (m_notify && !m_untold.isEmpty()) {
-    const QStringList addresses = std::exchange(m_untold, {}).mid(0, MostToldAtOnce);
+    QStringList addresses = std::exchange(m_untold, {});
+    if (const int more = std::exchange(m_untoldMore, 0)) {
+      addresses.append(language.Text("POPUPS", "NoticeMore").arg(more));
+    }
     bool dontAsk = false;
     std::ignore = ShowConfirm(m_window, m_window->font(), language.Global("PopupNotifyCaption"), false, &dontAsk,
                               language.Global("PopupNotifyDontAsk"), QString(), language.Global("OK"),
@@ -85,6 +98,7 @@ void TPopupBlocker::ShowNotice() {
     }
   }
   m_untold.clear();
+  m_untoldMore = 0;
   m_noticeShows = false;
 }
 

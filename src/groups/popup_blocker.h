@@ -54,7 +54,8 @@ class TPopupBlocker final : public QObject {
   TRegistryStore &m_store;
   TPopupPatterns m_patterns;
   TStoppedPopups *m_stopped;
-  QStringList m_untold;   // blocked addresses whose notice has not been shown yet
+  QStringList m_untold;   // blocked addresses whose notice has not been shown yet, the first of them
+  int m_untoldMore = 0;   // and how many there were after these
   bool m_enabled = true;
   bool m_notify = true;
   bool m_noticeShows = false;
