@@ -88,14 +88,15 @@ QStringList TZVOptions::SearchEngines() const { return Lines(RegistryKey::Search
 QStringList TZVOptions::SearchBarEntries() const { return Lines(RegistryKey::SearchBar); }
 QStringList TZVOptions::QuickSearchEntries() const { return Lines(RegistryKey::QuickSearch); }
 bool TZVOptions::SetLastOpenSites(const QStringList &lines) { return SetLines(RegistryKey::LastOpenSites, lines); }
-void TZVOptions::SetSearchEngines(const QStringList &lines) { SetLines(RegistryKey::SearchEngines, lines); }
-void TZVOptions::SetSearchBarEntries(const QStringList &lines) { SetLines(RegistryKey::SearchBar, lines); }
-void TZVOptions::SetQuickSearchEntries(const QStringList &lines) { SetLines(RegistryKey::QuickSearch, lines); }
+bool TZVOptions::SetSearchEngines(const QStringList &lines) { return SetLines(RegistryKey::SearchEngines, lines); }
+bool TZVOptions::SetSearchBarEntries(const QStringList &lines) { return SetLines(RegistryKey::SearchBar, lines); }
+bool TZVOptions::SetQuickSearchEntries(const QStringList &lines) { return SetLines(RegistryKey::QuickSearch, lines); }
 
 QStringList TZVOptions::PopupList() const {
   QStringList addresses;
   for (const TRegistryValue &value : m_store.Values(Hive, RegistryKey::PopupHalvex)) {
-    // A pattern that is no address is kept whole, without its value's name: written back it must still be itself.
+    // Looked for in the whole line, so that a pattern with another address in its query stays whole where it can. One
+    // that is no address is kept without its value's name: written back it must still be itself.
     const QString line = value.name + u'=' + value.data;
     const QString address = AddressOfLine(line);
     const QString pattern = address.size() == line.size() ? value.data : address;

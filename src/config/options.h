@@ -41,9 +41,9 @@ class TZVOptions final {
   [[nodiscard]] QStringList BrowserHelperObjects() const;
   // False when the store refused the list.
   bool SetLastOpenSites(const QStringList &lines);
-  void SetSearchEngines(const QStringList &lines);
-  void SetSearchBarEntries(const QStringList &lines);
-  void SetQuickSearchEntries(const QStringList &lines);
+  bool SetSearchEngines(const QStringList &lines);
+  bool SetSearchBarEntries(const QStringList &lines);
+  bool SetQuickSearchEntries(const QStringList &lines);
   // Takes addresses, or lines of the list's own form: entry i (from 1) may be written as "url<i>=address".
   void SetPopupList(const QStringList &addresses);
 

@@ -1,5 +1,7 @@
 #include "search/search_engine_dialog.h"
 
+#include <QKeyEvent>
+
 #include "config/language.h"
 #include "ui_search_engine_dialog.h"
 
@@ -72,11 +74,11 @@ QStringList TfrmSearchEngine::Lines() const {
 }
 
 // Esc gives up the entry first and the whole list only then.
-void TfrmSearchEngine::reject() {
-  if (m_editing) {
+void TfrmSearchEngine::keyPressEvent(QKeyEvent *event) {
+  if (m_editing && event->matches(QKeySequence::Cancel)) {
     cmdUrlCancelClick();
   } else {
-    QDialog::reject();
+    QDialog::keyPressEvent(event);
   }
 }
 

@@ -23,7 +23,8 @@ class TfrmSearchEngine final : public QDialog {
 
   [[nodiscard]] QStringList Lines() const;
 
-  void reject() override;
+ protected:
+  void keyPressEvent(QKeyEvent *event) override;
 
  private:
   void cmdInsertClick();

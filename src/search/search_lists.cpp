@@ -9,6 +9,7 @@
 #include "config/options.h"
 #include "config/program_title.h"
 #include "config/settings_table.h"
+#include "config/shown_text.h"
 #include "platform/ini_file.h"
 #include "platform/program_folders.h"
 #include "search/search_engine_dialog.h"
@@ -16,13 +17,13 @@
 namespace {
 
 constexpr TRegistryHive Hive = TRegistryHive::CurrentUser;
-constexpr qsizetype LongestHint = 400;  // characters
+constexpr qsizetype LongestHint = 400;  // characters, in the status bar
 
 struct TList {
   TSearchList list;
   const char *key;
   QStringList (TZVOptions::*read)() const;
-  void (TZVOptions::*write)(const QStringList &);
+  bool (TZVOptions::*write)(const QStringList &);
 };
 
 constexpr TList Lists[] = {
@@ -61,9 +62,8 @@ QStringList TSearchLists::Load(TSearchList list) const {
 bool TSearchLists::Save(TSearchList list, const QStringList &lines) {
   return m_store.InTransaction([&] {
     TZVOptions options(m_store);
-    (options.*ListOf(list).write)(lines);
     // An empty list is a key without values, not a missing key: what the user emptied is not filled again.
-    return m_store.CreateKey(Hive, ListOf(list).key);
+    return (options.*ListOf(list).write)(lines) && m_store.CreateKey(Hive, ListOf(list).key);
   });
 }
 
@@ -84,11 +84,16 @@ void TSearchLists::Follow(QMenu *menu, TSearchList list) {
   menu->setToolTipsVisible(true);
   connect(menu, &QMenu::aboutToShow, this, [this, list] { Rebuild(list); });
   Rebuild(list);
+  TakeDefaultSearchPage(list);
+}
+
+void TSearchLists::TakeDefaultSearchPage(TSearchList list) {
+  const QStringList lines = Load(list);
+  if (!lines.isEmpty()) m_defaultSearchPage = lines.first().section(u'=', 1);
 }
 
 void TSearchLists::Rebuild(TSearchList list) {
   const QStringList lines = Load(list);
-  m_defaultSearchPage = lines.isEmpty() ? QString() : lines.first().section(u'=', 1);
   for (const TMenu &entry : std::as_const(m_menus)) {
     if (entry.list != list || entry.menu.isNull()) continue;
     const QList<QAction *> old = entry.menu->actions().mid(entry.fixedEntries);
@@ -99,7 +104,7 @@ void TSearchLists::Rebuild(TSearchList list) {
     for (const QString &line : lines) {
       const QString address = line.section(u'=', 1);
       auto *action = new QAction(line.section(u'=', 0, 0).replace(u'&', QLatin1String("&&")), entry.menu);
-      action->setToolTip(address.left(LongestHint).toHtmlEscaped());
+      action->setToolTip(PlainTip(address));
       action->setStatusTip(address.left(LongestHint));
       connect(action, &QAction::triggered, this, [this, list, address] {
         Q_EMIT(list == TSearchList::SearchEngines ? EngineChosen(address) : SearchPageChosen(address));
@@ -126,6 +131,7 @@ bool TSearchLists::Organize(TSearchList list) {
     m_quickSearches = Load(list);
   } else if (accepted) {
     Rebuild(list);
+    TakeDefaultSearchPage(list);
   }
   return accepted;
 }

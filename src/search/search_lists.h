@@ -34,7 +34,8 @@ class TSearchLists final : public QObject {
 
   // The quick searches as they were loaded last.
   [[nodiscard]] const QStringList &QuickSearches() const { return m_quickSearches; }
-  // The first address of the menu that was built last; empty when its list is.
+  // The first address of the menu that was made last, or whose list was changed last; a list without addresses does not
+  // count.
   [[nodiscard]] const QString &DefaultSearchPage() const { return m_defaultSearchPage; }
 
   // Makes `menu` the menu of search engines: the entry that organises them, a line, one entry for each engine. It is
@@ -54,6 +55,7 @@ class TSearchLists final : public QObject {
   void AddExamples();
   void Follow(QMenu *menu, TSearchList list);
   void Rebuild(TSearchList list);
+  void TakeDefaultSearchPage(TSearchList list);
 
   struct TMenu {
     QPointer<QMenu> menu;
