@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <utility>
 
 #include "browser/dialogs/confirm_dialog.h"
 #include "config/language.h"
@@ -39,7 +40,10 @@ TAddressBar::TAddressBar(const TLanguage &language, TRegistryStore &store, THist
   ReloadSettings();
   m_addresses.Load(m_store);
   SetEntries(m_addresses.List());
-  connect(this, &QComboBox::activated, this, [this](int row) { OpenText(EntryAddress(row), false); });
+  connect(this, &QComboBox::activated, this, [this](int row) {
+    m_addressTyped = false;
+    OpenText(EntryAddress(row), false);
+  });
   m_suggest.setSingleShot(true);
   m_suggest.setInterval(0);
   connect(&m_suggest, &QTimer::timeout, this, &TAddressBar::Suggest);
@@ -62,12 +66,14 @@ void TAddressBar::ReloadSettings() {
 }
 
 void TAddressBar::AddTypedAddress(const QString &address) {
-  if (m_addressTyped) {
-    m_addressTyped = false;
-    m_addresses.File(address);
-    SetEntries(m_addresses.List());
-  }
+  FileTypedAddress(address);
   ShowAddress(address);
+}
+
+void TAddressBar::FileTypedAddress(const QString &address) {
+  if (!std::exchange(m_addressTyped, false)) return;
+  m_addresses.File(address);
+  SetEntries(m_addresses.List());
 }
 
 void TAddressBar::ClearAddressHistory() {
@@ -206,5 +212,6 @@ void TAddressBar::RemoveEntry(const QString &address) {
 
 void TAddressBar::TakeDropped(const QString &address) {
   setEditText(address);
+  m_addressTyped = false;
   OpenText(address, false);
 }

@@ -23,8 +23,10 @@ class TAddressBar final : public TZVComboBox {
 
   // Opens what the box holds, in the current tab unless the settings say otherwise.
   void Go() { Open(false); }
-  // The active tab has begun to show an address. When it was typed it goes to the top of the list; the box shows it.
+  // The active tab sets out for an address. When it was typed it goes to the top of the list; the box shows it.
   void AddTypedAddress(const QString &address);
+  // The same for a tab that is not the active one any more: the box shows another page's address.
+  void FileTypedAddress(const QString &address);
   // What was opened last has led nowhere: the tab's next address was not typed.
   void ForgetTypedAddress() { m_addressTyped = false; }
   // Writes the list; when the main window goes.

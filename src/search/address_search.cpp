@@ -68,8 +68,8 @@ void TAddressSearch::OpenAddress(const QString &address, bool newTab) {
   tab->setFocus();
 }
 
-// A typed address is filed when its tab sets out for it, and only then: one that cannot be opened, or that a locked tab
-// sends away, is not, and neither is a link that is clicked in its place.
+// A typed address is filed when its tab sets out for it, in the spelling that the engine has for it, and only then: one
+// that cannot be opened, or that a locked tab sends away, is not, and neither is what the page does in its place.
 void TAddressSearch::FileWhenItStarts(TBrowserTab *tab, const QString &address) {
   delete m_typed;
   const TFixedAddress fixed = FixUpAddress(address);
@@ -78,15 +78,33 @@ void TAddressSearch::FileWhenItStarts(TBrowserTab *tab, const QString &address) 
     return;
   }
   m_typed = new QObject(this);
-  connect(tab->Browser(), &THalvexBrowser::BeforeNavigate, m_typed,
-          [this, wanted = AddressOf(fixed.url)](const TNavigation *navigation) {
-            if (!navigation->mainFrame || navigation->address != wanted) return;
-            if (!navigation->cancel) m_bar.AddTypedAddress(navigation->address);
-            m_typed->deleteLater();
-          });
+  connect(tab->Browser(), &THalvexBrowser::BeforeNavigate, m_typed, [this, tab](const TNavigation *navigation) {
+    if (!navigation->mainFrame || navigation->linkClicked || navigation->historyMove || navigation->redirect) return;
+    if (navigation->cancel) {
+      m_bar.ForgetTypedAddress();
+    } else {
+      File(tab, navigation->address);
+    }
+    m_typed->deleteLater();
+  });
+  // A jump inside the page is never asked about.
+  connect(tab->Browser(), &THalvexBrowser::AddressChanged, m_typed, [this, tab, url = fixed.url](const QString &shown) {
+    if (!url.hasFragment() || QUrl(shown) != url) return;
+    File(tab, shown);
+    m_typed->deleteLater();
+  });
+}
+
+void TAddressSearch::File(TBrowserTab *tab, const QString &address) {
+  if (tab == m_tabs.GetActivePage()) {
+    m_bar.AddTypedAddress(address);
+  } else {
+    m_bar.FileTypedAddress(address);
+  }
 }
 
 void TAddressSearch::OpenEngine(const QString &address) {
+  m_bar.ForgetTypedAddress();
   if (QFileInfo(address).isFile()) {
     QDesktopServices::openUrl(QUrl::fromLocalFile(address));
   } else {

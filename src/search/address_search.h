@@ -30,6 +30,7 @@ class TAddressSearch final : public QObject {
 
  private:
   void FileWhenItStarts(TBrowserTab *tab, const QString &address);
+  void File(TBrowserTab *tab, const QString &address);
   void OpenAddress(const QString &address, bool newTab);
   void OpenEngine(const QString &address);
   void TellFault(const QString &text);

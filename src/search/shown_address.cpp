@@ -43,6 +43,28 @@ bool IsPlain(char32_t c) {
   }
 }
 
+bool IsJapanese(char32_t c) {
+  const QChar::Script script = QChar::script(c);
+  return script == QChar::Script_Han || script == QChar::Script_Hiragana || script == QChar::Script_Katakana ||
+         c == U'\u30FC';
+}
+
+// Some characters pass for a dot, a slash or a dash; they are at home only among the letters that they belong to.
+bool IsAtHome(const QList<uint> &characters, qsizetype place) {
+  constexpr QStringView LooksLikeSign = u"\u30FB\u30FCノソンへ一丶丿〻";
+  const char32_t c = characters[place];
+  const auto beside = [&](qsizetype step, auto fits) {
+    const qsizetype other = place + step;
+    return other < 0 || other >= characters.size() || fits(char32_t(characters[other]));
+  };
+  if (c == U'\u00B7') {
+    const auto isL = [](char32_t other) { return other == U'l'; };
+    return place > 0 && place + 1 < characters.size() && beside(-1, isL) && beside(1, isL);
+  }
+  if (c > 0xFFFF || !LooksLikeSign.contains(QChar(char16_t(c)))) return true;
+  return beside(-1, IsJapanese) && beside(1, IsJapanese);
+}
+
 QString ShownHost(const QString &host) {
   QStringList labels = host.split(u'.');
   for (QString &label : labels) {
@@ -59,8 +81,9 @@ bool IsHonestLabel(const QString &label) {
   QSet<QChar::Script> scripts;
   bool hasOwnShape = false;
   const QList<uint> characters = label.toUcs4();
-  for (const char32_t c : characters) {
-    if (!IsPlain(c)) return false;
+  for (qsizetype place = 0; place < characters.size(); ++place) {
+    const char32_t c = characters[place];
+    if (!IsPlain(c) || !IsAtHome(characters, place)) return false;
     const QChar::Script script = QChar::script(c);
     if (script != QChar::Script_Common && script != QChar::Script_Inherited) scripts.insert(script);
     if (QChar::isLetter(c) && (c > 0xFFFF || !LooksLatin.contains(QChar(char16_t(c))))) hasOwnShape = true;

@@ -158,11 +158,16 @@ QString TZVComboBox::DroppedAddress(const QDropEvent &event) const {
   if (event.source() == lineEdit() || event.mimeData() == nullptr) return {};
   const QStringList links = LinksIn(*event.mimeData());
   if (!links.isEmpty()) return links.first();
-  // A host name without its scheme is an address as well, a word is not.
+  // A host name without its scheme, with or without a port, is an address as well; a word or a script is not.
   const QString text = event.mimeData()->text().trimmed();
   const bool isOneWord = std::ranges::none_of(text, [](QChar c) { return c.isSpace(); });
-  if (!isOneWord || !text.contains(u'.') || text.contains(u':') || text.size() > LongestDroppedText) return {};
-  return FixUpAddress(text).kind == TFixedAddress::TKind::Url ? text : QString();
+  if (!isOneWord || text.size() > LongestDroppedText) return {};
+  const TFixedAddress fixed = FixUpAddress(text);
+  if (fixed.kind != TFixedAddress::TKind::Url) return {};
+  if (fixed.url.isLocalFile()) return text;
+  if (!fixed.url.scheme().startsWith(QLatin1String("http"))) return {};
+  const bool isHost = fixed.url.host().contains(u'.') || fixed.url.host() == QLatin1String("localhost");
+  return isHost ? text : QString();
 }
 
 void TZVComboBox::dragEnterEvent(QDragEnterEvent *event) {
