@@ -97,6 +97,7 @@ constexpr TCommandRow Rows[] = {
     {StartHome, "mnuStartHome", "__StartHome", nullptr, "", true, NoHint},
     {StartBlank, "mnuStartBlank", "__StartBlank", nullptr, "", true, NoHint},
     {StartLast, "mnuStartLast", "__StartLast", nullptr, "", true, NoHint},
+    {StartGroup, "mnuStartGroup", "__StartGroup", nullptr, "", true, NoHint},
     {About, "mnuAbout", "__About", ":/icons/information.svg", "", false, NoHint},
 };
 static_assert(std::size(Rows) == static_cast<size_t>(TCommand::Count));
@@ -187,6 +188,7 @@ constexpr TEntry Entries[] = {
     Put(TMenu::Tools, UsePopupBlocker), Line(TMenu::Tools), Put(TMenu::Tools, SetHomePage),
     Put(TMenu::Tools, TMenu::Startup),
     Put(TMenu::Startup, StartHome), Put(TMenu::Startup, StartBlank), Put(TMenu::Startup, StartLast),
+    Put(TMenu::Startup, StartGroup),
 
     Put(TMenu::Help, About),
 };

@@ -81,6 +81,7 @@ enum class TCommand {
   StartHome,
   StartBlank,
   StartLast,
+  StartGroup,
   About,
   Count
 };

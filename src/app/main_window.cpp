@@ -1,6 +1,5 @@
 #include "app/main_window.h"
 
-#include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileInfo>
@@ -19,6 +18,7 @@
 #include "app/main_status_bar.h"
 #include "app/main_toolbars.h"
 #include "app/page_commands.h"
+#include "app/startup_modes.h"
 #include "app/tab_colors.h"
 #include "app/tab_commands.h"
 #include "app/window_bars.h"
@@ -45,7 +45,6 @@ namespace {
 constexpr int DelayedStartInterval = 1;  // milliseconds
 constexpr QSize SmallestSize(320, 240);  // pixels
 const QString HistoryFile = QStringLiteral("/history.sqlite");
-const QString ModeLast = QStringLiteral("Last");
 
 }  // namespace
 
@@ -121,6 +120,7 @@ void TfrmMain::MakeModules() {
                                    m_toolbars->Address(), *m_search);
   new TLanguageMenu(*m_commands->Menu(TMenu::Languages), m_language, m_store);
   m_lastSites = new TLastOpenSites(*m_tabs, m_store, this);
+  m_startupModes = new TStartupModes(*m_commands, *m_groups, *m_lastSites, m_store, this);
   ConnectTabs();
   ConnectCommands();
 
@@ -204,21 +204,11 @@ void TfrmMain::ConnectCommands() {
   on(TCommand::StopAll, [this] { m_loadQueue->Stop(); });
   on(TCommand::About, [this] { ShowAboutDialog(m_language, this); });
   on(TCommand::Exit, [this] { close(); });
-
-  const std::pair<TCommand, QString> modes[] = {{TCommand::StartHome, QStringLiteral("Home")},
-                                                {TCommand::StartBlank, QStringLiteral("Blank")},
-                                                {TCommand::StartLast, ModeLast}};
-  auto *group = new QActionGroup(this);
-  for (const auto &[command, mode] : modes) {
-    QAction *action = group->addAction((*m_commands)[command]);
-    action->setChecked(m_options.Get(Setting::StartupMode) == mode);
-    on(command, [this, mode = mode] { ChooseStartupMode(mode); });
-  }
 }
 
 void TfrmMain::tmrLoadCoolbarTimer() {
   TDelayedStart(*m_tabs, *m_groups, m_store, m_product, m_argument).Run();
-  FollowStartupMode();
+  m_startupModes->FollowPages();
   ShowActiveTab(m_tabs->GetActivePage());
   if (!m_store.SetAsideFile().isEmpty()) {
     TellAboutStore(m_language.Text("MAIN", "StoreSetAside").arg(QFileInfo(m_store.SetAsideFile()).fileName()));
@@ -234,19 +224,6 @@ void TfrmMain::TellAboutStore(const QString &text) {
   box->addButton(m_language.Global("OK"), QMessageBox::AcceptRole);
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->open();
-}
-
-void TfrmMain::FollowStartupMode() {
-  if (m_options.Get(Setting::StartupMode) == ModeLast) {
-    m_lastSites->Follow();
-  } else {
-    m_lastSites->StopFollowing();
-  }
-}
-
-void TfrmMain::ChooseStartupMode(const QString &mode) {
-  m_options.Set(Setting::StartupMode, mode);
-  FollowStartupMode();
 }
 
 void TfrmMain::ShowActiveTab(TBrowserTab *tab) {
@@ -348,7 +325,7 @@ void TfrmMain::FormDestroy() {
   m_options.Set(Setting::AutoRefresh, m_autoRefresh->Interval());
   m_autoRefresh->ChangeAutoRefresh(0);
   m_store.InTransaction([this] {
-    if (m_options.Get(Setting::StartupMode) == ModeLast) {
+    if (TStartupModes::IsLast(m_store)) {
       m_lastSites->Write(true);
     } else {
       TLastOpenSites::Clear(m_store);
@@ -361,6 +338,7 @@ void TfrmMain::FormDestroy() {
   m_downloads->CancelAll();
   m_downloadWindow.reset();
   delete m_search;
+  delete m_startupModes;
   delete m_groups;
   m_environment->hooks.isPopupBlocked = nullptr;
   delete m_popups;

@@ -27,6 +27,7 @@ class TPageCommands;
 class TPageGroups;
 class TPopupBlocker;
 class TSearchLists;
+class TStartupModes;
 class TTabCommands;
 class TTabMenu;
 class TWindowBars;
@@ -79,8 +80,6 @@ class TfrmMain final : public QMainWindow {
   void ShowActiveTab(TBrowserTab *tab);
   void ShowStoppedPopups();
   void OpenDownloads();
-  void FollowStartupMode();
-  void ChooseStartupMode(const QString &mode);
   void RememberBounds();
   void TellAboutStore(const QString &text);
 
@@ -115,6 +114,7 @@ class TfrmMain final : public QMainWindow {
   TSearchLists *m_searchLists = nullptr;
   TAddressSearch *m_search = nullptr;
   TLastOpenSites *m_lastSites = nullptr;
+  TStartupModes *m_startupModes = nullptr;
   QTimer m_loadCoolbar{this};  // tmrLoadCoolbar
   QRect m_normalBounds;        // of the window when it was last neither maximised nor full screen
   bool m_closeConfirmed = false;

@@ -57,6 +57,9 @@ class TPageGroups final : public QObject {
   // Opens the editor on this group; anything but an existing file does nothing.
   void Organize(const QString &path);
 
+  // The group that the user chose, or empty; also when this object has gone meanwhile.
+  [[nodiscard]] QString AskExistingFile();
+
   // Puts the commands into `menu` and, each time it opens, the groups below them if they have changed since.
   void FillMenu(QMenu *menu);
   // Adds "add to page group" (pmTabAddToHalvexGroup) to the menu of a tab.
@@ -70,8 +73,7 @@ class TPageGroups final : public QObject {
   void AddActiveTab();
   void RefillMenu(QMenu *menu, int fixedItems);
   void OpenEntry(TBrowserTab *tab, const QString &name, QString value, bool atStartup);
-  // The path that the user chose, or empty; also when this object has gone meanwhile.
-  [[nodiscard]] QString AskExistingFile();
+  // The same for a group that may be new.
   [[nodiscard]] QString AskNewFile();
   [[nodiscard]] QString Ask(QFileDialog *dialog);
   void Save(const THalvexGroup &group);
