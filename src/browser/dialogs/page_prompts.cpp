@@ -141,8 +141,8 @@ void TPagePrompts::SignIn(const QUrl &url, const QString &proxyHost, QAuthentica
   // One answer holds for everything that a page loads from one place: a page of many pictures asks once. An address
   // that comes again did not like the answer.
   if (!answer.refused && (answer.addresses.isEmpty() || answer.addresses.contains(url))) {
-    answer = TSignInAnswer();
-    if (!AskSignIn(url, proxyHost, authenticator->realm(), answer)) {
+    const TSignInAnswer refused = std::exchange(answer, {});
+    if (!AskSignIn(url, proxyHost, authenticator->realm(), refused.user, answer)) {
       *authenticator = QAuthenticator();
       return;
     }
@@ -157,7 +157,8 @@ void TPagePrompts::SignIn(const QUrl &url, const QString &proxyHost, QAuthentica
   authenticator->setPassword(answer.password);
 }
 
-bool TPagePrompts::AskSignIn(const QUrl &url, const QString &proxyHost, const QString &realm, TSignInAnswer &answer) {
+bool TPagePrompts::AskSignIn(const QUrl &url, const QString &proxyHost, const QString &realm, const QString &refusedUser,
+                             TSignInAnswer &answer) {
   const QPointer<TPagePrompts> self(this);
   const bool proxy = !proxyHost.isEmpty();
   const QString prompt = proxy ? m_language.Text("SIGN_IN", "ProxyPrompt").arg(proxyHost)
@@ -165,6 +166,7 @@ bool TPagePrompts::AskSignIn(const QUrl &url, const QString &proxyHost, const QS
   // What passes between the browser and a proxy is not encrypted, whatever the page itself is.
   const QPointer<TSignInDialog> dialog(
       new TSignInDialog(prompt, realm, !proxy && url.scheme() == "https", m_language, m_owner));
+  if (!refusedUser.isEmpty()) dialog->SetRefused(refusedUser);
   m_openSignIn = dialog;
   answer.refused = dialog->exec() != QDialog::Accepted || dialog.isNull();
   if (!answer.refused) {

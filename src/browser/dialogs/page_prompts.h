@@ -54,8 +54,10 @@ class TPagePrompts final : public QObject {
   void FinishPermission(bool allow, bool remember);
   void ForgetPermissionRequests();
   void SignIn(const QUrl &url, const QString &proxyHost, QAuthenticator *authenticator);
-  // Asks the user; false when there was no answer because this object has gone.
-  [[nodiscard]] bool AskSignIn(const QUrl &url, const QString &proxyHost, const QString &realm, TSignInAnswer &answer);
+  // Asks the user, once more when `refusedUser` was not let in; false when there was no answer because this object has
+  // gone.
+  [[nodiscard]] bool AskSignIn(const QUrl &url, const QString &proxyHost, const QString &realm,
+                               const QString &refusedUser, TSignInAnswer &answer);
   void SelectClientCertificate(QWebEngineClientCertificateSelection selection);
 
   QWebEnginePage *m_page = nullptr;

@@ -14,7 +14,7 @@ constexpr int LongestRealm = 160;
 
 TSignInDialog::TSignInDialog(const QString &prompt, const QString &realm, bool encrypted, const TLanguage &language,
                              QWidget *owner)
-    : QDialog(owner), m_ui(std::make_unique<Ui::TSignInDialog>()) {
+    : QDialog(owner), m_language(language), m_ui(std::make_unique<Ui::TSignInDialog>()) {
   m_ui->setupUi(this);
   language.TranslateForm(this, "SIGN_IN");
   setWindowModality(Qt::WindowModal);
@@ -33,6 +33,11 @@ TSignInDialog::TSignInDialog(const QString &prompt, const QString &realm, bool e
 
 TSignInDialog::~TSignInDialog() = default;
 
+void TSignInDialog::SetRefused(const QString &user) {
+  m_ui->lblHost->setText(m_language.Text("SIGN_IN", "Refused") + u'\n' + m_ui->lblHost->text());
+  m_ui->txtUser->setText(user);
+}
+
 QString TSignInDialog::User() const {
   return m_ui->txtUser->text();
 }
@@ -46,7 +51,8 @@ void TSignInDialog::showEvent(QShowEvent *event) {
   for (QLabel *label : {m_ui->lblHost, m_ui->lblRealm, m_ui->lblWarning}) {
     label->setMinimumSize(width, label->heightForWidth(width));
   }
-  m_ui->txtUser->setFocus();
+  // A name that stands there already wants its password.
+  (m_ui->txtUser->text().isEmpty() ? m_ui->txtUser : m_ui->txtPassword)->setFocus();
   adjustSize();
   QDialog::showEvent(event);
 }

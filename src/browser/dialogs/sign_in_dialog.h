@@ -20,6 +20,8 @@ class TSignInDialog final : public QDialog {
                 QWidget *owner = nullptr);
   ~TSignInDialog() override;
 
+  // Says that `user` was not let in with the password that was given, and proposes the name again.
+  void SetRefused(const QString &user);
   [[nodiscard]] QString User() const;
   [[nodiscard]] QString Password() const;
 
@@ -27,5 +29,6 @@ class TSignInDialog final : public QDialog {
   void showEvent(QShowEvent *event) override;
 
  private:
+  const TLanguage &m_language;
   std::unique_ptr<Ui::TSignInDialog> m_ui;
 };

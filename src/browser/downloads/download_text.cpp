@@ -18,7 +18,11 @@ struct TReasonText {
   TTextKey text;
 };
 
+// The engine has more reasons than its interface names: the file has ended before its announced length.
+constexpr auto ServerContentLengthMismatch = TRequest::DownloadInterruptReason(38);
+
 constexpr std::array ReasonTexts{
+    TReasonText{ServerContentLengthMismatch, {"DOWNLOADS", "Incomplete"}},
     TReasonText{TRequest::FileFailed, {"DOWNLOADS", "FileFailed"}},
     TReasonText{TRequest::FileAccessDenied, {"DOWNLOADS", "NoPermission"}},
     TReasonText{TRequest::FileNoSpace, {"DOWNLOADS", "DiskFull"}},

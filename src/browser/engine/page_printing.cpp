@@ -17,6 +17,8 @@ TPagePrinting::TPagePrinting(TEngine &engine, QWebEngineView *view, QObject *par
     m_running = false;
     m_printer.reset();
   });
+  // A dead renderer makes no preview any more.
+  connect(view, &QWebEngineView::renderProcessTerminated, this, [this] { m_preparing = false; });
 }
 
 TPagePrinting::~TPagePrinting() {
