@@ -2,6 +2,7 @@
 
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QShortcut>
 #include <QToolBar>
 
 #include "app/commands.h"
@@ -24,6 +25,10 @@ TWindowBars::TWindowBars(QMainWindow *window, TCommands &commands, TMainToolbars
   connect(commands[TCommand::ViewStatusBar], &QAction::triggered, this, &TWindowBars::ToggleStatusBar);
   connect(commands[TCommand::ViewMenuBar], &QAction::triggered, this, &TWindowBars::ToggleMenuBar);
   connect(&fullScreen, &TFullScreen::BarsChanged, this, &TWindowBars::Apply);
+  connect(new QShortcut(Qt::Key_F10, window), &QShortcut::activated, this, [this] {
+    const QMenuBar *bar = m_window->menuBar();
+    if (bar->isVisible()) m_window->menuBar()->setActiveAction(bar->actions().value(0));
+  });
 }
 
 void TWindowBars::Restore() {
