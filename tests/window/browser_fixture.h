@@ -17,6 +17,7 @@
 #include "config/language.h"
 #include "platform/registry_store.h"
 #include "support/test_server.h"
+#include "window/engine_main.h"
 
 // A browser in a window of its own with a local server; everything that it signals is written down in order.
 class TBrowserFixture {

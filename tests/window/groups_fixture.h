@@ -1,65 +1,32 @@
 #pragma once
 
 #include <memory>
-#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QMainWindow>
-#include <QTemporaryDir>
-#include <QTest>
 
-#include "browser/tabs/browser_tab.h"
-#include "browser/tabs/close_all.h"
 #include "browser/tabs/load_queue.h"
-#include "browser/tabs/tab_strip.h"
-#include "config/language.h"
-#include "config/options.h"
 #include "groups/group_pages.h"
-#include "support/test_server.h"
+#include "window/tabs_fixture.h"
 
-inline constexpr int LoadTime = 20000;  // milliseconds
-
-// A window with tabs, page groups and a local server that has the pages /page0 to /page199 ("Page 0" and so on) and
-// /silent, which never answers.
-class TGroupsFixture {
+// Tabs with page groups. The server has the pages /page0 to /page199 ("Page 0" and so on) and /silent, which never
+// answers.
+class TGroupsFixture : public TTabsFixture {
  public:
-  // Once for all tests.
   void Prepare() {
-    QVERIFY(language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")));
-    QVERIFY(server.Listen());
+    TTabsFixture::Prepare();
     for (int i = 0; i < 200; ++i) server.RoutePage("/page" + QByteArray::number(i), "Page " + QByteArray::number(i));
     server.Route("/silent", TTestResponse{.neverAnswer = true});
   }
-  // With one empty tab.
   void Begin() {
-    m_temporary = std::make_unique<QTemporaryDir>();
-    store = std::make_unique<TRegistryStore>(m_temporary->filePath(QStringLiteral("registry.sqlite")));
-    m_engine = std::make_unique<TEngine>(language, *store);
-    environment.reset(new TTabEnvironment{*m_engine, language, *store, {}, {}});
-    window = std::make_unique<QMainWindow>();
-    auto *pages = new TZVPageControl(window.get());
-    window->setCentralWidget(pages);
-    window->resize(800, 600);
-    window->show();
-    tabs = std::make_unique<TTabStrip>(window.get(), pages, *environment);
-    closeAll = std::make_unique<TCloseAllTabs>(window.get(), *tabs);
+    TTabsFixture::Begin();
     queue = std::make_unique<TLoadQueue>(*tabs);
     groups = std::make_unique<TPageGroups>(window.get(), *tabs, *closeAll, *queue, language, *store);
-    tabs->NewTab();
-    server.ForgetRequests();
   }
   void End() {
     groups.reset();
     queue.reset();
-    closeAll.reset();
-    tabs.reset();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    window.reset();
-    environment.reset();
-    m_engine.reset();
-    store.reset();
-    m_temporary.reset();
+    TTabsFixture::End();
     QDir(TGroupFolder::Path()).removeRecursively();
   }
 
@@ -85,26 +52,6 @@ class TGroupsFixture {
     return lines.join(QLatin1Char('\n'));
   }
 
-  TTestServer server;
-  TLanguage language;
-  std::unique_ptr<TRegistryStore> store;
-  std::unique_ptr<TTabEnvironment> environment;
-  std::unique_ptr<QMainWindow> window;
-  std::unique_ptr<TTabStrip> tabs;
-  std::unique_ptr<TCloseAllTabs> closeAll;
   std::unique_ptr<TLoadQueue> queue;
   std::unique_ptr<TPageGroups> groups;
-
- private:
-  std::unique_ptr<QTemporaryDir> m_temporary;
-  std::unique_ptr<TEngine> m_engine;
 };
-
-// Runs the tests of `T` with the engine's schemes known.
-template <typename T>
-int RunWithEngine(int argc, char **argv) {
-  TEngine::RegisterSchemes();
-  QApplication application(argc, argv);
-  T test;
-  return QTest::qExec(&test, argc, argv);
-}

@@ -7,6 +7,7 @@
 
 #include "browser/dialogs/find_bar.h"
 #include "config/language.h"
+#include "support/data_row.h"
 
 using namespace Qt::StringLiterals;
 
@@ -155,15 +156,11 @@ void TestFindBar::noMatchTurnsTheBox() {
 void TestFindBar::openTakesText_data() {
   QTest::addColumn<QString>("given");
   QTest::addColumn<QString>("text");
-  QTest::newRow("plain") << "word"
-                         << "word";
-  QTest::newRow("nothing keeps the last text") << ""
-                                               << "before";
-  QTest::newRow("first line") << "one\ntwo"
-                              << "one";
-  QTest::newRow("blank lines before") << " \r\n one\r\ntwo"
-                                      << "one";
-  QTest::newRow("endless") << QString(100000, 'x') << QString(1000, 'x');
+  Row("plain", "word", "word");
+  Row("nothing keeps the last text", "", "before");
+  Row("first line", "one\ntwo", "one");
+  Row("blank lines before", " \r\n one\r\ntwo", "one");
+  Row("endless", QString(100000, 'x'), QString(1000, 'x'));
 }
 
 void TestFindBar::openTakesText() {

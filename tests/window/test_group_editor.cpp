@@ -7,7 +7,7 @@
 #include <QTest>
 
 #include "groups/group_editor.h"
-#include "groups_fixture.h"
+#include "window/groups_fixture.h"
 #include "support/modal_dialogs.h"
 
 namespace {

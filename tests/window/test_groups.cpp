@@ -8,8 +8,9 @@
 
 #include "browser/dialogs/confirm_dialog.h"
 #include "browser/tabs/tab_menus.h"
-#include "groups_fixture.h"
+#include "support/data_row.h"
 #include "support/modal_dialogs.h"
+#include "window/groups_fixture.h"
 
 namespace {
 
@@ -59,16 +60,8 @@ class TestGroups final : public QObject {
   void FolderCommands();
 
  private:
-  [[nodiscard]] QStringList Names() const;
-
   TGroupsFixture m_f;
 };
-
-QStringList TestGroups::Names() const {
-  QStringList names;
-  for (const TBrowserTab *tab : m_f.tabs->Tabs()) names.append(tab->StickyName());
-  return names;
-}
 
 void TestGroups::Arguments_data() {
   QTest::addColumn<QString>("argument");  // %1: the folder
@@ -122,13 +115,13 @@ void TestGroups::Opens() {
                                                             .arg(m_f.Page(1), m_f.Page(2), m_f.Page(3), m_f.Page(4)));
   m_f.groups->Open(path, closeFirst);
   // Tabs and names are there at once, the pages come.
-  QTRY_COMPARE(Names(), names);
+  QTRY_COMPARE(m_f.Names(), names);
   QTEST(m_f.tabs->GetActivePage()->StickyName(), "active");
   QVERIFY(!m_f.environment->settings.openNewAtEnd);
   const int begin = m_f.tabs->TabCount() - 4;
   QCOMPARE(m_f.tabs->Tab(begin + 1)->ListCaption(), m_f.Page(2));
   QVERIFY(!m_f.tabs->Tab(begin + 3)->Locked());
-  QTRY_VERIFY_WITH_TIMEOUT(m_f.queue->ToCome() == 0, LoadTime);
+  QTRY_VERIFY_WITH_TIMEOUT(m_f.queue->ToCome() == 0, m_f.LoadTime);
   for (int i = 0; i < 4; ++i) {
     QCOMPARE(m_f.tabs->Tab(begin + i)->GetLocationUrl(), m_f.Page(i + 1));
     QCOMPARE(m_f.tabs->Tab(begin + i)->Locked(), i == 3);
@@ -138,11 +131,11 @@ void TestGroups::Opens() {
 // The tab that is left is blank for a moment; that is not the page to lock, and the lock must not send the page away.
 void TestGroups::LockedPageInTheTabThatIsLeft() {
   m_f.tabs->Tab(0)->Navigate(m_f.Page(9));
-  QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->Tab(0)->GetLocationName(), QStringLiteral("Page 9"), LoadTime);
+  QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->Tab(0)->GetLocationName(), QStringLiteral("Page 9"), m_f.LoadTime);
   m_f.groups->Open(m_f.Put(QStringLiteral("g.hgp"), QStringLiteral("a=*%1").arg(m_f.Page(1))), true, true);
   QVERIFY(m_f.tabs->Tab(0)->Restored());
-  QTRY_VERIFY_WITH_TIMEOUT(m_f.tabs->Tab(0)->Locked(), LoadTime);
-  QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->Tab(0)->GetLocationUrl(), m_f.Page(1), LoadTime);
+  QTRY_VERIFY_WITH_TIMEOUT(m_f.tabs->Tab(0)->Locked(), m_f.LoadTime);
+  QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->Tab(0)->GetLocationUrl(), m_f.Page(1), m_f.LoadTime);
   QCOMPARE(m_f.tabs->TabCount(), 1);
 }
 
@@ -171,7 +164,7 @@ void TestGroups::NothingToOpen() {
   }
   m_f.tabs->NewTab()->SetStickyName(QStringLiteral("B"));
   m_f.groups->Open(path, true);
-  QCOMPARE(Names(), (QStringList{QString(), QStringLiteral("B")}));
+  QCOMPARE(m_f.Names(), (QStringList{QString(), QStringLiteral("B")}));
   auto *box = m_f.window->findChild<QMessageBox *>();
   QCOMPARE(box != nullptr, isTold);
   if (box != nullptr) QVERIFY2(box->text().contains(QLatin1String("g.hgp")), qPrintable(box->text()));
@@ -180,7 +173,7 @@ void TestGroups::NothingToOpen() {
 // Whatever a file holds, its tabs open and none does harm.
 void TestGroups::HostileAddresses() {
   m_f.tabs->Tab(0)->Navigate(m_f.Page(1));
-  QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->Tab(0)->GetLocationName(), QStringLiteral("Page 1"), LoadTime);
+  QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->Tab(0)->GetLocationName(), QStringLiteral("Page 1"), m_f.LoadTime);
   const QString longOne = m_f.Page(2) + QLatin1Char('?') + QString(100'000, QLatin1Char('a'));
   const QStringList lines{QStringLiteral("script=javascript:location='%1'").arg(m_f.Page(7)),
                           QStringLiteral("mail=mailto:nobody@example.test"),
@@ -194,8 +187,8 @@ void TestGroups::HostileAddresses() {
                           QStringLiteral("end=%1").arg(m_f.Page(5))};
   m_f.groups->Open(m_f.Put(QStringLiteral("g.hgp"), lines.join(QLatin1Char('\n'))), true);
   QCOMPARE(m_f.tabs->TabCount(), lines.size());
-  QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->Tab(9)->GetLocationName(), QStringLiteral("Page 5"), LoadTime);
-  QTRY_COMPARE_WITH_TIMEOUT(m_f.queue->ToCome(), 0, LoadTime);
+  QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->Tab(9)->GetLocationName(), QStringLiteral("Page 5"), m_f.LoadTime);
+  QTRY_COMPARE_WITH_TIMEOUT(m_f.queue->ToCome(), 0, m_f.LoadTime);
   QCOMPARE(m_f.tabs->Tab(8)->AddressToSave(), longOne);
   QCOMPARE(m_f.tabs->Tab(7)->StickyName().size(), 100'000);
   QCOMPARE(m_f.server.RequestCount("/page7"), 0);
@@ -207,8 +200,8 @@ void TestGroups::SavesAll() {
   for (int i = 0; i < paths.size(); ++i) {
     TBrowserTab *tab = i == 0 ? m_f.tabs->Tab(0) : m_f.tabs->NewTab();
     tab->Navigate(m_f.server.Url(paths.at(i)));
-    QTRY_COMPARE_WITH_TIMEOUT(tab->GetLocationUrl(), m_f.server.Url(paths.at(i)), LoadTime);
-    QTRY_VERIFY_WITH_TIMEOUT(!tab->Busy(), LoadTime);
+    QTRY_COMPARE_WITH_TIMEOUT(tab->GetLocationUrl(), m_f.server.Url(paths.at(i)), m_f.LoadTime);
+    QTRY_VERIFY_WITH_TIMEOUT(!tab->Busy(), m_f.LoadTime);
   }
   m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("x=y"));
   m_f.tabs->Tab(1)->SetLocked(true);
@@ -273,7 +266,7 @@ void TestGroups::RefusedSave() {
 void TestGroups::AddsTab() {
   const QString path = m_f.Put(QStringLiteral("g.hgp"), QStringLiteral("blank1=http://a\nblank2=http://b"));
   m_f.tabs->Tab(0)->Navigate(m_f.Page(1));
-  QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->Tab(0)->GetLocationUrl(), m_f.Page(1), LoadTime);
+  QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->Tab(0)->GetLocationUrl(), m_f.Page(1), m_f.LoadTime);
   const QSignalSpy changed(&m_f.groups->Folder(), &TGroupFolder::Changed);
   OnModalDialog<QFileDialog>([](QFileDialog &dialog) { dialog.reject(); });
   QTest::keyClick(m_f.window.get(), Qt::Key_F6);
@@ -305,8 +298,8 @@ void TestGroups::MenuShowsTheFolder() {
   Q_EMIT menu.aboutToShow();
   QStringList captions;
   for (const QAction *item : menu.actions().sliced(4)) captions.append(item->text());
-  QCOMPARE(captions, (QStringList{"archive", "Zoo", "Alpha", "beta", "R&&D"}));
-  QCOMPARE(menu.actions().at(6)->data().toString(), TGroupFolder::Path() + QStringLiteral("/Alpha.hgp"));
+  QCOMPARE(captions, (QStringList{"archive", "Zoo", ".hidden", "Alpha", "beta", "R&&D"}));
+  QCOMPARE(menu.actions().at(7)->data().toString(), TGroupFolder::Path() + QStringLiteral("/Alpha.hgp"));
   QMenu *archive = menu.actions().at(4)->menu();
   QVERIFY(archive != nullptr && archive->isEmpty());
   Q_EMIT archive->aboutToShow();
@@ -341,7 +334,7 @@ void TestGroups::MenuOpensGroup() {
   QMenu menu;
   m_f.groups->FillMenu(&menu);
   for (const bool closeFirst : {false, true}) {
-    TZVOptions(*m_f.store).Set(Setting::HGCloseFirst, closeFirst);
+    m_f.groups->SetCloseFirst(closeFirst);
     Q_EMIT menu.aboutToShow();
     QMenu *folder = menu.actions().at(4)->menu();
     Q_EMIT folder->aboutToShow();
@@ -368,30 +361,12 @@ void TestGroups::Rename_data() {
   QTest::addColumn<QString>("offered");
   QTest::addColumn<QString>("answer");
   QTest::addColumn<QString>("result");  // empty: nothing happens
-  QTest::newRow("plain") << "Work.hgp"
-                         << "Work"
-                         << "Play"
-                         << "Play.hgp";
-  QTest::newRow("other spelling") << "Work.HGP"
-                                  << "Work.HGP"
-                                  << "Work.HGP"
-                                  << "Work.HGP.hgp";
-  QTest::newRow("two extensions") << "a.hgp.hgp"
-                                  << "a.hgp"
-                                  << "b"
-                                  << "b.hgp";
-  QTest::newRow("empty answer") << "Work.hgp"
-                                << "Work"
-                                << ""
-                                << "";
-  QTest::newRow("taken") << "Work.hgp"
-                         << "Work"
-                         << "Taken"
-                         << "";
-  QTest::newRow("no such folder") << "Work.hgp"
-                                  << "Work"
-                                  << "none/x"
-                                  << "";
+  Row("plain", "Work.hgp", "Work", "Play", "Play.hgp");
+  Row("other spelling", "Work.HGP", "Work.HGP", "Work.HGP", "Work.HGP.hgp");
+  Row("two extensions", "a.hgp.hgp", "a.hgp", "b", "b.hgp");
+  Row("empty answer", "Work.hgp", "Work", "", "");
+  Row("taken", "Work.hgp", "Work", "Taken", "");
+  Row("no such folder", "Work.hgp", "Work", "none/x", "");
 }
 
 void TestGroups::Rename() {

@@ -3,7 +3,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include "groups_fixture.h"
+#include "window/groups_fixture.h"
 
 // The queue that opens the pages of many tabs, with the real engine and groups of pages.
 class TestLoadQueue final : public QObject {
@@ -51,7 +51,7 @@ void TestLoadQueue::LoadsAFewAtATime() {
   m_f.groups->Open(m_f.Put(QStringLiteral("g.hgp"), m_f.LinesOf(20)), true);
   QCOMPARE(m_f.queue->ToCome(), 20);
   m_f.tabs->MakeMeActiveTab(7);
-  QTRY_VERIFY_WITH_TIMEOUT(AllLoaded(), LoadTime);
+  QTRY_VERIFY_WITH_TIMEOUT(AllLoaded(), m_f.LoadTime);
   QVERIFY2(most <= TLoadQueue::AtOnce, qPrintable(QString::number(most)));
   QCOMPARE(order.first(), QStringLiteral("n7"));
   order.removeFirst();
@@ -79,10 +79,10 @@ void TestLoadQueue::SilentPagesHoldNobody() {
   lines.append(QStringLiteral("end=%1").arg(m_f.Page(1)));
   m_f.groups->Open(m_f.Put(QStringLiteral("g.hgp"), lines.join(QLatin1Char('\n'))), true);
   TBrowserTab *last = m_f.tabs->Tab(m_f.tabs->TabCount() - 1);
-  QTRY_VERIFY_WITH_TIMEOUT(m_f.server.RequestCount("/silent") == TLoadQueue::AtOnce, LoadTime);
+  QTRY_VERIFY_WITH_TIMEOUT(m_f.server.RequestCount("/silent") == TLoadQueue::AtOnce, m_f.LoadTime);
   QCOMPARE(last->Browser()->EnginePageIfAny(), nullptr);
-  QTRY_COMPARE_WITH_TIMEOUT(last->GetLocationName(), QStringLiteral("Page 1"), LoadTime);
-  QTRY_COMPARE_WITH_TIMEOUT(m_f.queue->ToCome(), 0, LoadTime);
+  QTRY_COMPARE_WITH_TIMEOUT(last->GetLocationName(), QStringLiteral("Page 1"), m_f.LoadTime);
+  QTRY_COMPARE_WITH_TIMEOUT(m_f.queue->ToCome(), 0, m_f.LoadTime);
 }
 
 // The page that the user turns to comes next, even while others take all places.
@@ -93,35 +93,35 @@ void TestLoadQueue::TurningToATab() {
   }
   lines.append(m_f.LinesOf(5));
   m_f.groups->Open(m_f.Put(QStringLiteral("g.hgp"), lines.join(QLatin1Char('\n'))), true);
-  QTRY_VERIFY_WITH_TIMEOUT(m_f.server.RequestCount("/silent") == TLoadQueue::AtOnce, LoadTime);
+  QTRY_VERIFY_WITH_TIMEOUT(m_f.server.RequestCount("/silent") == TLoadQueue::AtOnce, m_f.LoadTime);
   QElapsedTimer timer;
   timer.start();
   m_f.tabs->MakeMeActiveTab(TLoadQueue::AtOnce + 3);
-  QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->GetActivePage()->GetLocationName(), QStringLiteral("Page 3"), LoadTime);
+  QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->GetActivePage()->GetLocationName(), QStringLiteral("Page 3"), m_f.LoadTime);
   QVERIFY(timer.elapsed() < TLoadQueue::LongestHold);
   QCOMPARE(m_f.server.RequestCount("/page0"), 0);
 }
 
 void TestLoadQueue::StopsLoading() {
   m_f.groups->Open(m_f.Put(QStringLiteral("g.hgp"), m_f.LinesOf(30)), true);
-  QTRY_VERIFY_WITH_TIMEOUT(m_f.queue->ToCome() < 29, LoadTime);
+  QTRY_VERIFY_WITH_TIMEOUT(m_f.queue->ToCome() < 29, m_f.LoadTime);
   m_f.queue->Stop();
   QVERIFY(m_f.queue->ToCome() <= TLoadQueue::AtOnce);
-  QTRY_COMPARE_WITH_TIMEOUT(m_f.queue->ToCome(), 0, LoadTime);
+  QTRY_COMPARE_WITH_TIMEOUT(m_f.queue->ToCome(), 0, m_f.LoadTime);
   TBrowserTab *last = m_f.tabs->Tab(29);
   QVERIFY(last->Browser()->EnginePageIfAny() == nullptr);
   QCOMPARE(last->AddressToSave(), m_f.Page(29));
   m_f.tabs->Activate(last);
-  QTRY_COMPARE_WITH_TIMEOUT(last->GetLocationName(), QStringLiteral("Page 29"), LoadTime);
+  QTRY_COMPARE_WITH_TIMEOUT(last->GetLocationName(), QStringLiteral("Page 29"), m_f.LoadTime);
   // Refreshing all pages leaves those alone that were never opened; a single one it opens.
   m_f.tabs->RefreshAll();
   QVERIFY(m_f.tabs->Tab(28)->Browser()->EnginePageIfAny() == nullptr);
   m_f.tabs->Tab(28)->Refresh();
-  QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->Tab(28)->GetLocationName(), QStringLiteral("Page 28"), LoadTime);
+  QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->Tab(28)->GetLocationName(), QStringLiteral("Page 28"), m_f.LoadTime);
   // What is opened after that loads again.
   TBrowserTab *other = m_f.tabs->NewBackgroundTab();
   m_f.queue->Navigate(other, m_f.Page(50));
-  QTRY_COMPARE_WITH_TIMEOUT(other->GetLocationName(), QStringLiteral("Page 50"), LoadTime);
+  QTRY_COMPARE_WITH_TIMEOUT(other->GetLocationName(), QStringLiteral("Page 50"), m_f.LoadTime);
 }
 
 void TestLoadQueue::TabsThatDropOut() {
@@ -130,17 +130,17 @@ void TestLoadQueue::TabsThatDropOut() {
   m_f.tabs->Tab(18)->MakeBlank();
   m_f.tabs->Tab(18)->Navigate(m_f.Page(61));
   for (int i = 17; i >= 5; --i) m_f.tabs->Tab(i)->Close();
-  QTRY_COMPARE_WITH_TIMEOUT(m_f.queue->ToCome(), 0, LoadTime);
-  QTRY_VERIFY_WITH_TIMEOUT(AllLoaded(), LoadTime);
+  QTRY_COMPARE_WITH_TIMEOUT(m_f.queue->ToCome(), 0, m_f.LoadTime);
+  QTRY_VERIFY_WITH_TIMEOUT(AllLoaded(), m_f.LoadTime);
   QCOMPARE(m_f.tabs->TabCount(), 7);
   QCOMPARE(m_f.tabs->Tab(6)->GetLocationUrl(), m_f.Page(60));
   for (const char *path : {"/page19", "/page18", "/page10"}) QCOMPARE(m_f.server.RequestCount(path), 0);
 
   // Everything closed in the middle of it.
   m_f.groups->Open(m_f.Put(QStringLiteral("g.hgp"), m_f.LinesOf(20)), true);
-  QTRY_VERIFY_WITH_TIMEOUT(m_f.queue->ToCome() < 19, LoadTime);
+  QTRY_VERIFY_WITH_TIMEOUT(m_f.queue->ToCome() < 19, m_f.LoadTime);
   m_f.closeAll->CloseAll(true);
-  QTRY_COMPARE_WITH_TIMEOUT(m_f.queue->ToCome(), 0, LoadTime);
+  QTRY_COMPARE_WITH_TIMEOUT(m_f.queue->ToCome(), 0, m_f.LoadTime);
   QCOMPARE(m_f.tabs->TabCount(), 1);
 }
 
@@ -153,7 +153,7 @@ void TestLoadQueue::ManyPages() {
   qInfo("200 tabs: %lld ms", timer.elapsed());
   // Generous for slow machines.
   QVERIFY(timer.elapsed() < 3000);
-  QTRY_VERIFY_WITH_TIMEOUT(m_f.queue->ToCome() < 190, LoadTime);
+  QTRY_VERIFY_WITH_TIMEOUT(m_f.queue->ToCome() < 190, m_f.LoadTime);
   m_f.queue->Stop();
 
   QString most;

@@ -6,6 +6,7 @@
 #include <QToolButton>
 #include <utility>
 #include "page_control_fixture.h"
+#include "support/data_row.h"
 
 namespace {
 
@@ -54,78 +55,30 @@ void TPageControlTest::PositionsAndActivation_data() {
   QTest::addColumn<QString>("state");
   QTest::addColumn<QString>("changes");
 
-  QTest::newRow("the first page becomes active") << "+A +B +C"
-                                                 << "*A B C"
-                                                 << "A";
-  QTest::newRow("in the middle and in front") << "+A +B@0 +C@1"
-                                              << "B C *A"
-                                              << "A";
-  QTest::newRow("a hidden page does not become active") << "?H +A"
-                                                        << "(H) *A"
-                                                        << "A";
-  QTest::newRow("nor when it is asked to") << "+A ?H aH"
-                                           << "*A (H)"
-                                           << "A";
-  QTest::newRow("only hidden ones: none is active") << "?H ?I"
-                                                    << "(H) (I)"
-                                                    << "";
-  QTest::newRow("shown, the only one becomes active") << "?H ?I sI"
-                                                      << "(H) *I"
-                                                      << "I";
-  QTest::newRow("shown beside others, it does not") << "+A ?H sH"
-                                                    << "*A H"
-                                                    << "A";
-  QTest::newRow("removing the active one: next") << "+A +B +C aB -B"
-                                                 << "A *C"
-                                                 << "A B C";
-  QTest::newRow("... next visible") << "+A +B ?H +C aB -B"
-                                    << "A (H) *C"
-                                    << "A B C";
-  QTest::newRow("... previous at the end") << "+A ?H +B aB -B"
-                                           << "*A (H)"
-                                           << "A B A";
-  QTest::newRow("... none left") << "+A ?H -A"
-                                 << "(H)"
-                                 << "A -";
-  QTest::newRow("hiding the active one: next") << "+A +B +C aB hB"
-                                               << "A (B) *C"
-                                               << "A B C";
-  QTest::newRow("... previous at the end") << "+A +B aB hB"
-                                           << "*A (B)"
-                                           << "A B A";
-  QTest::newRow("... none left") << "+A hA"
-                                 << "(A)"
-                                 << "A -";
-  QTest::newRow("removing another one") << "+A +B +C aC -A"
-                                        << "B *C"
-                                        << "A C";
-  QTest::newRow("deleting the active one") << "+A +B aA !A"
-                                           << "*B"
-                                           << "A B";
-  QTest::newRow("deleting a hidden one") << "+A ?H +B !H"
-                                         << "*A B"
-                                         << "A";
-  QTest::newRow("moving counts hidden pages") << "+A ?H +B +C m0>2"
-                                              << "(H) B *A C"
-                                              << "A";
-  QTest::newRow("moving beyond the end") << "+A +B +C m0>9"
-                                         << "B C *A"
-                                         << "A";
-  QTest::newRow("moving from nowhere") << "+A +B m5>0"
-                                       << "*A B"
-                                       << "A";
-  QTest::newRow("walking goes round and passes hidden ones") << "+A ?H +B > > <"
-                                                             << "A (H) *B"
-                                                             << "A B A B";
-  QTest::newRow("walking with one page") << "+A ?H > <"
-                                         << "*A (H)"
-                                         << "A";
-  QTest::newRow("walking with none") << "?H > <"
-                                     << "(H)"
-                                     << "";
-  QTest::newRow("a position out of range is the end") << "+A +B@99 +C@-5"
-                                                      << "*A B C"
-                                                      << "A";
+  Row("the first page becomes active", "+A +B +C", "*A B C", "A");
+  Row("in the middle and in front", "+A +B@0 +C@1", "B C *A", "A");
+  Row("a hidden page does not become active", "?H +A", "(H) *A", "A");
+  Row("nor when it is asked to", "+A ?H aH", "*A (H)", "A");
+  Row("only hidden ones: none is active", "?H ?I", "(H) (I)", "");
+  Row("shown, the only one becomes active", "?H ?I sI", "(H) *I", "I");
+  Row("shown beside others, it does not", "+A ?H sH", "*A H", "A");
+  Row("removing the active one: next", "+A +B +C aB -B", "A *C", "A B C");
+  Row("... next visible", "+A +B ?H +C aB -B", "A (H) *C", "A B C");
+  Row("... previous at the end", "+A ?H +B aB -B", "*A (H)", "A B A");
+  Row("... none left", "+A ?H -A", "(H)", "A -");
+  Row("hiding the active one: next", "+A +B +C aB hB", "A (B) *C", "A B C");
+  Row("... previous at the end", "+A +B aB hB", "*A (B)", "A B A");
+  Row("... none left", "+A hA", "(A)", "A -");
+  Row("removing another one", "+A +B +C aC -A", "B *C", "A C");
+  Row("deleting the active one", "+A +B aA !A", "*B", "A B");
+  Row("deleting a hidden one", "+A ?H +B !H", "*A B", "A");
+  Row("moving counts hidden pages", "+A ?H +B +C m0>2", "(H) B *A C", "A");
+  Row("moving beyond the end", "+A +B +C m0>9", "B C *A", "A");
+  Row("moving from nowhere", "+A +B m5>0", "*A B", "A");
+  Row("walking goes round and passes hidden ones", "+A ?H +B > > <", "A (H) *B", "A B A B");
+  Row("walking with one page", "+A ?H > <", "*A (H)", "A");
+  Row("walking with none", "?H > <", "(H)", "");
+  Row("a position out of range is the end", "+A +B@99 +C@-5", "*A B C", "A");
 }
 
 void TPageControlTest::PositionsAndActivation() {

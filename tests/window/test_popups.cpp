@@ -1,23 +1,13 @@
-#include <QApplication>
 #include <QCheckBox>
 #include <QInputDialog>
-#include <QMainWindow>
 #include <QMenu>
 #include <QPushButton>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QTextEdit>
-#include <QWebEnginePage>
 
 #include "browser/dialogs/confirm_dialog.h"
-#include "browser/tabs/browser_tab.h"
-#include "browser/tabs/tab_strip.h"
-#include "config/language.h"
-#include "config/options.h"
 #include "groups/popup_blocker.h"
 #include "support/modal_dialogs.h"
-#include "support/test_server.h"
+#include "window/tabs_fixture.h"
 
 // The pop-up blocker with real pages that ask for windows.
 class TestPopups final : public QObject {
@@ -26,7 +16,7 @@ class TestPopups final : public QObject {
  private Q_SLOTS:
   void initTestCase();
   void init();
-  void cleanup();
+  void cleanup() { m_f.End(); }
 
   void StoredList_data();
   void StoredList();
@@ -58,93 +48,61 @@ class TestPopups final : public QObject {
   void AskForWindow(TBrowserTab *tab, const QString &path);
   void Notify(bool on);
 
-  TTestServer m_server;
-  TLanguage m_language;
-  std::unique_ptr<QTemporaryDir> m_folder;
-  std::unique_ptr<TRegistryStore> m_store;
-  std::unique_ptr<TEngine> m_engine;
-  std::unique_ptr<TTabEnvironment> m_environment;
-  std::unique_ptr<QMainWindow> m_window;
-  std::unique_ptr<TTabStrip> m_tabs;
+  TTabsFixture m_f;
   TPopupBlocker *m_blocker = nullptr;
 };
 
 namespace {
 
-constexpr int LoadTime = 15000;   // milliseconds; the most that a test waits
 const QString Key = QString::fromLatin1(RegistryKey::PopupHalvex);
 constexpr TRegistryHive User = TRegistryHive::CurrentUser;
 
 }  // namespace
 
 void TestPopups::initTestCase() {
-  QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")));
-  QVERIFY(m_server.Listen());
-  m_server.RoutePage("/opener", "Opener", "<a id='link' target='_blank'>new window</a>");
-  m_server.RoutePage("/other", "Other");
-  m_server.RoutePage("/popup", "Popup");
+  m_f.Prepare();
+  m_f.server.RoutePage("/opener", "Opener", "<a id='link' target='_blank'>new window</a>");
+  m_f.server.RoutePage("/other", "Other");
+  m_f.server.RoutePage("/popup", "Popup");
 }
 
 void TestPopups::init() {
-  m_folder = std::make_unique<QTemporaryDir>();
-  m_store = std::make_unique<TRegistryStore>(m_folder->filePath(QStringLiteral("registry.sqlite")));
-  m_engine = std::make_unique<TEngine>(m_language, *m_store);
-  m_environment.reset(new TTabEnvironment{*m_engine, m_language, *m_store, {}, {}});
-  m_window = std::make_unique<QMainWindow>();
-  auto *pages = new TZVPageControl(m_window.get());
-  m_window->setCentralWidget(pages);
-  m_window->resize(800, 600);
-  m_window->show();
-  m_tabs = std::make_unique<TTabStrip>(m_window.get(), pages, *m_environment);
-  m_blocker = new TPopupBlocker(m_window.get(), *m_tabs);
-  m_environment->hooks.isPopupBlocked = [this](const QString &address) { return m_blocker->IsPopupBlocked(address); };
-  m_tabs->NewTab();
-  m_server.ForgetRequests();
-}
-
-void TestPopups::cleanup() {
-  m_tabs.reset();
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  m_window.reset();
-  m_environment.reset();
-  m_engine.reset();
-  m_store.reset();
-  m_folder.reset();
+  m_f.Begin();
+  m_blocker = new TPopupBlocker(m_f.window.get(), *m_f.tabs);
+  m_f.environment->hooks.isPopupBlocked = [this](const QString &address) { return m_blocker->IsPopupBlocked(address); };
 }
 
 void TestPopups::UseList(const QStringList &patterns) {
-  SavePopupList(*m_store, patterns);
+  SavePopupList(*m_f.store, patterns);
   m_blocker->Reload();
 }
 
 // The stored list as it stands: "name=data".
 QStringList TestPopups::Raw() const {
   QStringList lines;
-  for (const TRegistryValue &value : m_store->Values(User, Key)) lines.append(value.name + u'=' + value.data);
+  for (const TRegistryValue &value : m_f.store->Values(User, Key)) lines.append(value.name + u'=' + value.data);
   return lines;
 }
 
 TBrowserTab *TestPopups::OpenPage(const QString &path) {
-  TBrowserTab *tab = m_tabs->GetActivePage();
-  QSignalSpy loaded(m_tabs.get(), &TTabStrip::TabLoaded);
-  tab->Navigate(m_server.Url(path));
-  if (!loaded.wait(LoadTime)) qWarning("the page did not load");
+  TBrowserTab *tab = m_f.tabs->GetActivePage();
+  m_f.Load(tab, path);
   return tab;
 }
 
 void TestPopups::AskForWindow(TBrowserTab *tab, const QString &path) {
-  const int before = m_tabs->TabCount();
-  tab->Browser()->EnginePage()->runJavaScript(QStringLiteral("window.open('%1')").arg(path));
-  QTRY_VERIFY_WITH_TIMEOUT(m_tabs->TabCount() > before && !m_tabs->Tabs().contains(nullptr), LoadTime);
+  const int before = m_f.tabs->TabCount();
+  m_f.Run(tab, QStringLiteral("window.open('%1')").arg(path));
+  QTRY_VERIFY_WITH_TIMEOUT(m_f.tabs->TabCount() > before && !m_f.tabs->Tabs().contains(nullptr), m_f.LoadTime);
   const auto tested = [this] {
-    const QList<TBrowserTab *> tabs = m_tabs->Tabs();
+    const QList<TBrowserTab *> tabs = m_f.tabs->Tabs();
     return std::none_of(tabs.begin(), tabs.end(), [](const TBrowserTab *each) { return each->Hidden(); });
   };
-  QTRY_VERIFY_WITH_TIMEOUT(tested(), LoadTime);
+  QTRY_VERIFY_WITH_TIMEOUT(tested(), m_f.LoadTime);
 }
 
 void TestPopups::Notify(bool on) {
-  TZVOptions(*m_store).Set(Setting::PopupHalvexNotify, on);
+  TZVOptions(*m_f.store).Set(Setting::PopupHalvexNotify, on);
   m_blocker->ReadSettings();
 }
 
@@ -152,7 +110,8 @@ void TestPopups::StoredList_data() {
   QTest::addColumn<QStringList>("stored");
   QTest::addColumn<QStringList>("loaded");
   QTest::newRow("no key") << QStringList{} << QStringList{};
-  QTest::newRow("sorted") << QStringList{"http://b", "http://C", "http://a"} << QStringList{"http://a", "http://b", "http://C"};
+  QTest::newRow("sorted") << QStringList{"http://b", "http://C", "http://a"}
+                          << QStringList{"http://a", "http://b", "http://C"};
   QTest::newRow("equal ones") << QStringList{"http://a", "http://b", "http://a"} << QStringList{"http://a", "http://b"};
   QTest::newRow("equal but for case") << QStringList{"http://Ads", "http://ads"} << QStringList{"http://Ads"};
   QTest::newRow("empty ones") << QStringList{"", "a", ""} << QStringList{"a"};
@@ -163,8 +122,8 @@ void TestPopups::StoredList_data() {
 
 void TestPopups::StoredList() {
   QFETCH(QStringList, stored);
-  for (int i = 0; i < stored.size(); ++i) m_store->Write(User, Key, QStringLiteral("url%1").arg(i + 1), stored[i]);
-  QTEST(LoadPopupList(*m_store), "loaded");
+  for (int i = 0; i < stored.size(); ++i) m_f.store->Write(User, Key, QStringLiteral("url%1").arg(i + 1), stored[i]);
+  QTEST(LoadPopupList(*m_f.store), "loaded");
 }
 
 void TestPopups::SavedSorted() {
@@ -172,24 +131,24 @@ void TestPopups::SavedSorted() {
   m_blocker->Save();
   QCOMPARE(Raw(), QStringList({"url1=a", "url2=b"}));
   // The whole key is replaced.
-  SavePopupList(*m_store, {QStringLiteral("c")});
+  SavePopupList(*m_f.store, {QStringLiteral("c")});
   QCOMPARE(Raw(), QStringList({"url1=c"}));
 }
 
 void TestPopups::Stopped() {
   Notify(false);
-  UseList({m_server.Url(QStringLiteral("/pop"))});
+  UseList({m_f.server.Url(QStringLiteral("/pop"))});
   TBrowserTab *opener = OpenPage(QStringLiteral("/opener"));
   AskForWindow(opener, QStringLiteral("/popup?a=1"));
-  QCOMPARE(m_tabs->TabCount(), 2);
-  TBrowserTab *popup = m_tabs->Tab(1);
+  QCOMPARE(m_f.tabs->TabCount(), 2);
+  TBrowserTab *popup = m_f.tabs->Tab(1);
   QVERIFY(popup->Blocked());
-  QVERIFY(!m_tabs->Pages().IsPageVisible(popup));
-  QCOMPARE(popup->PopupUrl(), m_server.Url(QStringLiteral("/popup?a=1")));
+  QVERIFY(!m_f.tabs->Pages().IsPageVisible(popup));
+  QCOMPARE(popup->PopupUrl(), m_f.server.Url(QStringLiteral("/popup?a=1")));
   QCOMPARE(popup->Opener(), opener);
-  QTRY_COMPARE_WITH_TIMEOUT(m_tabs->TabCount(), 1, LoadTime);
-  QCOMPARE(m_server.RequestCount("/popup"), 0);
-  QCOMPARE(m_tabs->GetActivePage(), opener);
+  QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->TabCount(), 1, m_f.LoadTime);
+  QCOMPARE(m_f.server.RequestCount("/popup"), 0);
+  QCOMPARE(m_f.tabs->GetActivePage(), opener);
 }
 
 void TestPopups::LetIn_data() {
@@ -205,44 +164,44 @@ void TestPopups::LetIn_data() {
 void TestPopups::LetIn() {
   QFETCH(QString, pattern);
   QFETCH(bool, enabled);
-  if (!pattern.isEmpty()) UseList({pattern.replace(QStringLiteral("%1"), m_server.Url(QString()))});
+  if (!pattern.isEmpty()) UseList({pattern.replace(QStringLiteral("%1"), m_f.server.Url(QString()))});
   m_blocker->SetEnabled(enabled);
   TBrowserTab *opener = OpenPage(QStringLiteral("/opener"));
   AskForWindow(opener, QStringLiteral("/popup"));
-  QTRY_COMPARE_WITH_TIMEOUT(m_server.RequestCount("/popup"), 1, LoadTime);
-  QVERIFY(m_tabs->Pages().IsPageVisible(m_tabs->Tab(1)));
+  QTRY_COMPARE_WITH_TIMEOUT(m_f.server.RequestCount("/popup"), 1, m_f.LoadTime);
+  QVERIFY(m_f.tabs->Pages().IsPageVisible(m_f.tabs->Tab(1)));
   QCOMPARE(m_blocker->Stopped().Count(opener), 0);
 }
 
 void TestPopups::NoticeComesAfterwards() {
-  UseList({m_server.Url(QStringLiteral("/popup"))});
+  UseList({m_f.server.Url(QStringLiteral("/popup"))});
   QStringList texts;
   OnModalDialog<TfrmConfirm>([&](TfrmConfirm &dialog) {
     texts = {dialog.windowTitle(), dialog.findChild<QTextEdit *>(QStringLiteral("mmoPrompt2"))->toPlainText()};
     QVERIFY(!dialog.findChild<QPushButton *>(QStringLiteral("cmdCancel"))->isVisible());
     // The answer was given long before: the page goes on while the notice shows.
-    QVERIFY(m_tabs->Tab(1)->Blocked());
+    QVERIFY(m_f.tabs->Tab(1)->Blocked());
     dialog.findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
   });
-  const QString address = m_server.Url(QStringLiteral("/popup"));
+  const QString address = m_f.server.Url(QStringLiteral("/popup"));
   AskForWindow(OpenPage(QStringLiteral("/opener")), QStringLiteral("/popup"));
-  QTRY_COMPARE_WITH_TIMEOUT(texts, QStringList({m_language.Global("PopupNotifyCaption"), address}), LoadTime);
-  QVERIFY(TZVOptions(*m_store).Get(Setting::PopupHalvexNotify));
+  QTRY_COMPARE_WITH_TIMEOUT(texts, QStringList({m_f.language.Global("PopupNotifyCaption"), address}), m_f.LoadTime);
+  QVERIFY(TZVOptions(*m_f.store).Get(Setting::PopupHalvexNotify));
 }
 
 void TestPopups::DontAskAgain() {
-  UseList({m_server.Url(QStringLiteral("/popup"))});
+  UseList({m_f.server.Url(QStringLiteral("/popup"))});
   int notices = 0;
   OnModalDialog<TfrmConfirm>([&](TfrmConfirm &dialog) {
     ++notices;
     dialog.findChild<QCheckBox *>(QStringLiteral("chkConfirm"))->setChecked(true);
-    dialog.reject();   // The box counts however the notice is closed.
+    dialog.reject();  // The box counts however the notice is closed.
   });
   TBrowserTab *opener = OpenPage(QStringLiteral("/opener"));
   AskForWindow(opener, QStringLiteral("/popup"));
-  QTRY_COMPARE_WITH_TIMEOUT(notices, 1, LoadTime);
-  QTRY_VERIFY(!TZVOptions(*m_store).Get(Setting::PopupHalvexNotify));
-  m_tabs->CloseHiddenTabs();
+  QTRY_COMPARE_WITH_TIMEOUT(notices, 1, m_f.LoadTime);
+  QTRY_VERIFY(!TZVOptions(*m_f.store).Get(Setting::PopupHalvexNotify));
+  m_f.tabs->CloseHiddenTabs();
   AskForWindow(opener, QStringLiteral("/popup"));
   QCOMPARE(m_blocker->Stopped().Count(opener), 2);
   QCoreApplication::processEvents();
@@ -274,7 +233,7 @@ void TestPopups::WindowGoesWhileTheNoticeShows() {
   OnModalDialog<TfrmConfirm>([&](TfrmConfirm &) {
     shown = true;
     delete m_blocker;
-    m_environment->hooks = {};
+    m_f.environment->hooks = {};
     QApplication::activeModalWidget()->close();
   });
   QVERIFY(m_blocker->IsPopupBlocked(QStringLiteral("http://ads.example/")));
@@ -283,7 +242,7 @@ void TestPopups::WindowGoesWhileTheNoticeShows() {
 
 void TestPopups::Counter() {
   Notify(false);
-  UseList({m_server.Url(QStringLiteral("/popup"))});
+  UseList({m_f.server.Url(QStringLiteral("/popup"))});
   TBrowserTab *opener = OpenPage(QStringLiteral("/opener"));
   QSignalSpy changed(&m_blocker->Stopped(), &TStoppedPopups::Changed);
   AskForWindow(opener, QStringLiteral("/popup?1"));
@@ -293,22 +252,22 @@ void TestPopups::Counter() {
   QCOMPARE(changed.last().last().toInt(), 2);
   QVERIFY(m_blocker->Stopped().CounterText(opener).contains(u'2'));
   // They belong to their page: another tab has none, and the next page begins anew.
-  TBrowserTab *other = m_tabs->NewTab();
+  TBrowserTab *other = m_f.tabs->NewTab();
   QCOMPARE(m_blocker->Stopped().Count(other), 0);
   QVERIFY(m_blocker->Stopped().CounterText(other).isEmpty());
-  opener->Navigate(m_server.Url(QStringLiteral("/other")));
-  QTRY_COMPARE_WITH_TIMEOUT(m_blocker->Stopped().Count(opener), 0, LoadTime);
+  opener->Navigate(m_f.server.Url(QStringLiteral("/other")));
+  QTRY_COMPARE_WITH_TIMEOUT(m_blocker->Stopped().Count(opener), 0, m_f.LoadTime);
   QCOMPARE(changed.last().last().toInt(), 0);
 }
 
 void TestPopups::ManyStopped() {
-  TBrowserTab *opener = m_tabs->GetActivePage();
+  TBrowserTab *opener = m_f.tabs->GetActivePage();
   constexpr int Count = 3 * TStoppedPopups::MostKept;
   for (int i = 0; i < Count; ++i) m_blocker->Stopped().Add(opener, {QStringLiteral("http://ads/%1").arg(i), {}});
   QCOMPARE(m_blocker->Stopped().Count(opener), Count);
   QCOMPARE(m_blocker->Stopped().Stopped(opener).size(), TStoppedPopups::MostKept);
   // A tab that goes takes its list along.
-  m_tabs->NewTab();
+  m_f.tabs->NewTab();
   opener->Close();
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   QCOMPARE(m_blocker->Stopped().Count(opener), 0);
@@ -316,28 +275,28 @@ void TestPopups::ManyStopped() {
 
 void TestPopups::OpenAfterAll() {
   Notify(false);
-  UseList({m_server.Url(QStringLiteral("/popup"))});
+  UseList({m_f.server.Url(QStringLiteral("/popup"))});
   TBrowserTab *opener = OpenPage(QStringLiteral("/opener"));
   AskForWindow(opener, QStringLiteral("/popup?a=1&b=2"));
   QMenu menu;
   m_blocker->Stopped().FillMenu(&menu, opener);
   m_blocker->Stopped().FillMenu(&menu, opener);
   QCOMPARE(menu.actions().size(), 1);
-  QCOMPARE(menu.actions().first()->text(), m_server.Url(QStringLiteral("/popup?a=1&&b=2")));
+  QCOMPARE(menu.actions().first()->text(), m_f.server.Url(QStringLiteral("/popup?a=1&&b=2")));
   QMenu *choices = menu.actions().first()->menu();
   QVERIFY(choices != nullptr);
   choices->actions().first()->trigger();
-  QTRY_COMPARE_WITH_TIMEOUT(m_server.RequestCount("/popup"), 1, LoadTime);
-  QCOMPARE(m_tabs->GetActivePage()->Url(), m_server.Url(QStringLiteral("/popup?a=1&b=2")));
+  QTRY_COMPARE_WITH_TIMEOUT(m_f.server.RequestCount("/popup"), 1, m_f.LoadTime);
+  QCOMPARE(m_f.tabs->GetActivePage()->Url(), m_f.server.Url(QStringLiteral("/popup?a=1&b=2")));
 }
 
 void TestPopups::RemovePattern() {
   Notify(false);
-  const QString pattern = m_server.Url(QStringLiteral("/pop*p"));
+  const QString pattern = m_f.server.Url(QStringLiteral("/pop*p"));
   UseList({QStringLiteral("http://another"), pattern});
   TBrowserTab *opener = OpenPage(QStringLiteral("/opener"));
   AskForWindow(opener, QStringLiteral("/popup"));
-  m_tabs->CloseHiddenTabs();
+  m_f.tabs->CloseHiddenTabs();
   QMenu menu;
   m_blocker->Stopped().FillMenu(&menu, opener);
   QAction *remove = menu.actions().first()->menu()->actions().last();
@@ -345,14 +304,16 @@ void TestPopups::RemovePattern() {
   remove->trigger();
   QCOMPARE(Raw(), QStringList({"url1=http://another"}));
   AskForWindow(opener, QStringLiteral("/popup"));
-  QTRY_COMPARE_WITH_TIMEOUT(m_server.RequestCount("/popup"), 1, LoadTime);
+  QTRY_COMPARE_WITH_TIMEOUT(m_f.server.RequestCount("/popup"), 1, m_f.LoadTime);
 }
 
 void TestPopups::AddProposes_data() {
   QTest::addColumn<QString>("path");
   QTest::addColumn<QString>("proposed");
-  QTest::newRow("plain") << "/other" << "/other";
-  QTest::newRow("without the query") << "/other?a=1?b=2" << "/other";
+  QTest::newRow("plain") << "/other"
+                         << "/other";
+  QTest::newRow("without the query") << "/other?a=1?b=2"
+                                     << "/other";
 }
 
 void TestPopups::AddProposes() {
@@ -365,10 +326,10 @@ void TestPopups::AddProposes() {
     dialog.reject();
   });
   m_blocker->AddToPopupList(tab);
-  QCOMPARE(shown, m_server.Url(proposed));
+  QCOMPARE(shown, m_f.server.Url(proposed));
   // Cancelled: nothing has changed and the tab is still there with its page.
   QVERIFY(Raw().isEmpty());
-  QCOMPARE(tab->GetLocationUrl(), m_server.Url(path));
+  QCOMPARE(tab->GetLocationUrl(), m_f.server.Url(path));
 }
 
 void TestPopups::AddAnswers_data() {
@@ -386,14 +347,14 @@ void TestPopups::AddAnswers_data() {
 void TestPopups::AddAnswers() {
   QFETCH(QString, answer);
   UseList({QStringLiteral("http://a"), QStringLiteral("http://c")});
-  TBrowserTab *tab = m_tabs->NewTab();
-  QCOMPARE(m_tabs->TabCount(), 2);
+  TBrowserTab *tab = m_f.tabs->NewTab();
+  QCOMPARE(m_f.tabs->TabCount(), 2);
   OnModalDialog<QInputDialog>([&](QInputDialog &dialog) {
     dialog.setTextValue(answer);
     dialog.accept();
   });
   m_blocker->AddToPopupList(tab);
-  QCOMPARE(m_tabs->TabCount(), 1);
+  QCOMPARE(m_f.tabs->TabCount(), 1);
   QTEST(Raw(), "stored");
   QTEST(m_blocker->Patterns().Patterns(), "known");
 }
@@ -401,10 +362,10 @@ void TestPopups::AddAnswers() {
 void TestPopups::AddFromAPopup() {
   TBrowserTab *opener = OpenPage(QStringLiteral("/opener"));
   AskForWindow(opener, QStringLiteral("/popup?x"));
-  QTRY_COMPARE_WITH_TIMEOUT(m_server.RequestCount("/popup"), 1, LoadTime);
-  TBrowserTab *popup = m_tabs->Tab(1);
-  popup->Navigate(m_server.Url(QStringLiteral("/other")));
-  QTRY_COMPARE_WITH_TIMEOUT(m_server.RequestCount("/other"), 1, LoadTime);
+  QTRY_COMPARE_WITH_TIMEOUT(m_f.server.RequestCount("/popup"), 1, m_f.LoadTime);
+  TBrowserTab *popup = m_f.tabs->Tab(1);
+  popup->Navigate(m_f.server.Url(QStringLiteral("/other")));
+  QTRY_COMPARE_WITH_TIMEOUT(m_f.server.RequestCount("/other"), 1, m_f.LoadTime);
   // The address that it came with counts, not where it went from there.
   QString shown;
   OnModalDialog<QInputDialog>([&](QInputDialog &dialog) {
@@ -412,21 +373,21 @@ void TestPopups::AddFromAPopup() {
     dialog.accept();
   });
   m_blocker->AddToPopupList(popup);
-  QCOMPARE(shown, m_server.Url(QStringLiteral("/popup")));
-  QVERIFY(m_blocker->IsPopupBlocked(m_server.Url(QStringLiteral("/popup?y"))));
+  QCOMPARE(shown, m_f.server.Url(QStringLiteral("/popup")));
+  QVERIFY(m_blocker->IsPopupBlocked(m_f.server.Url(QStringLiteral("/popup?y"))));
 }
 
 void TestPopups::WrittenBack() {
   UseList({QStringLiteral("http://a")});
-  m_store->Write(User, Key, QStringLiteral("url9"), QStringLiteral("http://z"));
+  m_f.store->Write(User, Key, QStringLiteral("url9"), QStringLiteral("http://z"));
   m_blocker->Save();
   QCOMPARE(Raw(), QStringList({"url1=http://a"}));
 }
 
 void TestPopups::SettingsAreReadAgain() {
-  TZVOptions options(*m_store);
+  TZVOptions options(*m_f.store);
   options.Set(Setting::UsePopupHalvex, false);
-  SavePopupList(*m_store, {QStringLiteral("http://ads")});
+  SavePopupList(*m_f.store, {QStringLiteral("http://ads")});
   m_blocker->ReadSettings();
   QVERIFY(!m_blocker->Enabled());
   QVERIFY(!m_blocker->IsPopupBlocked(QStringLiteral("http://ads.example")));
@@ -436,5 +397,8 @@ void TestPopups::SettingsAreReadAgain() {
   QTRY_VERIFY(QApplication::activeModalWidget() == nullptr);
 }
 
-QTEST_MAIN(TestPopups)
+int main(int argc, char **argv) {
+  return RunWithEngine<TestPopups>(argc, argv);
+}
+
 #include "test_popups.moc"

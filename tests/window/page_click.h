@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QTest>
+#include <QWebEnginePage>
+#include <QWebEngineView>
+
+#include "browser/engine/halvex_browser.h"
+
+// Clicks once the page takes clicks, which is when it has been painted. The page's title is "painted" then.
+inline void ClickPage(THalvexBrowser &browser, const QPoint &at, Qt::MouseButton button = Qt::LeftButton) {
+  browser.EnginePage()->runJavaScript(
+      QStringLiteral("requestAnimationFrame(() => requestAnimationFrame(() => document.title = 'painted'))"));
+  QTRY_COMPARE(browser.LocationName(), QStringLiteral("painted"));
+  QWidget *target = browser.findChild<QWebEngineView *>()->focusProxy();
+  QVERIFY(target);
+  QTest::mouseClick(target, button, {}, at);
+}

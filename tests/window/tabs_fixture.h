@@ -1,0 +1,87 @@
+#pragma once
+
+#include <memory>
+#include <QApplication>
+#include <QMainWindow>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QWebEnginePage>
+
+#include "browser/tabs/browser_tab.h"
+#include "browser/tabs/close_all.h"
+#include "browser/tabs/tab_strip.h"
+#include "config/language.h"
+#include "config/options.h"
+#include "support/test_server.h"
+#include "window/engine_main.h"
+
+// A window with tabs, the real engine behind them, and a local server.
+class TTabsFixture {
+ public:
+  static constexpr int LoadTime = 20000;  // milliseconds; the most that a test waits for a page
+
+  // Once for all tests.
+  void Prepare() {
+    QVERIFY(language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")));
+    QVERIFY(server.Listen());
+  }
+  // With one empty tab.
+  void Begin() {
+    m_temporary = std::make_unique<QTemporaryDir>();
+    store = std::make_unique<TRegistryStore>(Path(QStringLiteral("registry.sqlite")));
+    m_engine = std::make_unique<TEngine>(language, *store);
+    environment.reset(new TTabEnvironment{*m_engine, language, *store, {}, {}});
+    window = std::make_unique<QMainWindow>();
+    pages = new TZVPageControl(window.get());
+    window->setCentralWidget(pages);
+    window->resize(800, 600);
+    window->show();
+    tabs = std::make_unique<TTabStrip>(window.get(), pages, *environment);
+    closeAll = std::make_unique<TCloseAllTabs>(window.get(), *tabs);
+    tabs->NewTab();
+    server.ForgetRequests();
+  }
+  void End() {
+    closeAll.reset();
+    tabs.reset();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    window.reset();
+    environment.reset();
+    m_engine.reset();
+    store.reset();
+    m_temporary.reset();
+  }
+
+  // In the folder that lasts as long as the test.
+  [[nodiscard]] QString Path(const QString &name) const { return m_temporary->filePath(name); }
+  [[nodiscard]] QStringList Names() const {
+    QStringList names;
+    for (const TBrowserTab *tab : tabs->Tabs()) names.append(tab->StickyName());
+    return names;
+  }
+  void Load(TBrowserTab *tab, const QString &path) {
+    const QSignalSpy loaded(tabs.get(), &TTabStrip::TabLoaded);
+    tab->Navigate(server.Url(path));
+    QTRY_VERIFY_WITH_TIMEOUT(!loaded.isEmpty() && loaded.last().first().value<TBrowserTab *>() == tab, LoadTime);
+  }
+  // Runs a script in the tab's page to its end.
+  static void Run(TBrowserTab *tab, const QString &script) {
+    bool done = false;
+    tab->Browser()->EnginePage()->runJavaScript(script, [&done](const QVariant &) { done = true; });
+    QTRY_VERIFY_WITH_TIMEOUT(done, LoadTime);
+  }
+
+  TTestServer server;
+  TLanguage language;
+  std::unique_ptr<TRegistryStore> store;
+  std::unique_ptr<TTabEnvironment> environment;
+  std::unique_ptr<QMainWindow> window;
+  TZVPageControl *pages = nullptr;
+  std::unique_ptr<TTabStrip> tabs;
+  std::unique_ptr<TCloseAllTabs> closeAll;
+
+ private:
+  std::unique_ptr<QTemporaryDir> m_temporary;
+  std::unique_ptr<TEngine> m_engine;
+};
