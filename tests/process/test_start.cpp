@@ -22,17 +22,10 @@ class TestStart final : public QObject {
   void Switches_data();
   void Switches();
   void OpensAddress();
+  void OpensFile_data();
   void OpensFile();
   void TwoArguments();
-  void StartupPageOnce();
-  void LastSitesComeBack();
-  void LastSitesAndAddress();
-  void OtherModesLeaveNoList();
   void KilledWithManyTabs();
-  void MakersPage_data();
-  void MakersPage();
-  void GroupAtStart_data();
-  void GroupAtStart();
   void SettingsAtTheEnd();
   void BrokenStore();
   void RefusedSettings_data();
@@ -48,7 +41,7 @@ class TestStart final : public QObject {
   std::unique_ptr<QProcess> Start(const QStringList &arguments);
   // Asks the program to end and checks that it ends well.
   void End(QProcess &program);
-  [[nodiscard]] bool IsRequested(const QByteArray &path, int count = 1) { return m_server.RequestCount(path) >= count; }
+  [[nodiscard]] bool IsRequested(const QByteArray &path) const { return m_server.RequestCount(path) > 0; }
 
   TTestServer m_server;
   QString m_home;
@@ -141,13 +134,25 @@ void TestStart::OpensAddress() {
   QVERIFY(store->Subkeys(TRegistryHive::ClassesRoot, QString()).isEmpty());
 }
 
+void TestStart::OpensFile_data() {
+  QTest::addColumn<QString>("name");
+  QTest::addColumn<QString>("contents");  // %1: the address to come to
+  // A name with everything that an address would read as something else.
+  QTest::newRow("page") << "my page #1 100%.html"
+                        << "<script>location = '%1'</script>";
+  QTest::newRow("group") << "my group #1 100%.hgp"
+                         << "[HalvexGroup]\na=%1\n";
+}
+
 void TestStart::OpensFile() {
-  // A name with everything that an address would read as something else, given relative to the working directory.
-  QFile file(m_home + QStringLiteral("/my page #1 100%.html"));
+  QFETCH(QString, name);
+  QFETCH(QString, contents);
+  QFile file(m_home + QLatin1Char('/') + name);
   QVERIFY(file.open(QIODevice::WriteOnly));
-  file.write("<script>location = '" + m_server.Url(QStringLiteral("/page2")).toUtf8() + "'</script>");
+  file.write(contents.arg(m_server.Url(QStringLiteral("/page2"))).toUtf8());
   file.close();
-  const auto program = Start({QStringLiteral("my page #1 100%.html")});
+  // Relative to the working directory.
+  const auto program = Start({name});
   QTRY_VERIFY_WITH_TIMEOUT(IsRequested("/page2"), 20000);
   End(*program);
 }
@@ -159,55 +164,6 @@ void TestStart::TwoArguments() {
   End(*program);
   QVERIFY(!IsRequested("/page1") && !IsRequested("/page2"));
   QVERIFY(TZVOptions(*Store()).Get(Setting::CommandLine).isEmpty());
-}
-
-void TestStart::StartupPageOnce() {
-  Prepare([this](TZVOptions &options) { options.Set(Setting::StartupPage, m_server.Url(QStringLiteral("/page3"))); });
-  for (int run = 1; run <= 2; ++run) {
-    const auto program = Start({m_server.Url(QStringLiteral("/page4"))});
-    QTRY_VERIFY_WITH_TIMEOUT(IsRequested("/page4", run), 20000);
-    End(*program);
-  }
-  QCOMPARE(m_server.RequestCount("/page3"), 1);
-}
-
-void TestStart::LastSitesComeBack() {
-  const QStringList list{QStringLiteral("url3=") + m_server.Url(QStringLiteral("/page3")),
-                         QStringLiteral("url2=") + m_server.Url(QStringLiteral("/page2")),
-                         QStringLiteral("url1=") + m_server.Url(QStringLiteral("/page1"))};
-  Prepare([&](TZVOptions &options) {
-    options.Set(Setting::StartupMode, QStringLiteral("Last"));
-    options.SetLastOpenSites(list);
-  });
-  const auto program = Start({});
-  QTRY_VERIFY_WITH_TIMEOUT(IsRequested("/page1") && IsRequested("/page2") && IsRequested("/page3"), 20000);
-  End(*program);
-  // Three tabs and no more: the first page went into the blank tab of the start.
-  QCOMPARE(TZVOptions(*Store()).LastOpenSites(), list);
-}
-
-void TestStart::LastSitesAndAddress() {
-  Prepare([this](TZVOptions &options) {
-    options.Set(Setting::StartupMode, QStringLiteral("Last"));
-    options.SetLastOpenSites({QStringLiteral("url1=") + m_server.Url(QStringLiteral("/page1"))});
-  });
-  const auto program = Start({m_server.Url(QStringLiteral("/page5"))});
-  QTRY_VERIFY_WITH_TIMEOUT(IsRequested("/page1") && IsRequested("/page5"), 20000);
-  End(*program);
-  const QStringList expected{QStringLiteral("url2=") + m_server.Url(QStringLiteral("/page5")),
-                             QStringLiteral("url1=") + m_server.Url(QStringLiteral("/page1"))};
-  QCOMPARE(TZVOptions(*Store()).LastOpenSites(), expected);
-}
-
-void TestStart::OtherModesLeaveNoList() {
-  Prepare([this](TZVOptions &options) {
-    options.SetLastOpenSites({QStringLiteral("url1=") + m_server.Url(QStringLiteral("/page1"))});
-  });
-  const auto program = Start({m_server.Url(QStringLiteral("/page6"))});
-  QTRY_VERIFY_WITH_TIMEOUT(IsRequested("/page6"), 20000);
-  End(*program);
-  QVERIFY(TZVOptions(*Store()).LastOpenSites().isEmpty());
-  QVERIFY(!IsRequested("/page1"));
 }
 
 void TestStart::KilledWithManyTabs() {
@@ -251,88 +207,6 @@ void TestStart::KilledWithManyTabs() {
   QTRY_COMPARE_WITH_TIMEOUT(missing(), QSet<QByteArray>{}, 120000);
   program->kill();
   QVERIFY(program->waitForFinished());
-}
-
-void TestStart::MakersPage_data() {
-  QTest::addColumn<QString>("mode");
-  QTest::addColumn<QString>("home");
-  QTest::addColumn<QString>("last");
-  QTest::addColumn<bool>("opened");
-  QTest::newRow("home page of one's own") << "Home"
-                                          << "/page1"
-                                          << "" << true;
-  QTest::newRow("the default home page") << "Home"
-                                         << "/home"
-                                         << "" << false;
-  QTest::newRow("last pages") << "Last"
-                              << ""
-                              << "/page1" << true;
-  QTest::newRow("the default home page among the last") << "Last"
-                                                        << ""
-                                                        << "/home" << false;
-}
-
-void TestStart::MakersPage() {
-  QFETCH(QString, mode);
-  QFETCH(QString, home);
-  QFETCH(QString, last);
-  QFETCH(bool, opened);
-  m_server.RoutePage("/home", "Home");
-  QVERIFY(QDir().mkpath(ProgramFolders::UserData()));
-  QFile product(ProgramFolders::UserData() + QStringLiteral("/product.ini"));
-  QVERIFY(product.open(QIODevice::WriteOnly));
-  product.write("[Addresses]\nDefaultHomePage=" + m_server.Url(QStringLiteral("/home")).toUtf8() +
-                "\nStartupPage=" + m_server.Url(QStringLiteral("/maker-%s")).toUtf8() + "\n");
-  product.close();
-  Prepare([&](TZVOptions &options) {
-    options.Set(Setting::StartupMode, mode);
-    if (!last.isEmpty()) options.SetLastOpenSites({QStringLiteral("url1=") + m_server.Url(last)});
-  });
-  if (!home.isEmpty()) {
-    Store()->Write(TRegistryHive::CurrentUser, QStringLiteral("Software\\Microsoft\\Internet Explorer\\Main"),
-                   QStringLiteral("Start Page"), m_server.Url(home));
-  }
-  const auto program = Start({});
-  QTRY_VERIFY_WITH_TIMEOUT(IsRequested((home + last).toUtf8()), 20000);
-  if (opened) QTRY_VERIFY_WITH_TIMEOUT(IsRequested("/maker-ext"), 20000);
-  End(*program);
-  QCOMPARE(m_server.RequestCount("/maker-ext"), opened ? 1 : 0);
-}
-
-void TestStart::GroupAtStart_data() {
-  QTest::addColumn<QString>("mode");
-  QTest::addColumn<bool>("closeFirst");
-  for (const char *mode : {"Home", "Blank", "Last", "HalvexGroup"}) {
-    for (const bool closeFirst : {false, true}) {
-      QTest::addRow("%s%s", mode, closeFirst ? ", HGCloseFirst" : "") << QString::fromLatin1(mode) << closeFirst;
-    }
-  }
-}
-
-// A group on the command line takes the place of what the mode opened, whatever the mode and HGCloseFirst are.
-void TestStart::GroupAtStart() {
-  QFETCH(QString, mode);
-  QFETCH(bool, closeFirst);
-  QFile group(m_home + QStringLiteral("/morning.hgp"));
-  QVERIFY(group.open(QIODevice::WriteOnly));
-  group.write("[HalvexGroup]\n");
-  for (const char *page : {"/page21", "/page22"}) {
-    group.write(QByteArray("blank") + page[6] + '=' + m_server.Url(QLatin1String(page)).toUtf8() + '\n');
-  }
-  group.close();
-  Prepare([&](TZVOptions &options) {
-    options.Set(Setting::StartupMode, mode);
-    options.Set(Setting::HGCloseFirst, closeFirst);
-    options.SetLastOpenSites({QStringLiteral("url1=") + m_server.Url(QStringLiteral("/page23"))});
-  });
-  const auto program = Start({QStringLiteral("morning.hgp")});
-  QTRY_VERIFY_WITH_TIMEOUT(IsRequested("/page21") && IsRequested("/page22"), 20000);
-  // In mode "Last" the list tells what is open.
-  Prepare([](TZVOptions &options) { options.Set(Setting::StartupMode, QStringLiteral("Last")); });
-  End(*program);
-  const QStringList expected{QStringLiteral("url2=") + m_server.Url(QStringLiteral("/page22")),
-                             QStringLiteral("url1=") + m_server.Url(QStringLiteral("/page21"))};
-  QCOMPARE(TZVOptions(*Store()).LastOpenSites(), expected);
 }
 
 void TestStart::SettingsAtTheEnd() {

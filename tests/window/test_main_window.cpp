@@ -1,4 +1,3 @@
-#include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
@@ -10,21 +9,16 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStatusBar>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
 #include <QToolBar>
 #include <QWebEnginePage>
 
 #include "app/commands.h"
 #include "app/home_page.h"
-#include "app/main_window.h"
 #include "app/page_commands.h"
-#include "browser/tabs/browser_tab.h"
 #include "search/address_bar.h"
 #include "support/modal_dialogs.h"
-#include "support/shipped_files.h"
-#include "support/test_server.h"
+#include "window/main_window_fixture.h"
+#include "window/page_click.h"
 
 // The main window with the real engine, driven through its keys, menus and boxes.
 class TestMainWindow final : public QObject {
@@ -33,7 +27,7 @@ class TestMainWindow final : public QObject {
  private Q_SLOTS:
   void initTestCase();
   void init();
-  void cleanup();
+  void cleanup() { m_f.End(); }
 
   void NoMarkerIsLeft();
   void KeysAreNotTakenTwice();
@@ -59,54 +53,31 @@ class TestMainWindow final : public QObject {
   void PlacementSurvives();
 
  private:
-  [[nodiscard]] TBrowserTab *Active() const { return m_window->Tabs().GetActivePage(); }
-  [[nodiscard]] QAction *Action(TCommand command) const { return m_window->Commands()[command]; }
-  [[nodiscard]] QLineEdit *AddressEdit() const { return m_window->findChild<TAddressBar *>()->lineEdit(); }
-  void OpenWindow();
+  [[nodiscard]] TBrowserTab *Active() const { return m_f.window->Tabs().GetActivePage(); }
+  [[nodiscard]] QAction *Action(TCommand command) const { return m_f.window->Commands()[command]; }
+  [[nodiscard]] QLineEdit *AddressEdit() const { return m_f.window->findChild<TAddressBar *>()->lineEdit(); }
   void Load(const QString &path);
 
-  TTestServer m_server;
-  std::unique_ptr<QTemporaryDir> m_folder;
-  std::unique_ptr<TRegistryStore> m_store;
-  std::unique_ptr<TfrmMain> m_window;
+  TMainWindowFixture m_f;
 };
 
 void TestMainWindow::initTestCase() {
-  UseShippedLanguages();
-  QVERIFY(m_server.Listen());
-  m_server.RoutePage("/a", "Page A", "<a href='/b' id='link'>b</a>");
-  m_server.RoutePage("/b", "Page B");
+  m_f.Prepare();
+  m_f.server.RoutePage("/a", "Page A", "<a href='/b' id='link'>b</a>");
+  m_f.server.RoutePage("/b", "Page B");
+  m_f.server.RoutePage("/full", "Full", "<div onclick='this.requestFullscreen()' style='height:300px'>big</div>");
 }
 
 void TestMainWindow::init() {
-  m_folder = std::make_unique<QTemporaryDir>();
-  m_store = std::make_unique<TRegistryStore>(m_folder->filePath(QStringLiteral("registry.sqlite")));
-  TZVOptions options(*m_store);
-  options.Set(Setting::StartupMode, QStringLiteral("Blank"));
-  options.Set(Setting::ConfirmShutdown, false);
-  OpenWindow();
-}
-
-void TestMainWindow::cleanup() {
-  m_window.reset();
-  m_store.reset();
-  m_folder.reset();
-}
-
-void TestMainWindow::OpenWindow() {
-  m_window.reset();
-  m_window = std::make_unique<TfrmMain>(*m_store);
-  m_window->show();
-  QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-  const auto *start = m_window->findChild<QTimer *>(QStringLiteral("tmrLoadCoolbar"));
-  QTRY_VERIFY(!start->isActive());
-  QCOMPARE(m_window->windowTitle(), m_window->Language().Global("Blank") + QStringLiteral(" — Zarvela"));
+  m_f.Begin();
+  m_f.Open();
+  QCOMPARE(m_f.window->windowTitle(), m_f.window->Language().Global("Blank") + QStringLiteral(" — Zarvela"));
 }
 
 void TestMainWindow::Load(const QString &path) {
   TBrowserTab *tab = Active();
-  tab->Navigate(m_server.Url(path));
-  QTRY_VERIFY_WITH_TIMEOUT(tab->GetLocationUrl() == m_server.Url(path) && !tab->Busy(), 15000);
+  tab->Navigate(m_f.server.Url(path));
+  QTRY_VERIFY_WITH_TIMEOUT(tab->GetLocationUrl() == m_f.server.Url(path) && !tab->Busy(), m_f.LoadTime);
 }
 
 void TestMainWindow::NoMarkerIsLeft() {
@@ -115,20 +86,20 @@ void TestMainWindow::NoMarkerIsLeft() {
                      text.contains(QLatin1String("UNDEFINED"));
     QVERIFY2(!bad, qPrintable(object->objectName() + QStringLiteral(": ") + text));
   };
-  for (const QAction *action : m_window->findChildren<QAction *>()) {
+  for (const QAction *action : m_f.window->findChildren<QAction *>()) {
     for (const QString &text : {action->text(), action->toolTip(), action->statusTip()}) check(text, action);
   }
-  for (const QWidget *widget : m_window->findChildren<QWidget *>()) {
+  for (const QWidget *widget : m_f.window->findChildren<QWidget *>()) {
     for (const QString &text : {widget->windowTitle(), widget->toolTip(), widget->accessibleName()})
       check(text, widget);
     if (const auto *label = qobject_cast<const QLabel *>(widget)) check(label->text(), label);
   }
-  for (const QMenu *menu : m_window->findChildren<QMenu *>()) check(menu->title(), menu);
+  for (const QMenu *menu : m_f.window->findChildren<QMenu *>()) check(menu->title(), menu);
 }
 
 void TestMainWindow::KeysAreNotTakenTwice() {
   QHash<QKeySequence, QString> owners;
-  for (const QAction *action : m_window->actions()) {
+  for (const QAction *action : m_f.window->actions()) {
     for (const QKeySequence &key : action->shortcuts()) {
       QVERIFY2(!key.isEmpty(), qPrintable(action->objectName()));
       QVERIFY2(!owners.contains(key), qPrintable(key.toString() + action->objectName() + owners.value(key)));
@@ -139,36 +110,36 @@ void TestMainWindow::KeysAreNotTakenTwice() {
 }
 
 void TestMainWindow::AddressBox() {
-  QTest::keyClick(m_window.get(), Qt::Key_L, Qt::ControlModifier);
+  QTest::keyClick(m_f.window.get(), Qt::Key_L, Qt::ControlModifier);
   QTRY_VERIFY(AddressEdit()->hasFocus());
-  QTest::keyClicks(QApplication::focusWidget(), m_server.Url(QStringLiteral("/a")));
+  QTest::keyClicks(QApplication::focusWidget(), m_f.server.Url(QStringLiteral("/a")));
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
   QTRY_COMPARE(Active()->Title(), QStringLiteral("Page A"));
-  QCOMPARE(m_window->Tabs().TabCount(), 1);
-  QTRY_COMPARE(AddressEdit()->text(), m_server.Url(QStringLiteral("/a")));
-  QCOMPARE(m_window->windowTitle(), QStringLiteral("Page A — Zarvela"));
+  QCOMPARE(m_f.window->Tabs().TabCount(), 1);
+  QTRY_COMPARE(AddressEdit()->text(), m_f.server.Url(QStringLiteral("/a")));
+  QCOMPARE(m_f.window->windowTitle(), QStringLiteral("Page A — Zarvela"));
 
-  QTest::keyClick(m_window.get(), Qt::Key_L, Qt::ControlModifier);
+  QTest::keyClick(m_f.window.get(), Qt::Key_L, Qt::ControlModifier);
   QTRY_COMPARE(AddressEdit()->selectedText(), AddressEdit()->text());
   QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("half an addr"));
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-  QCOMPARE(AddressEdit()->text(), m_server.Url(QStringLiteral("/a")));
+  QCOMPARE(AddressEdit()->text(), m_f.server.Url(QStringLiteral("/a")));
 
-  QTest::keyClicks(QApplication::focusWidget(), m_server.Url(QStringLiteral("/b")));
+  QTest::keyClicks(QApplication::focusWidget(), m_f.server.Url(QStringLiteral("/b")));
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return, Qt::AltModifier);
-  QTRY_COMPARE(m_window->Tabs().TabCount(), 2);
+  QTRY_COMPARE(m_f.window->Tabs().TabCount(), 2);
   QTRY_COMPARE(Active()->Title(), QStringLiteral("Page B"));
 }
 
 void TestMainWindow::EditingGoesWhereTheKeyboardIs() {
   Load(QStringLiteral("/a"));
   Action(TCommand::EditAddress)->trigger();
-  QTRY_COMPARE(AddressEdit()->selectedText(), m_server.Url(QStringLiteral("/a")));
+  QTRY_COMPARE(AddressEdit()->selectedText(), m_f.server.Url(QStringLiteral("/a")));
   Action(TCommand::Cut)->trigger();
   QVERIFY(AddressEdit()->text().isEmpty());
-  QCOMPARE(QApplication::clipboard()->text(), m_server.Url(QStringLiteral("/a")));
+  QCOMPARE(QApplication::clipboard()->text(), m_f.server.Url(QStringLiteral("/a")));
   Action(TCommand::Paste)->trigger();
-  QCOMPARE(AddressEdit()->text(), m_server.Url(QStringLiteral("/a")));
+  QCOMPARE(AddressEdit()->text(), m_f.server.Url(QStringLiteral("/a")));
 
   Active()->setFocus();
   Action(TCommand::SelectAll)->trigger();
@@ -180,37 +151,37 @@ void TestMainWindow::NewTabCommands_data() {
   QTest::addColumn<int>("action");
   QTest::addColumn<QString>("address");
   QTest::newRow("blank") << 0 << "about:blank";
-  QTest::newRow("current") << 1 << m_server.Url(QStringLiteral("/a"));
+  QTest::newRow("current") << 1 << m_f.server.Url(QStringLiteral("/a"));
   QTest::newRow("home") << 2 << TEngine::StartPageAddress();
   QTest::newRow("a negative number counts as blank") << -4 << "about:blank";
 }
 
 void TestMainWindow::NewTabCommands() {
   QFETCH(int, action);
-  m_store->Write(TRegistryHive::CurrentUser, QString::fromLatin1(RegistryKey::CurrentVersion),
-                 QStringLiteral("NewAction"), QString::number(action));
-  OpenWindow();
+  m_f.store->Write(TRegistryHive::CurrentUser, QString::fromLatin1(RegistryKey::CurrentVersion),
+                   QStringLiteral("NewAction"), QString::number(action));
+  m_f.Open();
   Load(QStringLiteral("/a"));
-  QTest::keyClick(m_window.get(), Qt::Key_T, Qt::ControlModifier);
-  QCOMPARE(m_window->Tabs().TabCount(), 2);
+  QTest::keyClick(m_f.window.get(), Qt::Key_T, Qt::ControlModifier);
+  QCOMPARE(m_f.window->Tabs().TabCount(), 2);
   QVERIFY(AddressEdit()->hasFocus());
   QFETCH(QString, address);
   QTRY_COMPARE(Active()->GetLocationUrl(), address);
-  QTest::keyClick(m_window.get(), Qt::Key_W, Qt::ControlModifier);
-  QCOMPARE(m_window->Tabs().TabCount(), 1);
+  QTest::keyClick(m_f.window.get(), Qt::Key_W, Qt::ControlModifier);
+  QCOMPARE(m_f.window->Tabs().TabCount(), 1);
 }
 
 void TestMainWindow::NewTabFromClipboard() {
-  QMenu *menu = m_window->Commands().Menu(TMenu::NewTab);
+  QMenu *menu = m_f.window->Commands().Menu(TMenu::NewTab);
   QApplication::clipboard()->clear();
   Q_EMIT menu->aboutToShow();
   QVERIFY(!Action(TCommand::NewClipboard)->isEnabled());
-  QApplication::clipboard()->setText(QLatin1Char(' ') + m_server.Url(QStringLiteral("/b")) + QLatin1Char('\n'));
+  QApplication::clipboard()->setText(QLatin1Char(' ') + m_f.server.Url(QStringLiteral("/b")) + QLatin1Char('\n'));
   Q_EMIT menu->aboutToShow();
   QVERIFY(Action(TCommand::NewClipboard)->isEnabled());
   Action(TCommand::NewClipboard)->trigger();
   QTRY_COMPARE(Active()->Title(), QStringLiteral("Page B"));
-  QCOMPARE(m_window->Tabs().TabCount(), 2);
+  QCOMPARE(m_f.window->Tabs().TabCount(), 2);
 }
 
 void TestMainWindow::HomePageOfOnesOwn() {
@@ -218,7 +189,7 @@ void TestMainWindow::HomePageOfOnesOwn() {
   Action(TCommand::SetHomePage)->trigger();
   Load(QStringLiteral("/a"));
   Action(TCommand::Home)->trigger();
-  QTRY_COMPARE(Active()->GetLocationUrl(), m_server.Url(QStringLiteral("/b")));
+  QTRY_COMPARE(Active()->GetLocationUrl(), m_f.server.Url(QStringLiteral("/b")));
 }
 
 void TestMainWindow::BackAndForward() {
@@ -227,10 +198,10 @@ void TestMainWindow::BackAndForward() {
   Load(QStringLiteral("/b"));
   QTRY_VERIFY(Action(TCommand::Back)->isEnabled());
   QVERIFY(!Action(TCommand::Forward)->isEnabled());
-  QTest::keyClick(m_window.get(), Qt::Key_Left, Qt::AltModifier);
+  QTest::keyClick(m_f.window.get(), Qt::Key_Left, Qt::AltModifier);
   QTRY_COMPARE(Active()->Title(), QStringLiteral("Page A"));
   QTRY_VERIFY(Action(TCommand::Forward)->isEnabled());
-  QTRY_COMPARE(AddressEdit()->text(), m_server.Url(QStringLiteral("/a")));
+  QTRY_COMPARE(AddressEdit()->text(), m_f.server.Url(QStringLiteral("/a")));
 
   // A new tab has no past; the old one keeps its own.
   Action(TCommand::NewBlank)->trigger();
@@ -241,24 +212,24 @@ void TestMainWindow::BackAndForward() {
 
 void TestMainWindow::TabKeys() {
   for (int i = 0; i < 3; ++i) Action(TCommand::NewBlank)->trigger();
-  const auto position = [this] { return m_window->Tabs().ActiveTabIndex(); };
-  QTest::keyClick(m_window.get(), Qt::Key_1, Qt::ControlModifier);
+  const auto position = [this] { return m_f.window->Tabs().ActiveTabIndex(); };
+  QTest::keyClick(m_f.window.get(), Qt::Key_1, Qt::ControlModifier);
   QCOMPARE(position(), 0);
-  QTest::keyClick(m_window.get(), Qt::Key_3, Qt::ControlModifier);
+  QTest::keyClick(m_f.window.get(), Qt::Key_3, Qt::ControlModifier);
   QCOMPARE(position(), 2);
-  QTest::keyClick(m_window.get(), Qt::Key_8, Qt::ControlModifier);
+  QTest::keyClick(m_f.window.get(), Qt::Key_8, Qt::ControlModifier);
   QCOMPARE(position(), 2);
-  QTest::keyClick(m_window.get(), Qt::Key_9, Qt::ControlModifier);
+  QTest::keyClick(m_f.window.get(), Qt::Key_9, Qt::ControlModifier);
   QCOMPARE(position(), 3);
-  QTest::keyClick(m_window.get(), Qt::Key_PageDown, Qt::ControlModifier);
+  QTest::keyClick(m_f.window.get(), Qt::Key_PageDown, Qt::ControlModifier);
   QCOMPARE(position(), 0);
-  QTest::keyClick(m_window.get(), Qt::Key_PageUp, Qt::ControlModifier);
+  QTest::keyClick(m_f.window.get(), Qt::Key_PageUp, Qt::ControlModifier);
   QCOMPARE(position(), 3);
 }
 
 void TestMainWindow::FontMenu() {
   Load(QStringLiteral("/a"));
-  QMenu *menu = m_window->Commands().Menu(TMenu::FontSize);
+  QMenu *menu = m_f.window->Commands().Menu(TMenu::FontSize);
   const auto checked = [&] {
     Q_EMIT menu->aboutToShow();
     QList<int> positions;
@@ -273,66 +244,66 @@ void TestMainWindow::FontMenu() {
   QCOMPARE(checked(), QList<int>{4});
   Action(TCommand::FontLargest)->trigger();
   QCOMPARE(checked(), QList<int>{0});
-  QTest::keyClick(m_window.get(), Qt::Key_0, Qt::ControlModifier);
+  QTest::keyClick(m_f.window.get(), Qt::Key_0, Qt::ControlModifier);
   QCOMPARE(checked(), QList<int>{2});
   Action(TCommand::NewBlank)->trigger();
   QCOMPARE(checked(), QList<int>{2});
 }
 
 void TestMainWindow::FullScreenAndBars() {
-  QTest::keyClick(m_window.get(), Qt::Key_F11);
-  QTRY_VERIFY(m_window->isFullScreen());
-  QVERIFY(!m_window->menuBar()->isVisible() && !m_window->statusBar()->isVisible());
+  QTest::keyClick(m_f.window.get(), Qt::Key_F11);
+  QTRY_VERIFY(m_f.window->isFullScreen());
+  QVERIFY(!m_f.window->menuBar()->isVisible() && !m_f.window->statusBar()->isVisible());
   QVERIFY(Action(TCommand::FullScreen)->isChecked());
   // What is chosen in full screen is for full screen.
   Action(TCommand::ViewMenuBar)->trigger();
-  QVERIFY(m_window->menuBar()->isVisible());
-  QVERIFY(TZVOptions(*m_store).Get(Setting::FullscreenMenuBar));
-  QTest::keyClick(m_window.get(), Qt::Key_F11);
-  QTRY_VERIFY(!m_window->isFullScreen());
-  QVERIFY(m_window->statusBar()->isVisible());
+  QVERIFY(m_f.window->menuBar()->isVisible());
+  QVERIFY(TZVOptions(*m_f.store).Get(Setting::FullscreenMenuBar));
+  QTest::keyClick(m_f.window.get(), Qt::Key_F11);
+  QTRY_VERIFY(!m_f.window->isFullScreen());
+  QVERIFY(m_f.window->statusBar()->isVisible());
   Action(TCommand::ViewToolbar)->trigger();
-  QVERIFY(!m_window->findChild<QToolBar *>(QStringLiteral("ToolBar"))->isVisible());
+  QVERIFY(!m_f.window->findChild<QToolBar *>(QStringLiteral("ToolBar"))->isVisible());
 
-  QTest::keyClick(m_window.get(), Qt::Key_F11);
-  m_window->CloseWithoutAsking();
-  m_window.reset();
-  const TZVOptions options(*m_store);
+  QTest::keyClick(m_f.window.get(), Qt::Key_F11);
+  m_f.window->CloseWithoutAsking();
+  m_f.window.reset();
+  const TZVOptions options(*m_f.store);
   QVERIFY(options.Get(Setting::FullScreen) && !options.Get(Setting::Maximized));
   QVERIFY(options.Get(Setting::ViewStatusBar));
   QVERIFY(!options.Get(Setting::ViewToolbar));
 
-  OpenWindow();
-  QTRY_VERIFY(m_window->isFullScreen());
-  QVERIFY(m_window->menuBar()->isVisible() && !m_window->statusBar()->isVisible());
+  m_f.Open();
+  QTRY_VERIFY(m_f.window->isFullScreen());
+  QVERIFY(m_f.window->menuBar()->isVisible() && !m_f.window->statusBar()->isVisible());
 }
 
 void TestMainWindow::RefreshAndStop() {
   Load(QStringLiteral("/a"));
-  m_window->Tabs().NewTab();
+  m_f.window->Tabs().NewTab();
   Load(QStringLiteral("/b"));
-  const auto counts = [this] { return std::pair(m_server.RequestCount("/a"), m_server.RequestCount("/b")); };
+  const auto counts = [this] { return std::pair(m_f.server.RequestCount("/a"), m_f.server.RequestCount("/b")); };
   auto expected = counts();
-  QTest::keyClick(m_window.get(), Qt::Key_F5);
+  QTest::keyClick(m_f.window.get(), Qt::Key_F5);
   ++expected.second;
   QTRY_COMPARE(counts(), expected);
-  QVERIFY(m_server.Requests("/b").last().Header("cache-control") != "no-cache");
+  QVERIFY(m_f.server.Requests("/b").last().Header("cache-control") != "no-cache");
   QTRY_VERIFY(!Active()->Busy());
-  QTest::keyClick(m_window.get(), Qt::Key_F5, Qt::ControlModifier);
+  QTest::keyClick(m_f.window.get(), Qt::Key_F5, Qt::ControlModifier);
   ++expected.second;
   QTRY_COMPARE(counts(), expected);
-  QCOMPARE(m_server.Requests("/b").last().Header("cache-control"), QByteArray("no-cache"));
+  QCOMPARE(m_f.server.Requests("/b").last().Header("cache-control"), QByteArray("no-cache"));
   QTRY_VERIFY(!Active()->Busy());
-  QTest::keyClick(m_window.get(), Qt::Key_F5, Qt::ShiftModifier);
+  QTest::keyClick(m_f.window.get(), Qt::Key_F5, Qt::ShiftModifier);
   ++expected.first;
   ++expected.second;
   QTRY_COMPARE(counts(), expected);
 
-  m_server.Route("/never", TTestResponse{.neverAnswer = true});
+  m_f.server.Route("/never", TTestResponse{.neverAnswer = true});
   QVERIFY(!Action(TCommand::Stop)->isEnabled() || Active()->Busy());
-  Active()->Navigate(m_server.Url(QStringLiteral("/never")));
+  Active()->Navigate(m_f.server.Url(QStringLiteral("/never")));
   QTRY_VERIFY(Action(TCommand::Stop)->isEnabled());
-  QTest::keyClick(m_window.get(), Qt::Key_Escape);
+  QTest::keyClick(m_f.window.get(), Qt::Key_Escape);
   QTRY_VERIFY(!Active()->Busy());
   QVERIFY(!Action(TCommand::Stop)->isEnabled());
 }
@@ -343,15 +314,16 @@ void TestMainWindow::MailLink() {
 }
 
 void TestMainWindow::ClosingTheFullScreenPage() {
-  Load(QStringLiteral("/a"));
-  m_window->Tabs().NewTab();
-  Load(QStringLiteral("/b"));
-  Q_EMIT m_window->Tabs().PageFullScreenRequested(Active(), true);
-  QTRY_VERIFY(m_window->isFullScreen());
-  QVERIFY(!m_window->menuBar()->isVisible());
+  m_f.window->Tabs().NewTab();
+  Load(QStringLiteral("/full"));
+  THalvexBrowser *browser = Active()->Browser();
+  ClickPage(*browser, QPoint(60, 150));
+  QTRY_VERIFY(m_f.window->isFullScreen());
+  QVERIFY(browser->HasPageFullScreen());
+  QVERIFY(!m_f.window->menuBar()->isVisible());
   Action(TCommand::CloseTab)->trigger();
-  QTRY_VERIFY(!m_window->isFullScreen());
-  QVERIFY(m_window->menuBar()->isVisible());
+  QTRY_VERIFY(!m_f.window->isFullScreen());
+  QVERIFY(m_f.window->menuBar()->isVisible());
 }
 
 void TestMainWindow::TabColors_data() {
@@ -368,19 +340,19 @@ void TestMainWindow::TabColors_data() {
 
 void TestMainWindow::TabColors() {
   QFETCH(QString, scheme);
-  TZVOptions options(*m_store);
+  TZVOptions options(*m_f.store);
   options.Set(Setting::TabColorScheme, scheme);
   options.Set(Setting::InactiveTabColor, 0x112233);
   options.Set(Setting::InactiveFontColor, 0xffeedd);
-  OpenWindow();
-  const auto *pages = m_window->findChild<TZVPageControl *>();
+  m_f.Open();
+  const auto *pages = m_f.window->findChild<TZVPageControl *>();
   QTEST(pages->InactiveTabColor(), "tab");
   QTEST(pages->InactiveFontColor(), "font");
 }
 
 void TestMainWindow::TabPlace() {
-  auto *pages = m_window->findChild<TZVPageControl *>();
-  QMenu *menu = m_window->Commands().Menu(TMenu::TabPosition);
+  auto *pages = m_f.window->findChild<TZVPageControl *>();
+  QMenu *menu = m_f.window->Commands().Menu(TMenu::TabPosition);
   QVERIFY(pages->TabsDown());
   QCOMPARE(menu->actions().first(), Action(TCommand::TabsBelow));
   Action(TCommand::TabsAbove)->trigger();
@@ -388,14 +360,14 @@ void TestMainWindow::TabPlace() {
   QCOMPARE(menu->actions().first(), Action(TCommand::TabsAbove));
   QVERIFY(Action(TCommand::TabsAbove)->isChecked() && !Action(TCommand::TabsBelow)->isChecked());
   Action(TCommand::TabsSeveralRows)->trigger();
-  OpenWindow();
-  pages = m_window->findChild<TZVPageControl *>();
+  m_f.Open();
+  pages = m_f.window->findChild<TZVPageControl *>();
   QVERIFY(!pages->TabsDown() && pages->MultipleLines());
-  QCOMPARE(m_window->Commands().Menu(TMenu::TabPosition)->actions().first(), Action(TCommand::TabsAbove));
+  QCOMPARE(m_f.window->Commands().Menu(TMenu::TabPosition)->actions().first(), Action(TCommand::TabsAbove));
 }
 
 void TestMainWindow::LanguageMenu() {
-  QMenu *menu = m_window->Commands().Menu(TMenu::Languages);
+  QMenu *menu = m_f.window->Commands().Menu(TMenu::Languages);
   Q_EMIT menu->aboutToShow();
   Q_EMIT menu->aboutToShow();
   const QStringList files = QDir(QStringLiteral(ZV_SOURCE_DIR "/Languages")).entryList({QStringLiteral("*.ini")});
@@ -413,33 +385,32 @@ void TestMainWindow::LanguageMenu() {
   });
   german->trigger();
   QTRY_VERIFY(told);
-  QCOMPARE(TZVOptions(*m_store).Get(Setting::LanguageFile), QStringLiteral("zvdeu.ini"));
+  QCOMPARE(TZVOptions(*m_f.store).Get(Setting::LanguageFile), QStringLiteral("zvdeu.ini"));
   const QString english = Action(TCommand::Exit)->text();
-  m_window.reset();
-  m_window = std::make_unique<TfrmMain>(*m_store);
+  m_f.Show();
   QVERIFY(Action(TCommand::Exit)->text() != english);
   NoMarkerIsLeft();
 }
 
 void TestMainWindow::ListFollowsTabs() {
-  TZVOptions options(*m_store);
+  TZVOptions options(*m_f.store);
   Load(QStringLiteral("/a"));
   QVERIFY(options.LastOpenSites().isEmpty());
   Action(TCommand::StartLast)->trigger();
   QCOMPARE(options.Get(Setting::StartupMode), QStringLiteral("Last"));
-  const QString first = QStringLiteral("url1=") + m_server.Url(QStringLiteral("/a"));
+  const QString first = QStringLiteral("url1=") + m_f.server.Url(QStringLiteral("/a"));
   QTRY_COMPARE(options.LastOpenSites(), QStringList{first});
-  m_window->Tabs().NewTab()->Navigate(m_server.Url(QStringLiteral("/b")));
-  const QString second = QStringLiteral("url2=") + m_server.Url(QStringLiteral("/b"));
+  m_f.window->Tabs().NewTab()->Navigate(m_f.server.Url(QStringLiteral("/b")));
+  const QString second = QStringLiteral("url2=") + m_f.server.Url(QStringLiteral("/b"));
   QTRY_COMPARE(options.LastOpenSites(), (QStringList{second, first}));
   Action(TCommand::CloseTab)->trigger();
   QTRY_COMPARE(options.LastOpenSites(), QStringList{first});
-  m_window.reset();
+  m_f.window.reset();
   QCOMPARE(options.LastOpenSites(), QStringList{first});
 }
 
 void TestMainWindow::ShutdownQuestion() {
-  TZVOptions options(*m_store);
+  TZVOptions options(*m_f.store);
   options.Set(Setting::ConfirmShutdown, true);
   const auto answer = [](const char *button, bool tick) {
     OnModalDialog<QDialog>([button, tick](QDialog &dialog) {
@@ -448,31 +419,31 @@ void TestMainWindow::ShutdownQuestion() {
     });
   };
   answer("cmdCancel", false);
-  QVERIFY(!m_window->close());
+  QVERIFY(!m_f.window->close());
   QVERIFY(options.Get(Setting::ConfirmShutdown));
   answer("cmdCancel", true);
-  QVERIFY(!m_window->close());
-  QVERIFY(m_window->isVisible());
+  QVERIFY(!m_f.window->close());
+  QVERIFY(m_f.window->isVisible());
   QVERIFY(!options.Get(Setting::ConfirmShutdown));
-  QVERIFY(m_window->close());  // asks no more
+  QVERIFY(m_f.window->close());  // asks no more
 }
 
 void TestMainWindow::PlacementSurvives() {
-  const TZVOptions options(*m_store);
-  m_window->move(30, 20);
-  m_window->resize(620, 410);
-  QTRY_COMPARE(m_window->size(), QSize(620, 410));
-  OpenWindow();
-  QCOMPARE(m_window->size(), QSize(620, 410));
-  QCOMPARE(m_window->pos(), QPoint(30, 20));
+  const TZVOptions options(*m_f.store);
+  m_f.window->move(30, 20);
+  m_f.window->resize(620, 410);
+  QTRY_COMPARE(m_f.window->size(), QSize(620, 410));
+  m_f.Open();
+  QCOMPARE(m_f.window->size(), QSize(620, 410));
+  QCOMPARE(m_f.window->pos(), QPoint(30, 20));
 
   // A maximised window keeps the last normal placement.
-  m_window->resize(700, 500);
-  m_window->showMaximized();
-  QTRY_VERIFY(m_window->isMaximized());
-  OpenWindow();
-  QTRY_VERIFY(m_window->isMaximized());
-  m_window.reset();
+  m_f.window->resize(700, 500);
+  m_f.window->showMaximized();
+  QTRY_VERIFY(m_f.window->isMaximized());
+  m_f.Open();
+  QTRY_VERIFY(m_f.window->isMaximized());
+  m_f.window.reset();
   QVERIFY(options.Get(Setting::Maximized));
   QCOMPARE(options.Get(Setting::Width), 620);
   QCOMPARE(options.Get(Setting::Height), 410);
@@ -480,11 +451,8 @@ void TestMainWindow::PlacementSurvives() {
 }
 
 int main(int argc, char **argv) {
-  TEngine::RegisterSchemes();
-  QApplication application(argc, argv);
-  QApplication::setApplicationDisplayName(QStringLiteral("Zarvela"));
-  TestMainWindow test;
-  return QTest::qExec(&test, argc, argv);
+  QGuiApplication::setApplicationDisplayName(QStringLiteral("Zarvela"));
+  return RunWithEngine<TestMainWindow>(argc, argv);
 }
 
 #include "test_main_window.moc"

@@ -1,23 +1,16 @@
 #include <QDialog>
 #include <QFile>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
 
-#include "app/main_window.h"
-#include "browser/tabs/browser_tab.h"
-#include "config/options.h"
-#include "support/shipped_files.h"
+#include "window/main_window_fixture.h"
 
 // What the main window makes of the text that a later start hands over.
 class TestReceivedText final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase() { UseShippedLanguages(); }
-  void init();
-  void cleanup();
+  void initTestCase() { m_f.Prepare(); }
+  void init() { m_f.Begin(); }
+  void cleanup() { m_f.End(); }
 
   void Opens_data();
   void Opens();
@@ -26,39 +19,28 @@ class TestReceivedText final : public QObject {
   void BeforeTheStartIsDone();
 
  private:
-  std::unique_ptr<QTemporaryDir> m_folder;
-  std::unique_ptr<TRegistryStore> m_store;
-  std::unique_ptr<TfrmMain> m_window;
+  TMainWindowFixture m_f;
 };
 
-void TestReceivedText::init() {
-  m_folder = std::make_unique<QTemporaryDir>();
-  m_store = std::make_unique<TRegistryStore>(m_folder->filePath(QStringLiteral("registry.sqlite")));
-  TZVOptions options(*m_store);
-  options.Set(Setting::StartupMode, QStringLiteral("Blank"));
-  options.Set(Setting::ConfirmShutdown, false);
-  m_window = std::make_unique<TfrmMain>(*m_store);
-  m_window->show();
-}
-
-void TestReceivedText::cleanup() {
-  m_window.reset();
-  m_store.reset();
-  m_folder.reset();
-}
-
 void TestReceivedText::Opens_data() {
-  QTest::addColumn<QString>("file");   // made in the test's folder, whose place "%1" takes in the text
+  QTest::addColumn<QString>("file");  // made in the test's folder, whose place "%1" takes in the text
   QTest::addColumn<QString>("text");
   QTest::addColumn<bool>("asGroup");
   QTest::addColumn<bool>("asTab");
-  QTest::newRow("an address") << "" << "about:blank#a" << false << true;
-  QTest::newRow("a group") << "My set.hgp" << "%1/My set.hgp" << true << false;
-  QTest::newRow("a group that is not there") << "" << "%1/none.hgp" << false << true;
-  QTest::newRow("capitals are another extension") << "set.HGP" << "%1/set.HGP" << false << true;
-  QTest::newRow("a page") << "page.html" << "%1/page.html" << false << true;
-  QTest::newRow("a switch is an address") << "" << "--new" << false << true;
-  QTest::newRow("nothing") << "" << "" << false << false;
+  QTest::newRow("an address") << ""
+                              << "about:blank#a" << false << true;
+  QTest::newRow("a group") << "My set.hgp"
+                           << "%1/My set.hgp" << true << false;
+  QTest::newRow("a group that is not there") << ""
+                                             << "%1/none.hgp" << false << true;
+  QTest::newRow("capitals are another extension") << "set.HGP"
+                                                  << "%1/set.HGP" << false << true;
+  QTest::newRow("a page") << "page.html"
+                          << "%1/page.html" << false << true;
+  QTest::newRow("a switch is an address") << ""
+                                          << "--new" << false << true;
+  QTest::newRow("nothing") << ""
+                           << "" << false << false;
 }
 
 void TestReceivedText::Opens() {
@@ -66,58 +48,61 @@ void TestReceivedText::Opens() {
   QFETCH(QString, text);
   QFETCH(bool, asGroup);
   QFETCH(bool, asTab);
-  QTRY_VERIFY(!m_window->findChild<QTimer *>(QStringLiteral("tmrLoadCoolbar"))->isActive());
+  m_f.Open();
   // What is opened as a group gives its name to the tab.
-  QFile made(m_folder->filePath(file));
+  QFile made(m_f.Path(file));
   if (!file.isEmpty()) {
     QVERIFY(made.open(QIODevice::WriteOnly));
     made.write("[HalvexGroup]\nfrom the group=about:blank#a\n");
     made.close();
   }
-  text.replace(QStringLiteral("%1"), m_folder->path());
-  m_window->wmCopyDataDataReceived(text);
-  TTabStrip &tabs = m_window->Tabs();
+  text.replace(QStringLiteral("%1"), m_f.Path({}));
+  m_f.window->wmCopyDataDataReceived(text);
+  TTabStrip &tabs = m_f.window->Tabs();
   QCOMPARE(tabs.TabCount(), asTab || asGroup ? 2 : 1);
   QCOMPARE(tabs.Tab(tabs.TabCount() - 1)->StickyName(), QString(asGroup ? "from the group" : ""));
   if (asTab) QCOMPARE(tabs.GetActivePage()->Url(), text);
 }
 
 void TestReceivedText::ComesToTheFront() {
-  QTRY_VERIFY(!m_window->findChild<QTimer *>(QStringLiteral("tmrLoadCoolbar"))->isActive());
+  m_f.Open();
   QWidget other;
   other.show();
   other.activateWindow();
   QVERIFY(QTest::qWaitForWindowActive(&other));
-  m_window->showMinimized();
-  m_window->wmCopyDataDataReceived(QString());
-  QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-  QVERIFY(!m_window->isMinimized());
-  QCOMPARE(m_window->Tabs().TabCount(), 1);
+  m_f.window->showMinimized();
+  m_f.window->wmCopyDataDataReceived(QString());
+  QVERIFY(QTest::qWaitForWindowActive(m_f.window.get()));
+  QVERIFY(!m_f.window->isMinimized());
+  QCOMPARE(m_f.window->Tabs().TabCount(), 1);
 }
 
 void TestReceivedText::DroppedWhileADialogAsks() {
-  QTRY_VERIFY(!m_window->findChild<QTimer *>(QStringLiteral("tmrLoadCoolbar"))->isActive());
-  QDialog dialog(m_window.get());
+  m_f.Open();
+  QDialog dialog(m_f.window.get());
   dialog.open();
   QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-  m_window->wmCopyDataDataReceived(QStringLiteral("about:blank"));
-  QCOMPARE(m_window->Tabs().TabCount(), 1);
+  m_f.window->wmCopyDataDataReceived(QStringLiteral("about:blank"));
+  QCOMPARE(m_f.window->Tabs().TabCount(), 1);
   QTRY_VERIFY(dialog.isActiveWindow());
   dialog.reject();
-  m_window->wmCopyDataDataReceived(QStringLiteral("about:blank"));
-  QCOMPARE(m_window->Tabs().TabCount(), 2);
+  m_f.window->wmCopyDataDataReceived(QStringLiteral("about:blank"));
+  QCOMPARE(m_f.window->Tabs().TabCount(), 2);
 }
 
 void TestReceivedText::BeforeTheStartIsDone() {
-  const auto *start = m_window->findChild<QTimer *>(QStringLiteral("tmrLoadCoolbar"));
-  QVERIFY(start->isActive());
-  m_window->wmCopyDataDataReceived(QStringLiteral("about:blank#later"));
-  QCOMPARE(m_window->Tabs().TabCount(), 1);
-  QTRY_COMPARE(m_window->Tabs().TabCount(), 2);
+  m_f.Show();
+  QVERIFY(m_f.IsStarting());
+  m_f.window->wmCopyDataDataReceived(QStringLiteral("about:blank#later"));
+  QCOMPARE(m_f.window->Tabs().TabCount(), 1);
+  QTRY_COMPARE(m_f.window->Tabs().TabCount(), 2);
   // The tab that was there belongs to the pages of the start.
-  QVERIFY(m_window->Tabs().Tab(0)->Url() != QStringLiteral("about:blank#later"));
-  QCOMPARE(m_window->Tabs().GetActivePage()->Url(), QStringLiteral("about:blank#later"));
+  QVERIFY(m_f.window->Tabs().Tab(0)->Url() != QStringLiteral("about:blank#later"));
+  QCOMPARE(m_f.window->Tabs().GetActivePage()->Url(), QStringLiteral("about:blank#later"));
 }
 
-QTEST_MAIN(TestReceivedText)
+int main(int argc, char **argv) {
+  return RunWithEngine<TestReceivedText>(argc, argv);
+}
+
 #include "test_received_text.moc"
