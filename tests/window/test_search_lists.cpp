@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -37,6 +38,7 @@ class TestSearchLists final : public QObject {
   void EscapeGivesUpTheEntryFirst();
   void OrganizeSavesOrNot_data();
   void OrganizeSavesOrNot();
+  void RefusedSave();
   void Menus();
 
  private:
@@ -258,19 +260,44 @@ void TestSearchLists::OrganizeSavesOrNot() {
   if (list == TSearchList::QuickSearch) QCOMPARE(lists.QuickSearches(), expected);
 }
 
+// The user is told, and what was changed is still in the dialog to be kept after all.
+void TestSearchLists::RefusedSave() {
+  TSearchLists lists(m_language, *m_store, nullptr);
+  lists.Save(TSearchList::QuickSearch, {"a=1", "b=2"});
+  QString told;
+  OnModalDialog<TfrmSearchEngine>([&](TfrmSearchEngine &dialog) {
+    Select(dialog, 0);
+    Click(dialog, "cmdDelete");
+    OnModalDialog<QMessageBox>([&](QMessageBox &box) {
+      told = box.text();
+      box.accept();
+      OnModalDialog<TfrmSearchEngine>([](TfrmSearchEngine &again) {
+        QCOMPARE(again.Lines(), QStringList("b=2"));
+        again.reject();
+      });
+    });
+    Click(dialog, "cmdOk");
+  });
+  // Somebody else writes all the while.
+  TRegistryStore other(m_store->FilePath());
+  QVERIFY(other.InTransaction([&] { return !lists.Organize(TSearchList::QuickSearch); }));
+  QCOMPARE(told, m_language.Text("MAIN", "StoreNotKept"));
+  QCOMPARE(lists.QuickSearches(), QStringList({"a=1", "b=2"}));
+}
+
 void TestSearchLists::Menus() {
   TSearchLists lists(m_language, *m_store, nullptr);
-  lists.Save(TSearchList::SearchEngines, {"Tom & co=http://tom.example/?a=1", "b=http://b.example/"});
+  lists.Save(TSearchList::SearchEngines, {"Tom & co=http://tom.example/?a=1&b=2", "b=http://b.example/"});
   QMenu engines;
   lists.FillMenu(&engines);
   QCOMPARE(engines.actions().size(), 4);
   QVERIFY(engines.actions().at(1)->isSeparator());
   QCOMPARE(engines.actions().at(2)->text(), "Tom && co");
-  QCOMPARE(engines.actions().at(2)->toolTip(), "http://tom.example/?a=1");
-  QCOMPARE(lists.DefaultSearchPage(), "http://tom.example/?a=1");
+  QCOMPARE(engines.actions().at(2)->toolTip(), "<qt>http://tom.example/?a=1&amp;b=2</qt>");
+  QCOMPARE(lists.DefaultSearchPage(), "http://tom.example/?a=1&b=2");
   QSignalSpy chosen(&lists, &TSearchLists::EngineChosen);
   engines.actions().at(2)->trigger();
-  QCOMPARE(chosen.value(0).value(0).toString(), "http://tom.example/?a=1");
+  QCOMPARE(chosen.value(0).value(0).toString(), "http://tom.example/?a=1&b=2");
 
   QMenu pages;
   for (int i = 0; i < 3; ++i) pages.addAction("fixed");
