@@ -19,6 +19,7 @@ QString ItemText(const QString &text) {
 struct TStoppedPopups::TPage {
   QList<TStoppedPopup> popups;
   int count = 0;
+  bool isLeft = false;  // The tab has set out for another page, of which nothing has been told yet.
 };
 
 TStoppedPopups::TStoppedPopups(const TLanguage &language, TActions actions, QObject *parent)
@@ -32,9 +33,14 @@ void TStoppedPopups::Add(TBrowserTab *opener, const TStoppedPopup &popup) {
     page = std::make_shared<TPage>();
     connect(opener, &QObject::destroyed, this, [this, opener] { m_pages.remove(opener); });
     if (opener->Browser() != nullptr) {
+      connect(opener->Browser(), &THalvexBrowser::BeforeNavigate, this, [page](const TNavigation *navigation) {
+        if (navigation->mainFrame && !navigation->cancel) page->isLeft = true;
+      });
       connect(opener->Browser(), &THalvexBrowser::NavigateComplete, this, [this, opener] { Forget(opener); });
     }
   }
+  // A page may ask for windows before the engine tells that it has arrived.
+  if (page->isLeft) *page = {};
   page->popups.append(popup);
   if (page->popups.size() > MostKept) page->popups.removeFirst();
   ++page->count;
@@ -43,9 +49,10 @@ void TStoppedPopups::Add(TBrowserTab *opener, const TStoppedPopup &popup) {
 
 void TStoppedPopups::Forget(TBrowserTab *tab) {
   const auto page = m_pages.value(tab);
-  if (!page || page->count == 0) return;
+  if (!page || !page->isLeft) return;
+  const bool hadAny = page->count > 0;
   *page = {};
-  Q_EMIT Changed(tab, 0);
+  if (hadAny) Q_EMIT Changed(tab, 0);
 }
 
 int TStoppedPopups::Count(const TBrowserTab *tab) const {
