@@ -16,6 +16,7 @@
 #include "browser/dialogs/page_prompts.h"
 #include "browser/dialogs/sign_in_dialog.h"
 #include "config/language.h"
+#include "support/data_row.h"
 #include "support/modal_dialogs.h"
 #include "support/test_server.h"
 
@@ -123,41 +124,37 @@ void TestPagePrompts::menuHasWhatWorks_data() {
   const QString page = u"Reload | SaveAs Print Find SelectAll | ViewSource Properties"_s;
   const QString links = u"OpenLink OpenLinkInBackground CopyLink SaveLink"_s;
   const QString images = u"OpenImage SaveImage CopyImage CopyImageAddress"_s;
-  QTest::newRow("page") << TPageMenuPlace{} << page;
-  QTest::newRow("page with history") << TPageMenuPlace{.canGoBack = true, .canGoForward = true}
-                                     << u"Back Forward "_s + page;
-  QTest::newRow("link") << TPageMenuPlace{.link = link, .canGoBack = true} << links;
-  QTest::newRow("script link") << TPageMenuPlace{.link = QUrl(u"javascript:alert(1)"_s)} << u"CopyLink"_s;
-  QTest::newRow("mail link") << TPageMenuPlace{.link = QUrl(u"mailto:a@example.test"_s)} << u"CopyLink"_s;
-  QTest::newRow("image") << TPageMenuPlace{.media = image, .mediaType = TRequest::MediaTypeImage} << images;
-  QTest::newRow("image in a link") << TPageMenuPlace{.link = link,
-                                                     .media = image,
-                                                     .mediaType = TRequest::MediaTypeImage}
-                                   << links + u" | "_s + images;
-  QTest::newRow("broken image") << TPageMenuPlace{.media = image,
-                                                  .mediaType = TRequest::MediaTypeImage,
-                                                  .mediaFlags = TRequest::MediaInError}
-                                << u"OpenImage CopyImageAddress"_s;
-  QTest::newRow("canvas") << TPageMenuPlace{.mediaType = TRequest::MediaTypeCanvas} << page;
-  QTest::newRow("paused video") << TPageMenuPlace{.media = image,
-                                                  .mediaType = TRequest::MediaTypeVideo,
-                                                  .mediaFlags = {TRequest::MediaPaused, TRequest::MediaHasAudio,
-                                                                 TRequest::MediaCanToggleControls,
-                                                                 TRequest::MediaCanSave, TRequest::MediaLoop}}
-                                << u"Play Mute +Loop Controls SaveMedia"_s;
-  QTest::newRow("running sound") << TPageMenuPlace{.mediaType = TRequest::MediaTypeAudio,
-                                                   .mediaFlags = {TRequest::MediaHasAudio, TRequest::MediaMuted}}
-                                 << u"Pause +Mute Loop"_s;
-  QTest::newRow("selection") << TPageMenuPlace{.editFlags = TRequest::CanCopy, .hasSelection = true} << u"Copy"_s;
-  QTest::newRow("empty editor") << TPageMenuPlace{.editFlags = {TRequest::CanPaste, TRequest::CanSelectAll},
-                                                  .editable = true}
-                                << u"Paste SelectAll"_s;
-  QTest::newRow("editor") << TPageMenuPlace{.editFlags = {TRequest::CanUndo, TRequest::CanRedo, TRequest::CanCut,
-                                                          TRequest::CanCopy, TRequest::CanPaste,
-                                                          TRequest::CanSelectAll},
-                                            .hasSelection = true,
-                                            .editable = true}
-                          << u"Undo Redo | Cut Copy Paste SelectAll"_s;
+  Row("page", TPageMenuPlace{}, page);
+  Row("page with history", TPageMenuPlace{.canGoBack = true, .canGoForward = true}, u"Back Forward "_s + page);
+  Row("link", TPageMenuPlace{.link = link, .canGoBack = true}, links);
+  Row("script link", TPageMenuPlace{.link = QUrl(u"javascript:alert(1)"_s)}, u"CopyLink"_s);
+  Row("mail link", TPageMenuPlace{.link = QUrl(u"mailto:a@example.test"_s)}, u"CopyLink"_s);
+  Row("image", TPageMenuPlace{.media = image, .mediaType = TRequest::MediaTypeImage}, images);
+  Row("image in a link", TPageMenuPlace{.link = link, .media = image, .mediaType = TRequest::MediaTypeImage},
+      links + u" | "_s + images);
+  Row("broken image",
+      TPageMenuPlace{.media = image, .mediaType = TRequest::MediaTypeImage, .mediaFlags = TRequest::MediaInError},
+      u"OpenImage CopyImageAddress"_s);
+  Row("canvas", TPageMenuPlace{.mediaType = TRequest::MediaTypeCanvas}, page);
+  Row("paused video",
+      TPageMenuPlace{.media = image,
+                     .mediaType = TRequest::MediaTypeVideo,
+                     .mediaFlags = {TRequest::MediaPaused, TRequest::MediaHasAudio, TRequest::MediaCanToggleControls,
+                                    TRequest::MediaCanSave, TRequest::MediaLoop}},
+      u"Play Mute +Loop Controls SaveMedia"_s);
+  Row("running sound",
+      TPageMenuPlace{.mediaType = TRequest::MediaTypeAudio,
+                     .mediaFlags = {TRequest::MediaHasAudio, TRequest::MediaMuted}},
+      u"Pause +Mute Loop"_s);
+  Row("selection", TPageMenuPlace{.editFlags = TRequest::CanCopy, .hasSelection = true}, u"Copy"_s);
+  Row("empty editor", TPageMenuPlace{.editFlags = {TRequest::CanPaste, TRequest::CanSelectAll}, .editable = true},
+      u"Paste SelectAll"_s);
+  Row("editor",
+      TPageMenuPlace{.editFlags = {TRequest::CanUndo, TRequest::CanRedo, TRequest::CanCut, TRequest::CanCopy,
+                                   TRequest::CanPaste, TRequest::CanSelectAll},
+                     .hasSelection = true,
+                     .editable = true},
+      u"Undo Redo | Cut Copy Paste SelectAll"_s);
 }
 
 void TestPagePrompts::menuHasWhatWorks() {
@@ -222,14 +219,21 @@ void TestPagePrompts::signIn() {
   QFETCH(QStringList, passwords);
   QFETCH(bool, in);
   m_server->RouteSignIn("/members", "user", "secret", TTestResponse::Page("<title>Welcome</title>"));
+  bool refused = false;
   std::function<void()> answerNext = [&] {
     if (passwords.isEmpty()) return;
     OnModalDialog<TSignInDialog>([&](TSignInDialog &dialog) {
       QVERIFY(dialog.findChild<QLabel *>("lblHost")->text().contains(u"127.0.0.1"_s));
       QVERIFY(dialog.findChild<QLabel *>("lblWarning")->isVisible());
+      // Asked again, the name stands there already and the password is typed next.
+      const QString text = dialog.findChild<QLabel *>("lblHost")->text();
+      QCOMPARE(text.contains(m_language.Text("SIGN_IN", "Refused")), refused);
+      if (!std::exchange(refused, true)) {
+        QTest::keyClicks(dialog.focusWidget(), "user");
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
+      }
       const QString password = passwords.takeFirst();
-      QTest::keyClicks(dialog.focusWidget(), "user");
-      QTest::keyClicks(dialog.findChild<QLineEdit *>("txtPassword"), password);
+      QTest::keyClicks(dialog.focusWidget(), password);
       QTest::keyClick(&dialog, password.isNull() ? Qt::Key_Escape : Qt::Key_Return);
       answerNext();
     });
