@@ -37,7 +37,6 @@ class TestHandoffRecord final : public QObject {
   void AnyBytes();
 
   void OneHolder();
-  void DeadHolder();
   void Folder_data();
   void Folder();
   void SomebodyElsesFolder();
@@ -227,30 +226,6 @@ void TestHandoffRecord::OneHolder() {
   struct stat status = {};
   QCOMPARE(::stat(QFile::encodeName(second.SocketFile()).constData(), &status), 0);
   QCOMPARE(status.st_mode & 0777, mode_t(0600));
-}
-
-void TestHandoffRecord::DeadHolder() {
-  int ready[2];
-  QCOMPARE(::pipe(ready), 0);
-  const pid_t holder = InChild([&] {
-    auto *lock = new TInstanceLock;
-    const char held = lock->TryTake() ? 'y' : 'n';
-    if (::write(ready[1], &held, 1) != 1) return 1;
-    for (;;) ::pause();
-  });
-  char held = 0;
-  QCOMPARE(::read(ready[0], &held, 1), ssize_t(1));
-  QCOMPARE(held, 'y');
-  TInstanceLock lock;
-  QVERIFY(!lock.TryTake());
-  QCOMPARE(::kill(holder, SIGKILL), 0);
-  ExitCode(holder);
-  // Its socket is still there and must not be in the way of the new one.
-  QVERIFY(QFile::exists(lock.SocketFile()));
-  Begin();
-  QCOMPARE(Send(QStringLiteral("after")), THandOff::Delivered);
-  ::close(ready[0]);
-  ::close(ready[1]);
 }
 
 void TestHandoffRecord::Folder_data() {

@@ -18,8 +18,6 @@ class TestPopups final : public QObject {
   void init();
   void cleanup() { m_f.End(); }
 
-  void StoredList_data();
-  void StoredList();
   void SavedSorted();
   void Stopped();
   void LetIn_data();
@@ -37,7 +35,6 @@ class TestPopups final : public QObject {
   void AddAnswers_data();
   void AddAnswers();
   void AddFromAPopup();
-  void WrittenBack();
   void SettingsAreReadAgain();
 
  private:
@@ -104,26 +101,6 @@ void TestPopups::AskForWindow(TBrowserTab *tab, const QString &path) {
 void TestPopups::Notify(bool on) {
   TZVOptions(*m_f.store).Set(Setting::PopupHalvexNotify, on);
   m_blocker->ReadSettings();
-}
-
-void TestPopups::StoredList_data() {
-  QTest::addColumn<QStringList>("stored");
-  QTest::addColumn<QStringList>("loaded");
-  QTest::newRow("no key") << QStringList{} << QStringList{};
-  QTest::newRow("sorted") << QStringList{"http://b", "http://C", "http://a"}
-                          << QStringList{"http://a", "http://b", "http://C"};
-  QTest::newRow("equal ones") << QStringList{"http://a", "http://b", "http://a"} << QStringList{"http://a", "http://b"};
-  QTest::newRow("equal but for case") << QStringList{"http://Ads", "http://ads"} << QStringList{"http://Ads"};
-  QTest::newRow("empty ones") << QStringList{"", "a", ""} << QStringList{"a"};
-  QTest::newRow("an older layout") << QStringList{"ads=http://a/?b=c", "more=https://d"}
-                                   << QStringList{"http://a/?b=c", "https://d"};
-  QTest::newRow("no address") << QStringList{"ads.example", "*=x"} << QStringList{"*=x", "ads.example"};
-}
-
-void TestPopups::StoredList() {
-  QFETCH(QStringList, stored);
-  for (int i = 0; i < stored.size(); ++i) m_f.store->Write(User, Key, QStringLiteral("url%1").arg(i + 1), stored[i]);
-  QTEST(LoadPopupList(*m_f.store), "loaded");
 }
 
 void TestPopups::SavedSorted() {
@@ -375,13 +352,6 @@ void TestPopups::AddFromAPopup() {
   m_blocker->AddToPopupList(popup);
   QCOMPARE(shown, m_f.server.Url(QStringLiteral("/popup")));
   QVERIFY(m_blocker->IsPopupBlocked(m_f.server.Url(QStringLiteral("/popup?y"))));
-}
-
-void TestPopups::WrittenBack() {
-  UseList({QStringLiteral("http://a")});
-  m_f.store->Write(User, Key, QStringLiteral("url9"), QStringLiteral("http://z"));
-  m_blocker->Save();
-  QCOMPARE(Raw(), QStringList({"url1=http://a"}));
 }
 
 void TestPopups::SettingsAreReadAgain() {

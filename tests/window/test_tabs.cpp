@@ -33,7 +33,6 @@ class TestTabs final : public QObject {
   void StickyName();
   void WindowOfAPage();
   void RejectedWindow();
-  void RejectedWindowGoesByItself();
   void EmptyWindowStaysHidden();
   void CloseAll_data();
   void CloseAll();
@@ -44,7 +43,6 @@ class TestTabs final : public QObject {
   void AutoRefresh();
   void TabListMenu();
   void TabMenuItems();
-  void ManyTabs();
 
  private:
   TBrowserTab *Open(const QString &name);
@@ -269,15 +267,6 @@ void TestTabs::RejectedWindow() {
   QCOMPARE(m_f.server.RequestCount("/b"), before);
 }
 
-void TestTabs::RejectedWindowGoesByItself() {
-  TBrowserTab *opener = m_f.tabs->GetActivePage();
-  m_f.environment->hooks.isPopupBlocked = [](const QString &) { return true; };
-  m_f.Load(opener, QStringLiteral("/opener"));
-  m_f.Run(opener, QStringLiteral("document.getElementById('link').click()"));
-  QTRY_VERIFY(m_f.tabs->TabCount() == 2 && m_f.tabs->Tab(1)->Blocked());
-  QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->TabCount(), 1, 3 * TTabStrip::CloseHiddenInterval);
-}
-
 void TestTabs::EmptyWindowStaysHidden() {
   TBrowserTab *opener = m_f.tabs->GetActivePage();
   m_f.Load(opener, QStringLiteral("/opener"));
@@ -426,19 +415,6 @@ void TestTabs::TabMenuItems() {
   item("pmTabClose")->trigger();
   QCOMPARE(m_f.tabs->TabCount(), 1);
   menu.Menu()->close();
-}
-
-void TestTabs::ManyTabs() {
-  constexpr int Count = 500;
-  m_f.environment->settings.openNewAtEnd = true;
-  for (int i = 1; i < Count; ++i) m_f.tabs->NewBackgroundTab();
-  QCOMPARE(m_f.tabs->TabCount(), Count);
-  m_f.tabs->ActivateVisible(9);
-  QCOMPARE(m_f.tabs->GetActivePage(), m_f.tabs->Tab(Count - 1));
-  m_f.tabs->ShowAdjacent(true);
-  QCOMPARE(m_f.tabs->GetActivePage(), m_f.tabs->Tab(0));
-  m_f.closeAll->CloseAll(true);
-  QCOMPARE(m_f.tabs->TabCount(), 1);
 }
 
 int main(int argc, char **argv) {
