@@ -1,6 +1,7 @@
 #include <QTest>
 
 #include "browser/tabs/tab_caption.h"
+#include "support/data_row.h"
 
 class TestTabCaption final : public QObject {
   Q_OBJECT
@@ -18,28 +19,22 @@ void TestTabCaption::Caption_data() {
 
   const auto text = [](int length) { return QString(length, QLatin1Char('x')); };
   const QString dots = QStringLiteral("...");
-  QTest::newRow("short") << "Hello"
-                         << "" << 35 << "Hello";
-  QTest::newRow("as long as the limit") << text(35) << "" << 35 << text(35);
-  QTest::newRow("cut at the limit") << text(36) << "" << 35 << text(35) + dots;
-  QTest::newRow("no limit, fixed cut") << text(51) << "" << 0 << text(50) + dots;
-  QTest::newRow("no limit, 50 fit") << text(50) << "" << 0 << text(50);
-  QTest::newRow("limit above the fixed cut, shorter title") << text(60) << "" << 80 << text(50) + dots;
-  QTest::newRow("limit above the fixed cut, longer title") << text(100) << "" << 80 << text(80) + dots;
-  QTest::newRow("negative limit is none") << text(51) << "" << -1 << text(50) + dots;
-  QTest::newRow("sticky name is never cut") << "Title" << text(90) << 10 << text(90);
-  QTest::newRow("ampersands are doubled") << "A & B && C"
-                                          << "" << 35 << "A && B &&&& C";
-  QTest::newRow("sticky ampersand") << "Title"
-                                    << "R&D" << 35 << "R&&D";
-  QTest::newRow("blank") << "about:blank"
-                         << "" << 35 << "Nothing";
-  QTest::newRow("blank is compared exactly") << "About:Blank"
-                                             << "" << 35 << "About:Blank";
+  Row("short", "Hello", "", 35, "Hello");
+  Row("as long as the limit", text(35), "", 35, text(35));
+  Row("cut at the limit", text(36), "", 35, text(35) + dots);
+  Row("no limit, fixed cut", text(51), "", 0, text(50) + dots);
+  Row("no limit, 50 fit", text(50), "", 0, text(50));
+  Row("limit above the fixed cut, shorter title", text(60), "", 80, text(50) + dots);
+  Row("limit above the fixed cut, longer title", text(100), "", 80, text(80) + dots);
+  Row("negative limit is none", text(51), "", -1, text(50) + dots);
+  Row("sticky name is never cut", "Title", text(90), 10, text(90));
+  Row("ampersands are doubled", "A & B && C", "", 35, "A && B &&&& C");
+  Row("sticky ampersand", "Title", "R&D", 35, "R&&D");
+  Row("blank", "about:blank", "", 35, "Nothing");
+  Row("blank is compared exactly", "About:Blank", "", 35, "About:Blank");
   const QString face = QString::fromUcs4(U"\U0001F600");
-  QTest::newRow("a pair of surrogates stays whole") << text(9) + face + text(9) << "" << 10 << text(9) + dots;
-  QTest::newRow("empty") << ""
-                         << "" << 35 << "";
+  Row("a pair of surrogates stays whole", text(9) + face + text(9), "", 10, text(9) + dots);
+  Row("empty", "", "", 35, "");
 }
 
 void TestTabCaption::Caption() {

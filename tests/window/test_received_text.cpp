@@ -1,6 +1,7 @@
 #include <QDialog>
 #include <QFile>
 
+#include "support/data_row.h"
 #include "window/main_window_fixture.h"
 
 // What the main window makes of the text that a later start hands over.
@@ -27,20 +28,13 @@ void TestReceivedText::Opens_data() {
   QTest::addColumn<QString>("text");
   QTest::addColumn<bool>("asGroup");
   QTest::addColumn<bool>("asTab");
-  QTest::newRow("an address") << ""
-                              << "about:blank#a" << false << true;
-  QTest::newRow("a group") << "My set.hgp"
-                           << "%1/My set.hgp" << true << false;
-  QTest::newRow("a group that is not there") << ""
-                                             << "%1/none.hgp" << false << true;
-  QTest::newRow("capitals are another extension") << "set.HGP"
-                                                  << "%1/set.HGP" << false << true;
-  QTest::newRow("a page") << "page.html"
-                          << "%1/page.html" << false << true;
-  QTest::newRow("a switch is an address") << ""
-                                          << "--new" << false << true;
-  QTest::newRow("nothing") << ""
-                           << "" << false << false;
+  Row("an address", "", "about:blank#a", false, true);
+  Row("a group", "My set.hgp", "%1/My set.hgp", true, false);
+  Row("a group that is not there", "", "%1/none.hgp", false, true);
+  Row("capitals are another extension", "set.HGP", "%1/set.HGP", false, true);
+  Row("a page", "page.html", "%1/page.html", false, true);
+  Row("a switch is an address", "", "--new", false, true);
+  Row("nothing", "", "", false, false);
 }
 
 void TestReceivedText::Opens() {

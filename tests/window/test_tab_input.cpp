@@ -7,6 +7,7 @@
 #include <QToolTip>
 #include <QUrl>
 #include "page_control_fixture.h"
+#include "support/data_row.h"
 
 namespace {
 
@@ -169,16 +170,11 @@ void TTabInputTest::DraggingMovesTabs_data() {
   QTest::addColumn<QString>("onto");
   QTest::addColumn<int>("beyond");  // pixels right of its middle
   QTest::addColumn<QString>("state");
-  QTest::newRow("to the right, over hidden ones") << Qt::LeftToRight << "A"
-                                                  << "C" << 4 << "(H) B (I) C *A D";
-  QTest::newRow("not yet half over") << Qt::LeftToRight << "A"
-                                     << "B" << -4 << "*A (H) B (I) C D";
-  QTest::newRow("to the left") << Qt::LeftToRight << "D"
-                               << "B" << -4 << "A (H) *D B (I) C";
-  QTest::newRow("to the very end") << Qt::LeftToRight << "B"
-                                   << "D" << 300 << "A (H) (I) C D *B";
-  QTest::newRow("mirrored") << Qt::RightToLeft << "A"
-                            << "C" << -4 << "(H) B (I) C *A D";
+  Row("to the right, over hidden ones", Qt::LeftToRight, "A", "C", 4, "(H) B (I) C *A D");
+  Row("not yet half over", Qt::LeftToRight, "A", "B", -4, "*A (H) B (I) C D");
+  Row("to the left", Qt::LeftToRight, "D", "B", -4, "A (H) *D B (I) C");
+  Row("to the very end", Qt::LeftToRight, "B", "D", 300, "A (H) (I) C D *B");
+  Row("mirrored", Qt::RightToLeft, "A", "C", -4, "(H) B (I) C *A D");
 }
 
 void TTabInputTest::DraggingMovesTabs() {
