@@ -7,10 +7,11 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QWheelEvent>
+#include <utility>
 
 #include "browser/engine/address_fixup.h"
 #include "browser/strip/link_mime.h"
-#include "search/shown_address.h"
+#include "config/shown_address.h"
 
 namespace {
 
@@ -36,6 +37,8 @@ TZVComboBox::TZVComboBox(QWidget *parent) : QComboBox(parent) {
   setEditable(true);
   setInsertPolicy(QComboBox::NoInsert);
   setCompleter(nullptr);
+  // By itself the box takes it for a choice from the list when it is left with a text that stands there.
+  disconnect(lineEdit(), &QLineEdit::editingFinished, this, nullptr);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   setMinimumContentsLength(10);
   setAcceptDrops(true);
@@ -56,7 +59,12 @@ void TZVComboBox::ShowAddress(const QString &address) {
 void TZVComboBox::PutBack() {
   m_typed = false;
   const QString shown = ShownAddress(m_pageAddress);
-  if (lineEdit()->text() == shown) return;
+  const bool hasKeyboard = hasFocus() || lineEdit()->hasFocus();
+  if (lineEdit()->text() == shown) {
+    // The host is what is to be seen of a long address.
+    if (!hasKeyboard) lineEdit()->setCursorPosition(0);
+    return;
+  }
   // Text that was there to be typed over stays so.
   const bool toTypeOver = hasFocus() && lineEdit()->selectedText() == lineEdit()->text();
   setEditText(shown);
@@ -94,7 +102,7 @@ void TZVComboBox::ShowTyped(const QString &text, qsizetype selectFrom) {
 
 bool TZVComboBox::eventFilter(QObject *watched, QEvent *event) {
   const bool isKeyboard = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress ||
-                          event->type() == QEvent::FocusOut;
+                          event->type() == QEvent::FocusOut || event->type() == QEvent::FocusIn;
   if ((watched == lineEdit() || (watched == this && isKeyboard)) && FilterEdit(event)) return true;
   if (watched == view() && FilterList(event)) return true;
   return QComboBox::eventFilter(watched, event);
@@ -116,6 +124,13 @@ bool TZVComboBox::FilterEdit(QEvent *event) {
       if (nothingTyped) Q_EMIT Left();
       return true;
     }
+    case QEvent::FocusIn:
+      m_selectOnRelease = static_cast<QFocusEvent *>(event)->reason() == Qt::MouseFocusReason;
+      return false;
+    case QEvent::MouseButtonRelease:
+      // The click that brings the keyboard here is for typing over the whole address, unless it has selected a part.
+      if (std::exchange(m_selectOnRelease, false) && !lineEdit()->hasSelectedText()) lineEdit()->selectAll();
+      return false;
     case QEvent::FocusOut:
       // Moving to a menu or another window keeps what was typed; going back to the page gives it up.
       if (static_cast<QFocusEvent *>(event)->reason() == Qt::MouseFocusReason) PutBack();
@@ -166,7 +181,7 @@ QString TZVComboBox::DroppedAddress(const QDropEvent &event) const {
   if (fixed.kind != TFixedAddress::TKind::Url) return {};
   if (fixed.url.isLocalFile()) return text;
   if (!fixed.url.scheme().startsWith(QLatin1String("http"))) return {};
-  const bool isHost = fixed.url.host().contains(u'.') || fixed.url.host() == QLatin1String("localhost");
+  const bool isHost = text.contains(u'.') || fixed.url.host() == QLatin1String("localhost");
   return isHost ? text : QString();
 }
 

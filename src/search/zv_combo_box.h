@@ -49,4 +49,5 @@ class TZVComboBox : public QComboBox {
 
   QString m_pageAddress;
   bool m_typed = false;
+  bool m_selectOnRelease = false;
 };

@@ -73,7 +73,10 @@ void TestAddressBar::Enter() {
 }
 
 void TestAddressBar::EscapeAndLeaving() {
+  // What stands in the list is not opened because the box that shows it is left.
+  m_f.File({"http://page.example/", "http://other.example/"});
   m_f.Make();
+  const QSignalSpy opened(m_f.bar, &TAddressBar::OpenRequested);
   QSignalSpy left(m_f.bar, &TAddressBar::Left);
   m_f.bar->ShowAddress("http://page.example/");
   QCOMPARE(m_f.Edit()->text(), "http://page.example/");
@@ -99,6 +102,14 @@ void TestAddressBar::EscapeAndLeaving() {
   QTest::mouseClick(page, Qt::LeftButton);
   QVERIFY(page->hasFocus());
   QCOMPARE(m_f.Edit()->text(), "http://other.example/");
+  // The click that brings the keyboard selects all, the next one places the caret.
+  QTest::mouseClick(m_f.Edit(), Qt::LeftButton);
+  QCOMPARE(m_f.Edit()->selectedText(), m_f.Edit()->text());
+  QTest::mouseClick(m_f.Edit(), Qt::LeftButton);
+  QCOMPARE(m_f.Edit()->selectedText(), "");
+  m_f.Type("http://page.example/");
+  QTest::mouseClick(page, Qt::LeftButton);
+  QCOMPARE(opened.size(), 0);
   m_f.bar->ShowAddress("about:blank");
   QCOMPARE(m_f.Edit()->text(), "");
 }
@@ -247,7 +258,10 @@ void TestAddressBar::TakesDrops_data() {
   QTest::newRow("link") << "http://a.example/x" << true << "http://a.example/x";
   QTest::newRow("address as text") << " https://a.example/ " << false << "https://a.example/";
   QTest::newRow("host as text") << "www.a.example/x" << false << "www.a.example/x";
+  QTest::newRow("host and port as text") << "127.0.0.1:8080/x" << false << "127.0.0.1:8080/x";
+  QTest::newRow("the own machine") << "localhost:8080" << false << "localhost:8080";
   QTest::newRow("word") << "word" << false << "";
+  QTest::newRow("time of day") << "12:30" << false << "";
   QTest::newRow("prose") << "see www.a.example there" << false << "";
   QTest::newRow("script") << "javascript:alert(1.5)" << false << "";
   QTest::newRow("script as link") << "javascript:alert(1)" << true << "";
