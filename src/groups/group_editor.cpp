@@ -1,5 +1,6 @@
 #include "groups/group_editor.h"
 
+#include <algorithm>
 #include <limits>
 #include <QFileInfo>
 #include <QHeaderView>
@@ -39,7 +40,8 @@ TfrmHalvexGroup::TfrmHalvexGroup(const TLanguage &language, const QString &fileN
   list.header()->setStretchLastSection(false);
   list.header()->setSectionResizeMode(TGroupSites::LocationColumn, QHeaderView::Stretch);
   list.header()->setSectionResizeMode(TGroupSites::LockedColumn, QHeaderView::ResizeToContents);
-  list.setColumnWidth(TGroupSites::NameColumn, character * NameColumnWidth);
+  list.setColumnWidth(TGroupSites::NameColumn,
+                      std::max(character * NameColumnWidth, list.header()->sectionSizeHint(TGroupSites::NameColumn)));
   list.setMinimumSize(character * (NameColumnWidth + LocationColumnWidth), fontMetrics().height() * ListHeight);
   // The boxes would cut a longer text, and with it the page that it belongs to.
   m_ui->edtTitle->setMaxLength(std::numeric_limits<int>::max());
@@ -49,6 +51,7 @@ TfrmHalvexGroup::TfrmHalvexGroup(const TLanguage &language, const QString &fileN
   m_sites->Read(group);
   ConnectButtons();
   CloseEdit();
+  SelectRow(0);
   CentreOnScreen(*this);
 }
 
@@ -84,6 +87,8 @@ void TfrmHalvexGroup::UpdateButtons() {
   for (QPushButton *button : {m_ui->cmdUpdate, m_ui->cmdDelete, m_ui->cmdUp, m_ui->cmdDown}) {
     button->setEnabled(isSelected);
   }
+  // The page that is being edited is to be taken or given up first; OK would drop it.
+  m_ui->cmdOk->setEnabled(m_edit == TEdit::None);
 }
 
 void TfrmHalvexGroup::OpenEdit(TEdit edit) {
@@ -99,6 +104,7 @@ void TfrmHalvexGroup::OpenEdit(TEdit edit) {
   // The row that is being changed stays the selected one.
   m_ui->lstSites->setEnabled(edit == TEdit::Insert);
   m_ui->cmdUrlInsert->setDefault(true);
+  UpdateButtons();
   (edit == TEdit::Insert ? m_ui->edtTitle : m_ui->edtLocation)->setFocus();
 }
 

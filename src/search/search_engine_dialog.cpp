@@ -1,6 +1,7 @@
 #include "search/search_engine_dialog.h"
 
 #include <QKeyEvent>
+#include <QShortcut>
 
 #include "config/language.h"
 #include "ui_search_engine_dialog.h"
@@ -59,6 +60,9 @@ TfrmSearchEngine::TfrmSearchEngine(const TLanguage &language, TSearchList list, 
   connect(m_ui->lstEngines, &QTreeWidget::itemDoubleClicked, this, [this] {
     if (!m_editing) cmdUpdateClick();
   });
+  auto *deleteKey = new QShortcut(QKeySequence::Delete, m_ui->lstEngines, nullptr, nullptr, Qt::WidgetShortcut);
+  connect(deleteKey, &QShortcut::activated, m_ui->cmdDelete, &QPushButton::click);
+  m_ui->lstEngines->setCurrentItem(m_ui->lstEngines->topLevelItem(0));
   UpdateButtons();
 }
 
@@ -93,6 +97,8 @@ void TfrmSearchEngine::UpdateButtons() {
     button->setEnabled(hasOne);
   }
   m_ui->cmdInsert->setEnabled(!m_editing);
+  // The entry that is being edited is to be taken or given up first; OK would drop it.
+  m_ui->cmdOk->setEnabled(!m_editing);
 }
 
 void TfrmSearchEngine::OpenEditArea(const QString &title, const QString &location, const QString &acceptText) {

@@ -51,6 +51,7 @@ class TestDialogs final : public QObject {
 
   void confirmAnswers_data();
   void confirmAnswers();
+  void confirmEnterOnCancel();
   void confirmHidesWhatHasNoText();
   void confirmGrowsWithItsTexts();
   void confirmOutlivesItsOwner();
@@ -112,6 +113,15 @@ void TestDialogs::confirmAnswers() {
                        u"First"_s),
            accepted);
   QCOMPARE(ticked, tick);
+}
+
+// Enter is for the button that has the keyboard.
+void TestDialogs::confirmEnterOnCancel() {
+  OnModalDialog<TfrmConfirm>([](TfrmConfirm &dialog) {
+    Child<QPushButton>(dialog, "cmdCancel").setFocus();
+    QTest::keyClick(&Child<QPushButton>(dialog, "cmdCancel"), Qt::Key_Return);
+  });
+  QVERIFY(!ShowConfirm(nullptr, qApp->font(), u"C"_s, false, nullptr, {}, u"No"_s, u"Yes"_s, u"S"_s, u"F"_s));
 }
 
 void TestDialogs::confirmHidesWhatHasNoText() {

@@ -84,9 +84,11 @@ void TestGroupEditor::Edits() {
   const auto isEnabled = [editor](const char *name) {
     return editor->findChild<QPushButton *>(QString::fromLatin1(name))->isEnabled();
   };
+  editor->findChild<QAbstractItemView *>(QStringLiteral("lstSites"))->clearSelection();
   QVERIFY(isEnabled("cmdInsert") && !isEnabled("cmdUpdate") && !isEnabled("cmdDelete") && !isEnabled("cmdUp"));
 
   Click(editor, "cmdInsert");
+  QVERIFY(!isEnabled("cmdOk"));  // which would drop what is being edited
   Fill(editor, QStringLiteral("new"), QString(), true);
   Click(editor, "cmdUrlInsert");  // refused silently
   QVERIFY(editor->findChild<QWidget *>(QStringLiteral("grpEdit"))->isVisible());
@@ -140,9 +142,11 @@ void TestGroupEditor::Cancels() {
   QVERIFY(file.open(QIODevice::ReadOnly));
   const QByteArray before = file.readAll();
   OnModalDialog<TfrmHalvexGroup>([](TfrmHalvexGroup &editor) {
-    Select(&editor, 0);
-    Click(&editor, "cmdDelete");
-    Click(&editor, "cmdCancel");
+    Click(&editor, "cmdDelete");  // the first page is the selected one
+    // Enter is for the button that has the keyboard, not for OK.
+    auto *cancel = editor.findChild<QPushButton *>(QStringLiteral("cmdCancel"));
+    cancel->setFocus();
+    QTest::keyClick(cancel, Qt::Key_Return);
   });
   m_f.groups->Organize(path);
   QVERIFY(file.seek(0));

@@ -221,9 +221,13 @@ void TestSearchLists::EscapeGivesUpTheEntryFirst() {
   QVERIFY(!Part<QWidget>(dialog, "grpEdit").isVisible());
   QTest::keyClick(&dialog, Qt::Key_Escape);
   QVERIFY(!dialog.isVisible());
-  // Enter takes the entry, not the dialog.
+  // Cancel gives up both at once.
   dialog.show();
   Click(dialog, "cmdInsert");
+  Click(dialog, "cmdCancel");
+  QVERIFY(!dialog.isVisible());
+  // Enter takes the entry, not the dialog.
+  dialog.show();
   Part<QLineEdit>(dialog, "txtTitle").setText("b");
   Part<QLineEdit>(dialog, "txtUrl").setText("2");
   QTest::keyClick(&Part<QLineEdit>(dialog, "txtUrl"), Qt::Key_Return);
