@@ -32,6 +32,7 @@ class TestMainWindow final : public QObject {
   void NoMarkerIsLeft();
   void KeysAreNotTakenTwice();
   void AddressBox();
+  void KeyboardAfterAnotherSite();
   void EditingGoesWhereTheKeyboardIs();
   void NewTabCommands_data();
   void NewTabCommands();
@@ -129,6 +130,22 @@ void TestMainWindow::AddressBox() {
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return, Qt::AltModifier);
   QTRY_COMPARE(m_f.window->Tabs().TabCount(), 2);
   QTRY_COMPARE(Active()->Title(), QStringLiteral("Page B"));
+}
+
+// A page of another site has a widget of its own; the keyboard is on the page then and not on its first link.
+void TestMainWindow::KeyboardAfterAnotherSite() {
+  TBrowserTab *tab = Active();
+  tab->Navigate(QStringLiteral("zarvela:start"));
+  QTRY_VERIFY_WITH_TIMEOUT(tab->GetLocationUrl() == QStringLiteral("zarvela:start") && !tab->Busy(), m_f.LoadTime);
+  Action(TCommand::EditAddress)->trigger();
+  QTest::keyClicks(AddressEdit(), m_f.server.Url(QStringLiteral("/a")));
+  QTest::keyClick(AddressEdit(), Qt::Key_Return);
+  QTRY_COMPARE_WITH_TIMEOUT(tab->GetLocationName(), QStringLiteral("Page A"), m_f.LoadTime);
+  QVERIFY(tab->Browser()->isAncestorOf(QApplication::focusWidget()));
+  QString focused;
+  tab->Browser()->EnginePage()->runJavaScript(QStringLiteral("document.activeElement.tagName"),
+                                              [&](const QVariant &name) { focused = name.toString(); });
+  QTRY_COMPARE_WITH_TIMEOUT(focused, QStringLiteral("BODY"), m_f.LoadTime);
 }
 
 void TestMainWindow::EditingGoesWhereTheKeyboardIs() {

@@ -1,8 +1,11 @@
 #include "browser/engine/input_watch.h"
 
 #include <QChildEvent>
+#include <QCoreApplication>
+#include <QFocusEvent>
 #include <QWheelEvent>
 #include <QWidget>
+#include <utility>
 
 namespace {
 
@@ -25,6 +28,18 @@ bool TInputWatch::eventFilter(QObject *watched, QEvent *event) {
     case QEvent::ChildAdded:
       if (watched == m_view) static_cast<QChildEvent *>(event)->child()->installEventFilter(this);
       break;
+    case QEvent::Hide:
+      // Going to another site swaps the inner widget. The toolkit moves the keyboard from the hidden one to the next as
+      // the Tab key would, and the page would put it on its first link.
+      if (watched != m_view && static_cast<QWidget *>(watched)->hasFocus()) m_swapping = true;
+      break;
+    case QEvent::FocusIn: {
+      const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
+      if (!std::exchange(m_swapping, false) || (reason != Qt::TabFocusReason && reason != Qt::BacktabFocusReason)) break;
+      QFocusEvent plain(QEvent::FocusIn, Qt::OtherFocusReason);
+      QCoreApplication::sendEvent(watched, &plain);
+      return true;
+    }
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:
     case QEvent::KeyPress:

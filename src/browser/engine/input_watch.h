@@ -6,7 +6,8 @@
 class QWidget;
 
 // Knows whether the user has just clicked or typed in a view. The engine calls every navigation that a page begins by
-// itself a clicked link; only together with this is it one. It also takes the wheel with Ctrl, which zooms.
+// itself a clicked link; only together with this is it one. It also takes the wheel with Ctrl, which zooms, and keeps
+// the keyboard from landing on a page's first link by itself.
 class TInputWatch final : public QObject {
   Q_OBJECT
 
@@ -26,5 +27,6 @@ class TInputWatch final : public QObject {
 
   QWidget *m_view = nullptr;
   QElapsedTimer m_since;
+  bool m_swapping = false;  // an inner widget that had the keyboard was hidden, and none has it since
   int m_wheelAngle = 0;  // eighths of a degree that have not made a whole step yet
 };
