@@ -8,12 +8,13 @@
 #include <QScreen>
 #include <QStandardItemModel>
 
-#include "search/shown_address.h"
+#include "config/shown_address.h"
 
 namespace {
 
 constexpr int AddressRole = Qt::UserRole + 1;
 constexpr double AddressShare = 0.6;   // of the width; the rest is the title's
+constexpr float TitleOpacity = 0.65F;
 constexpr int PageStep = 5;
 
 QStandardItem *MakeItem(const QString &text) {
@@ -53,7 +54,9 @@ void TSuggestionList::Offer(const QList<TSuggestion> &suggestions) {
     auto *address = MakeItem(ShownAddress(suggestion.address));
     address->setData(suggestion.address, AddressRole);
     auto *title = MakeItem(suggestion.title.simplified());
-    title->setForeground(palette().placeholderText());
+    QColor quiet = palette().color(QPalette::Text);
+    quiet.setAlphaF(TitleOpacity);
+    title->setForeground(quiet);
     m_model->appendRow({address, title});
   }
   if (suggestions.isEmpty()) {

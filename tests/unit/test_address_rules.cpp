@@ -3,7 +3,7 @@
 #include "platform/registry_store.h"
 #include "search/address_rules.h"
 #include "search/inline_completion.h"
-#include "search/shown_address.h"
+#include "config/shown_address.h"
 #include "search/typed_addresses.h"
 
 // What is made of a text that was typed into the address bar, and of an address that is shown there.
@@ -161,6 +161,11 @@ void TTestAddressRules::Shown_data() {
   QTest::newRow("all look-alikes") << "http://xn--80ak6aa92e.com/" << "http://xn--80ak6aa92e.com/";
   QTest::newRow("only that label") << "http://xn--80ak6aa92e.xn--bcher-kva.example/"
                                    << "http://xn--80ak6aa92e.bücher.example/";
+  QTest::newRow("catalan") << "http://xn--parallel-koa.example/" << "http://paral\u00B7lel.example/";
+  QTest::newRow("a dot that is none") << "http://xn--paypalcom-5pa.example/" << "http://xn--paypalcom-5pa.example/";
+  QTest::newRow("a slash that is none") << "http://paypal.xn--coma-xq4c.example/"
+                                        << "http://paypal.xn--coma-xq4c.example/";
+  QTest::newRow("such letters at home") << "http://xn--tck2c4fb.example/" << "http://コーヒー.example/";
   QTest::newRow("no valid name") << "http://xn--a.example/" << "http://xn--a.example/";
   QTest::newRow("in the path only") << "http://example.org/xn--bcher-kva" << "http://example.org/xn--bcher-kva";
 }

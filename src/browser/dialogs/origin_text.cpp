@@ -3,6 +3,7 @@
 #include <QUrl>
 
 #include "config/language.h"
+#include "config/shown_address.h"
 
 namespace {
 
@@ -14,7 +15,7 @@ QString OriginText(const QUrl &origin, const TLanguage &language) {
   if (origin.isLocalFile()) return language.Text("ORIGIN", "LocalFile");
   const QString host = origin.host(QUrl::FullyEncoded);
   if (host.isEmpty()) return language.Text("ORIGIN", "ThisPage");
-  QString text = host;
+  QString text = ShownHost(host);
   if (origin.scheme() != "https") text.prepend(origin.scheme() + "://");
   if (origin.port() != -1) text += ':' + QString::number(origin.port());
   // The end of a host name says whose it is, so a long one loses its beginning.

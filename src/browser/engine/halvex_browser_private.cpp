@@ -8,6 +8,7 @@
 #include "browser/dialogs/page_menu.h"
 #include "browser/engine/address_fixup.h"
 #include "config/language.h"
+#include "config/shown_address.h"
 
 void THalvexBrowser::TPrivate::BuildFrame() {
   q->setObjectName(QStringLiteral("THalvexBrowser"));
@@ -133,7 +134,7 @@ void THalvexBrowser::TPrivate::ShowLoadFailure(const TLoadFailure &failure) {
     blockedHost = problem->url.host();
     TPageNoticeText text{.title = language.Text("PAGES", "CertificateTitle"),
                          .text = CertificateProblemText(*problem, language),
-                         .address = AddressOf(failure.url),
+                         .address = ShownAddress(AddressOf(failure.url)),
                          .details = DescribeCertificate(problem->chain.value(0), language),
                          .primary = language.Text("PAGES", "GoBack")};
     if (problem->overridable) text.secondary = language.Text("PAGES", "GoOnAnyway");
@@ -142,7 +143,7 @@ void THalvexBrowser::TPrivate::ShowLoadFailure(const TLoadFailure &failure) {
   }
   ShowNotice(TNotice::LoadError, {.title = language.Text("PAGES", "ErrorTitle"),
                                   .text = FailureText(failure, language),
-                                  .address = AddressOf(failure.url),
+                                  .address = ShownAddress(AddressOf(failure.url)),
                                   .details = failure.name,
                                   .primary = language.Text("PAGES", "TryAgain")});
 }
@@ -165,7 +166,7 @@ void THalvexBrowser::TPrivate::ShowCrash() {
   const TLanguage &language = engine.Language();
   ShowNotice(TNotice::Crash, {.title = language.Text("PAGES", "CrashTitle"),
                               .text = language.Text("PAGES", "CrashText"),
-                              .address = AddressOf(page->url()),
+                              .address = ShownAddress(AddressOf(page->url())),
                               .primary = language.Text("PAGES", "Reload")});
 }
 

@@ -1,4 +1,4 @@
-#include "search/shown_address.h"
+#include "config/shown_address.h"
 
 #include <algorithm>
 #include <array>
@@ -65,6 +65,8 @@ bool IsAtHome(const QList<uint> &characters, qsizetype place) {
   return beside(-1, IsJapanese) && beside(1, IsJapanese);
 }
 
+}  // namespace
+
 QString ShownHost(const QString &host) {
   QStringList labels = host.split(u'.');
   for (QString &label : labels) {
@@ -74,8 +76,6 @@ QString ShownHost(const QString &host) {
   }
   return labels.join(u'.');
 }
-
-}  // namespace
 
 bool IsHonestLabel(const QString &label) {
   QSet<QChar::Script> scripts;

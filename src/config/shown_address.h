@@ -8,5 +8,8 @@
 // copied or typed again.
 [[nodiscard]] QString ShownAddress(const QString &address);
 
+// The same for a host name in its ASCII form.
+[[nodiscard]] QString ShownHost(const QString &host);
+
 // True when a label of a host name (the part between two dots) may be shown in its own letters.
 [[nodiscard]] bool IsHonestLabel(const QString &label);
