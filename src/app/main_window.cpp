@@ -228,7 +228,7 @@ void TfrmMain::TellAboutStore(const QString &text) {
 
 void TfrmMain::ShowActiveTab(TBrowserTab *tab) {
   if (tab == nullptr) return;
-  m_toolbars->Address().ShowAddress(tab->GetLocationUrl());
+  m_toolbars->Address().ShowAddress(tab->AddressToSave());
   setWindowTitle(QStringLiteral("%1 — %2").arg(tab->ListCaption(), QApplication::applicationDisplayName()));
   m_status->ShowNote(QString());
   m_status->ShowStatusText(QString());

@@ -85,6 +85,7 @@ void TBrowserTab::Navigate(const QString &address) {
   } else {
     m_browser->Navigate(address);
   }
+  ShowAwaitedAddress();
   Q_EMIT m_strip.TabsChanged();
 }
 
@@ -94,7 +95,13 @@ void TBrowserTab::Announce(const QString &address) {
   m_announced = true;
   m_awaited = true;
   if (!m_locked) SetCaption(address);
+  ShowAwaitedAddress();
   Q_EMIT m_strip.TabsChanged();
+}
+
+void TBrowserTab::ShowAwaitedAddress() {
+  const QString address = AddressToSave();
+  if (address == m_url && IsActive()) Q_EMIT m_strip.AddressChanged(address);
 }
 
 void TBrowserTab::NavigateStored() {

@@ -65,7 +65,8 @@ class TBrowserTab final : public QWidget {
   // The sticky name, else the full title, else "Blank" for an empty page: what lists of tabs show.
   [[nodiscard]] QString ListCaption() const;
   [[nodiscard]] const QString &Url() const { return m_url; }
-  // What "Last Open Sites" keeps: the page's address, or the one still on its way.
+  // What "Last Open Sites" keeps and the address bar shows: the page's address, or the one still on its way to an empty
+  // tab.
   [[nodiscard]] QString AddressToSave() const;
   [[nodiscard]] const QString &PopupUrl() const { return m_popupUrl; }
   // The tab whose page asked for this one; none for other tabs, or when it has gone.
@@ -101,6 +102,7 @@ class TBrowserTab final : public QWidget {
   void OnCommandState(int command, bool enabled);
   void ShowState(TTabState state);
   void RefreshIndicatorsIfActive();
+  void ShowAwaitedAddress();
   [[nodiscard]] bool IsActive() const;
   // Whether the address is the page's own, jumps inside it aside.
   [[nodiscard]] bool IsOwnPage(const QString &address) const;
