@@ -89,7 +89,7 @@ constexpr TCommandRow Rows[] = {
     {CloseTabsFirst, "mnuCloseTabsFirst", "__CloseTabsFirst", nullptr, "", true, NoHint},
     {Downloads, "actDownloads", "__Downloads", ":/icons/downloads.svg", "Ctrl+J", false,
      TTextKey{"MAIN", "DownloadsHint"}},
-    {UsePopupBlocker, "mnuUsePopupHalvex", "__UsePopupBlocker", ":/icons/popup_blocked.svg", "", true, NoHint},
+    {UsePopupBlocker, "mnuUsePopupHalvex", "__UsePopupBlocker", nullptr, "", true, NoHint},
     {OrganizeQuickSearch, "mnuOrganizeQuickSearch", "__OrganizeQuickSearch", nullptr, "", false, NoHint},
     {ClearAddresses, "mnuClearAddr", "__ClearAddresses", nullptr, "", false,
      TTextKey{"MAIN", "MenuToolsClearAddressesHint"}},

@@ -203,7 +203,7 @@ QString TPageGroups::AskNewFile() {
   if (!QFileInfo::exists(file)) return file;
   const bool replace = ShowConfirm(m_window, m_window->font(), QApplication::applicationDisplayName(), false, nullptr,
                                    QString(), m_language.Global("No"), m_language.Global("Yes"),
-                                   m_language.Global("HalvexGroupDuplicate"), QString());
+                                   QFileInfo(file).fileName(), m_language.Global("HalvexGroupDuplicate"));
   return replace ? file : QString();
 }
 

@@ -42,6 +42,7 @@ TPopupBlocker::TPopupBlocker(QWidget *window, TTabStrip &tabs)
   const TStoppedPopups::TActions actions{
       [this](const QString &address) { m_tabs.NewTab()->Navigate(address); },
       [this](const QString &pattern) { RemovePattern(pattern); },
+      [this](const QString &pattern) { return m_patterns.Patterns().contains(pattern); },
   };
   m_stopped = new TStoppedPopups(tabs.Environment().language, actions, this);
   connect(&tabs, &TTabStrip::PopupRejected, this, &TPopupBlocker::OnPopupRejected);

@@ -28,6 +28,7 @@ class TStoppedPopups final : public QObject {
   struct TActions {
     std::function<void(const QString &address)> open;
     std::function<void(const QString &pattern)> removePattern;
+    std::function<bool(const QString &pattern)> hasPattern;
   };
 
   TStoppedPopups(const TLanguage &language, TActions actions, QObject *parent = nullptr);
