@@ -204,6 +204,13 @@ class TTestRegistryStore final : public QObject {
     QVERIFY(QDir().mkpath(QFileInfo(m_path).path()));
     for (int round = 1; round <= 2; ++round) {
       WriteFile(m_path, contents);
+      {
+        // Who only looks leaves everything as it is.
+        TRegistryStore looked(m_path, TRegistryStore::TReadOnly());
+        QVERIFY(!looked.Write(User, Key, "before", "1") || looked.IsInMemory());
+        QVERIFY(looked.SetAsideFile().isEmpty());
+        QCOMPARE(Contents(m_path), contents);
+      }
       TRegistryStore store(m_path);
       QCOMPARE(!store.SetAsideFile().isEmpty(), isDamaged);
       if (isDamaged) {
@@ -213,6 +220,7 @@ class TTestRegistryStore final : public QObject {
       }
       QVERIFY(store.IsWritable() && !store.IsInMemory());
       QVERIFY(store.Write(User, Key, "after", "1"));
+      QCOMPARE(TRegistryStore(m_path, TRegistryStore::TReadOnly()).Read(User, Key, "after"), "1");
       QCOMPARE(TRegistryStore(m_path).Read(User, Key, "after"), "1");
       // A second damaged file gets another name.
       const qsizetype aside = QDir(QFileInfo(m_path).path()).entryList({"*damaged*"}).size();

@@ -16,6 +16,8 @@ class TestAddressOpening final : public QObject {
   void cleanup();
 
   void TypedAddressReachesTabAndList();
+  void FiledAsOpened_data();
+  void FiledAsOpened();
   void LeadsNowhere_data();
   void LeadsNowhere();
   void RecordsVisits();
@@ -80,6 +82,27 @@ void TestAddressOpening::TypedAddressReachesTabAndList() {
   m_search->ReloadSettings();
   QVERIFY(m_search->Open(m_f.server.Url("/a"), false));
   QCOMPARE(m_f.tabs->TabCount(), 3);
+}
+
+void TestAddressOpening::FiledAsOpened_data() {
+  QTest::addColumn<QString>("typed");
+  QTest::addColumn<QString>("filed");
+  const QString host = m_f.server.Url(QString());
+  QTest::newRow("host") << host.mid(7) << host + '/';
+  QTest::newRow("host and question") << host + "?x=1" << host + "/?x=1";
+  QTest::newRow("path with steps") << host + "/x/../a" << host + "/a";
+  QTest::newRow("apostrophe") << host + "/a?q='x'" << host + "/a?q=%27x%27";
+  QTest::newRow("place on the page") << host + "/a#here" << host + "/a#here";
+}
+
+// What goes into the list is the engine's own spelling, not the typed one.
+void TestAddressOpening::FiledAsOpened() {
+  QFETCH(QString, typed);
+  Make();
+  m_f.Load(m_f.tabs->GetActivePage(), "/a");
+  m_box.Enter(typed);
+  QFETCH(QString, filed);
+  QTRY_COMPARE_WITH_TIMEOUT(m_box.Entries(), QStringList(filed), m_f.LoadTime);
 }
 
 void TestAddressOpening::LeadsNowhere_data() {

@@ -1,8 +1,10 @@
 #include <algorithm>
+#include <QAction>
 #include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
 
+#include "browser/tabs/tab_menus.h"
 #include "window/groups_fixture.h"
 
 // The queue that opens the pages of many tabs, with the real engine and groups of pages.
@@ -118,6 +120,16 @@ void TestLoadQueue::StopsLoading() {
   QVERIFY(m_f.tabs->Tab(28)->Browser()->EnginePageIfAny() == nullptr);
   m_f.tabs->Tab(28)->Refresh();
   QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->Tab(28)->GetLocationName(), QStringLiteral("Page 28"), m_f.LoadTime);
+  // A page that was stopped is locked once it is there.
+  TBrowserTab *locked = m_f.tabs->Tab(27);
+  m_f.tabs->Activate(locked);
+  TTabMenu menu(m_f.window.get(), *m_f.tabs, *m_f.closeAll);
+  menu.Open(locked, {});
+  m_f.window->findChild<QAction *>(QStringLiteral("pmTabLocked"))->trigger();
+  QVERIFY(!locked->Locked());
+  QTRY_VERIFY_WITH_TIMEOUT(locked->Locked(), m_f.LoadTime);
+  QTRY_COMPARE_WITH_TIMEOUT(locked->GetLocationName(), QStringLiteral("Page 27"), m_f.LoadTime);
+  QCOMPARE(m_f.tabs->TabCount(), 30);
   // What is opened after that loads again.
   TBrowserTab *other = m_f.tabs->NewBackgroundTab();
   m_f.queue->Navigate(other, m_f.Page(50));

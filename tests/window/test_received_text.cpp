@@ -1,6 +1,7 @@
 #include <QDialog>
 #include <QFile>
 
+#include "app/commands.h"
 #include "support/data_row.h"
 #include "window/main_window_fixture.h"
 
@@ -15,6 +16,7 @@ class TestReceivedText final : public QObject {
 
   void Opens_data();
   void Opens();
+  void ComesToTheFront_data();
   void ComesToTheFront();
   void DroppedWhileADialogAsks();
   void BeforeTheStartIsDone();
@@ -58,16 +60,32 @@ void TestReceivedText::Opens() {
   if (asTab) QCOMPARE(tabs.GetActivePage()->Url(), text);
 }
 
+void TestReceivedText::ComesToTheFront_data() {
+  QTest::addColumn<Qt::WindowState>("state");
+  QTest::newRow("normal") << Qt::WindowNoState;
+  QTest::newRow("maximised") << Qt::WindowMaximized;
+  QTest::newRow("full screen") << Qt::WindowFullScreen;
+}
+
 void TestReceivedText::ComesToTheFront() {
+  QFETCH(Qt::WindowState, state);
   m_f.Open();
+  if (state == Qt::WindowFullScreen) {
+    m_f.window->Commands()[TCommand::FullScreen]->trigger();
+  } else {
+    m_f.window->setWindowState(state);
+  }
   QWidget other;
   other.show();
   other.activateWindow();
   QVERIFY(QTest::qWaitForWindowActive(&other));
-  m_f.window->showMinimized();
   m_f.window->wmCopyDataDataReceived(QString());
   QVERIFY(QTest::qWaitForWindowActive(m_f.window.get()));
-  QVERIFY(!m_f.window->isMinimized());
+  QCOMPARE(m_f.window->windowState() & ~Qt::WindowActive, state);
+  m_f.window->setWindowState(m_f.window->windowState() | Qt::WindowMinimized);
+  m_f.window->wmCopyDataDataReceived(QString());
+  QVERIFY(QTest::qWaitForWindowActive(m_f.window.get()));
+  QCOMPARE(m_f.window->windowState() & ~Qt::WindowActive, state);
   QCOMPARE(m_f.window->Tabs().TabCount(), 1);
 }
 
