@@ -66,7 +66,7 @@ void TDelayedStart::OpenStartupGroup() {
   const QString group = TZVOptions(m_store).Get(Setting::StartupHalvexGroup);
   if (group.isEmpty()) return;
   m_opened = true;
-  m_groups.Open(group, m_tab == nullptr);
+  m_groups.OpenHalvexGroup(group, m_tab == nullptr);
   // A group that is gone or empty has taken no tab.
   if (TBrowserTab *active = m_tabs.GetActivePage(); !active->Url().isEmpty()) m_tab = active;
 }
@@ -109,7 +109,7 @@ void TDelayedStart::OpenCommandLine() {
   options.Set(Setting::CommandLine, QString());
   m_opened = true;
   if (TPageGroups::IsGroupFile(argument)) {
-    m_groups.Open(argument, true, true);
+    m_groups.OpenHalvexGroup(argument, true, true);
   } else {
     TakeTab()->Navigate(argument);
   }

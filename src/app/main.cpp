@@ -27,7 +27,7 @@ bool MayRunBeside(const QStringList &arguments) {
 // True when this process has to run; otherwise another instance has got, or did not want, what it was started with.
 bool HasToRun(const QStringList &arguments, TInstanceLock &lock) {
   if (ReadArguments(arguments).action == TProgramEntry::TAction::Unregister) return true;
-  if (lock.TryTake() || !lock.IsUsable() || MayRunBeside(arguments)) return true;
+  if (lock.CreateInstanceMutex() || !lock.IsUsable() || MayRunBeside(arguments)) return true;
   return HandOffCommandLine(lock, arguments) == THandOff::BecameFirst;
 }
 

@@ -263,14 +263,15 @@ void TfrmMain::wmCopyDataDataReceived(const QString &text) {
   }
   QWidget *dialog = QApplication::activeModalWidget();
   // The window first, out of the task bar if it must, then the dialog that stands before it.
-  for (const QWidget *widget : {static_cast<const QWidget *>(this), static_cast<const QWidget *>(dialog)}) {
+  for (QWidget *widget : {static_cast<QWidget *>(this), dialog}) {
     if (widget == nullptr || widget->testAttribute(Qt::WA_DontShowOnScreen)) continue;
+    widget->setWindowState(widget->windowState() & ~Qt::WindowMinimized);
     if (QWindow *handle = widget->windowHandle()) BringToFront(*handle);
   }
   // That a text is dropped while a dialog waits for its answer is meant.
   if (dialog != nullptr || text.isEmpty()) return;
   if (TPageGroups::IsHandedOverGroup(text)) {
-    m_groups->OpenAsSet(text);
+    m_groups->HalvexGroupClick(text);
   } else {
     m_tabs->NewTab()->Navigate(text);
   }

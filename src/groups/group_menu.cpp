@@ -34,7 +34,7 @@ QList<TNamed> Sorted(const QStringList &names, qsizetype cutAtEnd) {
 
 }  // namespace
 
-void AppendGroups(QMenu *menu, const QString &folder, const TLanguage &language, const TGroupChosen &chosen) {
+void BuildHalvexGroupMenu(QMenu *menu, const QString &folder, const TLanguage &language, const TGroupChosen &chosen) {
   const QDir dir(folder);
   const QString place = dir.path() + QLatin1Char('/');
   const QString extension = QString::fromLatin1(THalvexGroup::Extension);
@@ -57,12 +57,12 @@ void AppendGroups(QMenu *menu, const QString &folder, const TLanguage &language,
 THalvexGroupMenuItem::THalvexGroupMenuItem(const QString &caption, const QString &folder, const TLanguage &language,
                                            TGroupChosen chosen, QWidget *parent)
     : QMenu(caption, parent), m_language(language), m_folder(folder), m_chosen(std::move(chosen)) {
-  connect(this, &QMenu::aboutToShow, this, &THalvexGroupMenuItem::Fill);
+  connect(this, &QMenu::aboutToShow, this, &THalvexGroupMenuItem::LoadMe);
 }
 
-void THalvexGroupMenuItem::Fill() {
+void THalvexGroupMenuItem::LoadMe() {
   qDeleteAll(findChildren<THalvexGroupMenuItem *>(QString(), Qt::FindDirectChildrenOnly));
   clear();
-  AppendGroups(this, m_folder, m_language, m_chosen);
+  BuildHalvexGroupMenu(this, m_folder, m_language, m_chosen);
   if (isEmpty()) addAction(m_language.Global("EmptyFolder"))->setEnabled(false);
 }

@@ -12,7 +12,7 @@ using TGroupChosen = std::function<void(const QString &path)>;
 // Appends the sub-folders of `folder`, as sub-menus, and its page groups, as items that hold their path as data. Both
 // are in alphabetical order, folders first; folders whose name begins with "." and group files whose extension is not
 // exactly ".hgp" are left out.
-void AppendGroups(QMenu *menu, const QString &folder, const TLanguage &language, const TGroupChosen &chosen);
+void BuildHalvexGroupMenu(QMenu *menu, const QString &folder, const TLanguage &language, const TGroupChosen &chosen);
 
 // A sub-folder in the groups menu; filled anew each time it opens.
 class THalvexGroupMenuItem final : public QMenu {
@@ -25,7 +25,7 @@ class THalvexGroupMenuItem final : public QMenu {
   [[nodiscard]] const QString &FolderPath() const { return m_folder; }  // with a separator at its end
 
  private:
-  void Fill();
+  void LoadMe();
 
   const TLanguage &m_language;
   QString m_folder;

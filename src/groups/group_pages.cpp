@@ -55,13 +55,13 @@ TPageGroups::TPageGroups(QWidget *window, TTabStrip &tabs, TCloseAllTabs &closeA
       m_language(language),
       m_folder(new TGroupFolder(window, language, this)),
       m_closeFirst(TZVOptions(store).Get(Setting::HGCloseFirst)) {
-  m_add =
-      AddCommand("pmAddToHalvexGroup", language.Text("MAIN", "GroupsAddTab"), Qt::Key_F6, &TPageGroups::AddActiveTab);
-  m_saveAll =
-      AddCommand("actSaveAsHalvexGroup", language.Text("MAIN", "GroupsSaveAll"), Qt::Key_F7, &TPageGroups::SaveAll);
-  m_organize =
-      AddCommand("actOrganizeHalvexGroups", language.Text("MAIN", "GroupsOrganize"), 0, &TPageGroups::OrganizeChosen);
-  connect(m_folder, &TGroupFolder::Changed, this, [this] { ++m_folderState; });
+  m_add = AddCommand("pmAddToHalvexGroup", language.Text("MAIN", "GroupsAddTab"), Qt::Key_F6,
+                     &TPageGroups::pmAddToHalvexGroupClick);
+  m_saveAll = AddCommand("actSaveAsHalvexGroup", language.Text("MAIN", "GroupsSaveAll"), Qt::Key_F7,
+                         &TPageGroups::actSaveAsHalvexGroupExecute);
+  m_organize = AddCommand("actOrganizeHalvexGroups", language.Text("MAIN", "GroupsOrganize"), 0,
+                          &TPageGroups::actOrganizeHalvexGroupsExecute);
+  connect(m_folder, &TGroupFolder::Changed, this, [this] { m_groupsMenuStale = true; });
 }
 
 QAction *TPageGroups::AddCommand(const char *name, const QString &text, int key, void (TPageGroups::*command)()) {
@@ -83,11 +83,11 @@ bool TPageGroups::IsHandedOverGroup(const QString &argument) {
   return path.endsWith(QLatin1String(THalvexGroup::Extension)) && QFileInfo(path).isFile();
 }
 
-void TPageGroups::OpenAsSet(const QString &argument) {
-  Open(argument, m_closeFirst);
+void TPageGroups::HalvexGroupClick(const QString &argument) {
+  OpenHalvexGroup(argument, m_closeFirst);
 }
 
-void TPageGroups::Open(const QString &argument, bool closeFirst, bool atStartup) {
+void TPageGroups::OpenHalvexGroup(const QString &argument, bool closeFirst, bool atStartup) {
   const QString path = LocalPath(argument);
   const THalvexGroup group(path);
   if (!group.ReadError().isEmpty()) {
@@ -124,7 +124,7 @@ void TPageGroups::OpenEntry(TBrowserTab *tab, const QString &name, QString value
   m_queue.Navigate(tab, value);
 }
 
-void TPageGroups::SaveAll() {
+void TPageGroups::actSaveAsHalvexGroupExecute() {
   m_tabs.CloseHiddenTabs();
   THalvexGroup group;
   for (const TBrowserTab *tab : m_tabs.Tabs()) {
@@ -140,11 +140,11 @@ void TPageGroups::SaveAll() {
   m_folder->Refresh();
 }
 
-void TPageGroups::AddActiveTab() {
-  AddTab(m_tabs.GetActivePage());
+void TPageGroups::pmAddToHalvexGroupClick() {
+  AddTabToHalvexGroup(m_tabs.GetActivePage());
 }
 
-void TPageGroups::AddTab(TBrowserTab *tab) {
+void TPageGroups::AddTabToHalvexGroup(TBrowserTab *tab) {
   const QPointer<TBrowserTab> page(tab);
   const QPointer<TPageGroups> self(this);
   const QString file = AskExistingFile();
@@ -162,7 +162,7 @@ void TPageGroups::AddTab(TBrowserTab *tab) {
   m_folder->Refresh();
 }
 
-void TPageGroups::OrganizeChosen() {
+void TPageGroups::actOrganizeHalvexGroupsExecute() {
   const QPointer<TPageGroups> self(this);
   const QString file = AskExistingFile();
   if (self && !file.isEmpty()) Organize(file);
@@ -235,9 +235,9 @@ void TPageGroups::FillMenu(QMenu *menu) {
   menu->addActions({m_add, m_saveAll, m_organize});
   menu->addSeparator();
   const int fixedItems = int(menu->actions().size());
-  connect(menu, &QMenu::aboutToShow, this, [this, menu, fixedItems, shown = -1]() mutable {
+  connect(menu, &QMenu::aboutToShow, this, [this, menu, fixedItems] {
     m_folder->Watch();
-    if (std::exchange(shown, m_folderState) != m_folderState) RefillMenu(menu, fixedItems);
+    if (std::exchange(m_groupsMenuStale, false)) RefillMenu(menu, fixedItems);
   });
 }
 
@@ -250,10 +250,10 @@ void TPageGroups::RefillMenu(QMenu *menu, int fixedItems) {
       delete item;
     }
   }
-  AppendGroups(menu, TGroupFolder::Path(), m_language, [this](const QString &path) { OpenAsSet(path); });
+  BuildHalvexGroupMenu(menu, TGroupFolder::Path(), m_language, [this](const QString &path) { HalvexGroupClick(path); });
 }
 
 void TPageGroups::ExtendTabMenu(TTabMenu &tabMenu) {
   tabMenu.AddItem("pmTabAddToHalvexGroup", m_language.Text("MAIN", "TabAddToGroup"), ":/icons/groups.svg", 0,
-                  [this](TBrowserTab *tab) { AddTab(tab); });
+                  [this](TBrowserTab *tab) { AddTabToHalvexGroup(tab); });
 }

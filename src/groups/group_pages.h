@@ -39,21 +39,21 @@ class TPageGroups final : public QObject {
   // Opens the pages of a group file, a path or a "file:" URL, at the end of the strip in the group's order. With
   // `closeFirst` the tabs that are open are closed before, without asking, and the first page takes the tab that is
   // left. `atStartup` marks the tabs as restored. A group without pages, or a file that is not there, does nothing.
-  //   groups menu, tree, hand-over     OpenAsSet
-  //   setting StartupHalvexGroup       Open(group, no tab was taken yet)
-  //   argument of the first start      Open(argument, true, true)
-  void Open(const QString &argument, bool closeFirst, bool atStartup = false);
+  //   groups menu, tree, hand-over     HalvexGroupClick
+  //   setting StartupHalvexGroup       OpenHalvexGroup(group, no tab was taken yet)
+  //   argument of the first start      OpenHalvexGroup(argument, true, true)
+  void OpenHalvexGroup(const QString &argument, bool closeFirst, bool atStartup = false);
   // As the setting HGCloseFirst says, which is read once and then follows SetCloseFirst: other windows may store theirs.
-  void OpenAsSet(const QString &argument);
+  void HalvexGroupClick(const QString &argument);
   [[nodiscard]] bool CloseFirst() const { return m_closeFirst; }
   void SetCloseFirst(bool closeFirst) { m_closeFirst = closeFirst; }
 
   // Saves the tabs that show in the strip as a new group (F7).
-  void SaveAll();
+  void actSaveAsHalvexGroupExecute();
   // Adds the tab's page to an existing group (F6 for the active tab).
-  void AddTab(TBrowserTab *tab);
+  void AddTabToHalvexGroup(TBrowserTab *tab);
   // Lets the user choose a group and opens the editor on it.
-  void OrganizeChosen();
+  void actOrganizeHalvexGroupsExecute();
   // Opens the editor on this group; anything but an existing file does nothing.
   void Organize(const QString &path);
 
@@ -70,7 +70,7 @@ class TPageGroups final : public QObject {
 
  private:
   QAction *AddCommand(const char *name, const QString &text, int key, void (TPageGroups::*command)());
-  void AddActiveTab();
+  void pmAddToHalvexGroupClick();
   void RefillMenu(QMenu *menu, int fixedItems);
   void OpenEntry(TBrowserTab *tab, const QString &name, QString value, bool atStartup);
   // The same for a group that may be new.
@@ -89,5 +89,5 @@ class TPageGroups final : public QObject {
   QAction *m_saveAll;
   QAction *m_organize;
   bool m_closeFirst;
-  int m_folderState = 0;  // Counts the changes of the folder; menus remember which of them they show.
+  bool m_groupsMenuStale = true;  // The folder has changed since the menu was filled.
 };

@@ -78,7 +78,7 @@ THandOff SendToRunningInstance(TInstanceLock &lock, const QString &text, const Q
   bytes += HandOffRecord::Encode(HandOffRecord::Tag, text);
   const QDeadlineTimer deadline(patience);
   for (;;) {
-    if (lock.TryTake()) return THandOff::BecameFirst;
+    if (lock.CreateInstanceMutex()) return THandOff::BecameFirst;
     if (Deliver(lock.SocketFile(), bytes, deadline)) return THandOff::Delivered;
     if (deadline.hasExpired()) return THandOff::Nobody;
     QThread::msleep(PauseBetweenTries);

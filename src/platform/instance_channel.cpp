@@ -44,7 +44,7 @@ TInstanceChannel::TInstanceChannel(QObject *parent) : QObject(parent) {
 TInstanceChannel::~TInstanceChannel() { Close(); }
 
 void TInstanceChannel::Serve(TInstanceLock &lock) {
-  if (lock.TryTake()) {
+  if (lock.CreateInstanceMutex()) {
     Listen(lock);
   } else if (lock.IsUsable()) {
     FollowLock(lock);
@@ -70,7 +70,7 @@ void TInstanceChannel::FollowLock(TInstanceLock &lock) {
     m_takeOver.start();
   });
   connect(&m_takeOver, &QTimer::timeout, this, [this, &lock] {
-    if (!lock.TryTake()) return;   // It was another start that looked and went.
+    if (!lock.CreateInstanceMutex()) return;   // It was another start that looked and went.
     StopFollowing();
     Listen(lock);
   });

@@ -60,7 +60,7 @@ TInstanceLock::~TInstanceLock() {
   if (m_lock >= 0) ::close(m_lock);
 }
 
-bool TInstanceLock::TryTake() {
+bool TInstanceLock::CreateInstanceMutex() {
   if (m_held) return true;
   if (!IsUsable()) return false;
   if (m_lock < 0) {

@@ -15,9 +15,9 @@ class TInstanceLock final {
   TInstanceLock(const TInstanceLock &) = delete;
   TInstanceLock &operator=(const TInstanceLock &) = delete;
 
-  // Takes the hold when nobody has it, and then begins to listen: a start that follows at once finds its listener,
-  // however long this process takes to answer. Never waits. True when this process has the hold.
-  bool TryTake();
+  // The instance mutex: takes the hold when nobody has it, and then begins to listen: a start that follows at once finds
+  // its listener, however long this process takes to answer. Never waits. True when this process has the hold.
+  bool CreateInstanceMutex();
 
   [[nodiscard]] bool IsFirstInstance() const { return m_held; }
   [[nodiscard]] bool IsUsable() const { return !m_folder.isEmpty(); }

@@ -217,12 +217,12 @@ void TestHandoffRecord::AnyBytes() {
 
 void TestHandoffRecord::OneHolder() {
   auto first = std::make_unique<TInstanceLock>();
-  QVERIFY(first->TryTake());
+  QVERIFY(first->CreateInstanceMutex());
   TInstanceLock second;
-  QVERIFY(!second.TryTake());
-  QVERIFY(first->TryTake());
+  QVERIFY(!second.CreateInstanceMutex());
+  QVERIFY(first->CreateInstanceMutex());
   first.reset();
-  QVERIFY(second.TryTake());
+  QVERIFY(second.CreateInstanceMutex());
   struct stat status = {};
   QCOMPARE(::stat(QFile::encodeName(second.SocketFile()).constData(), &status), 0);
   QCOMPARE(status.st_mode & 0777, mode_t(0600));
@@ -243,7 +243,7 @@ void TestHandoffRecord::Folder() {
   QFETCH(bool, ownFolder);
   qputenv("XDG_RUNTIME_DIR", session);
   TInstanceLock lock;
-  QVERIFY(lock.TryTake());
+  QVERIFY(lock.CreateInstanceMutex());
   const QString parent = ownFolder ? QDir::tempPath() : QFile::decodeName(session);
   QVERIFY2(lock.LockFile().startsWith(parent + QStringLiteral("/zarvela")), qPrintable(lock.LockFile()));
   QCOMPARE(QFile::permissions(QFileInfo(lock.LockFile()).path()) & 0x77,
@@ -259,7 +259,7 @@ void TestHandoffRecord::SomebodyElsesFolder() {
   QCOMPARE(::chown(folder.constData(), 65534, 65534), 0);
   TInstanceLock lock;
   QVERIFY(!lock.IsUsable());
-  QVERIFY(!lock.TryTake());
+  QVERIFY(!lock.CreateInstanceMutex());
   QCOMPARE(::rmdir(folder.constData()), 0);
 }
 
@@ -297,7 +297,7 @@ void TestHandoffRecord::NoListener() {
   TInstanceLock lock;
   {
     TInstanceLock holder;
-    QVERIFY(holder.TryTake());
+    QVERIFY(holder.CreateInstanceMutex());
     QVERIFY(QFile::remove(holder.SocketFile()));
     QCOMPARE(SendToRunningInstance(lock, QStringLiteral("x"), {}, 100), THandOff::Nobody);
   }
@@ -324,7 +324,7 @@ void TestHandoffRecord::HolderEndsMeanwhile() {
 void TestHandoffRecord::SomebodyElsesSocket() {
   if (::geteuid() != 0) QSKIP("only root can act as another user");
   TInstanceLock holder;
-  QVERIFY(holder.TryTake());
+  QVERIFY(holder.CreateInstanceMutex());
   const QByteArray folder = QFile::encodeName(QFileInfo(holder.SocketFile()).path());
   QVERIFY(QFile::remove(holder.SocketFile()));
   int ready[2];
@@ -354,7 +354,7 @@ void TestHandoffRecord::NextInstanceTakesOver() {
   QCOMPARE(::pipe(ready), 0);
   const pid_t first = InChild([&] {
     auto *lock = new TInstanceLock;
-    char byte = lock->TryTake() ? 'y' : 'n';
+    char byte = lock->CreateInstanceMutex() ? 'y' : 'n';
     return ::write(ready[1], &byte, 1) == 1 && ::read(release[0], &byte, 1) == 1 ? 0 : 1;
   });
   char byte = 0;
@@ -367,7 +367,7 @@ void TestHandoffRecord::NextInstanceTakesOver() {
   m_received = std::make_unique<QSignalSpy>(m_channel.get(), &TInstanceChannel::Received);
   {
     TInstanceLock passer;   // A start that looks and goes changes nothing.
-    QVERIFY(!passer.TryTake());
+    QVERIFY(!passer.CreateInstanceMutex());
   }
   QVERIFY(!m_lock->IsFirstInstance());
   QCOMPARE(::write(release[1], "x", 1), ssize_t(1));

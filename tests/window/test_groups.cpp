@@ -113,7 +113,7 @@ void TestGroups::Opens() {
   if (spared >= 0) m_f.tabs->Tab(spared)->SetHideFromCloseAll(true);
   const QString path = m_f.Put(QStringLiteral("g.hgp"), QStringLiteral("first=%1\nblank1=%2\nBLANK2=%3\nlast=*%4")
                                                             .arg(m_f.Page(1), m_f.Page(2), m_f.Page(3), m_f.Page(4)));
-  m_f.groups->Open(path, closeFirst);
+  m_f.groups->OpenHalvexGroup(path, closeFirst);
   // Tabs and names are there at once, the pages come.
   QTRY_COMPARE(m_f.Names(), names);
   QTEST(m_f.tabs->GetActivePage()->StickyName(), "active");
@@ -132,7 +132,7 @@ void TestGroups::Opens() {
 void TestGroups::LockedPageInTheTabThatIsLeft() {
   m_f.tabs->Tab(0)->Navigate(m_f.Page(9));
   QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->Tab(0)->GetLocationName(), QStringLiteral("Page 9"), m_f.LoadTime);
-  m_f.groups->Open(m_f.Put(QStringLiteral("g.hgp"), QStringLiteral("a=*%1").arg(m_f.Page(1))), true, true);
+  m_f.groups->OpenHalvexGroup(m_f.Put(QStringLiteral("g.hgp"), QStringLiteral("a=*%1").arg(m_f.Page(1))), true, true);
   QVERIFY(m_f.tabs->Tab(0)->Restored());
   QTRY_VERIFY_WITH_TIMEOUT(m_f.tabs->Tab(0)->Locked(), m_f.LoadTime);
   QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->Tab(0)->GetLocationUrl(), m_f.Page(1), m_f.LoadTime);
@@ -163,7 +163,7 @@ void TestGroups::NothingToOpen() {
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
   }
   m_f.tabs->NewTab()->SetStickyName(QStringLiteral("B"));
-  m_f.groups->Open(path, true);
+  m_f.groups->OpenHalvexGroup(path, true);
   QCOMPARE(m_f.Names(), (QStringList{QString(), QStringLiteral("B")}));
   auto *box = m_f.window->findChild<QMessageBox *>();
   QCOMPARE(box != nullptr, isTold);
@@ -185,7 +185,7 @@ void TestGroups::HostileAddresses() {
                           QStringLiteral("%1=%2").arg(QString(100'000, QLatin1Char('n')), m_f.Page(4)),
                           QStringLiteral("long=%1").arg(longOne),
                           QStringLiteral("end=%1").arg(m_f.Page(5))};
-  m_f.groups->Open(m_f.Put(QStringLiteral("g.hgp"), lines.join(QLatin1Char('\n'))), true);
+  m_f.groups->OpenHalvexGroup(m_f.Put(QStringLiteral("g.hgp"), lines.join(QLatin1Char('\n'))), true);
   QCOMPARE(m_f.tabs->TabCount(), lines.size());
   QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->Tab(9)->GetLocationName(), QStringLiteral("Page 5"), m_f.LoadTime);
   QTRY_COMPARE_WITH_TIMEOUT(m_f.queue->ToCome(), 0, m_f.LoadTime);
@@ -218,11 +218,11 @@ void TestGroups::SavesAll() {
 // A group that is saved before its pages have come keeps their addresses and locks.
 void TestGroups::SavesWhatIsOnItsWay() {
   const QString lines = QStringLiteral("a=%1\nb=*%2\nblank3=%3").arg(m_f.Page(1), m_f.Page(2), m_f.Page(3));
-  m_f.groups->Open(m_f.Put(QStringLiteral("g.hgp"), lines), true);
+  m_f.groups->OpenHalvexGroup(m_f.Put(QStringLiteral("g.hgp"), lines), true);
   const QString path = TGroupFolder::Path() + QStringLiteral("/copy.hgp");
   m_f.queue->Stop();
   ChooseFile(path);
-  m_f.groups->SaveAll();
+  m_f.groups->actSaveAsHalvexGroupExecute();
   QCOMPARE(m_f.Lines(path), lines);
 }
 
@@ -242,7 +242,7 @@ void TestGroups::AsksBeforeReplacing() {
     dialog.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(QString(path).chopped(4));
     static_cast<QDialog &>(dialog).accept();
   });
-  m_f.groups->SaveAll();
+  m_f.groups->actSaveAsHalvexGroupExecute();
   QCOMPARE(m_f.Lines(path), yes ? QStringLiteral("new=") : QStringLiteral("old=1"));
 }
 
@@ -255,7 +255,7 @@ void TestGroups::RefusedSave() {
     static_cast<QDialog &>(dialog).accept();
     QDir().rmdir(QFileInfo(path).path());
   });
-  m_f.groups->SaveAll();
+  m_f.groups->actSaveAsHalvexGroupExecute();
   const auto *box = m_f.window->findChild<QMessageBox *>();
   QVERIFY(box != nullptr);
   QVERIFY2(box->text().contains(QLatin1String("g.hgp")) && !box->text().contains(QLatin1String("%2")),
@@ -283,7 +283,7 @@ void TestGroups::AddsToUnreadableGroup() {
   const QString path = m_f.Put(QStringLiteral("g.hgp"), QStringLiteral("a=1"));
   QVERIFY(QFile::resize(path, (qint64(256) << 20) + 1));
   ChooseFile(path);
-  m_f.groups->AddTab(m_f.tabs->Tab(0));
+  m_f.groups->AddTabToHalvexGroup(m_f.tabs->Tab(0));
   QVERIFY(m_f.window->findChild<QMessageBox *>() != nullptr);
   QCOMPARE(QFileInfo(path).size(), (qint64(256) << 20) + 1);
 }

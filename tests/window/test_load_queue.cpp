@@ -50,7 +50,7 @@ void TestLoadQueue::LoadsAFewAtATime() {
     most = qMax(most, open);
   });
   const QSignalSpy told(m_f.queue.get(), &TLoadQueue::ToComeChanged);
-  m_f.groups->Open(m_f.Put(QStringLiteral("g.hgp"), m_f.LinesOf(20)), true);
+  m_f.groups->OpenHalvexGroup(m_f.Put(QStringLiteral("g.hgp"), m_f.LinesOf(20)), true);
   QCOMPARE(m_f.queue->ToCome(), 20);
   m_f.tabs->MakeMeActiveTab(7);
   QTRY_VERIFY_WITH_TIMEOUT(AllLoaded(), m_f.LoadTime);
@@ -79,7 +79,7 @@ void TestLoadQueue::SilentPagesHoldNobody() {
     lines.append(QStringLiteral("s%1=%2?%1").arg(QString::number(i), m_f.server.Url(QStringLiteral("/silent"))));
   }
   lines.append(QStringLiteral("end=%1").arg(m_f.Page(1)));
-  m_f.groups->Open(m_f.Put(QStringLiteral("g.hgp"), lines.join(QLatin1Char('\n'))), true);
+  m_f.groups->OpenHalvexGroup(m_f.Put(QStringLiteral("g.hgp"), lines.join(QLatin1Char('\n'))), true);
   TBrowserTab *last = m_f.tabs->Tab(m_f.tabs->TabCount() - 1);
   QTRY_VERIFY_WITH_TIMEOUT(m_f.server.RequestCount("/silent") == TLoadQueue::AtOnce, m_f.LoadTime);
   QCOMPARE(last->Browser()->EnginePageIfAny(), nullptr);
@@ -94,7 +94,7 @@ void TestLoadQueue::TurningToATab() {
     lines.append(QStringLiteral("s%1=%2?%1").arg(QString::number(i), m_f.server.Url(QStringLiteral("/silent"))));
   }
   lines.append(m_f.LinesOf(5));
-  m_f.groups->Open(m_f.Put(QStringLiteral("g.hgp"), lines.join(QLatin1Char('\n'))), true);
+  m_f.groups->OpenHalvexGroup(m_f.Put(QStringLiteral("g.hgp"), lines.join(QLatin1Char('\n'))), true);
   QTRY_VERIFY_WITH_TIMEOUT(m_f.server.RequestCount("/silent") == TLoadQueue::AtOnce, m_f.LoadTime);
   QElapsedTimer timer;
   timer.start();
@@ -105,7 +105,7 @@ void TestLoadQueue::TurningToATab() {
 }
 
 void TestLoadQueue::StopsLoading() {
-  m_f.groups->Open(m_f.Put(QStringLiteral("g.hgp"), m_f.LinesOf(30)), true);
+  m_f.groups->OpenHalvexGroup(m_f.Put(QStringLiteral("g.hgp"), m_f.LinesOf(30)), true);
   QTRY_VERIFY_WITH_TIMEOUT(m_f.queue->ToCome() < 29, m_f.LoadTime);
   m_f.queue->Stop();
   QVERIFY(m_f.queue->ToCome() <= TLoadQueue::AtOnce);
@@ -137,7 +137,7 @@ void TestLoadQueue::StopsLoading() {
 }
 
 void TestLoadQueue::TabsThatDropOut() {
-  m_f.groups->Open(m_f.Put(QStringLiteral("g.hgp"), m_f.LinesOf(20)), true);
+  m_f.groups->OpenHalvexGroup(m_f.Put(QStringLiteral("g.hgp"), m_f.LinesOf(20)), true);
   m_f.tabs->Tab(19)->Navigate(m_f.Page(60));
   m_f.tabs->Tab(18)->MakeBlank();
   m_f.tabs->Tab(18)->Navigate(m_f.Page(61));
@@ -149,7 +149,7 @@ void TestLoadQueue::TabsThatDropOut() {
   for (const char *path : {"/page19", "/page18", "/page10"}) QCOMPARE(m_f.server.RequestCount(path), 0);
 
   // Everything closed in the middle of it.
-  m_f.groups->Open(m_f.Put(QStringLiteral("g.hgp"), m_f.LinesOf(20)), true);
+  m_f.groups->OpenHalvexGroup(m_f.Put(QStringLiteral("g.hgp"), m_f.LinesOf(20)), true);
   QTRY_VERIFY_WITH_TIMEOUT(m_f.queue->ToCome() < 19, m_f.LoadTime);
   m_f.closeAll->CloseAll(true);
   QTRY_COMPARE_WITH_TIMEOUT(m_f.queue->ToCome(), 0, m_f.LoadTime);
@@ -160,7 +160,7 @@ void TestLoadQueue::ManyPages() {
   const QString path = m_f.Put(QStringLiteral("g.hgp"), m_f.LinesOf(200));
   QElapsedTimer timer;
   timer.start();
-  m_f.groups->Open(path, true);
+  m_f.groups->OpenHalvexGroup(path, true);
   QCOMPARE(m_f.tabs->TabCount(), 200);
   qInfo("200 tabs: %lld ms", timer.elapsed());
   // Generous for slow machines.
@@ -173,7 +173,7 @@ void TestLoadQueue::ManyPages() {
     most += QStringLiteral("n%1=%2\n").arg(QString::number(i), m_f.Page(1));
   }
   timer.restart();
-  m_f.groups->Open(m_f.Put(QStringLiteral("most.hgp"), most), true);
+  m_f.groups->OpenHalvexGroup(m_f.Put(QStringLiteral("most.hgp"), most), true);
   m_f.queue->Stop();
   qInfo("%d tabs: %lld ms", TPageGroups::MostPages, timer.elapsed());
   QVERIFY(timer.elapsed() < 20000);
