@@ -5,6 +5,8 @@
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QScreen>
+#include <utility>
 
 #include "browser/dialogs/dialog_placing.h"
 #include "config/language.h"
@@ -17,7 +19,8 @@ namespace {
 
 constexpr int NameColumnWidth = 22;  // characters
 constexpr int LocationColumnWidth = 52;
-constexpr int ListHeight = 14;  // lines
+constexpr int ListHeight = 14;  // lines, where the screen has room
+constexpr int LeastListHeight = 5;
 
 }  // namespace
 
@@ -42,7 +45,7 @@ TfrmHalvexGroup::TfrmHalvexGroup(const TLanguage &language, const QString &fileN
   list.header()->setSectionResizeMode(TGroupSites::LockedColumn, QHeaderView::ResizeToContents);
   list.setColumnWidth(TGroupSites::NameColumn,
                       std::max(character * NameColumnWidth, list.header()->sectionSizeHint(TGroupSites::NameColumn)));
-  list.setMinimumSize(character * (NameColumnWidth + LocationColumnWidth), fontMetrics().height() * ListHeight);
+  list.setMinimumSize(character * (NameColumnWidth + LocationColumnWidth) / 2, fontMetrics().height() * LeastListHeight);
   // The boxes would cut a longer text, and with it the page that it belongs to.
   m_ui->edtTitle->setMaxLength(std::numeric_limits<int>::max());
   m_ui->edtLocation->setMaxLength(std::numeric_limits<int>::max());
@@ -52,6 +55,8 @@ TfrmHalvexGroup::TfrmHalvexGroup(const TLanguage &language, const QString &fileN
   ConnectButtons();
   CloseEdit();
   SelectRow(0);
+  const QSize roomy(character * (NameColumnWidth + LocationColumnWidth), fontMetrics().height() * ListHeight);
+  resize((sizeHint() + roomy - list.sizeHint()).boundedTo(screen()->availableSize()));
   CentreOnScreen(*this);
 }
 
@@ -100,7 +105,14 @@ void TfrmHalvexGroup::OpenEdit(TEdit edit) {
   m_ui->edtLocation->setText(site.location);
   m_ui->chkTabLocked->setChecked(site.locked);
   m_ui->cmdUrlInsert->setText(edit == TEdit::Insert ? m_language.Global("Insert") : m_language.Global("Update"));
-  m_ui->grpEdit->show();
+  if (m_ui->grpEdit->isHidden()) {
+    const int before = height();
+    m_ui->grpEdit->show();
+    layout()->activate();
+    const int wanted = before + m_ui->grpEdit->sizeHint().height() + layout()->spacing();
+    resize(width(), qMin(wanted, screen()->availableSize().height()));
+    m_editHeight = height() - before;
+  }
   // The row that is being changed stays the selected one.
   m_ui->lstSites->setEnabled(edit == TEdit::Insert);
   m_ui->cmdUrlInsert->setDefault(true);
@@ -111,6 +123,8 @@ void TfrmHalvexGroup::OpenEdit(TEdit edit) {
 void TfrmHalvexGroup::CloseEdit() {
   m_edit = TEdit::None;
   m_ui->grpEdit->hide();
+  layout()->activate();  // The room that the area took is free from here on.
+  resize(width(), height() - std::exchange(m_editHeight, 0));
   m_ui->lstSites->setEnabled(true);
   m_ui->lstSites->setFocus();
   m_ui->cmdOk->setDefault(true);

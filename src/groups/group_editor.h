@@ -47,4 +47,5 @@ class TfrmHalvexGroup final : public QDialog {
   QString m_readError;
   TGroupSites *m_sites;
   TEdit m_edit = TEdit::None;
+  int m_editHeight = 0;  // by which the dialog has grown for the edit area
 };

@@ -163,6 +163,7 @@ bool TZVComboBox::FilterList(QEvent *event) {
   if (count() == 0) {
     hidePopup();
   } else {
+    showPopup();  // as high as the entries that are left
     view()->setCurrentIndex(model()->index(std::min(row, count() - 1), modelColumn()));
   }
   return true;
