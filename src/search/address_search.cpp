@@ -65,6 +65,8 @@ void TAddressSearch::OpenAddress(const QString &address, bool newTab) {
   if (tab == nullptr) return;
   FileWhenItStarts(tab, address);
   tab->Navigate(address);
+  // A script or an address for another program leaves the page, and with it the address that the box shows.
+  if (FixUpAddress(address).kind != TFixedAddress::TKind::Url) m_bar.ShowAddress(tab->AddressToSave());
   tab->setFocus();
 }
 

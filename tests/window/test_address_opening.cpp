@@ -128,6 +128,7 @@ void TestAddressOpening::LeadsNowhere() {
   QTRY_COMPARE(m_f.tabs->TabCount(), isLocked ? 2 : 1);
   QFETCH(QStringList, filed);
   QTRY_COMPARE(m_box.Entries(), filed);
+  if (typed.startsWith("javascript:")) QCOMPARE(m_box.Edit()->text(), m_f.server.Url("/a"));
   tab->SetLocked(false);
   // What is opened next from elsewhere was not typed.
   m_f.tabs->Activate(tab);
