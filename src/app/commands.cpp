@@ -58,7 +58,7 @@ constexpr TCommandRow Rows[] = {
      TTextKey{"MAIN", "MenuGoForwardHint"}},
     {Home, "actHome", "__Home", ":/icons/home.svg", "Alt+Home", false, TTextKey{"MAIN", "MenuGoHomeHint"}},
     {Stop, "actStop", "__Stop", ":/icons/stop.svg", "Esc", false, TTextKey{"MAIN", "MenuViewStopHint"}},
-    {Refresh, "actRefresh", "__Refresh", ":/icons/refresh.svg", "F5; Ctrl+R", false,
+    {Refresh, "actRefresh", "__Refresh", ":/icons/refresh.svg", "F5", false,
      TTextKey{"MAIN", "MenuViewRefreshHint"}},
     {RefreshCompletely, "actRefreshCompletely", "__RefreshCompletely", nullptr, "Ctrl+F5; Ctrl+Shift+R", false, NoHint},
     {StopAll, "actViewStopAll", "__StopAll", ":/icons/stop_all.svg", "Shift+Esc", false,

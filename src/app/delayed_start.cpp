@@ -8,6 +8,7 @@
 #include "app/last_open_sites.h"
 #include "app/later_navigation.h"
 #include "browser/tabs/browser_tab.h"
+#include "browser/tabs/load_queue.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/options.h"
 #include "groups/group_pages.h"
@@ -90,7 +91,7 @@ void TDelayedStart::OpenLastSites() {
   for (const QString &address : TLastOpenSites::Read(m_store)) {
     TBrowserTab *tab = TakeTab();
     tab->SetRestored(true);
-    tab->Navigate(address);
+    m_queue.Navigate(tab, address);
     // Once the default home page was among them this stays so, whatever the other pages are.
     defaultSeen = defaultSeen || address == HomePage::Default(m_product);
   }

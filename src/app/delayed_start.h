@@ -3,6 +3,7 @@
 #include <QString>
 
 class TBrowserTab;
+class TLoadQueue;
 class TPageGroups;
 class TTabStrip;
 class TRegistryStore;
@@ -14,8 +15,9 @@ class TDelayedStart final {
  public:
   // The argument of the command line comes through the setting CommandLine; `argument`, when it is not empty, is this
   // process's own and comes before what stands there.
-  TDelayedStart(TTabStrip &tabs, TPageGroups &groups, TRegistryStore &store, const TProductInfo &product, const QString &argument)
-      : m_tabs(tabs), m_groups(groups), m_store(store), m_product(product), m_argument(argument) {}
+  TDelayedStart(TTabStrip &tabs, TPageGroups &groups, TLoadQueue &queue, TRegistryStore &store,
+                const TProductInfo &product, const QString &argument)
+      : m_tabs(tabs), m_groups(groups), m_queue(queue), m_store(store), m_product(product), m_argument(argument) {}
 
   void Run();
 
@@ -32,6 +34,7 @@ class TDelayedStart final {
 
   TTabStrip &m_tabs;
   TPageGroups &m_groups;
+  TLoadQueue &m_queue;
   TRegistryStore &m_store;
   const TProductInfo &m_product;
   QString m_argument;

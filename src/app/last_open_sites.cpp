@@ -47,6 +47,8 @@ QStringList TLastOpenSites::Lines(bool close) const {
 
 void TLastOpenSites::Follow() {
   StopFollowing();
+  // Another window may have written its own list meanwhile.
+  m_written.clear();
   // The timer is not started anew while it runs: a page that changes its address all the time must not put the write
   // off for ever.
   connect(&m_tabs, &TTabStrip::TabsChanged, &m_delay, [this] {

@@ -6,10 +6,12 @@
 #include <QToolButton>
 
 #include "config/language.h"
+#include "config/shown_text.h"
 
 namespace {
 
 constexpr int ProgressWidth = 120;
+constexpr qsizetype LongestStatusText = 400;  // characters; a link may be of any length
 
 // By level 0..6; level 0 shows nothing.
 constexpr TTextKey EncryptionTexts[] = {
@@ -88,7 +90,7 @@ TMainStatusBar::TMainStatusBar(const TLanguage &language, QWidget *parent)
 }
 
 void TMainStatusBar::ShowStatusText(const QString &text) {
-  m_text->setText(text);
+  m_text->setText(Shortened(text, LongestStatusText));
 }
 
 void TMainStatusBar::ShowNote(const QString &text) {

@@ -5,7 +5,6 @@
 #include <QFileInfo>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QWindow>
 
 #include "app/about_dialog.h"
@@ -24,6 +23,7 @@
 #include "app/window_bars.h"
 #include "app/window_placement.h"
 #include "browser/dialogs/confirm_dialog.h"
+#include "browser/dialogs/warning_box.h"
 #include "browser/downloads/download_list.h"
 #include "browser/downloads/download_window.h"
 #include "browser/tabs/auto_refresh.h"
@@ -207,23 +207,21 @@ void TfrmMain::ConnectCommands() {
 }
 
 void TfrmMain::tmrLoadCoolbarTimer() {
-  TDelayedStart(*m_tabs, *m_groups, m_store, m_product, m_argument).Run();
+  TDelayedStart(*m_tabs, *m_groups, *m_loadQueue, m_store, m_product, m_argument).Run();
   m_startupModes->FollowPages();
   ShowActiveTab(m_tabs->GetActivePage());
-  if (!m_store.SetAsideFile().isEmpty()) {
-    TellAboutStore(m_language.Text("MAIN", "StoreSetAside").arg(QFileInfo(m_store.SetAsideFile()).fileName()));
-  } else if (!m_store.IsWritable() || m_store.IsInMemory()) {
-    TellAboutStore(m_language.Text("MAIN", "StoreNotKept"));
-  }
+  TellAboutStore();
+  m_store.SetTroubleHandler(
+      [this] { QMetaObject::invokeMethod(this, &TfrmMain::TellAboutStore, Qt::QueuedConnection); });
 }
 
-void TfrmMain::TellAboutStore(const QString &text) {
-  auto *box =
-      new QMessageBox(QMessageBox::Warning, QApplication::applicationDisplayName(), text, QMessageBox::NoButton, this);
-  box->setTextFormat(Qt::PlainText);
-  box->addButton(m_language.Global("OK"), QMessageBox::AcceptRole);
-  box->setAttribute(Qt::WA_DeleteOnClose);
-  box->open();
+void TfrmMain::TellAboutStore() {
+  if (!m_store.SetAsideFile().isEmpty()) {
+    const QString name = QFileInfo(m_store.SetAsideFile()).fileName();
+    ShowWarning(this, m_language, m_language.Text("MAIN", "StoreSetAside").arg(name));
+  } else if (!m_store.IsWritable() || m_store.IsInMemory()) {
+    ShowWarning(this, m_language, m_language.Text("MAIN", "StoreNotKept"));
+  }
 }
 
 void TfrmMain::ShowActiveTab(TBrowserTab *tab) {
@@ -319,6 +317,7 @@ void TfrmMain::closeEvent(QCloseEvent *event) {
 }
 
 void TfrmMain::FormDestroy() {
+  m_store.SetTroubleHandler(nullptr);
   m_loadCoolbar.stop();
   m_lastSites->StopFollowing();
   m_tabs->disconnect(this);

@@ -81,7 +81,7 @@ class TfrmMain final : public QMainWindow {
   void ShowStoppedPopups();
   void OpenDownloads();
   void RememberBounds();
-  void TellAboutStore(const QString &text);
+  void TellAboutStore();
 
   TRegistryStore &m_store;
   TZVOptions m_options;

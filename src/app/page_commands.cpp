@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QUrl>
+#include <QShortcut>
 
 #include "app/commands.h"
 #include "app/main_status_bar.h"
@@ -98,6 +99,10 @@ void TPageCommands::ConnectNavigation() {
       if (TBrowserTab *tab = m_tabs.GetActivePage()) (tab->*operation)();
     });
   }
+  // The command passes the cache by while Ctrl is held, which is not meant by this key.
+  connect(new QShortcut(Qt::CTRL | Qt::Key_R, m_window), &QShortcut::activated, this, [this] {
+    if (TBrowserTab *tab = m_tabs.GetActivePage()) tab->Reload(false);
+  });
   connect(m_commands[TCommand::StopAll], &QAction::triggered, &m_tabs, &TTabStrip::StopAll);
   connect(m_commands[TCommand::RefreshAll], &QAction::triggered, &m_tabs, &TTabStrip::RefreshAll);
   connect(m_commands[TCommand::OpenFile], &QAction::triggered, this, [this] {

@@ -111,7 +111,7 @@ QStringList TZVOptions::PopupList() const {
   return addresses;
 }
 
-void TZVOptions::SetPopupList(const QStringList &addresses) {
+bool TZVOptions::SetPopupList(const QStringList &addresses) {
   QList<TRegistryValue> values;
   values.reserve(addresses.size());
   for (const QString &address : addresses) {
@@ -119,14 +119,16 @@ void TZVOptions::SetPopupList(const QStringList &addresses) {
     const bool isLine = address.startsWith(name + u'=');
     values.append({name, isLine ? address.sliced(name.size() + 1) : address});
   }
-  m_store.ReplaceKey(Hive, RegistryKey::PopupHalvex, values);
+  return m_store.ReplaceKey(Hive, RegistryKey::PopupHalvex, values);
 }
 
 QStringList TZVOptions::BrowserHelperObjects() const {
   return m_store.Subkeys(Hive, RegistryKey::BrowserHelperObjects);
 }
 
-void TZVOptions::RemoveZvid() { m_store.DeleteValue(Hive, RegistryKey::CurrentVersion, "ZVID"); }
+void TZVOptions::RemoveZvid() {
+  if (Read("ZVID")) m_store.DeleteValue(Hive, RegistryKey::CurrentVersion, "ZVID");
+}
 
 QString TZVOptions::AddressOfLine(const QString &line) {
   for (const char *start : {"=http://", "=https://"}) {

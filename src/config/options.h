@@ -45,7 +45,7 @@ class TZVOptions final {
   bool SetSearchBarEntries(const QStringList &lines);
   bool SetQuickSearchEntries(const QStringList &lines);
   // Takes addresses, or lines of the list's own form: entry i (from 1) may be written as "url<i>=address".
-  void SetPopupList(const QStringList &addresses);
+  bool SetPopupList(const QStringList &addresses);
 
   // Removes the retired value "ZVID".
   void RemoveZvid();

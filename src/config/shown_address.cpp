@@ -43,6 +43,20 @@ bool IsPlain(char32_t c) {
   }
 }
 
+bool IsLatin(char32_t c) { return QChar::script(c) == QChar::Script_Latin; }
+
+// The Latin letters of living languages. Others, and marks that are set upon Latin letters one by one, make names that
+// pass for plain ones.
+bool IsCommonLatin(char32_t c) {
+  constexpr QStringView LooksPlain = u"\u0131\u0138\u0149\u017F";
+  constexpr QStringView Further = u"\u01A1\u01B0\u0219\u021B\u0259";
+  if (c >= U'a' && c <= U'z') return true;
+  if (c > 0xFFFF) return false;
+  const QChar character(static_cast<char16_t>(c));
+  if (c >= 0xDF && c <= 0x17F) return !LooksPlain.contains(character);
+  return (c >= 0x1CD && c <= 0x1DC) || (c >= 0x1E00 && c <= 0x1EFF) || Further.contains(character);
+}
+
 bool IsJapanese(char32_t c) {
   const QChar::Script script = QChar::script(c);
   return script == QChar::Script_Han || script == QChar::Script_Hiragana || script == QChar::Script_Katakana ||
@@ -53,6 +67,8 @@ bool IsJapanese(char32_t c) {
 bool IsAtHome(const QList<uint> &characters, qsizetype place) {
   constexpr QStringView LooksLikeSign = u"\u30FB\u30FCノソンへ一丶丿〻";
   const char32_t c = characters[place];
+  if (IsLatin(c) && !IsCommonLatin(c)) return false;
+  if (QChar::isMark(c) && place > 0 && IsLatin(characters[place - 1])) return false;
   const auto beside = [&](qsizetype step, auto fits) {
     const qsizetype other = place + step;
     return other < 0 || other >= characters.size() || fits(char32_t(characters[other]));

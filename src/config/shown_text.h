@@ -10,8 +10,18 @@
   return text.left(longest - longest / 3) + QChar(0x2026) + text.right(longest / 3);
 }
 
+// As the text of a menu item, which takes "&" for a mnemonic and a tab for the place of a short-cut.
+[[nodiscard]] inline QString MenuText(const QString &text, qsizetype longest = 250) {
+  QString shown = Shortened(text, longest);
+  for (QChar &c : shown) {
+    if (c.category() == QChar::Other_Control) c = u' ';
+  }
+  return shown.replace(u'&', QLatin1String("&&"));
+}
+
 // As a tool tip, which the toolkit would otherwise take for markup when it looks like it.
 [[nodiscard]] inline QString PlainTip(const QString &text) {
   constexpr qsizetype LongestTip = 1000;  // characters
+  if (text.isEmpty()) return {};
   return QStringLiteral("<qt>") + Shortened(text, LongestTip).toHtmlEscaped() + QStringLiteral("</qt>");
 }

@@ -1,7 +1,6 @@
 #include "groups/group_folder.h"
 
 #include <cerrno>
-#include <cstring>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -92,9 +91,11 @@ QString TGroupFolder::NewFolder(const QString &parent) {
   for (int number = 2; QFileInfo::exists(dir.filePath(name)) && number < MostTries; ++number) {
     name = QStringLiteral("%1 (%2)").arg(base, QString::number(number));
   }
+  errno = ENOENT;
   const bool isMade = dir.exists() && dir.mkdir(name);
+  const int error = errno;
   if (!isMade) {
-    const QString reason = qt_error_string(dir.exists() ? errno : ENOENT);
+    const QString reason = qt_error_string(error);
     TellAboutGroup(m_window, m_language, m_language.Text("HalvexGroups", "CannotMakeFolder").arg(reason));
   }
   Q_EMIT Changed();

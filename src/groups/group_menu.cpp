@@ -5,6 +5,7 @@
 #include <QStyle>
 
 #include "config/language.h"
+#include "config/shown_text.h"
 #include "groups/group_file.h"
 
 namespace {
@@ -14,18 +15,10 @@ struct TNamed {
   QString name;
 };
 
-// A menu takes "&" for a mnemonic and a tab for the place of a short-cut.
-QString Caption(QString name) {
-  for (QChar &c : name) {
-    if (c.category() == QChar::Other_Control) c = QLatin1Char(' ');
-  }
-  return name.replace(QLatin1Char('&'), QLatin1String("&&"));
-}
-
 QList<TNamed> Sorted(const QStringList &names, qsizetype cutAtEnd) {
   QList<TNamed> items;
   items.reserve(names.size());
-  for (const QString &name : names) items.append({Caption(name.chopped(cutAtEnd)), name});
+  for (const QString &name : names) items.append({MenuText(name.chopped(cutAtEnd)), name});
   std::stable_sort(items.begin(), items.end(), [](const TNamed &a, const TNamed &b) {
     return QString::localeAwareCompare(a.caption.toCaseFolded(), b.caption.toCaseFolded()) < 0;
   });

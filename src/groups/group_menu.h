@@ -22,8 +22,6 @@ class THalvexGroupMenuItem final : public QMenu {
   THalvexGroupMenuItem(const QString &caption, const QString &folder, const TLanguage &language, TGroupChosen chosen,
                        QWidget *parent);
 
-  [[nodiscard]] const QString &FolderPath() const { return m_folder; }  // with a separator at its end
-
  private:
   void LoadMe();
 

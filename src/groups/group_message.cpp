@@ -1,13 +1,8 @@
 #include "groups/group_message.h"
 
-#include <QMessageBox>
-
+#include "browser/dialogs/warning_box.h"
 #include "config/language.h"
 
 void TellAboutGroup(QWidget *owner, const TLanguage &language, const QString &text) {
-  auto *box = new QMessageBox(QMessageBox::Warning, language.Global("HalvexGroup"), text, QMessageBox::NoButton, owner);
-  box->setTextFormat(Qt::PlainText);
-  box->addButton(language.Global("OK"), QMessageBox::AcceptRole);
-  box->setAttribute(Qt::WA_DeleteOnClose);
-  box->open();
+  ShowWarning(owner, language, text, language.Global("HalvexGroup"));
 }

@@ -7,6 +7,7 @@
 #include <QPointer>
 
 #include "browser/dialogs/confirm_dialog.h"
+#include "browser/dialogs/warning_box.h"
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
@@ -31,10 +32,10 @@ void AddSorted(QStringList &patterns, const QString &pattern) {
 
 QStringList LoadPopupList(TRegistryStore &store) { return TZVOptions(store).PopupList(); }
 
-void SavePopupList(TRegistryStore &store, const QStringList &patterns) {
+bool SavePopupList(TRegistryStore &store, const QStringList &patterns) {
   QStringList lines;
   for (const QString &pattern : patterns) lines.append(QStringLiteral("url%1=").arg(lines.size() + 1) + pattern);
-  TZVOptions(store).SetPopupList(lines);
+  return TZVOptions(store).SetPopupList(lines);
 }
 
 TPopupBlocker::TPopupBlocker(QWidget *window, TTabStrip &tabs)
@@ -132,8 +133,11 @@ void TPopupBlocker::AddToPopupList(TBrowserTab *tab) {
     // An empty pattern is stored like any other and left out when the list is read; that is meant.
     QStringList patterns = LoadPopupList(m_store);
     AddSorted(patterns, pattern);
-    SavePopupList(m_store, patterns);
-    if (target) target->Close();
+    if (!SavePopupList(m_store, patterns)) {
+      ShowWarning(m_window, language, language.Text("MAIN", "StoreNotKept"));
+    } else if (target) {
+      target->Close();
+    }
   }
   Reload();
 }

@@ -12,9 +12,9 @@ class TRegistryStore;
 class TTabStrip;
 
 // The pop-up list of the store. Loading gives the patterns sorted and without duplicates, both regardless of case, and
-// without empty ones; saving replaces the stored list.
+// without empty ones; saving replaces the stored list; false when the store refused it.
 [[nodiscard]] QStringList LoadPopupList(TRegistryStore &store);
-void SavePopupList(TRegistryStore &store, const QStringList &patterns);
+bool SavePopupList(TRegistryStore &store, const QStringList &patterns);
 
 // Keeps unwanted windows away: tests the first address of each window that a page asks for against the pop-up list, tells
 // the user about it, and lets him add to the list and take back.

@@ -10,10 +10,6 @@ namespace {
 
 constexpr int LongestItem = 70;   // characters of an address or a pattern in a menu
 
-QString ItemText(const QString &text) {
-  return Shortened(text, LongestItem).replace(u'&', QLatin1String("&&"));
-}
-
 }  // namespace
 
 struct TStoppedPopups::TPage {
@@ -76,11 +72,11 @@ void TStoppedPopups::FillMenu(QMenu *menu, const TBrowserTab *tab) const {
   menu->clear();
   menu->setToolTipsVisible(true);
   for (const TStoppedPopup &popup : Stopped(tab)) {
-    QMenu *choices = menu->addMenu(ItemText(popup.address));
+    QMenu *choices = menu->addMenu(MenuText(popup.address, LongestItem));
     choices->menuAction()->setToolTip(PlainTip(popup.address));
     connect(choices->addAction(m_language.Text("POPUPS", "Open")), &QAction::triggered, this,
             [this, address = popup.address] { m_actions.open(address); });
-    QAction *remove = choices->addAction(m_language.Text("POPUPS", "RemovePattern").arg(ItemText(popup.pattern)));
+    QAction *remove = choices->addAction(m_language.Text("POPUPS", "RemovePattern").arg(MenuText(popup.pattern, LongestItem)));
     remove->setEnabled(m_actions.hasPattern(popup.pattern));
     connect(remove, &QAction::triggered, this, [this, pattern = popup.pattern] { m_actions.removePattern(pattern); });
   }

@@ -51,7 +51,7 @@ struct TChange {
 
 QString Cleaned(const QString &title) { return title.simplified().left(LongestTitle); }
 
-// The columns of SelectPage, in their order.
+// A row that begins with address, title, first and last visit, count.
 TVisitedPage PageOf(const TSqliteStatement &row) {
   return {row.Text(0), row.Text(1), QDateTime::fromMSecsSinceEpoch(row.Integer(2)),
           QDateTime::fromMSecsSinceEpoch(row.Integer(3)), row.Integer(4)};
@@ -80,6 +80,8 @@ class THistoryStore::TWriter final {
 
   void Add(TChange change) {
     const std::lock_guard lock(m_mutex);
+    // What is taken out must not be found any more.
+    m_urgent = m_urgent || change.kind == TChange::TKind::Remove || change.kind == TChange::TKind::Clear;
     m_waiting.append(std::move(change));
     if (!m_thread.joinable()) m_thread = std::thread([this] { Run(); });
     m_wake.notify_all();
@@ -117,6 +119,7 @@ class THistoryStore::TWriter final {
   QString m_setAside;
   bool m_writing = false;
   bool m_hurry = false;
+  bool m_urgent = false;
   bool m_stop = false;
   std::thread m_thread;
 };
@@ -126,7 +129,8 @@ void THistoryStore::TWriter::Run() {
   while (true) {
     m_wake.wait(lock, [this] { return m_stop || !m_waiting.isEmpty(); });
     if (m_waiting.isEmpty()) return;
-    m_wake.wait_for(lock, GatherTime, [this] { return m_stop || m_hurry; });
+    m_wake.wait_for(lock, GatherTime, [this] { return m_stop || m_hurry || m_urgent; });
+    m_urgent = false;
     QList<TChange> changes = std::exchange(m_waiting, {});
     m_writing = true;
     lock.unlock();

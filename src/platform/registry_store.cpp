@@ -54,6 +54,7 @@ struct TRegistryStore::TPrivate {
   bool ready = false;
   bool writable = false;
   bool memory = false;
+  std::function<void()> onTrouble;
 
   void Open();
   void OpenReadOnly();
@@ -169,13 +170,19 @@ bool TRegistryStore::TPrivate::EnsureReady() {
     database.SetBusyTimeout(RetryTimeout);
     state = StoreFile::CheckSchema(database, Schema, true);
     database.SetBusyTimeout(BusyTimeout);
+  } else if (StoreFile::IdentityOf(filePath) != identity) {
+    // Another process has set the file aside, or the user has put a copy in its place.
+    database.Close();
+    state = TryOpen(TSqliteConnection::TMode::ReadWrite);
   } else if (database.DamageSeen()) {
     // Damage deep in the file only shows when that place is read.
     state = TState::Damaged;
   }
-  if (state == TState::Damaged) state = BeginAnew();
+  const bool isDamaged = state == TState::Damaged;
+  if (isDamaged) state = BeginAnew();
   ready = state == TState::Ready;
   if (!ready && state != TState::Busy) UseMemory();
+  if ((isDamaged || memory) && onTrouble) onTrouble();
   return ready;
 }
 
@@ -243,6 +250,7 @@ QString TRegistryStore::FilePath() const { return d->filePath; }
 QString TRegistryStore::SetAsideFile() const { return d->setAside; }
 bool TRegistryStore::IsWritable() const { return d->writable; }
 bool TRegistryStore::IsInMemory() const { return d->memory; }
+void TRegistryStore::SetTroubleHandler(std::function<void()> handler) { d->onTrouble = std::move(handler); }
 
 bool TRegistryStore::KeyExists(TRegistryHive hive, const QString &key) const {
   const TKeyPath path(key);

@@ -38,12 +38,15 @@ class TRegistryStore final {
   TRegistryStore &operator=(const TRegistryStore &) = delete;
 
   [[nodiscard]] QString FilePath() const;
-  // The name that a damaged file was given when the store was opened; empty when nothing was wrong.
+  // The name that a damaged file was given last; empty when nothing was wrong.
   [[nodiscard]] QString SetAsideFile() const;
   // False when writes are refused (a read-only folder, say). Reads still work; writers return false.
   [[nodiscard]] bool IsWritable() const;
   // True when no file could be used: writes succeed, but only for as long as this object lives.
   [[nodiscard]] bool IsInMemory() const;
+  // Is called, from within the call that finds it out, when the store was set aside or fell back to memory after it was
+  // opened. It must not use the store.
+  void SetTroubleHandler(std::function<void()> handler);
 
   [[nodiscard]] bool KeyExists(TRegistryHive hive, const QString &key) const;
   bool CreateKey(TRegistryHive hive, const QString &key);

@@ -31,10 +31,10 @@ struct TIdentity {
 struct TSchema {
   int version;                           // kept in the file's user_version
   const char *sql;                       // makes the tables and sets the version
-  std::span<const char *const> queries;  // one for each table; they fail where the version is right and the table is not
+  std::span<const char *const> queries;  // they fail where the version is right and the tables are not
 };
 
-// Refuses to open what is too short to be a database: SQLite would take it for a new one and write over it.
+// True for what is too short to be a database; SQLite would take it for a new one and write over it.
 [[nodiscard]] bool IsCutShort(const QString &path);
 // Whether an open file has this schema; an empty one is given it when `mayWrite`. Files that may be written get the
 // write-ahead log, with which a commit needs no wait for the disk and readers never wait for a writer.

@@ -1,11 +1,10 @@
 #include "search/address_search.h"
 
-#include <QApplication>
 #include <QDesktopServices>
 #include <QFileInfo>
-#include <QMessageBox>
 #include <QUrl>
 
+#include "browser/dialogs/warning_box.h"
 #include "browser/engine/address_fixup.h"
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/tab_strip.h"
@@ -51,7 +50,8 @@ bool TAddressSearch::Open(const QString &text, bool newTab) {
     case TQuickSearch::TKind::BadFormat: {
       m_bar.ForgetTypedAddress();
       const QString format = search.format.left(LongestShownFormat);
-      TellFault(search.fault == QuickSearchFormat::TFault::SeveralPlaces
+      ShowWarning(m_window, m_language,
+                  search.fault == QuickSearchFormat::TFault::SeveralPlaces
                     ? m_language.Text("QUICK_SEARCH", "FormatSeveral").arg(search.keyword, format)
                     : m_language.Text("QUICK_SEARCH", "FormatBad").arg(search.keyword, format));
       return false;
@@ -75,7 +75,9 @@ void TAddressSearch::OpenAddress(const QString &address, bool newTab) {
 void TAddressSearch::FileWhenItStarts(TBrowserTab *tab, const QString &address) {
   delete m_typed;
   const TFixedAddress fixed = FixUpAddress(address);
-  if (fixed.kind != TFixedAddress::TKind::Url || tab->Browser() == nullptr) {
+  // The engine opens the blank page without being asked about it.
+  const bool isAsked = fixed.kind == TFixedAddress::TKind::Url && fixed.url != QUrl(QStringLiteral("about:blank"));
+  if (!isAsked || tab->Browser() == nullptr) {
     m_bar.ForgetTypedAddress();
     return;
   }
@@ -112,13 +114,4 @@ void TAddressSearch::OpenEngine(const QString &address) {
   } else {
     OpenAddress(address, m_searchNewWin);
   }
-}
-
-void TAddressSearch::TellFault(const QString &text) {
-  auto *box = new QMessageBox(QMessageBox::Warning, QApplication::applicationDisplayName(), text, QMessageBox::NoButton,
-                              m_window);
-  box->setTextFormat(Qt::PlainText);
-  box->addButton(m_language.Global("OK"), QMessageBox::AcceptRole);
-  box->setAttribute(Qt::WA_DeleteOnClose);
-  box->open();
 }

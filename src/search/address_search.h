@@ -33,7 +33,6 @@ class TAddressSearch final : public QObject {
   void File(TBrowserTab *tab, const QString &address);
   void OpenAddress(const QString &address, bool newTab);
   void OpenEngine(const QString &address);
-  void TellFault(const QString &text);
 
   QWidget *m_window;
   const TLanguage &m_language;

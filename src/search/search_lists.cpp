@@ -103,7 +103,7 @@ void TSearchLists::Rebuild(TSearchList list) {
     }
     for (const QString &line : lines) {
       const QString address = line.section(u'=', 1);
-      auto *action = new QAction(line.section(u'=', 0, 0).replace(u'&', QLatin1String("&&")), entry.menu);
+      auto *action = new QAction(MenuText(line.section(u'=', 0, 0)), entry.menu);
       action->setToolTip(PlainTip(address));
       action->setStatusTip(address.left(LongestHint));
       connect(action, &QAction::triggered, this, [this, list, address] {

@@ -5,20 +5,14 @@
 #include "platform/history_store.h"
 
 TVisitRecorder::TVisitRecorder(TTabStrip &tabs, THistoryStore &history, QObject *parent)
-    : QObject(parent), m_tabs(tabs), m_history(history) {
-  connect(&tabs, &TTabStrip::TabsChanged, this, &TVisitRecorder::FollowTabs);
-  FollowTabs();
-}
-
-void TVisitRecorder::FollowTabs() {
-  // The signal also comes for each new address; only a tab more or less is worth the walk.
-  if (std::exchange(m_tabCount, m_tabs.TabCount()) == m_tabs.TabCount()) return;
-  for (TBrowserTab *tab : m_tabs.Tabs()) Follow(tab);
+    : QObject(parent), m_history(history) {
+  connect(&tabs, &TTabStrip::TabOpened, this, &TVisitRecorder::Follow);
+  for (TBrowserTab *tab : tabs.Tabs()) Follow(tab);
 }
 
 void TVisitRecorder::Follow(TBrowserTab *tab) {
   THalvexBrowser *browser = tab->Browser();
-  if (browser == nullptr || m_last.contains(browser)) return;
+  if (browser == nullptr) return;
   m_last.insert(browser, {});
   connect(browser, &QObject::destroyed, this, [this, browser] { m_last.remove(browser); });
   connect(browser, &THalvexBrowser::DocumentComplete, this,

@@ -22,13 +22,10 @@ class TVisitRecorder final : public QObject {
     QString title;
   };
 
-  void FollowTabs();
   void Follow(TBrowserTab *tab);
   void OnLoaded(THalvexBrowser *browser, const QString &address);
   void OnTitle(THalvexBrowser *browser);
 
-  int m_tabCount = 0;
-  TTabStrip &m_tabs;
   THistoryStore &m_history;
   QHash<THalvexBrowser *, TLast> m_last;
 };

@@ -80,8 +80,11 @@ TFixedAddress FixUpAddress(const QString &text) {
   const QString clean = WithoutControls(text);
   if (clean.isEmpty()) return {.kind = TKind::Empty};
   if (clean.startsWith(ViewSource, Qt::CaseInsensitive)) {
-    const TFixedAddress inner = FixUpAddress(clean.mid(ViewSource.size()));
-    if (inner.kind != TKind::Url || inner.url.scheme() == QLatin1String("view-source")) return {};
+    // The source of a source is nothing, however often it is asked for.
+    const QString rest = clean.mid(ViewSource.size()).trimmed();
+    if (rest.startsWith(ViewSource, Qt::CaseInsensitive)) return {};
+    const TFixedAddress inner = FixUpAddress(rest);
+    if (inner.kind != TKind::Url) return {};
     return UrlOrInvalid(QUrl(ViewSource + AddressOf(inner.url)));
   }
   if (clean.startsWith(QLatin1Char('/'))) return FromPath(clean);

@@ -1,5 +1,6 @@
 #include "browser/tabs/browser_tab.h"
 
+#include <algorithm>
 #include <QGuiApplication>
 #include <QInputDialog>
 #include <QVBoxLayout>
@@ -13,7 +14,9 @@
 namespace {
 
 const QString AboutBlank = QStringLiteral("about:blank");
-constexpr int StickyNameWidth = 60;  // characters
+constexpr int StickyNameWidth = 60;       // characters
+constexpr int LongestListCaption = 250;   // characters; more fits on no screen
+constexpr int MostEmptyWindows = 20;      // of one page
 
 bool IsHttps(const QString &address) {
   // Exact and case-sensitive: the engine always gives schemes in lower case.
@@ -121,10 +124,14 @@ void TBrowserTab::GoForward() {
 }
 
 void TBrowserTab::Refresh() {
+  Reload(QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier));
+}
+
+void TBrowserTab::Reload(bool passCache) {
   if (!m_browser) return;
   if (m_announced) {
     NavigateStored();
-  } else if (QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier)) {
+  } else if (passCache) {
     m_browser->RefreshCompletely();
   } else {
     m_browser->Refresh();
@@ -158,8 +165,9 @@ QString TBrowserTab::AddressToSave() const {
 }
 
 QString TBrowserTab::ListCaption() const {
-  if (!m_stickyName.isEmpty()) return m_stickyName;
-  return m_title.isEmpty() || m_title == AboutBlank ? m_environment.language.Global("Blank") : m_title;
+  const QString &name = m_stickyName.isEmpty() ? m_title : m_stickyName;
+  if (name.isEmpty() || name == AboutBlank) return m_environment.language.Global("Blank");
+  return name.size() > LongestListCaption ? name.left(LongestListCaption) + QChar(0x2026) : name;
 }
 
 void TBrowserTab::SetCaption(const QString &title) {
@@ -201,6 +209,10 @@ void TBrowserTab::ResetToBlank() {
   m_hidden = false;
   m_lockPending = false;
   SetLocked(false);
+  m_restored = false;
+  m_openedAsNewWindow = false;
+  m_opener = nullptr;
+  m_popupUrl.clear();
   m_stickyName.clear();
   MakeBlank();
   m_url.clear();
@@ -317,6 +329,11 @@ void TBrowserTab::SendAway(TNavigation *navigation) {
 }
 
 void TBrowserTab::OnNewWindowRequested(QWebEngineNewWindowRequest *request) {
+  // Windows that stay empty are never shown; a page that goes on asking for them gets no more.
+  const QList<TBrowserTab *> tabs = m_strip.Tabs();
+  const auto empty =
+      std::ranges::count_if(tabs, [this](TBrowserTab *tab) { return tab->m_hidden && tab->m_opener == this; });
+  if (empty >= MostEmptyWindows) return;
   TBrowserTab *tab = m_strip.NewHiddenTab();
   if (!tab->m_browser) return;  // A request that nobody opens is cancelled by the engine.
   tab->m_openedAsNewWindow = true;
@@ -325,7 +342,8 @@ void TBrowserTab::OnNewWindowRequested(QWebEngineNewWindowRequest *request) {
 }
 
 void TBrowserTab::OnNavigateComplete(const QString &address) {
-  if (!m_browser) return;
+  // While the tab waits for its turn only the blank page that it was left with can have something to say.
+  if (!m_browser || m_announced) return;
   // The blank page that a tab is left with before it opens something is not the page to keep.
   if (m_lockPending && !m_locked && (address != AboutBlank || m_url == AboutBlank)) {
     m_lockPending = false;
@@ -353,7 +371,7 @@ void TBrowserTab::OnNavigateComplete(const QString &address) {
 }
 
 void TBrowserTab::OnDocumentComplete(const QString &address) {
-  if (!m_browser) return;
+  if (!m_browser || m_announced) return;
   const bool active = IsActive();
   m_awaited = false;
   if (active) Q_EMIT m_strip.AddressChanged(address);

@@ -165,16 +165,16 @@ void MakeTabListMenu(QMenu *menu, TTabStrip &tabs) {
       TBrowserTab *tab = tabs.Tab(i);
       // A window that a page asked for and that has not passed its test yet cannot be shown, so it has no item.
       if (!tabs.Pages().IsPageVisible(tab)) continue;
-      constexpr int LongestCaption = 250;  // characters; more fits on no screen
-      QString caption = tab->ListCaption();
-      if (caption.length() > LongestCaption) caption = caption.left(LongestCaption - 1) + QChar(0x2026);
-      QAction *item = menu->addAction(caption.replace(QLatin1Char('&'), QLatin1String("&&")));
+      QAction *item = menu->addAction(MenuText(tab->ListCaption()));
       item->setData(tab->GetLocationUrl());
       item->setToolTip(PlainTip(tab->GetLocationUrl()));
       item->setIcon(tabs.IconOf(tab));
       item->setCheckable(true);
       item->setChecked(tab == tabs.GetActivePage());
-      QObject::connect(item, &QAction::triggered, &tabs, [i, &tabs] { tabs.MakeMeActiveTab(i); });
+      QObject::connect(item, &QAction::triggered, &tabs, [tab = QPointer<TBrowserTab>(tab), &tabs] {
+        // The strip may have changed while the menu was open.
+        tabs.MakeMeActiveTab(tabs.Pages().IndexOf(tab));
+      });
     }
   });
   menu->setToolTipsVisible(true);

@@ -61,6 +61,7 @@ TBrowserTab *TTabStrip::InsertTab(bool hidden) {
   m_pages->SetPageIcon(tab, m_plainPage);
   tab->SetCaption(QStringLiteral("about:blank"));
   m_pages->SetActivePage(tab);
+  Q_EMIT TabOpened(tab);
   Q_EMIT TabsChanged();
   return tab;
 }

@@ -85,6 +85,7 @@ class TTabStrip final : public QObject {
   void ActiveTitleChanged(const QString &title);
   void IndicatorsChanged(TBrowserTab *tab);
   // About any tab.
+  void TabOpened(TBrowserTab *tab);
   void TabsChanged();  // opened, closed, moved, or showing another address
   void TabLoaded(TBrowserTab *tab);
   void PageFullScreenRequested(TBrowserTab *tab, bool on);

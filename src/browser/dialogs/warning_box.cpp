@@ -1,0 +1,15 @@
+#include "browser/dialogs/warning_box.h"
+
+#include <QApplication>
+#include <QMessageBox>
+
+#include "config/language.h"
+
+void ShowWarning(QWidget *owner, const TLanguage &language, const QString &text, const QString &caption) {
+  auto *box = new QMessageBox(QMessageBox::Warning, caption.isEmpty() ? QApplication::applicationDisplayName() : caption,
+                              text, QMessageBox::NoButton, owner);
+  box->setTextFormat(Qt::PlainText);
+  box->addButton(language.Global("OK"), QMessageBox::AcceptRole);
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->open();
+}
