@@ -72,6 +72,8 @@ void TestAddressFixup::Addresses_data() {
   other("colons", "::::", TKind::Invalid);
   other("bad port", "http://example.org:99999999/", TKind::Invalid);
   other("source of a source", "view-source:view-source:example.org", TKind::Invalid);
+  other("source of sources without end", QByteArray("view-source:").repeated(50000).append("example.org").constData(),
+        TKind::Invalid);
   other("source of a script", "view-source:javascript:1", TKind::Invalid);
   other("mail", "mailto:someone@example.org", TKind::External);
   other("unknown scheme", "foo:bar", TKind::UnknownKind);

@@ -165,6 +165,11 @@ void TTestAddressRules::Shown_data() {
   QTest::newRow("a dot that is none") << "http://xn--paypalcom-5pa.example/" << "http://xn--paypalcom-5pa.example/";
   QTest::newRow("a slash that is none") << "http://paypal.xn--coma-xq4c.example/"
                                         << "http://paypal.xn--coma-xq4c.example/";
+  QTest::newRow("an odd Latin letter") << "http://xn--oogle-wmc.example/" << "http://xn--oogle-wmc.example/";
+  QTest::newRow("a letter without its dot") << "http://xn--gthub-n4a.example/" << "http://xn--gthub-n4a.example/";
+  QTest::newRow("a stroke that is a letter") << "http://xn--paypa-9tb.example/" << "http://xn--paypa-9tb.example/";
+  QTest::newRow("a mark upon a letter") << "http://xn--ab-yyb.example/" << "http://xn--ab-yyb.example/";
+  QTest::newRow("vietnamese") << "http://xn--vitnam-jk8b.example/" << "http://việtnam.example/";
   QTest::newRow("such letters at home") << "http://xn--tck2c4fb.example/" << "http://コーヒー.example/";
   QTest::newRow("no valid name") << "http://xn--a.example/" << "http://xn--a.example/";
   QTest::newRow("in the path only") << "http://example.org/xn--bcher-kva" << "http://example.org/xn--bcher-kva";

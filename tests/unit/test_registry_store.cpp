@@ -241,25 +241,41 @@ class TTestRegistryStore final : public QObject {
     QVERIFY(store.Write(User, Key, "a", "1"));
   }
 
+  void FileThatWasReplacedIsLeft() {
+    TRegistryStore store(m_path);
+    QVERIFY(store.Write(User, Key, "a", "old"));
+    QVERIFY(QFile::rename(m_path, m_path + ".away"));
+    QFile::rename(m_path + "-wal", m_path + ".away-wal");
+    TRegistryStore other(m_path);
+    QVERIFY(other.Write(User, Key, "a", "new"));
+    QCOMPARE(store.Read(User, Key, "a"), "new");
+    QVERIFY(store.Write(User, Key, "a", "newer"));
+    QCOMPARE(other.Read(User, Key, "a"), "newer");
+  }
+
   void DamageFoundWhileRunningIsSetAside() {
     MakeStore(m_path, 4000);
     TRegistryStore store(m_path);
     {
       QFile file(m_path);
       QVERIFY(file.open(QIODevice::ReadWrite));
-      file.seek(3 * 4096);
+      file.seek(file.size() / 2);  // deep enough for the file to open
       file.write(QByteArray(file.size() - file.pos(), '\x5A'));
     }
     TRegistryStore later(m_path);
+    int told = 0;
+    later.SetTroubleHandler([&told] { ++told; });
     const auto read = [](TRegistryStore &one) { return one.Values(User, Key).size(); };
     read(later);
     QVERIFY(later.Write(User, Key, "after", "1"));
     QVERIFY(QFile::exists(later.SetAsideFile()));
+    QCOMPARE(told, 1);
     QCOMPARE(TRegistryStore(m_path).Read(User, Key, "after"), "1");
-    // The store that had the old file open goes on without harm to the new one.
+    // The store that had the old file open goes on with the new one.
     read(store);
-    store.Write(User, Key, "late", "1");
+    QVERIFY(store.Write(User, Key, "late", "1"));
     QCOMPARE(TRegistryStore(m_path).Read(User, Key, "after"), "1");
+    QCOMPARE(TRegistryStore(m_path).Read(User, Key, "late"), "1");
   }
 
   void ALockedFileIsNotDamage() {

@@ -110,6 +110,7 @@ void TestAddressOpening::LeadsNowhere_data() {
   QTest::addColumn<bool>("isLocked");
   QTest::addColumn<QStringList>("filed");
   QTest::newRow("no address") << "two words" << false << QStringList();
+  QTest::newRow("blank page") << "about:blank" << false << QStringList();
   QTest::newRow("unknown scheme") << "nosuch:thing" << false << QStringList();
   QTest::newRow("script") << "javascript:void 0" << false << QStringList();
   QTest::newRow("away from a locked tab") << m_f.server.Url("/b") << true << QStringList();

@@ -311,6 +311,12 @@ void TestMainWindow::RefreshAndStop() {
   QTRY_COMPARE(counts(), expected);
   QCOMPARE(m_f.server.Requests("/b").last().Header("cache-control"), QByteArray("no-cache"));
   QTRY_VERIFY(!Active()->Busy());
+  // This key holds Ctrl without meaning the cache.
+  QTest::keyClick(m_f.window.get(), Qt::Key_R, Qt::ControlModifier);
+  ++expected.second;
+  QTRY_COMPARE(counts(), expected);
+  QVERIFY(m_f.server.Requests("/b").last().Header("cache-control") != "no-cache");
+  QTRY_VERIFY(!Active()->Busy());
   QTest::keyClick(m_f.window.get(), Qt::Key_F5, Qt::ShiftModifier);
   ++expected.first;
   ++expected.second;

@@ -22,6 +22,7 @@ class TestPopups final : public QObject {
   void Stopped();
   void LetIn_data();
   void LetIn();
+  void EmptyWindows();
   void NoticeComesAfterwards();
   void DontAskAgain();
   void ManyAtOnceAreToldTogether();
@@ -148,6 +149,16 @@ void TestPopups::LetIn() {
   QTRY_COMPARE_WITH_TIMEOUT(m_f.server.RequestCount("/popup"), 1, m_f.LoadTime);
   QVERIFY(m_f.tabs->Pages().IsPageVisible(m_f.tabs->Tab(1)));
   QCOMPARE(m_blocker->Stopped().Count(opener), 0);
+}
+
+// Windows that stay empty are never shown, and there is an end to them.
+void TestPopups::EmptyWindows() {
+  TBrowserTab *opener = OpenPage(QStringLiteral("/opener"));
+  m_f.Run(opener, QStringLiteral("for (let i = 0; i < 50; ++i) window.open('about:blank')"));
+  QTRY_VERIFY(m_f.tabs->TabCount() > 5);
+  m_f.Run(opener, QStringLiteral("window.open('about:blank')"));
+  QVERIFY2(m_f.tabs->TabCount() < 50, qPrintable(QString::number(m_f.tabs->TabCount())));
+  QCOMPARE(m_f.tabs->Pages().VisiblePageCount(), 1);
 }
 
 void TestPopups::NoticeComesAfterwards() {
