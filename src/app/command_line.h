@@ -18,8 +18,8 @@ struct TProgramEntry {
 // The process's arguments without the program's name.
 [[nodiscard]] QStringList Arguments(int argc, char **argv);
 
-// Reads the arguments (without the program's name). A switch is only recognised when it stands alone; with two arguments
-// and more none of them means anything.
+// Reads the arguments (without the program's name). A switch is only recognised when it stands alone; with two
+// arguments and more none of them means anything.
 [[nodiscard]] TProgramEntry ReadArguments(const QStringList &arguments);
 
 // The same with the setting AllowMultiInstance, which does what "--new" does.

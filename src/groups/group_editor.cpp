@@ -45,7 +45,8 @@ TfrmHalvexGroup::TfrmHalvexGroup(const TLanguage &language, const QString &fileN
   list.header()->setSectionResizeMode(TGroupSites::LockedColumn, QHeaderView::ResizeToContents);
   list.setColumnWidth(TGroupSites::NameColumn,
                       std::max(character * NameColumnWidth, list.header()->sectionSizeHint(TGroupSites::NameColumn)));
-  list.setMinimumSize(character * (NameColumnWidth + LocationColumnWidth) / 2, fontMetrics().height() * LeastListHeight);
+  list.setMinimumSize(character * (NameColumnWidth + LocationColumnWidth) / 2,
+                      fontMetrics().height() * LeastListHeight);
   // The boxes would cut a longer text, and with it the page that it belongs to.
   m_ui->edtTitle->setMaxLength(std::numeric_limits<int>::max());
   m_ui->edtLocation->setMaxLength(std::numeric_limits<int>::max());

@@ -43,7 +43,8 @@ class TPageGroups final : public QObject {
   //   setting StartupHalvexGroup       OpenHalvexGroup(group, no tab was taken yet)
   //   argument of the first start      OpenHalvexGroup(argument, true, true)
   void OpenHalvexGroup(const QString &argument, bool closeFirst, bool atStartup = false);
-  // As the setting HGCloseFirst says, which is read once and then follows SetCloseFirst: other windows may store theirs.
+  // As the setting HGCloseFirst says, which is read once and then follows SetCloseFirst: other windows may store
+  // theirs.
   void HalvexGroupClick(const QString &argument);
   [[nodiscard]] bool CloseFirst() const { return m_closeFirst; }
   void SetCloseFirst(bool closeFirst) { m_closeFirst = closeFirst; }

@@ -67,7 +67,8 @@ bool TPopupBlocker::IsPopupBlocked(const QString &address) {
   if (!m_enabled || m_patterns.FirstMatch(address) < 0) return false;
   if (m_notify) {
     // The engine is asking and waits inside its own event: a dialog here would run the event loop, and with it the
-    // closing of tabs, under its feet. The answer does not depend on the notice, so it is shown once the engine is done.
+    // closing of tabs, under its feet. The answer does not depend on the notice, so it is shown once the engine is
+    // done.
     if (m_untold.size() < MostToldAtOnce) {
       m_untold.append(Shortened(address, LongestTold));
     } else {

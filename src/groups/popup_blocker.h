@@ -16,8 +16,8 @@ class TTabStrip;
 [[nodiscard]] QStringList LoadPopupList(TRegistryStore &store);
 bool SavePopupList(TRegistryStore &store, const QStringList &patterns);
 
-// Keeps unwanted windows away: tests the first address of each window that a page asks for against the pop-up list, tells
-// the user about it, and lets him add to the list and take back.
+// Keeps unwanted windows away: tests the first address of each window that a page asks for against the pop-up list,
+// tells the user about it, and lets him add to the list and take back.
 class TPopupBlocker final : public QObject {
   Q_OBJECT
 

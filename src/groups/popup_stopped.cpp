@@ -76,7 +76,8 @@ void TStoppedPopups::FillMenu(QMenu *menu, const TBrowserTab *tab) const {
     choices->menuAction()->setToolTip(PlainTip(popup.address));
     connect(choices->addAction(m_language.Text("POPUPS", "Open")), &QAction::triggered, this,
             [this, address = popup.address] { m_actions.open(address); });
-    QAction *remove = choices->addAction(m_language.Text("POPUPS", "RemovePattern").arg(MenuText(popup.pattern, LongestItem)));
+    QAction *remove =
+        choices->addAction(m_language.Text("POPUPS", "RemovePattern").arg(MenuText(popup.pattern, LongestItem)));
     remove->setEnabled(m_actions.hasPattern(popup.pattern));
     connect(remove, &QAction::triggered, this, [this, pattern = popup.pattern] { m_actions.removePattern(pattern); });
   }

@@ -10,8 +10,9 @@ namespace {
 
 constexpr int BusyTimeout = 2000;   // milliseconds
 
-// `search` holds, for every word, the visits it stands in, and nothing else: what a word stands beside is checked on the
-// words of the few pages that are found. The words of a page come last in its row because most readers do not want them.
+// `search` holds, for every word, the visits it stands in, and nothing else: what a word stands beside is checked on
+// the words of the few pages that are found. The words of a page come last in its row because most readers do not want
+// them.
 constexpr const char *Tables = R"(
   CREATE TABLE visits(id INTEGER PRIMARY KEY, address TEXT NOT NULL UNIQUE, title TEXT NOT NULL, first INTEGER NOT NULL,
                       last INTEGER NOT NULL, count INTEGER NOT NULL, words TEXT NOT NULL);

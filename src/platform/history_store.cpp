@@ -214,8 +214,8 @@ class THistoryStore::TReader final {
     }
     return state == TState::Ready ? &m_file.Database() : nullptr;
   }
-  // The index's expression for the rarest word of the query; empty when all are common. Only the last word of a part may
-  // be unfinished.
+  // The index's expression for the rarest word of the query; empty when all are common. Only the last word of a part
+  // may be unfinished.
   [[nodiscard]] QString RarestWord(TSqliteConnection &database, const QStringList &query);
 
  private:

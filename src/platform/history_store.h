@@ -9,10 +9,10 @@
 // The pages that were visited: address, title, first and last visit, number of visits.
 //
 // Kept in one SQLite file that several processes may have open. Nothing is opened before it is needed. Writers only put
-// their change into a queue; a thread of the store's own writes what has gathered, in one transaction each time. Readers
-// see what has been written (see Flush). A file that is damaged is set aside under a new name beside it and a new one is
-// begun. Where nothing can be written, changes are dropped in silence: a history is no reason to disturb anybody.
-// One object serves one thread.
+// their change into a queue; a thread of the store's own writes what has gathered, in one transaction each time.
+// Readers see what has been written (see Flush). A file that is damaged is set aside under a new name beside it and a
+// new one is begun. Where nothing can be written, changes are dropped in silence: a history is no reason to disturb
+// anybody. One object serves one thread.
 
 struct TVisitedPage {
   QString address{};

@@ -17,7 +17,8 @@ constexpr QByteArrayView ByteOrderMark("\xEF\xBB\xBF");
 // QString::fromUtf8 would drop a byte-order mark in front; only the file's own is none of its text.
 QString FromUtf8(QByteArrayView text) {
   if (!text.startsWith(ByteOrderMark)) return QString::fromUtf8(text);
-  QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
+  QStringDecoder decoder(QStringDecoder::Utf8,
+                         QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
   return decoder(text);
 }
 

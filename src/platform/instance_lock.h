@@ -15,8 +15,8 @@ class TInstanceLock final {
   TInstanceLock(const TInstanceLock &) = delete;
   TInstanceLock &operator=(const TInstanceLock &) = delete;
 
-  // The instance mutex: takes the hold when nobody has it, and then begins to listen: a start that follows at once finds
-  // its listener, however long this process takes to answer. Never waits. True when this process has the hold.
+  // The instance mutex: takes the hold when nobody has it, and then begins to listen: a start that follows at once
+  // finds its listener, however long this process takes to answer. Never waits. True when this process has the hold.
   bool CreateInstanceMutex();
 
   [[nodiscard]] bool IsFirstInstance() const { return m_held; }

@@ -3,9 +3,10 @@
 #include <QString>
 #include <QStringList>
 
-// How visited pages and typed addresses are found by what somebody types: every part of the query (parts are separated by
-// blanks) must stand in the page's address or title, word for word, beginning at the start of a word. Upper and lower
-// case, accents and punctuation do not matter. In scripts that are written without blanks every character is a word.
+// How visited pages and typed addresses are found by what somebody types: every part of the query (parts are separated
+// by blanks) must stand in the page's address or title, word for word, beginning at the start of a word. Upper and
+// lower case, accents and punctuation do not matter. In scripts that are written without blanks every character is a
+// word.
 namespace VisitWords {
 
 // The words of a text, each with one blank before it.

@@ -11,9 +11,9 @@ class TLanguage;
 class TRegistryStore;
 class TSuggestionList;
 
-// The address box (cboAddress). Enter opens what it holds, with Ctrl and Shift in the frames that the user has set, with
-// Alt in a new tab. Its list holds the addresses typed before; while one is typed it is completed in the box, from that
-// list (style 1), or offered in a drop-down, from that list and all visited pages (style 2).
+// The address box (cboAddress). Enter opens what it holds, with Ctrl and Shift in the frames that the user has set,
+// with Alt in a new tab. Its list holds the addresses typed before; while one is typed it is completed in the box, from
+// that list (style 1), or offered in a drop-down, from that list and all visited pages (style 2).
 class TAddressBar final : public TZVComboBox {
   Q_OBJECT
 

@@ -2,8 +2,8 @@
 
 #include <QLabel>
 
-// The label of the address bar (lblAddress). A double click makes the band that it stands in as narrow as the label, or,
-// when the band is narrower than 100 pixels, as wide as there is room.
+// The label of the address bar (lblAddress). A double click makes the band that it stands in as narrow as the label,
+// or, when the band is narrower than 100 pixels, as wide as there is room.
 class TAddressLabel final : public QLabel {
   Q_OBJECT
 

@@ -11,9 +11,10 @@ struct TAddressForm {
 
 // The text in the form's frame. All comparisons are exact, upper and lower case differ.
 //
-// The prefix goes in front unless the text begins with it. The suffix goes behind unless the text (prefix included) ends
-// in ".com", ".org" or ".net", with or without a slash, whatever the suffix is; or unless the text is the suffix followed
-// by exactly one more character. A text that ends in another suffix than the six therefore gets it a second time.
+// The prefix goes in front unless the text begins with it. The suffix goes behind unless the text (prefix included)
+// ends in ".com", ".org" or ".net", with or without a slash, whatever the suffix is; or unless the text is the suffix
+// followed by exactly one more character. A text that ends in another suffix than the six therefore gets it a second
+// time.
 [[nodiscard]] QString FrameAddress(const QString &text, const TAddressForm &form);
 
 // The three forms that the user can set.

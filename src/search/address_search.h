@@ -12,7 +12,8 @@ class TSearchLists;
 class TTabStrip;
 
 // Joins the address bar, the search lists and the history with the tabs: opens what was typed, files it once the page
-// comes, and records what is visited. What it opens obeys the settings AddressNewWin, QuickSearchNewWin and SearchNewWin.
+// comes, and records what is visited. What it opens obeys the settings AddressNewWin, QuickSearchNewWin and
+// SearchNewWin.
 class TAddressSearch final : public QObject {
   Q_OBJECT
 

@@ -31,7 +31,8 @@ void TVisitRecorder::OnLoaded(THalvexBrowser *browser, const QString &address) {
 void TVisitRecorder::OnTitle(THalvexBrowser *browser) {
   TLast &last = m_last[browser];
   const QString title = browser->LocationName();
-  if (last.address.isEmpty() || last.address != browser->LocationUrl() || title.isEmpty() || title == last.title) return;
+  if (last.address.isEmpty() || last.address != browser->LocationUrl() || title.isEmpty() || title == last.title)
+    return;
   last.title = title;
   if (title != last.address && !browser->ShowsNotice()) m_history.SetTitle(last.address, title);
 }

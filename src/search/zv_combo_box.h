@@ -13,7 +13,8 @@ class TZVComboBox : public QComboBox {
  public:
   explicit TZVComboBox(QWidget *parent = nullptr);
 
-  // The page's address, shown as people read it (see ShownAddress). What the user is typing right now is not overwritten.
+  // The page's address, shown as people read it (see ShownAddress). What the user is typing right now is not
+  // overwritten.
   void ShowAddress(const QString &address);
   void FocusAll();
 

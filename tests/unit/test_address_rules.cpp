@@ -46,7 +46,9 @@ void TTestAddressRules::FrameAddress_data() {
   QTest::addColumn<QString>("suffix");
   QTest::addColumn<QString>("result");
   const auto row = [](const char *name, const char *text, const char *suffix, const char *result,
-                      const char *prefix = "http://www.") { QTest::newRow(name) << text << prefix << suffix << result; };
+                      const char *prefix = "http://www.") {
+    QTest::newRow(name) << text << prefix << suffix << result;
+  };
   row("bare word", "word", ".com", "http://www.word.com");
   row("has the suffix", "example.com", ".com", "http://www.example.com");
   row("has another known ending", "http://www.example.net", ".com", "http://www.example.net");

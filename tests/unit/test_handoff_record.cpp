@@ -410,7 +410,8 @@ void TestHandoffRecord::DroppedRecords_data() {
   QTest::newRow("half a text") << Raw(Tag, 10, "abc");
   QTest::newRow("nothing at all") << QByteArray();
   QTest::newRow("a token alone") << Encode(ActivationTag, QStringLiteral("token"));
-  QTest::newRow("two tokens") << Encode(ActivationTag, QStringLiteral("a")).repeated(2) + Encode(Tag, QStringLiteral("x"));
+  QTest::newRow("two tokens") << Encode(ActivationTag, QStringLiteral("a")).repeated(2) +
+                                     Encode(Tag, QStringLiteral("x"));
 }
 
 void TestHandoffRecord::DroppedRecords() {

@@ -80,8 +80,9 @@ void TTestHistoryStore::TitleFollows() {
 void TTestHistoryStore::Unrecorded_data() {
   QTest::addColumn<QString>("address");
   QTest::addColumn<bool>("recorded");
-  for (const char *address : {"about:blank", "zarvela:start", "javascript:x", "data:text/html,x", "view-source:http://a/",
-                              "VIEW-SOURCE:http://a/", "blob:http://a/1", "", "no address", ":"}) {
+  for (const char *address :
+       {"about:blank", "zarvela:start", "javascript:x", "data:text/html,x", "view-source:http://a/",
+        "VIEW-SOURCE:http://a/", "blob:http://a/1", "", "no address", ":"}) {
     QTest::newRow(address) << address << false;
   }
   for (const char *address : {"http://a.example/", "https://a.example/", "file:///a", "ftp://a.example/"}) {
@@ -145,8 +146,9 @@ void TTestHistoryStore::Finds_data() {
 
 void TTestHistoryStore::Finds() {
   THistoryStore store(m_file);
-  store.AddVisit("http://www.example.org/news/%C3%9Cbung?id=1",
-                 "Weather & News – Stra\u00DFe, B\u00FCcher \u30AF\u30A4\u30C3\u30AF\u691C\u7D22\u306E\u6574\u7406 City");
+  store.AddVisit(
+      "http://www.example.org/news/%C3%9Cbung?id=1",
+      "Weather & News – Stra\u00DFe, B\u00FCcher \u30AF\u30A4\u30C3\u30AF\u691C\u7D22\u306E\u6574\u7406 City");
   QVERIFY(store.Flush());
   QFETCH(QString, text);
   QTEST(!store.Search(text, 5).isEmpty(), "found");

@@ -46,8 +46,11 @@ class TTestIniFile final : public QObject {
     QTest::newRow("zero byte in a value") << QByteArray("[S]\na=1\0" "2\n", 10) << "S"
                                           << QString::fromLatin1("a=1\0" "2", 5);
     // A mark is only the file's where it begins; elsewhere it is a character.
-    QTest::newRow("byte-order marks inside") << QByteArray("\xEF\xBB\xBF[S]\n\xEF\xBB\xBF" "a=\xEF\xBB\xBF" "1\n") << "S"
-                                             << QStringLiteral("\uFEFFa=\uFEFF1");
+    QTest::newRow("byte-order marks inside") << QByteArray(
+                                                    "\xEF\xBB\xBF[S]\n\xEF\xBB\xBF"
+                                                    "a=\xEF\xBB\xBF"
+                                                    "1\n")
+                                             << "S" << QStringLiteral("\uFEFFa=\uFEFF1");
     QTest::newRow("nothing") << QByteArray() << "" << "";
   }
   void Reads() {

@@ -213,8 +213,8 @@ void TestAddressBar::WalkingOpensNothing() {
   m_f.Press(Qt::Key_Down);
   m_f.Press(Qt::Key_Down);
   QCOMPARE(m_f.Edit()->text(), "http://b.example/");
-  QWheelEvent wheel(QPointF(5, 5), m_f.bar->mapToGlobal(QPointF(5, 5)), {}, QPoint(0, 120), Qt::NoButton, Qt::NoModifier,
-                    Qt::NoScrollPhase, false);
+  QWheelEvent wheel(QPointF(5, 5), m_f.bar->mapToGlobal(QPointF(5, 5)), {}, QPoint(0, 120), Qt::NoButton,
+                    Qt::NoModifier, Qt::NoScrollPhase, false);
   QApplication::sendEvent(m_f.bar, &wheel);
   QCOMPARE(m_f.Edit()->text(), "http://b.example/");
   QCOMPARE(opened.size(), 0);

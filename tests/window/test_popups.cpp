@@ -205,8 +205,8 @@ void TestPopups::ManyAtOnceAreToldTogether() {
     dialog.accept();
   };
   OnModalDialog<TfrmConfirm>([&](TfrmConfirm &dialog) {
-    // More while the notice shows have a notice of their own. It names ten, and says how many there were besides; a page
-    // may give them addresses of any length.
+    // More while the notice shows have a notice of their own. It names ten, and says how many there were besides; a
+    // page may give them addresses of any length.
     const QString endless(2000000, u'x');
     for (int i = 0; i < 13; ++i) QVERIFY(m_blocker->IsPopupBlocked(QStringLiteral("http://ads6.example/") + endless));
     OnModalDialog<TfrmConfirm>(take);

@@ -240,8 +240,9 @@ void TestSearchLists::EscapeGivesUpTheEntryFirst() {
 void TestSearchLists::OrganizeSavesOrNot_data() {
   QTest::addColumn<TSearchList>("list");
   QTest::addColumn<QByteArray>("button");
-  for (const auto &[name, list] : {std::pair("bar", TSearchList::SearchBar), std::pair("engines", TSearchList::SearchEngines),
-                                   std::pair("quick", TSearchList::QuickSearch)}) {
+  for (const auto &[name, list] :
+       {std::pair("bar", TSearchList::SearchBar), std::pair("engines", TSearchList::SearchEngines),
+        std::pair("quick", TSearchList::QuickSearch)}) {
     QTest::newRow(qPrintable(QString("ok, ") + name)) << list << QByteArray("cmdOk");
     QTest::newRow(qPrintable(QString("cancel, ") + name)) << list << QByteArray("cmdCancel");
   }

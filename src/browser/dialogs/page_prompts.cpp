@@ -157,8 +157,8 @@ void TPagePrompts::SignIn(const QUrl &url, const QString &proxyHost, QAuthentica
   authenticator->setPassword(answer.password);
 }
 
-bool TPagePrompts::AskSignIn(const QUrl &url, const QString &proxyHost, const QString &realm, const QString &refusedUser,
-                             TSignInAnswer &answer) {
+bool TPagePrompts::AskSignIn(const QUrl &url, const QString &proxyHost, const QString &realm,
+                             const QString &refusedUser, TSignInAnswer &answer) {
   const QPointer<TPagePrompts> self(this);
   const bool proxy = !proxyHost.isEmpty();
   const QString prompt = proxy ? m_language.Text("SIGN_IN", "ProxyPrompt").arg(proxyHost)

@@ -6,8 +6,8 @@
 #include "config/language.h"
 
 void ShowWarning(QWidget *owner, const TLanguage &language, const QString &text, const QString &caption) {
-  auto *box = new QMessageBox(QMessageBox::Warning, caption.isEmpty() ? QApplication::applicationDisplayName() : caption,
-                              text, QMessageBox::NoButton, owner);
+  const QString title = caption.isEmpty() ? QApplication::applicationDisplayName() : caption;
+  auto *box = new QMessageBox(QMessageBox::Warning, title, text, QMessageBox::NoButton, owner);
   box->setTextFormat(Qt::PlainText);
   box->addButton(language.Global("OK"), QMessageBox::AcceptRole);
   box->setAttribute(Qt::WA_DeleteOnClose);

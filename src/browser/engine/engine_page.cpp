@@ -117,8 +117,8 @@ bool TEnginePage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
     return true;
   }
   if (this->url().isLocalFile() && IsNetworkScheme(url.scheme()) && IsFromPage(type)) {
-    // The engine keeps a page from the disk away from the network, and its links with it. A link that is followed is the
-    // user's own navigation, so it is begun anew as one.
+    // The engine keeps a page from the disk away from the network, and its links with it. A link that is followed is
+    // the user's own navigation, so it is begun anew as one.
     m_cancelled = url;
     QMetaObject::invokeMethod(this, [this, url] { load(url); }, Qt::QueuedConnection);
     return false;

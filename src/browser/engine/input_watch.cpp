@@ -35,7 +35,8 @@ bool TInputWatch::eventFilter(QObject *watched, QEvent *event) {
       break;
     case QEvent::FocusIn: {
       const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
-      if (!std::exchange(m_swapping, false) || (reason != Qt::TabFocusReason && reason != Qt::BacktabFocusReason)) break;
+      const bool asByTab = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
+      if (!std::exchange(m_swapping, false) || !asByTab) break;
       QFocusEvent plain(QEvent::FocusIn, Qt::OtherFocusReason);
       QCoreApplication::sendEvent(watched, &plain);
       return true;

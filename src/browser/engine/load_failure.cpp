@@ -113,12 +113,14 @@ QString FailureText(const TLoadFailure &failure, const TLanguage &language) {
     return known ? language.Text(known->text) : language.Text("PAGES", "ErrorServer").arg(failure.code);
   }
   const TCodeText *known = Find(NetworkTexts, failure.code);
-  return known ? language.Text(known->text).arg(ShownHost(failure.url.host(QUrl::FullyEncoded))) : language.Text("PAGES", "ErrorOther");
+  return known ? language.Text(known->text).arg(ShownHost(failure.url.host(QUrl::FullyEncoded)))
+               : language.Text("PAGES", "ErrorOther");
 }
 
 QString CertificateProblemText(const TCertificateProblem &problem, const TLanguage &language) {
   const TCodeText *known = Find(CertificateTexts, problem.type);
-  return language.Text(known ? known->text : TTextKey{"PAGES", "CertificateInvalid"}).arg(ShownHost(problem.url.host(QUrl::FullyEncoded)));
+  return language.Text(known ? known->text : TTextKey{"PAGES", "CertificateInvalid"})
+      .arg(ShownHost(problem.url.host(QUrl::FullyEncoded)));
 }
 
 QString DescribeCertificate(const QSslCertificate &certificate, const TLanguage &language) {

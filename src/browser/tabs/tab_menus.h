@@ -19,7 +19,8 @@ class TTabMenu final : public QObject {
   TTabMenu(QWidget *window, TTabStrip &tabs, TCloseAllTabs &closeAll);
 
   void Open(TBrowserTab *tab, const QPoint &globalPosition);
-  // An item of a floor above, before the close items. `key` is a Qt key that works with the menu closed too, 0 for none.
+  // An item of a floor above, before the close items. `key` is a Qt key that works with the menu closed too, 0 for
+  // none.
   void AddItem(const char *name, const QString &text, const char *icon, int key,
                const std::function<void(TBrowserTab *)> &handler);
   // Sets the items from the active tab, for a menu that shows them elsewhere.
