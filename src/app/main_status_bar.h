@@ -7,7 +7,6 @@ class QMenu;
 class QProgressBar;
 class QToolButton;
 class TLanguage;
-class TBrowserTab;
 
 // The status bar: what the page says, a panel for notes about the active page, progress, the security of the connection
 // and running downloads.

@@ -2,7 +2,6 @@
 
 #include <QObject>
 
-class QAction;
 class TCommands;
 class TLastOpenSites;
 class TPageGroups;

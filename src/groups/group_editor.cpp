@@ -106,14 +106,7 @@ void TfrmHalvexGroup::OpenEdit(TEdit edit) {
   m_ui->edtLocation->setText(site.location);
   m_ui->chkTabLocked->setChecked(site.locked);
   m_ui->cmdUrlInsert->setText(edit == TEdit::Insert ? m_language.Global("Insert") : m_language.Global("Update"));
-  if (m_ui->grpEdit->isHidden()) {
-    const int before = height();
-    m_ui->grpEdit->show();
-    layout()->activate();
-    const int wanted = before + m_ui->grpEdit->sizeHint().height() + layout()->spacing();
-    resize(width(), qMin(wanted, screen()->availableSize().height()));
-    m_editHeight = height() - before;
-  }
+  m_editHeight += ShowPart(*this, *m_ui->grpEdit);
   // The row that is being changed stays the selected one.
   m_ui->lstSites->setEnabled(edit == TEdit::Insert);
   m_ui->cmdUrlInsert->setDefault(true);
@@ -123,9 +116,7 @@ void TfrmHalvexGroup::OpenEdit(TEdit edit) {
 
 void TfrmHalvexGroup::CloseEdit() {
   m_edit = TEdit::None;
-  m_ui->grpEdit->hide();
-  layout()->activate();  // The room that the area took is free from here on.
-  resize(width(), height() - std::exchange(m_editHeight, 0));
+  HidePart(*this, *m_ui->grpEdit, std::exchange(m_editHeight, 0));
   m_ui->lstSites->setEnabled(true);
   m_ui->lstSites->setFocus();
   m_ui->cmdOk->setDefault(true);

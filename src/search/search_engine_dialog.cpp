@@ -2,7 +2,9 @@
 
 #include <QKeyEvent>
 #include <QShortcut>
+#include <utility>
 
+#include "browser/dialogs/dialog_placing.h"
 #include "config/language.h"
 #include "ui_search_engine_dialog.h"
 
@@ -108,11 +110,7 @@ void TfrmSearchEngine::OpenEditArea(const QString &title, const QString &locatio
   m_ui->txtUrl->setText(location);
   m_ui->cmdUrlInsert->setText(acceptText);
   m_ui->cmdUrlInsert->setDefault(true);
-  const int before = height();
-  m_ui->grpEdit->show();
-  layout()->activate();
-  resize(width(), before + m_ui->grpEdit->sizeHint().height() + layout()->spacing());
-  m_editHeight = height() - before;
+  m_editHeight += ShowPart(*this, *m_ui->grpEdit);
   m_ui->txtTitle->setFocus();
   m_ui->txtTitle->selectAll();
 }
@@ -151,10 +149,8 @@ void TfrmSearchEngine::cmdUrlInsertClick() {
 void TfrmSearchEngine::cmdUrlCancelClick() {
   m_editing = false;
   m_edited = -1;
-  m_ui->grpEdit->hide();
+  HidePart(*this, *m_ui->grpEdit, std::exchange(m_editHeight, 0));
   m_ui->cmdOk->setDefault(true);
-  layout()->activate();   // The room that the area took is free from here on.
-  resize(width(), height() - m_editHeight);
   UpdateButtons();
   m_ui->lstEngines->setFocus();
 }

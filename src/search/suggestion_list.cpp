@@ -4,7 +4,6 @@
 #include <QApplication>
 #include <QHeaderView>
 #include <QLineEdit>
-#include <QMouseEvent>
 #include <QScreen>
 #include <QStandardItemModel>
 

@@ -1,7 +1,13 @@
 #pragma once
 
+class QDialog;
 class QWidget;
 
 // Puts a window that is not yet shown in the middle of the screen that its parent is on. Desktops that place windows
 // themselves ignore this.
 void CentreOnScreen(QWidget &window);
+
+// Shows a part of the dialog that was hidden, and makes the dialog as much higher as the screen has room for. Gives the
+// pixels that it has grown by, which HidePart takes back; 0 when the part is there already.
+[[nodiscard]] int ShowPart(QDialog &dialog, QWidget &part);
+void HidePart(QDialog &dialog, QWidget &part, int grown);

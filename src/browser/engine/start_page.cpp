@@ -10,13 +10,11 @@ namespace {
 
 // The texts of the page: "{{Key}}" in the file stands for the text of that key.
 constexpr TTextKey PageTexts[] = {
-    {"INFO", "Locale"}, {"PAGES", "StartTitle"}, {"PAGES", "StartIntro"},
-    {"PAGES", "StartTabs"}, {"PAGES", "StartTabsText"}, {"PAGES", "StartNames"},
-    {"PAGES", "StartNamesText"}, {"PAGES", "StartSpare"}, {"PAGES", "StartSpareText"},
-    {"PAGES", "StartGroups"}, {"PAGES", "StartGroupsText"}, {"PAGES", "StartSearch"},
-    {"PAGES", "StartSearchText"}, {"PAGES", "StartPopups"}, {"PAGES", "StartPopupsText"},
-    {"PAGES", "StartLast"}, {"PAGES", "StartLastText"}, {"PAGES", "StartPlace"},
-    {"PAGES", "StartPlaceText"}, {"PAGES", "StartClosing"},
+    {"INFO", "Locale"},           {"PAGES", "StartTitle"},  {"PAGES", "StartIntro"},      {"PAGES", "StartTabs"},
+    {"PAGES", "StartTabsText"},   {"PAGES", "StartNames"},  {"PAGES", "StartNamesText"},  {"PAGES", "StartSpare"},
+    {"PAGES", "StartSpareText"},  {"PAGES", "StartGroups"}, {"PAGES", "StartGroupsText"}, {"PAGES", "StartSearch"},
+    {"PAGES", "StartSearchText"}, {"PAGES", "StartPopups"}, {"PAGES", "StartPopupsText"}, {"PAGES", "StartLast"},
+    {"PAGES", "StartLastText"},   {"PAGES", "StartPlace"},  {"PAGES", "StartPlaceText"},  {"PAGES", "StartClosing"},
 };
 
 QByteArray FilledPage(const TLanguage &language) {
