@@ -108,6 +108,15 @@ void TestMainWindow::KeysAreNotTakenTwice() {
     }
   }
   QVERIFY(owners.contains(QKeySequence(QStringLiteral("F9"))));
+  // Labels and the menus of the bar have keys by their texts.
+  QStringList texts;
+  for (const QLabel *label : m_f.window->findChildren<QLabel *>()) texts.append(label->text());
+  for (const QAction *menu : m_f.window->menuBar()->actions()) texts.append(menu->text());
+  for (const QString &text : std::as_const(texts)) {
+    const QKeySequence key = QKeySequence::mnemonic(text);
+    QVERIFY2(key.isEmpty() || !owners.contains(key), qPrintable(text));
+    owners.insert(key, text);
+  }
 }
 
 void TestMainWindow::AddressBox() {
