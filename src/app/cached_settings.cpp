@@ -9,9 +9,6 @@ void TCachedSettings::Read(TRegistryStore &store, TTabSettings &tabs) {
   const TZVOptions options(store);
   showGo = options.Get(Setting::ShowGo);
   disableAltShortcuts = options.Get(Setting::DisableALTShortcuts);
-  autoCompleteMode = options.AutoCompleteMode();
-  addressNewWin = options.Get(Setting::AddressNewWin);
-  quickSearchNewWin = options.Get(Setting::QuickSearchNewWin);
   tabs.openNewAtEnd = options.Get(Setting::OpenNewAtEnd);
   searchBar = options.Get(Setting::SearchBar);
   minToTray = options.Get(Setting::MinToTray);
@@ -28,9 +25,6 @@ void TCachedSettings::Write(TRegistryStore &store, const TTabSettings &tabs, boo
   TZVOptions options(store);
   options.Set(Setting::DisableALTShortcuts, disableAltShortcuts);
   options.Set(Setting::OpenNewInForeground, tabs.openNewInForeground);
-  options.Set(Setting::AddressNewWin, addressNewWin);
-  options.Set(Setting::QuickSearchNewWin, quickSearchNewWin);
-  options.SetAutoCompleteMode(autoCompleteMode);
   options.Set(Setting::MinToTray, minToTray);
   options.Set(Setting::ShowGo, showGo);
   options.Set(Setting::HBAutoExpand, hbAutoExpand);

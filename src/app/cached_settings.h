@@ -6,14 +6,11 @@ class TRegistryStore;
 struct TTabSettings;
 
 // The settings that the main window keeps a copy of, so that handlers need not go back to the store. They are read once
-// when the window is created and written back when it is destroyed. What tabs obey is in TTabSettings; page groups and
-// the pop-up blocker keep theirs.
+// when the window is created and written back when it is destroyed. What tabs obey is in TTabSettings; page groups,
+// the pop-up blocker and the address bar keep theirs.
 struct TCachedSettings {
   bool minToTray = false;
-  bool addressNewWin = false;
-  bool quickSearchNewWin = true;
   bool showGo = false;
-  int autoCompleteMode = 2;
   bool hbAutoExpand = true;
   bool viewHalvexBar = false;
   bool viewLinksBar = true;

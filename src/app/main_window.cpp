@@ -352,6 +352,7 @@ void TfrmMain::FormDestroy() {
 void TfrmMain::WriteSettings() {
   const bool fullScreen = m_fullScreen->IsOn();
   m_settings.Write(m_store, m_environment->settings, fullScreen);
+  m_search->WriteSettings();
   const bool maximized = !fullScreen && isMaximized();
   m_options.Set(Setting::Maximized, maximized);
   if (!maximized) WindowPlacement::Write(m_normalBounds, m_store);

@@ -33,6 +33,8 @@ class TAddressBar final : public TZVComboBox {
   void SaveTypedAddresses() const { m_addresses.Save(m_store); }
   // Asks, then empties the list and its store.
   void ClearAddressHistory();
+  // 0 none, 1 in the box, 2 drop-down.
+  [[nodiscard]] int CompletionStyle() const { return m_completionStyle; }
   // Reads the frames and the style of completion again; after they were changed.
   void ReloadSettings();
 
@@ -60,7 +62,7 @@ class TAddressBar final : public TZVComboBox {
   THistoryStore &m_history;
   TTypedAddresses m_addresses;
   TAddressForms m_forms;
-  int m_completionStyle = 0;   // 0 none, 1 in the box, 2 drop-down
+  int m_completionStyle = 0;
   TSuggestionList *m_suggestions;
   QTimer m_suggest;            // runs when all that was typed has been shown
   QString m_typedText;         // what the suggestions were made for

@@ -38,6 +38,13 @@ void TAddressSearch::ReloadSettings() {
   m_bar.ReloadSettings();
 }
 
+void TAddressSearch::WriteSettings() const {
+  TZVOptions options(m_tabs.Environment().store);
+  options.Set(Setting::AddressNewWin, m_addressNewWin);
+  options.Set(Setting::QuickSearchNewWin, m_quickSearchNewWin);
+  options.SetAutoCompleteMode(m_bar.CompletionStyle());
+}
+
 bool TAddressSearch::Open(const QString &text, bool newTab) {
   const TQuickSearch search = TQuickSearch::Of(text, m_lists.QuickSearches());
   switch (search.kind) {

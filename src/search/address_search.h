@@ -28,6 +28,8 @@ class TAddressSearch final : public QObject {
   bool Open(const QString &text, bool newTab);
   // Reads the settings again; after they were changed.
   void ReloadSettings();
+  // Writes back those that the main window keeps from its start to its end; when it goes.
+  void WriteSettings() const;
 
  private:
   void FileWhenItStarts(TBrowserTab *tab, const QString &address);
