@@ -44,7 +44,7 @@ void TLoadQueue::Navigate(TBrowserTab *tab, const QString &address) {
   if (!address.isEmpty()) tab->Announce(address);
   if (IsPage(address)) {
     if (place < 0) connect(tab, &QObject::destroyed, this, &TLoadQueue::ForgetClosed, Qt::UniqueConnection);
-    m_waiting.append({tab, address});
+    m_waiting.append({tab});
     m_turn.start();
   }
   Tell();
@@ -110,7 +110,7 @@ bool TLoadQueue::Start(qsizetype place) {
   connect(hold, &QTimer::timeout, this, [this, hold] { Finish(hold); });
   connect(entry.tab, &QObject::destroyed, hold, [this, hold] { Finish(hold); });
   connect(entry.tab->Browser(), &THalvexBrowser::DocumentComplete, hold,
-          [this, hold, wanted = entry.address](const QString &address) {
+          [this, hold, wanted = entry.tab->Url()](const QString &address) {
             // A tab that was made blank before may still be about to say so.
             const QString blank = QStringLiteral("about:blank");
             if (address != blank || wanted == blank) Finish(hold);

@@ -37,7 +37,6 @@ class TLoadQueue final : public QObject {
  private:
   struct TEntry {
     QPointer<TBrowserTab> tab;
-    QString address;
     bool stopped = false;
   };
 
