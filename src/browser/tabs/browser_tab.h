@@ -39,6 +39,7 @@ class TBrowserTab final : public QWidget {
   void GoForward();
   // With Ctrl held down the cache is passed by.
   void Refresh();
+  // The same whatever keys are held. A page that was only announced is opened by both.
   void Reload(bool passCache);
   void Stop();
   void MakeBlank();

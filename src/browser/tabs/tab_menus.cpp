@@ -41,18 +41,10 @@ TTabMenu::TTabMenu(QWidget *window, TTabStrip &tabs, TCloseAllTabs &closeAll)
       m_menu->addSeparator();
       continue;
     }
-    QAction *action = m_menu->addAction(tabs.Environment().language.Text(item.text));
-    action->setObjectName(QString::fromLatin1(item.name));
+    QAction *action = MakeItem(item.name, tabs.Environment().language.Text(item.text), item.icon, item.key,
+                               [this, handler = item.handler](TBrowserTab *tab) { (this->*handler)(tab); });
     action->setCheckable(item.checkable);
-    if (item.icon != nullptr) action->setIcon(QIcon(QString::fromLatin1(item.icon)));
-    if (item.key != 0) {
-      action->setShortcut(QKeySequence(item.key));
-      window->addAction(action);  // so that the key works while the menu is closed
-    }
-    connect(action, &QAction::triggered, this, [this, handler = item.handler] {
-      TBrowserTab *tab = TabUnderPopup();
-      if (tab != nullptr) (this->*handler)(tab);
-    });
+    m_menu->addAction(action);
   }
   // The menu hides before the chosen item's command runs; the target is let go of after that.
   connect(
@@ -68,10 +60,11 @@ void TTabMenu::Open(TBrowserTab *tab, const QPoint &globalPosition) {
   }
 }
 
-void TTabMenu::AddItem(const char *name, const QString &text, const char *icon, int key,
-                       const std::function<void(TBrowserTab *)> &handler) {
-  auto *action = new QAction(QIcon(QString::fromLatin1(icon)), text, m_menu);
+QAction *TTabMenu::MakeItem(const char *name, const QString &text, const char *icon, int key,
+                            const std::function<void(TBrowserTab *)> &handler) {
+  auto *action = new QAction(text, m_menu);
   action->setObjectName(QString::fromLatin1(name));
+  if (icon != nullptr) action->setIcon(QIcon(QString::fromLatin1(icon)));
   if (key != 0) {
     action->setShortcut(QKeySequence(key));
     m_window->addAction(action);  // so that the key works while the menu is closed
@@ -79,8 +72,13 @@ void TTabMenu::AddItem(const char *name, const QString &text, const char *icon, 
   connect(action, &QAction::triggered, this, [this, handler] {
     if (TBrowserTab *tab = TabUnderPopup()) handler(tab);
   });
+  return action;
+}
+
+void TTabMenu::AddItem(const char *name, const QString &text, const char *icon, int key,
+                       const std::function<void(TBrowserTab *)> &handler) {
   if (m_addedEnd == nullptr) m_addedEnd = m_menu->insertSeparator(Item("pmTabCloseAllDefault"));
-  m_menu->insertAction(m_addedEnd, action);
+  m_menu->insertAction(m_addedEnd, MakeItem(name, text, icon, key, handler));
 }
 
 void TTabMenu::PrepareForActive() {

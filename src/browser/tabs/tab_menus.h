@@ -34,6 +34,8 @@ class TTabMenu final : public QObject {
   struct TItem;
   static const TItem Items[];
 
+  [[nodiscard]] QAction *MakeItem(const char *name, const QString &text, const char *icon, int key,
+                                  const std::function<void(TBrowserTab *)> &handler);
   void Prepare(TBrowserTab *tab);
   void ToggleLock(TBrowserTab *tab);
   void ToggleStickyName(TBrowserTab *tab);
