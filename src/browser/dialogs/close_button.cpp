@@ -1,5 +1,6 @@
 #include "browser/dialogs/close_button.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 
 namespace {
@@ -27,4 +28,10 @@ void TCloseButton::paintEvent(QPaintEvent *event) {
   const qreal reach = size * CrossShare;
   painter.drawLine(QPointF(-reach, -reach), QPointF(reach, reach));
   painter.drawLine(QPointF(-reach, reach), QPointF(reach, -reach));
+}
+
+bool ClaimEscape(QEvent &event) {
+  if (event.type() != QEvent::ShortcutOverride || static_cast<QKeyEvent &>(event).key() != Qt::Key_Escape) return false;
+  event.accept();
+  return true;
 }

@@ -13,3 +13,7 @@ class TCloseButton final : public QToolButton {
  protected:
   void paintEvent(QPaintEvent *event) override;
 };
+
+// For the events of a bar that Escape closes: takes the key for it while the bar has the keyboard, also where the window
+// has another use for it. True when the event was such a key and is done with.
+[[nodiscard]] bool ClaimEscape(QEvent &event);

@@ -145,12 +145,7 @@ void TFindBar::ShowNoMatches(bool none) {
 }
 
 bool TFindBar::event(QEvent *event) {
-  // Escape closes the bar while it has the keyboard, also where the window has another use for the key.
-  if (event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape) {
-    event->accept();
-    return true;
-  }
-  return QWidget::event(event);
+  return ClaimEscape(*event) || QWidget::event(event);
 }
 
 void TFindBar::keyPressEvent(QKeyEvent *event) {

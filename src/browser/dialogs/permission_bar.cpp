@@ -62,12 +62,7 @@ void TPermissionBar::Ask(const QString &question) {
 }
 
 bool TPermissionBar::event(QEvent *event) {
-  // Escape closes the bar while it has the keyboard, also where the window has another use for the key.
-  if (event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape) {
-    event->accept();
-    return true;
-  }
-  return QFrame::event(event);
+  return ClaimEscape(*event) || QFrame::event(event);
 }
 
 void TPermissionBar::keyPressEvent(QKeyEvent *event) {
