@@ -1,5 +1,6 @@
 #include "search/search_engine_dialog.h"
 
+#include <limits>
 #include <QKeyEvent>
 #include <QShortcut>
 #include <utility>
@@ -50,6 +51,9 @@ TfrmSearchEngine::TfrmSearchEngine(const TLanguage &language, TSearchList list, 
   for (const QString &line : lines) {
     m_ui->lstEngines->addTopLevelItem(MakeItem(line.section(u'=', 0, 0), line.section(u'=', 1)));
   }
+  // The boxes would cut a longer text, and with it the address that it belongs to.
+  m_ui->txtTitle->setMaxLength(std::numeric_limits<int>::max());
+  m_ui->txtUrl->setMaxLength(std::numeric_limits<int>::max());
   m_ui->grpEdit->hide();
   connect(m_ui->cmdInsert, &QPushButton::clicked, this, &TfrmSearchEngine::cmdInsertClick);
   connect(m_ui->cmdUpdate, &QPushButton::clicked, this, &TfrmSearchEngine::cmdUpdateClick);
