@@ -63,7 +63,8 @@ bool IsJapanese(char32_t c) {
          c == U'\u30FC';
 }
 
-// Some characters pass for a dot, a slash or a dash; they are at home only among the letters that they belong to.
+// Odd Latin letters, and marks upon Latin letters, have no home in a name. Some other characters pass for a dot, a slash
+// or a dash; they are at home only among the letters that they belong to.
 bool IsAtHome(const QList<uint> &characters, qsizetype place) {
   constexpr QStringView LooksLikeSign = u"\u30FB\u30FCノソンへ一丶丿〻";
   const char32_t c = characters[place];

@@ -141,8 +141,8 @@ void TPagePrompts::SignIn(const QUrl &url, const QString &proxyHost, QAuthentica
   // One answer holds for everything that a page loads from one place: a page of many pictures asks once. An address
   // that comes again did not like the answer.
   if (!answer.refused && (answer.addresses.isEmpty() || answer.addresses.contains(url))) {
-    const TSignInAnswer refused = std::exchange(answer, {});
-    if (!AskSignIn(url, proxyHost, authenticator->realm(), refused.user, answer)) {
+    const QString refusedUser = std::exchange(answer, {}).user;
+    if (!AskSignIn(url, proxyHost, authenticator->realm(), refusedUser, answer)) {
       *authenticator = QAuthenticator();
       return;
     }

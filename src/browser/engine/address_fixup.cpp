@@ -58,10 +58,10 @@ TFixedAddress FromKnownScheme(const QString &scheme, const QString &rest, const 
   return UrlOrInvalid(url);
 }
 
-// Line breaks and other control characters come along when an address is pasted; they are never part of one.
 // Long addresses are shown with these as places to break.
 constexpr QChar ZeroWidthSpace(0x200B);
 
+// Line breaks and other control characters come along when an address is pasted; they are never part of one.
 QString WithoutControls(const QString &text) {
   QString clean;
   clean.reserve(text.size());
