@@ -1,6 +1,7 @@
 #include <QCheckBox>
 #include <QInputDialog>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTextEdit>
 
@@ -35,6 +36,7 @@ class TestPopups final : public QObject {
   void AddProposes();
   void AddAnswers_data();
   void AddAnswers();
+  void AddIsRefused();
   void AddFromAPopup();
   void SettingsAreReadAgain();
 
@@ -349,6 +351,29 @@ void TestPopups::AddAnswers() {
   QCOMPARE(m_f.tabs->TabCount(), 1);
   QTEST(Raw(), "stored");
   QTEST(m_blocker->Patterns().Patterns(), "known");
+}
+
+// What cannot be stored is told, and the page stays for another try.
+void TestPopups::AddIsRefused() {
+  TBrowserTab *tab = m_f.tabs->NewTab();
+  m_f.Load(tab, QStringLiteral("/popup"));
+  QString told;
+  OnModalDialog<QInputDialog>([&](QInputDialog &dialog) {
+    OnModalDialog<QMessageBox>([&](QMessageBox &box) {
+      told = box.text();
+      box.accept();
+    });
+    dialog.accept();
+  });
+  // Somebody else writes all the while.
+  TRegistryStore other(m_f.store->FilePath());
+  QVERIFY(other.InTransaction([&] {
+    m_blocker->AddToPopupList(tab);
+    return true;
+  }));
+  QTRY_COMPARE(told, m_f.language.Text("MAIN", "StoreNotKept"));
+  QCOMPARE(m_f.tabs->TabCount(), 2);
+  QVERIFY(LoadPopupList(*m_f.store).isEmpty());
 }
 
 void TestPopups::AddFromAPopup() {
