@@ -223,7 +223,14 @@ void TestWindowModules::WhatIsTypedIsKept() {
 
   QTest::keyClick(Bar()->lineEdit(), Qt::Key_Return);
   QTRY_COMPARE_WITH_TIMEOUT(Bar()->count(), 1, m_f.LoadTime);
+  // The window's own copies of the settings are written back when it goes.
+  TZVOptions options(*m_f.store);
+  options.Set(Setting::AddressNewWin, true);
+  options.Set(Setting::QuickSearchNewWin, false);
+  options.SetAutoCompleteMode(1);
   m_f.Open();
+  QVERIFY(!options.Get(Setting::AddressNewWin) && options.Get(Setting::QuickSearchNewWin));
+  QCOMPARE(options.AutoCompleteMode(), 2);
   QCOMPARE(Bar()->itemText(0), page);
   OnModalDialog<TfrmConfirm>([](TfrmConfirm &dialog) { dialog.findChild<QPushButton *>("cmdOK")->click(); });
   Action(TCommand::ClearAddresses)->trigger();
