@@ -13,7 +13,7 @@
 
 #include "config/options.h"
 #include "page_server.h"
-#include "platform/registry_store.h"
+#include "store/registry_store.h"
 #include "subject.h"
 #include "table.h"
 

@@ -2,4 +2,6 @@
 
 #include <QtWebEngineCore/qtwebenginecoreglobal.h>
 
-int main() { return qWebEngineVersion() == nullptr; }
+int main() {
+  return qWebEngineVersion() == nullptr;
+}

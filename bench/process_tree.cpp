@@ -1,9 +1,9 @@
 #include "process_tree.h"
 
+#include <csignal>
 #include <QDir>
 #include <QFile>
 #include <QMultiHash>
-#include <csignal>
 
 namespace ProcessTree {
 

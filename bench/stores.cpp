@@ -8,8 +8,8 @@
 #include <QElapsedTimer>
 #include <QFile>
 
-#include "groups/popup_patterns.h"
-#include "platform/history_store.h"
+#include "popups/popup_patterns.h"
+#include "history/history_store.h"
 #include "table.h"
 
 namespace {

@@ -7,8 +7,8 @@
 #include <QTemporaryDir>
 #include <utility>
 
-#include "groups/group_file.h"
-#include "platform/ini_file.h"
+#include "groups/halvex_group.h"
+#include "store/ini_file.h"
 #include "require.h"
 
 namespace {

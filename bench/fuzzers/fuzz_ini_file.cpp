@@ -5,7 +5,7 @@
 #include <QList>
 #include <utility>
 
-#include "platform/ini_file.h"
+#include "store/ini_file.h"
 #include "require.h"
 
 namespace {

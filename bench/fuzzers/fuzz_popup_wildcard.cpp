@@ -3,7 +3,7 @@
 #include <QList>
 #include <vector>
 
-#include "groups/popup_wildcard.h"
+#include "popups/popup_wildcard.h"
 #include "require.h"
 
 namespace {

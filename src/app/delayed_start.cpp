@@ -11,7 +11,7 @@
 #include "browser/tabs/load_queue.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/options.h"
-#include "groups/group_pages.h"
+#include "groups/page_groups.h"
 #include "platform/product_info.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include "browser/engine/engine.h"
 #include "platform/product_info.h"
-#include "platform/registry_store.h"
+#include "store/registry_store.h"
 
 namespace HomePage {
 

@@ -1,15 +1,15 @@
 #include <dlfcn.h>
 
+#include <cstdio>
 #include <QFile>
 #include <QFileInfo>
-#include <cstdio>
 
 #include "app/command_line.h"
 #include "app/module/program_module.h"
 #include "platform/hand_off_sender.h"
 #include "platform/instance_lock.h"
 #include "platform/program_folders.h"
-#include "platform/registry_store.h"
+#include "store/registry_store.h"
 
 namespace {
 

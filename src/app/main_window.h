@@ -5,7 +5,7 @@
 #include <QTimer>
 
 #include "app/cached_settings.h"
-#include "browser/tabs/close_all.h"
+#include "browser/tabs/close_all_tabs.h"
 #include "browser/tabs/tab_environment.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"

@@ -7,11 +7,11 @@
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QMenu>
-#include <QUrl>
 #include <QShortcut>
+#include <QUrl>
 
-#include "app/commands.h"
-#include "app/main_status_bar.h"
+#include "actions/commands.h"
+#include "chrome/main_status_bar.h"
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/tab_strip.h"
 

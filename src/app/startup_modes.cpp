@@ -3,10 +3,10 @@
 #include <QActionGroup>
 #include <QPointer>
 
-#include "app/commands.h"
+#include "actions/commands.h"
 #include "app/last_open_sites.h"
 #include "config/options.h"
-#include "groups/group_pages.h"
+#include "groups/page_groups.h"
 
 namespace {
 
@@ -33,8 +33,7 @@ TStartupModes::TStartupModes(TCommands &commands, TPageGroups &groups, TLastOpen
   auto *group = new QActionGroup(this);
   for (const TMode &mode : Modes) {
     QAction *action = group->addAction(commands[mode.command]);
-    connect(action, &QAction::triggered, this,
-            [this, value = QString::fromLatin1(mode.value)] { Choose(value); });
+    connect(action, &QAction::triggered, this, [this, value = QString::fromLatin1(mode.value)] { Choose(value); });
   }
   ShowChosen();
 }

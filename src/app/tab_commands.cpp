@@ -6,11 +6,11 @@
 #include <QMenu>
 #include <QShortcut>
 
-#include "app/commands.h"
+#include "actions/commands.h"
 #include "browser/tabs/auto_refresh.h"
 #include "browser/tabs/browser_tab.h"
-#include "browser/tabs/close_all.h"
-#include "browser/tabs/tab_menus.h"
+#include "browser/tabs/close_all_tabs.h"
+#include "browser/tabs/tab_menu.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/options.h"
 #include "search/address_bar.h"

@@ -7,13 +7,13 @@
 #include <QPointer>
 #include <QStandardItemModel>
 #include <QTabBar>
-#include <QTabWidget>
 #include <QTableView>
+#include <QTabWidget>
 #include <QToolBox>
 #include <QTreeWidget>
 
 #include "config/language.h"
-#include "platform/ini_file.h"
+#include "store/ini_file.h"
 
 namespace {
 
@@ -41,7 +41,9 @@ QString TFormTranslator::Lookup(const QString &section, const QString &value) co
   return m_texts.Value(section, value.sliced(MarkerLength));
 }
 
-QString TFormTranslator::TextOf(const QString &value) const { return Lookup(SectionOfMarker(value), value); }
+QString TFormTranslator::TextOf(const QString &value) const {
+  return Lookup(SectionOfMarker(value), value);
+}
 
 QString TFormTranslator::ItemText(const QString &value, TItemSection &chosen) const {
   const QString section = SectionOfMarker(value);

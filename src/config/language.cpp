@@ -29,7 +29,9 @@ bool TLanguage::LoadFile(const QString &path) {
   return !path.isEmpty() && m_texts.Load(path);
 }
 
-QString TLanguage::LocaleName() const { return m_texts.Value("INFO", "Locale"); }
+QString TLanguage::LocaleName() const {
+  return m_texts.Value("INFO", "Locale");
+}
 
 void TLanguage::InstallToolkitTranslations(QObject *owner) const {
   const QString locale = LocaleName();
@@ -51,7 +53,9 @@ QString TLanguage::Text(const char *section, const char *key) const {
   return QString("UNDEFINED: %1 > %2").arg(QString(section), QString(key));
 }
 
-QString TLanguage::ShortHint(const QString &hint) { return hint.section(u'|', 0, 0); }
+QString TLanguage::ShortHint(const QString &hint) {
+  return hint.section(u'|', 0, 0);
+}
 
 QString TLanguage::LongHint(const QString &hint) {
   const qsizetype bar = hint.indexOf(u'|');

@@ -3,7 +3,7 @@
 #include <QObject>
 #include <QString>
 
-#include "platform/ini_file.h"
+#include "store/ini_file.h"
 
 class TZVOptions;
 

@@ -1,5 +1,6 @@
 #include "config/language_properties.h"
 
+#include <algorithm>
 #include <QAbstractButton>
 #include <QAbstractSpinBox>
 #include <QAction>
@@ -12,7 +13,6 @@
 #include <QPlainTextEdit>
 #include <QSpinBox>
 #include <QTextEdit>
-#include <algorithm>
 
 namespace {
 

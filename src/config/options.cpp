@@ -46,13 +46,17 @@ QString TZVOptions::Get(const TStringSetting &setting) const {
   return setting.dynamic != nullptr ? setting.dynamic() : QString(setting.fallback);
 }
 
-void TZVOptions::Set(const TFlagSetting &setting, bool value) { Write(setting.name, value ? "1" : "0"); }
+void TZVOptions::Set(const TFlagSetting &setting, bool value) {
+  Write(setting.name, value ? "1" : "0");
+}
 
 void TZVOptions::Set(const TIntegerSetting &setting, int value) {
   Write(setting.name, QString::number(setting.clamp != nullptr ? setting.clamp(value) : value));
 }
 
-void TZVOptions::Set(const TStringSetting &setting, const QString &value) { Write(setting.name, value); }
+void TZVOptions::Set(const TStringSetting &setting, const QString &value) {
+  Write(setting.name, value);
+}
 
 int TZVOptions::AutoCompleteMode() const {
   const QString style = Get(Setting::AutoCompleteStyle);
@@ -83,14 +87,30 @@ bool TZVOptions::SetLines(const char *key, const QStringList &lines) {
   return m_store.ReplaceKey(Hive, key, values);
 }
 
-QStringList TZVOptions::LastOpenSites() const { return Lines(RegistryKey::LastOpenSites); }
-QStringList TZVOptions::SearchEngines() const { return Lines(RegistryKey::SearchEngines); }
-QStringList TZVOptions::SearchBarEntries() const { return Lines(RegistryKey::SearchBar); }
-QStringList TZVOptions::QuickSearchEntries() const { return Lines(RegistryKey::QuickSearch); }
-bool TZVOptions::SetLastOpenSites(const QStringList &lines) { return SetLines(RegistryKey::LastOpenSites, lines); }
-bool TZVOptions::SetSearchEngines(const QStringList &lines) { return SetLines(RegistryKey::SearchEngines, lines); }
-bool TZVOptions::SetSearchBarEntries(const QStringList &lines) { return SetLines(RegistryKey::SearchBar, lines); }
-bool TZVOptions::SetQuickSearchEntries(const QStringList &lines) { return SetLines(RegistryKey::QuickSearch, lines); }
+QStringList TZVOptions::LastOpenSites() const {
+  return Lines(RegistryKey::LastOpenSites);
+}
+QStringList TZVOptions::SearchEngines() const {
+  return Lines(RegistryKey::SearchEngines);
+}
+QStringList TZVOptions::SearchBarEntries() const {
+  return Lines(RegistryKey::SearchBar);
+}
+QStringList TZVOptions::QuickSearchEntries() const {
+  return Lines(RegistryKey::QuickSearch);
+}
+bool TZVOptions::SetLastOpenSites(const QStringList &lines) {
+  return SetLines(RegistryKey::LastOpenSites, lines);
+}
+bool TZVOptions::SetSearchEngines(const QStringList &lines) {
+  return SetLines(RegistryKey::SearchEngines, lines);
+}
+bool TZVOptions::SetSearchBarEntries(const QStringList &lines) {
+  return SetLines(RegistryKey::SearchBar, lines);
+}
+bool TZVOptions::SetQuickSearchEntries(const QStringList &lines) {
+  return SetLines(RegistryKey::QuickSearch, lines);
+}
 
 QStringList TZVOptions::PopupList() const {
   QStringList addresses;
@@ -102,9 +122,8 @@ QStringList TZVOptions::PopupList() const {
     const QString pattern = address.size() == line.size() ? value.data : address;
     if (!pattern.isEmpty()) addresses.append(pattern);
   }
-  std::ranges::stable_sort(addresses, [](const QString &a, const QString &b) {
-    return a.compare(b, Qt::CaseInsensitive) < 0;
-  });
+  std::ranges::stable_sort(addresses,
+                           [](const QString &a, const QString &b) { return a.compare(b, Qt::CaseInsensitive) < 0; });
   const auto repeated = std::ranges::unique(
       addresses, [](const QString &a, const QString &b) { return a.compare(b, Qt::CaseInsensitive) == 0; });
   addresses.erase(repeated.begin(), repeated.end());

@@ -1,11 +1,11 @@
 #pragma once
 
+#include <optional>
 #include <QString>
 #include <QStringList>
-#include <optional>
 
 #include "config/settings_table.h"
-#include "platform/registry_store.h"
+#include "store/registry_store.h"
 
 // The user's settings, by name. An object keeps no copy of any value: a getter reads the store, a setter writes it at
 // once. Make one where it is needed, use it, and let it go.

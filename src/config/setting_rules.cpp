@@ -19,14 +19,24 @@ QSize AvailableSize() {
 
 }  // namespace
 
-int ClampNewAction(int action) { return qBound(0, action, 2); }
+int ClampNewAction(int action) {
+  return qBound(0, action, 2);
+}
 
-int ClampHalvexBarWidth(int width) { return width < 0 ? Setting::HalvexBarWidth.fallback : width; }
+int ClampHalvexBarWidth(int width) {
+  return width < 0 ? Setting::HalvexBarWidth.fallback : width;
+}
 
-int DefaultWindowWidth() { return AvailableSize().width() - ScreenMargin; }
+int DefaultWindowWidth() {
+  return AvailableSize().width() - ScreenMargin;
+}
 
-int DefaultWindowHeight() { return AvailableSize().height() - ScreenMargin; }
+int DefaultWindowHeight() {
+  return AvailableSize().height() - ScreenMargin;
+}
 
-QString DefaultSearchBar() { return TProductInfo::Load().searchPanelPage; }
+QString DefaultSearchBar() {
+  return TProductInfo::Load().searchPanelPage;
+}
 
 }  // namespace SettingRule

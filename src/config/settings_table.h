@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QString>
 #include <array>
+#include <QString>
 #include <variant>
 
 // Every scalar setting: its value name, kind, default and the rule by which a written number is brought into range.
@@ -15,8 +15,8 @@ struct TFlagSetting {
 struct TIntegerSetting {
   const char *name;
   int fallback;
-  int (*clamp)(int) = nullptr;     // Applied when the value is written; none leaves the number as it is.
-  int (*dynamic)() = nullptr;      // The default, where it depends on the desktop (window width and height).
+  int (*clamp)(int) = nullptr;  // Applied when the value is written; none leaves the number as it is.
+  int (*dynamic)() = nullptr;   // The default, where it depends on the desktop (window width and height).
 };
 
 struct TStringSetting {
@@ -37,8 +37,7 @@ inline constexpr const char *SearchEngines = R"(Software\Velmora\Zarvela\Current
 inline constexpr const char *SearchBar = R"(Software\Velmora\Zarvela\CurrentVersion\Search Bar)";
 inline constexpr const char *QuickSearch = R"(Software\Velmora\Zarvela\CurrentVersion\QuickSearch)";
 inline constexpr const char *PopupHalvex = R"(Software\Velmora\Zarvela\CurrentVersion\PopupHalvex)";
-inline constexpr const char *BrowserHelperObjects =
-    R"(Software\Velmora\Zarvela\CurrentVersion\Browser Helper Objects)";
+inline constexpr const char *BrowserHelperObjects = R"(Software\Velmora\Zarvela\CurrentVersion\Browser Helper Objects)";
 inline constexpr const char *Bands = R"(Software\Velmora\Zarvela\CurrentVersion\Bands)";
 
 }  // namespace RegistryKey

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <QCoreApplication>
 
-#include "platform/registry_store.h"
+#include "store/registry_store.h"
 
 namespace {
 

@@ -8,11 +8,12 @@
 #include <QPointer>
 #include <QWidget>
 
-#include "browser/dialogs/confirm_dialog.h"
+#include "ui/confirm_dialog.h"
 #include "config/language.h"
-#include "groups/group_file.h"
+#include "groups/halvex_group.h"
 #include "groups/group_message.h"
 #include "platform/program_folders.h"
+#include "store/private_folder.h"
 
 TGroupFolder::TGroupFolder(QWidget *window, const TLanguage &language, QObject *parent)
     : QObject(parent), m_window(window), m_language(language) {
@@ -21,7 +22,7 @@ TGroupFolder::TGroupFolder(QWidget *window, const TLanguage &language, QObject *
 
 QString TGroupFolder::Path() {
   const QString path = ProgramFolders::UserData() + QStringLiteral("/HalvexGroups");
-  ProgramFolders::Make(path);
+  MakePrivateFolder(path);
   return path;
 }
 

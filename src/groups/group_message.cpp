@@ -1,6 +1,6 @@
 #include "groups/group_message.h"
 
-#include "browser/dialogs/warning_box.h"
+#include "ui/warning_box.h"
 #include "config/language.h"
 
 void TellAboutGroup(QWidget *owner, const TLanguage &language, const QString &text) {

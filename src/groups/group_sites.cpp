@@ -1,6 +1,6 @@
 #include "groups/group_sites.h"
 
-#include "groups/group_file.h"
+#include "groups/halvex_group.h"
 
 namespace {
 

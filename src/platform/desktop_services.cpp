@@ -9,7 +9,7 @@
 #include <QStandardPaths>
 #include <QUrl>
 
-#include "platform/ini_file.h"
+#include "store/ini_file.h"
 
 namespace DesktopServices {
 

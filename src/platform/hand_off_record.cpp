@@ -1,15 +1,17 @@
 #include "platform/hand_off_record.h"
 
+#include <algorithm>
 #include <QStringDecoder>
 #include <QtEndian>
-#include <algorithm>
 
 namespace HandOffRecord {
 
 namespace {
 
 // A byte that goes on with a character instead of beginning one.
-bool IsContinuation(char byte) { return (static_cast<uchar>(byte) & 0xC0) == 0x80; }
+bool IsContinuation(char byte) {
+  return (static_cast<uchar>(byte) & 0xC0) == 0x80;
+}
 
 }  // namespace
 

@@ -17,7 +17,7 @@ inline constexpr quint32 Tag = 0xAFAF;
 inline constexpr quint32 ActivationTag = 0xAFB0;
 inline constexpr int MostCharacters = 1024;
 inline constexpr int HeaderSize = 8;
-inline constexpr quint32 MostTextBytes = MostCharacters * 4 + 1;   // with the terminating zero
+inline constexpr quint32 MostTextBytes = MostCharacters * 4 + 1;  // with the terminating zero
 inline constexpr int MostBytes = HeaderSize + int(MostTextBytes);
 inline constexpr char Taken = 6;
 
@@ -32,7 +32,7 @@ struct TParsed {
   TState state = TState::Incomplete;
   quint32 tag = 0;
   QString text;
-  int size = 0;   // bytes that the complete record takes
+  int size = 0;  // bytes that the complete record takes
 };
 
 // Reads the record that `bytes` begin with; takes any bytes. Malformed are another tag than the two above, a count

@@ -4,11 +4,11 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <QDeadlineTimer>
 #include <QFileInfo>
 #include <QStringList>
 #include <QThread>
-#include <cerrno>
 
 #include "platform/hand_off_record.h"
 #include "platform/instance_lock.h"
@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr unsigned long PauseBetweenTries = 10;   // milliseconds
+constexpr unsigned long PauseBetweenTries = 10;  // milliseconds
 
 class TDescriptor final {
  public:

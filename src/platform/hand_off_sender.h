@@ -5,9 +5,9 @@
 class TInstanceLock;
 
 enum class THandOff {
-  Delivered,     // The running instance has taken the text.
-  BecameFirst,   // There is no running instance any more, and this process has taken its place.
-  Nobody,        // Nobody took it in time; nothing more is to be done.
+  Delivered,    // The running instance has taken the text.
+  BecameFirst,  // There is no running instance any more, and this process has taken its place.
+  Nobody,       // Nobody took it in time; nothing more is to be done.
 };
 
 // How long a second start waits, in milliseconds, for an instance that is still starting or just ending.

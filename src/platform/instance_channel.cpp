@@ -17,7 +17,7 @@
 namespace {
 
 // The system tells of a closed file a moment before it frees the file's lock.
-constexpr int TakeOverDelay = 100;   // milliseconds
+constexpr int TakeOverDelay = 100;  // milliseconds
 
 // May be called from the notifier's own signal.
 void EndWatch(QSocketNotifier *&notifier, int &descriptor) {
@@ -41,7 +41,9 @@ TInstanceChannel::TInstanceChannel(QObject *parent) : QObject(parent) {
   connect(&m_next, &QTimer::timeout, this, &TInstanceChannel::HandOut);
 }
 
-TInstanceChannel::~TInstanceChannel() { Close(); }
+TInstanceChannel::~TInstanceChannel() {
+  Close();
+}
 
 void TInstanceChannel::Serve(TInstanceLock &lock) {
   if (lock.CreateInstanceMutex()) {
@@ -66,15 +68,16 @@ void TInstanceChannel::FollowLock(TInstanceLock &lock) {
   m_lockNotifier = new QSocketNotifier(m_lockWatch, QSocketNotifier::Read, this);
   connect(m_lockNotifier, &QSocketNotifier::activated, this, [this] {
     char events[1024];
-    while (::read(m_lockWatch, events, sizeof events) > 0) {}
+    while (::read(m_lockWatch, events, sizeof events) > 0) {
+    }
     m_takeOver.start();
   });
   connect(&m_takeOver, &QTimer::timeout, this, [this, &lock] {
-    if (!lock.CreateInstanceMutex()) return;   // It was another start that looked and went.
+    if (!lock.CreateInstanceMutex()) return;  // It was another start that looked and went.
     StopFollowing();
     Listen(lock);
   });
-  m_takeOver.start();   // The holder may have ended before the watch began.
+  m_takeOver.start();  // The holder may have ended before the watch began.
 }
 
 void TInstanceChannel::StopFollowing() {
@@ -82,7 +85,9 @@ void TInstanceChannel::StopFollowing() {
   EndWatch(m_lockNotifier, m_lockWatch);
 }
 
-void TInstanceChannel::StopListening() { EndWatch(m_listenerNotifier, m_listener); }
+void TInstanceChannel::StopListening() {
+  EndWatch(m_listenerNotifier, m_listener);
+}
 
 void TInstanceChannel::Start() {
   m_started = true;
@@ -120,7 +125,7 @@ void TInstanceChannel::TakeConnection(int descriptor) {
   m_reading.append(socket);
   connect(socket, &QLocalSocket::readyRead, this, [this, socket] { ReadFrom(socket); });
   connect(socket, &QLocalSocket::disconnected, this, [this, socket] {
-    ReadFrom(socket);   // It may have sent all and left at once.
+    ReadFrom(socket);  // It may have sent all and left at once.
     m_reading.removeOne(socket);
     socket->deleteLater();
   });

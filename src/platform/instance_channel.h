@@ -17,8 +17,8 @@ class TInstanceChannel final : public QObject {
   Q_OBJECT
 
  public:
-  static constexpr int Patience = 2000;          // milliseconds for one record
-  static constexpr int MostConnections = 128;    // being read at once
+  static constexpr int Patience = 2000;        // milliseconds for one record
+  static constexpr int MostConnections = 128;  // being read at once
   // Records that wait to be handed out. What comes on top is refused; a second start then tries again, and a flood
   // ends.
   static constexpr int MostWaiting = 64;

@@ -74,4 +74,6 @@ bool TInstanceLock::CreateInstanceMutex() {
   return true;
 }
 
-int TInstanceLock::TakeListener() { return std::exchange(m_listener, -1); }
+int TInstanceLock::TakeListener() {
+  return std::exchange(m_listener, -1);
+}

@@ -28,7 +28,7 @@ class TInstanceLock final {
 
  private:
   QString m_folder;
-  int m_lock = -1;   // of the lock file, open from the first try on
+  int m_lock = -1;  // of the lock file, open from the first try on
   bool m_held = false;
   int m_listener = -1;
 };

@@ -3,12 +3,14 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <QFile>
 #include <cstring>
+#include <QFile>
 
 namespace LocalSocket {
 
-bool Fits(const QString &path) { return QFile::encodeName(path).size() < qsizetype(sizeof sockaddr_un::sun_path); }
+bool Fits(const QString &path) {
+  return QFile::encodeName(path).size() < qsizetype(sizeof sockaddr_un::sun_path);
+}
 
 sockaddr_un Address(const QString &path) {
   sockaddr_un address = {};

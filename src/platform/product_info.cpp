@@ -1,6 +1,6 @@
 #include "platform/product_info.h"
 
-#include "platform/ini_file.h"
+#include "store/ini_file.h"
 #include "platform/program_folders.h"
 
 TProductInfo TProductInfo::Load() {

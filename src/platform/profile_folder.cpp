@@ -1,6 +1,7 @@
 #include "platform/profile_folder.h"
 
 #include "platform/program_folders.h"
+#include "store/private_folder.h"
 
 namespace {
 
@@ -11,7 +12,7 @@ constexpr int MaxProfiles = 64;
 
 TProfileFolder::TProfileFolder() {
   const QString data = ProgramFolders::UserData();
-  if (!ProgramFolders::Make(data)) return;
+  if (!MakePrivateFolder(data)) return;
   for (int number = 1; number <= MaxProfiles; ++number) {
     const QString name = number == 1 ? QString("/profile") : "/profile-" + QString::number(number);
     auto lock = std::make_unique<QLockFile>(data + name + ".lock");
@@ -22,7 +23,7 @@ TProfileFolder::TProfileFolder() {
       return;
     }
     const QString cache = ProgramFolders::Cache() + name;
-    if (!ProgramFolders::Make(data + name) || !ProgramFolders::Make(cache)) return;
+    if (!MakePrivateFolder(data + name) || !MakePrivateFolder(cache)) return;
     m_lock = std::move(lock);
     m_storagePath = data + name;
     m_cachePath = cache;

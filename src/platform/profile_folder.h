@@ -1,8 +1,8 @@
 #pragma once
 
+#include <memory>
 #include <QLockFile>
 #include <QString>
-#include <memory>
 
 // A folder for the engine's profile that no other running process uses. The engine must not share one between two
 // processes, so a further instance takes the next free one ("profile", "profile-2", ...); the hold ends with the object

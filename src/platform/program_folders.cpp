@@ -10,8 +10,6 @@ namespace ProgramFolders {
 namespace {
 
 constexpr const char *Name = "/zarvela";
-constexpr QFile::Permissions Private = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
-
 // By the XDG rules a relative path is ignored.
 QString BaseFolder(const char *variable, const char *fallback) {
   const QString path = QFile::decodeName(qgetenv(variable));
@@ -32,11 +30,17 @@ QString Shipped() {
   return QFileInfo(installed).isDir() ? installed : beside;
 }
 
-QString UserData() { return BaseFolder("XDG_DATA_HOME", "/.local/share") + Name; }
+QString UserData() {
+  return BaseFolder("XDG_DATA_HOME", "/.local/share") + Name;
+}
 
-QString Cache() { return BaseFolder("XDG_CACHE_HOME", "/.cache") + Name; }
+QString Cache() {
+  return BaseFolder("XDG_CACHE_HOME", "/.cache") + Name;
+}
 
-QString RegistryFile() { return BaseFolder("XDG_CONFIG_HOME", "/.config") + Name + "/registry.sqlite"; }
+QString RegistryFile() {
+  return BaseFolder("XDG_CONFIG_HOME", "/.config") + Name + "/registry.sqlite";
+}
 
 QStringList SearchPath(const QString &name) {
   const QString tail = name.isEmpty() ? QString() : u'/' + name;
@@ -50,15 +54,6 @@ QString Find(const QString &folder, const QString &name) {
     if (QFileInfo(path).isFile()) return path;
   }
   return {};
-}
-
-bool Make(const QString &path) {
-  const QString clean = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
-  if (QFileInfo::exists(clean)) return QFileInfo(clean).isDir();
-  const QString parent = QFileInfo(clean).path();
-  if (parent == clean || !Make(parent)) return false;
-  // Another process may have made it in between.
-  return QDir().mkdir(clean, Private) || QFileInfo(clean).isDir();
 }
 
 }  // namespace ProgramFolders

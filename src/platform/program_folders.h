@@ -18,7 +18,5 @@ namespace ProgramFolders {
 // The first existing file `name` in the folder `folder` of the search path; empty when there is none. `name` must be a
 // plain file name: one with a path separator is never found.
 [[nodiscard]] QString Find(const QString &folder, const QString &name);
-// Makes `path` with its parents, private to the user. False when it cannot be made.
-bool Make(const QString &path);
 
 }  // namespace ProgramFolders

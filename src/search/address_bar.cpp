@@ -5,11 +5,11 @@
 #include <QLineEdit>
 #include <utility>
 
-#include "browser/dialogs/confirm_dialog.h"
+#include "ui/confirm_dialog.h"
 #include "config/language.h"
 #include "config/options.h"
-#include "platform/history_store.h"
-#include "platform/visit_words.h"
+#include "history/history_store.h"
+#include "history/visit_words.h"
 #include "search/inline_completion.h"
 #include "search/suggestion_list.h"
 
@@ -19,7 +19,9 @@ constexpr int StyleInline = 1;
 constexpr int StyleDropDown = 2;
 constexpr int MostSuggestions = 12;
 
-bool IsModifierKey(int key) { return key == Qt::Key_Shift || key == Qt::Key_Control; }
+bool IsModifierKey(int key) {
+  return key == Qt::Key_Shift || key == Qt::Key_Control;
+}
 
 // The character that a key types; none for commands.
 QString TypedText(const QKeyEvent &key) {
@@ -117,7 +119,9 @@ void TAddressBar::PressEnter(Qt::KeyboardModifiers modifiers) {
   Open(modifiers.testFlag(Qt::AltModifier));
 }
 
-void TAddressBar::Open(bool newTab) { OpenText(lineEdit()->text(), newTab); }
+void TAddressBar::Open(bool newTab) {
+  OpenText(lineEdit()->text(), newTab);
+}
 
 void TAddressBar::OpenText(const QString &text, bool newTab) {
   m_suggest.stop();
@@ -202,7 +206,9 @@ void TAddressBar::Suggest() {
   m_suggestions->Offer(suggestions);
 }
 
-void TAddressBar::HideSuggestions() { m_suggestions->hide(); }
+void TAddressBar::HideSuggestions() {
+  m_suggestions->hide();
+}
 
 void TAddressBar::RemoveEntry(const QString &address) {
   m_addresses.Remove(address);

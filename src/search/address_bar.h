@@ -64,7 +64,7 @@ class TAddressBar final : public TZVComboBox {
   TAddressForms m_forms;
   int m_completionStyle = 0;
   TSuggestionList *m_suggestions;
-  QTimer m_suggest;            // runs when all that was typed has been shown
-  QString m_typedText;         // what the suggestions were made for
+  QTimer m_suggest;     // runs when all that was typed has been shown
+  QString m_typedText;  // what the suggestions were made for
   bool m_addressTyped = false;
 };

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr int WideBand = 100;   // pixels
+constexpr int WideBand = 100;  // pixels
 
 }  // namespace
 

@@ -11,7 +11,9 @@ bool HasKnownEnding(const QString &text) {
 }
 
 // A suffix at the very end does not count, only one that a single character follows; that is meant.
-bool HasSuffixBeforeLast(const QString &text, const QString &suffix) { return text.chopped(1).endsWith(suffix); }
+bool HasSuffixBeforeLast(const QString &text, const QString &suffix) {
+  return text.chopped(1).endsWith(suffix);
+}
 
 }  // namespace
 

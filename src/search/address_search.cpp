@@ -4,7 +4,7 @@
 #include <QFileInfo>
 #include <QUrl>
 
-#include "browser/dialogs/warning_box.h"
+#include "ui/warning_box.h"
 #include "browser/engine/address_fixup.h"
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/tab_strip.h"
@@ -13,7 +13,7 @@
 #include "search/address_bar.h"
 #include "search/quick_search.h"
 #include "search/search_lists.h"
-#include "search/visit_recorder.h"
+#include "history/visit_recorder.h"
 
 namespace {
 
@@ -25,7 +25,9 @@ TAddressSearch::TAddressSearch(QWidget *window, const TLanguage &language, TAddr
                                TSearchLists &lists, THistoryStore &history)
     : QObject(window), m_window(window), m_language(language), m_bar(bar), m_tabs(tabs), m_lists(lists) {
   ReloadSettings();
-  new TVisitRecorder(tabs, history, this);
+  m_recorder = new TVisitRecorder(history, this);
+  connect(&tabs, &TTabStrip::TabOpened, this, &TAddressSearch::Record);
+  for (TBrowserTab *tab : tabs.Tabs()) Record(tab);
   connect(&bar, &TAddressBar::OpenRequested, this, &TAddressSearch::Open);
   connect(&lists, &TSearchLists::EngineChosen, this, &TAddressSearch::OpenEngine);
 }
@@ -45,6 +47,18 @@ void TAddressSearch::WriteSettings() const {
   options.SetAutoCompleteMode(m_bar.CompletionStyle());
 }
 
+void TAddressSearch::Record(TBrowserTab *tab) {
+  const THalvexBrowser *browser = tab->Browser();
+  if (browser == nullptr) return;
+  // What could not be loaded was not visited.
+  connect(browser, &THalvexBrowser::DocumentComplete, m_recorder, [this, browser](const QString &address) {
+    if (!browser->ShowsNotice()) m_recorder->Loaded(browser, address, browser->LocationName());
+  });
+  connect(browser, &THalvexBrowser::TitleChanged, m_recorder, [this, browser] {
+    if (!browser->ShowsNotice()) m_recorder->Titled(browser, browser->LocationUrl(), browser->LocationName());
+  });
+}
+
 bool TAddressSearch::Open(const QString &text, bool newTab) {
   const TQuickSearch search = TQuickSearch::Of(text, m_lists.QuickSearches());
   switch (search.kind) {
@@ -59,8 +73,8 @@ bool TAddressSearch::Open(const QString &text, bool newTab) {
       const QString format = search.format.left(LongestShownFormat);
       ShowWarning(m_window, m_language,
                   search.fault == QuickSearchFormat::TFault::SeveralPlaces
-                    ? m_language.Text("QUICK_SEARCH", "FormatSeveral").arg(search.keyword, format)
-                    : m_language.Text("QUICK_SEARCH", "FormatBad").arg(search.keyword, format));
+                      ? m_language.Text("QUICK_SEARCH", "FormatSeveral").arg(search.keyword, format)
+                      : m_language.Text("QUICK_SEARCH", "FormatBad").arg(search.keyword, format));
       return false;
     }
   }

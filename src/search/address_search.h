@@ -10,6 +10,7 @@ class THistoryStore;
 class TLanguage;
 class TSearchLists;
 class TTabStrip;
+class TVisitRecorder;
 
 // Joins the address bar, the search lists and the history with the tabs: opens what was typed, files it once the page
 // comes, and records what is visited. What it opens obeys the settings AddressNewWin, QuickSearchNewWin and
@@ -35,6 +36,7 @@ class TAddressSearch final : public QObject {
   void FileWhenItStarts(TBrowserTab *tab, const QString &address);
   void File(TBrowserTab *tab, const QString &address);
   void OpenAddress(const QString &address, bool newTab);
+  void Record(TBrowserTab *tab);
   void OpenEngine(const QString &address);
 
   QWidget *m_window;
@@ -42,7 +44,8 @@ class TAddressSearch final : public QObject {
   TAddressBar &m_bar;
   TTabStrip &m_tabs;
   TSearchLists &m_lists;
-  QPointer<QObject> m_typed;   // waits for the tab to set out for what was typed
+  TVisitRecorder *m_recorder;
+  QPointer<QObject> m_typed;  // waits for the tab to set out for what was typed
   bool m_addressNewWin = false;
   bool m_quickSearchNewWin = true;
   bool m_searchNewWin = true;

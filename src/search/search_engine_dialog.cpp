@@ -5,7 +5,7 @@
 #include <QShortcut>
 #include <utility>
 
-#include "browser/dialogs/dialog_placing.h"
+#include "ui/dialog_placing.h"
 #include "config/language.h"
 #include "ui_search_engine_dialog.h"
 

@@ -42,7 +42,7 @@ class TfrmSearchEngine final : public QDialog {
   const TLanguage &m_language;
   const TSearchList m_list;
   std::unique_ptr<Ui::TfrmSearchEngine> m_ui;
-  int m_edited = -1;         // the position of the entry that is being changed
+  int m_edited = -1;  // the position of the entry that is being changed
   bool m_editing = false;
-  int m_editHeight = 0;      // by which the dialog has grown for the edit area
+  int m_editHeight = 0;  // by which the dialog has grown for the edit area
 };

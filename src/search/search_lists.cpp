@@ -7,10 +7,10 @@
 
 #include "config/language.h"
 #include "config/options.h"
-#include "config/program_title.h"
+#include "ui/program_title.h"
 #include "config/settings_table.h"
-#include "config/shown_text.h"
-#include "platform/ini_file.h"
+#include "ui/shown_text.h"
+#include "store/ini_file.h"
 #include "platform/program_folders.h"
 #include "search/search_engine_dialog.h"
 

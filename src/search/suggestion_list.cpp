@@ -7,12 +7,12 @@
 #include <QScreen>
 #include <QStandardItemModel>
 
-#include "config/shown_address.h"
+#include "ui/shown_address.h"
 
 namespace {
 
 constexpr int AddressRole = Qt::UserRole + 1;
-constexpr double AddressShare = 0.6;   // of the width; the rest is the title's
+constexpr double AddressShare = 0.6;  // of the width; the rest is the title's
 constexpr float TitleOpacity = 0.65F;
 constexpr int PageStep = 5;
 
@@ -41,9 +41,8 @@ TSuggestionList::TSuggestionList(QWidget *below, QLineEdit *edit, const QString 
   setMouseTracking(true);
   header()->setStretchLastSection(true);
   header()->setMinimumSectionSize(0);
-  connect(this, &QAbstractItemView::clicked, this, [this](const QModelIndex &index) {
-    Q_EMIT Clicked(index.siblingAtColumn(0).data(AddressRole).toString());
-  });
+  connect(this, &QAbstractItemView::clicked, this,
+          [this](const QModelIndex &index) { Q_EMIT Clicked(index.siblingAtColumn(0).data(AddressRole).toString()); });
   hide();
 }
 

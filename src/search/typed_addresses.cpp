@@ -1,13 +1,15 @@
 #include "search/typed_addresses.h"
 
-#include "platform/registry_store.h"
+#include "store/registry_store.h"
 
 namespace {
 
 constexpr TRegistryHive Hive = TRegistryHive::CurrentUser;
 const QString Key = QStringLiteral(R"(Software\Microsoft\Internet Explorer\TypedUrls)");
 
-QString ValueName(qsizetype position) { return QStringLiteral("url%1").arg(position); }
+QString ValueName(qsizetype position) {
+  return QStringLiteral("url%1").arg(position);
+}
 
 }  // namespace
 

@@ -11,14 +11,16 @@
 
 #include "browser/engine/address_fixup.h"
 #include "browser/strip/link_mime.h"
-#include "config/shown_address.h"
+#include "ui/shown_address.h"
 
 namespace {
 
 constexpr int AddressRole = Qt::UserRole;
 constexpr qsizetype LongestDroppedText = 8192;
 
-bool IsEnter(const QKeyEvent &key) { return key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter; }
+bool IsEnter(const QKeyEvent &key) {
+  return key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+}
 
 // These keys belong to the box while it has the keyboard, whatever they do elsewhere.
 bool IsOwnKey(const QKeyEvent &key) {
@@ -92,7 +94,9 @@ void TZVComboBox::SetEntries(const QStringList &addresses) {
   if (start >= 0) lineEdit()->setSelection(start, length);
 }
 
-QString TZVComboBox::EntryAddress(int row) const { return itemData(row, AddressRole).toString(); }
+QString TZVComboBox::EntryAddress(int row) const {
+  return itemData(row, AddressRole).toString();
+}
 
 void TZVComboBox::ShowTyped(const QString &text, qsizetype selectFrom) {
   m_typed = true;
@@ -197,4 +201,6 @@ void TZVComboBox::dropEvent(QDropEvent *event) {
   TakeDropped(address);
 }
 
-void TZVComboBox::wheelEvent(QWheelEvent *event) { event->ignore(); }
+void TZVComboBox::wheelEvent(QWheelEvent *event) {
+  event->ignore();
+}

@@ -19,7 +19,7 @@ class TZVComboBox : public QComboBox {
   void FocusAll();
 
  Q_SIGNALS:
-  void Left();   // Esc with nothing to put back: the page wants the keyboard again.
+  void Left();  // Esc with nothing to put back: the page wants the keyboard again.
 
  protected:
   // A key for the text box, before the box has it. True when it is used up.

@@ -5,12 +5,13 @@
 set -u
 cd "${1:-$(dirname "$0")/../../src}" || exit 2
 
-floors='platform
-config
-browser/strip browser/dialogs browser/downloads
+floors='store
+platform
+actions config history ui
+browser/strip browser/page browser/downloads
 browser/engine
 browser/tabs
-groups search security services
+groups popups search security services
 chrome
 app'
 

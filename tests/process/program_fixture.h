@@ -10,7 +10,7 @@
 
 #include "config/options.h"
 #include "platform/program_folders.h"
-#include "platform/registry_store.h"
+#include "store/registry_store.h"
 #include "support/test_server.h"
 
 // The built program as a process, with empty folders and a local server that has the pages /page0 to /page199. It opens

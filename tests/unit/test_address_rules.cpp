@@ -1,9 +1,9 @@
 #include <QtTest>
 
-#include "platform/registry_store.h"
+#include "ui/shown_address.h"
+#include "store/registry_store.h"
 #include "search/address_rules.h"
 #include "search/inline_completion.h"
-#include "config/shown_address.h"
 #include "search/typed_addresses.h"
 
 // What is made of a text that was typed into the address bar, and of an address that is shown there.
@@ -79,7 +79,7 @@ void TTestAddressRules::FrameAddress() {
 
 void TTestAddressRules::Completion_data() {
   QTest::addColumn<QString>("typed");
-  QTest::addColumn<int>("entry");   // -1: none
+  QTest::addColumn<int>("entry");  // -1: none
   QTest::addColumn<QString>("text");
   QTest::newRow("behind the scheme") << "exam" << 1 << "example.org/Path";
   QTest::newRow("case is one, and becomes the entry's") << "EXAMPLE.ORG/p" << 1 << "example.org/Path";
@@ -94,8 +94,8 @@ void TTestAddressRules::Completion_data() {
 }
 
 void TTestAddressRules::Completion() {
-  const QStringList entries = {"http://", "http://example.org/Path", "http://intranet.example", "exact.example",
-                               "https://secure.example", "http://hotel.example"};
+  const QStringList entries = {"http://",       "http://example.org/Path", "http://intranet.example",
+                               "exact.example", "https://secure.example",  "http://hotel.example"};
   QFETCH(QString, typed);
   QFETCH(int, entry);
   const auto found = TInlineCompletion::Of(typed, entries);
@@ -150,31 +150,47 @@ void TTestAddressRules::TypedAddressesAreStored() {
 void TTestAddressRules::Shown_data() {
   QTest::addColumn<QString>("address");
   QTest::addColumn<QString>("shown");
-  QTest::newRow("blank") << "about:blank" << "";
-  QTest::newRow("plain") << "http://example.org/a%20b" << "http://example.org/a%20b";
-  QTest::newRow("german") << "http://xn--bcher-kva.example/a%20b?c#d" << "http://bücher.example/a%20b?c#d";
+  QTest::newRow("blank") << "about:blank"
+                         << "";
+  QTest::newRow("plain") << "http://example.org/a%20b"
+                         << "http://example.org/a%20b";
+  QTest::newRow("german") << "http://xn--bcher-kva.example/a%20b?c#d"
+                          << "http://bücher.example/a%20b?c#d";
   QTest::newRow("user and port") << "http://xn--u@xn--bcher-kva.example:8080/"
                                  << "http://xn--u@bücher.example:8080/";
-  QTest::newRow("japanese") << "http://xn--eckwd4c7c.xn--zckzah/" << "http://ドメイン.テスト/";
-  QTest::newRow("russian") << "http://xn--e1afmkfd.xn--80akhbyknj4f/" << "http://пример.испытание/";
+  QTest::newRow("japanese") << "http://xn--eckwd4c7c.xn--zckzah/"
+                            << "http://ドメイン.テスト/";
+  QTest::newRow("russian") << "http://xn--e1afmkfd.xn--80akhbyknj4f/"
+                           << "http://пример.испытание/";
   // One Cyrillic letter among Latin ones.
   QTest::newRow("mixed scripts") << QString(QUrl("http://ex\u0430mple.org/").toEncoded())
                                  << QString(QUrl("http://ex\u0430mple.org/").toEncoded());
-  QTest::newRow("all look-alikes") << "http://xn--80ak6aa92e.com/" << "http://xn--80ak6aa92e.com/";
+  QTest::newRow("all look-alikes") << "http://xn--80ak6aa92e.com/"
+                                   << "http://xn--80ak6aa92e.com/";
   QTest::newRow("only that label") << "http://xn--80ak6aa92e.xn--bcher-kva.example/"
                                    << "http://xn--80ak6aa92e.bücher.example/";
-  QTest::newRow("catalan") << "http://xn--parallel-koa.example/" << "http://paral\u00B7lel.example/";
-  QTest::newRow("a dot that is none") << "http://xn--paypalcom-5pa.example/" << "http://xn--paypalcom-5pa.example/";
+  QTest::newRow("catalan") << "http://xn--parallel-koa.example/"
+                           << "http://paral\u00B7lel.example/";
+  QTest::newRow("a dot that is none") << "http://xn--paypalcom-5pa.example/"
+                                      << "http://xn--paypalcom-5pa.example/";
   QTest::newRow("a slash that is none") << "http://paypal.xn--coma-xq4c.example/"
                                         << "http://paypal.xn--coma-xq4c.example/";
-  QTest::newRow("an odd Latin letter") << "http://xn--oogle-wmc.example/" << "http://xn--oogle-wmc.example/";
-  QTest::newRow("a letter without its dot") << "http://xn--gthub-n4a.example/" << "http://xn--gthub-n4a.example/";
-  QTest::newRow("a stroke that is a letter") << "http://xn--paypa-9tb.example/" << "http://xn--paypa-9tb.example/";
-  QTest::newRow("a mark upon a letter") << "http://xn--ab-yyb.example/" << "http://xn--ab-yyb.example/";
-  QTest::newRow("vietnamese") << "http://xn--vitnam-jk8b.example/" << "http://việtnam.example/";
-  QTest::newRow("such letters at home") << "http://xn--tck2c4fb.example/" << "http://コーヒー.example/";
-  QTest::newRow("no valid name") << "http://xn--a.example/" << "http://xn--a.example/";
-  QTest::newRow("in the path only") << "http://example.org/xn--bcher-kva" << "http://example.org/xn--bcher-kva";
+  QTest::newRow("an odd Latin letter") << "http://xn--oogle-wmc.example/"
+                                       << "http://xn--oogle-wmc.example/";
+  QTest::newRow("a letter without its dot") << "http://xn--gthub-n4a.example/"
+                                            << "http://xn--gthub-n4a.example/";
+  QTest::newRow("a stroke that is a letter") << "http://xn--paypa-9tb.example/"
+                                             << "http://xn--paypa-9tb.example/";
+  QTest::newRow("a mark upon a letter") << "http://xn--ab-yyb.example/"
+                                        << "http://xn--ab-yyb.example/";
+  QTest::newRow("vietnamese") << "http://xn--vitnam-jk8b.example/"
+                              << "http://việtnam.example/";
+  QTest::newRow("such letters at home") << "http://xn--tck2c4fb.example/"
+                                        << "http://コーヒー.example/";
+  QTest::newRow("no valid name") << "http://xn--a.example/"
+                                 << "http://xn--a.example/";
+  QTest::newRow("in the path only") << "http://example.org/xn--bcher-kva"
+                                    << "http://example.org/xn--bcher-kva";
 }
 
 void TTestAddressRules::Shown() {

@@ -6,7 +6,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include "groups/group_file.h"
+#include "groups/halvex_group.h"
 
 class TTestGroupFile final : public QObject {
   Q_OBJECT

@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <QDir>
 #include <QFile>
 #include <QLocalSocket>
@@ -10,7 +11,6 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QThread>
-#include <csignal>
 
 #include "platform/hand_off_record.h"
 #include "platform/hand_off_sender.h"
@@ -68,7 +68,7 @@ class TestHandoffRecord final : public QObject {
 
 namespace {
 
-constexpr int Soon = 10000;   // milliseconds; the most that a test waits
+constexpr int Soon = 10000;  // milliseconds; the most that a test waits
 
 // A header and bytes behind it, whatever they are.
 QByteArray Raw(quint32 tag, quint32 count, const QByteArray &text) {
@@ -366,7 +366,7 @@ void TestHandoffRecord::NextInstanceTakesOver() {
   m_channel->Start();
   m_received = std::make_unique<QSignalSpy>(m_channel.get(), &TInstanceChannel::Received);
   {
-    TInstanceLock passer;   // A start that looks and goes changes nothing.
+    TInstanceLock passer;  // A start that looks and goes changes nothing.
     QVERIFY(!passer.CreateInstanceMutex());
   }
   QVERIFY(!m_lock->IsFirstInstance());

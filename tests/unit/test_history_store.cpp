@@ -1,8 +1,8 @@
-#include <QtTest>
 #include <sqlite3.h>
+#include <QtTest>
 
-#include "platform/history_store.h"
-#include "platform/visit_words.h"
+#include "history/history_store.h"
+#include "history/visit_words.h"
 
 // The pages that were visited, and how they are found.
 class TTestHistoryStore final : public QObject {
@@ -136,7 +136,7 @@ void TTestHistoryStore::Finds_data() {
   row("索の", true);
   row("索検", false);
   row("übung", true);
-  row("c++", true);   // finds any word that begins with "c"
+  row("c++", true);  // finds any word that begins with "c"
   row("\" OR words*", false);
   row("news NOT weather", false);
   row("*", false);

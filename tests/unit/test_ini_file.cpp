@@ -1,11 +1,11 @@
+#include <sys/stat.h>
+#include <unistd.h>
 #include <QElapsedTimer>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QtTest>
-#include <sys/stat.h>
-#include <unistd.h>
 
-#include "platform/ini_file.h"
+#include "store/ini_file.h"
 
 namespace {
 
@@ -25,33 +25,56 @@ class TTestIniFile final : public QObject {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("sections");
     QTest::addColumn<QString>("pairs");  // Of the section "S".
-    QTest::newRow("plain") << QByteArray("[S]\na=1\nb=2\n") << "S" << "a=1\nb=2";
-    QTest::newRow("no line end at the end") << QByteArray("[S]\na=1") << "S" << "a=1";
-    QTest::newRow("carriage returns") << QByteArray("[S]\r\na=1\r\nb=\r\n") << "S" << "a=1\nb=";
-    QTest::newRow("byte-order mark") << QByteArray("\xEF\xBB\xBF[S]\na=1\n") << "S" << "a=1";
-    QTest::newRow("other case") << QByteArray("[s]\nA=1\n") << "s" << "A=1";
-    QTest::newRow("blanks") << QByteArray(" [ S ] \n  a b  =  1 2  \n\t;c=3\n") << "S" << "a b=1 2";
-    QTest::newRow("more equals signs") << QByteArray("[S]\na=x=y==\n=z\n") << "S" << "a=x=y==\n=z";
-    QTest::newRow("comments and other lines") << QByteArray("[S]\n;a=1\nword\n\n#b=2\n") << "S" << "#b=2";
-    QTest::newRow("before the first section") << QByteArray("a=1\n[S]\nb=2\n") << "S" << "b=2";
-    QTest::newRow("continued section") << QByteArray("[S]\na=1\n[T]\nc=3\n[s]\nb=2\n") << "S T" << "a=1\nb=2";
-    QTest::newRow("repeated key") << QByteArray("[S]\na=1\na=2\n") << "S" << "a=1\na=2";
+    QTest::newRow("plain") << QByteArray("[S]\na=1\nb=2\n") << "S"
+                           << "a=1\nb=2";
+    QTest::newRow("no line end at the end") << QByteArray("[S]\na=1") << "S"
+                                            << "a=1";
+    QTest::newRow("carriage returns") << QByteArray("[S]\r\na=1\r\nb=\r\n") << "S"
+                                      << "a=1\nb=";
+    QTest::newRow("byte-order mark") << QByteArray("\xEF\xBB\xBF[S]\na=1\n") << "S"
+                                     << "a=1";
+    QTest::newRow("other case") << QByteArray("[s]\nA=1\n") << "s"
+                                << "A=1";
+    QTest::newRow("blanks") << QByteArray(" [ S ] \n  a b  =  1 2  \n\t;c=3\n") << "S"
+                            << "a b=1 2";
+    QTest::newRow("more equals signs") << QByteArray("[S]\na=x=y==\n=z\n") << "S"
+                                       << "a=x=y==\n=z";
+    QTest::newRow("comments and other lines") << QByteArray("[S]\n;a=1\nword\n\n#b=2\n") << "S"
+                                              << "#b=2";
+    QTest::newRow("before the first section") << QByteArray("a=1\n[S]\nb=2\n") << "S"
+                                              << "b=2";
+    QTest::newRow("continued section") << QByteArray("[S]\na=1\n[T]\nc=3\n[s]\nb=2\n") << "S T"
+                                       << "a=1\nb=2";
+    QTest::newRow("repeated key") << QByteArray("[S]\na=1\na=2\n") << "S"
+                                  << "a=1\na=2";
     QTest::newRow("bracketed key") << QByteArray("[S]\n[News]=http://[::1]\n[a=b]\n") << "S"
                                    << "[News]=http://[::1]\n[a=b]";
-    QTest::newRow("open bracket") << QByteArray("[S]\n[T\na=1\n") << "S" << "a=1";
-    QTest::newRow("empty name") << QByteArray("[]\nx=1\n[S]\na=1\n") << " S" << "a=1";
-    QTest::newRow("text after the header") << QByteArray("[S] ; note\na=1\n") << "S" << "a=1";
-    QTest::newRow("latin-1 beside utf-8") << QByteArray("[S]\na=\xE4\nb=\xC3\xA4\n") << "S" << "a=ä\nb=ä";
+    QTest::newRow("open bracket") << QByteArray("[S]\n[T\na=1\n") << "S"
+                                  << "a=1";
+    QTest::newRow("empty name") << QByteArray("[]\nx=1\n[S]\na=1\n") << " S"
+                                << "a=1";
+    QTest::newRow("text after the header") << QByteArray("[S] ; note\na=1\n") << "S"
+                                           << "a=1";
+    QTest::newRow("latin-1 beside utf-8") << QByteArray("[S]\na=\xE4\nb=\xC3\xA4\n") << "S"
+                                          << "a=ä\nb=ä";
     QTest::newRow("zero bytes") << QByteArray("[S]\0\na\0=1\0 2\n", 13) << "S" << QString::fromLatin1("a\0=1\0 2", 7);
-    QTest::newRow("zero byte in a value") << QByteArray("[S]\na=1\0" "2\n", 10) << "S"
-                                          << QString::fromLatin1("a=1\0" "2", 5);
+    QTest::newRow("zero byte in a value") << QByteArray(
+                                                 "[S]\na=1\0"
+                                                 "2\n",
+                                                 10)
+                                          << "S"
+                                          << QString::fromLatin1(
+                                                 "a=1\0"
+                                                 "2",
+                                                 5);
     // A mark is only the file's where it begins; elsewhere it is a character.
     QTest::newRow("byte-order marks inside") << QByteArray(
                                                     "\xEF\xBB\xBF[S]\n\xEF\xBB\xBF"
                                                     "a=\xEF\xBB\xBF"
                                                     "1\n")
                                              << "S" << QStringLiteral("\uFEFFa=\uFEFF1");
-    QTest::newRow("nothing") << QByteArray() << "" << "";
+    QTest::newRow("nothing") << QByteArray() << ""
+                             << "";
   }
   void Reads() {
     QFETCH(QByteArray, bytes);
@@ -87,11 +110,11 @@ class TTestIniFile final : public QObject {
     QTest::newRow("missing ones removed") << file << "C|X" << file;
     QTest::newRow("no line end") << QByteArray("[A]\na=1") << "A|b|2" << QByteArray("[A]\na=1\nb=2\n");
     QTest::newRow("new section, no line end") << QByteArray("x") << "A|b|2" << QByteArray("x\n\n[A]\nb=2\n");
-    QTest::newRow("new section, blanks without a line end") << QByteArray("[B]\n\t ") << "A|b|2"
-                                                            << QByteArray("[B]\n\t \n[A]\nb=2\n");
+    QTest::newRow("new section, blanks without a line end")
+        << QByteArray("[B]\n\t ") << "A|b|2" << QByteArray("[B]\n\t \n[A]\nb=2\n");
     QTest::newRow("empty file") << QByteArray() << "A|b|2" << QByteArray("[A]\nb=2\n");
-    QTest::newRow("end of a continued section") << QByteArray("[A]\na=1\n[B]\n[A]\nb=2\n[C]\n") << "A|c|3"
-                                                << QByteArray("[A]\na=1\n[B]\n[A]\nb=2\nc=3\n[C]\n");
+    QTest::newRow("end of a continued section")
+        << QByteArray("[A]\na=1\n[B]\n[A]\nb=2\n[C]\n") << "A|c|3" << QByteArray("[A]\na=1\n[B]\n[A]\nb=2\nc=3\n[C]\n");
     QTest::newRow("repeated key removed") << QByteArray("[A]\na=1\nb=2\nA=3\n") << "A|a" << QByteArray("[A]\nb=2\n");
     QTest::newRow("continued section removed") << QByteArray("[A]\na=1\n[B]\n[a]\nb=2\n") << "A" << QByteArray("[B]\n");
   }

@@ -21,11 +21,12 @@
 #include <QTreeWidget>
 #include <QtTest>
 
+#include "chrome/language_menu.h"
 #include "config/language.h"
-#include "config/language_menu.h"
 #include "config/language_properties.h"
 #include "config/options.h"
 #include "platform/program_folders.h"
+#include "store/private_folder.h"
 
 namespace {
 
@@ -47,7 +48,7 @@ class TBands final : public QWidget, public TCaptionedBands {
 };
 
 QString WriteLanguage(const QString &folder, const QString &name, const QByteArray &text) {
-  ProgramFolders::Make(folder);
+  MakePrivateFolder(folder);
   QFile file(folder + u'/' + name);
   if (file.open(QIODevice::WriteOnly)) file.write(text);
   return file.fileName();
@@ -103,12 +104,18 @@ class TTestLanguage final : public QObject {
   void Markers_data() {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("translated");
-    QTest::newRow("of the form") << "__Key" << "Text";
-    QTest::newRow("global") << "~~OK" << "Fine";
-    QTest::newRow("three characters") << "~~x" << "single";
-    QTest::newRow("missing key stays") << "__ShowGoButton" << "__ShowGoButton";
-    QTest::newRow("empty text stays") << "__Empty" << "__Empty";
-    QTest::newRow("global key with the form's marker") << "__OK" << "__OK";
+    QTest::newRow("of the form") << "__Key"
+                                 << "Text";
+    QTest::newRow("global") << "~~OK"
+                            << "Fine";
+    QTest::newRow("three characters") << "~~x"
+                                      << "single";
+    QTest::newRow("missing key stays") << "__ShowGoButton"
+                                       << "__ShowGoButton";
+    QTest::newRow("empty text stays") << "__Empty"
+                                      << "__Empty";
+    QTest::newRow("global key with the form's marker") << "__OK"
+                                                       << "__OK";
     for (const char *text : {"__", "~~", "_~Key", "~_Key", "_Key", "", " __Key", "Key", "Domain"}) {
       QTest::newRow(text) << text << text;
     }
@@ -261,11 +268,16 @@ class TTestLanguage final : public QObject {
     QTest::addColumn<QString>("setting");
     QTest::addColumn<QString>("current");
     QTest::newRow("not set") << QString() << "zveng.ini";
-    QTest::newRow("there") << "my.ini" << "my.ini";
-    QTest::newRow("gone") << "gone.ini" << "zveng.ini";
-    QTest::newRow("a folder") << "folder.ini" << "zveng.ini";
-    QTest::newRow("outside") << "../secret.ini" << "zveng.ini";
-    QTest::newRow("empty") << "" << "zveng.ini";
+    QTest::newRow("there") << "my.ini"
+                           << "my.ini";
+    QTest::newRow("gone") << "gone.ini"
+                          << "zveng.ini";
+    QTest::newRow("a folder") << "folder.ini"
+                              << "zveng.ini";
+    QTest::newRow("outside") << "../secret.ini"
+                             << "zveng.ini";
+    QTest::newRow("empty") << ""
+                           << "zveng.ini";
   }
   void LoadFollowsTheSetting() {
     QFETCH(QString, setting);
@@ -288,7 +300,9 @@ class TTestLanguage final : public QObject {
     const QString own = ProgramFolders::UserData() + "/Languages";
     WriteLanguage(own, "ZVENG.INI", "[INFO]\nLanguage=Shouting\n");
     WriteLanguage(own, "zveng.ini", "[INFO]\nLanguage=Mine\n");
-    WriteLanguage(own, "nameless.ini", "\xFF\xFE" "junk");
+    WriteLanguage(own, "nameless.ini",
+                  "\xFF\xFE"
+                  "junk");
     WriteLanguage(own, "other.txt", "[INFO]\nLanguage=No\n");
     QDir(own).mkdir("folder.ini");
     TRegistryStore store(m_folder->filePath("registry.sqlite"));

@@ -4,6 +4,7 @@
 
 #include "config/options.h"
 #include "platform/program_folders.h"
+#include "store/private_folder.h"
 
 namespace {
 
@@ -79,19 +80,21 @@ class TTestOptions final : public QObject {
   void SettersStore() {
     TZVOptions options(*m_store);
     for (const TSetting &setting : Setting::All) {
-      const QString stored = std::visit([&](const auto &one) -> QString {
-        using T = std::decay_t<decltype(one)>;
-        if constexpr (std::is_same_v<T, TFlagSetting>) {
-          options.Set(one, !one.fallback);
-          return one.fallback ? "0" : "1";
-        } else if constexpr (std::is_same_v<T, TIntegerSetting>) {
-          options.Set(one, 1);
-          return "1";
-        } else {
-          options.Set(one, "t \"ä");
-          return "t \"ä";
-        }
-      }, setting);
+      const QString stored = std::visit(
+          [&](const auto &one) -> QString {
+            using T = std::decay_t<decltype(one)>;
+            if constexpr (std::is_same_v<T, TFlagSetting>) {
+              options.Set(one, !one.fallback);
+              return one.fallback ? "0" : "1";
+            } else if constexpr (std::is_same_v<T, TIntegerSetting>) {
+              options.Set(one, 1);
+              return "1";
+            } else {
+              options.Set(one, "t \"ä");
+              return "t \"ä";
+            }
+          },
+          setting);
       QCOMPARE(m_store->Read(User, RegistryKey::CurrentVersion, NameOf(setting)), stored);
       QCOMPARE(AsText(TZVOptions(*m_store), setting), stored);
     }
@@ -161,7 +164,7 @@ class TTestOptions final : public QObject {
 
   void SearchBarDefaultIsDeployed() {
     QCOMPARE(TZVOptions(*m_store).Get(Setting::SearchBar), "");
-    QVERIFY(ProgramFolders::Make(ProgramFolders::UserData()));
+    QVERIFY(MakePrivateFolder(ProgramFolders::UserData()));
     QFile file(ProgramFolders::UserData() + "/product.ini");
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write("[Addresses]\nSearchPanelPage=http://127.0.0.1/searchbar/fraSearchIE5.php\n");
@@ -227,12 +230,18 @@ class TTestOptions final : public QObject {
   void AddressesOfLines_data() {
     QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("address");
-    QTest::newRow("plain") << "url1=http://a.test/?x=1" << "http://a.test/?x=1";
-    QTest::newRow("secure") << "url1=https://a.test" << "https://a.test";
-    QTest::newRow("plain one is looked for first") << "u=https://a.test/?to=http://b.test" << "http://b.test";
-    QTest::newRow("neither") << "url1=ftp://a.test" << "url1=ftp://a.test";
-    QTest::newRow("case counts") << "url1=HTTP://a.test" << "url1=HTTP://a.test";
-    QTest::newRow("no name") << "http://a.test" << "http://a.test";
+    QTest::newRow("plain") << "url1=http://a.test/?x=1"
+                           << "http://a.test/?x=1";
+    QTest::newRow("secure") << "url1=https://a.test"
+                            << "https://a.test";
+    QTest::newRow("plain one is looked for first") << "u=https://a.test/?to=http://b.test"
+                                                   << "http://b.test";
+    QTest::newRow("neither") << "url1=ftp://a.test"
+                             << "url1=ftp://a.test";
+    QTest::newRow("case counts") << "url1=HTTP://a.test"
+                                 << "url1=HTTP://a.test";
+    QTest::newRow("no name") << "http://a.test"
+                             << "http://a.test";
   }
   void AddressesOfLines() {
     QFETCH(QString, line);

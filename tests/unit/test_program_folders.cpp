@@ -8,6 +8,7 @@
 #include "platform/product_info.h"
 #include "platform/profile_folder.h"
 #include "platform/program_folders.h"
+#include "store/private_folder.h"
 
 class TTestProgramFolders final : public QObject {
   Q_OBJECT
@@ -29,15 +30,15 @@ class TTestProgramFolders final : public QObject {
 
   void OnlyPlainNamesAreFound() {
     const QString own = ProgramFolders::UserData() + "/Things";
-    QVERIFY(ProgramFolders::Make(own + "/folder"));
+    QVERIFY(MakePrivateFolder(own + "/folder"));
     for (const char *name : {"/a.ini", "/../outside.ini", "/folder/b.ini"}) {
       QVERIFY(QFile(own + name).open(QIODevice::WriteOnly));
     }
     QCOMPARE(ProgramFolders::Find("Things", "a.ini"), own + "/a.ini");
     QCOMPARE(ProgramFolders::Find({}, "outside.ini"), ProgramFolders::UserData() + "/outside.ini");
-    for (const QString &name : {QString(), QString("."), QString(".."), QString("../outside.ini"), QString("folder"),
-                                QString("folder/b.ini"), QString("folder\\b.ini"), own + "/a.ini", QString("none"),
-                                QString::fromLatin1("a.ini\0x", 7)}) {
+    for (const QString &name :
+         {QString(), QString("."), QString(".."), QString("../outside.ini"), QString("folder"), QString("folder/b.ini"),
+          QString("folder\\b.ini"), own + "/a.ini", QString("none"), QString::fromLatin1("a.ini\0x", 7)}) {
       QVERIFY2(ProgramFolders::Find("Things", name).isEmpty(), qPrintable(name));
     }
   }
@@ -46,17 +47,17 @@ class TTestProgramFolders final : public QObject {
     const QString shipped = ProgramFolders::Find("Languages", "zveng.ini");
     QVERIFY(shipped.startsWith(ProgramFolders::Shipped()));
     const QString own = ProgramFolders::UserData() + "/Languages";
-    QVERIFY(ProgramFolders::Make(own) && QFile::copy(shipped, own + "/zveng.ini"));
+    QVERIFY(MakePrivateFolder(own) && QFile::copy(shipped, own + "/zveng.ini"));
     QCOMPARE(ProgramFolders::Find("Languages", "zveng.ini"), own + "/zveng.ini");
   }
 
   void MadeFoldersArePrivateAndFilesAreInTheWay() {
     const QString path = m_folder->filePath("a/b/c");
-    QVERIFY(ProgramFolders::Make(path) && ProgramFolders::Make(path));
+    QVERIFY(MakePrivateFolder(path) && MakePrivateFolder(path));
     QCOMPARE(QFile::permissions(m_folder->filePath("a")) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
     QVERIFY(QFile(m_folder->filePath("file")).open(QIODevice::WriteOnly));
-    QVERIFY(!ProgramFolders::Make(m_folder->filePath("file")));
-    QVERIFY(!ProgramFolders::Make(m_folder->filePath("file/x")));
+    QVERIFY(!MakePrivateFolder(m_folder->filePath("file")));
+    QVERIFY(!MakePrivateFolder(m_folder->filePath("file/x")));
   }
 
   void NoAddressIsBuiltIn() {

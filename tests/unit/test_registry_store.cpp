@@ -11,7 +11,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include "platform/registry_store.h"
+#include "store/registry_store.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 #include <QDirIterator>
 #include <QLocale>
 #include <QRegularExpression>
-#include <QXmlStreamReader>
 #include <QtTest>
+#include <QXmlStreamReader>
 
 #include "config/language.h"
-#include "platform/ini_file.h"
+#include "store/ini_file.h"
 
 // Every text that the sources ask for must be in every shipped language file, and every file must fit the English one.
 
@@ -82,9 +82,13 @@ QString WithoutComments(QString code) {
   return code.replace(pattern, R"(\1)");
 }
 
-QString ShortName(const QString &path) { return path.mid(qsizetype(qstrlen(ZV_SOURCE_DIR)) + 1); }
+QString ShortName(const QString &path) {
+  return path.mid(qsizetype(qstrlen(ZV_SOURCE_DIR)) + 1);
+}
 
-QString Listed(const QStringList &problems) { return u'\n' + problems.join(u'\n'); }
+QString Listed(const QStringList &problems) {
+  return u'\n' + problems.join(u'\n');
+}
 
 // The section that each .ui file is translated with, by its base name.
 QHash<QString, QString> FormSections() {

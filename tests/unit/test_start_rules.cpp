@@ -3,7 +3,7 @@
 
 #include "app/last_open_sites.h"
 #include "app/program_entry.h"
-#include "app/window_placement.h"
+#include "chrome/window_placement.h"
 #include "config/options.h"
 #include "config/shell_association.h"
 

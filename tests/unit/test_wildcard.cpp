@@ -2,8 +2,8 @@
 #include <QRandomGenerator>
 #include <QTest>
 
-#include "groups/popup_patterns.h"
-#include "groups/popup_wildcard.h"
+#include "popups/popup_patterns.h"
+#include "popups/popup_wildcard.h"
 
 namespace {
 
@@ -86,7 +86,7 @@ void TestWildcard::Rules_data() {
   row("", "a", false);
   row("*", "", true);
   row("*", "abc", true);
-  row("**", "", false);   // only a single star fits nothing at all
+  row("**", "", false);  // only a single star fits nothing at all
   row("**", "a", true);
   row("***", "", false);
   row("***", "a", true);
@@ -216,10 +216,14 @@ void TestWildcard::LikeWalking() {
 void TestWildcard::LongList_data() {
   QTest::addColumn<QString>("form");
   QTest::addColumn<QString>("address");
-  QTest::newRow("hosts") << "http://ads%1.example/" << "http://ads%1.example/banner?x=1";
-  QTest::newRow("stars in the host") << "http://*.ads%1.example/" << "http://www.ads%1.example/banner";
-  QTest::newRow("anywhere") << "*/banner%1-" << "http://www.example/a/banner%1-/page";
-  QTest::newRow("hostile") << "*a*a*a*a*a*b%1-" << "http://aaaaaaaaaaaaaaaaaaaaaaaa/b%1-x";
+  QTest::newRow("hosts") << "http://ads%1.example/"
+                         << "http://ads%1.example/banner?x=1";
+  QTest::newRow("stars in the host") << "http://*.ads%1.example/"
+                                     << "http://www.ads%1.example/banner";
+  QTest::newRow("anywhere") << "*/banner%1-"
+                            << "http://www.example/a/banner%1-/page";
+  QTest::newRow("hostile") << "*a*a*a*a*a*b%1-"
+                           << "http://aaaaaaaaaaaaaaaaaaaaaaaa/b%1-x";
 }
 
 void TestWildcard::LongList() {

@@ -9,7 +9,7 @@
 
 #include "config/language.h"
 #include "config/options.h"
-#include "platform/history_store.h"
+#include "history/history_store.h"
 #include "search/address_bar.h"
 #include "search/address_label.h"
 

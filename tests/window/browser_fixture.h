@@ -13,9 +13,9 @@
 
 #include "browser/engine/engine.h"
 #include "browser/engine/halvex_browser.h"
-#include "browser/engine/page_notice.h"
+#include "browser/page/page_notice.h"
 #include "config/language.h"
-#include "platform/registry_store.h"
+#include "store/registry_store.h"
 #include "support/test_server.h"
 #include "window/engine_main.h"
 

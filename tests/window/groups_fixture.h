@@ -6,7 +6,7 @@
 #include <QFileInfo>
 
 #include "browser/tabs/load_queue.h"
-#include "groups/group_pages.h"
+#include "groups/page_groups.h"
 #include "window/tabs_fixture.h"
 
 // Tabs with page groups. The server has the pages /page0 to /page199 ("Page 0" and so on) and /silent, which never

@@ -9,7 +9,7 @@
 #include <QWebEnginePage>
 
 #include "browser/tabs/browser_tab.h"
-#include "browser/tabs/close_all.h"
+#include "browser/tabs/close_all_tabs.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
 #include "config/options.h"

@@ -6,7 +6,7 @@
 #include <QTextEdit>
 #include <QWheelEvent>
 
-#include "browser/dialogs/confirm_dialog.h"
+#include "ui/confirm_dialog.h"
 #include "support/modal_dialogs.h"
 #include "window/address_bar_fixture.h"
 

@@ -1,6 +1,6 @@
 #include <QMessageBox>
 
-#include "platform/history_store.h"
+#include "history/history_store.h"
 #include "search/address_search.h"
 #include "search/search_lists.h"
 #include "window/address_bar_fixture.h"

@@ -7,11 +7,11 @@
 #include <QSignalSpy>
 #include <QTextEdit>
 
-#include "browser/dialogs/close_all_dialog.h"
-#include "browser/dialogs/confirm_dialog.h"
-#include "browser/dialogs/properties_dialog.h"
-#include "browser/dialogs/script_dialog.h"
-#include "browser/dialogs/script_dialogs.h"
+#include "browser/tabs/close_all_dialog.h"
+#include "ui/confirm_dialog.h"
+#include "browser/page/properties_dialog.h"
+#include "browser/page/script_dialog.h"
+#include "browser/page/script_dialogs.h"
 #include "config/language.h"
 #include "support/modal_dialogs.h"
 

@@ -13,7 +13,7 @@
 #include "browser/downloads/download_window.h"
 #include "browser/downloads/file_names.h"
 #include "config/language.h"
-#include "platform/registry_store.h"
+#include "store/registry_store.h"
 #include "support/modal_dialogs.h"
 #include "support/test_server.h"
 

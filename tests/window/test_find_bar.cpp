@@ -5,7 +5,7 @@
 #include <QTest>
 #include <QToolButton>
 
-#include "browser/dialogs/find_bar.h"
+#include "browser/page/find_bar.h"
 #include "config/language.h"
 #include "support/data_row.h"
 

@@ -6,9 +6,9 @@
 #include <QPushButton>
 #include <QTest>
 
-#include "groups/group_editor.h"
-#include "window/groups_fixture.h"
+#include "groups/halvex_group_dialog.h"
 #include "support/modal_dialogs.h"
+#include "window/groups_fixture.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include "browser/dialogs/confirm_dialog.h"
-#include "browser/tabs/tab_menus.h"
+#include "ui/confirm_dialog.h"
+#include "browser/tabs/tab_menu.h"
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"
 #include "window/groups_fixture.h"

@@ -4,7 +4,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include "browser/tabs/tab_menus.h"
+#include "browser/tabs/tab_menu.h"
 #include "window/groups_fixture.h"
 
 // The queue that opens the pages of many tabs, with the real engine and groups of pages.

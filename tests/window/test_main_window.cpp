@@ -12,7 +12,7 @@
 #include <QToolBar>
 #include <QWebEnginePage>
 
-#include "app/commands.h"
+#include "actions/commands.h"
 #include "app/home_page.h"
 #include "app/page_commands.h"
 #include "search/address_bar.h"

@@ -8,7 +8,7 @@
 #include <QWebEngineView>
 #include <QWheelEvent>
 
-#include "browser/dialogs/find_bar.h"
+#include "browser/page/find_bar.h"
 #include "browser/downloads/download_list.h"
 #include "browser/engine/page_layout_store.h"
 #include "browser/engine/print_preview.h"

@@ -11,10 +11,10 @@
 #include <QWebEngineSettings>
 #include <QWebEngineView>
 
-#include "browser/dialogs/full_screen_notice.h"
-#include "browser/dialogs/page_menu.h"
-#include "browser/dialogs/page_prompts.h"
-#include "browser/dialogs/sign_in_dialog.h"
+#include "browser/page/full_screen_notice.h"
+#include "browser/page/page_menu.h"
+#include "browser/page/page_prompts.h"
+#include "browser/page/sign_in_dialog.h"
 #include "config/language.h"
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"

@@ -5,8 +5,8 @@
 #include <QPushButton>
 #include <QTextEdit>
 
-#include "browser/dialogs/confirm_dialog.h"
-#include "groups/popup_blocker.h"
+#include "ui/confirm_dialog.h"
+#include "popups/popup_blocker.h"
 #include "support/modal_dialogs.h"
 #include "window/tabs_fixture.h"
 

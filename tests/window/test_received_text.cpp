@@ -1,7 +1,7 @@
 #include <QDialog>
 #include <QFile>
 
-#include "app/commands.h"
+#include "actions/commands.h"
 #include "support/data_row.h"
 #include "window/main_window_fixture.h"
 

@@ -14,10 +14,11 @@
 #include "config/language.h"
 #include "config/settings_table.h"
 #include "platform/program_folders.h"
-#include "platform/registry_store.h"
 #include "search/quick_search.h"
 #include "search/search_engine_dialog.h"
 #include "search/search_lists.h"
+#include "store/private_folder.h"
+#include "store/registry_store.h"
 #include "support/modal_dialogs.h"
 
 // The lists of named addresses: how they are stored, the dialog that changes them, the menus made of them.
@@ -77,8 +78,8 @@ void TestSearchLists::init() {
 
 void TestSearchLists::SavesAsItStands() {
   TSearchLists lists(m_language, *m_store, nullptr);
-  lists.Save(TSearchList::SearchEngines, {"B & b=http://b.example/?x=1", "a=http://a.example/", "odd=title=rest",
-                                          "A=http://later.example/"});
+  lists.Save(TSearchList::SearchEngines,
+             {"B & b=http://b.example/?x=1", "a=http://a.example/", "odd=title=rest", "A=http://later.example/"});
   const QStringList kept = {"B & b=http://b.example/?x=1", "a=http://later.example/", "odd=title=rest"};
   QCOMPARE(Stored(RegistryKey::SearchEngines), kept);
   QCOMPARE(lists.Load(TSearchList::SearchEngines), kept);
@@ -108,7 +109,7 @@ void TestSearchLists::ExamplesComeOnce() {
 
   // The user's own file wins over the shipped one.
   init();
-  QVERIFY(ProgramFolders::Make(ProgramFolders::UserData()));
+  QVERIFY(MakePrivateFolder(ProgramFolders::UserData()));
   QFile own(ProgramFolders::UserData() + "/searches.ini");
   QVERIFY(own.open(QIODevice::WriteOnly) && own.write("[QuickSearch]\nmine=http://mine.example/%s\n") > 0);
   own.close();
@@ -129,14 +130,18 @@ void TestSearchLists::DialogRefuses_data() {
   QTest::addColumn<QString>("title");
   QTest::addColumn<QString>("location");
   QTest::addColumn<QStringList>("lines");
-  QTest::newRow("keyword of two words") << TSearchList::QuickSearch << "two words" << "http://a/" << QStringList();
-  QTest::newRow("title of two words") << TSearchList::SearchEngines << "two words" << "http://a/"
-                                      << QStringList("two words=http://a/");
-  QTest::newRow("panel page of two words") << TSearchList::SearchBar << "two words" << "http://a/"
-                                           << QStringList("two words=http://a/");
-  QTest::newRow("trimmed") << TSearchList::QuickSearch << " g " << " http://a/%s " << QStringList("g=http://a/%s");
-  QTest::newRow("no title") << TSearchList::SearchEngines << "  " << "http://a/" << QStringList();
-  QTest::newRow("no location") << TSearchList::SearchEngines << "a" << "  " << QStringList();
+  QTest::newRow("keyword of two words") << TSearchList::QuickSearch << "two words"
+                                        << "http://a/" << QStringList();
+  QTest::newRow("title of two words") << TSearchList::SearchEngines << "two words"
+                                      << "http://a/" << QStringList("two words=http://a/");
+  QTest::newRow("panel page of two words") << TSearchList::SearchBar << "two words"
+                                           << "http://a/" << QStringList("two words=http://a/");
+  QTest::newRow("trimmed") << TSearchList::QuickSearch << " g "
+                           << " http://a/%s " << QStringList("g=http://a/%s");
+  QTest::newRow("no title") << TSearchList::SearchEngines << "  "
+                            << "http://a/" << QStringList();
+  QTest::newRow("no location") << TSearchList::SearchEngines << "a"
+                               << "  " << QStringList();
 }
 
 void TestSearchLists::DialogRefuses() {

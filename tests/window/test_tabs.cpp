@@ -6,7 +6,7 @@
 #include <QPushButton>
 
 #include "browser/tabs/auto_refresh.h"
-#include "browser/tabs/tab_menus.h"
+#include "browser/tabs/tab_menu.h"
 #include "support/modal_dialogs.h"
 #include "window/page_click.h"
 #include "window/tabs_fixture.h"

@@ -7,8 +7,8 @@
 #include <QPushButton>
 #include <QToolButton>
 
-#include "app/commands.h"
-#include "browser/dialogs/confirm_dialog.h"
+#include "actions/commands.h"
+#include "ui/confirm_dialog.h"
 #include "groups/group_folder.h"
 #include "search/address_bar.h"
 #include "search/typed_addresses.h"
@@ -239,5 +239,7 @@ void TestWindowModules::WhatIsTypedIsKept() {
   QVERIFY(typed.List().isEmpty());
 }
 
-int main(int argc, char **argv) { return RunWithEngine<TestWindowModules>(argc, argv); }
+int main(int argc, char **argv) {
+  return RunWithEngine<TestWindowModules>(argc, argv);
+}
 #include "test_window_modules.moc"

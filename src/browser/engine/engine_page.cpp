@@ -8,7 +8,7 @@
 #include <QWebEngineSettings>
 #include <QWidget>
 
-#include "browser/dialogs/script_dialogs.h"
+#include "browser/page/script_dialogs.h"
 #include "browser/engine/address_fixup.h"
 #include "browser/engine/content_filter.h"
 #include "browser/engine/halvex_browser.h"
@@ -120,7 +120,8 @@ bool TEnginePage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
     // The engine keeps a page from the disk away from the network, and its links with it. A link that is followed is
     // the user's own navigation, so it is begun anew as one.
     m_cancelled = url;
-    QMetaObject::invokeMethod(this, [this, url] { load(url); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this, url] { load(url); }, Qt::QueuedConnection);
     return false;
   }
   m_cancelled.clear();

@@ -4,7 +4,7 @@
 #include <QDesktopServices>
 #include <QWebEngineFindTextResult>
 
-#include "browser/dialogs/properties_dialog.h"
+#include "browser/page/properties_dialog.h"
 #include "browser/engine/address_fixup.h"
 #include "browser/engine/halvex_browser_private.h"
 #include "browser/engine/page_probe.h"

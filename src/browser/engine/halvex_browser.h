@@ -6,7 +6,7 @@
 #include <QUrl>
 #include <QWidget>
 
-#include "browser/dialogs/page_properties.h"
+#include "browser/page/page_properties.h"
 #include "browser/engine/engine.h"
 
 class QWebEnginePage;

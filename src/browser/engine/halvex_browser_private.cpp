@@ -5,10 +5,10 @@
 #include <QWebEngineFindTextResult>
 #include <QWebEngineFullScreenRequest>
 
-#include "browser/dialogs/page_menu.h"
+#include "browser/page/page_menu.h"
 #include "browser/engine/address_fixup.h"
 #include "config/language.h"
-#include "config/shown_address.h"
+#include "ui/shown_address.h"
 
 void THalvexBrowser::TPrivate::BuildFrame() {
   q->setObjectName(QStringLiteral("THalvexBrowser"));

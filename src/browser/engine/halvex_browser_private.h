@@ -6,11 +6,11 @@
 #include <QVBoxLayout>
 #include <QWebEngineView>
 
-#include "browser/dialogs/find_bar.h"
-#include "browser/dialogs/page_prompts.h"
+#include "browser/page/find_bar.h"
+#include "browser/page/page_prompts.h"
 #include "browser/engine/engine_page.h"
 #include "browser/engine/halvex_browser.h"
-#include "browser/engine/page_notice.h"
+#include "browser/page/page_notice.h"
 #include "browser/engine/page_printing.h"
 #include "browser/engine/zoom_table.h"
 

@@ -28,5 +28,5 @@ class TInputWatch final : public QObject {
   QWidget *m_view = nullptr;
   QElapsedTimer m_since;
   bool m_swapping = false;  // an inner widget that had the keyboard was hidden, and none has it since
-  int m_wheelAngle = 0;  // eighths of a degree that have not made a whole step yet
+  int m_wheelAngle = 0;     // eighths of a degree that have not made a whole step yet
 };

@@ -7,7 +7,7 @@
 #include <QWebEngineLoadingInfo>
 
 #include "config/language.h"
-#include "config/shown_address.h"
+#include "ui/shown_address.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "browser/engine/page_layout_store.h"
 
-#include "platform/registry_store.h"
+#include "store/registry_store.h"
 
 namespace {
 

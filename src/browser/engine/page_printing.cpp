@@ -22,7 +22,7 @@ TPagePrinting::TPagePrinting(TEngine &engine, QWebEngineView *view, QObject *par
 }
 
 TPagePrinting::~TPagePrinting() {
-  delete m_dialog;   // an open print dialog still holds the printer
+  delete m_dialog;  // an open print dialog still holds the printer
   // The engine writes to the printer until it reports the end; a leaked one is better than a dead one.
   if (m_running) [[maybe_unused]]
     QPrinter *stillInUse = m_printer.release();

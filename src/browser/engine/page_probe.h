@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "browser/dialogs/page_properties.h"
+#include "browser/page/page_properties.h"
 
 class TEnginePage;
 class TLanguage;

@@ -33,7 +33,7 @@ struct TZVPageControl::TPrivate {
   TPageHost *host = nullptr;
   TTabBarView *view = nullptr;
   bool stripVisible = true;
-  int updates = 0;   // BeginUpdate calls without their EndUpdate
+  int updates = 0;  // BeginUpdate calls without their EndUpdate
 };
 
 TZVPageControl::TZVPageControl(QWidget *parent) : QWidget(parent), d(std::make_unique<TPrivate>()) {

@@ -16,7 +16,7 @@
 #include <QWheelEvent>
 #include "browser/strip/link_mime.h"
 #include "browser/strip/tab_bar_view.h"
-#include "config/shown_text.h"
+#include "ui/shown_text.h"
 
 namespace {
 constexpr int kWheelStep = 120;           // eighths of a degree: one notch

@@ -14,9 +14,9 @@
 namespace {
 
 const QString AboutBlank = QStringLiteral("about:blank");
-constexpr int StickyNameWidth = 60;       // characters
-constexpr int LongestListCaption = 250;   // characters; more fits on no screen
-constexpr int MostEmptyWindows = 20;      // of one page
+constexpr int StickyNameWidth = 60;      // characters
+constexpr int LongestListCaption = 250;  // characters; more fits on no screen
+constexpr int MostEmptyWindows = 20;     // of one page
 
 bool IsHttps(const QString &address) {
   // Exact and case-sensitive: the engine always gives schemes in lower case.

@@ -113,7 +113,7 @@ class TBrowserTab final : public QWidget {
   TTabStrip &m_strip;
   QPointer<THalvexBrowser> m_browser;
   QString m_title;
-  QString m_url;       // the last address that the program asked this tab to open
+  QString m_url;  // the last address that the program asked this tab to open
   QPointer<TBrowserTab> m_opener;
   QString m_popupUrl;  // the first address of a window that a page asked for
   QString m_stickyName;

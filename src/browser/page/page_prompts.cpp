@@ -1,0 +1,203 @@
+#include "browser/page/page_prompts.h"
+
+#include <algorithm>
+#include <array>
+#include <QAuthenticator>
+#include <QInputDialog>
+#include <QSslCertificate>
+#include <QWebEngineClientCertificateSelection>
+#include <QWebEngineQuotaRequest>
+#include <QWebEngineRegisterProtocolHandlerRequest>
+#include <QWidget>
+
+#include "browser/page/full_screen_notice.h"
+#include "browser/page/origin_text.h"
+#include "browser/page/permission_bar.h"
+#include "browser/page/permission_decisions.h"
+#include "browser/page/sign_in_dialog.h"
+#include "config/language.h"
+
+namespace {
+
+constexpr int MostPermissionRequests = 16;                 // a page that asks for more at a time gets no answer
+constexpr qint64 LargestQuota = qint64(64) * 1024 * 1024;  // bytes that a page may store without being asked about
+constexpr int LongestCertificateName = 80;
+
+struct TFeatureText {
+  QWebEnginePage::Feature feature;
+  TTextKey question;
+};
+
+constexpr std::array FeatureTexts{
+    TFeatureText{QWebEnginePage::Notifications, {"PERMISSIONS", "Notifications"}},
+    TFeatureText{QWebEnginePage::Geolocation, {"PERMISSIONS", "Location"}},
+    TFeatureText{QWebEnginePage::MediaAudioCapture, {"PERMISSIONS", "Microphone"}},
+    TFeatureText{QWebEnginePage::MediaVideoCapture, {"PERMISSIONS", "Camera"}},
+    TFeatureText{QWebEnginePage::MediaAudioVideoCapture, {"PERMISSIONS", "CameraAndMicrophone"}},
+    TFeatureText{QWebEnginePage::MouseLock, {"PERMISSIONS", "MouseLock"}},
+    TFeatureText{QWebEnginePage::DesktopVideoCapture, {"PERMISSIONS", "Screen"}},
+    TFeatureText{QWebEnginePage::DesktopAudioVideoCapture, {"PERMISSIONS", "ScreenAndSound"}},
+};
+
+const TFeatureText *FindFeature(QWebEnginePage::Feature feature) {
+  const auto *found = std::find_if(FeatureTexts.begin(), FeatureTexts.end(),
+                                   [feature](const TFeatureText &text) { return text.feature == feature; });
+  return found == FeatureTexts.end() ? nullptr : found;
+}
+
+}  // namespace
+
+TPagePrompts::TPagePrompts(QWebEnginePage *page, QWidget *owner, const TLanguage &language)
+    : QObject(page), m_page(page), m_owner(owner), m_language(language), m_bar(new TPermissionBar(language, owner)) {
+  connect(m_bar, &TPermissionBar::Answered, this, [this](bool allow) { FinishPermission(allow, true); });
+  connect(m_bar, &TPermissionBar::Dismissed, this, [this] { FinishPermission(false, false); });
+  connect(page, &QWebEnginePage::featurePermissionRequested, this, &TPagePrompts::AskPermission);
+  connect(page, &QWebEnginePage::featurePermissionRequestCanceled, this,
+          [this](const QUrl &origin, QWebEnginePage::Feature feature) {
+            m_permissionRequests.removeAll({origin, feature});
+            AskNextPermission();
+          });
+  connect(page, &QWebEnginePage::loadStarted, this, [this] {
+    ForgetPermissionRequests();
+    m_signIns.clear();
+  });
+  connect(page, &QWebEnginePage::renderProcessTerminated, this, &TPagePrompts::ForgetPermissionRequests);
+  connect(page, &QWebEnginePage::authenticationRequired, this,
+          [this](const QUrl &url, QAuthenticator *authenticator) { SignIn(url, {}, authenticator); });
+  connect(page, &QWebEnginePage::proxyAuthenticationRequired, this,
+          [this](const QUrl &url, QAuthenticator *authenticator, const QString &proxyHost) {
+            SignIn(url, proxyHost, authenticator);
+          });
+  connect(page, &QWebEnginePage::registerProtocolHandlerRequested, this,
+          [](QWebEngineRegisterProtocolHandlerRequest request) { request.reject(); });
+#if QT_VERSION < QT_VERSION_CHECK(6, 5, 0)
+  connect(page, &QWebEnginePage::quotaRequested, this, [](QWebEngineQuotaRequest request) {
+    request.requestedSize() <= LargestQuota ? request.accept() : request.reject();
+  });
+#endif
+  connect(page, &QWebEnginePage::selectClientCertificate, this, &TPagePrompts::SelectClientCertificate);
+}
+
+TPagePrompts::~TPagePrompts() {
+  if (m_openSignIn != nullptr) m_openSignIn->reject();
+  delete m_bar;
+}
+
+QWidget *TPagePrompts::Bar() const {
+  return m_bar;
+}
+
+void TPagePrompts::ShowFullScreenNotice(QWidget *over, const QUrl &origin) {
+  HideFullScreenNotice();
+  m_notice = new TFullScreenNotice(m_language.Text("FULL_SCREEN", "Notice").arg(OriginText(origin, m_language)), over);
+}
+
+void TPagePrompts::HideFullScreenNotice() {
+  delete m_notice;
+}
+
+void TPagePrompts::AskPermission(const QUrl &origin, QWebEnginePage::Feature feature) {
+  const std::optional<bool> decided = TPermissionDecisions::Of(*m_page->profile()).Find(origin, feature);
+  if (decided.has_value() || FindFeature(feature) == nullptr) {
+    m_page->setFeaturePermission(
+        origin, feature,
+        decided.value_or(false) ? QWebEnginePage::PermissionGrantedByUser : QWebEnginePage::PermissionDeniedByUser);
+    return;
+  }
+  const TPermissionRequest request{origin, feature};
+  if (m_permissionRequests.contains(request) || m_permissionRequests.size() >= MostPermissionRequests) return;
+  m_permissionRequests.append(request);
+  if (m_permissionRequests.size() == 1) AskNextPermission();
+}
+
+void TPagePrompts::AskNextPermission() {
+  if (m_bar.isNull()) return;
+  if (m_permissionRequests.isEmpty()) {
+    m_bar->hide();
+    return;
+  }
+  const TPermissionRequest &request = m_permissionRequests.first();
+  m_bar->Ask(m_language.Text(FindFeature(request.feature)->question).arg(OriginText(request.origin, m_language)));
+}
+
+void TPagePrompts::FinishPermission(bool allow, bool remember) {
+  if (m_permissionRequests.isEmpty()) return;
+  const TPermissionRequest request = m_permissionRequests.takeFirst();
+  if (remember) TPermissionDecisions::Of(*m_page->profile()).Remember(request.origin, request.feature, allow);
+  m_page->setFeaturePermission(
+      request.origin, request.feature,
+      allow ? QWebEnginePage::PermissionGrantedByUser : QWebEnginePage::PermissionDeniedByUser);
+  AskNextPermission();
+}
+
+void TPagePrompts::ForgetPermissionRequests() {
+  m_permissionRequests.clear();
+  AskNextPermission();
+}
+
+void TPagePrompts::SignIn(const QUrl &url, const QString &proxyHost, QAuthenticator *authenticator) {
+  const QString place = (proxyHost.isEmpty() ? OriginText(url, m_language) : proxyHost) + '\n' + authenticator->realm();
+  TSignInAnswer answer = m_signIns.value(place);
+  // One answer holds for everything that a page loads from one place: a page of many pictures asks once. An address
+  // that comes again did not like the answer.
+  if (!answer.refused && (answer.addresses.isEmpty() || answer.addresses.contains(url))) {
+    const QString refusedUser = std::exchange(answer, {}).user;
+    if (!AskSignIn(url, proxyHost, authenticator->realm(), refusedUser, answer)) {
+      *authenticator = QAuthenticator();
+      return;
+    }
+  }
+  answer.addresses.insert(url);
+  m_signIns.insert(place, answer);
+  if (answer.refused) {
+    *authenticator = QAuthenticator();
+    return;
+  }
+  authenticator->setUser(answer.user);
+  authenticator->setPassword(answer.password);
+}
+
+bool TPagePrompts::AskSignIn(const QUrl &url, const QString &proxyHost, const QString &realm,
+                             const QString &refusedUser, TSignInAnswer &answer) {
+  const QPointer<TPagePrompts> self(this);
+  const bool proxy = !proxyHost.isEmpty();
+  const QString prompt = proxy ? m_language.Text("SIGN_IN", "ProxyPrompt").arg(proxyHost)
+                               : m_language.Text("SIGN_IN", "Prompt").arg(OriginText(url, m_language));
+  // What passes between the browser and a proxy is not encrypted, whatever the page itself is.
+  const QPointer<TSignInDialog> dialog(
+      new TSignInDialog(prompt, realm, !proxy && url.scheme() == "https", m_language, m_owner));
+  if (!refusedUser.isEmpty()) dialog->SetRefused(refusedUser);
+  m_openSignIn = dialog;
+  answer.refused = dialog->exec() != QDialog::Accepted || dialog.isNull();
+  if (!answer.refused) {
+    answer.user = dialog->User();
+    answer.password = dialog->Password();
+  }
+  delete dialog;
+  return self != nullptr;
+}
+
+void TPagePrompts::SelectClientCertificate(QWebEngineClientCertificateSelection selection) {
+  const QList<QSslCertificate> certificates = selection.certificates();
+  if (certificates.isEmpty()) return selection.selectNone();
+  QStringList names;
+  for (const QSslCertificate &certificate : certificates) {
+    const QString name = m_language.Text("CLIENT_CERTIFICATE", "Line")
+                             .arg(certificate.subjectDisplayName().left(LongestCertificateName),
+                                  certificate.issuerDisplayName().left(LongestCertificateName));
+    // Equal names are told apart by their number; the choice is found again by position.
+    names.append(QString("%1. %2").arg(names.size() + 1).arg(name.simplified()));
+  }
+  const QPointer<QInputDialog> dialog(new QInputDialog(m_owner));
+  dialog->setWindowModality(Qt::WindowModal);
+  dialog->setWindowTitle(m_language.Text("CLIENT_CERTIFICATE", "Caption"));
+  dialog->setLabelText(m_language.Text("CLIENT_CERTIFICATE", "Prompt").arg(OriginText(selection.host(), m_language)));
+  dialog->setOption(QInputDialog::UseListViewForComboBoxItems);
+  dialog->setComboBoxItems(names);
+  dialog->setOkButtonText(m_language.Global("OK"));
+  dialog->setCancelButtonText(m_language.Global("Cancel"));
+  const bool accepted = dialog->exec() == QDialog::Accepted && dialog != nullptr;
+  const qsizetype choice = accepted ? names.indexOf(dialog->textValue()) : -1;
+  delete dialog;
+  choice >= 0 ? selection.select(certificates.at(choice)) : selection.selectNone();
+}

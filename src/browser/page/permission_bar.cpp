@@ -1,0 +1,79 @@
+#include "browser/page/permission_bar.h"
+
+#include <QAccessible>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+
+#include "ui/close_button.h"
+#include "config/language.h"
+
+namespace {
+
+constexpr int Margin = 6;
+constexpr int WakeDelay = 500;  // ms until the buttons take clicks
+
+}  // namespace
+
+TPermissionBar::TPermissionBar(const TLanguage &language, QWidget *parent) : QFrame(parent) {
+  setObjectName("PermissionBar");
+  setFrameShape(QFrame::StyledPanel);
+  setAutoFillBackground(true);
+  setBackgroundRole(QPalette::ToolTipBase);
+  setForegroundRole(QPalette::ToolTipText);
+  m_question = new QLabel(this);
+  m_question->setObjectName("lblQuestion");
+  m_question->setTextFormat(Qt::PlainText);
+  m_question->setWordWrap(true);
+  m_question->setForegroundRole(QPalette::ToolTipText);
+  m_allow = new QPushButton(language.Text("PERMISSIONS", "Allow"), this);
+  m_allow->setObjectName("cmdAllow");
+  m_deny = new QPushButton(language.Text("PERMISSIONS", "Deny"), this);
+  m_deny->setObjectName("cmdDeny");
+  auto *close = new TCloseButton(language.Text("PERMISSIONS", "NotNow"), this);
+  close->setForegroundRole(QPalette::ToolTipText);
+
+  auto *layout = new QHBoxLayout(this);
+  layout->setContentsMargins(Margin, Margin, Margin, Margin);
+  layout->addWidget(m_question, 1);
+  layout->addWidget(m_allow);
+  layout->addWidget(m_deny);
+  layout->addWidget(close);
+
+  m_wake.setSingleShot(true);
+  m_wake.setInterval(WakeDelay);
+  connect(&m_wake, &QTimer::timeout, this, [this] { SetButtonsEnabled(true); });
+  connect(m_allow, &QPushButton::clicked, this, [this] { Q_EMIT Answered(true); });
+  connect(m_deny, &QPushButton::clicked, this, [this] { Q_EMIT Answered(false); });
+  connect(close, &TCloseButton::clicked, this, &TPermissionBar::Dismissed);
+  hide();
+}
+
+void TPermissionBar::Ask(const QString &question) {
+  m_question->setText(question);
+  setAccessibleName(question);
+  SetButtonsEnabled(false);
+  show();
+  m_wake.start();
+  // The bar does not take the keyboard, so a screen reader has to be told that it is there.
+  QAccessibleEvent event(this, QAccessible::Alert);
+  QAccessible::updateAccessibility(&event);
+}
+
+bool TPermissionBar::event(QEvent *event) {
+  return ClaimEscape(*event) || QFrame::event(event);
+}
+
+void TPermissionBar::keyPressEvent(QKeyEvent *event) {
+  if (event->key() == Qt::Key_Escape) {
+    Q_EMIT Dismissed();
+    return;
+  }
+  QFrame::keyPressEvent(event);
+}
+
+void TPermissionBar::SetButtonsEnabled(bool enabled) {
+  m_allow->setEnabled(enabled);
+  m_deny->setEnabled(enabled);
+}

@@ -1,0 +1,80 @@
+#include "browser/tabs/close_all_tabs.h"
+
+#include <QPointer>
+#include <QWidget>
+
+#include "browser/tabs/close_all_dialog.h"
+#include "ui/confirm_dialog.h"
+#include "browser/tabs/browser_tab.h"
+#include "browser/tabs/tab_strip.h"
+#include "config/language.h"
+#include "config/options.h"
+
+bool TCloseAllTabs::Confirmed() const {
+  TZVOptions options(m_tabs.Environment().store);
+  if (!options.Get(Setting::ConfirmCloseAll)) return true;
+  const TLanguage &language = m_tabs.Environment().language;
+  bool dontAsk = false;
+  const bool yes = ShowConfirm(m_owner, m_owner->font(), language.Text("CONFIRM", "CloseAll"), false, &dontAsk,
+                               language.Text("CONFIRM", "DontAsk"), language.Global("No"), language.Global("Yes"),
+                               language.Text("CONFIRM", "Proceed"), language.Text("CONFIRM", "CloseAllPrompt"));
+  // The box counts whatever the answer was: from now on close-all does not ask.
+  if (dontAsk) options.Set(Setting::ConfirmCloseAll, false);
+  return yes;
+}
+
+void TCloseAllTabs::CloseAll(bool skipConfirmation) {
+  if (!skipConfirmation && !Confirmed()) return;
+  if (m_tabs.ClosingLocked()) return;
+  m_tabs.CloseHiddenTabs();
+
+  TBrowserTab *spared = nullptr;
+  for (TBrowserTab *tab : m_tabs.Tabs()) {
+    if (tab->HideFromCloseAll()) {
+      spared = tab;
+      break;
+    }
+  }
+  if (spared != nullptr) {
+    m_tabs.Activate(spared);
+  } else if (TBrowserTab *first = m_tabs.Tab(0)) {
+    m_tabs.Pages().SetPageVisible(first, true);
+    m_tabs.Activate(first);
+    first->ResetToBlank();
+  }
+  TBrowserTab *kept = m_tabs.GetActivePage();
+  for (int i = m_tabs.TabCount() - 1; i >= 0; --i) {
+    TBrowserTab *tab = m_tabs.Tab(i);
+    if (tab != nullptr && tab != kept && !tab->HideFromCloseAll() && m_tabs.TabCount() > 1) tab->Close();
+  }
+}
+
+void TCloseAllTabs::KeepCurrent() {
+  const QPointer<TBrowserTab> current(m_tabs.GetActivePage());
+  if (!current) return;
+  const bool before = current->HideFromCloseAll();
+  current->SetHideFromCloseAll(true);
+  CloseAll(false);
+  if (!current) return;
+  current->SetHideFromCloseAll(before);
+  m_tabs.Activate(current);
+}
+
+void TCloseAllTabs::ShowList() {
+  // The list shows what the strip shows; a tab that a page asked for and that was not let in yet has no line.
+  QStringList lines;
+  QList<QPointer<TBrowserTab>> listed;
+  m_tabs.CloseHiddenTabs();
+  for (TBrowserTab *tab : m_tabs.Tabs()) {
+    if (!m_tabs.Pages().IsPageVisible(tab)) continue;
+    lines.append(tab->ListCaption());
+    listed.append(tab);
+  }
+  TfrmCloseAll dialog(
+      m_tabs.Environment().language, lines,
+      [this, &listed](int position) {
+        if (!m_tabs.ClosingLocked() && listed.value(position)) listed.at(position)->Close();
+      },
+      m_owner);
+  dialog.exec();
+}

@@ -1,0 +1,63 @@
+#include "chrome/full_screen.h"
+
+#include <QMainWindow>
+
+#include "actions/commands.h"
+#include "browser/tabs/browser_tab.h"
+#include "browser/tabs/tab_strip.h"
+
+TFullScreen::TFullScreen(QMainWindow *window, TCommands &commands, TTabStrip &tabs)
+    : QObject(window), m_window(window), m_commands(commands), m_tabs(tabs) {
+  connect(commands[TCommand::FullScreen], &QAction::toggled, this, [this](bool on) { on ? Enter() : Leave(); });
+  connect(&tabs, &TTabStrip::PageFullScreenRequested, this, &TFullScreen::ShowPageOnly);
+  // A page cannot stay alone on the screen when another tab comes to the front.
+  connect(&tabs, &TTabStrip::ActiveTabChanged, this, &TFullScreen::LeavePage);
+}
+
+void TFullScreen::GoFull() {
+  if (m_window->isFullScreen()) return;
+  m_window->setWindowState(m_window->windowState() | Qt::WindowFullScreen);
+}
+
+void TFullScreen::GoBack() {
+  if (m_on || m_page) return;
+  m_window->setWindowState(m_window->windowState() & ~Qt::WindowFullScreen);
+}
+
+void TFullScreen::Enter() {
+  if (m_on) return;
+  GoFull();
+  m_on = true;
+  m_commands[TCommand::FullScreen]->setChecked(true);
+  Q_EMIT BarsChanged();
+}
+
+void TFullScreen::Leave() {
+  if (!m_on) return;
+  m_on = false;
+  m_commands[TCommand::FullScreen]->setChecked(false);
+  GoBack();
+  Q_EMIT BarsChanged();
+}
+
+void TFullScreen::LeavePage() {
+  if (!m_page) return;
+  for (TBrowserTab *tab : m_tabs.Tabs()) {
+    if (tab->Browser() != nullptr && tab->Browser()->HasPageFullScreen()) tab->Browser()->LeavePageFullScreen();
+  }
+  // Not left to the page's answer: it may be late, or its tab may be gone.
+  ShowPageOnly(nullptr, false);
+}
+
+void TFullScreen::LeaveAll() {
+  LeavePage();
+  Leave();
+}
+
+void TFullScreen::ShowPageOnly(TBrowserTab *tab, bool on) {
+  if (on == m_page || (on && tab != m_tabs.GetActivePage())) return;
+  if (on) GoFull();
+  m_page = on;
+  if (!on) GoBack();
+  Q_EMIT BarsChanged();
+}

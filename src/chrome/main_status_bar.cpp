@@ -1,0 +1,132 @@
+#include "chrome/main_status_bar.h"
+
+#include <QLabel>
+#include <QMenu>
+#include <QProgressBar>
+#include <QToolButton>
+
+#include "config/language.h"
+#include "ui/shown_text.h"
+
+namespace {
+
+constexpr int ProgressWidth = 120;
+constexpr qsizetype LongestStatusText = 400;  // characters; a link may be of any length
+
+// By level 0..6; level 0 shows nothing.
+constexpr TTextKey EncryptionTexts[] = {
+    {},
+    TTextKey{"MAIN", "EncryptionMixed"},
+    TTextKey{"MAIN", "EncryptionUnknown"},
+    TTextKey{"MAIN", "Encryption40Bit"},
+    TTextKey{"MAIN", "Encryption56Bit"},
+    TTextKey{"MAIN", "EncryptionFortezza"},
+    TTextKey{"MAIN", "Encryption128Bit"},
+};
+
+// A label that gives way: a long text is cut at the right instead of widening the window.
+class TElidedLabel final : public QLabel {
+ public:
+  using QLabel::QLabel;
+  QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+};
+
+QLabel *MakePanel(QWidget *parent, const char *name) {
+  auto *label = new TElidedLabel(parent);
+  label->setObjectName(QString::fromLatin1(name));
+  label->setTextFormat(Qt::PlainText);
+  label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  return label;
+}
+
+QToolButton *MakeButton(QWidget *parent, const char *name) {
+  auto *button = new QToolButton(parent);
+  button->setObjectName(QString::fromLatin1(name));
+  button->setAutoRaise(true);
+  button->setFocusPolicy(Qt::TabFocus);
+  button->hide();
+  return button;
+}
+
+}  // namespace
+
+TMainStatusBar::TMainStatusBar(const TLanguage &language, QWidget *parent)
+    : QStatusBar(parent),
+      m_language(language),
+      m_text(MakePanel(this, "pnlStatusText")),
+      m_note(MakePanel(this, "pnlStatusNote")),
+      m_progress(new QProgressBar(this)),
+      m_security(MakeButton(this, "tbSecurity")),
+      m_downloads(MakeButton(this, "tbDownloadsActive")),
+      m_pagesToCome(MakeButton(this, "tbPagesToCome")),
+      m_stopped(MakeButton(this, "tbPopupsStopped")),
+      m_stoppedMenu(new QMenu(this)) {
+  setObjectName(QStringLiteral("StatusBar"));
+  m_progress->setObjectName(QStringLiteral("ProgressBar"));
+  m_progress->setFixedWidth(ProgressWidth);
+  m_progress->setTextVisible(false);
+  m_progress->setAccessibleName(language.Text("MAIN", "ProgressName"));
+  m_progress->setMaximumHeight(fontMetrics().height());
+  m_progress->hide();
+  addWidget(m_text, 3);
+  addWidget(m_note, 1);
+  addPermanentWidget(m_progress);
+  addPermanentWidget(m_pagesToCome);
+  addPermanentWidget(m_stopped);
+  m_stopped->setIcon(QIcon(QStringLiteral(":/icons/popup_blocked.svg")));
+  m_stopped->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  m_stopped->setPopupMode(QToolButton::InstantPopup);
+  m_stopped->setMenu(m_stoppedMenu);
+  addPermanentWidget(m_downloads);
+  addPermanentWidget(m_security);
+  m_downloads->setIcon(QIcon(QStringLiteral(":/icons/downloads.svg")));
+  m_downloads->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  connect(m_downloads, &QToolButton::clicked, this, &TMainStatusBar::DownloadsClicked);
+  m_pagesToCome->setIcon(QIcon(QStringLiteral(":/icons/stop_all.svg")));
+  m_pagesToCome->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  m_pagesToCome->setToolTip(language.Text("MAIN", "PagesToComeHint"));
+  connect(m_pagesToCome, &QToolButton::clicked, this, &TMainStatusBar::StopPagesClicked);
+  connect(m_security, &QToolButton::clicked, this, &TMainStatusBar::SecurityClicked);
+}
+
+void TMainStatusBar::ShowStatusText(const QString &text) {
+  m_text->setText(Shortened(text, LongestStatusText));
+}
+
+void TMainStatusBar::ShowNote(const QString &text) {
+  m_note->setText(text);
+}
+
+void TMainStatusBar::ShowProgress(int percent) {
+  m_progress->setValue(percent);
+  m_progress->setVisible(percent < 100);
+}
+
+void TMainStatusBar::ShowSecurity(bool secure, int level) {
+  const bool known = level > 0 && level < static_cast<int>(std::size(EncryptionTexts));
+  m_security->setVisible(known);
+  if (!known) return;
+  m_security->setIcon(
+      QIcon(secure && level > 2 ? QStringLiteral(":/icons/lock.svg") : QStringLiteral(":/icons/lock_open.svg")));
+  const QString text = m_language.Text(EncryptionTexts[level]);
+  m_security->setToolTip(text);
+  m_security->setAccessibleName(text);
+}
+
+void TMainStatusBar::ShowDownloads(int active) {
+  m_downloads->setVisible(active > 0);
+  m_downloads->setText(QString::number(active));
+  const QString text = m_language.Text("MAIN", "DownloadsRunning").arg(active);
+  m_downloads->setToolTip(text);
+  m_downloads->setAccessibleName(text);
+}
+
+void TMainStatusBar::ShowPagesToCome(int pages) {
+  m_pagesToCome->setVisible(pages > 0);
+  m_pagesToCome->setText(m_language.Text("MAIN", "PagesToCome").arg(pages));
+}
+
+void TMainStatusBar::ShowStopped(const QString &text) {
+  m_stopped->setVisible(!text.isEmpty());
+  m_stopped->setText(text);
+}

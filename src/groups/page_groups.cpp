@@ -1,0 +1,259 @@
+#include "groups/page_groups.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMenu>
+#include <QPointer>
+#include <QRegularExpression>
+#include <QScopedValueRollback>
+#include <QUrl>
+#include <utility>
+
+#include "ui/confirm_dialog.h"
+#include "browser/tabs/browser_tab.h"
+#include "browser/tabs/close_all_tabs.h"
+#include "browser/tabs/load_queue.h"
+#include "browser/tabs/tab_menu.h"
+#include "browser/tabs/tab_strip.h"
+#include "config/language.h"
+#include "config/options.h"
+#include "groups/halvex_group_dialog.h"
+#include "groups/halvex_group.h"
+#include "groups/halvex_group_menu_item.h"
+#include "groups/group_message.h"
+
+namespace {
+
+// File managers hand over URLs.
+QString LocalPath(const QString &argument) {
+  if (!argument.startsWith(QLatin1String("file:"), Qt::CaseInsensitive)) return argument;
+  const QString path = QUrl(argument).toLocalFile();
+  return path.isEmpty() ? argument : path;
+}
+
+bool IsOtherUrl(const QString &path) {
+  static const QRegularExpression scheme(QStringLiteral("^[A-Za-z][A-Za-z0-9+.-]*://"));
+  return scheme.match(path).hasMatch();
+}
+
+void AddTo(THalvexGroup &group, const TBrowserTab &tab) {
+  // A page of a group that is still on its way is saved as it stood there.
+  group.AddEntry(tab.StickyName(), tab.AddressToSave(), tab.Locked() || tab.LockPending());
+}
+
+}  // namespace
+
+TPageGroups::TPageGroups(QWidget *window, TTabStrip &tabs, TCloseAllTabs &closeAll, TLoadQueue &queue,
+                         const TLanguage &language, TRegistryStore &store)
+    : QObject(window),
+      m_window(window),
+      m_tabs(tabs),
+      m_closeAll(closeAll),
+      m_queue(queue),
+      m_language(language),
+      m_folder(new TGroupFolder(window, language, this)),
+      m_closeFirst(TZVOptions(store).Get(Setting::HGCloseFirst)) {
+  m_add = AddCommand("pmAddToHalvexGroup", language.Text("MAIN", "GroupsAddTab"), Qt::Key_F6,
+                     &TPageGroups::pmAddToHalvexGroupClick);
+  m_saveAll = AddCommand("actSaveAsHalvexGroup", language.Text("MAIN", "GroupsSaveAll"), Qt::Key_F7,
+                         &TPageGroups::actSaveAsHalvexGroupExecute);
+  m_organize = AddCommand("actOrganizeHalvexGroups", language.Text("MAIN", "GroupsOrganize"), 0,
+                          &TPageGroups::actOrganizeHalvexGroupsExecute);
+  connect(m_folder, &TGroupFolder::Changed, this, [this] { m_groupsMenuStale = true; });
+}
+
+QAction *TPageGroups::AddCommand(const char *name, const QString &text, int key, void (TPageGroups::*command)()) {
+  auto *action = new QAction(text, m_window);
+  action->setObjectName(QString::fromLatin1(name));
+  if (key != 0) action->setShortcut(QKeySequence(key));
+  m_window->addAction(action);  // so that the key works while the menu is closed
+  connect(action, &QAction::triggered, this, command);
+  return action;
+}
+
+bool TPageGroups::IsGroupFile(const QString &argument) {
+  const QString path = LocalPath(argument);
+  return IsHalvexGroupFile(path) && !IsOtherUrl(path);
+}
+
+bool TPageGroups::IsHandedOverGroup(const QString &argument) {
+  const QString path = LocalPath(argument);
+  return path.endsWith(QLatin1String(THalvexGroup::Extension)) && QFileInfo(path).isFile();
+}
+
+void TPageGroups::HalvexGroupClick(const QString &argument) {
+  OpenHalvexGroup(argument, m_closeFirst);
+}
+
+void TPageGroups::OpenHalvexGroup(const QString &argument, bool closeFirst, bool atStartup) {
+  const QString path = LocalPath(argument);
+  const THalvexGroup group(path);
+  if (!group.ReadError().isEmpty()) {
+    TellUnreadable(path, group.ReadError());
+    return;
+  }
+  if (group.Count() == 0) return;
+  if (group.Count() > MostPages) {
+    TellAboutGroup(m_window, m_language,
+                   m_language.Text("HalvexGroups", "TooManyPages")
+                       .arg(QFileInfo(path).fileName(), QString::number(group.Count()), QString::number(MostPages)));
+    return;
+  }
+  const TPresentationPause pause(m_tabs.Pages());
+  if (closeFirst) m_closeAll.CloseAll(true);
+  TTabSettings &settings = m_tabs.Environment().settings;
+  const QScopedValueRollback<bool> atEnd(settings.openNewAtEnd, true);
+  for (int i = 0; i < group.Count(); ++i) {
+    // The tab that is left after closing is taken whatever it is, one that was spared too: meant so.
+    TBrowserTab *tab = closeFirst && i == 0 ? m_tabs.GetActivePage() : nullptr;
+    if (tab == nullptr) tab = settings.openNewInForeground ? m_tabs.NewTab() : m_tabs.NewBackgroundTab();
+    OpenEntry(tab, group.NameAt(i), group.ValueAt(i), atStartup);
+  }
+}
+
+void TPageGroups::OpenEntry(TBrowserTab *tab, const QString &name, QString value, bool atStartup) {
+  if (atStartup) tab->SetRestored(true);
+  // Only the lower-case spelling means no name; a page named "Blank7" keeps its name, which is meant.
+  if (!name.isEmpty() && !name.startsWith(QLatin1String("blank"))) tab->SetStickyName(name);
+  if (value.startsWith(QLatin1Char('*'))) {
+    value.remove(0, 1);
+    tab->SetLockPending(true);
+  }
+  m_queue.Navigate(tab, value);
+}
+
+void TPageGroups::actSaveAsHalvexGroupExecute() {
+  m_tabs.CloseHiddenTabs();
+  THalvexGroup group;
+  for (const TBrowserTab *tab : m_tabs.Tabs()) {
+    if (m_tabs.Pages().IsPageVisible(tab)) AddTo(group, *tab);
+  }
+  const QPointer<TPageGroups> self(this);
+  const QString file = AskNewFile();
+  if (!self) return;
+  if (!file.isEmpty()) {
+    group.SetFileName(file);
+    Save(group);
+  }
+  m_folder->Refresh();
+}
+
+void TPageGroups::pmAddToHalvexGroupClick() {
+  AddTabToHalvexGroup(m_tabs.GetActivePage());
+}
+
+void TPageGroups::AddTabToHalvexGroup(TBrowserTab *tab) {
+  const QPointer<TBrowserTab> page(tab);
+  const QPointer<TPageGroups> self(this);
+  const QString file = AskExistingFile();
+  if (!self) return;
+  if (!file.isEmpty() && page && page->Browser() != nullptr) {
+    THalvexGroup group(file);
+    if (group.ReadError().isEmpty()) {
+      group.SetFileName(file);
+      AddTo(group, *page);
+      Save(group);
+    } else {
+      TellUnreadable(file, group.ReadError());
+    }
+  }
+  m_folder->Refresh();
+}
+
+void TPageGroups::actOrganizeHalvexGroupsExecute() {
+  const QPointer<TPageGroups> self(this);
+  const QString file = AskExistingFile();
+  if (self && !file.isEmpty()) Organize(file);
+}
+
+void TPageGroups::Organize(const QString &path) {
+  if (!QFileInfo(path).isFile()) return;
+  const QPointer<TPageGroups> self(this);
+  const QPointer<TfrmHalvexGroup> dialog(new TfrmHalvexGroup(m_language, path, m_window));
+  if (dialog->ReadError().isEmpty()) {
+    dialog->setFont(m_window->font());
+    dialog->exec();
+  } else {
+    TellUnreadable(path, dialog->ReadError());
+  }
+  delete dialog;
+  if (self) m_folder->Refresh();
+}
+
+QString TPageGroups::AskExistingFile() {
+  auto *dialog = new QFileDialog(m_window);
+  dialog->setAcceptMode(QFileDialog::AcceptOpen);
+  dialog->setFileMode(QFileDialog::ExistingFile);
+  dialog->setDefaultSuffix(QString::fromLatin1(THalvexGroup::Extension + 1));
+  return Ask(dialog);
+}
+
+QString TPageGroups::AskNewFile() {
+  auto *dialog = new QFileDialog(m_window);
+  dialog->setAcceptMode(QFileDialog::AcceptSave);
+  dialog->setFileMode(QFileDialog::AnyFile);
+  // The question about an existing file is asked below, with the name that the file really gets.
+  dialog->setOption(QFileDialog::DontConfirmOverwrite);
+  const QPointer<TPageGroups> self(this);
+  QString file = Ask(dialog);
+  if (!self || file.isEmpty()) return {};
+  if (!IsHalvexGroupFile(file)) file += QLatin1String(THalvexGroup::Extension);
+  if (!QFileInfo::exists(file)) return file;
+  const bool replace = ShowConfirm(m_window, m_window->font(), QApplication::applicationDisplayName(), false, nullptr,
+                                   QString(), m_language.Global("No"), m_language.Global("Yes"),
+                                   QFileInfo(file).fileName(), m_language.Global("HalvexGroupDuplicate"));
+  return replace ? file : QString();
+}
+
+QString TPageGroups::Ask(QFileDialog *dialog) {
+  dialog->setWindowTitle(m_language.Global("HalvexGroup"));
+  dialog->setNameFilter(m_language.Text("MAIN", "HalvexGroupFilter"));
+  dialog->setDirectory(TGroupFolder::Path());
+  const QPointer<QFileDialog> open(dialog);
+  const bool accepted = dialog->exec() == QDialog::Accepted;
+  if (!open) return {};  // The window has gone and has taken the dialog along.
+  const QString file = accepted ? dialog->selectedFiles().value(0) : QString();
+  delete dialog;
+  return file;
+}
+
+void TPageGroups::Save(const THalvexGroup &group) {
+  QString error;
+  if (group.Save(&error)) return;
+  const QString name = QFileInfo(group.FileName()).fileName();
+  TellAboutGroup(m_window, m_language, m_language.Text("HalvexGroups", "CannotWrite").arg(name, error));
+}
+
+void TPageGroups::TellUnreadable(const QString &path, const QString &reason) {
+  TellAboutGroup(m_window, m_language,
+                 m_language.Text("HalvexGroups", "CannotRead").arg(QFileInfo(path).fileName(), reason));
+}
+
+void TPageGroups::FillMenu(QMenu *menu) {
+  menu->addActions({m_add, m_saveAll, m_organize});
+  menu->addSeparator();
+  const int fixedItems = int(menu->actions().size());
+  connect(menu, &QMenu::aboutToShow, this, [this, menu, fixedItems] {
+    m_folder->Watch();
+    if (std::exchange(m_groupsMenuStale, false)) RefillMenu(menu, fixedItems);
+  });
+}
+
+void TPageGroups::RefillMenu(QMenu *menu, int fixedItems) {
+  const QList<QAction *> items = menu->actions();
+  for (QAction *item : items.sliced(fixedItems)) {
+    if (item->menu() != nullptr) {
+      delete item->menu();  // and the item with it
+    } else {
+      delete item;
+    }
+  }
+  BuildHalvexGroupMenu(menu, TGroupFolder::Path(), m_language, [this](const QString &path) { HalvexGroupClick(path); });
+}
+
+void TPageGroups::ExtendTabMenu(TTabMenu &tabMenu) {
+  tabMenu.AddItem("pmTabAddToHalvexGroup", m_language.Text("MAIN", "TabAddToGroup"), ":/icons/groups.svg", 0,
+                  [this](TBrowserTab *tab) { AddTabToHalvexGroup(tab); });
+}

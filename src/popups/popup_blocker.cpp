@@ -1,0 +1,158 @@
+#include "popups/popup_blocker.h"
+
+#include <algorithm>
+#include <QInputDialog>
+#include <QPointer>
+#include <tuple>
+#include <utility>
+
+#include "ui/confirm_dialog.h"
+#include "ui/warning_box.h"
+#include "browser/tabs/browser_tab.h"
+#include "browser/tabs/tab_strip.h"
+#include "config/language.h"
+#include "config/options.h"
+#include "ui/shown_text.h"
+
+namespace {
+
+constexpr int PatternWidth = 70;        // characters of the input box
+constexpr int MostToldAtOnce = 10;      // addresses in one notice; the others are counted
+constexpr qsizetype LongestTold = 300;  // characters of an address in it
+
+bool ComesBefore(const QString &a, const QString &b) {
+  return a.compare(b, Qt::CaseInsensitive) < 0;
+}
+
+// Into the list's own order; one that is there in whatever case is not added.
+void AddSorted(QStringList &patterns, const QString &pattern) {
+  const auto place = std::lower_bound(patterns.begin(), patterns.end(), pattern, ComesBefore);
+  if (place == patterns.end() || ComesBefore(pattern, *place)) patterns.insert(place, pattern);
+}
+
+}  // namespace
+
+QStringList LoadPopupList(TRegistryStore &store) {
+  return TZVOptions(store).PopupList();
+}
+
+bool SavePopupList(TRegistryStore &store, const QStringList &patterns) {
+  QStringList lines;
+  for (const QString &pattern : patterns) lines.append(QStringLiteral("url%1=").arg(lines.size() + 1) + pattern);
+  return TZVOptions(store).SetPopupList(lines);
+}
+
+TPopupBlocker::TPopupBlocker(QWidget *window, TTabStrip &tabs)
+    : QObject(window), m_window(window), m_tabs(tabs), m_store(tabs.Environment().store) {
+  const TStoppedPopups::TActions actions{
+      [this](const QString &address) { m_tabs.NewTab()->Navigate(address); },
+      [this](const QString &pattern) { RemovePattern(pattern); },
+      [this](const QString &pattern) { return m_patterns.Patterns().contains(pattern); },
+  };
+  m_stopped = new TStoppedPopups(tabs.Environment().language, actions, this);
+  connect(&tabs, &TTabStrip::PopupRejected, this, &TPopupBlocker::OnPopupRejected);
+  ReadSettings();
+}
+
+TPopupBlocker::~TPopupBlocker() = default;
+
+void TPopupBlocker::ReadSettings() {
+  const TZVOptions options(m_store);
+  m_enabled = options.Get(Setting::UsePopupHalvex);
+  m_notify = options.Get(Setting::PopupHalvexNotify);
+  Reload();
+}
+
+void TPopupBlocker::Reload() {
+  m_patterns.Set(LoadPopupList(m_store));
+}
+
+void TPopupBlocker::Save() {
+  SavePopupList(m_store, m_patterns.Patterns());
+}
+
+bool TPopupBlocker::IsPopupBlocked(const QString &address) {
+  if (!m_enabled || m_patterns.FirstMatch(address) < 0) return false;
+  if (m_notify) {
+    // The engine is asking and waits inside its own event: a dialog here would run the event loop, and with it the
+    // closing of tabs, under its feet. The answer does not depend on the notice, so it is shown once the engine is
+    // done.
+    if (m_untold.size() < MostToldAtOnce) {
+      m_untold.append(Shortened(address, LongestTold));
+    } else {
+      ++m_untoldMore;
+    }
+    QMetaObject::invokeMethod(this, &TPopupBlocker::ShowNotice, Qt::QueuedConnection);
+  }
+  return true;
+}
+
+void TPopupBlocker::ShowNotice() {
+  if (m_noticeShows) return;
+  m_noticeShows = true;
+  const QPointer<TPopupBlocker> self(this);
+  const TLanguage &language = m_tabs.Environment().language;
+  // What was stopped while one notice shows is told together in the next.
+  while (m_notify && !m_untold.isEmpty()) {
+    QStringList addresses = std::exchange(m_untold, {});
+    if (const int more = std::exchange(m_untoldMore, 0)) {
+      addresses.append(language.Text("POPUPS", "NoticeMore").arg(more));
+    }
+    bool dontAsk = false;
+    std::ignore = ShowConfirm(m_window, m_window->font(), language.Global("PopupNotifyCaption"), false, &dontAsk,
+                              language.Global("PopupNotifyDontAsk"), QString(), language.Global("OK"),
+                              addresses.join(u'\n'), language.Global("PopupNotifyMessage"));
+    if (!self) return;
+    if (dontAsk) {
+      m_notify = false;
+      TZVOptions(m_store).Set(Setting::PopupHalvexNotify, false);
+    }
+  }
+  m_untold.clear();
+  m_untoldMore = 0;
+  m_noticeShows = false;
+}
+
+void TPopupBlocker::OnPopupRejected(TBrowserTab *tab) {
+  const int match = m_patterns.FirstMatch(tab->PopupUrl());
+  TBrowserTab *opener = tab->Opener() != nullptr ? tab->Opener() : m_tabs.GetActivePage();
+  if (match < 0 || opener == nullptr) return;
+  m_stopped->Add(opener, {tab->PopupUrl(), m_patterns.Patterns()[match]});
+}
+
+void TPopupBlocker::AddToPopupList(TBrowserTab *tab) {
+  if (tab == nullptr || tab->Browser() == nullptr) return;
+  const TLanguage &language = m_tabs.Environment().language;
+  QString address = tab->PopupUrl().isEmpty() ? tab->GetLocationUrl() : tab->PopupUrl();
+  address.truncate(address.indexOf(u'?') < 0 ? address.size() : address.indexOf(u'?'));
+  const QPointer<QInputDialog> dialog(new QInputDialog(m_window));
+  dialog->setWindowTitle(language.Global("PopupHalvex"));
+  dialog->setLabelText(language.Global("PopupHalvexUrl"));
+  dialog->setTextValue(address);
+  dialog->setOkButtonText(language.Global("OK"));
+  dialog->setCancelButtonText(language.Global("Cancel"));
+  dialog->resize(dialog->fontMetrics().averageCharWidth() * PatternWidth, dialog->sizeHint().height());
+  const QPointer<TBrowserTab> target(tab);
+  const QPointer<TPopupBlocker> self(this);
+  const bool accepted = dialog->exec() == QDialog::Accepted;
+  if (!self || !dialog) return;
+  const QString pattern = dialog->textValue();
+  delete dialog;
+  if (accepted) {
+    // An empty pattern is stored like any other and left out when the list is read; that is meant.
+    QStringList patterns = LoadPopupList(m_store);
+    AddSorted(patterns, pattern);
+    if (!SavePopupList(m_store, patterns)) {
+      ShowWarning(m_window, language, language.Text("MAIN", "StoreNotKept"));
+    } else if (target) {
+      target->Close();
+    }
+  }
+  Reload();
+}
+
+void TPopupBlocker::RemovePattern(const QString &pattern) {
+  QStringList patterns = LoadPopupList(m_store);
+  if (patterns.removeAll(pattern) > 0) SavePopupList(m_store, patterns);
+  Reload();
+}

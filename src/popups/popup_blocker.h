@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+
+#include "popups/popup_patterns.h"
+#include "popups/stopped_popups.h"
+
+class QWidget;
+class TBrowserTab;
+class TRegistryStore;
+class TTabStrip;
+
+// The pop-up list of the store. Loading gives the patterns sorted and without duplicates, both regardless of case, and
+// without empty ones; saving replaces the stored list; false when the store refused it.
+[[nodiscard]] QStringList LoadPopupList(TRegistryStore &store);
+bool SavePopupList(TRegistryStore &store, const QStringList &patterns);
+
+// Keeps unwanted windows away: tests the first address of each window that a page asks for against the pop-up list,
+// tells the user about it, and lets him add to the list and take back.
+class TPopupBlocker final : public QObject {
+  Q_OBJECT
+
+ public:
+  // Reads its settings and the list; `tabs` must live longer than this object, whose dialogs belong to `window`.
+  TPopupBlocker(QWidget *window, TTabStrip &tabs);
+  ~TPopupBlocker() override;
+
+  // For the tabs' hook of this name: true to stop the window. Never waits for the user: the notice comes right after.
+  [[nodiscard]] bool IsPopupBlocked(const QString &address);
+  // Asks for a pattern, proposing the tab's address; on OK the pattern joins the list and the tab closes.
+  void AddToPopupList(TBrowserTab *tab);
+
+  // UsePopupHalvex. A change holds at once; it is stored when the window goes, by its owner.
+  [[nodiscard]] bool Enabled() const { return m_enabled; }
+  void SetEnabled(bool enabled) { m_enabled = enabled; }
+  // Reads the list again, after something else may have changed it.
+  void Reload();
+  // Reads the settings and the list again, after the options dialog.
+  void ReadSettings();
+  // Writes the list back; when the window goes.
+  void Save();
+
+  [[nodiscard]] const TPopupPatterns &Patterns() const { return m_patterns; }
+  [[nodiscard]] TStoppedPopups &Stopped() const { return *m_stopped; }
+
+ private:
+  void OnPopupRejected(TBrowserTab *tab);
+  void RemovePattern(const QString &pattern);
+  void ShowNotice();
+
+  QWidget *m_window;
+  TTabStrip &m_tabs;
+  TRegistryStore &m_store;
+  TPopupPatterns m_patterns;
+  TStoppedPopups *m_stopped;
+  QStringList m_untold;  // blocked addresses whose notice has not been shown yet, the first of them
+  int m_untoldMore = 0;  // and how many there were after these
+  bool m_enabled = true;
+  bool m_notify = true;
+  bool m_noticeShows = false;
+};

@@ -1,0 +1,149 @@
+#include "popups/popup_patterns.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "popups/popup_wildcard.h"
+
+namespace {
+
+bool IsWildcard(QChar character) {
+  return character == u'*' || character == u'?';
+}
+
+// Said apart for the empty prefix, which a null text does not begin with in the toolkit's eyes.
+bool BeginsWith(QStringView text, QStringView prefix) {
+  return prefix.isEmpty() || text.startsWith(prefix);
+}
+
+// The parts of a pattern between its wildcards.
+template <typename TVisit>
+void VisitLiterals(QStringView pattern, TVisit visit) {
+  qsizetype begin = 0;
+  for (qsizetype end = 0; end <= pattern.size(); ++end) {
+    if (end < pattern.size() && !IsWildcard(pattern[end])) continue;
+    if (end > begin) visit(pattern.sliced(begin, end - begin));
+    begin = end + 1;
+  }
+}
+
+}  // namespace
+
+TPopupPatterns::TKey TPopupPatterns::KeyOf(QStringView characters) {
+  TKey key = 0;
+  for (const QChar character : characters) key = key << 16 | character.unicode();
+  return key;
+}
+
+template <typename TVisit>
+void TPopupPatterns::VisitKeys(QStringView text, int length, TVisit visit) {
+  for (qsizetype i = 0; i + length <= text.size(); ++i) visit(KeyOf(text.sliced(i, length)));
+}
+
+void TPopupPatterns::Set(const QStringList &patterns) {
+  m_patterns = patterns;
+  m_complete.clear();
+  m_complete.reserve(patterns.size());
+  m_prefixes.clear();
+  std::vector<int> wildcards;
+  for (int position = 0; position < patterns.size(); ++position) {
+    const QString &pattern = patterns[position];
+    const bool isClosed = pattern.endsWith(u'*');
+    m_complete.append(isClosed ? pattern : pattern + u'*');
+    if (pattern.isEmpty()) continue;  // It would otherwise stop everything.
+    const QStringView body = QStringView(pattern).chopped(isClosed ? 1 : 0);
+    if (std::none_of(body.begin(), body.end(), IsWildcard)) {
+      m_prefixes.push_back({body.toString(), position});
+    } else {
+      wildcards.push_back(position);
+    }
+  }
+  ArrangePrefixes();
+  ArrangeWildcards(wildcards);
+}
+
+void TPopupPatterns::ArrangePrefixes() {
+  std::ranges::stable_sort(m_prefixes, [](const TPrefix &a, const TPrefix &b) { return a.text < b.text; });
+  for (int i = 0; i < int(m_prefixes.size()); ++i) {
+    TPrefix &prefix = m_prefixes[i];
+    // In this order everything that a text begins with stands before it, among its neighbour and what that begins with.
+    int shorter = i - 1;
+    while (shorter >= 0 && !BeginsWith(prefix.text, m_prefixes[shorter].text)) shorter = m_prefixes[shorter].shorter;
+    prefix.shorter = shorter;
+    prefix.first = shorter < 0 ? prefix.position : std::min(prefix.position, m_prefixes[shorter].first);
+  }
+}
+
+void TPopupPatterns::ArrangeWildcards(const std::vector<int> &positions) {
+  m_always.clear();
+  for (auto &byKey : m_byKey) byKey.clear();
+  const auto keyLength = [](QStringView pattern) {
+    qsizetype longest = 0;
+    VisitLiterals(pattern, [&](QStringView literal) { longest = std::max(longest, literal.size()); });
+    return int(std::min<qsizetype>(longest, LongestKey));
+  };
+  std::array<QHash<TKey, int>, LongestKey + 1> frequencies;
+  for (const int position : positions) {
+    const int length = keyLength(m_complete[position]);
+    VisitLiterals(m_complete[position], [&](QStringView literal) {
+      VisitKeys(literal, length, [&](TKey key) { ++frequencies[length][key]; });
+    });
+  }
+  // Each pattern stands under the rarest of its keys, so that an address meets few patterns that it does not fit.
+  for (const int position : positions) {
+    const int length = keyLength(m_complete[position]);
+    if (length == 0) {
+      m_always.push_back(position);
+      continue;
+    }
+    TKey rarest = 0;
+    int lowest = std::numeric_limits<int>::max();
+    VisitLiterals(m_complete[position], [&](QStringView literal) {
+      VisitKeys(literal, length, [&](TKey key) {
+        const int frequency = frequencies[length].value(key);
+        if (frequency >= lowest) return;
+        lowest = frequency;
+        rarest = key;
+      });
+    });
+    m_byKey[length][rarest].push_back(position);
+  }
+}
+
+int TPopupPatterns::FirstPrefix(QStringView address) const {
+  const auto after = std::ranges::upper_bound(
+      m_prefixes, address, [](QStringView a, QStringView b) { return a < b; }, &TPrefix::text);
+  int candidate = int(after - m_prefixes.begin()) - 1;
+  while (candidate >= 0 && !BeginsWith(address, m_prefixes[candidate].text)) candidate = m_prefixes[candidate].shorter;
+  return candidate < 0 ? -1 : m_prefixes[candidate].first;
+}
+
+void TPopupPatterns::CollectCandidates(QStringView address, std::vector<int> &candidates) const {
+  candidates = m_always;
+  std::vector<TKey> keys;
+  for (int length = 1; length <= LongestKey; ++length) {
+    const auto &byKey = m_byKey[length];
+    if (byKey.isEmpty()) continue;
+    keys.clear();
+    VisitKeys(address, length, [&](TKey key) { keys.push_back(key); });
+    std::ranges::sort(keys);
+    const auto repeated = std::ranges::unique(keys);
+    keys.erase(repeated.begin(), repeated.end());
+    for (const TKey key : keys) {
+      const auto found = byKey.constFind(key);
+      if (found != byKey.constEnd()) candidates.insert(candidates.end(), found->begin(), found->end());
+    }
+  }
+  std::ranges::sort(candidates);
+}
+
+int TPopupPatterns::FirstMatch(const QString &address) const {
+  const int prefix = FirstPrefix(address);
+  std::vector<int> candidates;
+  CollectCandidates(address, candidates);
+  for (const int position : candidates) {
+    if (prefix >= 0 && position > prefix) break;
+    if (MatchWildcard(address, m_complete[position])) return position;
+  }
+  return prefix;
+}
