@@ -4,13 +4,13 @@
 #include <QNetworkInformation>
 #include <QUrl>
 
-#include "app/home_page.h"
+#include "browser/tabs/home_page.h"
 #include "app/last_open_sites.h"
 #include "app/later_navigation.h"
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/load_queue.h"
 #include "browser/tabs/tab_strip.h"
-#include "config/options.h"
+#include "config/settings.h"
 #include "groups/page_groups.h"
 #include "platform/product_info.h"
 
@@ -42,16 +42,15 @@ TBrowserTab *TDelayedStart::TakeTab() {
 }
 
 void TDelayedStart::OpenStartupPage() {
-  TZVOptions options(m_store);
-  const QString page = options.Get(Setting::StartupPage);
+  const QString page = m_settings.Get(Setting::StartupPage);
   if (page.isEmpty()) return;
   m_opened = true;
   TakeTab()->Navigate(page);
-  options.Set(Setting::StartupPage, QString());
+  m_settings.Set(Setting::StartupPage, QString());
 }
 
 void TDelayedStart::OpenMode() {
-  const QString mode = TZVOptions(m_store).Get(Setting::StartupMode);
+  const QString mode = m_settings.Get(Setting::StartupMode);
   if (mode == QLatin1String("Home")) {
     OpenHome();
   } else if (mode == QLatin1String("Blank")) {
@@ -64,7 +63,7 @@ void TDelayedStart::OpenMode() {
 }
 
 void TDelayedStart::OpenStartupGroup() {
-  const QString group = TZVOptions(m_store).Get(Setting::StartupHalvexGroup);
+  const QString group = m_settings.Get(Setting::StartupHalvexGroup);
   if (group.isEmpty()) return;
   m_opened = true;
   m_groups.OpenHalvexGroup(group, m_tab == nullptr);
@@ -79,7 +78,7 @@ void TDelayedStart::OpenHome() {
   } else {
     tab->GoHome();
   }
-  const QString chosen = HomePage::Chosen(m_store);
+  const QString chosen = HomePage::Chosen(m_settings.Store());
   if (chosen != HomePage::Default(m_product) && chosen != QLatin1String("about:blank") && !IsLocalFile(chosen)) {
     m_opened = true;
   }
@@ -88,7 +87,7 @@ void TDelayedStart::OpenHome() {
 void TDelayedStart::OpenLastSites() {
   m_opened = true;
   bool defaultSeen = false;
-  for (const QString &address : TLastOpenSites::Read(m_store)) {
+  for (const QString &address : TLastOpenSites::Read(m_settings.Store())) {
     TBrowserTab *tab = TakeTab();
     tab->SetRestored(true);
     m_queue.Navigate(tab, address);
@@ -99,15 +98,14 @@ void TDelayedStart::OpenLastSites() {
 }
 
 bool TDelayedStart::HasArgument() const {
-  return !m_argument.isEmpty() || !TZVOptions(m_store).Get(Setting::CommandLine).isEmpty();
+  return !m_argument.isEmpty() || !m_settings.Get(Setting::CommandLine).isEmpty();
 }
 
 void TDelayedStart::OpenCommandLine() {
-  TZVOptions options(m_store);
   // Two instances that start together share the setting, so this one's own argument comes first.
-  const QString argument = m_argument.isEmpty() ? options.Get(Setting::CommandLine) : m_argument;
+  const QString argument = m_argument.isEmpty() ? m_settings.Get(Setting::CommandLine) : m_argument;
   if (argument.isEmpty()) return;
-  options.Set(Setting::CommandLine, QString());
+  m_settings.Set(Setting::CommandLine, QString());
   m_opened = true;
   if (TPageGroups::IsGroupFile(argument)) {
     m_groups.OpenHalvexGroup(argument, true, true);

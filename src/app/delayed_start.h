@@ -6,7 +6,7 @@ class TBrowserTab;
 class TLoadQueue;
 class TPageGroups;
 class TTabStrip;
-class TRegistryStore;
+class TSettings;
 struct TProductInfo;
 
 // Opens the first pages, once, a moment after the window is up: the one-time start page, the pages of the start-up
@@ -15,9 +15,9 @@ class TDelayedStart final {
  public:
   // The argument of the command line comes through the setting CommandLine; `argument`, when it is not empty, is this
   // process's own and comes before what stands there.
-  TDelayedStart(TTabStrip &tabs, TPageGroups &groups, TLoadQueue &queue, TRegistryStore &store,
+  TDelayedStart(TTabStrip &tabs, TPageGroups &groups, TLoadQueue &queue, TSettings &settings,
                 const TProductInfo &product, const QString &argument)
-      : m_tabs(tabs), m_groups(groups), m_queue(queue), m_store(store), m_product(product), m_argument(argument) {}
+      : m_tabs(tabs), m_groups(groups), m_queue(queue), m_settings(settings), m_product(product), m_argument(argument) {}
 
   void Run();
 
@@ -35,7 +35,7 @@ class TDelayedStart final {
   TTabStrip &m_tabs;
   TPageGroups &m_groups;
   TLoadQueue &m_queue;
-  TRegistryStore &m_store;
+  TSettings &m_settings;
   const TProductInfo &m_product;
   QString m_argument;
   TBrowserTab *m_tab = nullptr;  // the tab taken last; none while the first, blank one is still free

@@ -4,36 +4,16 @@
 #include <QMainWindow>
 #include <QTimer>
 
-#include "app/cached_settings.h"
-#include "browser/tabs/close_all_tabs.h"
-#include "browser/tabs/tab_environment.h"
-#include "browser/tabs/tab_strip.h"
 #include "config/language.h"
-#include "config/options.h"
-#include "platform/product_info.h"
+#include "config/settings.h"
 
-class TAddressSearch;
-class TAutoRefresh;
-class TCommands;
-class TDownloadList;
-class TDownloadWindow;
-class TFullScreen;
-class THistoryStore;
-class TLastOpenSites;
-class TLoadQueue;
-class TMainStatusBar;
-class TMainToolbars;
-class TPageCommands;
-class TPageGroups;
-class TPopupBlocker;
-class TSearchLists;
-class TStartupModes;
-class TTabCommands;
-class TTabMenu;
-class TWindowBars;
+class TActions;
+class TModules;
+class TStoreNotice;
+class TTabStrip;
 
-// The main window. It makes the modules in their order, hands each one what it needs and joins their signals; what a
-// command does is the module's own affair.
+// The main window. It makes the modules, lays them out and translates their texts; what a command does is the affair of
+// the module that owns it.
 class TfrmMain final : public QMainWindow {
   Q_OBJECT
 
@@ -42,13 +22,13 @@ class TfrmMain final : public QMainWindow {
   explicit TfrmMain(TRegistryStore &store, const QString &argument = {});
   ~TfrmMain() override;
 
-  [[nodiscard]] TTabStrip &Tabs() const { return *m_tabs; }
-  [[nodiscard]] TCommands &Commands() const { return *m_commands; }
+  [[nodiscard]] TTabStrip &Tabs() const;
+  [[nodiscard]] TActions &Actions() const;
+  [[nodiscard]] TSettings &Settings() { return m_settings; }
   [[nodiscard]] const TLanguage &Language() const { return m_language; }
   // Closes the window without the shutdown question, with everything written as always.
   void CloseWithoutAsking();
-  // What a later start was given, from the instance channel: the window comes to the front and opens it, a page-group
-  // file as a group, anything else as an address in a new tab. An empty text only brings the window to the front.
+  // What a later start was given, from the instance channel; see THandedOverText.
   void wmCopyDataDataReceived(const QString &text);
 
  Q_SIGNALS:
@@ -57,65 +37,21 @@ class TfrmMain final : public QMainWindow {
 
  protected:
   void closeEvent(QCloseEvent *event) override;
-  void changeEvent(QEvent *event) override;
-  void resizeEvent(QResizeEvent *event) override;
-  void moveEvent(QMoveEvent *event) override;
 
  private:
-  // Creation, in order.
   void FormCreate();
-  void MakeModules();
-  void MakeFirstTab();
-  void RestoreView();
-  void RestorePlacement();
-  void ConnectTabs();
-  void ConnectCommands();
+  void LoadLanguage();
+  void LayOut();
   void tmrLoadCoolbarTimer();
-
-  [[nodiscard]] bool FormCloseQuery();
+  // Leaves `canClose` false when the user wants to go on.
+  void FormCloseQuery(bool &canClose);
   void FormDestroy();
-  void WriteSettings();
 
-  void ShowIndicators(TBrowserTab *tab);
-  void ShowActiveTab(TBrowserTab *tab);
-  void ShowStoppedPopups();
-  void OpenDownloads();
-  void RememberBounds();
-  void TellAboutStore();
-
-  TRegistryStore &m_store;
-  TZVOptions m_options;
-  TProductInfo m_product;
+  TSettings m_settings;
   TLanguage m_language;
-  TCachedSettings m_settings;
   QString m_argument;
-  std::unique_ptr<TEngine> m_engine;
-  std::unique_ptr<TTabEnvironment> m_environment;
-  std::unique_ptr<TDownloadList> m_downloads;
-  std::unique_ptr<THistoryStore> m_history;
-  std::unique_ptr<TTabStrip> m_tabs;
-  std::unique_ptr<TCloseAllTabs> m_closeAll;
-  std::unique_ptr<TDownloadWindow> m_downloadWindow;
-
-  // Children of the window.
-  TCommands *m_commands = nullptr;
-  TMainToolbars *m_toolbars = nullptr;
-  TMainStatusBar *m_status = nullptr;
-  TZVPageControl *m_pages = nullptr;  // pcPage
-  TFullScreen *m_fullScreen = nullptr;
-  TWindowBars *m_bars = nullptr;
-  TTabMenu *m_tabMenu = nullptr;
-  TAutoRefresh *m_autoRefresh = nullptr;
-  TPageCommands *m_pageCommands = nullptr;
-  TTabCommands *m_tabCommands = nullptr;
-  TLoadQueue *m_loadQueue = nullptr;
-  TPageGroups *m_groups = nullptr;
-  TPopupBlocker *m_popups = nullptr;
-  TSearchLists *m_searchLists = nullptr;
-  TAddressSearch *m_search = nullptr;
-  TLastOpenSites *m_lastSites = nullptr;
-  TStartupModes *m_startupModes = nullptr;
+  std::unique_ptr<TModules> m_modules;
+  std::unique_ptr<TStoreNotice> m_storeNotice;
   QTimer m_loadCoolbar{this};  // tmrLoadCoolbar
-  QRect m_normalBounds;        // of the window when it was last neither maximised nor full screen
   bool m_closeConfirmed = false;
 };

@@ -4,6 +4,7 @@
 #include <QIcon>
 
 #include "app/main_window.h"
+#include "browser/engine/engine.h"
 #include "config/shell_association.h"
 #include "platform/instance_channel.h"
 #include "platform/program_folders.h"

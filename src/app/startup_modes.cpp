@@ -1,11 +1,10 @@
 #include "app/startup_modes.h"
 
-#include <QActionGroup>
 #include <QPointer>
 
-#include "actions/commands.h"
+#include "actions/actions.h"
 #include "app/last_open_sites.h"
-#include "config/options.h"
+#include "config/settings.h"
 #include "groups/page_groups.h"
 
 namespace {
@@ -27,23 +26,25 @@ constexpr TMode Modes[] = {
 
 }  // namespace
 
-TStartupModes::TStartupModes(TCommands &commands, TPageGroups &groups, TLastOpenSites &lastSites, TRegistryStore &store,
-                             QObject *parent)
-    : QObject(parent), m_commands(commands), m_groups(groups), m_lastSites(lastSites), m_store(store) {
-  auto *group = new QActionGroup(this);
+TStartupModes::TStartupModes(TActions &actions, TPageGroups &groups, TLastOpenSites &lastSites, TSettings &settings)
+    : m_actions(actions), m_groups(groups), m_lastSites(lastSites), m_settings(settings) {
   for (const TMode &mode : Modes) {
-    QAction *action = group->addAction(commands[mode.command]);
-    connect(action, &QAction::triggered, this, [this, value = QString::fromLatin1(mode.value)] { Choose(value); });
+    connect(actions[mode.command], &QAction::triggered, this,
+            [this, value = QString::fromLatin1(mode.value)] { Choose(value); });
   }
-  ShowChosen();
+  settings.Apply(Setting::StartupMode, this, [this] { ShowChosen(); });
 }
 
-bool TStartupModes::IsLast(TRegistryStore &store) {
-  return TZVOptions(store).Get(Setting::StartupMode) == QLatin1String(Last);
+bool TStartupModes::IsLast() const {
+  return m_settings.Get(Setting::StartupMode) == QLatin1String(Last);
 }
 
 void TStartupModes::FollowPages() {
-  if (IsLast(m_store)) {
+  m_settings.Apply(Setting::StartupMode, this, [this] { KeepPages(); });
+}
+
+void TStartupModes::KeepPages() {
+  if (IsLast()) {
     m_lastSites.Follow();
   } else {
     m_lastSites.StopFollowing();
@@ -55,20 +56,27 @@ void TStartupModes::Choose(const QString &mode) {
   const QString group = mode == QLatin1String(Group) ? m_groups.AskExistingFile() : QString();
   if (!self) return;
   if (mode != QLatin1String(Group) || !group.isEmpty()) {
-    TZVOptions options(m_store);
-    options.Set(Setting::StartupMode, mode);
-    if (!group.isEmpty()) options.Set(Setting::StartupHalvexGroup, group);
+    if (!group.isEmpty()) m_settings.Set(Setting::StartupHalvexGroup, group);
+    m_settings.Set(Setting::StartupMode, mode);
   }
   ShowChosen();
-  FollowPages();
 }
 
 // Every other value of the setting means the page group.
 void TStartupModes::ShowChosen() {
-  const QString value = TZVOptions(m_store).Get(Setting::StartupMode);
+  const QString value = m_settings.Get(Setting::StartupMode);
   TCommand chosen = TCommand::StartGroup;
   for (const TMode &mode : Modes) {
     if (value == QLatin1String(mode.value)) chosen = mode.command;
   }
-  m_commands[chosen]->setChecked(true);
+  m_actions[chosen]->setChecked(true);
+}
+
+void TStartupModes::Save() {
+  m_lastSites.StopFollowing();
+  if (IsLast()) {
+    m_lastSites.Write(true);
+  } else {
+    TLastOpenSites::Clear(m_settings.Store());
+  }
 }

@@ -2,10 +2,10 @@
 
 #include <QObject>
 
-class TCommands;
+class TActions;
 class TLastOpenSites;
 class TPageGroups;
-class TRegistryStore;
+class TSettings;
 
 // The choice of what opens when the program starts (StartupMode): the home page, a blank one, the pages of the last
 // time, or a page group, which is asked for. While it is the pages of the last time, they are kept up to date.
@@ -13,20 +13,23 @@ class TStartupModes final : public QObject {
   Q_OBJECT
 
  public:
-  // All references must live as long as events are handled.
-  TStartupModes(TCommands &commands, TPageGroups &groups, TLastOpenSites &lastSites, TRegistryStore &store,
-                QObject *parent);
+  // All must outlive this object.
+  TStartupModes(TActions &actions, TPageGroups &groups, TLastOpenSites &lastSites, TSettings &settings);
 
-  // Begins or ceases to keep the open pages, as the mode says; not before the pages of this start are there.
+  // Begins to keep the open pages where the mode says so, and follows the mode from now on; not before the pages of this
+  // start are there.
   void FollowPages();
-  [[nodiscard]] static bool IsLast(TRegistryStore &store);
+  // At the end: writes the list of the open pages and closes them, or leaves an empty list in every other mode.
+  void Save();
 
  private:
+  [[nodiscard]] bool IsLast() const;
   void Choose(const QString &mode);
   void ShowChosen();
+  void KeepPages();
 
-  TCommands &m_commands;
+  TActions &m_actions;
   TPageGroups &m_groups;
   TLastOpenSites &m_lastSites;
-  TRegistryStore &m_store;
+  TSettings &m_settings;
 };

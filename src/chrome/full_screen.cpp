@@ -1,14 +1,17 @@
 #include "chrome/full_screen.h"
 
+#include <QEvent>
 #include <QMainWindow>
 
-#include "actions/commands.h"
+#include "actions/actions.h"
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/tab_strip.h"
+#include "config/settings.h"
 
-TFullScreen::TFullScreen(QMainWindow *window, TCommands &commands, TTabStrip &tabs)
-    : QObject(window), m_window(window), m_commands(commands), m_tabs(tabs) {
-  connect(commands[TCommand::FullScreen], &QAction::toggled, this, [this](bool on) { on ? Enter() : Leave(); });
+TFullScreen::TFullScreen(QMainWindow *window, TActions &actions, TTabStrip &tabs, TSettings &settings)
+    : m_window(window), m_actions(actions), m_tabs(tabs), m_settings(settings) {
+  window->installEventFilter(this);
+  connect(actions[TCommand::FullScreen], &QAction::toggled, this, [this](bool on) { on ? Enter() : Leave(); });
   connect(&tabs, &TTabStrip::PageFullScreenRequested, this, &TFullScreen::ShowPageOnly);
   // A page cannot stay alone on the screen when another tab comes to the front.
   connect(&tabs, &TTabStrip::ActiveTabChanged, this, &TFullScreen::LeavePage);
@@ -28,14 +31,16 @@ void TFullScreen::Enter() {
   if (m_on) return;
   GoFull();
   m_on = true;
-  m_commands[TCommand::FullScreen]->setChecked(true);
+  m_settings.Set(Setting::FullScreen, true);
+  m_actions[TCommand::FullScreen]->setChecked(true);
   Q_EMIT BarsChanged();
 }
 
 void TFullScreen::Leave() {
   if (!m_on) return;
   m_on = false;
-  m_commands[TCommand::FullScreen]->setChecked(false);
+  m_settings.Set(Setting::FullScreen, false);
+  m_actions[TCommand::FullScreen]->setChecked(false);
   GoBack();
   Q_EMIT BarsChanged();
 }
@@ -49,9 +54,20 @@ void TFullScreen::LeavePage() {
   ShowPageOnly(nullptr, false);
 }
 
-void TFullScreen::LeaveAll() {
-  LeavePage();
-  Leave();
+bool TFullScreen::eventFilter(QObject *watched, QEvent *event) {
+  if (watched == m_window && event->type() == QEvent::WindowStateChange && !m_window->isFullScreen()) {
+    LeavePage();
+    Leave();
+  }
+  return QObject::eventFilter(watched, event);
+}
+
+void TFullScreen::Restore() {
+  if (m_settings.Get(Setting::FullScreen)) Enter();
+}
+
+void TFullScreen::Save() {
+  m_settings.Set(Setting::FullScreen, m_on);
 }
 
 void TFullScreen::ShowPageOnly(TBrowserTab *tab, bool on) {

@@ -4,7 +4,8 @@
 
 class QMainWindow;
 class TBrowserTab;
-class TCommands;
+class TActions;
+class TSettings;
 class TTabStrip;
 
 // The window without its frame: the user's full screen (F11), which keeps the tabs and the tool bars, and the one that
@@ -13,15 +14,20 @@ class TFullScreen final : public QObject {
   Q_OBJECT
 
  public:
-  TFullScreen(QMainWindow *window, TCommands &commands, TTabStrip &tabs);
+  // All must outlive this object.
+  TFullScreen(QMainWindow *window, TActions &actions, TTabStrip &tabs, TSettings &settings);
 
   void Enter();
   void Leave();
   [[nodiscard]] bool IsOn() const { return m_on; }
   [[nodiscard]] bool IsPageFullScreen() const { return m_page; }
-  // Both kinds end: the desktop has taken the window out of full screen.
-  void LeaveAll();
+  // As it was when the last window went.
+  void Restore();
+  void Save();
   void ShowPageOnly(TBrowserTab *tab, bool on);
+
+  // Both kinds end when the desktop takes the window out of full screen.
+  bool eventFilter(QObject *watched, QEvent *event) override;
 
  Q_SIGNALS:
   // Which bars are to be seen has changed.
@@ -33,8 +39,9 @@ class TFullScreen final : public QObject {
   void LeavePage();
 
   QMainWindow *m_window;
-  TCommands &m_commands;
+  TActions &m_actions;
   TTabStrip &m_tabs;
+  TSettings &m_settings;
   bool m_on = false;
   bool m_page = false;
 };

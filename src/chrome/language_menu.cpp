@@ -7,12 +7,12 @@
 #include <QSet>
 
 #include "config/language.h"
-#include "config/options.h"
+#include "config/settings.h"
 #include "ui/program_title.h"
 #include "platform/program_folders.h"
 
-TLanguageMenu::TLanguageMenu(QMenu &menu, TLanguage &language, TRegistryStore &store)
-    : QObject(&menu), m_menu(menu), m_language(language), m_store(store) {
+TLanguageMenu::TLanguageMenu(QMenu &menu, TLanguage &language, TSettings &settings)
+    : m_menu(menu), m_language(language), m_settings(settings) {
   connect(&menu, &QMenu::aboutToShow, this, &TLanguageMenu::Fill);
 }
 
@@ -50,7 +50,7 @@ void TLanguageMenu::Choose(const QString &path) {
   const QFileInfo file(path);
   if (!file.isFile()) return;
   m_language.SetFileName(file.fileName());
-  TZVOptions(m_store).Set(Setting::LanguageFile, file.fileName());
+  m_settings.Set(Setting::LanguageFile, file.fileName());
   auto *box = new QMessageBox(QMessageBox::Information, ProgramTitle, m_language.Global("ChangeRestart"),
                               QMessageBox::NoButton, m_menu.parentWidget());
   box->setAttribute(Qt::WA_DeleteOnClose);

@@ -4,7 +4,7 @@
 #include <QObject>
 
 class TLanguage;
-class TRegistryStore;
+class TSettings;
 
 // The languages submenu: one radio entry for each language file. It is filled each time it opens, from the user's own
 // language folder and then the shipped one; a shipped file is hidden by a user's file of the same name. A chosen
@@ -13,8 +13,8 @@ class TLanguageMenu final : public QObject {
   Q_OBJECT
 
  public:
-  // Everything must outlive the object; `menu` becomes its parent.
-  TLanguageMenu(QMenu &menu, TLanguage &language, TRegistryStore &store);
+  // All must outlive this object.
+  TLanguageMenu(QMenu &menu, TLanguage &language, TSettings &settings);
 
  private:
   void Fill();
@@ -22,5 +22,5 @@ class TLanguageMenu final : public QObject {
 
   QMenu &m_menu;
   TLanguage &m_language;
-  TRegistryStore &m_store;
+  TSettings &m_settings;
 };

@@ -1,34 +1,31 @@
 #pragma once
 
-#include <QObject>
-
 class QMainWindow;
 class QToolBar;
+class TActions;
 class TAddressBar;
 class TBusyIndicator;
-class TCommands;
+class TSettings;
 
-// The plain tool bar and the address band of the main window.
-class TMainToolbars final : public QObject {
-  Q_OBJECT
-
+// The plain tool bar and the address band of the main window. Their texts are markers, for the window to translate.
+class TMainToolbars final {
  public:
-  // Takes the address bar as its own. Texts are markers; the window's translation replaces them.
-  TMainToolbars(QMainWindow *window, TCommands &commands, TAddressBar *address);
+  // Makes both bars as children of `window`, which places them. The address band takes `address` as its own.
+  TMainToolbars(QMainWindow *window, const TActions &actions, TAddressBar *address, TSettings &settings);
 
   [[nodiscard]] QToolBar *Toolbar() const { return m_toolbar; }
   [[nodiscard]] QToolBar *AddressBand() const { return m_addressBand; }
-  [[nodiscard]] TAddressBar &Address() const { return *m_address; }
   [[nodiscard]] TBusyIndicator &Busy() const { return *m_busy; }
-  void ShowGo(bool show);
+
+  // Leaves the settings that the bars obey in the store.
+  void Save();
 
  private:
-  void FillToolbar(TCommands &commands);
-  void FillAddressBand();
+  void FillToolbar(const TActions &actions);
+  void FillAddressBand(const TActions &actions, TAddressBar *address);
 
+  TSettings &m_settings;
   QToolBar *m_toolbar;
   QToolBar *m_addressBand;
-  TAddressBar *m_address;
   TBusyIndicator *m_busy;
-  QAction *m_go = nullptr;
 };

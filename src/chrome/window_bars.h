@@ -3,11 +3,12 @@
 #include <QObject>
 
 class QMainWindow;
-class TCommands;
+class TActions;
 class TFullScreen;
 class TMainStatusBar;
 class TMainToolbars;
-class TRegistryStore;
+class TSettings;
+class TZVPageControl;
 
 // Which bars of the main window are to be seen: the user's choice for the normal window, another one for full screen,
 // and none at all while a page has the screen to itself.
@@ -15,30 +16,24 @@ class TWindowBars final : public QObject {
   Q_OBJECT
 
  public:
-  TWindowBars(QMainWindow *window, TCommands &commands, TMainToolbars &toolbars, TMainStatusBar &status,
-              TFullScreen &fullScreen, TRegistryStore &store);
+  // All must outlive this object.
+  TWindowBars(QMainWindow *window, TActions &actions, TMainToolbars &toolbars, TMainStatusBar &status,
+              TZVPageControl &pages, TFullScreen &fullScreen, TSettings &settings);
 
-  // Reads the choice into the check marks and shows the bars accordingly.
-  void Restore();
-  // In the order in which the window writes its bars; the links bar's choice is handed through.
-  void Write(bool linksBar) const;
-
- Q_SIGNALS:
-  // With `pageOnly` the tab strip is to go as well.
-  void Applied(bool pageOnly);
+  // Shows the bars as the settings say; what changes them later does so by itself.
+  void Apply();
+  // Leaves the settings that the bars obey in the store.
+  void Save();
 
  private:
-  void Apply();
-  void ToggleStatusBar(bool on);
-  void ToggleMenuBar(bool on);
+  [[nodiscard]] bool ShowsStatusBar() const;
+  [[nodiscard]] bool ShowsMenuBar() const;
 
   QMainWindow *m_window;
-  TCommands &m_commands;
+  TActions &m_actions;
   TMainToolbars &m_toolbars;
   TMainStatusBar &m_status;
+  TZVPageControl &m_pages;
   TFullScreen &m_fullScreen;
-  TRegistryStore &m_store;
-  bool m_statusBar = true;  // the choice for the normal window; full screen does not touch it
-  bool m_fullScreenMenuBar = false;
-  bool m_fullScreenStatusBar = false;
+  TSettings &m_settings;
 };

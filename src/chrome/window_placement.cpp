@@ -1,13 +1,13 @@
 #include "chrome/window_placement.h"
 
 #include <algorithm>
+#include <QEvent>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
 
-#include "config/options.h"
-
-namespace WindowPlacement {
+#include "chrome/full_screen.h"
+#include "config/settings.h"
 
 namespace {
 
@@ -24,13 +24,17 @@ bool IsReachable(const QRect &bounds, const QList<QRect> &screens) {
 
 }  // namespace
 
-QRect Stored(TRegistryStore &store) {
-  const TZVOptions options(store);
-  return {options.Get(Setting::Left), options.Get(Setting::Top), options.Get(Setting::Width),
-          options.Get(Setting::Height)};
+TWindowPlacement::TWindowPlacement(QWidget *window, const TFullScreen &fullScreen, TSettings &settings)
+    : m_window(window), m_fullScreen(fullScreen), m_settings(settings) {
+  window->installEventFilter(this);
 }
 
-QRect OnScreens(const QRect &bounds, const QList<QRect> &screens) {
+QRect TWindowPlacement::Stored(const TSettings &settings) {
+  return {settings.Get(Setting::Left), settings.Get(Setting::Top), settings.Get(Setting::Width),
+          settings.Get(Setting::Height)};
+}
+
+QRect TWindowPlacement::OnScreens(const QRect &bounds, const QList<QRect> &screens) {
   if (screens.isEmpty()) return bounds;
   QRect placed(bounds.topLeft(), bounds.size().expandedTo(Smallest));
   const QRect &home = screens.first();
@@ -49,20 +53,34 @@ QRect OnScreens(const QRect &bounds, const QList<QRect> &screens) {
   return placed;
 }
 
-void Restore(QWidget *window, TRegistryStore &store) {
+void TWindowPlacement::Restore() {
   QList<QRect> screens;
   for (const QScreen *screen : QGuiApplication::screens()) screens.append(screen->availableGeometry());
-  const QRect placed = OnScreens(Stored(store), screens);
-  window->resize(placed.size());
-  window->move(placed.topLeft());
+  const QRect placed = OnScreens(Stored(m_settings), screens);
+  m_window->resize(placed.size());
+  m_window->move(placed.topLeft());
+  m_normalBounds = QRect(m_window->pos(), m_window->size());
+  if (m_settings.Get(Setting::Maximized)) m_window->setWindowState(m_window->windowState() | Qt::WindowMaximized);
 }
 
-void Write(const QRect &bounds, TRegistryStore &store) {
-  TZVOptions options(store);
-  options.Set(Setting::Top, std::max(bounds.top(), 0));
-  options.Set(Setting::Height, std::max(bounds.height(), 0));
-  options.Set(Setting::Left, std::max(bounds.left(), 0));
-  options.Set(Setting::Width, std::max(bounds.width(), 0));
+void TWindowPlacement::Write(const QRect &bounds, TSettings &settings) {
+  settings.Set(Setting::Top, std::max(bounds.top(), 0));
+  settings.Set(Setting::Height, std::max(bounds.height(), 0));
+  settings.Set(Setting::Left, std::max(bounds.left(), 0));
+  settings.Set(Setting::Width, std::max(bounds.width(), 0));
 }
 
-}  // namespace WindowPlacement
+void TWindowPlacement::Save() {
+  const bool maximized = !m_fullScreen.IsOn() && m_window->isMaximized();
+  m_settings.Set(Setting::Maximized, maximized);
+  if (!maximized) Write(m_normalBounds, m_settings);
+}
+
+bool TWindowPlacement::eventFilter(QObject *watched, QEvent *event) {
+  const bool isPlaced = event->type() == QEvent::Resize || event->type() == QEvent::Move;
+  if (watched == m_window && isPlaced && m_window->isVisible() &&
+      !(m_window->windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen | Qt::WindowMinimized))) {
+    m_normalBounds = QRect(m_window->pos(), m_window->size());
+  }
+  return QObject::eventFilter(watched, event);
+}

@@ -28,8 +28,8 @@ std::optional<QString> TZVOptions::Read(const char *name) const {
   return m_store.Read(Hive, RegistryKey::CurrentVersion, name);
 }
 
-void TZVOptions::Write(const char *name, const QString &data) {
-  m_store.Write(Hive, RegistryKey::CurrentVersion, name, data);
+bool TZVOptions::Write(const char *name, const QString &data) {
+  return m_store.Write(Hive, RegistryKey::CurrentVersion, name, data);
 }
 
 bool TZVOptions::Get(const TFlagSetting &setting) const {
@@ -46,20 +46,23 @@ QString TZVOptions::Get(const TStringSetting &setting) const {
   return setting.dynamic != nullptr ? setting.dynamic() : QString(setting.fallback);
 }
 
-void TZVOptions::Set(const TFlagSetting &setting, bool value) {
-  Write(setting.name, value ? "1" : "0");
+bool TZVOptions::Set(const TFlagSetting &setting, bool value) {
+  return Write(setting.name, value ? "1" : "0");
 }
 
-void TZVOptions::Set(const TIntegerSetting &setting, int value) {
-  Write(setting.name, QString::number(setting.clamp != nullptr ? setting.clamp(value) : value));
+bool TZVOptions::Set(const TIntegerSetting &setting, int value) {
+  return Write(setting.name, QString::number(setting.clamp != nullptr ? setting.clamp(value) : value));
 }
 
-void TZVOptions::Set(const TStringSetting &setting, const QString &value) {
-  Write(setting.name, value);
+bool TZVOptions::Set(const TStringSetting &setting, const QString &value) {
+  return Write(setting.name, value);
 }
 
 int TZVOptions::AutoCompleteMode() const {
-  const QString style = Get(Setting::AutoCompleteStyle);
+  return AutoCompleteModeOf(Get(Setting::AutoCompleteStyle));
+}
+
+int TZVOptions::AutoCompleteModeOf(const QString &style) {
   for (const TAutoCompleteMode &known : AutoCompleteModes) {
     if (style == known.style) return known.mode;
   }
@@ -67,8 +70,12 @@ int TZVOptions::AutoCompleteMode() const {
 }
 
 void TZVOptions::SetAutoCompleteMode(int mode) {
+  Set(Setting::AutoCompleteStyle, AutoCompleteStyleOf(mode));
+}
+
+QString TZVOptions::AutoCompleteStyleOf(int mode) {
   const auto *known = std::ranges::find(AutoCompleteModes, mode, &TAutoCompleteMode::mode);
-  Set(Setting::AutoCompleteStyle, known != std::end(AutoCompleteModes) ? known->style : NoAutoComplete);
+  return known != std::end(AutoCompleteModes) ? known->style : NoAutoComplete;
 }
 
 QStringList TZVOptions::Lines(const char *key) const {

@@ -20,14 +20,18 @@ class TZVOptions final {
   [[nodiscard]] bool Get(const TFlagSetting &setting) const;
   [[nodiscard]] int Get(const TIntegerSetting &setting) const;
   [[nodiscard]] QString Get(const TStringSetting &setting) const;
-  // Stores at once. A refused write is not reported.
-  void Set(const TFlagSetting &setting, bool value);
-  void Set(const TIntegerSetting &setting, int value);
-  void Set(const TStringSetting &setting, const QString &value);
+  // Stores at once; false when the store refused it.
+  bool Set(const TFlagSetting &setting, bool value);
+  bool Set(const TIntegerSetting &setting, int value);
+  bool Set(const TStringSetting &setting, const QString &value);
+  // Whether the store holds a value of this name.
+  [[nodiscard]] bool Has(const char *name) const { return Read(name).has_value(); }
 
   // Address completion: 1 inline ("IE4"), 2 drop-down ("IE5"), 0 none.
   [[nodiscard]] int AutoCompleteMode() const;
   void SetAutoCompleteMode(int mode);
+  [[nodiscard]] static int AutoCompleteModeOf(const QString &style);
+  [[nodiscard]] static QString AutoCompleteStyleOf(int mode);
 
   // The lists. Name-and-value lists are lines "name=value" in the store's order; their writers replace the whole key in
   // one transaction. A line without "=" is a name with an empty value.
@@ -58,7 +62,7 @@ class TZVOptions final {
 
  private:
   [[nodiscard]] std::optional<QString> Read(const char *name) const;
-  void Write(const char *name, const QString &data);
+  bool Write(const char *name, const QString &data);
   [[nodiscard]] QStringList Lines(const char *key) const;
   bool SetLines(const char *key, const QStringList &lines);
 

@@ -1,24 +1,23 @@
 #include "groups/page_groups.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMenu>
 #include <QPointer>
 #include <QRegularExpression>
-#include <QScopedValueRollback>
 #include <QUrl>
 #include <utility>
 
 #include "ui/confirm_dialog.h"
+#include "actions/actions.h"
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/close_all_tabs.h"
 #include "browser/tabs/load_queue.h"
 #include "browser/tabs/tab_menu.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
-#include "config/options.h"
+#include "config/settings.h"
 #include "groups/halvex_group_dialog.h"
 #include "groups/halvex_group.h"
 #include "groups/halvex_group_menu_item.h"
@@ -45,32 +44,36 @@ void AddTo(THalvexGroup &group, const TBrowserTab &tab) {
 
 }  // namespace
 
-TPageGroups::TPageGroups(QWidget *window, TTabStrip &tabs, TCloseAllTabs &closeAll, TLoadQueue &queue,
-                         const TLanguage &language, TRegistryStore &store)
-    : QObject(window),
-      m_window(window),
+TPageGroups::TPageGroups(QWidget *window, TActions &actions, TTabStrip &tabs, TTabMenu &tabMenu,
+                         TCloseAllTabs &closeAll, TLoadQueue &queue)
+    : m_window(window),
+      m_actions(actions),
       m_tabs(tabs),
       m_closeAll(closeAll),
       m_queue(queue),
-      m_language(language),
-      m_folder(new TGroupFolder(window, language, this)),
-      m_closeFirst(TZVOptions(store).Get(Setting::HGCloseFirst)) {
-  m_add = AddCommand("pmAddToHalvexGroup", language.Text("MAIN", "GroupsAddTab"), Qt::Key_F6,
-                     &TPageGroups::pmAddToHalvexGroupClick);
-  m_saveAll = AddCommand("actSaveAsHalvexGroup", language.Text("MAIN", "GroupsSaveAll"), Qt::Key_F7,
-                         &TPageGroups::actSaveAsHalvexGroupExecute);
-  m_organize = AddCommand("actOrganizeHalvexGroups", language.Text("MAIN", "GroupsOrganize"), 0,
-                          &TPageGroups::actOrganizeHalvexGroupsExecute);
-  connect(m_folder, &TGroupFolder::Changed, this, [this] { m_groupsMenuStale = true; });
+      m_language(tabs.Environment().language),
+      m_folder(new TGroupFolder(window, m_language, this)) {
+  ConnectCommands(tabMenu);
+  FollowFolder();
 }
 
-QAction *TPageGroups::AddCommand(const char *name, const QString &text, int key, void (TPageGroups::*command)()) {
-  auto *action = new QAction(text, m_window);
-  action->setObjectName(QString::fromLatin1(name));
-  if (key != 0) action->setShortcut(QKeySequence(key));
-  m_window->addAction(action);  // so that the key works while the menu is closed
-  connect(action, &QAction::triggered, this, command);
-  return action;
+void TPageGroups::ConnectCommands(TTabMenu &tabMenu) {
+  connect(m_actions[TCommand::AddToGroup], &QAction::triggered, this,
+          [this] { AddTabToHalvexGroup(m_tabs.GetActivePage()); });
+  connect(m_actions[TCommand::SaveAsGroup], &QAction::triggered, this, &TPageGroups::actSaveAsHalvexGroupExecute);
+  connect(m_actions[TCommand::OrganizeGroups], &QAction::triggered, this,
+          &TPageGroups::actOrganizeHalvexGroupsExecute);
+  tabMenu.On(TCommand::TabAddToGroup, this, [this](TBrowserTab *tab) { AddTabToHalvexGroup(tab); });
+}
+
+void TPageGroups::FollowFolder() {
+  connect(m_folder, &TGroupFolder::Changed, this, [this] { m_groupsMenuStale = true; });
+  QMenu *menu = m_actions.Menu(TMenu::Groups);
+  const int fixedItems = int(menu->actions().size());
+  connect(menu, &QMenu::aboutToShow, this, [this, menu, fixedItems] {
+    m_folder->Watch();
+    if (std::exchange(m_groupsMenuStale, false)) RefillMenu(menu, fixedItems);
+  });
 }
 
 bool TPageGroups::IsGroupFile(const QString &argument) {
@@ -84,7 +87,7 @@ bool TPageGroups::IsHandedOverGroup(const QString &argument) {
 }
 
 void TPageGroups::HalvexGroupClick(const QString &argument) {
-  OpenHalvexGroup(argument, m_closeFirst);
+  OpenHalvexGroup(argument, m_tabs.Environment().settings.Get(Setting::HGCloseFirst));
 }
 
 void TPageGroups::OpenHalvexGroup(const QString &argument, bool closeFirst, bool atStartup) {
@@ -103,12 +106,11 @@ void TPageGroups::OpenHalvexGroup(const QString &argument, bool closeFirst, bool
   }
   const TPresentationPause pause(m_tabs.Pages());
   if (closeFirst) m_closeAll.CloseAll(true);
-  TTabSettings &settings = m_tabs.Environment().settings;
-  const QScopedValueRollback<bool> atEnd(settings.openNewAtEnd, true);
+  const bool inForeground = m_tabs.Environment().settings.Get(Setting::OpenNewInForeground);
   for (int i = 0; i < group.Count(); ++i) {
     // The tab that is left after closing is taken whatever it is, one that was spared too: meant so.
     TBrowserTab *tab = closeFirst && i == 0 ? m_tabs.GetActivePage() : nullptr;
-    if (tab == nullptr) tab = settings.openNewInForeground ? m_tabs.NewTab() : m_tabs.NewBackgroundTab();
+    if (tab == nullptr) tab = inForeground ? m_tabs.NewTab() : m_tabs.NewBackgroundTab();
     OpenEntry(tab, group.NameAt(i), group.ValueAt(i), atStartup);
   }
 }
@@ -138,10 +140,6 @@ void TPageGroups::actSaveAsHalvexGroupExecute() {
     Save(group);
   }
   m_folder->Refresh();
-}
-
-void TPageGroups::pmAddToHalvexGroupClick() {
-  AddTabToHalvexGroup(m_tabs.GetActivePage());
 }
 
 void TPageGroups::AddTabToHalvexGroup(TBrowserTab *tab) {
@@ -231,16 +229,6 @@ void TPageGroups::TellUnreadable(const QString &path, const QString &reason) {
                  m_language.Text("HalvexGroups", "CannotRead").arg(QFileInfo(path).fileName(), reason));
 }
 
-void TPageGroups::FillMenu(QMenu *menu) {
-  menu->addActions({m_add, m_saveAll, m_organize});
-  menu->addSeparator();
-  const int fixedItems = int(menu->actions().size());
-  connect(menu, &QMenu::aboutToShow, this, [this, menu, fixedItems] {
-    m_folder->Watch();
-    if (std::exchange(m_groupsMenuStale, false)) RefillMenu(menu, fixedItems);
-  });
-}
-
 void TPageGroups::RefillMenu(QMenu *menu, int fixedItems) {
   const QList<QAction *> items = menu->actions();
   for (QAction *item : items.sliced(fixedItems)) {
@@ -251,9 +239,4 @@ void TPageGroups::RefillMenu(QMenu *menu, int fixedItems) {
     }
   }
   BuildHalvexGroupMenu(menu, TGroupFolder::Path(), m_language, [this](const QString &path) { HalvexGroupClick(path); });
-}
-
-void TPageGroups::ExtendTabMenu(TTabMenu &tabMenu) {
-  tabMenu.AddItem("pmTabAddToHalvexGroup", m_language.Text("MAIN", "TabAddToGroup"), ":/icons/groups.svg", 0,
-                  [this](TBrowserTab *tab) { AddTabToHalvexGroup(tab); });
 }

@@ -5,7 +5,6 @@
 
 #include "groups/group_folder.h"
 
-class QAction;
 class QFileDialog;
 class QMenu;
 class TBrowserTab;
@@ -13,7 +12,8 @@ class TCloseAllTabs;
 class THalvexGroup;
 class TLanguage;
 class TLoadQueue;
-class TRegistryStore;
+class TActions;
+class TSettings;
 class TTabMenu;
 class TTabStrip;
 
@@ -26,9 +26,10 @@ class TPageGroups final : public QObject {
   // A group of more pages is refused: it is damaged or not made by hand, and its tabs would bury the window.
   static constexpr int MostPages = 5000;
 
-  // `window` becomes the parent and owns the dialogs; all others must live as long as it handles events.
-  TPageGroups(QWidget *window, TTabStrip &tabs, TCloseAllTabs &closeAll, TLoadQueue &queue, const TLanguage &language,
-              TRegistryStore &store);
+  // Connects its commands and fills the groups menu, each time it opens, with the groups where they have changed.
+  // `window` owns the dialogs; all must outlive this object.
+  TPageGroups(QWidget *window, TActions &actions, TTabStrip &tabs, TTabMenu &tabMenu, TCloseAllTabs &closeAll,
+              TLoadQueue &queue);
 
   // Whether an argument of the command line is a page group: a path, or a "file:" URL, with the extension ".hgp" in any
   // spelling. The file need not exist.
@@ -43,11 +44,8 @@ class TPageGroups final : public QObject {
   //   setting StartupHalvexGroup       OpenHalvexGroup(group, no tab was taken yet)
   //   argument of the first start      OpenHalvexGroup(argument, true, true)
   void OpenHalvexGroup(const QString &argument, bool closeFirst, bool atStartup = false);
-  // As the setting HGCloseFirst says, which is read once and then follows SetCloseFirst: other windows may store
-  // theirs.
+  // As the setting HGCloseFirst says.
   void HalvexGroupClick(const QString &argument);
-  [[nodiscard]] bool CloseFirst() const { return m_closeFirst; }
-  void SetCloseFirst(bool closeFirst) { m_closeFirst = closeFirst; }
 
   // Saves the tabs that show in the strip as a new group (F7).
   void actSaveAsHalvexGroupExecute();
@@ -61,17 +59,12 @@ class TPageGroups final : public QObject {
   // The group that the user chose, or empty; also when this object has gone meanwhile.
   [[nodiscard]] QString AskExistingFile();
 
-  // Puts the commands into `menu` and, each time it opens, the groups below them if they have changed since.
-  void FillMenu(QMenu *menu);
-  // Adds "add to page group" (pmTabAddToHalvexGroup) to the menu of a tab.
-  void ExtendTabMenu(TTabMenu &tabMenu);
-
   // The folder's commands (rename, delete, new folder, refresh) and its news.
   [[nodiscard]] TGroupFolder &Folder() { return *m_folder; }
 
  private:
-  QAction *AddCommand(const char *name, const QString &text, int key, void (TPageGroups::*command)());
-  void pmAddToHalvexGroupClick();
+  void ConnectCommands(TTabMenu &tabMenu);
+  void FollowFolder();
   void RefillMenu(QMenu *menu, int fixedItems);
   void OpenEntry(TBrowserTab *tab, const QString &name, QString value, bool atStartup);
   // The same for a group that may be new.
@@ -81,14 +74,11 @@ class TPageGroups final : public QObject {
   void TellUnreadable(const QString &path, const QString &reason);
 
   QWidget *m_window;
+  TActions &m_actions;
   TTabStrip &m_tabs;
   TCloseAllTabs &m_closeAll;
   TLoadQueue &m_queue;
   const TLanguage &m_language;
   TGroupFolder *m_folder;
-  QAction *m_add;
-  QAction *m_saveAll;
-  QAction *m_organize;
-  bool m_closeFirst;
   bool m_groupsMenuStale = true;  // The folder has changed since the menu was filled.
 };

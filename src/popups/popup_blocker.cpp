@@ -9,9 +9,10 @@
 #include "ui/confirm_dialog.h"
 #include "ui/warning_box.h"
 #include "browser/tabs/browser_tab.h"
+#include "browser/tabs/tab_menu.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
-#include "config/options.h"
+#include "config/settings.h"
 #include "ui/shown_text.h"
 
 namespace {
@@ -42,8 +43,8 @@ bool SavePopupList(TRegistryStore &store, const QStringList &patterns) {
   return TZVOptions(store).SetPopupList(lines);
 }
 
-TPopupBlocker::TPopupBlocker(QWidget *window, TTabStrip &tabs)
-    : QObject(window), m_window(window), m_tabs(tabs), m_store(tabs.Environment().store) {
+TPopupBlocker::TPopupBlocker(QWidget *window, TTabStrip &tabs, TTabMenu &tabMenu)
+    : m_window(window), m_tabs(tabs), m_settings(tabs.Environment().settings) {
   const TStoppedPopups::TActions actions{
       [this](const QString &address) { m_tabs.NewTab()->Navigate(address); },
       [this](const QString &pattern) { RemovePattern(pattern); },
@@ -51,29 +52,23 @@ TPopupBlocker::TPopupBlocker(QWidget *window, TTabStrip &tabs)
   };
   m_stopped = new TStoppedPopups(tabs.Environment().language, actions, this);
   connect(&tabs, &TTabStrip::PopupRejected, this, &TPopupBlocker::OnPopupRejected);
-  ReadSettings();
+  tabMenu.On(TCommand::TabBlockPopups, this, [this](TBrowserTab *tab) { AddToPopupList(tab); });
+  Reload();
 }
 
 TPopupBlocker::~TPopupBlocker() = default;
 
-void TPopupBlocker::ReadSettings() {
-  const TZVOptions options(m_store);
-  m_enabled = options.Get(Setting::UsePopupHalvex);
-  m_notify = options.Get(Setting::PopupHalvexNotify);
-  Reload();
-}
-
 void TPopupBlocker::Reload() {
-  m_patterns.Set(LoadPopupList(m_store));
+  m_patterns.Set(LoadPopupList(m_settings.Store()));
 }
 
 void TPopupBlocker::Save() {
-  SavePopupList(m_store, m_patterns.Patterns());
+  SavePopupList(m_settings.Store(), m_patterns.Patterns());
 }
 
 bool TPopupBlocker::IsPopupBlocked(const QString &address) {
-  if (!m_enabled || m_patterns.FirstMatch(address) < 0) return false;
-  if (m_notify) {
+  if (!m_settings.Get(Setting::UsePopupHalvex) || m_patterns.FirstMatch(address) < 0) return false;
+  if (m_settings.Get(Setting::PopupHalvexNotify)) {
     // The engine is asking and waits inside its own event: a dialog here would run the event loop, and with it the
     // closing of tabs, under its feet. The answer does not depend on the notice, so it is shown once the engine is
     // done.
@@ -93,7 +88,7 @@ void TPopupBlocker::ShowNotice() {
   const QPointer<TPopupBlocker> self(this);
   const TLanguage &language = m_tabs.Environment().language;
   // What was stopped while one notice shows is told together in the next.
-  while (m_notify && !m_untold.isEmpty()) {
+  while (m_settings.Get(Setting::PopupHalvexNotify) && !m_untold.isEmpty()) {
     QStringList addresses = std::exchange(m_untold, {});
     if (const int more = std::exchange(m_untoldMore, 0)) {
       addresses.append(language.Text("POPUPS", "NoticeMore").arg(more));
@@ -103,10 +98,7 @@ void TPopupBlocker::ShowNotice() {
                               language.Global("PopupNotifyDontAsk"), QString(), language.Global("OK"),
                               addresses.join(u'\n'), language.Global("PopupNotifyMessage"));
     if (!self) return;
-    if (dontAsk) {
-      m_notify = false;
-      TZVOptions(m_store).Set(Setting::PopupHalvexNotify, false);
-    }
+    if (dontAsk) m_settings.Set(Setting::PopupHalvexNotify, false);
   }
   m_untold.clear();
   m_untoldMore = 0;
@@ -140,9 +132,9 @@ void TPopupBlocker::AddToPopupList(TBrowserTab *tab) {
   delete dialog;
   if (accepted) {
     // An empty pattern is stored like any other and left out when the list is read; that is meant.
-    QStringList patterns = LoadPopupList(m_store);
+    QStringList patterns = LoadPopupList(m_settings.Store());
     AddSorted(patterns, pattern);
-    if (!SavePopupList(m_store, patterns)) {
+    if (!SavePopupList(m_settings.Store(), patterns)) {
       ShowWarning(m_window, language, language.Text("MAIN", "StoreNotKept"));
     } else if (target) {
       target->Close();
@@ -152,7 +144,7 @@ void TPopupBlocker::AddToPopupList(TBrowserTab *tab) {
 }
 
 void TPopupBlocker::RemovePattern(const QString &pattern) {
-  QStringList patterns = LoadPopupList(m_store);
-  if (patterns.removeAll(pattern) > 0) SavePopupList(m_store, patterns);
+  QStringList patterns = LoadPopupList(m_settings.Store());
+  if (patterns.removeAll(pattern) > 0) SavePopupList(m_settings.Store(), patterns);
   Reload();
 }

@@ -9,6 +9,8 @@
 class QWidget;
 class TBrowserTab;
 class TRegistryStore;
+class TSettings;
+class TTabMenu;
 class TTabStrip;
 
 // The pop-up list of the store. Loading gives the patterns sorted and without duplicates, both regardless of case, and
@@ -22,8 +24,8 @@ class TPopupBlocker final : public QObject {
   Q_OBJECT
 
  public:
-  // Reads its settings and the list; `tabs` must live longer than this object, whose dialogs belong to `window`.
-  TPopupBlocker(QWidget *window, TTabStrip &tabs);
+  // Reads the list. All must outlive this object, whose dialogs belong to `window`.
+  TPopupBlocker(QWidget *window, TTabStrip &tabs, TTabMenu &tabMenu);
   ~TPopupBlocker() override;
 
   // For the tabs' hook of this name: true to stop the window. Never waits for the user: the notice comes right after.
@@ -31,13 +33,8 @@ class TPopupBlocker final : public QObject {
   // Asks for a pattern, proposing the tab's address; on OK the pattern joins the list and the tab closes.
   void AddToPopupList(TBrowserTab *tab);
 
-  // UsePopupHalvex. A change holds at once; it is stored when the window goes, by its owner.
-  [[nodiscard]] bool Enabled() const { return m_enabled; }
-  void SetEnabled(bool enabled) { m_enabled = enabled; }
   // Reads the list again, after something else may have changed it.
   void Reload();
-  // Reads the settings and the list again, after the options dialog.
-  void ReadSettings();
   // Writes the list back; when the window goes.
   void Save();
 
@@ -51,12 +48,10 @@ class TPopupBlocker final : public QObject {
 
   QWidget *m_window;
   TTabStrip &m_tabs;
-  TRegistryStore &m_store;
+  TSettings &m_settings;
   TPopupPatterns m_patterns;
   TStoppedPopups *m_stopped;
   QStringList m_untold;  // blocked addresses whose notice has not been shown yet, the first of them
   int m_untoldMore = 0;  // and how many there were after these
-  bool m_enabled = true;
-  bool m_notify = true;
   bool m_noticeShows = false;
 };

@@ -7,7 +7,7 @@
 
 #include "ui/confirm_dialog.h"
 #include "config/language.h"
-#include "config/options.h"
+#include "config/settings.h"
 #include "history/history_store.h"
 #include "history/visit_words.h"
 #include "search/inline_completion.h"
@@ -31,16 +31,16 @@ QString TypedText(const QKeyEvent &key) {
 
 }  // namespace
 
-TAddressBar::TAddressBar(const TLanguage &language, TRegistryStore &store, THistoryStore &history, QWidget *parent)
+TAddressBar::TAddressBar(const TLanguage &language, TSettings &settings, THistoryStore &history, QWidget *parent)
     : TZVComboBox(parent),
       m_language(language),
-      m_store(store),
+      m_settings(settings),
       m_history(history),
       m_suggestions(new TSuggestionList(this, lineEdit(), language.Text("MAIN", "AddressSuggestionsName"))) {
   setObjectName(QStringLiteral("cboAddress"));
   setMaxVisibleItems(TTypedAddresses::Most);
-  ReloadSettings();
-  m_addresses.Load(m_store);
+  settings.Follow(Setting::AutoCompleteStyle, this, [this] { HideSuggestions(); });
+  m_addresses.Load(settings.Store());
   SetEntries(m_addresses.List());
   connect(this, &QComboBox::activated, this, [this](int row) {
     m_addressTyped = false;
@@ -50,7 +50,7 @@ TAddressBar::TAddressBar(const TLanguage &language, TRegistryStore &store, THist
   m_suggest.setInterval(0);
   connect(&m_suggest, &QTimer::timeout, this, &TAddressBar::Suggest);
   connect(lineEdit(), &QLineEdit::textEdited, this, [this] {
-    if (m_completionStyle == StyleDropDown) m_suggest.start();
+    if (CompletionStyle() == StyleDropDown) m_suggest.start();
   });
   connect(m_suggestions, &TSuggestionList::Clicked, this, [this](const QString &address) {
     m_addressTyped = true;
@@ -58,13 +58,18 @@ TAddressBar::TAddressBar(const TLanguage &language, TRegistryStore &store, THist
   });
 }
 
-void TAddressBar::ReloadSettings() {
-  const TZVOptions options(m_store);
-  m_forms = {{options.Get(Setting::CtrlPre), options.Get(Setting::CtrlPost)},
-             {options.Get(Setting::ShiftPre), options.Get(Setting::ShiftPost)},
-             {options.Get(Setting::CtrlShiftPre), options.Get(Setting::CtrlShiftPost)}};
-  m_completionStyle = options.AutoCompleteMode();
-  HideSuggestions();
+TAddressForms TAddressBar::Forms() const {
+  return {{m_settings.Get(Setting::CtrlPre), m_settings.Get(Setting::CtrlPost)},
+          {m_settings.Get(Setting::ShiftPre), m_settings.Get(Setting::ShiftPost)},
+          {m_settings.Get(Setting::CtrlShiftPre), m_settings.Get(Setting::CtrlShiftPost)}};
+}
+
+int TAddressBar::CompletionStyle() const {
+  return m_settings.AutoCompleteMode();
+}
+
+void TAddressBar::SaveTypedAddresses() const {
+  m_addresses.Save(m_settings.Store());
 }
 
 void TAddressBar::AddTypedAddress(const QString &address) {
@@ -79,7 +84,7 @@ void TAddressBar::FileTypedAddress(const QString &address) {
 }
 
 void TAddressBar::ClearAddressHistory() {
-  const QString note = m_completionStyle == StyleDropDown ? m_language.Global("ClearAddressHistoryNote") : QString();
+  const QString note = CompletionStyle() == StyleDropDown ? m_language.Global("ClearAddressHistoryNote") : QString();
   const QString caption = TLanguage::ShortHint(m_language.Text("MAIN", "MenuToolsClearAddressesHint"));
   if (!ShowConfirm(window(), window()->font(), caption, false, nullptr, {}, m_language.Global("No"),
                    m_language.Global("Yes"), note, m_language.Global("ClearAddressHistory"))) {
@@ -108,12 +113,12 @@ bool TAddressBar::TakeKey(const QKeyEvent &key) {
       WalkList(key.key() == Qt::Key_Down || key.key() == Qt::Key_PageDown);
       return true;
     default:
-      return m_completionStyle == StyleInline && CompleteInline(key);
+      return CompletionStyle() == StyleInline && CompleteInline(key);
   }
 }
 
 void TAddressBar::PressEnter(Qt::KeyboardModifiers modifiers) {
-  const QString text = m_forms.Apply(lineEdit()->text(), modifiers);
+  const QString text = Forms().Apply(lineEdit()->text(), modifiers);
   if (text != lineEdit()->text()) setEditText(text);
   m_addressTyped = !text.trimmed().isEmpty();
   Open(modifiers.testFlag(Qt::AltModifier));
@@ -189,7 +194,7 @@ bool TAddressBar::TakeSuggestionKey(const QKeyEvent &key) {
 void TAddressBar::Suggest() {
   m_typedText = lineEdit()->text();
   const QStringList query = VisitWords::Query(m_typedText);
-  if (query.isEmpty() || !lineEdit()->hasFocus() || m_completionStyle != StyleDropDown) {
+  if (query.isEmpty() || !lineEdit()->hasFocus() || CompletionStyle() != StyleDropDown) {
     HideSuggestions();
     return;
   }

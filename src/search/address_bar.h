@@ -8,7 +8,7 @@
 
 class THistoryStore;
 class TLanguage;
-class TRegistryStore;
+class TSettings;
 class TSuggestionList;
 
 // The address box (cboAddress). Enter opens what it holds, with Ctrl and Shift in the frames that the user has set,
@@ -18,8 +18,8 @@ class TAddressBar final : public TZVComboBox {
   Q_OBJECT
 
  public:
-  // Loads the typed addresses and the settings. All references must outlive the bar.
-  TAddressBar(const TLanguage &language, TRegistryStore &store, THistoryStore &history, QWidget *parent = nullptr);
+  // Loads the typed addresses. All references must outlive the bar.
+  TAddressBar(const TLanguage &language, TSettings &settings, THistoryStore &history, QWidget *parent = nullptr);
 
   // Opens what the box holds, in the current tab unless the settings say otherwise.
   void Go() { Open(false); }
@@ -30,13 +30,9 @@ class TAddressBar final : public TZVComboBox {
   // What was opened last has led nowhere: the tab's next address was not typed.
   void ForgetTypedAddress() { m_addressTyped = false; }
   // Writes the list; when the main window goes.
-  void SaveTypedAddresses() const { m_addresses.Save(m_store); }
+  void SaveTypedAddresses() const;
   // Asks, then empties the list and its store.
   void ClearAddressHistory();
-  // 0 none, 1 in the box, 2 drop-down.
-  [[nodiscard]] int CompletionStyle() const { return m_completionStyle; }
-  // Reads the frames and the style of completion again; after they were changed.
-  void ReloadSettings();
 
  Q_SIGNALS:
   // `text` is to be opened as it stands (see TAddressSearch::Open).
@@ -51,6 +47,9 @@ class TAddressBar final : public TZVComboBox {
   void Open(bool newTab);
   void OpenText(const QString &text, bool newTab);
   void PressEnter(Qt::KeyboardModifiers modifiers);
+  // 0 none, 1 in the box, 2 drop-down.
+  [[nodiscard]] int CompletionStyle() const;
+  [[nodiscard]] TAddressForms Forms() const;
   [[nodiscard]] bool CompleteInline(const QKeyEvent &key);
   void WalkList(bool down);
   [[nodiscard]] bool TakeSuggestionKey(const QKeyEvent &key);
@@ -58,11 +57,9 @@ class TAddressBar final : public TZVComboBox {
   void HideSuggestions();
 
   const TLanguage &m_language;
-  TRegistryStore &m_store;
+  TSettings &m_settings;
   THistoryStore &m_history;
   TTypedAddresses m_addresses;
-  TAddressForms m_forms;
-  int m_completionStyle = 0;
   TSuggestionList *m_suggestions;
   QTimer m_suggest;     // runs when all that was typed has been shown
   QString m_typedText;  // what the suggestions were made for

@@ -5,11 +5,12 @@
 #include <QUrl>
 
 #include "ui/warning_box.h"
+#include "actions/actions.h"
 #include "browser/engine/address_fixup.h"
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
-#include "config/options.h"
+#include "config/settings.h"
 #include "search/address_bar.h"
 #include "search/quick_search.h"
 #include "search/search_lists.h"
@@ -21,30 +22,36 @@ constexpr qsizetype LongestShownFormat = 300;  // characters
 
 }  // namespace
 
-TAddressSearch::TAddressSearch(QWidget *window, const TLanguage &language, TAddressBar &bar, TTabStrip &tabs,
+TAddressSearch::TAddressSearch(QWidget *window, TActions &actions, TAddressBar &bar, TTabStrip &tabs,
                                TSearchLists &lists, THistoryStore &history)
-    : QObject(window), m_window(window), m_language(language), m_bar(bar), m_tabs(tabs), m_lists(lists) {
-  ReloadSettings();
+    : m_window(window),
+      m_language(tabs.Environment().language),
+      m_bar(bar),
+      m_tabs(tabs),
+      m_settings(tabs.Environment().settings),
+      m_lists(lists) {
   m_recorder = new TVisitRecorder(history, this);
   connect(&tabs, &TTabStrip::TabOpened, this, &TAddressSearch::Record);
   for (TBrowserTab *tab : tabs.Tabs()) Record(tab);
   connect(&bar, &TAddressBar::OpenRequested, this, &TAddressSearch::Open);
+  connect(&bar, &TAddressBar::Left, this, [this] {
+    if (TBrowserTab *tab = m_tabs.GetActivePage()) tab->setFocus();
+  });
+  connect(actions[TCommand::Go], &QAction::triggered, &bar, &TAddressBar::Go);
+  connect(actions[TCommand::EditAddress], &QAction::triggered, this, &TAddressSearch::EditAddress);
+  connect(actions[TCommand::ClearAddresses], &QAction::triggered, &bar, &TAddressBar::ClearAddressHistory);
   connect(&lists, &TSearchLists::EngineChosen, this, &TAddressSearch::OpenEngine);
 }
 
-void TAddressSearch::ReloadSettings() {
-  const TZVOptions options(m_tabs.Environment().store);
-  m_addressNewWin = options.Get(Setting::AddressNewWin);
-  m_quickSearchNewWin = options.Get(Setting::QuickSearchNewWin);
-  m_searchNewWin = options.Get(Setting::SearchNewWin);
-  m_bar.ReloadSettings();
+void TAddressSearch::EditAddress() {
+  if (m_bar.isVisible()) m_bar.FocusAll();
 }
 
-void TAddressSearch::WriteSettings() const {
-  TZVOptions options(m_tabs.Environment().store);
-  options.Set(Setting::AddressNewWin, m_addressNewWin);
-  options.Set(Setting::QuickSearchNewWin, m_quickSearchNewWin);
-  options.SetAutoCompleteMode(m_bar.CompletionStyle());
+void TAddressSearch::Save() {
+  m_settings.Keep(Setting::AddressNewWin);
+  m_settings.Keep(Setting::QuickSearchNewWin);
+  m_settings.Keep(Setting::AutoCompleteStyle);
+  m_bar.SaveTypedAddresses();
 }
 
 void TAddressSearch::Record(TBrowserTab *tab) {
@@ -63,10 +70,10 @@ bool TAddressSearch::Open(const QString &text, bool newTab) {
   const TQuickSearch search = TQuickSearch::Of(text, m_lists.QuickSearches());
   switch (search.kind) {
     case TQuickSearch::TKind::None:
-      OpenAddress(text, newTab || m_addressNewWin);
+      OpenAddress(text, newTab || m_settings.Get(Setting::AddressNewWin));
       break;
     case TQuickSearch::TKind::Address:
-      OpenAddress(search.address, newTab || m_quickSearchNewWin);
+      OpenAddress(search.address, newTab || m_settings.Get(Setting::QuickSearchNewWin));
       break;
     case TQuickSearch::TKind::BadFormat: {
       m_bar.ForgetTypedAddress();
@@ -133,6 +140,6 @@ void TAddressSearch::OpenEngine(const QString &address) {
   if (QFileInfo(address).isFile()) {
     QDesktopServices::openUrl(QUrl::fromLocalFile(address));
   } else {
-    OpenAddress(address, m_searchNewWin);
+    OpenAddress(address, m_settings.Get(Setting::SearchNewWin));
   }
 }

@@ -4,11 +4,13 @@
 #include <QPointer>
 
 class QWidget;
+class TActions;
 class TAddressBar;
 class TBrowserTab;
 class THistoryStore;
 class TLanguage;
 class TSearchLists;
+class TSettings;
 class TTabStrip;
 class TVisitRecorder;
 
@@ -20,17 +22,17 @@ class TAddressSearch final : public QObject {
 
  public:
   // `window` is the owner of messages. All references must outlive this object, the tabs' own end excepted.
-  TAddressSearch(QWidget *window, const TLanguage &language, TAddressBar &bar, TTabStrip &tabs, TSearchLists &lists,
+  TAddressSearch(QWidget *window, TActions &actions, TAddressBar &bar, TTabStrip &tabs, TSearchLists &lists,
                  THistoryStore &history);
 
   // Opens a typed text: as a quick search where it is one, else as the address that it is; in a new tab when the
   // setting for the one or the other, or `newTab`, says so. A quick search whose format has a fault opens nothing; the
   // user is told. False then.
   bool Open(const QString &text, bool newTab);
-  // Reads the settings again; after they were changed.
-  void ReloadSettings();
-  // Writes back those that the main window keeps from its start to its end; when it goes.
-  void WriteSettings() const;
+  // Puts the keyboard into the address bar, where it is shown.
+  void EditAddress();
+  // Leaves the typed addresses, and the settings that they obey, in the store.
+  void Save();
 
  private:
   void FileWhenItStarts(TBrowserTab *tab, const QString &address);
@@ -43,10 +45,8 @@ class TAddressSearch final : public QObject {
   const TLanguage &m_language;
   TAddressBar &m_bar;
   TTabStrip &m_tabs;
+  TSettings &m_settings;
   TSearchLists &m_lists;
   TVisitRecorder *m_recorder;
   QPointer<QObject> m_typed;  // waits for the tab to set out for what was typed
-  bool m_addressNewWin = false;
-  bool m_quickSearchNewWin = true;
-  bool m_searchNewWin = true;
 };

@@ -1,10 +1,10 @@
 #include "search/search_lists.h"
 
 #include <algorithm>
-#include <QAction>
 #include <QMenu>
 #include <QMessageBox>
 
+#include "actions/actions.h"
 #include "config/language.h"
 #include "config/options.h"
 #include "ui/program_title.h"
@@ -39,11 +39,16 @@ const TList &ListOf(TSearchList list) {
 
 }  // namespace
 
-TSearchLists::TSearchLists(const TLanguage &language, TRegistryStore &store, QWidget *owner)
-    : QObject(owner), m_language(language), m_store(store), m_owner(owner) {
+TSearchLists::TSearchLists(const TLanguage &language, TRegistryStore &store, TActions &actions, QWidget *owner)
+    : m_language(language), m_store(store), m_owner(owner) {
   const bool hasAny = std::ranges::any_of(Lists, [&](const TList &list) { return m_store.KeyExists(Hive, list.key); });
   if (!hasAny) AddExamples();
   m_quickSearches = Load(TSearchList::QuickSearch);
+  connect(actions[TCommand::OrganizeSearchEngines], &QAction::triggered, this,
+          [this] { Organize(TSearchList::SearchEngines); });
+  connect(actions[TCommand::OrganizeQuickSearch], &QAction::triggered, this,
+          [this] { Organize(TSearchList::QuickSearch); });
+  Follow(actions.Menu(::TMenu::SearchEngines), TSearchList::SearchEngines);
 }
 
 void TSearchLists::AddExamples() {
@@ -65,14 +70,6 @@ bool TSearchLists::Save(TSearchList list, const QStringList &lines) {
     // An empty list is a key without values, not a missing key: what the user emptied is not filled again.
     return (options.*ListOf(list).write)(lines) && m_store.CreateKey(Hive, ListOf(list).key);
   });
-}
-
-void TSearchLists::FillMenu(QMenu *menu) {
-  auto *organize = menu->addAction(m_language.Text("SEARCH_ENGINE", "MenuSearchEngines"));
-  organize->setObjectName(QStringLiteral("mnuOrganizeSearchEngines"));
-  connect(organize, &QAction::triggered, this, [this] { Organize(TSearchList::SearchEngines); });
-  menu->addSeparator();
-  Follow(menu, TSearchList::SearchEngines);
 }
 
 void TSearchLists::FillSearchBarMenu(QMenu *menu) {

@@ -5,6 +5,7 @@
 #include <QStringList>
 
 class QAction;
+class TActions;
 class QMenu;
 class QWidget;
 class TLanguage;
@@ -23,8 +24,9 @@ class TSearchLists final : public QObject {
 
  public:
   // Where the store has none of the three lists, the quick searches of the shipped file searches.ini are put into it. A
-  // list that was emptied stays empty. `owner` is the window that the dialogs belong to.
-  TSearchLists(const TLanguage &language, TRegistryStore &store, QWidget *owner);
+  // list that was emptied stays empty. The menu of search engines is made: behind its own entries one for each engine,
+  // anew whenever it opens and when the list has changed. `owner` is the window that the dialogs belong to.
+  TSearchLists(const TLanguage &language, TRegistryStore &store, TActions &actions, QWidget *owner);
 
   // Lines "name=address" in the order of the store.
   [[nodiscard]] QStringList Load(TSearchList list) const;
@@ -38,10 +40,7 @@ class TSearchLists final : public QObject {
   // count.
   [[nodiscard]] const QString &DefaultSearchPage() const { return m_defaultSearchPage; }
 
-  // Makes `menu` the menu of search engines: the entry that organises them, a line, one entry for each engine. It is
-  // built anew whenever it opens and when the list has changed.
-  void FillMenu(QMenu *menu);
-  // The same for the search panel's pages, behind the menu's own first entries, as many as it has now.
+  // Puts one entry for each page of the search panel behind the entries that `menu` has now, and keeps them so.
   void FillSearchBarMenu(QMenu *menu);
 
   // Shows the dialog of a list; true when the list was changed.

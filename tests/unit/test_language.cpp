@@ -23,6 +23,7 @@
 
 #include "chrome/language_menu.h"
 #include "config/language.h"
+#include "config/settings.h"
 #include "config/language_properties.h"
 #include "config/options.h"
 #include "platform/program_folders.h"
@@ -306,12 +307,13 @@ class TTestLanguage final : public QObject {
     WriteLanguage(own, "other.txt", "[INFO]\nLanguage=No\n");
     QDir(own).mkdir("folder.ini");
     TRegistryStore store(m_folder->filePath("registry.sqlite"));
+    TSettings settings(store);
     TLanguage language;
     language.LoadFile(WriteLanguage(m_folder->path(), "zveng.ini", Texts));
     QWidget window;
     QMenu menu(&window);
     menu.addAction("designed");
-    const TLanguageMenu languages(menu, language, store);
+    const TLanguageMenu languages(menu, language, settings);
 
     QMap<QString, QAction *> entries;
     const auto open = [&] {

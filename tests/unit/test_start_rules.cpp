@@ -4,7 +4,7 @@
 #include "app/last_open_sites.h"
 #include "app/program_entry.h"
 #include "chrome/window_placement.h"
-#include "config/options.h"
+#include "config/settings.h"
 #include "config/shell_association.h"
 
 class TestStartRules final : public QObject {
@@ -95,12 +95,13 @@ void TestStartRules::Placement_data() {
 void TestStartRules::Placement() {
   QFETCH(QRect, stored);
   QFETCH(QList<QRect>, screens);
-  QTEST(WindowPlacement::OnScreens(stored, screens), "placed");
+  QTEST(TWindowPlacement::OnScreens(stored, screens), "placed");
 }
 
 void TestStartRules::PlacementIsWritten() {
-  WindowPlacement::Write(QRect(-20, -5, 700, 500), *m_store);
-  QCOMPARE(WindowPlacement::Stored(*m_store), QRect(0, 0, 700, 500));
+  TSettings settings(*m_store);
+  TWindowPlacement::Write(QRect(-20, -5, 700, 500), settings);
+  QCOMPARE(TWindowPlacement::Stored(settings), QRect(0, 0, 700, 500));
 }
 
 void TestStartRules::LastSites_data() {

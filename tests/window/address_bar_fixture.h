@@ -8,7 +8,7 @@
 #include <QToolBar>
 
 #include "config/language.h"
-#include "config/options.h"
+#include "config/settings.h"
 #include "history/history_store.h"
 #include "search/address_bar.h"
 #include "search/address_label.h"
@@ -17,10 +17,10 @@
 class TAddressBarFixture {
  public:
   // The bar becomes the window's; it has the keyboard.
-  void Make(QMainWindow &window, const TLanguage &language, TRegistryStore &store, THistoryStore &history) {
+  void Make(QMainWindow &window, const TLanguage &language, TSettings &settings, THistoryStore &history) {
     m_window = &window;
     band = window.addToolBar(QStringLiteral("band"));
-    bar = new TAddressBar(language, store, history, band);
+    bar = new TAddressBar(language, settings, history, band);
     label = new TAddressLabel(QStringLiteral("Address"), band);
     band->addWidget(label);
     band->addWidget(bar);
@@ -71,18 +71,20 @@ class TLoneAddressBarFixture : public TAddressBarFixture {
   void Begin() {
     m_folder = std::make_unique<QTemporaryDir>();
     store = std::make_unique<TRegistryStore>(m_folder->filePath(QStringLiteral("registry.sqlite")));
+    settings = std::make_unique<TSettings>(*store);
     history = std::make_unique<THistoryStore>(m_folder->filePath(QStringLiteral("history.sqlite")));
     window = std::make_unique<QMainWindow>();
     window->resize(800, 600);
   }
   // With one of the styles of completion.
   void Make(const char *style = "none") {
-    TZVOptions(*store).Set(Setting::AutoCompleteStyle, QString::fromLatin1(style));
-    TAddressBarFixture::Make(*window, language, *store, *history);
+    settings->Set(Setting::AutoCompleteStyle, QString::fromLatin1(style));
+    TAddressBarFixture::Make(*window, language, *settings, *history);
   }
   void End() {
     window.reset();
     history.reset();
+    settings.reset();
     store.reset();
     m_folder.reset();
   }
@@ -99,6 +101,7 @@ class TLoneAddressBarFixture : public TAddressBarFixture {
 
   TLanguage language;
   std::unique_ptr<TRegistryStore> store;
+  std::unique_ptr<TSettings> settings;
   std::unique_ptr<THistoryStore> history;
   std::unique_ptr<QMainWindow> window;
 

@@ -21,7 +21,7 @@ class TGroupsFixture : public TTabsFixture {
   void Begin() {
     TTabsFixture::Begin();
     queue = std::make_unique<TLoadQueue>(*tabs);
-    groups = std::make_unique<TPageGroups>(window.get(), *tabs, *closeAll, *queue, language, *store);
+    groups = std::make_unique<TPageGroups>(window.get(), *actions, *tabs, *tabMenu, *closeAll, *queue);
   }
   void End() {
     groups.reset();

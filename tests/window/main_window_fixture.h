@@ -5,8 +5,10 @@
 #include <QTest>
 #include <QTimer>
 
+#include "actions/actions.h"
 #include "app/main_window.h"
 #include "browser/tabs/browser_tab.h"
+#include "browser/tabs/tab_strip.h"
 #include "config/options.h"
 #include "support/shipped_files.h"
 #include "support/test_server.h"

@@ -10,9 +10,10 @@
 
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/close_all_tabs.h"
+#include "browser/tabs/tab_menu.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
-#include "config/options.h"
+#include "config/settings.h"
 #include "support/test_server.h"
 #include "window/engine_main.h"
 
@@ -31,23 +32,28 @@ class TTabsFixture {
     m_temporary = std::make_unique<QTemporaryDir>();
     store = std::make_unique<TRegistryStore>(Path(QStringLiteral("registry.sqlite")));
     m_engine = std::make_unique<TEngine>(language, *store);
-    environment.reset(new TTabEnvironment{*m_engine, language, *store, {}, {}});
+    settings = std::make_unique<TSettings>(*store);
+    environment.reset(new TTabEnvironment{*m_engine, language, *store, *settings});
     window = std::make_unique<QMainWindow>();
+    actions = std::make_unique<TActions>(window.get(), language, *settings);
     pages = new TZVPageControl(window.get());
     window->setCentralWidget(pages);
     window->resize(800, 600);
     window->show();
     tabs = std::make_unique<TTabStrip>(window.get(), pages, *environment);
     closeAll = std::make_unique<TCloseAllTabs>(window.get(), *tabs);
+    tabMenu = std::make_unique<TTabMenu>(*actions, *tabs, *closeAll);
     tabs->NewTab();
     server.ForgetRequests();
   }
   void End() {
+    tabMenu.reset();
     closeAll.reset();
     tabs.reset();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    actions.reset();
     window.reset();
     environment.reset();
+    settings.reset();
     m_engine.reset();
     store.reset();
     m_temporary.reset();
@@ -75,11 +81,14 @@ class TTabsFixture {
   TTestServer server;
   TLanguage language;
   std::unique_ptr<TRegistryStore> store;
+  std::unique_ptr<TSettings> settings;
   std::unique_ptr<TTabEnvironment> environment;
   std::unique_ptr<QMainWindow> window;
+  std::unique_ptr<TActions> actions;
   TZVPageControl *pages = nullptr;
   std::unique_ptr<TTabStrip> tabs;
   std::unique_ptr<TCloseAllTabs> closeAll;
+  std::unique_ptr<TTabMenu> tabMenu;
 
  private:
   std::unique_ptr<QTemporaryDir> m_temporary;

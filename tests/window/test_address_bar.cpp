@@ -155,7 +155,7 @@ void TestAddressBar::FilesWhatWasTyped() {
   QCOMPARE(m_f.Edit()->cursorPosition(), 3);
 
   m_f.bar->SaveTypedAddresses();
-  TAddressBar again(m_f.language, *m_f.store, *m_f.history);
+  TAddressBar again(m_f.language, *m_f.settings, *m_f.history);
   QCOMPARE(again.count(), 25);
   QCOMPARE(again.itemText(0), "http://2.example/");
   QCOMPARE(again.lineEdit()->text(), "");

@@ -64,8 +64,7 @@ void TestAddressCompletion::InlineCompletionIsStyleOneOnly() {
   m_f.Make("none");
   m_f.Type("exa");
   QCOMPARE(m_f.Edit()->text(), "exa");
-  TZVOptions(*m_f.store).SetAutoCompleteMode(1);
-  m_f.bar->ReloadSettings();
+  m_f.settings->SetAutoCompleteMode(1);
   m_f.Type("exa");
   QCOMPARE(m_f.Edit()->text(), "example.org/");
 }

@@ -57,10 +57,10 @@ void TestAddressOpening::cleanup() {
 }
 
 void TestAddressOpening::Make() {
-  m_box.Make(*m_f.window, m_f.language, *m_f.store, *m_history);
-  m_lists = std::make_unique<TSearchLists>(m_f.language, *m_f.store, nullptr);
+  m_box.Make(*m_f.window, m_f.language, *m_f.settings, *m_history);
+  m_lists = std::make_unique<TSearchLists>(m_f.language, *m_f.store, *m_f.actions, nullptr);
   m_search =
-      std::make_unique<TAddressSearch>(m_f.window.get(), m_f.language, *m_box.bar, *m_f.tabs, *m_lists, *m_history);
+      std::make_unique<TAddressSearch>(m_f.window.get(), *m_f.actions, *m_box.bar, *m_f.tabs, *m_lists, *m_history);
   connect(m_f.tabs.get(), &TTabStrip::AddressChanged, m_box.bar, &TAddressBar::ShowAddress);
 }
 
@@ -79,7 +79,6 @@ void TestAddressOpening::TypedAddressReachesTabAndList() {
   QTRY_COMPARE_WITH_TIMEOUT(m_box.Entries().value(0), m_f.server.Url("/find"), m_f.LoadTime);
   QCOMPARE(m_f.tabs->TabCount(), 2);
   TZVOptions(*m_f.store).Set(Setting::AddressNewWin, true);
-  m_search->ReloadSettings();
   QVERIFY(m_search->Open(m_f.server.Url("/a"), false));
   QCOMPARE(m_f.tabs->TabCount(), 3);
 }
@@ -134,7 +133,6 @@ void TestAddressOpening::LeadsNowhere() {
   // What is opened next from elsewhere was not typed.
   m_f.tabs->Activate(tab);
   TZVOptions(*m_f.store).Set(Setting::SearchNewWin, false);
-  m_search->ReloadSettings();
   Q_EMIT m_lists->EngineChosen(m_f.server.Url("/find"));
   QTRY_COMPARE_WITH_TIMEOUT(tab->GetLocationUrl(), m_f.server.Url("/find"), m_f.LoadTime);
   QCOMPARE(m_box.Entries(), filed);

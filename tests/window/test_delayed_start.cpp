@@ -1,7 +1,7 @@
 #include <QDir>
 #include <QFile>
 
-#include "app/home_page.h"
+#include "browser/tabs/home_page.h"
 #include "app/later_navigation.h"
 #include "platform/program_folders.h"
 #include "support/data_row.h"

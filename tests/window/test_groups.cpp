@@ -109,7 +109,7 @@ void TestGroups::Opens() {
   m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("A"));
   m_f.tabs->NewTab()->SetStickyName(QStringLiteral("B"));
   m_f.tabs->MakeMeActiveTab(0);
-  m_f.environment->settings.openNewInForeground = foreground;
+  m_f.settings->Set(Setting::OpenNewInForeground, foreground);
   if (spared >= 0) m_f.tabs->Tab(spared)->SetHideFromCloseAll(true);
   const QString path = m_f.Put(QStringLiteral("g.hgp"), QStringLiteral("first=%1\nblank1=%2\nBLANK2=%3\nlast=*%4")
                                                             .arg(m_f.Page(1), m_f.Page(2), m_f.Page(3), m_f.Page(4)));
@@ -117,7 +117,6 @@ void TestGroups::Opens() {
   // Tabs and names are there at once, the pages come.
   QTRY_COMPARE(m_f.Names(), names);
   QTEST(m_f.tabs->GetActivePage()->StickyName(), "active");
-  QVERIFY(!m_f.environment->settings.openNewAtEnd);
   const int begin = m_f.tabs->TabCount() - 4;
   QCOMPARE(m_f.tabs->Tab(begin + 1)->ListCaption(), m_f.Page(2));
   QVERIFY(!m_f.tabs->Tab(begin + 3)->Locked());
@@ -293,8 +292,7 @@ void TestGroups::MenuShowsTheFolder() {
                            "archive/deep/x.hgp", ".git/x.hgp"}) {
     QVERIFY(!m_f.Put(QString::fromLatin1(name), QString()).isEmpty());
   }
-  QMenu menu;
-  m_f.groups->FillMenu(&menu);
+  QMenu &menu = *m_f.actions->Menu(TMenu::Groups);
   Q_EMIT menu.aboutToShow();
   QStringList captions;
   for (const QAction *item : menu.actions().sliced(4)) captions.append(item->text());
@@ -311,8 +309,7 @@ void TestGroups::MenuShowsTheFolder() {
 }
 
 void TestGroups::MenuFollowsTheFolder() {
-  QMenu menu;
-  m_f.groups->FillMenu(&menu);
+  QMenu &menu = *m_f.actions->Menu(TMenu::Groups);
   const auto count = [&menu] {
     Q_EMIT menu.aboutToShow();
     return int(menu.actions().size()) - 4;
@@ -331,10 +328,9 @@ void TestGroups::MenuFollowsTheFolder() {
 
 void TestGroups::MenuOpensGroup() {
   QVERIFY(!m_f.Put(QStringLiteral("folder/g.hgp"), m_f.LinesOf(2)).isEmpty());
-  QMenu menu;
-  m_f.groups->FillMenu(&menu);
+  QMenu &menu = *m_f.actions->Menu(TMenu::Groups);
   for (const bool closeFirst : {false, true}) {
-    m_f.groups->SetCloseFirst(closeFirst);
+    m_f.settings->Set(Setting::HGCloseFirst, closeFirst);
     Q_EMIT menu.aboutToShow();
     QMenu *folder = menu.actions().at(4)->menu();
     Q_EMIT folder->aboutToShow();
@@ -345,13 +341,12 @@ void TestGroups::MenuOpensGroup() {
 
 void TestGroups::TabMenuAdds() {
   const QString path = m_f.Put(QStringLiteral("g.hgp"), QString());
-  TTabMenu menu(m_f.window.get(), *m_f.tabs, *m_f.closeAll);
-  m_f.groups->ExtendTabMenu(menu);
+  TTabMenu &menu = *m_f.tabMenu;
   m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("A"));
   m_f.tabs->NewTab();
   menu.Open(m_f.tabs->Tab(0), QPoint(0, 0));
   ChooseFile(path);
-  menu.Menu()->findChild<QAction *>(QStringLiteral("pmTabAddToHalvexGroup"))->trigger();
+  (*m_f.actions)[TCommand::TabAddToGroup]->trigger();
   QCOMPARE(m_f.Lines(path), QStringLiteral("A="));
   menu.Menu()->close();
 }

@@ -123,8 +123,7 @@ void TestLoadQueue::StopsLoading() {
   // A page that was stopped is locked once it is there.
   TBrowserTab *locked = m_f.tabs->Tab(27);
   m_f.tabs->Activate(locked);
-  TTabMenu menu(m_f.window.get(), *m_f.tabs, *m_f.closeAll);
-  menu.Open(locked, {});
+  m_f.tabMenu->Open(locked, {});
   m_f.window->findChild<QAction *>(QStringLiteral("pmTabLocked"))->trigger();
   QVERIFY(!locked->Locked());
   QTRY_VERIFY_WITH_TIMEOUT(locked->Locked(), m_f.LoadTime);

@@ -12,9 +12,9 @@
 #include <QToolBar>
 #include <QWebEnginePage>
 
-#include "actions/commands.h"
-#include "app/home_page.h"
-#include "app/page_commands.h"
+#include "actions/actions.h"
+#include "browser/tabs/home_page.h"
+#include "browser/tabs/page_commands.h"
 #include "search/address_bar.h"
 #include "support/modal_dialogs.h"
 #include "window/main_window_fixture.h"
@@ -55,7 +55,7 @@ class TestMainWindow final : public QObject {
 
  private:
   [[nodiscard]] TBrowserTab *Active() const { return m_f.window->Tabs().GetActivePage(); }
-  [[nodiscard]] QAction *Action(TCommand command) const { return m_f.window->Commands()[command]; }
+  [[nodiscard]] QAction *Action(TCommand command) const { return m_f.window->Actions()[command]; }
   [[nodiscard]] QLineEdit *AddressEdit() const { return m_f.window->findChild<TAddressBar *>()->lineEdit(); }
   void Load(const QString &path);
 
@@ -198,7 +198,7 @@ void TestMainWindow::NewTabCommands() {
 }
 
 void TestMainWindow::NewTabFromClipboard() {
-  QMenu *menu = m_f.window->Commands().Menu(TMenu::NewTab);
+  QMenu *menu = m_f.window->Actions().Menu(TMenu::NewTab);
   QApplication::clipboard()->clear();
   Q_EMIT menu->aboutToShow();
   QVERIFY(!Action(TCommand::NewClipboard)->isEnabled());
@@ -255,7 +255,7 @@ void TestMainWindow::TabKeys() {
 
 void TestMainWindow::FontMenu() {
   Load(QStringLiteral("/a"));
-  QMenu *menu = m_f.window->Commands().Menu(TMenu::FontSize);
+  QMenu *menu = m_f.window->Actions().Menu(TMenu::FontSize);
   const auto checked = [&] {
     Q_EMIT menu->aboutToShow();
     QList<int> positions;
@@ -384,7 +384,7 @@ void TestMainWindow::TabColors() {
 
 void TestMainWindow::TabPlace() {
   auto *pages = m_f.window->findChild<TZVPageControl *>();
-  QMenu *menu = m_f.window->Commands().Menu(TMenu::TabPosition);
+  QMenu *menu = m_f.window->Actions().Menu(TMenu::TabPosition);
   QVERIFY(pages->TabsDown());
   QCOMPARE(menu->actions().first(), Action(TCommand::TabsBelow));
   Action(TCommand::TabsAbove)->trigger();
@@ -395,11 +395,11 @@ void TestMainWindow::TabPlace() {
   m_f.Open();
   pages = m_f.window->findChild<TZVPageControl *>();
   QVERIFY(!pages->TabsDown() && pages->MultipleLines());
-  QCOMPARE(m_f.window->Commands().Menu(TMenu::TabPosition)->actions().first(), Action(TCommand::TabsAbove));
+  QCOMPARE(m_f.window->Actions().Menu(TMenu::TabPosition)->actions().first(), Action(TCommand::TabsAbove));
 }
 
 void TestMainWindow::LanguageMenu() {
-  QMenu *menu = m_f.window->Commands().Menu(TMenu::Languages);
+  QMenu *menu = m_f.window->Actions().Menu(TMenu::Languages);
   Q_EMIT menu->aboutToShow();
   Q_EMIT menu->aboutToShow();
   const QStringList files = QDir(QStringLiteral(ZV_SOURCE_DIR "/Languages")).entryList({QStringLiteral("*.ini")});

@@ -68,7 +68,7 @@ void TestPopups::initTestCase() {
 
 void TestPopups::init() {
   m_f.Begin();
-  m_blocker = new TPopupBlocker(m_f.window.get(), *m_f.tabs);
+  m_blocker = new TPopupBlocker(m_f.window.get(), *m_f.tabs, *m_f.tabMenu);
   m_f.environment->hooks.isPopupBlocked = [this](const QString &address) { return m_blocker->IsPopupBlocked(address); };
 }
 
@@ -102,8 +102,7 @@ void TestPopups::AskForWindow(TBrowserTab *tab, const QString &path) {
 }
 
 void TestPopups::Notify(bool on) {
-  TZVOptions(*m_f.store).Set(Setting::PopupHalvexNotify, on);
-  m_blocker->ReadSettings();
+  m_f.settings->Set(Setting::PopupHalvexNotify, on);
 }
 
 void TestPopups::SavedSorted() {
@@ -145,7 +144,7 @@ void TestPopups::LetIn() {
   QFETCH(QString, pattern);
   QFETCH(bool, enabled);
   if (!pattern.isEmpty()) UseList({pattern.replace(QStringLiteral("%1"), m_f.server.Url(QString()))});
-  m_blocker->SetEnabled(enabled);
+  m_f.settings->Set(Setting::UsePopupHalvex, enabled);
   TBrowserTab *opener = OpenPage(QStringLiteral("/opener"));
   AskForWindow(opener, QStringLiteral("/popup"));
   QTRY_COMPARE_WITH_TIMEOUT(m_f.server.RequestCount("/popup"), 1, m_f.LoadTime);
@@ -395,13 +394,11 @@ void TestPopups::AddFromAPopup() {
 }
 
 void TestPopups::SettingsAreReadAgain() {
-  TZVOptions options(*m_f.store);
-  options.Set(Setting::UsePopupHalvex, false);
+  m_f.settings->Set(Setting::UsePopupHalvex, false);
   SavePopupList(*m_f.store, {QStringLiteral("http://ads")});
-  m_blocker->ReadSettings();
-  QVERIFY(!m_blocker->Enabled());
+  m_blocker->Reload();
   QVERIFY(!m_blocker->IsPopupBlocked(QStringLiteral("http://ads.example")));
-  m_blocker->SetEnabled(true);
+  m_f.settings->Set(Setting::UsePopupHalvex, true);
   QVERIFY(m_blocker->IsPopupBlocked(QStringLiteral("http://ads.example")));
   OnModalDialog<TfrmConfirm>([](TfrmConfirm &dialog) { dialog.accept(); });
   QTRY_VERIFY(QApplication::activeModalWidget() == nullptr);

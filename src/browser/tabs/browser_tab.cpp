@@ -10,6 +10,7 @@
 #include "browser/tabs/tab_caption.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
+#include "config/settings.h"
 
 namespace {
 
@@ -27,8 +28,8 @@ bool IsHttps(const QString &address) {
 
 TBrowserTab::TBrowserTab(QWidget *owner, TTabEnvironment &environment, TTabStrip &strip, bool hidden)
     : m_environment(environment), m_strip(strip), m_hidden(hidden) {
-  m_browser = new THalvexBrowser(owner, environment.engine, environment.settings.downloadControl,
-                                 environment.settings.userAgent, this);
+  m_browser = new THalvexBrowser(owner, environment.engine, environment.downloadControl,
+                                 environment.userAgent, this);
   auto *layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(m_browser);
@@ -173,7 +174,8 @@ QString TBrowserTab::ListCaption() const {
 void TBrowserTab::SetCaption(const QString &title) {
   m_title = title;
   const QString caption =
-      TabCaption(title, m_stickyName, m_environment.settings.limitTitleLength, m_environment.language.Global("Blank"));
+      TabCaption(title, m_stickyName, m_environment.settings.Get(Setting::LimitTitleLength),
+                 m_environment.language.Global("Blank"));
   m_strip.Pages().SetPageHint(this, title == AboutBlank ? m_environment.language.Global("Blank") : title);
   m_strip.Pages().SetPageCaption(this, caption);
   if (IsActive()) Q_EMIT m_strip.ActiveTitleChanged(ListCaption());
@@ -354,7 +356,7 @@ void TBrowserTab::OnNavigateComplete(const QString &address) {
     Q_EMIT m_strip.AddressChanged(address);
     if (m_openedAsNewWindow) {
       m_openedAsNewWindow = false;
-      if (m_environment.settings.focusPage) m_browser->setFocus();
+      if (m_environment.focusPage) m_browser->setFocus();
     }
   }
   if (!m_topDocument) return;

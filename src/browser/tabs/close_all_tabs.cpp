@@ -8,10 +8,10 @@
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
-#include "config/options.h"
+#include "config/settings.h"
 
 bool TCloseAllTabs::Confirmed() const {
-  TZVOptions options(m_tabs.Environment().store);
+  TSettings &options = m_tabs.Environment().settings;
   if (!options.Get(Setting::ConfirmCloseAll)) return true;
   const TLanguage &language = m_tabs.Environment().language;
   bool dontAsk = false;

@@ -4,6 +4,7 @@
 
 #include "browser/tabs/browser_tab.h"
 #include "config/language.h"
+#include "config/settings.h"
 
 namespace {
 
@@ -51,11 +52,13 @@ TTabStrip::~TTabStrip() {
     m_pages->RemovePage(tab);
     delete tab;
   }
+  // Closed tabs wait for the event loop to be deleted; their pages must be gone before the engine's profile.
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 TBrowserTab *TTabStrip::InsertTab(bool hidden) {
   const int active = m_pages->ActivePageIndex();
-  const int position = m_environment.settings.openNewAtEnd ? m_pages->PageCount() : active + 1;
+  const int position = m_environment.settings.Get(Setting::OpenNewAtEnd) ? m_pages->PageCount() : active + 1;
   auto *tab = new TBrowserTab(m_owner, m_environment, *this, hidden);
   m_pages->InsertPage(position, tab, !hidden);
   m_pages->SetPageIcon(tab, m_plainPage);
@@ -72,7 +75,7 @@ TBrowserTab *TTabStrip::InsertInBackground(bool hidden) {
   // The tab is active for a moment, but nobody is told: the keyboard must not leave the page or box that has it.
   m_quiet = true;
   TBrowserTab *tab = InsertTab(hidden);
-  if (!m_environment.settings.openNewInForeground && previous != nullptr) m_pages->SetActivePage(previous);
+  if (!m_environment.settings.Get(Setting::OpenNewInForeground) && previous != nullptr) m_pages->SetActivePage(previous);
   m_quiet = false;
   if (GetActivePage() != previous) OnActivePageChanged(GetActivePage());
   return tab;
@@ -187,7 +190,7 @@ void TTabStrip::OpenFromPage(const QString &address, bool background) {
 
 void TTabStrip::ShowTab(TBrowserTab *tab) {
   m_pages->SetPageVisible(tab, true);
-  if (m_environment.settings.openNewInForeground) m_pages->SetActivePage(tab);
+  if (m_environment.settings.Get(Setting::OpenNewInForeground)) m_pages->SetActivePage(tab);
   Q_EMIT TabsChanged();
 }
 
@@ -203,7 +206,7 @@ void TTabStrip::OnActivePageChanged(QWidget *page) {
   if (tab == nullptr || m_quiet) return;
   tab->MarkSeen();
   // Whoever walks along the strip by keyboard stays there.
-  if (m_environment.settings.focusPage && tab->Browser() != nullptr && m_owner->isActiveWindow() &&
+  if (m_environment.focusPage && tab->Browser() != nullptr && m_owner->isActiveWindow() &&
       !m_pages->StripHasFocus()) {
     tab->Browser()->setFocus();
   }

@@ -1,18 +1,16 @@
-#include "app/page_commands.h"
+#include "browser/tabs/page_commands.h"
 
-#include <QActionGroup>
 #include <QApplication>
 #include <QComboBox>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QMenu>
-#include <QShortcut>
 #include <QUrl>
 
-#include "actions/commands.h"
-#include "chrome/main_status_bar.h"
+#include "actions/actions.h"
 #include "browser/tabs/browser_tab.h"
+#include "browser/tabs/home_page.h"
 #include "browser/tabs/tab_strip.h"
 
 namespace {
@@ -58,8 +56,8 @@ const TPageCommands::TFont TPageCommands::Fonts[] = {
     {TCommand::FontSmaller, 1}, {TCommand::FontSmallest, 0},
 };
 
-TPageCommands::TPageCommands(QWidget *window, TCommands &commands, TTabStrip &tabs, TMainStatusBar &status)
-    : QObject(window), m_window(window), m_commands(commands), m_tabs(tabs), m_status(status) {
+TPageCommands::TPageCommands(QWidget *window, TActions &actions, TTabStrip &tabs)
+    : m_window(window), m_actions(actions), m_tabs(tabs) {
   ConnectSimple();
   ConnectNavigation();
   ConnectClipboard();
@@ -75,12 +73,12 @@ THalvexBrowser *TPageCommands::Browser() const {
 
 void TPageCommands::ConnectSimple() {
   for (const TSimple &row : SimpleCommands) {
-    connect(m_commands[row.command], &QAction::triggered, this, [this, operation = row.operation] {
+    connect(m_actions[row.command], &QAction::triggered, this, [this, operation = row.operation] {
       if (THalvexBrowser *browser = Browser()) (browser->*operation)();
     });
   }
   for (const bool forward : {true, false}) {
-    connect(m_commands[forward ? TCommand::FindNext : TCommand::FindPrevious], &QAction::triggered, this,
+    connect(m_actions[forward ? TCommand::FindNext : TCommand::FindPrevious], &QAction::triggered, this,
             [this, forward] {
               if (THalvexBrowser *browser = Browser()) browser->FindNext(forward);
             });
@@ -95,22 +93,31 @@ void TPageCommands::ConnectNavigation() {
       {TCommand::Refresh, &TBrowserTab::Refresh},
   };
   for (const auto &[command, operation] : rows) {
-    connect(m_commands[command], &QAction::triggered, this, [this, operation = operation] {
+    connect(m_actions[command], &QAction::triggered, this, [this, operation = operation] {
       if (TBrowserTab *tab = m_tabs.GetActivePage()) (tab->*operation)();
     });
   }
   // The command passes the cache by while Ctrl is held, which is not meant by this key.
-  connect(new QShortcut(Qt::CTRL | Qt::Key_R, m_window), &QShortcut::activated, this, [this] {
+  connect(m_actions[TCommand::RefreshPlain], &QAction::triggered, this, [this] {
     if (TBrowserTab *tab = m_tabs.GetActivePage()) tab->Reload(false);
   });
-  connect(m_commands[TCommand::StopAll], &QAction::triggered, &m_tabs, &TTabStrip::StopAll);
-  connect(m_commands[TCommand::RefreshAll], &QAction::triggered, &m_tabs, &TTabStrip::RefreshAll);
-  connect(m_commands[TCommand::OpenFile], &QAction::triggered, this, [this] {
-    const TLanguage &language = m_tabs.Environment().language;
-    const QString file = QFileDialog::getOpenFileName(m_window, language.Text("MAIN", "OpenTitle"), QString(),
-                                                      language.Text("MAIN", "OpenFilter"));
-    if (TBrowserTab *tab = m_tabs.GetActivePage(); tab != nullptr && !file.isEmpty()) tab->Navigate(file);
+  connect(m_actions[TCommand::StopAll], &QAction::triggered, &m_tabs, &TTabStrip::StopAll);
+  connect(m_actions[TCommand::RefreshAll], &QAction::triggered, &m_tabs, &TTabStrip::RefreshAll);
+  connect(m_actions[TCommand::OpenFile], &QAction::triggered, this, &TPageCommands::OpenFile);
+  connect(m_actions[TCommand::SetHomePage], &QAction::triggered, this, [this] {
+    if (const TBrowserTab *tab = m_tabs.GetActivePage()) {
+      HomePage::Choose(m_tabs.Environment().store, tab->GetLocationUrl());
+    }
   });
+}
+
+void TPageCommands::OpenFile() {
+  const TLanguage &language = m_tabs.Environment().language;
+  const QPointer<TPageCommands> self(this);
+  const QString file = QFileDialog::getOpenFileName(m_window, language.Text("MAIN", "OpenTitle"), QString(),
+                                                    language.Text("MAIN", "OpenFilter"));
+  if (!self || file.isEmpty()) return;
+  if (TBrowserTab *tab = m_tabs.GetActivePage()) tab->Navigate(file);
 }
 
 void TPageCommands::ConnectClipboard() {
@@ -129,7 +136,7 @@ void TPageCommands::ConnectClipboard() {
       {TCommand::SelectAll, &THalvexBrowser::SelectAll, [](QLineEdit *edit) { edit->selectAll(); }},
   };
   for (const TRoute &route : Routes) {
-    connect(m_commands[route.command], &QAction::triggered, this, [this, &route] {
+    connect(m_actions[route.command], &QAction::triggered, this, [this, &route] {
       if (QLineEdit *edit = FocusedEdit()) {
         route.edit(edit);
       } else if (THalvexBrowser *browser = Browser()) {
@@ -140,28 +147,26 @@ void TPageCommands::ConnectClipboard() {
 }
 
 void TPageCommands::ConnectFonts() {
-  auto *group = new QActionGroup(this);
   for (const TFont &font : Fonts) {
-    group->addAction(m_commands[font.command]);
-    connect(m_commands[font.command], &QAction::triggered, this, [this, zoom = font.zoom] {
+    connect(m_actions[font.command], &QAction::triggered, this, [this, zoom = font.zoom] {
       if (THalvexBrowser *browser = Browser()) browser->SetZoom(zoom);
     });
   }
-  connect(m_commands.Menu(TMenu::FontSize), &QMenu::aboutToShow, this, [this] {
+  connect(m_actions.Menu(TMenu::FontSize), &QMenu::aboutToShow, this, [this] {
     const THalvexBrowser *browser = Browser();
     if (browser == nullptr) return;
-    for (const TFont &font : Fonts) m_commands[font.command]->setChecked(font.zoom == browser->Zoom());
+    for (const TFont &font : Fonts) m_actions[font.command]->setChecked(font.zoom == browser->Zoom());
   });
 }
 
 void TPageCommands::ConnectMail() {
-  connect(m_commands[TCommand::MailNewMessage], &QAction::triggered, this, [this] {
+  connect(m_actions[TCommand::MailNewMessage], &QAction::triggered, this, [this] {
     if (!DesktopServices::OpenMailAddress(QStringLiteral("mailto:"))) {
-      m_status.ShowNote(m_tabs.Environment().language.Text("MAIN", "MailFailed"));
+      Q_EMIT Note(m_tabs.Environment().language.Text("MAIN", "MailFailed"));
     }
   });
-  connect(m_commands[TCommand::MailLink], &QAction::triggered, this, &TPageCommands::MailLink);
-  connect(m_commands[TCommand::MailPage], &QAction::triggered, this, &TPageCommands::MailPage);
+  connect(m_actions[TCommand::MailLink], &QAction::triggered, this, &TPageCommands::MailLink);
+  connect(m_actions[TCommand::MailPage], &QAction::triggered, this, &TPageCommands::MailPage);
 }
 
 QString TPageCommands::MailLinkAddress(const QString &title, const QString &address) {
@@ -173,7 +178,7 @@ void TPageCommands::MailLink() {
   const THalvexBrowser *browser = Browser();
   if (browser == nullptr) return;
   if (!DesktopServices::OpenMailAddress(MailLinkAddress(browser->LocationName(), browser->LocationUrl()))) {
-    m_status.ShowNote(m_tabs.Environment().language.Text("MAIN", "MailFailed"));
+    Q_EMIT Note(m_tabs.Environment().language.Text("MAIN", "MailFailed"));
   }
 }
 
@@ -183,19 +188,19 @@ void TPageCommands::MailPage() {
   const QPointer<TPageCommands> self(this);
   browser->SaveToTemporaryFile(true, [self](const QString &file) {
     if (self && (file.isEmpty() || !DesktopServices::SendDocument(file))) {
-      self->m_status.ShowNote(self->m_tabs.Environment().language.Text("MAIN", "MailFailed"));
+      Q_EMIT self->Note(self->m_tabs.Environment().language.Text("MAIN", "MailFailed"));
     }
   });
 }
 
 void TPageCommands::ConnectEditing() {
-  QMenu *menu = m_commands.Menu(TMenu::EditWith);
-  connect(m_commands.Menu(TMenu::File), &QMenu::aboutToShow, this, &TPageCommands::FillEditMenu);
+  QMenu *menu = m_actions.Menu(TMenu::EditWith);
+  connect(m_actions.Menu(TMenu::File), &QMenu::aboutToShow, this, &TPageCommands::FillEditMenu);
   menu->menuAction()->setVisible(false);
 }
 
 void TPageCommands::FillEditMenu() {
-  QMenu *menu = m_commands.Menu(TMenu::EditWith);
+  QMenu *menu = m_actions.Menu(TMenu::EditWith);
   menu->clear();
   const QList<DesktopServices::TEditor> editors = DesktopServices::Editors();
   for (const DesktopServices::TEditor &editor : editors) {
@@ -217,15 +222,15 @@ void TPageCommands::EditPage(const DesktopServices::TEditor &editor) {
   const QPointer<TPageCommands> self(this);
   browser->SaveToTemporaryFile(false, [self, editor](const QString &file) {
     if (self && (file.isEmpty() || !DesktopServices::EditWith(editor, file))) {
-      self->m_status.ShowNote(self->m_tabs.Environment().language.Text("MAIN", "EditFailed"));
+      Q_EMIT self->Note(self->m_tabs.Environment().language.Text("MAIN", "EditFailed"));
     }
   });
 }
 
 void TPageCommands::UpdateFor(TBrowserTab *tab) {
-  m_commands[TCommand::Back]->setEnabled(tab != nullptr && tab->BackEnabled());
-  m_commands[TCommand::Forward]->setEnabled(tab != nullptr && tab->ForwardEnabled());
+  m_actions[TCommand::Back]->setEnabled(tab != nullptr && tab->BackEnabled());
+  m_actions[TCommand::Forward]->setEnabled(tab != nullptr && tab->ForwardEnabled());
   // Disabled when nothing loads, and while a page has the whole screen, so that Esc then belongs to the page.
   const bool pageOnly = tab != nullptr && tab->Browser() != nullptr && tab->Browser()->HasPageFullScreen();
-  m_commands[TCommand::Stop]->setEnabled(tab != nullptr && tab->Busy() && !pageOnly);
+  m_actions[TCommand::Stop]->setEnabled(tab != nullptr && tab->Busy() && !pageOnly);
 }

@@ -5,10 +5,9 @@
 #include "platform/desktop_services.h"
 
 class TBrowserTab;
-class TCommands;
+class TActions;
 class THalvexBrowser;
 class TTabStrip;
-class TMainStatusBar;
 
 // The commands that work on the page in front: save, print, edit, zoom, find, source, mail. Each does nothing when the
 // active tab has no browser.
@@ -16,13 +15,18 @@ class TPageCommands final : public QObject {
   Q_OBJECT
 
  public:
-  TPageCommands(QWidget *window, TCommands &commands, TTabStrip &tabs, TMainStatusBar &status);
+  // `window` owns the dialogs. All must outlive this object.
+  TPageCommands(QWidget *window, TActions &actions, TTabStrip &tabs);
 
   // The address of a new message with a link to a page. No character of title or address is escaped; that is meant.
   [[nodiscard]] static QString MailLinkAddress(const QString &title, const QString &address);
 
   // Back, forward, stop and the like follow the active tab.
   void UpdateFor(TBrowserTab *tab);
+
+ Q_SIGNALS:
+  // What could not be done, to be told beside the page.
+  void Note(const QString &text);
 
  private:
   using TOperation = void (THalvexBrowser::*)();
@@ -32,6 +36,7 @@ class TPageCommands final : public QObject {
   static const TFont Fonts[];
 
   void ConnectSimple();
+  void OpenFile();
   void ConnectNavigation();
   void ConnectClipboard();
   void ConnectFonts();
@@ -44,7 +49,6 @@ class TPageCommands final : public QObject {
   [[nodiscard]] THalvexBrowser *Browser() const;
 
   QWidget *m_window;
-  TCommands &m_commands;
+  TActions &m_actions;
   TTabStrip &m_tabs;
-  TMainStatusBar &m_status;
 };

@@ -1,4 +1,4 @@
-#include "app/home_page.h"
+#include "browser/tabs/home_page.h"
 
 #include "browser/engine/engine.h"
 #include "platform/product_info.h"

@@ -1,0 +1,150 @@
+#include "actions/actions.h"
+
+#include <map>
+#include <QActionGroup>
+#include <QMenu>
+#include <QMenuBar>
+#include <QToolBar>
+#include <QToolButton>
+
+#include "config/settings.h"
+
+namespace {
+
+QList<QKeySequence> KeysOf(const char *keys) {
+  QList<QKeySequence> sequences;
+  for (const QString &key : QString::fromLatin1(keys).split(QStringLiteral("; "), Qt::SkipEmptyParts)) {
+    sequences.append(QKeySequence(key, QKeySequence::PortableText));
+  }
+  return sequences;
+}
+
+// Also without the letter that some languages put behind the text only for the sake of the key: "File(&F)".
+QString WithoutMnemonic(const QString &text) {
+  QString plain;
+  for (qsizetype i = 0; i < text.size(); ++i) {
+    if (text[i] == u'&') {
+      if (++i == text.size()) break;
+      const bool isAside = text[i] != u'&' && plain.endsWith(u'(') && i + 1 < text.size() && text[i + 1] == u')';
+      if (isAside) {
+        plain.chop(1);
+        ++i;
+        continue;
+      }
+    }
+    plain += text[i];
+  }
+  return plain;
+}
+
+}  // namespace
+
+TActions::TActions(QWidget *window, const TLanguage &language, TSettings &settings)
+    : m_window(window), m_language(language), m_settings(settings) {
+  MakeMenus();
+  MakeActions();
+  FillMenus();
+  m_settings.Apply(Setting::DisableALTShortcuts, this, [this] { ShowMnemonics(); });
+}
+
+void TActions::MakeActions() {
+  std::map<TChoice, QActionGroup *> choices;
+  for (const TCommandRow &row : CommandRows()) {
+    auto *action = new QAction(QString::fromLatin1(row.text), m_window);
+    action->setObjectName(QString::fromLatin1(row.name));
+    action->setCheckable(row.traits.checkable);
+    action->setShortcuts(KeysOf(row.keys));
+    if (*row.icon != '\0') action->setIcon(QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(row.icon))));
+    m_language.TranslateForm(action, CommandSection);
+    if (row.traits.menu != TMenu::Count) action->setMenu(Menu(row.traits.menu));
+    m_actions[static_cast<size_t>(row.command)] = action;
+    GiveHint(row);
+    if (row.traits.choice != TChoice::None) {
+      QActionGroup *&choice = choices[row.traits.choice];
+      if (choice == nullptr) choice = new QActionGroup(this);
+      choice->addAction(action);
+    }
+    if (row.traits.setting != nullptr) SwitchFlag(row);
+  }
+  m_window->addActions(QList<QAction *>(m_actions.begin(), m_actions.end()));
+}
+
+void TActions::GiveHint(const TCommandRow &row) const {
+  if (row.traits.hint.section == nullptr) return;
+  QAction *action = (*this)[row.command];
+  const QString hint = m_language.Text(row.traits.hint);
+  const QString keys = action->shortcut().toString(QKeySequence::NativeText);
+  const QString shortHint = TLanguage::ShortHint(hint);
+  action->setToolTip(keys.isEmpty() ? shortHint : QStringLiteral("%1 (%2)").arg(shortHint, keys));
+  action->setStatusTip(TLanguage::LongHint(hint));
+}
+
+void TActions::SwitchFlag(const TCommandRow &row) {
+  QAction *action = (*this)[row.command];
+  const TFlagSetting &setting = *row.traits.setting;
+  m_settings.Apply(setting, action, [this, action, &setting] { action->setChecked(m_settings.Get(setting)); });
+  connect(action, &QAction::toggled, &m_settings, [this, &setting](bool on) {
+    if (m_settings.Get(setting) != on) m_settings.Set(setting, on);
+  });
+}
+
+void TActions::MakeMenus() {
+  for (const TMenuRow &row : MenuRows()) {
+    auto *menu = new QMenu(QString::fromLatin1(row.title), m_window);
+    menu->setObjectName(QString::fromLatin1(row.name));
+    m_language.TranslateForm(menu, CommandSection);
+    m_menus[static_cast<size_t>(row.menu)] = menu;
+    m_titles[static_cast<size_t>(row.menu)] = menu->title();
+  }
+}
+
+void TActions::FillMenus() {
+  for (const TMenuEntry &entry : MenuEntries()) {
+    QMenu *menu = Menu(entry.menu);
+    switch (entry.kind) {
+      case TMenuEntry::TKind::Command:
+        menu->addAction((*this)[static_cast<TCommand>(entry.index)]);
+        break;
+      case TMenuEntry::TKind::Menu:
+        menu->addMenu(Menu(static_cast<TMenu>(entry.index)));
+        break;
+      case TMenuEntry::TKind::Separator:
+        menu->addSeparator();
+        break;
+      case TMenuEntry::TKind::ContentsOf:
+        menu->addActions(Menu(static_cast<TMenu>(entry.index))->actions());
+        break;
+    }
+  }
+}
+
+void TActions::FillMenuBar(QMenuBar *bar) {
+  for (const TMenuRow &row : MenuRows()) {
+    if (row.menu == row.parent) bar->addMenu(Menu(row.menu));
+  }
+}
+
+void TActions::AddTo(QToolBar *bar, TCommand command) const {
+  QAction *action = (*this)[command];
+  bar->addAction(action);
+  if (action->menu() == nullptr) return;
+  if (auto *button = qobject_cast<QToolButton *>(bar->widgetForAction(action))) {
+    button->setPopupMode(QToolButton::InstantPopup);
+  }
+}
+
+void TActions::ShowMnemonics() {
+  const bool plain = m_settings.Get(Setting::DisableALTShortcuts);
+  for (const TMenuRow &row : MenuRows()) {
+    if (row.menu != row.parent) continue;
+    const QString &title = m_titles[static_cast<size_t>(row.menu)];
+    Menu(row.menu)->setTitle(plain ? WithoutMnemonic(title) : title);
+  }
+}
+
+void TActions::Save() {
+  m_settings.Keep(Setting::DisableALTShortcuts);
+  for (const TCommandRow &row : CommandRows()) {
+    if (row.traits.setting != nullptr) m_settings.Keep(*row.traits.setting);
+  }
+}

@@ -1,0 +1,249 @@
+#include "actions/command_table.h"
+
+#include <iterator>
+
+namespace {
+
+using enum TCommand;
+
+constexpr TCommandTraits Hint(const char *key) {
+  return {.hint = {CommandSection, key}};
+}
+constexpr TCommandTraits Check(const char *hint = nullptr) {
+  return {.hint = {hint != nullptr ? CommandSection : nullptr, hint}, .checkable = true};
+}
+constexpr TCommandTraits Radio(TChoice choice) {
+  return {.checkable = true, .choice = choice};
+}
+constexpr TCommandTraits Flag(const TFlagSetting &setting) {
+  return {.checkable = true, .setting = &setting};
+}
+constexpr TCommandTraits Opens(TMenu menu) {
+  return {.menu = menu};
+}
+
+constexpr TCommandRow Rows[] = {
+    {NewBlank, "actNewBlank", "__NewTab", "new_tab", "Ctrl+T", Hint("MenuFileNewHint")},
+    {NewHome, "actNewHome", "__NewHome", "home", ""},
+    {NewCurrent, "actNewCurrent", "__NewCurrent", "", "Ctrl+Shift+K"},
+    {NewClipboard, "pmNewClipboard", "__NewClipboard", "paste", ""},
+    {OpenFile, "actOpen", "__Open", "open", "Ctrl+O", Hint("MenuFileOpenHint")},
+    {SaveAs, "actSaveAs", "__SaveAs", "save", "Ctrl+S", Hint("MenuFileSaveAsHint")},
+    {PageSetup, "actPageSetup", "__PageSetup", "", ""},
+    {Print, "actPrint", "__Print", "print", "Ctrl+P", Hint("MenuFilePrintHint")},
+    {PrintNow, "actPrintNow", "__PrintNow", "", "Ctrl+Shift+P"},
+    {PrintPreview, "actPrintPreview", "__PrintPreview", "print_preview", ""},
+    {MailNewMessage, "pmMailNewsNewMessage", "__MailNewMessage", "mail", ""},
+    {MailLink, "pmMailNewsSendALink", "__MailLink", "", ""},
+    {MailPage, "pmMailSendFile", "__MailPage", "", ""},
+    {Properties, "actProperties", "__Properties", "properties", "Alt+Return"},
+    {CloseTab, "actClose", "__CloseTab", "close_tab", "Ctrl+W; Ctrl+F4"},
+    {CloseAll, "actCloseAll", "__CloseAllDefault", "", "Ctrl+Shift+W"},
+    {CloseAllKeepCurrent, "pmCloseAllKeepCurrent", "__CloseAllKeepCurrent", "", ""},
+    {CloseAllShowList, "pmCloseAllShowList", "__CloseAllShowList", "", ""},
+    {Exit, "actExit", "__Exit", "", "Ctrl+Q"},
+    {Undo, "actUndo", "__Undo", "", "Ctrl+Z"},
+    {Redo, "actRedo", "__Redo", "", "Ctrl+Shift+Z"},
+    {Cut, "actCut", "__Cut", "cut", "Ctrl+X"},
+    {Copy, "actCopy", "__Copy", "copy", "Ctrl+C"},
+    {Paste, "actPaste", "__Paste", "paste", "Ctrl+V"},
+    {SelectAll, "actSelectAll", "__SelectAll", "", "Ctrl+A"},
+    {Find, "actFind", "__Find", "find", "Ctrl+F", Hint("MenuEditFindHint")},
+    {FindNext, "actFindNext", "__FindNext", "", "F3; Ctrl+G"},
+    {FindPrevious, "actFindPrevious", "__FindPrevious", "", "Shift+F3; Ctrl+Shift+G"},
+    {EditAddress, "actEditAddress", "__EditAddress", "", "Ctrl+L; Alt+D"},
+    {ViewToolbar, "mnuViewToolbar", "__ViewToolbar", "", "", Flag(Setting::ViewToolbar)},
+    {ViewAddressBar, "mnuViewAddressBar", "__ViewAddressBar", "", "", Flag(Setting::ViewAddressBar)},
+    {ViewStatusBar, "mnuViewStatusBar", "__ViewStatusBar", "", "", Check()},
+    {ViewMenuBar, "mnuViewMenuBar", "__ViewMenuBar", "", "Ctrl+M", Check()},
+    {Back, "tbBack", "__Back", "back", "Alt+Left; Back", Hint("MenuGoBackHint")},
+    {Forward, "tbForward", "__Forward", "forward", "Alt+Right; Forward", Hint("MenuGoForwardHint")},
+    {Home, "actHome", "__Home", "home", "Alt+Home", Hint("MenuGoHomeHint")},
+    {Stop, "actStop", "__Stop", "stop", "Esc", Hint("MenuViewStopHint")},
+    {Refresh, "actRefresh", "__Refresh", "refresh", "F5", Hint("MenuViewRefreshHint")},
+    {RefreshPlain, "actRefreshPlain", "", "", "Ctrl+R"},
+    {RefreshCompletely, "actRefreshCompletely", "__RefreshCompletely", "", "Ctrl+F5; Ctrl+Shift+R"},
+    {StopAll, "actViewStopAll", "__StopAll", "stop_all", "Shift+Esc", Hint("MenuViewStopAllHint")},
+    {RefreshAll, "actRefreshAll", "__RefreshAll", "refresh_all", "Shift+F5", Hint("MenuViewRefreshAllHint")},
+    {AutoRefreshNone, "pmARefNo", "__AutoRefreshNone", "", "", Radio(TChoice::AutoRefresh)},
+    {AutoRefresh15, "pmARef15", "__AutoRefresh15", "", "", Radio(TChoice::AutoRefresh)},
+    {AutoRefresh30, "pmARef30", "__AutoRefresh30", "", "", Radio(TChoice::AutoRefresh)},
+    {AutoRefresh60, "pmARef60", "__AutoRefresh60", "", "", Radio(TChoice::AutoRefresh)},
+    {AutoRefresh120, "pmARef120", "__AutoRefresh120", "", "", Radio(TChoice::AutoRefresh)},
+    {AutoRefresh300, "pmARef300", "__AutoRefresh300", "", "", Radio(TChoice::AutoRefresh)},
+    {FontLargest, "mnuFontLargest", "__FontLargest", "", "", Radio(TChoice::FontSize)},
+    {FontLarge, "mnuFontLarge", "__FontLarge", "", "", Radio(TChoice::FontSize)},
+    {FontMedium, "mnuFontMedium", "__FontMedium", "", "", Radio(TChoice::FontSize)},
+    {FontSmaller, "mnuFontSmaller", "__FontSmaller", "", "", Radio(TChoice::FontSize)},
+    {FontSmallest, "mnuFontSmallest", "__FontSmallest", "", "", Radio(TChoice::FontSize)},
+    {ZoomIn, "actZoomIn", "__ZoomIn", "zoom_in", "Ctrl++; Ctrl+="},
+    {ZoomOut, "actZoomOut", "__ZoomOut", "zoom_out", "Ctrl+-"},
+    {ZoomReset, "actZoomReset", "__ZoomReset", "", "Ctrl+0"},
+    {ViewSource, "actViewSource", "__ViewSource", "source", "Ctrl+U", Hint("MenuViewSourceHint")},
+    {FullScreen, "tbFullScreen", "__FullScreen", "full_screen", "F11", Check("MenuViewFullscreenHint")},
+    {NextTab, "actNextBrowserTab", "__NextTab", "", ""},
+    {PreviousTab, "actPreviousBrowserTab", "__PreviousTab", "", ""},
+    {FirstTab, "actFirstTab", "", "", "Ctrl+1"},
+    {SecondTab, "actSecondTab", "", "", "Ctrl+2"},
+    {ThirdTab, "actThirdTab", "", "", "Ctrl+3"},
+    {FourthTab, "actFourthTab", "", "", "Ctrl+4"},
+    {FifthTab, "actFifthTab", "", "", "Ctrl+5"},
+    {SixthTab, "actSixthTab", "", "", "Ctrl+6"},
+    {SeventhTab, "actSeventhTab", "", "", "Ctrl+7"},
+    {EighthTab, "actEighthTab", "", "", "Ctrl+8"},
+    {LastTab, "actLastTab", "", "", "Ctrl+9"},
+    {FocusStrip, "actFocusStrip", "__FocusStrip", "", "Ctrl+Shift+L"},
+    {FocusMenuBar, "actFocusMenuBar", "", "", "F10"},
+    {TabsBelow, "mnuTabsBelow", "__TabsBelow", "", "", Radio(TChoice::TabSide)},
+    {TabsAbove, "mnuTabsAbove", "__TabsAbove", "", "", Radio(TChoice::TabSide)},
+    {TabsOneRow, "mnuTabsOneRow", "__TabsOneRow", "", "", Radio(TChoice::TabRows)},
+    {TabsSeveralRows, "mnuTabsSeveralRows", "__TabsSeveralRows", "", "", Radio(TChoice::TabRows)},
+    {OpenNewAtEnd, "mnuOpenNewAtEnd", "__OpenNewAtEnd", "", "", Flag(Setting::OpenNewAtEnd)},
+    {OpenNewInForeground, "mnuOpenNewInForeground", "__OpenNewInForeground", "", "",
+     Flag(Setting::OpenNewInForeground)},
+    {CloseTabsFirst, "mnuCloseTabsFirst", "__CloseTabsFirst", "", "", Flag(Setting::HGCloseFirst)},
+    {TabLocked, "pmTabLocked", "__TabLocked", "", "", Check()},
+    {TabName, "pmStickyTitle", "~~StickyNameSet", "", "F9"},
+    {TabSpared, "pmHideFromCloseAll", "__TabHideFromCloseAll", "", "", Check()},
+    {TabHome, "pmTabHome", "__TabHome", "home", ""},
+    {TabStop, "pmTabStop", "__TabStop", "stop", ""},
+    {TabRefresh, "pmTabRefresh", "__TabRefresh", "refresh", ""},
+    {TabAddToGroup, "pmTabAddToHalvexGroup", "__TabAddToGroup", "groups", ""},
+    {TabBlockPopups, "pmAddToPopupHalvex", "__TabBlockPopups", "popup_blocked", "F8"},
+    {TabCloseAll, "pmTabCloseAllDefault", "__CloseAllDefault", "", ""},
+    {TabCloseAllKeepCurrent, "pmTabCloseAllKeepCurrent", "__CloseAllKeepCurrent", "", ""},
+    {TabCloseAllShowList, "pmTabCloseAllShowList", "__CloseAllShowList", "", ""},
+    {TabClose, "pmTabClose", "__TabClose", "close_tab", ""},
+    {AddToGroup, "pmAddToHalvexGroup", "__GroupsAddTab", "", "F6"},
+    {SaveAsGroup, "actSaveAsHalvexGroup", "__GroupsSaveAll", "", "F7"},
+    {OrganizeGroups, "actOrganizeHalvexGroups", "__GroupsOrganize", "", ""},
+    {Downloads, "actDownloads", "__Downloads", "downloads", "Ctrl+J", Hint("DownloadsHint")},
+    {UsePopupBlocker, "mnuUsePopupHalvex", "__UsePopupBlocker", "", "", Flag(Setting::UsePopupHalvex)},
+    {OrganizeSearchEngines, "mnuOrganizeSearchEngines", "__OrganizeSearchEngines", "", ""},
+    {OrganizeQuickSearch, "mnuOrganizeQuickSearch", "__OrganizeQuickSearch", "", ""},
+    {ClearAddresses, "mnuClearAddr", "__ClearAddresses", "", "", Hint("MenuToolsClearAddressesHint")},
+    {SetHomePage, "mnuSetHomePage", "__SetHomePage", "", ""},
+    {StartHome, "mnuStartHome", "__StartHome", "", "", Radio(TChoice::Startup)},
+    {StartBlank, "mnuStartBlank", "__StartBlank", "", "", Radio(TChoice::Startup)},
+    {StartLast, "mnuStartLast", "__StartLast", "", "", Radio(TChoice::Startup)},
+    {StartGroup, "mnuStartGroup", "__StartGroup", "", "", Radio(TChoice::Startup)},
+    {About, "mnuAbout", "__About", "information", ""},
+    {Go, "tbGo", "__Go", "go", ""},
+    {TabListButton, "tbTabs", "__TabListName", "tab_list", "", Opens(TMenu::TabList)},
+    {GroupsButton, "tbHalvexGroups", "__GroupsButton", "groups", "", Opens(TMenu::Groups)},
+    {FontButton, "tbFont", "__FontName", "zoom_in", "", Opens(TMenu::FontSize)},
+};
+static_assert(std::size(Rows) == static_cast<size_t>(TCommand::Count));
+
+constexpr TMenuRow Menus[] = {
+    {TMenu::File, TMenu::File, "mnuFile", "__File"},
+    {TMenu::NewTab, TMenu::File, "pmNew", "__NewTabOther"},
+    {TMenu::Send, TMenu::File, "pmMail", "__Send"},
+    {TMenu::EditWith, TMenu::File, "mnuEditWith", "__EditWith"},
+    {TMenu::CloseAll, TMenu::File, "pmFileCloseAll", "__CloseAll"},
+    {TMenu::Edit, TMenu::Edit, "mnuEdit", "__Edit"},
+    {TMenu::View, TMenu::View, "mnuView", "__View"},
+    {TMenu::FontSize, TMenu::View, "pmFontSize", "__FontSize"},
+    {TMenu::AutoRefresh, TMenu::View, "mnuAutoRefresh", "__AutoRefresh"},
+    {TMenu::Languages, TMenu::View, "mnuLanguages", "__Languages"},
+    {TMenu::Tabs, TMenu::Tabs, "mnuTabs", "__Tabs"},
+    {TMenu::TabList, TMenu::Tabs, "pmTabs", "__TabList"},
+    {TMenu::ThisTab, TMenu::Tabs, "mnuThisTab", "__ThisTab"},
+    {TMenu::TabPosition, TMenu::Tabs, "mnuTabPosition", "__TabPosition"},
+    {TMenu::Groups, TMenu::Groups, "pmHalvexGroupsPopup", "__Groups"},
+    {TMenu::Tools, TMenu::Tools, "mnuTools", "__Tools"},
+    {TMenu::SearchEngines, TMenu::Tools, "mnuSearchEngines", "__SearchEngines"},
+    {TMenu::Startup, TMenu::Tools, "mnuStartup", "__Startup"},
+    {TMenu::Help, TMenu::Help, "mnuHelp", "__Help"},
+    {TMenu::Tab, TMenu::Count, "pmTab", ""},
+};
+static_assert(std::size(Menus) == static_cast<size_t>(TMenu::Count));
+
+constexpr TMenuEntry Put(TMenu menu, TCommand command) {
+  return {menu, TMenuEntry::TKind::Command, static_cast<int>(command)};
+}
+constexpr TMenuEntry Put(TMenu menu, TMenu child) {
+  return {menu, TMenuEntry::TKind::Menu, static_cast<int>(child)};
+}
+constexpr TMenuEntry Line(TMenu menu) {
+  return {menu, TMenuEntry::TKind::Separator};
+}
+// All that another menu has.
+constexpr TMenuEntry ContentsOf(TMenu menu, TMenu other) {
+  return {menu, TMenuEntry::TKind::ContentsOf, static_cast<int>(other)};
+}
+
+// One line of the table for each part of a menu.
+// clang-format off
+constexpr TMenuEntry Entries[] = {
+    Put(TMenu::File, NewBlank), Put(TMenu::File, TMenu::NewTab), Put(TMenu::File, OpenFile), Line(TMenu::File),
+    Put(TMenu::File, SaveAs), Put(TMenu::File, TMenu::EditWith), Put(TMenu::File, TMenu::Send), Line(TMenu::File),
+    Put(TMenu::File, PageSetup), Put(TMenu::File, PrintPreview), Put(TMenu::File, Print), Put(TMenu::File, PrintNow),
+    Line(TMenu::File), Put(TMenu::File, Properties), Line(TMenu::File), Put(TMenu::File, CloseTab),
+    Put(TMenu::File, TMenu::CloseAll), Put(TMenu::File, Exit),
+
+    Put(TMenu::NewTab, NewHome), Put(TMenu::NewTab, NewCurrent), Put(TMenu::NewTab, NewClipboard),
+    Put(TMenu::Send, MailNewMessage), Put(TMenu::Send, MailLink), Put(TMenu::Send, MailPage),
+    Put(TMenu::CloseAll, CloseAll), Put(TMenu::CloseAll, CloseAllKeepCurrent), Put(TMenu::CloseAll, CloseAllShowList),
+
+    Put(TMenu::Edit, Undo), Put(TMenu::Edit, Redo), Line(TMenu::Edit), Put(TMenu::Edit, Cut), Put(TMenu::Edit, Copy),
+    Put(TMenu::Edit, Paste), Put(TMenu::Edit, SelectAll), Line(TMenu::Edit), Put(TMenu::Edit, Find),
+    Put(TMenu::Edit, FindNext), Put(TMenu::Edit, FindPrevious), Line(TMenu::Edit), Put(TMenu::Edit, EditAddress),
+
+    Put(TMenu::View, ViewToolbar), Put(TMenu::View, ViewAddressBar), Put(TMenu::View, ViewStatusBar),
+    Put(TMenu::View, ViewMenuBar), Line(TMenu::View),
+    Put(TMenu::View, Back), Put(TMenu::View, Forward), Put(TMenu::View, Home), Line(TMenu::View),
+    Put(TMenu::View, Stop),
+    Put(TMenu::View, Refresh), Put(TMenu::View, RefreshCompletely), Put(TMenu::View, StopAll),
+    Put(TMenu::View, RefreshAll), Put(TMenu::View, TMenu::AutoRefresh), Line(TMenu::View),
+    Put(TMenu::View, TMenu::FontSize), Put(TMenu::View, ViewSource), Put(TMenu::View, TMenu::Languages),
+    Put(TMenu::View, FullScreen),
+
+    Put(TMenu::AutoRefresh, AutoRefreshNone), Put(TMenu::AutoRefresh, AutoRefresh15),
+    Put(TMenu::AutoRefresh, AutoRefresh30), Put(TMenu::AutoRefresh, AutoRefresh60),
+    Put(TMenu::AutoRefresh, AutoRefresh120), Put(TMenu::AutoRefresh, AutoRefresh300),
+
+    Put(TMenu::FontSize, FontLargest), Put(TMenu::FontSize, FontLarge), Put(TMenu::FontSize, FontMedium),
+    Put(TMenu::FontSize, FontSmaller), Put(TMenu::FontSize, FontSmallest), Line(TMenu::FontSize),
+    Put(TMenu::FontSize, ZoomIn), Put(TMenu::FontSize, ZoomOut), Put(TMenu::FontSize, ZoomReset),
+
+    Put(TMenu::Tabs, NextTab), Put(TMenu::Tabs, PreviousTab), Put(TMenu::Tabs, FocusStrip),
+    Put(TMenu::Tabs, TMenu::TabList),
+    Put(TMenu::Tabs, TMenu::ThisTab), Line(TMenu::Tabs), Put(TMenu::Tabs, OpenNewAtEnd),
+    Put(TMenu::Tabs, OpenNewInForeground), Put(TMenu::Tabs, CloseTabsFirst), Put(TMenu::Tabs, TMenu::TabPosition),
+
+    Put(TMenu::Tab, TabLocked), Put(TMenu::Tab, TabName), Put(TMenu::Tab, TabSpared), Line(TMenu::Tab),
+    Put(TMenu::Tab, TabHome), Put(TMenu::Tab, TabStop), Put(TMenu::Tab, TabRefresh), Line(TMenu::Tab),
+    Put(TMenu::Tab, TabAddToGroup), Put(TMenu::Tab, TabBlockPopups), Line(TMenu::Tab), Put(TMenu::Tab, TabCloseAll),
+    Put(TMenu::Tab, TabCloseAllKeepCurrent), Put(TMenu::Tab, TabCloseAllShowList), Put(TMenu::Tab, TabClose),
+    ContentsOf(TMenu::ThisTab, TMenu::Tab),
+
+    Put(TMenu::Groups, AddToGroup), Put(TMenu::Groups, SaveAsGroup), Put(TMenu::Groups, OrganizeGroups),
+    Line(TMenu::Groups),
+
+    Put(TMenu::SearchEngines, OrganizeSearchEngines), Line(TMenu::SearchEngines),
+
+    Put(TMenu::Tools, Downloads), Line(TMenu::Tools), Put(TMenu::Tools, TMenu::SearchEngines),
+    Put(TMenu::Tools, OrganizeQuickSearch), Put(TMenu::Tools, ClearAddresses), Line(TMenu::Tools),
+    Put(TMenu::Tools, UsePopupBlocker), Line(TMenu::Tools), Put(TMenu::Tools, SetHomePage),
+    Put(TMenu::Tools, TMenu::Startup),
+    Put(TMenu::Startup, StartHome), Put(TMenu::Startup, StartBlank), Put(TMenu::Startup, StartLast),
+    Put(TMenu::Startup, StartGroup),
+
+    Put(TMenu::Help, About),
+};
+// clang-format on
+
+}  // namespace
+
+std::span<const TCommandRow> CommandRows() {
+  return Rows;
+}
+
+std::span<const TMenuRow> MenuRows() {
+  return Menus;
+}
+
+std::span<const TMenuEntry> MenuEntries() {
+  return Entries;
+}

@@ -1,0 +1,43 @@
+#include "app/handed_over_text.h"
+
+#include <QApplication>
+#include <QWidget>
+#include <QWindow>
+#include <utility>
+
+#include "browser/tabs/browser_tab.h"
+#include "browser/tabs/tab_strip.h"
+#include "groups/page_groups.h"
+#include "platform/window_activation.h"
+
+THandedOverText::THandedOverText(QWidget *window, TTabStrip &tabs, TPageGroups &groups)
+    : m_window(window), m_tabs(tabs), m_groups(groups) {}
+
+void THandedOverText::Begin() {
+  m_begun = true;
+  for (const QString &text : std::exchange(m_early, {})) Take(text);
+}
+
+void THandedOverText::Take(const QString &text) {
+  if (!m_begun) {
+    m_early.append(text);
+    return;
+  }
+  BringToFront();
+  // That a text is dropped while a dialog waits for its answer is meant.
+  if (QApplication::activeModalWidget() != nullptr || text.isEmpty()) return;
+  if (TPageGroups::IsHandedOverGroup(text)) {
+    m_groups.HalvexGroupClick(text);
+  } else {
+    m_tabs.NewTab()->Navigate(text);
+  }
+}
+
+// The window first, out of the task bar if it must, then the dialog that stands before it.
+void THandedOverText::BringToFront() const {
+  for (QWidget *widget : {m_window, QApplication::activeModalWidget()}) {
+    if (widget == nullptr || widget->testAttribute(Qt::WA_DontShowOnScreen)) continue;
+    widget->setWindowState(widget->windowState() & ~Qt::WindowMinimized);
+    if (QWindow *handle = widget->windowHandle()) ::BringToFront(*handle);
+  }
+}

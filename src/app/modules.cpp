@@ -1,0 +1,95 @@
+#include "app/modules.h"
+
+#include <QMainWindow>
+
+#include "app/delayed_start.h"
+#include "browser/tabs/home_page.h"
+#include "platform/program_folders.h"
+
+namespace {
+
+const QString HistoryFile = QStringLiteral("/history.sqlite");
+
+TZVPageControl *MakePages(QMainWindow *window) {
+  auto *pages = new TZVPageControl(window);
+  pages->setObjectName(QStringLiteral("pcPage"));
+  return pages;
+}
+
+}  // namespace
+
+TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &language)
+    : settings(liveSettings),
+      product(TProductInfo::Load()),
+      engine(language, settings.Store()),
+      environment{engine, language, settings.Store(), settings},
+      actions(window, language, settings),
+      history(ProgramFolders::UserData() + HistoryFile),
+      address(new TAddressBar(language, settings, history)),
+      toolbars(window, actions, address, settings),
+      status(new TMainStatusBar(language, window)),
+      pages(MakePages(window)),
+      tabs(window, pages, environment),
+      closeAll(window, tabs),
+      tabMenu(actions, tabs, closeAll),
+      tabListMenu(actions.Menu(TMenu::TabList), tabs),
+      autoRefresh(actions, tabs, settings),
+      stripSettings(actions, *pages, settings),
+      tabCommands(actions, tabs, closeAll, settings),
+      pageCommands(window, actions, tabs),
+      loadQueue(tabs),
+      downloads(engine.Profile(), language, settings.Store()),
+      searchLists(language, settings.Store(), actions, window),
+      search(window, actions, *address, tabs, searchLists, history),
+      groups(window, actions, tabs, tabMenu, closeAll, loadQueue),
+      popups(window, tabs, tabMenu),
+      fullScreen(window, actions, tabs, settings),
+      bars(window, actions, toolbars, *status, *pages, fullScreen, settings),
+      placement(window, fullScreen, settings),
+      activeTab(window, tabs, pageCommands, *address, *status, toolbars.Busy(), popups.Stopped()),
+      downloadsView(actions, *status, downloads, language),
+      languageMenu(*actions.Menu(TMenu::Languages), language, settings),
+      lastSites(tabs, settings.Store(), nullptr),
+      startupModes(actions, groups, lastSites, settings),
+      handedOver(window, tabs, groups) {
+  environment.hooks.homePage = [this] { return HomePage::Address(settings.Store(), product); };
+  environment.hooks.isPopupBlocked = [this](const QString &popup) { return popups.IsPopupBlocked(popup); };
+  Join();
+}
+
+// What one module tells another that does not know it.
+void TModules::Join() {
+  QObject::connect(&tabCommands, &TTabCommands::AddressWanted, &search, &TAddressSearch::EditAddress);
+  QObject::connect(&tabCommands, &TTabCommands::TextToOpen, &search,
+                   [this](const QString &text) { search.Open(text, true); });
+  QObject::connect(&fullScreen, &TFullScreen::BarsChanged, &pageCommands,
+                   [this] { pageCommands.UpdateFor(tabs.GetActivePage()); });
+  QObject::connect(&loadQueue, &TLoadQueue::ToComeChanged, status, &TMainStatusBar::ShowPagesToCome);
+  QObject::connect(status, &TMainStatusBar::StopPagesClicked, &loadQueue, &TLoadQueue::Stop);
+  QObject::connect(actions[TCommand::StopAll], &QAction::triggered, &loadQueue, &TLoadQueue::Stop);
+  QObject::connect(status, &TMainStatusBar::SecurityClicked, actions[TCommand::Properties], &QAction::trigger);
+}
+
+void TModules::OpenFirstPages(const QString &argument) {
+  TDelayedStart(tabs, groups, loadQueue, settings, product, argument).Run();
+  startupModes.FollowPages();
+  activeTab.Show();
+  handedOver.Begin();
+}
+
+void TModules::Save() {
+  autoRefresh.Save();
+  settings.Store().InTransaction([this] {
+    startupModes.Save();
+    actions.Save();
+    search.Save();
+    toolbars.Save();
+    tabCommands.Save();
+    fullScreen.Save();
+    placement.Save();
+    bars.Save();
+    popups.Save();
+    return true;
+  });
+  downloads.CancelAll();
+}

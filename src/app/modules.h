@@ -1,0 +1,91 @@
+#pragma once
+
+#include <memory>
+#include <QString>
+
+#include "actions/actions.h"
+#include "app/handed_over_text.h"
+#include "app/last_open_sites.h"
+#include "app/startup_modes.h"
+#include "browser/downloads/download_list.h"
+#include "browser/engine/engine.h"
+#include "browser/tabs/auto_refresh.h"
+#include "browser/tabs/close_all_tabs.h"
+#include "browser/tabs/load_queue.h"
+#include "browser/tabs/page_commands.h"
+#include "browser/tabs/strip_settings.h"
+#include "browser/tabs/tab_commands.h"
+#include "browser/tabs/tab_environment.h"
+#include "browser/tabs/tab_list_menu.h"
+#include "browser/tabs/tab_menu.h"
+#include "browser/tabs/tab_strip.h"
+#include "chrome/active_tab_view.h"
+#include "chrome/downloads_view.h"
+#include "chrome/full_screen.h"
+#include "chrome/language_menu.h"
+#include "chrome/main_status_bar.h"
+#include "chrome/main_toolbars.h"
+#include "chrome/window_bars.h"
+#include "chrome/window_placement.h"
+#include "config/language.h"
+#include "config/settings.h"
+#include "groups/page_groups.h"
+#include "history/history_store.h"
+#include "platform/product_info.h"
+#include "popups/popup_blocker.h"
+#include "search/address_bar.h"
+#include "search/address_search.h"
+#include "search/search_lists.h"
+
+class QMainWindow;
+
+// Everything that a main window is made of. The members stand in the order in which they are made, each after what it
+// uses, and go in the opposite one. Widgets among them belong to the window, which places them.
+class TModules final {
+ public:
+  // `language` is loaded already; all must outlive this object.
+  TModules(QMainWindow *window, TSettings &settings, TLanguage &language);
+
+  // Writes what lasts beyond the window, in one piece, and ends what runs on its own.
+  void Save();
+  // Opens the first pages; once, a moment after the window is up. `argument` is this process's own.
+  void OpenFirstPages(const QString &argument);
+
+ private:
+  void Join();
+
+ public:
+  TSettings &settings;
+  TProductInfo product;
+  TEngine engine;
+  TTabEnvironment environment;
+  TActions actions;
+  THistoryStore history;
+  TAddressBar *address;
+  TMainToolbars toolbars;
+  TMainStatusBar *status;
+  TZVPageControl *pages;  // pcPage
+  TTabStrip tabs;
+  TCloseAllTabs closeAll;
+  TTabMenu tabMenu;
+  TTabListMenu tabListMenu;
+  TAutoRefresh autoRefresh;
+  TStripSettings stripSettings;
+  TTabCommands tabCommands;
+  TPageCommands pageCommands;
+  TLoadQueue loadQueue;
+  TDownloadList downloads;
+  TSearchLists searchLists;
+  TAddressSearch search;
+  TPageGroups groups;
+  TPopupBlocker popups;
+  TFullScreen fullScreen;
+  TWindowBars bars;
+  TWindowPlacement placement;
+  TActiveTabView activeTab;
+  TDownloadsView downloadsView;
+  TLanguageMenu languageMenu;
+  TLastOpenSites lastSites;
+  TStartupModes startupModes;
+  THandedOverText handedOver;
+};

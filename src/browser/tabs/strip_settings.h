@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QObject>
+
+class TActions;
+class TSettings;
+class TZVPageControl;
+
+// Lets the strip follow the settings of its place and its colours, and the menu items that choose the place.
+//
+// Colours of the inactive tabs by TabColorScheme: "std" takes the desktop's button colours, "rev" those of inactive
+// title bars, any other text the user's own two.
+class TStripSettings final : public QObject {
+  Q_OBJECT
+
+ public:
+  // All must outlive this object.
+  TStripSettings(TActions &actions, TZVPageControl &pages, TSettings &settings);
+
+ private:
+  void Place();
+  void Colour();
+  void ArrangeItems();
+
+  TActions &m_actions;
+  TZVPageControl &m_pages;
+  TSettings &m_settings;
+};

@@ -1,0 +1,62 @@
+#include "chrome/active_tab_view.h"
+
+#include <QApplication>
+#include <QMainWindow>
+#include <QMenu>
+
+#include "browser/tabs/browser_tab.h"
+#include "browser/tabs/page_commands.h"
+#include "browser/tabs/tab_strip.h"
+#include "chrome/busy_indicator.h"
+#include "chrome/main_status_bar.h"
+#include "popups/stopped_popups.h"
+#include "search/address_bar.h"
+
+TActiveTabView::TActiveTabView(QMainWindow *window, TTabStrip &tabs, TPageCommands &commands, TAddressBar &address,
+                               TMainStatusBar &status, TBusyIndicator &busy, TStoppedPopups &stopped)
+    : m_window(window),
+      m_tabs(tabs),
+      m_commands(commands),
+      m_address(address),
+      m_status(status),
+      m_busy(busy),
+      m_stopped(stopped) {
+  connect(&tabs, &TTabStrip::ActiveTabChanged, this, &TActiveTabView::Show);
+  connect(&tabs, &TTabStrip::IndicatorsChanged, this, &TActiveTabView::ShowIndicators);
+  connect(&tabs, &TTabStrip::StatusTextChanged, &status, &TMainStatusBar::ShowStatusText);
+  connect(&tabs, &TTabStrip::ProgressChanged, &status, &TMainStatusBar::ShowProgress);
+  connect(&tabs, &TTabStrip::CommandStateChanged, this, [this] { m_commands.UpdateFor(m_tabs.GetActivePage()); });
+  connect(&tabs, &TTabStrip::AddressChanged, &address, &TAddressBar::ShowAddress);
+  connect(&tabs, &TTabStrip::ActiveTitleChanged, this, &TActiveTabView::ShowTitle);
+  connect(&stopped, &TStoppedPopups::Changed, this, &TActiveTabView::ShowStoppedPopups);
+  connect(status.StoppedMenu(), &QMenu::aboutToShow, this,
+          [this] { m_stopped.FillMenu(m_status.StoppedMenu(), m_tabs.GetActivePage()); });
+  connect(&commands, &TPageCommands::Note, &status, &TMainStatusBar::ShowNote);
+}
+
+void TActiveTabView::Show() {
+  TBrowserTab *tab = m_tabs.GetActivePage();
+  if (tab == nullptr) return;
+  m_address.ShowAddress(tab->AddressToSave());
+  ShowTitle(tab->ListCaption());
+  m_status.ShowNote(QString());
+  m_status.ShowStatusText(QString());
+  m_status.ShowProgress(tab->Progress());
+  ShowStoppedPopups();
+  ShowIndicators(tab);
+}
+
+void TActiveTabView::ShowTitle(const QString &title) {
+  m_window->setWindowTitle(QStringLiteral("%1 — %2").arg(title, QApplication::applicationDisplayName()));
+}
+
+void TActiveTabView::ShowStoppedPopups() {
+  m_status.ShowStopped(m_stopped.CounterText(m_tabs.GetActivePage()));
+}
+
+void TActiveTabView::ShowIndicators(TBrowserTab *tab) {
+  m_status.ShowSecurity(tab->Secure(), tab->SecureLock());
+  m_busy.SetBusy(tab->Busy());
+  if (!tab->Busy()) m_status.ShowProgress(100);
+  m_commands.UpdateFor(tab);
+}

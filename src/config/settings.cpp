@@ -1,0 +1,3 @@
+#include "config/settings.h"
+
+TSettings::TSettings(TRegistryStore &store, QObject *parent) : QObject(parent), m_options(store) {}

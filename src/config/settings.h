@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstring>
+#include <QHash>
+#include <QObject>
+#include <QVariant>
+
+#include "config/options.h"
+
+// The user's settings while the program runs: whoever depends on one follows it, and whoever changes one only sets it.
+// No value is kept here: a getter reads the store (what another window has stored holds at once), a setter writes it.
+// Only what the store refuses to take is remembered, so that a choice holds for this run at least.
+class TSettings final : public QObject {
+  Q_OBJECT
+
+ public:
+  // `store` must live longer.
+  explicit TSettings(TRegistryStore &store, QObject *parent = nullptr);
+
+  template <typename TSetting>
+  [[nodiscard]] auto Get(const TSetting &setting) const {
+    using TValue = decltype(m_options.Get(setting));
+    const auto refused = m_refused.constFind(QByteArray::fromRawData(setting.name, qsizetype(qstrlen(setting.name))));
+    return refused == m_refused.constEnd() ? m_options.Get(setting) : refused->template value<TValue>();
+  }
+  // Stores at once, and tells those who follow when the value is another one now.
+  void Set(const TFlagSetting &setting, bool value) { SetValue(setting, value); }
+  void Set(const TIntegerSetting &setting, int value) { SetValue(setting, value); }
+  void Set(const TStringSetting &setting, const QString &value) { SetValue(setting, value); }
+
+  // Address completion, see TZVOptions.
+  [[nodiscard]] int AutoCompleteMode() const { return TZVOptions::AutoCompleteModeOf(Get(Setting::AutoCompleteStyle)); }
+  void SetAutoCompleteMode(int mode) { Set(Setting::AutoCompleteStyle, TZVOptions::AutoCompleteStyleOf(mode)); }
+
+  // Calls `handler` after each change of the setting, for as long as `context` lives.
+  template <typename TSetting, typename THandler>
+  void Follow(const TSetting &setting, QObject *context, THandler handler) {
+    connect(this, &TSettings::Changed, context, [name = setting.name, handler](const char *changed) {
+      if (std::strcmp(name, changed) == 0) handler();
+    });
+  }
+  // The same, and once now.
+  template <typename TSetting, typename THandler>
+  void Apply(const TSetting &setting, QObject *context, THandler handler) {
+    Follow(setting, context, handler);
+    handler();
+  }
+
+  // For the end of the window, which leaves the settings that it obeys in the store: writes the value where the store
+  // holds none yet, and leaves alone what is there, another window's later choice too.
+  template <typename TSetting>
+  void Keep(const TSetting &setting) {
+    if (!m_options.Has(setting.name)) m_options.Set(setting, Get(setting));
+  }
+
+  // The lists, and the store of all.
+  [[nodiscard]] TZVOptions &Lists() { return m_options; }
+  [[nodiscard]] TRegistryStore &Store() const { return m_options.Store(); }
+
+ Q_SIGNALS:
+  // By the setting's name in the table.
+  void Changed(const char *name);
+
+ private:
+  template <typename TSetting, typename TValue>
+  void SetValue(const TSetting &setting, const TValue &value) {
+    const auto before = Get(setting);
+    m_refused.remove(setting.name);
+    if (!m_options.Set(setting, value)) m_refused.insert(setting.name, QVariant::fromValue(value));
+    if (Get(setting) != before) Q_EMIT Changed(setting.name);
+  }
+
+  TZVOptions m_options;
+  QHash<QByteArray, QVariant> m_refused;
+};
