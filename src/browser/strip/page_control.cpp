@@ -73,7 +73,7 @@ void TZVPageControl::InsertPage(int position, QWidget *page, bool visible) {
   }
   d->host->Take(page);
   TTab *tab = d->tabs.Insert(position < 0 ? PageCount() : position, page, visible);
-  d->view->TabInserted(tab);
+  d->view->TabShown(tab);
   if (visible && !d->tabs.Active()) Activate(page);
 }
 
@@ -85,7 +85,7 @@ void TZVPageControl::MovePage(int from, int to) {
   to = std::clamp(to, 0, std::max(0, PageCount() - 1));
   if (!d->tabs.At(from) || from == to) return;
   d->tabs.Move(from, to);
-  d->view->TabMoved(from, to);
+  d->view->TabMoved(d->tabs.At(to));
   Q_EMIT PageMoved(from, to);
 }
 
@@ -131,13 +131,13 @@ void TZVPageControl::SetPageVisible(QWidget *page, bool visible) {
   TTab *tab = d->tabs.Find(page);
   if (!tab || tab->visible == visible) return;
   if (visible) {
-    d->tabs.SetVisible(tab, true);
+    tab->visible = true;
     d->view->TabShown(tab);
     if (!d->tabs.Active()) Activate(page);
     return;
   }
   d->view->TabAboutToGo(tab);
-  d->tabs.SetVisible(tab, false);
+  tab->visible = false;
   d->view->TabHidden(tab);
   if (tab == d->tabs.Active()) Activate(PageOf(d->tabs.Neighbour(tab)));
 }
@@ -298,13 +298,12 @@ void TZVPageControl::Activate(QWidget *page) {
 void TZVPageControl::Forget(QObject *page, QWidget *leaving) {
   TTab *tab = d->tabs.Find(page);
   if (!tab) return;
-  const int position = d->tabs.Position(tab);
   const bool wasActive = tab == d->tabs.Active();
   QWidget *next = wasActive ? PageOf(d->tabs.Neighbour(tab)) : nullptr;
   d->view->TabAboutToGo(tab);
   if (wasActive) d->tabs.SetActive(nullptr);
   (void)d->tabs.Take(tab);
-  d->view->TabRemoved(position);
+  d->view->TabRemoved();
   const QPointer<QWidget> alive = leaving;
   if (wasActive) SwitchTo(next);
   // Its leaving the parent finds nothing more to do here, since the tab is forgotten.

@@ -30,7 +30,7 @@ class TZVPageControl final : public QWidget {
   [[nodiscard]] int PageCount() const;
   [[nodiscard]] int VisiblePageCount() const;
   [[nodiscard]] QWidget *Page(int position) const;       // nullptr when out of range
-  [[nodiscard]] int IndexOf(const QWidget *page) const;  // -1 when not a page of this control; constant time
+  [[nodiscard]] int IndexOf(const QWidget *page) const;  // -1 when not a page of this control
   [[nodiscard]] QWidget *ActivePage() const;
   [[nodiscard]] int ActivePageIndex() const;  // -1 when there is none
   // A hidden page is refused: what is on screen stays.

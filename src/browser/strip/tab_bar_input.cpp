@@ -281,7 +281,7 @@ void TTabBarView::keyPressEvent(QKeyEvent *event) {
 // The tab above or below the middle of the active one; nullptr at the first and the last row.
 TTab *TTabBarView::TabInNextRow(bool down) const {
   if (m_stale) return nullptr;
-  const TTabLayout::TPlace &place = m_layout.Place(m_tabs.Position(m_tabs.Active()));
+  const TTabLayout::TPlace &place = m_tabs.Active()->place;
   const int row = place.row + (down ? 1 : -1);
   if (row < 0 || row >= m_layout.RowCount()) return nullptr;
   int index = m_layout.IndexAt(row, place.x + place.width / 2);

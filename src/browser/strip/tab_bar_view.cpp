@@ -9,6 +9,8 @@
 #include <QSignalBlocker>
 #include <QStyle>
 #include <QToolButton>
+#include <utility>
+#include <vector>
 #include "browser/strip/tab_bar_accessible.h"
 
 namespace {
@@ -64,35 +66,29 @@ TTabBarView::TTabBarView(const TTabList &tabs, QWidget *parent)
 
 TTabBarView::~TTabBarView() = default;
 
-void TTabBarView::TabInserted(TTab *tab) {
-  m_layout.Insert(m_tabs.Position(tab), 0);
-  TabShown(tab);
-}
-
-void TTabBarView::TabAboutToGo(TTab *tab) {
-  if (tab->visible) Announce(QAccessible::ObjectDestroyed, tab);
-  if (m_dragging && m_pressed == tab->page) StopDragging();
-}
-
-void TTabBarView::TabRemoved(int position) {
-  m_layout.Remove(position);
-  Invalidate();
-}
-
-void TTabBarView::TabMoved(int from, int to) {
-  m_layout.Move(from, to);
-  if (m_tabs.Active() == m_tabs.At(to)) m_scrolledByHand = false;
-  Invalidate();
-}
-
 void TTabBarView::TabShown(TTab *tab) {
   Measure(tab);
   Invalidate();
   if (tab->visible) Announce(QAccessible::ObjectCreated, tab);
 }
 
+void TTabBarView::TabAboutToGo(TTab *tab) {
+  UpdateTab(tab);
+  if (tab->visible) Announce(QAccessible::ObjectDestroyed, tab);
+  if (m_dragging && m_pressed == tab->page) StopDragging();
+}
+
+void TTabBarView::TabRemoved() {
+  Invalidate();
+}
+
 void TTabBarView::TabHidden(TTab *tab) {
   Measure(tab);
+  Invalidate();
+}
+
+void TTabBarView::TabMoved(const TTab *tab) {
+  if (m_tabs.Active() == tab) m_scrolledByHand = false;
   Invalidate();
 }
 
@@ -174,9 +170,8 @@ int TTabBarView::HeightFor(const QSize &control) {
 }
 
 QRect TTabBarView::TabRect(const TTab *tab) {
-  if (!tab->visible) return {};
   LayOut();
-  return Mirrored(PlaceOf(m_tabs.Position(tab)) & Area());
+  return ShownPartOf(tab);
 }
 
 TTab *TTabBarView::TabAt(const QPoint &position) {
@@ -236,20 +231,9 @@ void TTabBarView::paintEvent(QPaintEvent *event) {
   tabPainter.inactiveFont = m_inactiveFont;
   tabPainter.DrawBackground(rect());
 
-  const QRect area = Area();
-  const QRect clip = Mirrored(event->rect()) & area;
-  if (clip.isEmpty()) return;
-  painter.setClipRect(Mirrored(area));
-  const int shiftX = m_multiple ? 0 : m_offset;
-  const int shiftRow = m_multiple ? m_offset : 0;
-  const int firstRow = shiftRow + (clip.top() - area.y()) / m_metrics.rowHeight;
-  const int lastRow = shiftRow + (clip.bottom() - area.y()) / m_metrics.rowHeight;
-  for (int row = firstRow; row <= lastRow; ++row) {
-    for (int i = m_layout.FirstEndingAfter(row, clip.left() + shiftX); i < m_layout.Count(); ++i) {
-      const TTabLayout::TPlace &place = m_layout.Place(i);
-      if (place.row != row || place.x > clip.right() + shiftX) break;
-      if (place.width > 0) DrawTabAt(tabPainter, i);
-    }
+  painter.setClipRect(Mirrored(Area()));
+  for (int i = 0; i < m_tabs.Count(); ++i) {
+    if (ShownPartOf(m_tabs.At(i)).intersects(event->rect())) DrawTab(tabPainter, m_tabs.At(i));
   }
 }
 
@@ -270,24 +254,24 @@ void TTabBarView::LayOut() {
   space.multiple = m_multiple;
   space.lineReserve = 2 * m_metrics.rowHeight;
   space.rowsReserve = m_scrollBar->sizeHint().width();
-  m_layout.SetSpace(space);
-  const int first = m_layout.FirstStale();
-  const bool overflowed = m_layout.Overflows();
-  m_layout.Update();
-  // A tab that comes or goes far beyond what is in sight, in a strip that scrolls anyway, changes nothing to be seen.
-  const bool scrolls = overflowed && m_layout.Overflows();
-  const bool seen = first <= m_layout.Count() && (!scrolls || first == 0 || IsInSight(first - 1));
+  std::vector<int> wishes(m_tabs.Count());
+  for (int i = 0; i < m_tabs.Count(); ++i) wishes[i] = m_tabs.At(i)->wish;
+  m_layout = TTabLayout(wishes, space);
+  // Only what comes to lie elsewhere is painted anew. A strip of another size is painted whole anyway, and so is what
+  // lies below scroll buttons that come or go.
+  QRect changed;
+  for (int i = 0; i < m_tabs.Count(); ++i) {
+    TTab *tab = m_tabs.At(i);
+    if (tab->place == m_layout.Place(i)) continue;
+    changed |= ShownPartOf(tab);
+    tab->place = m_layout.Place(i);
+    changed |= ShownPartOf(tab);
+  }
+  update(changed);
   PlaceScrollers();
   const TTab *active = m_tabs.Active();
   if (active && !m_scrolledByHand) Reveal(active);
-  if (seen) update();
   UpdateHover();
-}
-
-// Whether this tab, or the one after it, may lie in front of the end of what is shown.
-bool TTabBarView::IsInSight(int position) const {
-  const TTabLayout::TPlace &place = m_layout.Place(position);
-  return m_multiple ? place.row < m_offset + RowsShown() : place.x + place.width < m_offset + m_layout.Extent();
 }
 
 void TTabBarView::PlaceScrollers() {
@@ -315,9 +299,8 @@ void TTabBarView::PlaceScrollers() {
 }
 
 void TTabBarView::Measure(TTab *tab) {
-  ++m_measured;
   const int wish = tab->visible ? m_metrics.WidthOf(fontMetrics(), tab->text, KeepsImagePlace(tab)) : 0;
-  if (m_layout.SetWish(m_tabs.Position(tab), wish)) Invalidate();
+  if (std::exchange(tab->wish, wish) != wish) Invalidate();
 }
 
 void TTabBarView::MeasureAll() {
@@ -346,6 +329,10 @@ int TTabBarView::RowsShown() const {
   return m_multiple ? std::clamp(m_layout.RowCount(), 1, m_maxRows) : 1;
 }
 
+int TTabBarView::Room() const {
+  return m_multiple ? RowsShown() : m_layout.Extent();
+}
+
 QRect TTabBarView::Area() const {
   return QRect(0, m_tabsDown ? m_metrics.edge : 0, m_layout.Extent(), RowsShown() * m_metrics.rowHeight);
 }
@@ -354,11 +341,18 @@ QRect TTabBarView::Bounds() const {
   return QRect(0, 0, m_extent, Area().height() + m_metrics.edge);
 }
 
-QRect TTabBarView::PlaceOf(int position) const {
-  const TTabLayout::TPlace &place = m_layout.Place(position);
-  const int x = m_multiple ? place.x : place.x - m_offset;
-  const int row = m_multiple ? place.row - m_offset : 0;
-  return QRect(x, Area().y() + row * m_metrics.rowHeight, place.width, m_metrics.rowHeight);
+QRect TTabBarView::PlaceOf(const TTab *tab) const {
+  const int x = m_multiple ? tab->place.x : tab->place.x - m_offset;
+  const int row = m_multiple ? tab->place.row - m_offset : 0;
+  return QRect(x, Area().y() + row * m_metrics.rowHeight, tab->place.width, m_metrics.rowHeight);
+}
+
+QRect TTabBarView::ShownPartOf(const TTab *tab) const {
+  // Most tabs of a long strip are out of sight, which plain numbers tell.
+  const int start = m_multiple ? tab->place.row : tab->place.x;
+  const int end = m_multiple ? start + 1 : start + tab->place.width;
+  if (end <= m_offset || start >= m_offset + Room()) return {};
+  return Mirrored(PlaceOf(tab) & Area());
 }
 
 QRect TTabBarView::Mirrored(const QRect &rect) const {
@@ -370,15 +364,13 @@ QPoint TTabBarView::Mirrored(const QPoint &point) const {
 }
 
 QRect TTabBarView::CloseRect(const TTab *tab) const {
-  const QRect place = Mirrored(PlaceOf(m_tabs.Position(tab)));
+  const QRect place = Mirrored(PlaceOf(tab));
   return TTabParts(m_metrics, place, KeepsImagePlace(tab), layoutDirection()).close;
 }
 
-void TTabBarView::DrawTabAt(TTabPainter &painter, int position) {
-  ++m_painted;
-  TTab *tab = m_tabs.At(position);
+void TTabBarView::DrawTab(TTabPainter &painter, TTab *tab) {
   TTabLook look;
-  look.rect = Mirrored(PlaceOf(position));
+  look.rect = Mirrored(PlaceOf(tab));
   look.hasImage = KeepsImagePlace(tab);
   look.image = ImageOf(tab);
   const int room = TTabParts(m_metrics, look.rect, look.hasImage, layoutDirection()).text.width();
@@ -397,15 +389,11 @@ void TTabBarView::DrawTabAt(TTabPainter &painter, int position) {
 }
 
 void TTabBarView::UpdateTab(const TTab *tab) {
-  if (!tab->visible) return;
-  // From the first stale place on, working the places out repaints whatever is in sight.
-  const int position = m_tabs.Position(tab);
-  if (position < m_layout.FirstStale()) update(Mirrored(PlaceOf(position)));
+  update(ShownPartOf(tab));
 }
 
 int TTabBarView::GreatestOffset() const {
-  if (m_multiple) return std::max(0, m_layout.RowCount() - RowsShown());
-  return std::max(0, m_layout.Length() - m_layout.Extent());
+  return std::max(0, (m_multiple ? m_layout.RowCount() : m_layout.Length()) - Room());
 }
 
 void TTabBarView::ScrollTo(int offset) {
@@ -431,9 +419,7 @@ void TTabBarView::ScrollByHand(int visualDirection) {
 }
 
 void TTabBarView::Reveal(const TTab *tab) {
-  const TTabLayout::TPlace &place = m_layout.Place(m_tabs.Position(tab));
-  const int start = m_multiple ? place.row : place.x;
-  const int size = m_multiple ? 1 : place.width;
-  const int room = m_multiple ? RowsShown() : m_layout.Extent();
-  ScrollTo(std::min(start, std::max(m_offset, start + size - room)));
+  const int start = m_multiple ? tab->place.row : tab->place.x;
+  const int size = m_multiple ? 1 : tab->place.width;
+  ScrollTo(std::min(start, std::max(m_offset, start + size - Room())));
 }

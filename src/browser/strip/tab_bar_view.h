@@ -19,28 +19,18 @@ class TTabBarView final : public QWidget {
   Q_OBJECT
 
  public:
-  // How much was done since the start. A strip of hundreds of tabs stays quick as long as a change costs the same,
-  // however many tabs there are.
-  struct TWork {
-    long long laidOut = 0;
-    long long measured = 0;
-    long long painted = 0;
-  };
-
   TTabBarView(const TTabList &tabs, QWidget *parent);
   ~TTabBarView() override;
 
-  void TabInserted(TTab *tab);
+  void TabShown(TTab *tab);      // new in the list, or no longer hidden
   void TabAboutToGo(TTab *tab);  // removed or hidden: the list still has it as it was
-  void TabRemoved(int position);
-  void TabMoved(int from, int to);
-  void TabShown(TTab *tab);
+  void TabRemoved();
   void TabHidden(TTab *tab);
+  void TabMoved(const TTab *tab);
   void TabCaptionChanged(TTab *tab, const QString &caption);
   void TabImageChanged(TTab *tab);
   void ActiveChanged(TTab *before);
 
-  [[nodiscard]] const QList<QIcon> &Images() const { return m_images; }
   void SetImages(const QList<QIcon> &images);
   [[nodiscard]] QColor InactiveTabColor() const { return m_inactiveTab; }
   [[nodiscard]] QColor InactiveFontColor() const { return m_inactiveFont; }
@@ -57,7 +47,6 @@ class TTabBarView final : public QWidget {
   [[nodiscard]] TTab *TabAt(const QPoint &position);
   [[nodiscard]] const TTabList &Tabs() const { return m_tabs; }
   [[nodiscard]] bool IsStale() const { return m_stale; }
-  [[nodiscard]] TWork Work() const { return {m_layout.Steps(), m_measured, m_painted}; }
   void Press(TTab *tab) { Q_EMIT Activated(tab->page); }
   // Tells screen readers.
   void Announce(QAccessible::Event type, const TTab *tab);
@@ -95,7 +84,6 @@ class TTabBarView final : public QWidget {
  private:
   void Invalidate();
   void LayOut();
-  [[nodiscard]] bool IsInSight(int position) const;
   void PlaceScrollers();
   void Measure(TTab *tab);
   void MeasureAll();
@@ -105,13 +93,16 @@ class TTabBarView final : public QWidget {
 
   // Rectangles and points are worked out left to right and mirrored at the very end.
   [[nodiscard]] int RowsShown() const;
+  [[nodiscard]] int Room() const;    // how much of the strip shows, measured like the offset
   [[nodiscard]] QRect Area() const;  // where tabs show, beside the scroll buttons
   [[nodiscard]] QRect Bounds() const;
-  [[nodiscard]] QRect PlaceOf(int position) const;  // may lie outside of the area
+  // Where the tab lay when the strip was laid out last; the part that shows there, mirrored, empty when none does.
+  [[nodiscard]] QRect PlaceOf(const TTab *tab) const;
+  [[nodiscard]] QRect ShownPartOf(const TTab *tab) const;
   [[nodiscard]] QRect Mirrored(const QRect &rect) const;
   [[nodiscard]] QPoint Mirrored(const QPoint &point) const;
   [[nodiscard]] QRect CloseRect(const TTab *tab) const;
-  void DrawTabAt(TTabPainter &painter, int position);
+  void DrawTab(TTabPainter &painter, TTab *tab);
   void UpdateTab(const TTab *tab);
 
   [[nodiscard]] int GreatestOffset() const;
@@ -129,7 +120,7 @@ class TTabBarView final : public QWidget {
   void SetDropTarget(QWidget *page);
 
   const TTabList &m_tabs;
-  TTabLayout m_layout;
+  TTabLayout m_layout;  // out of date while m_stale
   TTabMetrics m_metrics;
   QList<QIcon> m_images;
   QColor m_inactiveTab{0xAA, 0xAA, 0xAA};
@@ -161,7 +152,4 @@ class TTabBarView final : public QWidget {
   bool m_dragging = false;
   QBasicTimer m_dragScroll;
   int m_wheelRest = 0;
-
-  long long m_measured = 0;
-  long long m_painted = 0;
 };

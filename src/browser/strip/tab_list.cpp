@@ -4,6 +4,12 @@
 #include <QAccessible>
 #include <QWidget>
 
+namespace {
+bool IsVisible(const std::unique_ptr<TTab> &tab) {
+  return tab->visible;
+}
+}  // namespace
+
 TTab::~TTab() {
   if (accessibleId != 0) QAccessible::deleteAccessibleInterface(accessibleId);
 }
@@ -12,25 +18,17 @@ TTabList::TTabList() = default;
 TTabList::~TTabList() = default;
 
 TTab *TTabList::Insert(int position, QWidget *page, bool visible) {
-  position = std::clamp(position, 0, Count());
-  auto owned = std::make_unique<TTab>(page);
-  TTab *tab = owned.get();
+  auto tab = std::make_unique<TTab>(page);
   tab->visible = visible;
-  tab->m_position = position;
-  m_tabs.insert(m_tabs.begin() + position, std::move(owned));
-  m_byPage.insert(page, tab);
-  if (visible) ++m_visibleCount;
-  ForgetNumbersFrom(position);
-  return tab;
+  m_byPage.insert(page, tab.get());
+  return m_tabs.insert(m_tabs.begin() + std::clamp(position, 0, Count()), std::move(tab))->get();
 }
 
 std::unique_ptr<TTab> TTabList::Take(TTab *tab) {
-  const int position = Position(tab);
-  std::unique_ptr<TTab> owned = std::move(m_tabs[position]);
-  m_tabs.erase(m_tabs.begin() + position);
+  const auto place = m_tabs.begin() + Position(tab);
+  std::unique_ptr<TTab> owned = std::move(*place);
+  m_tabs.erase(place);
   m_byPage.remove(tab->page);
-  if (tab->visible) --m_visibleCount;
-  ForgetNumbersFrom(position);
   return owned;
 }
 
@@ -41,23 +39,16 @@ void TTabList::Move(int from, int to) {
   } else {
     std::rotate(first + to, first + from, first + from + 1);
   }
-  ForgetNumbersFrom(std::min(from, to));
-}
-
-void TTabList::SetVisible(TTab *tab, bool visible) {
-  if (tab->visible == visible) return;
-  ForgetNumbersFrom(Position(tab));
-  tab->visible = visible;
-  m_visibleCount += visible ? 1 : -1;
 }
 
 void TTabList::Clear() {
   m_active = nullptr;
-  m_visibleCount = 0;
-  m_numbered = 0;
-  m_visible.clear();
   m_byPage.clear();
   m_tabs.clear();
+}
+
+int TTabList::VisibleCount() const {
+  return static_cast<int>(std::ranges::count_if(m_tabs, IsVisible));
 }
 
 TTab *TTabList::At(int position) const {
@@ -65,45 +56,24 @@ TTab *TTabList::At(int position) const {
 }
 
 TTab *TTabList::VisibleAt(int ordinal) const {
-  if (ordinal < 0 || ordinal >= m_visibleCount) return nullptr;
-  Number();
-  return m_visible[ordinal];
+  for (const auto &tab : m_tabs) {
+    if (tab->visible && ordinal-- == 0) return tab.get();
+  }
+  return nullptr;
 }
 
 int TTabList::Position(const TTab *tab) const {
-  if (At(tab->m_position) != tab) Number();
-  return tab->m_position;
+  return static_cast<int>(std::ranges::find(m_tabs, tab, &std::unique_ptr<TTab>::get) - m_tabs.begin());
 }
 
 int TTabList::Ordinal(const TTab *tab) const {
   if (!tab->visible) return -1;
-  if (Position(tab) >= m_numbered) Number();
-  return tab->m_ordinal;
+  return static_cast<int>(std::count_if(m_tabs.begin(), m_tabs.begin() + Position(tab), IsVisible));
 }
 
 TTab *TTabList::Neighbour(const TTab *tab) const {
-  Number();
-  const int after = tab->visible ? tab->m_ordinal + 1 : tab->m_ordinal;
-  TTab *next = VisibleAt(after);
-  return next ? next : VisibleAt(tab->m_ordinal - 1);
-}
-
-void TTabList::ForgetNumbersFrom(int position) {
-  m_numbered = std::min(m_numbered, position);
-}
-
-void TTabList::Number() const {
-  if (m_numbered == Count()) return;
-  int ordinal = 0;
-  if (m_numbered > 0) {
-    const TTab &last = *m_tabs[m_numbered - 1];
-    ordinal = last.m_ordinal + (last.visible ? 1 : 0);
-  }
-  m_visible.resize(ordinal);
-  for (; m_numbered < Count(); ++m_numbered) {
-    TTab *tab = m_tabs[m_numbered].get();
-    tab->m_position = m_numbered;
-    tab->m_ordinal = static_cast<int>(m_visible.size());
-    if (tab->visible) m_visible.push_back(tab);
-  }
+  const auto here = m_tabs.begin() + Position(tab);
+  if (const auto next = std::find_if(here + 1, m_tabs.end(), IsVisible); next != m_tabs.end()) return next->get();
+  const auto previous = std::find_if(std::make_reverse_iterator(here), m_tabs.rend(), IsVisible);
+  return previous != m_tabs.rend() ? previous->get() : nullptr;
 }

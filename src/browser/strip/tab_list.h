@@ -6,6 +6,7 @@
 #include <QIcon>
 #include <QString>
 #include <vector>
+#include "browser/strip/tab_layout.h"
 
 class QWidget;
 
@@ -27,16 +28,14 @@ struct TTab {
   QString elided;
   int elidedWidth = -1;
 
-  QAccessible::Id accessibleId = 0;  // 0 until a screen reader has asked for this tab
+  int wish = 0;              // the width it would like to have
+  TTabLayout::TPlace place;  // where it lay when the strip was laid out last
 
- private:
-  friend class TTabList;
-  int m_position = 0;  // right only if the list has this tab there
-  int m_ordinal = 0;   // how many visible tabs come before it
+  QAccessible::Id accessibleId = 0;  // 0 until a screen reader has asked for this tab
 };
 
-// The tabs in their order. A position counts all of them, an ordinal the visible ones. Numbers are worked out when they
-// are asked for, from the first one that changed: adding at the end numbers one tab however many there are.
+// The tabs in their order. A position counts all of them, an ordinal the visible ones; both are counted when they are
+// asked for.
 class TTabList final {
  public:
   TTabList();
@@ -45,16 +44,15 @@ class TTabList final {
   TTab *Insert(int position, QWidget *page, bool visible);
   [[nodiscard]] std::unique_ptr<TTab> Take(TTab *tab);  // not the active one
   void Move(int from, int to);
-  void SetVisible(TTab *tab, bool visible);
   void Clear();
 
   [[nodiscard]] int Count() const { return static_cast<int>(m_tabs.size()); }
-  [[nodiscard]] int VisibleCount() const { return m_visibleCount; }
+  [[nodiscard]] int VisibleCount() const;
   [[nodiscard]] TTab *Find(const QObject *page) const { return m_byPage.value(page, nullptr); }
-  [[nodiscard]] TTab *At(int position) const;        // nullptr when out of range
-  [[nodiscard]] TTab *VisibleAt(int ordinal) const;  // nullptr when out of range
-  [[nodiscard]] int Position(const TTab *tab) const;
-  [[nodiscard]] int Ordinal(const TTab *tab) const;  // -1 for a hidden tab
+  [[nodiscard]] TTab *At(int position) const;         // nullptr when out of range
+  [[nodiscard]] TTab *VisibleAt(int ordinal) const;   // nullptr when out of range
+  [[nodiscard]] int Position(const TTab *tab) const;  // of one that is in the list
+  [[nodiscard]] int Ordinal(const TTab *tab) const;   // -1 for a hidden tab
   // The next visible tab, else the previous one, else nullptr: who takes over when this one goes.
   [[nodiscard]] TTab *Neighbour(const TTab *tab) const;
   // The tab whose page is on screen; nullptr when none is.
@@ -62,13 +60,7 @@ class TTabList final {
   void SetActive(TTab *tab) { m_active = tab; }
 
  private:
-  void Number() const;
-  void ForgetNumbersFrom(int position);
-
   std::vector<std::unique_ptr<TTab>> m_tabs;
   QHash<const QObject *, TTab *> m_byPage;
   TTab *m_active = nullptr;
-  int m_visibleCount = 0;
-  mutable std::vector<TTab *> m_visible;
-  mutable int m_numbered = 0;  // this many tabs from the front have their numbers
 };
