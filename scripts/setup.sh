@@ -8,11 +8,11 @@
 # Asks nothing. When nothing is missing it is silent and calls no package manager.
 set -u
 
-# The compiler and the build; Qt with its web engine, SVG and PDF parts; SQLite. xdg-utils speaks to the desktop
+# The compiler and the build; Qt with its web engine, SVG and PDF parts; SQLite; ICU. xdg-utils speaks to the desktop
 # (default browser, mail), the fonts give a bare machine something to write with, in Latin and in Japanese.
 build_packages='g++ cmake ninja-build ccache pkg-config
   qt6-base-dev qt6-webengine-dev qt6-svg-dev qt6-pdf-dev qt6-translations-l10n
-  libsqlite3-dev xdg-utils fonts-dejavu-core fonts-vlgothic'
+  libsqlite3-dev libicu-dev xdg-utils fonts-dejavu-core fonts-vlgothic'
 screen_packages='xvfb xdotool imagemagick'
 fuzz_packages='clang libclang-rt-dev'
 

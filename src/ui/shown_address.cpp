@@ -1,86 +1,113 @@
 #include "ui/shown_address.h"
 
-#include <algorithm>
-#include <array>
-#include <QSet>
+#include <unicode/uidna.h>
+#include <unicode/uset.h>
+#include <unicode/uspoof.h>
 #include <QUrl>
 
 namespace {
 
 constexpr QLatin1String AcePrefix("xn--");
+constexpr int LongestLabel = 256;  // code units; the ASCII form has 63 at the most, and none of them stands for more
 
-// Scripts that are written together, after the "highly restrictive" level of UTS 39: with Latin these, else one alone.
-constexpr std::array Together{
-    std::to_array({QChar::Script_Latin, QChar::Script_Han, QChar::Script_Hiragana, QChar::Script_Katakana}),
-    std::to_array({QChar::Script_Latin, QChar::Script_Han, QChar::Script_Bopomofo, QChar::Script_Unknown}),
-    std::to_array({QChar::Script_Latin, QChar::Script_Han, QChar::Script_Hangul, QChar::Script_Unknown}),
+// What Unicode's rules say of host names (UTS 46) and of letters that are mistaken for others (UTS 39). Made when the
+// first international name is shown, which takes some milliseconds.
+class TNameRules final {
+ public:
+  static const TNameRules &Instance() {
+    static const TNameRules rules;
+    return rules;
+  }
+
+  // The label in its own letters; empty when it is no valid one, or none but ASCII letters.
+  [[nodiscard]] QString OwnLetters(const QString &label) const {
+    char16_t letters[LongestLabel];
+    UErrorCode status = m_status;
+    UIDNAInfo info = UIDNA_INFO_INITIALIZER;
+    const int length = uidna_labelToUnicode(m_names.getAlias(), QStringView(label).utf16(), int(label.size()), letters,
+                                            LongestLabel, &info, &status);
+    return U_SUCCESS(status) && info.errors == 0 ? QString::fromUtf16(letters, length) : QString();
+  }
+
+  // True when it holds only characters for names, of scripts that are written together.
+  [[nodiscard]] bool IsOfOneWriting(const QString &label) const {
+    UErrorCode status = m_status;
+    const int found =
+        uspoof_check2(m_spoof.getAlias(), QStringView(label).utf16(), int(label.size()), nullptr, &status);
+    return U_SUCCESS(status) && found == 0;
+  }
+
+  // True for a character that people read as another one, of ASCII.
+  [[nodiscard]] bool PassesForAscii(char32_t c) const {
+    char16_t looks[32];
+    UErrorCode status = m_status;
+    const auto letter = QChar::fromUcs4(c);
+    const QStringView text = letter;
+    const int length = uspoof_getSkeleton(m_spoof.getAlias(), 0, text.utf16(), int(text.size()), looks,
+                                          int(std::size(looks)), &status);
+    return U_SUCCESS(status) && length == 1 && looks[0] < 0x80;
+  }
+
+ private:
+  TNameRules() {
+    m_names.adoptInstead(uidna_openUTS46(UIDNA_USE_STD3_RULES | UIDNA_CHECK_BIDI | UIDNA_CHECK_CONTEXTJ |
+                                             UIDNA_CHECK_CONTEXTO | UIDNA_NONTRANSITIONAL_TO_UNICODE,
+                                         &m_status));
+    m_spoof.adoptInstead(uspoof_open(&m_status));
+    // Letters, marks and digits of living languages, and three signs that stand between them. What else may be part of
+    // a name cannot be seen, or is some sign of punctuation.
+    const icu::LocalUSetPointer allowed(uset_openEmpty());
+    uset_addAll(allowed.getAlias(), uspoof_getRecommendedSet(&m_status));
+    for (const char32_t sign : {U'-', U'\u00B7', U'\u30FB'}) uset_add(allowed.getAlias(), int(sign));
+    uspoof_setAllowedChars(m_spoof.getAlias(), allowed.getAlias(), &m_status);
+    uspoof_setRestrictionLevel(m_spoof.getAlias(), USPOOF_HIGHLY_RESTRICTIVE);
+  }
+
+  icu::LocalUIDNAPointer m_names;
+  icu::LocalUSpoofCheckerPointer m_spoof;
+  UErrorCode m_status = U_ZERO_ERROR;  // after a failure every name stays in ASCII
 };
 
-// Small letters of Cyrillic, Greek and Armenian that look like Latin ones in common typefaces.
-constexpr QStringView LooksLatin = u"асԁеһіјӏоԛрѕԝхуѵүғҝкгпмтнοανυρκιγωϲϳաօսցհոզյ";
-
-bool AreWrittenTogether(const QSet<QChar::Script> &scripts) {
-  if (scripts.size() <= 1) return true;
-  return std::ranges::any_of(Together, [&](const auto &group) {
-    return std::ranges::all_of(scripts,
-                               [&](QChar::Script script) { return std::ranges::find(group, script) != group.end(); });
-  });
-}
-
-// What cannot be seen, or joins with its neighbour, has no place in a name that is read.
-bool IsPlain(char32_t c) {
-  switch (QChar::category(c)) {
-    case QChar::Letter_Lowercase:
-    case QChar::Letter_Other:
-    case QChar::Letter_Modifier:
-    case QChar::Mark_NonSpacing:
-    case QChar::Mark_SpacingCombining:
-    case QChar::Number_DecimalDigit:
-      return true;
-    default:
-      return c == U'-' || c == U'\u00B7' || c == U'\u30FB';
-  }
+bool IsAsciiLetter(char32_t c) {
+  return c >= U'a' && c <= U'z';
 }
 
 bool IsLatin(char32_t c) {
-  return QChar::script(c) == QChar::Script_Latin;
+  return c < 0x80 || QChar::script(c) == QChar::Script_Latin;
 }
 
-// The Latin letters of living languages. Others, and marks that are set upon Latin letters one by one, make names that
-// pass for plain ones.
-bool IsCommonLatin(char32_t c) {
-  constexpr QStringView LooksPlain = u"\u0131\u0138\u0149\u017F";
-  constexpr QStringView Further = u"\u01A1\u01B0\u0219\u021B\u0259";
-  if (c >= U'a' && c <= U'z') return true;
-  if (c > 0xFFFF) return false;
-  const QChar character(static_cast<char16_t>(c));
-  if (c >= 0xDF && c <= 0x17F) return !LooksPlain.contains(character);
-  return (c >= 0x1CD && c <= 0x1DC) || (c >= 0x1E00 && c <= 0x1EFF) || Further.contains(character);
-}
-
-bool IsJapanese(char32_t c) {
-  const QChar::Script script = QChar::script(c);
-  return script == QChar::Script_Han || script == QChar::Script_Hiragana || script == QChar::Script_Katakana ||
-         c == U'\u30FC';
-}
-
-// Odd Latin letters, and marks upon Latin letters, have no home in a name. Some other characters pass for a dot, a
-// slash or a dash; they are at home only among the letters that they belong to.
+// A mark upon a Latin letter, where the two are no letter of their own, is easily overlooked; beside a Latin letter
+// some Japanese characters pass for a dot, a slash or a dash.
 bool IsAtHome(const QList<uint> &characters, qsizetype place) {
-  constexpr QStringView LooksLikeSign = u"\u30FB\u30FCノソンへ一丶丿〻";
+  constexpr QStringView LooksLikeSign = u"\u30FB\u30FCノソンヘへ一丶丿〻";
   const char32_t c = characters[place];
-  if (IsLatin(c) && !IsCommonLatin(c)) return false;
-  if (QChar::isMark(c) && place > 0 && IsLatin(characters[place - 1])) return false;
-  const auto beside = [&](qsizetype step, auto fits) {
-    const qsizetype other = place + step;
-    return other < 0 || other >= characters.size() || fits(char32_t(characters[other]));
-  };
-  if (c == U'\u00B7') {
-    const auto isL = [](char32_t other) { return other == U'l'; };
-    return place > 0 && place + 1 < characters.size() && beside(-1, isL) && beside(1, isL);
-  }
+  const bool followsLatin = place > 0 && IsLatin(characters[place - 1]);
+  const bool precedesLatin = place + 1 < characters.size() && IsLatin(characters[place + 1]);
+  if (QChar::isMark(c)) return !followsLatin;
   if (c > 0xFFFF || !LooksLikeSign.contains(QChar(char16_t(c)))) return true;
-  return beside(-1, IsJapanese) && beside(1, IsJapanese);
+  return !followsLatin && !precedesLatin;
+}
+
+// True when a label of a host name (the part between two dots) may be shown in its own letters.
+bool IsHonestLabel(const QString &label) {
+  const TNameRules &rules = TNameRules::Instance();
+  if (!rules.IsOfOneWriting(label)) return false;
+  bool hasAsciiLetter = false;
+  bool hasMask = false;
+  bool hasOwnShape = false;
+  const QList<uint> characters = label.toUcs4();
+  for (qsizetype place = 0; place < characters.size(); ++place) {
+    const char32_t c = characters[place];
+    if (c < 0x80) {
+      hasAsciiLetter |= IsAsciiLetter(c);
+      continue;
+    }
+    if (!IsAtHome(characters, place)) return false;
+    const bool isMask = rules.PassesForAscii(c);
+    hasMask |= isMask;
+    hasOwnShape |= QChar::isLetter(c) && !isMask;
+  }
+  return hasAsciiLetter ? !hasMask : hasOwnShape;
 }
 
 }  // namespace
@@ -89,24 +116,10 @@ QString ShownHost(const QString &host) {
   QStringList labels = host.split(u'.');
   for (QString &label : labels) {
     if (!label.startsWith(AcePrefix)) continue;
-    const QString own = QUrl::fromAce(label.toLatin1(), QUrl::IgnoreIDNWhitelist);
+    const QString own = TNameRules::Instance().OwnLetters(label);
     if (IsHonestLabel(own)) label = own;
   }
   return labels.join(u'.');
-}
-
-bool IsHonestLabel(const QString &label) {
-  QSet<QChar::Script> scripts;
-  bool hasOwnShape = false;
-  const QList<uint> characters = label.toUcs4();
-  for (qsizetype place = 0; place < characters.size(); ++place) {
-    const char32_t c = characters[place];
-    if (!IsPlain(c) || !IsAtHome(characters, place)) return false;
-    const QChar::Script script = QChar::script(c);
-    if (script != QChar::Script_Common && script != QChar::Script_Inherited) scripts.insert(script);
-    if (QChar::isLetter(c) && (c > 0xFFFF || !LooksLatin.contains(QChar(char16_t(c))))) hasOwnShape = true;
-  }
-  return hasOwnShape && AreWrittenTogether(scripts);
 }
 
 QString ShownAddress(const QString &address) {
