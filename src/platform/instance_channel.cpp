@@ -56,6 +56,8 @@ void TInstanceChannel::Serve(TInstanceLock &lock) {
 void TInstanceChannel::Listen(TInstanceLock &lock) {
   m_listener = lock.TakeListener();
   if (m_listener < 0) return;
+  // Not by QLocalServer: it stops listening, and removes the socket, as soon as one connection cannot be accepted, as
+  // when the process is out of descriptors for a moment.
   m_listenerNotifier = new QSocketNotifier(m_listener, QSocketNotifier::Read, this);
   connect(m_listenerNotifier, &QSocketNotifier::activated, this, &TInstanceChannel::TakeConnections);
 }
