@@ -8,8 +8,8 @@
 #include <QElapsedTimer>
 #include <QFile>
 
-#include "popups/popup_patterns.h"
 #include "history/history_store.h"
+#include "popups/popup_patterns.h"
 #include "table.h"
 
 namespace {

@@ -8,8 +8,8 @@
 #include <utility>
 
 #include "groups/halvex_group.h"
-#include "store/ini_file.h"
 #include "require.h"
+#include "store/ini_file.h"
 
 namespace {
 

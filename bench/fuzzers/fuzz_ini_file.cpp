@@ -5,8 +5,8 @@
 #include <QList>
 #include <utility>
 
-#include "store/ini_file.h"
 #include "require.h"
+#include "store/ini_file.h"
 
 namespace {
 

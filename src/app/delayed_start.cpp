@@ -4,10 +4,10 @@
 #include <QNetworkInformation>
 #include <QUrl>
 
-#include "browser/tabs/home_page.h"
 #include "app/last_open_sites.h"
 #include "app/later_navigation.h"
 #include "browser/tabs/browser_tab.h"
+#include "browser/tabs/home_page.h"
 #include "browser/tabs/load_queue.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/settings.h"

@@ -17,7 +17,12 @@ class TDelayedStart final {
   // process's own and comes before what stands there.
   TDelayedStart(TTabStrip &tabs, TPageGroups &groups, TLoadQueue &queue, TSettings &settings,
                 const TProductInfo &product, const QString &argument)
-      : m_tabs(tabs), m_groups(groups), m_queue(queue), m_settings(settings), m_product(product), m_argument(argument) {}
+      : m_tabs(tabs),
+        m_groups(groups),
+        m_queue(queue),
+        m_settings(settings),
+        m_product(product),
+        m_argument(argument) {}
 
   void Run();
 

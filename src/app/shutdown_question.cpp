@@ -11,13 +11,15 @@ bool AskShutdown(QWidget *window, const TLanguage &language, TSettings &settings
   const int running = downloads.ActiveCount();
   const bool ask = settings.Get(Setting::ConfirmShutdown);
   if (!ask && running == 0) return true;
-  bool dontAsk = false;
   const QString prompt =
       running > 0 ? language.Text("MAIN", "DownloadsRunning").arg(running) : language.Text("CONFIRM", "ShutDownPrompt");
   // Running downloads are asked about even where the question is switched off, so then there is nothing to switch off.
-  const bool canClose = ShowConfirm(window, window->font(), language.Text("CONFIRM", "ShutDown"), false, &dontAsk,
-                                    ask ? language.Text("CONFIRM", "DontAsk") : QString(), language.Global("No"),
-                                    language.Global("Yes"), language.Text("CONFIRM", "Proceed"), prompt);
-  if (dontAsk) settings.Set(Setting::ConfirmShutdown, false);
-  return canClose;
+  const TAnswer answer = ShowConfirm(window, {.caption = language.Text("CONFIRM", "ShutDown"),
+                                              .firstLine = prompt,
+                                              .secondText = language.Text("CONFIRM", "Proceed"),
+                                              .ok = language.Global("Yes"),
+                                              .cancel = language.Global("No"),
+                                              .checkBox = ask ? language.Text("CONFIRM", "DontAsk") : QString()});
+  if (answer.checked) settings.Set(Setting::ConfirmShutdown, false);
+  return answer.accepted;
 }

@@ -16,8 +16,8 @@ class TStartupModes final : public QObject {
   // All must outlive this object.
   TStartupModes(TActions &actions, TPageGroups &groups, TLastOpenSites &lastSites, TSettings &settings);
 
-  // Begins to keep the open pages where the mode says so, and follows the mode from now on; not before the pages of this
-  // start are there.
+  // Begins to keep the open pages where the mode says so, and follows the mode from now on; not before the pages of
+  // this start are there.
   void FollowPages();
   // At the end: writes the list of the open pages and closes them, or leaves an empty list in every other mode.
   void Save();

@@ -5,7 +5,7 @@
 
 #include "config/language.h"
 #include "store/registry_store.h"
-#include "ui/warning_box.h"
+#include "ui/message_box.h"
 
 TStoreNotice::TStoreNotice(QWidget *window, TRegistryStore &store, const TLanguage &language)
     : m_window(window), m_store(store), m_language(language) {}

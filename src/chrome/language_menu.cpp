@@ -3,13 +3,12 @@
 #include <QActionGroup>
 #include <QDirIterator>
 #include <QFileInfo>
-#include <QMessageBox>
 #include <QSet>
 
 #include "config/language.h"
 #include "config/settings.h"
-#include "ui/program_title.h"
 #include "platform/program_folders.h"
+#include "ui/message_box.h"
 
 TLanguageMenu::TLanguageMenu(QMenu &menu, TLanguage &language, TSettings &settings)
     : m_menu(menu), m_language(language), m_settings(settings) {
@@ -51,10 +50,5 @@ void TLanguageMenu::Choose(const QString &path) {
   if (!file.isFile()) return;
   m_language.SetFileName(file.fileName());
   m_settings.Set(Setting::LanguageFile, file.fileName());
-  auto *box = new QMessageBox(QMessageBox::Information, ProgramTitle, m_language.Global("ChangeRestart"),
-                              QMessageBox::NoButton, m_menu.parentWidget());
-  box->setAttribute(Qt::WA_DeleteOnClose);
-  box->setTextFormat(Qt::PlainText);
-  box->addButton(m_language.Global("OK"), QMessageBox::AcceptRole);
-  box->open();
+  ShowNotice(m_menu.parentWidget(), m_language, m_language.Global("ChangeRestart"));
 }

@@ -38,9 +38,22 @@ TMainToolbars::TMainToolbars(QMainWindow *window, const TActions &actions, TAddr
 void TMainToolbars::FillToolbar(const TActions &actions) {
   static constexpr TCommand Separator = TCommand::Count;
   static constexpr TCommand Buttons[] = {
-      TCommand::Back,     TCommand::Forward,       TCommand::Stop,     TCommand::Refresh,      TCommand::Home, Separator,
-      TCommand::NewBlank, TCommand::TabListButton, TCommand::CloseTab, TCommand::GroupsButton, Separator,
-      TCommand::Find,     TCommand::Print,         TCommand::Downloads, TCommand::FullScreen, TCommand::FontButton,
+      TCommand::Back,
+      TCommand::Forward,
+      TCommand::Stop,
+      TCommand::Refresh,
+      TCommand::Home,
+      Separator,
+      TCommand::NewBlank,
+      TCommand::TabListButton,
+      TCommand::CloseTab,
+      TCommand::GroupsButton,
+      Separator,
+      TCommand::Find,
+      TCommand::Print,
+      TCommand::Downloads,
+      TCommand::FullScreen,
+      TCommand::FontButton,
   };
   for (const TCommand command : Buttons) {
     if (command == Separator) {

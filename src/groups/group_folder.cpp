@@ -4,16 +4,16 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QInputDialog>
 #include <QPointer>
 #include <QWidget>
 
-#include "ui/confirm_dialog.h"
 #include "config/language.h"
 #include "groups/halvex_group.h"
-#include "groups/group_message.h"
 #include "platform/program_folders.h"
 #include "store/private_folder.h"
+#include "ui/confirm_dialog.h"
+#include "ui/input_box.h"
+#include "ui/message_box.h"
 
 TGroupFolder::TGroupFolder(QWidget *window, const TLanguage &language, QObject *parent)
     : QObject(parent), m_window(window), m_language(language) {
@@ -39,18 +39,10 @@ QString TGroupFolder::Rename(const QString &path) {
   if (name.endsWith(extension)) name.chop(extension.size());
 
   const QString text = m_language.Global("RenameHalvexGroup");
-  const QPointer<QInputDialog> dialog(new QInputDialog(m_window));
-  dialog->setWindowTitle(text);
-  dialog->setLabelText(text);
-  dialog->setTextValue(name);
-  dialog->setOkButtonText(m_language.Global("OK"));
-  dialog->setCancelButtonText(m_language.Global("Cancel"));
-  const bool accepted = dialog->exec() == QDialog::Accepted;
-  // The window may have taken the dialog along, and this object with it.
-  if (!dialog) return {};
-  const QString answer = accepted ? dialog->textValue() : QString();
-  delete dialog;
-  return answer.isEmpty() ? QString() : Move(path, file.path() + QLatin1Char('/') + answer + extension);
+  // The window may go meanwhile, and this object with it.
+  const auto answer = AskText(m_window, m_language, {.caption = text, .prompt = text, .text = name});
+  if (!answer || answer->isEmpty()) return {};
+  return Move(path, file.path() + QLatin1Char('/') + *answer + extension);
 }
 
 QString TGroupFolder::RenameFolder(const QString &path, const QString &name) {
@@ -70,15 +62,18 @@ bool TGroupFolder::Delete(const QString &path) {
   const bool isLink = info.isSymLink();
   if ((!info.exists() && !isLink) || info.filePath() == Path()) return false;
   const QPointer<TGroupFolder> self(this);
-  const bool yes = ShowConfirm(m_window, m_window->font(), m_language.Global("HalvexGroup"), false, nullptr, QString(),
-                               m_language.Global("No"), m_language.Global("Yes"), m_language.Text("CONFIRM", "Proceed"),
-                               m_language.Text("HalvexGroups", "DeletePrompt").arg(info.fileName()));
-  if (!yes || !self) return false;
+  const TAnswer answer =
+      ShowConfirm(m_window, {.caption = m_language.Global("HalvexGroup"),
+                             .firstLine = m_language.Text("HalvexGroups", "DeletePrompt").arg(info.fileName()),
+                             .secondText = m_language.Text("CONFIRM", "Proceed"),
+                             .ok = m_language.Global("Yes"),
+                             .cancel = m_language.Global("No")});
+  if (!answer.accepted || !self) return false;
   QFile file(info.filePath());
   const bool isGone = file.moveToTrash();
   if (!isGone) {
-    TellAboutGroup(m_window, m_language,
-                   m_language.Text("HalvexGroups", "CannotDelete").arg(info.fileName(), file.errorString()));
+    const QString text = m_language.Text("HalvexGroups", "CannotDelete").arg(info.fileName(), file.errorString());
+    ShowWarning(m_window, m_language, text, m_language.Global("HalvexGroup"));
   }
   Q_EMIT Changed();
   return isGone;
@@ -96,8 +91,8 @@ QString TGroupFolder::NewFolder(const QString &parent) {
   const bool isMade = dir.exists() && dir.mkdir(name);
   const int error = errno;
   if (!isMade) {
-    const QString reason = qt_error_string(error);
-    TellAboutGroup(m_window, m_language, m_language.Text("HalvexGroups", "CannotMakeFolder").arg(reason));
+    const QString text = m_language.Text("HalvexGroups", "CannotMakeFolder").arg(qt_error_string(error));
+    ShowWarning(m_window, m_language, text, m_language.Global("HalvexGroup"));
   }
   Q_EMIT Changed();
   return isMade ? dir.filePath(name) : QString();

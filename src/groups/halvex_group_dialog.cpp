@@ -8,11 +8,11 @@
 #include <QScreen>
 #include <utility>
 
-#include "ui/dialog_placing.h"
 #include "config/language.h"
-#include "groups/halvex_group.h"
-#include "groups/group_message.h"
 #include "groups/group_sites.h"
+#include "groups/halvex_group.h"
+#include "ui/dialog_placing.h"
+#include "ui/message_box.h"
 #include "ui_halvex_group_dialog.h"
 
 namespace {
@@ -161,8 +161,8 @@ void TfrmHalvexGroup::cmdOkClick() {
     accept();
     return;
   }
-  TellAboutGroup(this, m_language,
-                 m_language.Text("HalvexGroups", "CannotWrite").arg(QFileInfo(m_fileName).fileName(), error));
+  const QString text = m_language.Text("HalvexGroups", "CannotWrite").arg(QFileInfo(m_fileName).fileName(), error);
+  ShowWarning(this, m_language, text, m_language.Global("HalvexGroup"));
 }
 
 void TfrmHalvexGroup::keyPressEvent(QKeyEvent *event) {

@@ -5,8 +5,8 @@
 #include <QStyle>
 
 #include "config/language.h"
-#include "ui/shown_text.h"
 #include "groups/halvex_group.h"
+#include "ui/shown_text.h"
 
 namespace {
 

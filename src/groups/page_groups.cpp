@@ -9,7 +9,6 @@
 #include <QUrl>
 #include <utility>
 
-#include "ui/confirm_dialog.h"
 #include "actions/actions.h"
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/close_all_tabs.h"
@@ -18,10 +17,11 @@
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
 #include "config/settings.h"
-#include "groups/halvex_group_dialog.h"
 #include "groups/halvex_group.h"
+#include "groups/halvex_group_dialog.h"
 #include "groups/halvex_group_menu_item.h"
-#include "groups/group_message.h"
+#include "ui/confirm_dialog.h"
+#include "ui/message_box.h"
 
 namespace {
 
@@ -61,8 +61,7 @@ void TPageGroups::ConnectCommands(TTabMenu &tabMenu) {
   connect(m_actions[TCommand::AddToGroup], &QAction::triggered, this,
           [this] { AddTabToHalvexGroup(m_tabs.GetActivePage()); });
   connect(m_actions[TCommand::SaveAsGroup], &QAction::triggered, this, &TPageGroups::actSaveAsHalvexGroupExecute);
-  connect(m_actions[TCommand::OrganizeGroups], &QAction::triggered, this,
-          &TPageGroups::actOrganizeHalvexGroupsExecute);
+  connect(m_actions[TCommand::OrganizeGroups], &QAction::triggered, this, &TPageGroups::actOrganizeHalvexGroupsExecute);
   tabMenu.On(TCommand::TabAddToGroup, this, [this](TBrowserTab *tab) { AddTabToHalvexGroup(tab); });
 }
 
@@ -99,9 +98,8 @@ void TPageGroups::OpenHalvexGroup(const QString &argument, bool closeFirst, bool
   }
   if (group.Count() == 0) return;
   if (group.Count() > MostPages) {
-    TellAboutGroup(m_window, m_language,
-                   m_language.Text("HalvexGroups", "TooManyPages")
-                       .arg(QFileInfo(path).fileName(), QString::number(group.Count()), QString::number(MostPages)));
+    Tell(m_language.Text("HalvexGroups", "TooManyPages")
+             .arg(QFileInfo(path).fileName(), QString::number(group.Count()), QString::number(MostPages)));
     return;
   }
   const TPresentationPause pause(m_tabs.Pages());
@@ -199,10 +197,12 @@ QString TPageGroups::AskNewFile() {
   if (!self || file.isEmpty()) return {};
   if (!IsHalvexGroupFile(file)) file += QLatin1String(THalvexGroup::Extension);
   if (!QFileInfo::exists(file)) return file;
-  const bool replace = ShowConfirm(m_window, m_window->font(), QApplication::applicationDisplayName(), false, nullptr,
-                                   QString(), m_language.Global("No"), m_language.Global("Yes"),
-                                   QFileInfo(file).fileName(), m_language.Global("HalvexGroupDuplicate"));
-  return replace ? file : QString();
+  const TAnswer answer = ShowConfirm(m_window, {.caption = QApplication::applicationDisplayName(),
+                                                .firstLine = m_language.Global("HalvexGroupDuplicate"),
+                                                .secondText = QFileInfo(file).fileName(),
+                                                .ok = m_language.Global("Yes"),
+                                                .cancel = m_language.Global("No")});
+  return answer.accepted ? file : QString();
 }
 
 QString TPageGroups::Ask(QFileDialog *dialog) {
@@ -221,12 +221,15 @@ void TPageGroups::Save(const THalvexGroup &group) {
   QString error;
   if (group.Save(&error)) return;
   const QString name = QFileInfo(group.FileName()).fileName();
-  TellAboutGroup(m_window, m_language, m_language.Text("HalvexGroups", "CannotWrite").arg(name, error));
+  Tell(m_language.Text("HalvexGroups", "CannotWrite").arg(name, error));
 }
 
 void TPageGroups::TellUnreadable(const QString &path, const QString &reason) {
-  TellAboutGroup(m_window, m_language,
-                 m_language.Text("HalvexGroups", "CannotRead").arg(QFileInfo(path).fileName(), reason));
+  Tell(m_language.Text("HalvexGroups", "CannotRead").arg(QFileInfo(path).fileName(), reason));
+}
+
+void TPageGroups::Tell(const QString &text) {
+  ShowWarning(m_window, m_language, text, m_language.Global("HalvexGroup"));
 }
 
 void TPageGroups::RefillMenu(QMenu *menu, int fixedItems) {

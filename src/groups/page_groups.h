@@ -72,6 +72,7 @@ class TPageGroups final : public QObject {
   [[nodiscard]] QString Ask(QFileDialog *dialog);
   void Save(const THalvexGroup &group);
   void TellUnreadable(const QString &path, const QString &reason);
+  void Tell(const QString &text);
 
   QWidget *m_window;
   TActions &m_actions;

@@ -1,7 +1,7 @@
 #include "platform/product_info.h"
 
-#include "store/ini_file.h"
 #include "platform/program_folders.h"
+#include "store/ini_file.h"
 
 TProductInfo TProductInfo::Load() {
   TIniFile file;

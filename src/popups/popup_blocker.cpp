@@ -1,18 +1,17 @@
 #include "popups/popup_blocker.h"
 
 #include <algorithm>
-#include <QInputDialog>
 #include <QPointer>
-#include <tuple>
 #include <utility>
 
-#include "ui/confirm_dialog.h"
-#include "ui/warning_box.h"
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/tab_menu.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
 #include "config/settings.h"
+#include "ui/confirm_dialog.h"
+#include "ui/input_box.h"
+#include "ui/message_box.h"
 #include "ui/shown_text.h"
 
 namespace {
@@ -93,12 +92,13 @@ void TPopupBlocker::ShowNotice() {
     if (const int more = std::exchange(m_untoldMore, 0)) {
       addresses.append(language.Text("POPUPS", "NoticeMore").arg(more));
     }
-    bool dontAsk = false;
-    std::ignore = ShowConfirm(m_window, m_window->font(), language.Global("PopupNotifyCaption"), false, &dontAsk,
-                              language.Global("PopupNotifyDontAsk"), QString(), language.Global("OK"),
-                              addresses.join(u'\n'), language.Global("PopupNotifyMessage"));
+    const TAnswer answer = ShowConfirm(m_window, {.caption = language.Global("PopupNotifyCaption"),
+                                                  .firstLine = language.Global("PopupNotifyMessage"),
+                                                  .secondText = addresses.join(u'\n'),
+                                                  .ok = language.Global("OK"),
+                                                  .checkBox = language.Global("PopupNotifyDontAsk")});
     if (!self) return;
-    if (dontAsk) m_settings.Set(Setting::PopupHalvexNotify, false);
+    if (answer.checked) m_settings.Set(Setting::PopupHalvexNotify, false);
   }
   m_untold.clear();
   m_untoldMore = 0;
@@ -117,23 +117,18 @@ void TPopupBlocker::AddToPopupList(TBrowserTab *tab) {
   const TLanguage &language = m_tabs.Environment().language;
   QString address = tab->PopupUrl().isEmpty() ? tab->GetLocationUrl() : tab->PopupUrl();
   address.truncate(address.indexOf(u'?') < 0 ? address.size() : address.indexOf(u'?'));
-  const QPointer<QInputDialog> dialog(new QInputDialog(m_window));
-  dialog->setWindowTitle(language.Global("PopupHalvex"));
-  dialog->setLabelText(language.Global("PopupHalvexUrl"));
-  dialog->setTextValue(address);
-  dialog->setOkButtonText(language.Global("OK"));
-  dialog->setCancelButtonText(language.Global("Cancel"));
-  dialog->resize(dialog->fontMetrics().averageCharWidth() * PatternWidth, dialog->sizeHint().height());
   const QPointer<TBrowserTab> target(tab);
   const QPointer<TPopupBlocker> self(this);
-  const bool accepted = dialog->exec() == QDialog::Accepted;
-  if (!self || !dialog) return;
-  const QString pattern = dialog->textValue();
-  delete dialog;
-  if (accepted) {
+  const auto pattern = AskText(m_window, language,
+                               {.caption = language.Global("PopupHalvex"),
+                                .prompt = language.Global("PopupHalvexUrl"),
+                                .text = address,
+                                .width = PatternWidth});
+  if (!self) return;
+  if (pattern) {
     // An empty pattern is stored like any other and left out when the list is read; that is meant.
     QStringList patterns = LoadPopupList(m_settings.Store());
-    AddSorted(patterns, pattern);
+    AddSorted(patterns, *pattern);
     if (!SavePopupList(m_settings.Store(), patterns)) {
       ShowWarning(m_window, language, language.Text("MAIN", "StoreNotKept"));
     } else if (target) {

@@ -5,13 +5,13 @@
 #include <QLineEdit>
 #include <utility>
 
-#include "ui/confirm_dialog.h"
 #include "config/language.h"
 #include "config/settings.h"
 #include "history/history_store.h"
 #include "history/visit_words.h"
 #include "search/inline_completion.h"
 #include "search/suggestion_list.h"
+#include "ui/confirm_dialog.h"
 
 namespace {
 
@@ -86,10 +86,12 @@ void TAddressBar::FileTypedAddress(const QString &address) {
 void TAddressBar::ClearAddressHistory() {
   const QString note = CompletionStyle() == StyleDropDown ? m_language.Global("ClearAddressHistoryNote") : QString();
   const QString caption = TLanguage::ShortHint(m_language.Text("MAIN", "MenuToolsClearAddressesHint"));
-  if (!ShowConfirm(window(), window()->font(), caption, false, nullptr, {}, m_language.Global("No"),
-                   m_language.Global("Yes"), note, m_language.Global("ClearAddressHistory"))) {
-    return;
-  }
+  const TAnswer answer = ShowConfirm(window(), {.caption = caption,
+                                                .firstLine = m_language.Global("ClearAddressHistory"),
+                                                .secondText = note,
+                                                .ok = m_language.Global("Yes"),
+                                                .cancel = m_language.Global("No")});
+  if (!answer.accepted) return;
   m_addresses.Clear();
   SetEntries({});
   SaveTypedAddresses();

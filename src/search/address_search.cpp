@@ -4,17 +4,17 @@
 #include <QFileInfo>
 #include <QUrl>
 
-#include "ui/warning_box.h"
 #include "actions/actions.h"
 #include "browser/engine/address_fixup.h"
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
 #include "config/settings.h"
+#include "history/visit_recorder.h"
 #include "search/address_bar.h"
 #include "search/quick_search.h"
 #include "search/search_lists.h"
-#include "history/visit_recorder.h"
+#include "ui/message_box.h"
 
 namespace {
 

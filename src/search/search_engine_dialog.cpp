@@ -5,8 +5,9 @@
 #include <QShortcut>
 #include <utility>
 
-#include "ui/dialog_placing.h"
 #include "config/language.h"
+#include "ui/dialog_placing.h"
+#include "ui/message_box.h"
 #include "ui_search_engine_dialog.h"
 
 namespace {
@@ -25,9 +26,12 @@ QTreeWidgetItem *MakeItem(const QString &title, const QString &location) {
 
 }  // namespace
 
-TfrmSearchEngine::TfrmSearchEngine(const TLanguage &language, TSearchList list, const QStringList &lines,
-                                   QWidget *parent)
-    : QDialog(parent), m_language(language), m_list(list), m_ui(std::make_unique<Ui::TfrmSearchEngine>()) {
+TfrmSearchEngine::TfrmSearchEngine(const TLanguage &language, TSearchLists &lists, TSearchList list, QWidget *parent)
+    : QDialog(parent),
+      m_language(language),
+      m_lists(lists),
+      m_list(list),
+      m_ui(std::make_unique<Ui::TfrmSearchEngine>()) {
   m_ui->setupUi(this);
   language.TranslateForm(this, "SEARCH_ENGINE");
   switch (list) {
@@ -48,7 +52,7 @@ TfrmSearchEngine::TfrmSearchEngine(const TLanguage &language, TSearchList list, 
   m_ui->lstEngines->setMinimumSize(metrics.averageCharWidth() * ListWidthInCharacters,
                                    (metrics.height() + 4) * ListHeightInLines);
   m_ui->lstEngines->setColumnWidth(TitleColumn, metrics.averageCharWidth() * TitleWidthInCharacters);
-  for (const QString &line : lines) {
+  for (const QString &line : lists.Load(list)) {
     m_ui->lstEngines->addTopLevelItem(MakeItem(line.section(u'=', 0, 0), line.section(u'=', 1)));
   }
   // The boxes would cut a longer text, and with it the address that it belongs to.
@@ -62,6 +66,7 @@ TfrmSearchEngine::TfrmSearchEngine(const TLanguage &language, TSearchList list, 
   connect(m_ui->cmdDown, &QPushButton::clicked, this, [this] { Move(1); });
   connect(m_ui->cmdUrlInsert, &QPushButton::clicked, this, &TfrmSearchEngine::cmdUrlInsertClick);
   connect(m_ui->cmdUrlCancel, &QPushButton::clicked, this, &TfrmSearchEngine::cmdUrlCancelClick);
+  connect(m_ui->cmdOk, &QPushButton::clicked, this, &TfrmSearchEngine::cmdOkClick);
   connect(m_ui->lstEngines, &QTreeWidget::itemSelectionChanged, this, &TfrmSearchEngine::UpdateButtons);
   connect(m_ui->lstEngines, &QTreeWidget::itemDoubleClicked, this, [this] {
     if (!m_editing) cmdUpdateClick();
@@ -157,6 +162,14 @@ void TfrmSearchEngine::cmdUrlCancelClick() {
   m_ui->cmdOk->setDefault(true);
   UpdateButtons();
   m_ui->lstEngines->setFocus();
+}
+
+void TfrmSearchEngine::cmdOkClick() {
+  if (m_lists.Save(m_list, Lines())) {
+    accept();
+  } else {
+    ShowWarning(this, m_language, m_language.Text("MAIN", "StoreNotKept"));
+  }
 }
 
 void TfrmSearchEngine::cmdDeleteClick() {

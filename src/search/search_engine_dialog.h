@@ -11,14 +11,13 @@ namespace Ui {
 class TfrmSearchEngine;
 }
 
-// Changes one of the three lists of named addresses: entries are inserted, changed, removed and moved. The list's owner
-// takes the result when the dialog was accepted.
+// Changes one of the three lists of named addresses: entries are inserted, changed, removed and moved. OK saves the
+// list; when the store refuses it the user is told, and the dialog stays with all that was changed in it.
 class TfrmSearchEngine final : public QDialog {
   Q_OBJECT
 
  public:
-  // `lines` are "title=location".
-  TfrmSearchEngine(const TLanguage &language, TSearchList list, const QStringList &lines, QWidget *parent = nullptr);
+  TfrmSearchEngine(const TLanguage &language, TSearchLists &lists, TSearchList list, QWidget *parent = nullptr);
   ~TfrmSearchEngine() override;
 
   [[nodiscard]] QStringList Lines() const;
@@ -34,12 +33,14 @@ class TfrmSearchEngine final : public QDialog {
   // without a word, and the area stays open.
   void cmdUrlInsertClick();
   void cmdUrlCancelClick();
+  void cmdOkClick();
   void Move(int step);
   void OpenEditArea(const QString &title, const QString &location, const QString &acceptText);
   void UpdateButtons();
   [[nodiscard]] QTreeWidgetItem *Selected() const;
 
   const TLanguage &m_language;
+  TSearchLists &m_lists;
   const TSearchList m_list;
   std::unique_ptr<Ui::TfrmSearchEngine> m_ui;
   int m_edited = -1;  // the position of the entry that is being changed

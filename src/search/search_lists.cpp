@@ -2,17 +2,15 @@
 
 #include <algorithm>
 #include <QMenu>
-#include <QMessageBox>
 
 #include "actions/actions.h"
 #include "config/language.h"
 #include "config/options.h"
-#include "ui/program_title.h"
 #include "config/settings_table.h"
-#include "ui/shown_text.h"
-#include "store/ini_file.h"
 #include "platform/program_folders.h"
 #include "search/search_engine_dialog.h"
+#include "store/ini_file.h"
+#include "ui/shown_text.h"
 
 namespace {
 
@@ -112,18 +110,11 @@ void TSearchLists::Rebuild(TSearchList list) {
 }
 
 bool TSearchLists::Organize(TSearchList list) {
-  const QPointer<TfrmSearchEngine> dialog(new TfrmSearchEngine(m_language, list, Load(list), m_owner));
-  bool accepted = false;
-  // The owner may have been closed while the dialog was open; it then takes the dialog along.
-  while (!accepted && dialog->exec() == QDialog::Accepted && !dialog.isNull()) {
-    accepted = Save(list, dialog->Lines());
-    // The dialog stays, with all that was changed in it.
-    if (!accepted)
-      QMessageBox::warning(dialog, QString::fromLatin1(ProgramTitle), m_language.Text("MAIN", "StoreNotKept"));
-    if (dialog.isNull()) return false;
-  }
-  if (dialog.isNull()) return false;
+  const QPointer<TSearchLists> self(this);
+  const QPointer<TfrmSearchEngine> dialog(new TfrmSearchEngine(m_language, *this, list, m_owner));
+  const bool accepted = dialog->exec() == QDialog::Accepted;
   delete dialog;
+  if (!self) return false;  // The owner has gone and has taken the dialog along.
   if (list == TSearchList::QuickSearch) {
     m_quickSearches = Load(list);
   } else if (accepted) {

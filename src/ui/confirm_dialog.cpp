@@ -21,37 +21,41 @@ void SetTextOrHide(QAbstractButton &button, const QString &text) {
 
 }  // namespace
 
-TfrmConfirm::TfrmConfirm(QWidget *owner)
+TfrmConfirm::TfrmConfirm(const TQuestion &question, QWidget *owner)
     : QDialog(owner, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint),
       m_ui(std::make_unique<Ui::TfrmConfirm>()) {
   m_ui->setupUi(this);
+  if (owner != nullptr) setFont(owner->font());
+  setWindowTitle(question.caption);
   QPalette flat = m_ui->mmoPrompt2->palette();
   flat.setColor(QPalette::Base, palette().color(QPalette::Window));
   flat.setColor(QPalette::Text, palette().color(QPalette::WindowText));
   m_ui->mmoPrompt2->setPalette(flat);
   m_ui->mmoPrompt2->document()->setDocumentMargin(0);
   layout()->setSizeConstraint(QLayout::SetFixedSize);
+  SetTexts(question);
+  m_ui->chkConfirm->setChecked(question.checkBoxState);
+  if (question.isRisky) {
+    m_ui->cmdCancel->setDefault(true);
+    m_ui->cmdCancel->setFocus();
+  }
 }
 
 TfrmConfirm::~TfrmConfirm() = default;
 
-void TfrmConfirm::SetTexts(const QString &checkBoxText, const QString &cancelText, const QString &okText,
-                           const QString &secondText, const QString &firstLine) {
+void TfrmConfirm::SetTexts(const TQuestion &question) {
   // What leaves no choice is a notice and no question.
-  const QIcon icon(cancelText.isEmpty() ? ":/icons/information.svg" : ":/icons/question.svg");
+  const char *picture = question.cancel.isEmpty() ? ":/icons/information.svg" : ":/icons/question.svg";
+  const QIcon icon(question.isRisky ? ":/icons/warning.svg" : picture);
   m_ui->imgConfirm->setPixmap(icon.pixmap(style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, this)));
-  SetTextOrHide(*m_ui->cmdOK, okText);
-  SetTextOrHide(*m_ui->cmdCancel, cancelText);
-  SetTextOrHide(*m_ui->chkConfirm, checkBoxText);
-  m_ui->lblTitle->setText(firstLine);
-  m_ui->lblTitle->setVisible(!firstLine.isEmpty());
-  m_ui->mmoPrompt2->setPlainText(Shortened(secondText, LongestText));
-  m_ui->mmoPrompt2->setVisible(!secondText.isEmpty());
-  m_ui->mmoPrompt2->setAccessibleName(firstLine.isEmpty() ? windowTitle() : firstLine);
-}
-
-void TfrmConfirm::SetChecked(bool checked) {
-  m_ui->chkConfirm->setChecked(checked);
+  SetTextOrHide(*m_ui->cmdOK, question.ok);
+  SetTextOrHide(*m_ui->cmdCancel, question.cancel);
+  SetTextOrHide(*m_ui->chkConfirm, question.checkBox);
+  m_ui->lblTitle->setText(question.firstLine);
+  m_ui->lblTitle->setVisible(!question.firstLine.isEmpty());
+  m_ui->mmoPrompt2->setPlainText(Shortened(question.secondText, LongestText));
+  m_ui->mmoPrompt2->setVisible(!question.secondText.isEmpty());
+  m_ui->mmoPrompt2->setAccessibleName(question.firstLine.isEmpty() ? question.caption : question.firstLine);
 }
 
 bool TfrmConfirm::IsChecked() const {
@@ -88,21 +92,11 @@ void TfrmConfirm::FitToContents() {
   layout()->activate();
 }
 
-bool ShowConfirm(QWidget *owner, const QFont &font, const QString &caption, bool checkBoxState, bool *checkBoxResult,
-                 const QString &checkBoxText, const QString &cancelText, const QString &okText,
-                 const QString &secondText, const QString &firstLine) {
-  // The owner may be closed while the question is open; it then takes the dialog along.
-  const QPointer<TfrmConfirm> dialog(new TfrmConfirm(owner));
-  dialog->setFont(font);
-  dialog->setWindowTitle(caption);
-  dialog->SetTexts(checkBoxText, cancelText, okText, secondText, firstLine);
-  dialog->SetChecked(checkBoxState);
+TAnswer ShowConfirm(QWidget *owner, const TQuestion &question) {
+  const QPointer<TfrmConfirm> dialog(new TfrmConfirm(question, owner));
   const bool accepted = dialog->exec() == QDialog::Accepted;
-  if (dialog.isNull()) {
-    if (checkBoxResult != nullptr) *checkBoxResult = checkBoxState;
-    return false;
-  }
-  if (checkBoxResult != nullptr) *checkBoxResult = dialog->IsChecked();
+  if (!dialog) return {.accepted = false, .checked = question.checkBoxState};
+  const TAnswer answer{.accepted = accepted, .checked = dialog->IsChecked()};
   delete dialog;
-  return accepted;
+  return answer;
 }

@@ -23,9 +23,9 @@
 
 #include "chrome/language_menu.h"
 #include "config/language.h"
-#include "config/settings.h"
 #include "config/language_properties.h"
 #include "config/options.h"
+#include "config/settings.h"
 #include "platform/program_folders.h"
 #include "store/private_folder.h"
 
@@ -298,6 +298,7 @@ class TTestLanguage final : public QObject {
   }
 
   void TheMenuListsFilesAndStoresTheChoice() {
+    QGuiApplication::setApplicationDisplayName("Zarvela");
     const QString own = ProgramFolders::UserData() + "/Languages";
     WriteLanguage(own, "ZVENG.INI", "[INFO]\nLanguage=Shouting\n");
     WriteLanguage(own, "zveng.ini", "[INFO]\nLanguage=Mine\n");

@@ -6,8 +6,8 @@
 #include <QTextEdit>
 #include <QWheelEvent>
 
-#include "ui/confirm_dialog.h"
 #include "support/modal_dialogs.h"
+#include "ui/confirm_dialog.h"
 #include "window/address_bar_fixture.h"
 
 // The address bar by itself: its keys, its list of typed addresses, what is dropped on it.

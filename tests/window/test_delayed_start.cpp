@@ -1,8 +1,8 @@
 #include <QDir>
 #include <QFile>
 
-#include "browser/tabs/home_page.h"
 #include "app/later_navigation.h"
+#include "browser/tabs/home_page.h"
 #include "platform/program_folders.h"
 #include "support/data_row.h"
 #include "window/main_window_fixture.h"

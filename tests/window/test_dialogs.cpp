@@ -1,4 +1,5 @@
 #include <QCheckBox>
+#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -7,13 +8,14 @@
 #include <QSignalSpy>
 #include <QTextEdit>
 
-#include "browser/tabs/close_all_dialog.h"
-#include "ui/confirm_dialog.h"
 #include "browser/page/properties_dialog.h"
 #include "browser/page/script_dialog.h"
 #include "browser/page/script_dialogs.h"
+#include "browser/tabs/close_all_dialog.h"
 #include "config/language.h"
 #include "support/modal_dialogs.h"
+#include "ui/confirm_dialog.h"
+#include "ui/input_box.h"
 
 using namespace Qt::StringLiterals;
 
@@ -54,7 +56,9 @@ class TestDialogs final : public QObject {
   void confirmEnterOnCancel();
   void confirmHidesWhatHasNoText();
   void confirmGrowsWithItsTexts();
-  void confirmOutlivesItsOwner();
+  void questionsOutliveTheirOwner();
+  void inputAnswers_data();
+  void inputAnswers();
 
   void closeAllWalksBackwards();
   void closeAllChoices();
@@ -85,20 +89,23 @@ void TestDialogs::confirmAnswers_data() {
   QTest::addColumn<QString>("cancelText");
   QTest::addColumn<Qt::Key>("key");
   QTest::addColumn<bool>("tick");
+  QTest::addColumn<bool>("isRisky");
   QTest::addColumn<bool>("accepted");
-  QTest::newRow("enter") << "No" << Qt::Key_Return << false << true;
-  QTest::newRow("enter, ticked") << "No" << Qt::Key_Return << true << true;
-  QTest::newRow("escape") << "No" << Qt::Key_Escape << false << false;
+  QTest::newRow("enter") << "No" << Qt::Key_Return << false << false << true;
+  QTest::newRow("enter, ticked") << "No" << Qt::Key_Return << true << false << true;
+  QTest::newRow("escape") << "No" << Qt::Key_Escape << false << false << false;
   // "Don't ask again" holds for the answer No as well.
-  QTest::newRow("escape, ticked") << "No" << Qt::Key_Escape << true << false;
-  QTest::newRow("escape without a Cancel button") << "" << Qt::Key_Escape << false << false;
-  QTest::newRow("enter without a Cancel button") << "" << Qt::Key_Return << false << true;
+  QTest::newRow("escape, ticked") << "No" << Qt::Key_Escape << true << false << false;
+  QTest::newRow("escape without a Cancel button") << "" << Qt::Key_Escape << false << false << false;
+  QTest::newRow("enter without a Cancel button") << "" << Qt::Key_Return << false << false << true;
+  QTest::newRow("enter, where it is risky") << "No" << Qt::Key_Return << false << true << false;
 }
 
 void TestDialogs::confirmAnswers() {
   QFETCH(QString, cancelText);
   QFETCH(Qt::Key, key);
   QFETCH(bool, tick);
+  QFETCH(bool, isRisky);
   QFETCH(bool, accepted);
   OnModalDialog<TfrmConfirm>([=](TfrmConfirm &dialog) {
     QCOMPARE(dialog.windowTitle(), u"Caption"_s);
@@ -108,11 +115,15 @@ void TestDialogs::confirmAnswers() {
     if (tick) QTest::keyClick(&Child<QCheckBox>(dialog, "chkConfirm"), Qt::Key_Space);
     QTest::keyClick(&dialog, key);
   });
-  bool ticked = !tick;
-  QCOMPARE(ShowConfirm(nullptr, qApp->font(), u"Caption"_s, false, &ticked, u"Box"_s, cancelText, u"Yes"_s, u"Second"_s,
-                       u"First"_s),
-           accepted);
-  QCOMPARE(ticked, tick);
+  const TAnswer answer = ShowConfirm(nullptr, {.caption = u"Caption"_s,
+                                               .firstLine = u"First"_s,
+                                               .secondText = u"Second"_s,
+                                               .ok = u"Yes"_s,
+                                               .cancel = cancelText,
+                                               .checkBox = u"Box"_s,
+                                               .isRisky = isRisky});
+  QCOMPARE(answer.accepted, accepted);
+  QCOMPARE(answer.checked, tick);
 }
 
 // Enter is for the button that has the keyboard.
@@ -121,20 +132,18 @@ void TestDialogs::confirmEnterOnCancel() {
     Child<QPushButton>(dialog, "cmdCancel").setFocus();
     QTest::keyClick(&Child<QPushButton>(dialog, "cmdCancel"), Qt::Key_Return);
   });
-  QVERIFY(!ShowConfirm(nullptr, qApp->font(), u"C"_s, false, nullptr, {}, u"No"_s, u"Yes"_s, u"S"_s, u"F"_s));
+  QVERIFY(!ShowConfirm(nullptr, {.firstLine = u"F"_s, .ok = u"Yes"_s, .cancel = u"No"_s}).accepted);
 }
 
 void TestDialogs::confirmHidesWhatHasNoText() {
-  TfrmConfirm dialog;
-  dialog.SetTexts({}, {}, u"OK"_s, u"Second"_s, u"First"_s);
+  TfrmConfirm dialog({.firstLine = u"First"_s, .secondText = u"Second"_s, .ok = u"OK"_s});
   dialog.show();
   const int firstLineTop = Child<QLabel>(dialog, "lblTitle").mapTo(&dialog, QPoint()).y();
   QVERIFY(!Child<QPushButton>(dialog, "cmdCancel").isVisible());
   QVERIFY(!Child<QCheckBox>(dialog, "chkConfirm").isVisible());
   QVERIFY(dialog.minimumSize() == dialog.maximumSize());
 
-  TfrmConfirm withoutFirstLine;
-  withoutFirstLine.SetTexts(u"Box"_s, u"No"_s, {}, u"Second"_s, {});
+  TfrmConfirm withoutFirstLine({.secondText = u"Second"_s, .cancel = u"No"_s, .checkBox = u"Box"_s});
   withoutFirstLine.show();
   QVERIFY(!Child<QPushButton>(withoutFirstLine, "cmdOK").isVisible());
   QCOMPARE(Child<QTextEdit>(withoutFirstLine, "mmoPrompt2").mapTo(&withoutFirstLine, QPoint()).y(), firstLineTop);
@@ -142,8 +151,11 @@ void TestDialogs::confirmHidesWhatHasNoText() {
 
 void TestDialogs::confirmGrowsWithItsTexts() {
   const QString sentence = u"Donaudampfschifffahrtsgesellschaftskapitän und noch einige Wörter dazu. "_s;
-  TfrmConfirm dialog;
-  dialog.SetTexts(sentence, sentence, sentence, sentence.repeated(6), sentence.repeated(3));
+  TfrmConfirm dialog({.firstLine = sentence.repeated(3),
+                      .secondText = sentence.repeated(6),
+                      .ok = sentence,
+                      .cancel = sentence,
+                      .checkBox = sentence});
   dialog.show();
   const auto &title = Child<QLabel>(dialog, "lblTitle");
   const auto &prompt = Child<QTextEdit>(dialog, "mmoPrompt2");
@@ -154,18 +166,57 @@ void TestDialogs::confirmGrowsWithItsTexts() {
     QVERIFY2(button.width() >= button.sizeHint().width(), name);
   }
   // What cannot fit on the screen scrolls.
-  TfrmConfirm endless;
-  endless.SetTexts({}, {}, u"OK"_s, sentence.repeated(2000), {});
+  TfrmConfirm endless({.secondText = sentence.repeated(2000), .ok = u"OK"_s});
   endless.show();
   QVERIFY(endless.height() <= endless.screen()->availableSize().height());
 }
 
-void TestDialogs::confirmOutlivesItsOwner() {
+void TestDialogs::questionsOutliveTheirOwner() {
   auto *owner = new QWidget;
   OnModalDialog<TfrmConfirm>([owner](TfrmConfirm &) { delete owner; });
-  bool ticked = false;
-  QVERIFY(!ShowConfirm(owner, qApp->font(), u"C"_s, true, &ticked, u"Box"_s, u"No"_s, u"Yes"_s, u"S"_s, u"F"_s));
-  QVERIFY(ticked);
+  const TAnswer answer = ShowConfirm(owner, {.ok = u"Yes"_s, .cancel = u"No"_s, .checkBoxState = true});
+  QVERIFY(!answer.accepted && answer.checked);
+  for (const bool isText : {true, false}) {
+    owner = new QWidget;
+    OnModalDialog<QInputDialog>([owner](QInputDialog &dialog) {
+      dialog.done(QDialog::Accepted);
+      delete owner;
+    });
+    if (isText) {
+      QVERIFY(!AskText(owner, m_language, {.text = u"proposed"_s}));
+    } else {
+      QCOMPARE(AskLine(owner, m_language, {.lines = {u"a"_s}}), -1);
+    }
+  }
+}
+
+void TestDialogs::inputAnswers_data() {
+  QTest::addColumn<QString>("typed");
+  QTest::addColumn<Qt::Key>("key");
+  QTest::addColumn<QString>("text");
+  QTest::addColumn<int>("line");
+  QTest::newRow("as proposed") << "" << Qt::Key_Return << u"b<br>"_s << -1;
+  QTest::newRow("other") << "b" << Qt::Key_Return << u"b"_s << 1;
+  QTest::newRow("given up") << "b" << Qt::Key_Escape << u"none"_s << -1;
+}
+
+void TestDialogs::inputAnswers() {
+  QFETCH(QString, typed);
+  QFETCH(Qt::Key, key);
+  const auto answer = [=] {
+    OnModalDialog<QInputDialog>([=](QInputDialog &dialog) {
+      QCOMPARE(dialog.labelText(), u"<b>Prompt</b>"_s);
+      QCOMPARE(dialog.findChild<QLabel *>()->textFormat(), Qt::PlainText);
+      if (!typed.isEmpty()) QTest::keyClicks(dialog.focusWidget(), typed);
+      QTest::keyClick(&dialog, key);
+    });
+  };
+  answer();
+  const auto text = AskText(nullptr, m_language, {.prompt = u"<b>Prompt</b>"_s, .text = u"b<br>"_s});
+  QTEST(text.value_or(u"none"_s), "text");
+  if (typed.isEmpty()) return;  // No line is proposed.
+  answer();
+  QTEST(int(AskLine(nullptr, m_language, {.prompt = u"<b>Prompt</b>"_s, .lines = {u"a<br>"_s, u"b"_s}})), "line");
 }
 
 void TestDialogs::closeAllWalksBackwards() {

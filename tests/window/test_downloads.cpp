@@ -1,6 +1,5 @@
 #include <QDir>
 #include <QListView>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -16,6 +15,7 @@
 #include "store/registry_store.h"
 #include "support/modal_dialogs.h"
 #include "support/test_server.h"
+#include "ui/confirm_dialog.h"
 
 using namespace Qt::StringLiterals;
 
@@ -526,15 +526,10 @@ void TestDownloads::programsAreNotOpenedUnasked() {
   QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
   QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
   // Enter is the safe answer.
-  OnModalDialog<QMessageBox>([](QMessageBox &box) { QTest::keyClick(&box, Qt::Key_Return); });
+  OnModalDialog<TfrmConfirm>([](TfrmConfirm &question) { QTest::keyClick(&question, Qt::Key_Return); });
   QTest::keyClick(&view, Qt::Key_Return);
   QCOMPARE(m_opened.size(), 1);
-  OnModalDialog<QMessageBox>([this](QMessageBox &box) {
-    for (QAbstractButton *button : box.buttons()) {
-      if (button->text() == m_language.Text("DOWNLOADS", "Run")) return button->click();
-    }
-    box.reject();
-  });
+  OnModalDialog<TfrmConfirm>([](TfrmConfirm &question) { question.accept(); });
   QTest::keyClick(&view, Qt::Key_Return);
   QCOMPARE(m_opened, (QList<QUrl>{m_opened.first(), QUrl::fromLocalFile(In(u"run.sh"_s))}));
 }

@@ -6,10 +6,10 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include "ui/confirm_dialog.h"
 #include "browser/tabs/tab_menu.h"
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"
+#include "ui/confirm_dialog.h"
 #include "window/groups_fixture.h"
 
 namespace {

@@ -8,10 +8,10 @@
 #include <QWebEngineView>
 #include <QWheelEvent>
 
-#include "browser/page/find_bar.h"
 #include "browser/downloads/download_list.h"
 #include "browser/engine/page_layout_store.h"
 #include "browser/engine/print_preview.h"
+#include "browser/page/find_bar.h"
 #include "window/browser_fixture.h"
 #include "window/page_click.h"
 

@@ -5,9 +5,9 @@
 #include <QPushButton>
 #include <QTextEdit>
 
-#include "ui/confirm_dialog.h"
 #include "popups/popup_blocker.h"
 #include "support/modal_dialogs.h"
+#include "ui/confirm_dialog.h"
 #include "window/tabs_fixture.h"
 
 // The pop-up blocker with real pages that ask for windows.

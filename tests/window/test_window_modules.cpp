@@ -8,11 +8,11 @@
 #include <QToolButton>
 
 #include "actions/actions.h"
-#include "ui/confirm_dialog.h"
 #include "groups/group_folder.h"
 #include "search/address_bar.h"
 #include "search/typed_addresses.h"
 #include "support/modal_dialogs.h"
+#include "ui/confirm_dialog.h"
 #include "window/main_window_fixture.h"
 
 // Page groups, the pop-up blocker and the search lists as they are reached from the main window: that each of its

@@ -17,8 +17,8 @@
 #include "browser/downloads/download_text.h"
 #include "browser/downloads/file_names.h"
 #include "config/language.h"
-#include "ui/shown_text.h"
 #include "store/registry_store.h"
+#include "ui/shown_text.h"
 
 namespace {
 

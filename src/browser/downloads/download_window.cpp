@@ -2,12 +2,13 @@
 
 #include <QKeyEvent>
 #include <QMenu>
-#include <QMessageBox>
 #include <QPointer>
 
 #include "browser/downloads/download_delegate.h"
 #include "browser/downloads/download_list.h"
 #include "config/language.h"
+#include "ui/confirm_dialog.h"
+#include "ui/message_box.h"
 #include "ui_download_window.h"
 
 namespace {
@@ -130,27 +131,16 @@ void TDownloadWindow::OpenFolder(int row) {
 }
 
 bool TDownloadWindow::AskToRun(const QString &path) {
-  const QPointer<QMessageBox> box(new QMessageBox(QMessageBox::Warning, m_language.Text("DOWNLOADS", "RunCaption"),
-                                                  m_language.Text("DOWNLOADS", "RunPrompt").arg(path),
-                                                  QMessageBox::NoButton, this));
-  box->setTextFormat(Qt::PlainText);
-  box->setWindowModality(Qt::WindowModal);
-  const QPushButton *run = box->addButton(m_language.Text("DOWNLOADS", "Run"), QMessageBox::AcceptRole);
-  QPushButton *cancel = box->addButton(m_language.Global("Cancel"), QMessageBox::RejectRole);
-  box->setDefaultButton(cancel);
-  box->setEscapeButton(cancel);
-  box->exec();
-  const bool confirmed = box != nullptr && box->clickedButton() == run;
-  delete box;
-  return confirmed;
+  return ShowConfirm(this, {.caption = m_language.Text("DOWNLOADS", "RunCaption"),
+                            .secondText = m_language.Text("DOWNLOADS", "RunPrompt").arg(path),
+                            .ok = m_language.Text("DOWNLOADS", "Run"),
+                            .cancel = m_language.Global("Cancel"),
+                            .isRisky = true})
+      .accepted;
 }
 
 void TDownloadWindow::Tell(const QString &text) {
-  auto *box = new QMessageBox(QMessageBox::Information, windowTitle(), text, QMessageBox::NoButton, this);
-  box->setAttribute(Qt::WA_DeleteOnClose);
-  box->setTextFormat(Qt::PlainText);
-  box->addButton(m_language.Global("OK"), QMessageBox::AcceptRole);
-  box->open();
+  ShowNotice(this, m_language, text, windowTitle());
 }
 
 void TDownloadWindow::ShowMenu(const QPoint &globalPosition) {

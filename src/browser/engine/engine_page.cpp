@@ -8,11 +8,11 @@
 #include <QWebEngineSettings>
 #include <QWidget>
 
-#include "browser/page/script_dialogs.h"
 #include "browser/engine/address_fixup.h"
 #include "browser/engine/content_filter.h"
 #include "browser/engine/halvex_browser.h"
 #include "browser/engine/input_watch.h"
+#include "browser/page/script_dialogs.h"
 
 namespace {
 

@@ -4,11 +4,11 @@
 #include <QDesktopServices>
 #include <QWebEngineFindTextResult>
 
-#include "browser/page/properties_dialog.h"
 #include "browser/engine/address_fixup.h"
 #include "browser/engine/halvex_browser_private.h"
 #include "browser/engine/page_probe.h"
 #include "browser/engine/page_saving.h"
+#include "browser/page/properties_dialog.h"
 #include "config/language.h"
 
 namespace {

@@ -6,8 +6,8 @@
 #include <QUrl>
 #include <QWidget>
 
-#include "browser/page/page_properties.h"
 #include "browser/engine/engine.h"
+#include "browser/page/page_properties.h"
 
 class QWebEnginePage;
 class QWebEngineView;

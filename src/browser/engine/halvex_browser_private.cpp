@@ -5,8 +5,8 @@
 #include <QWebEngineFindTextResult>
 #include <QWebEngineFullScreenRequest>
 
-#include "browser/page/page_menu.h"
 #include "browser/engine/address_fixup.h"
+#include "browser/page/page_menu.h"
 #include "config/language.h"
 #include "ui/shown_address.h"
 

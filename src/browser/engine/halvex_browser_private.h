@@ -6,13 +6,13 @@
 #include <QVBoxLayout>
 #include <QWebEngineView>
 
-#include "browser/page/find_bar.h"
-#include "browser/page/page_prompts.h"
 #include "browser/engine/engine_page.h"
 #include "browser/engine/halvex_browser.h"
-#include "browser/page/page_notice.h"
 #include "browser/engine/page_printing.h"
 #include "browser/engine/zoom_table.h"
+#include "browser/page/find_bar.h"
+#include "browser/page/page_notice.h"
+#include "browser/page/page_prompts.h"
 
 class QWebEngineFullScreenRequest;
 

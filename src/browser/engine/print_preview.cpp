@@ -2,7 +2,6 @@
 
 #include <QDialogButtonBox>
 #include <QFileDialog>
-#include <QMessageBox>
 #include <QPdfView>
 #include <QPushButton>
 #include <QSaveFile>
@@ -12,6 +11,7 @@
 
 #include "browser/engine/page_saving.h"
 #include "config/language.h"
+#include "ui/message_box.h"
 
 namespace {
 
@@ -92,7 +92,7 @@ void TPrintPreview::ChooseFile() {
   dialog->setDefaultSuffix(QStringLiteral("pdf"));
   dialog->selectFile(PageSaving::FileNameOf(m_title, m_language) + QStringLiteral(".pdf"));
   connect(dialog, &QFileDialog::fileSelected, this, [this](const QString &path) {
-    if (!SaveTo(path)) QMessageBox::warning(this, windowTitle(), m_language.Text("SAVE_AS", "Failed").arg(path));
+    if (!SaveTo(path)) ShowWarning(this, m_language, m_language.Text("SAVE_AS", "Failed").arg(path), windowTitle());
   });
   dialog->open();
 }

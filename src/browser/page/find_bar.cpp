@@ -9,8 +9,8 @@
 #include <QRegularExpression>
 #include <QToolButton>
 
-#include "ui/close_button.h"
 #include "config/language.h"
+#include "ui/close_button.h"
 
 namespace {
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <QAuthenticator>
-#include <QInputDialog>
 #include <QSslCertificate>
 #include <QWebEngineClientCertificateSelection>
 #include <QWebEngineQuotaRequest>
@@ -16,6 +15,7 @@
 #include "browser/page/permission_decisions.h"
 #include "browser/page/sign_in_dialog.h"
 #include "config/language.h"
+#include "ui/input_box.h"
 
 namespace {
 
@@ -185,19 +185,13 @@ void TPagePrompts::SelectClientCertificate(QWebEngineClientCertificateSelection 
     const QString name = m_language.Text("CLIENT_CERTIFICATE", "Line")
                              .arg(certificate.subjectDisplayName().left(LongestCertificateName),
                                   certificate.issuerDisplayName().left(LongestCertificateName));
-    // Equal names are told apart by their number; the choice is found again by position.
+    // Equal names are told apart by their number.
     names.append(QString("%1. %2").arg(names.size() + 1).arg(name.simplified()));
   }
-  const QPointer<QInputDialog> dialog(new QInputDialog(m_owner));
-  dialog->setWindowModality(Qt::WindowModal);
-  dialog->setWindowTitle(m_language.Text("CLIENT_CERTIFICATE", "Caption"));
-  dialog->setLabelText(m_language.Text("CLIENT_CERTIFICATE", "Prompt").arg(OriginText(selection.host(), m_language)));
-  dialog->setOption(QInputDialog::UseListViewForComboBoxItems);
-  dialog->setComboBoxItems(names);
-  dialog->setOkButtonText(m_language.Global("OK"));
-  dialog->setCancelButtonText(m_language.Global("Cancel"));
-  const bool accepted = dialog->exec() == QDialog::Accepted && dialog != nullptr;
-  const qsizetype choice = accepted ? names.indexOf(dialog->textValue()) : -1;
-  delete dialog;
+  const qsizetype choice =
+      AskLine(m_owner, m_language,
+              {.caption = m_language.Text("CLIENT_CERTIFICATE", "Caption"),
+               .prompt = m_language.Text("CLIENT_CERTIFICATE", "Prompt").arg(OriginText(selection.host(), m_language)),
+               .lines = names});
   choice >= 0 ? selection.select(certificates.at(choice)) : selection.selectNone();
 }

@@ -6,8 +6,8 @@
 #include <QLabel>
 #include <QPushButton>
 
-#include "ui/close_button.h"
 #include "config/language.h"
+#include "ui/close_button.h"
 
 namespace {
 

@@ -12,8 +12,8 @@ struct TInterval {
 };
 
 constexpr TInterval Intervals[] = {
-    {TCommand::AutoRefreshNone, 0},     {TCommand::AutoRefresh15, 15000},   {TCommand::AutoRefresh30, 30000},
-    {TCommand::AutoRefresh60, 60000},   {TCommand::AutoRefresh120, 120000}, {TCommand::AutoRefresh300, 300000},
+    {TCommand::AutoRefreshNone, 0},   {TCommand::AutoRefresh15, 15000},   {TCommand::AutoRefresh30, 30000},
+    {TCommand::AutoRefresh60, 60000}, {TCommand::AutoRefresh120, 120000}, {TCommand::AutoRefresh300, 300000},
 };
 
 }  // namespace

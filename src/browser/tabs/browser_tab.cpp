@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <QGuiApplication>
-#include <QInputDialog>
 #include <QVBoxLayout>
 #include <QWebEngineNewWindowRequest>
 
@@ -11,6 +10,7 @@
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
 #include "config/settings.h"
+#include "ui/input_box.h"
 
 namespace {
 
@@ -28,8 +28,7 @@ bool IsHttps(const QString &address) {
 
 TBrowserTab::TBrowserTab(QWidget *owner, TTabEnvironment &environment, TTabStrip &strip, bool hidden)
     : m_environment(environment), m_strip(strip), m_hidden(hidden) {
-  m_browser = new THalvexBrowser(owner, environment.engine, environment.downloadControl,
-                                 environment.userAgent, this);
+  m_browser = new THalvexBrowser(owner, environment.engine, environment.downloadControl, environment.userAgent, this);
   auto *layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(m_browser);
@@ -173,9 +172,8 @@ QString TBrowserTab::ListCaption() const {
 
 void TBrowserTab::SetCaption(const QString &title) {
   m_title = title;
-  const QString caption =
-      TabCaption(title, m_stickyName, m_environment.settings.Get(Setting::LimitTitleLength),
-                 m_environment.language.Global("Blank"));
+  const QString caption = TabCaption(title, m_stickyName, m_environment.settings.Get(Setting::LimitTitleLength),
+                                     m_environment.language.Global("Blank"));
   m_strip.Pages().SetPageHint(this, title == AboutBlank ? m_environment.language.Global("Blank") : title);
   m_strip.Pages().SetPageCaption(this, caption);
   if (IsActive()) Q_EMIT m_strip.ActiveTitleChanged(ListCaption());
@@ -189,15 +187,14 @@ void TBrowserTab::SetStickyName(const QString &name) {
 void TBrowserTab::AskStickyName() {
   if (!m_browser) return;
   const QString title = GetLocationName();
-  QInputDialog dialog(window());
-  dialog.setWindowTitle(m_environment.language.Global("StickyNameTitle"));
-  dialog.setLabelText(m_environment.language.Global("StickyNamePrompt"));
-  dialog.setTextValue(title == GetLocationUrl() ? QString() : title);
-  dialog.resize(dialog.fontMetrics().averageCharWidth() * StickyNameWidth, dialog.sizeHint().height());
-  dialog.setOkButtonText(m_environment.language.Global("OK"));
-  dialog.setCancelButtonText(m_environment.language.Global("Cancel"));
+  const TLanguage &language = m_environment.language;
   const QPointer<TBrowserTab> self(this);
-  if (dialog.exec() == QDialog::Accepted && self) SetStickyName(dialog.textValue());
+  const auto name = AskText(window(), language,
+                            {.caption = language.Global("StickyNameTitle"),
+                             .prompt = language.Global("StickyNamePrompt"),
+                             .text = title == GetLocationUrl() ? QString() : title,
+                             .width = StickyNameWidth});
+  if (name && self) SetStickyName(*name);
 }
 
 void TBrowserTab::SetLocked(bool locked) {

@@ -1,7 +1,7 @@
 #include "browser/tabs/close_all_dialog.h"
 
-#include "ui/dialog_placing.h"
 #include "config/language.h"
+#include "ui/dialog_placing.h"
 #include "ui/shown_text.h"
 #include "ui_close_all_dialog.h"
 

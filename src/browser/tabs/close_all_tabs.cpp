@@ -3,24 +3,26 @@
 #include <QPointer>
 #include <QWidget>
 
-#include "browser/tabs/close_all_dialog.h"
-#include "ui/confirm_dialog.h"
 #include "browser/tabs/browser_tab.h"
+#include "browser/tabs/close_all_dialog.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
 #include "config/settings.h"
+#include "ui/confirm_dialog.h"
 
 bool TCloseAllTabs::Confirmed() const {
   TSettings &options = m_tabs.Environment().settings;
   if (!options.Get(Setting::ConfirmCloseAll)) return true;
   const TLanguage &language = m_tabs.Environment().language;
-  bool dontAsk = false;
-  const bool yes = ShowConfirm(m_owner, m_owner->font(), language.Text("CONFIRM", "CloseAll"), false, &dontAsk,
-                               language.Text("CONFIRM", "DontAsk"), language.Global("No"), language.Global("Yes"),
-                               language.Text("CONFIRM", "Proceed"), language.Text("CONFIRM", "CloseAllPrompt"));
+  const TAnswer answer = ShowConfirm(m_owner, {.caption = language.Text("CONFIRM", "CloseAll"),
+                                               .firstLine = language.Text("CONFIRM", "CloseAllPrompt"),
+                                               .secondText = language.Text("CONFIRM", "Proceed"),
+                                               .ok = language.Global("Yes"),
+                                               .cancel = language.Global("No"),
+                                               .checkBox = language.Text("CONFIRM", "DontAsk")});
   // The box counts whatever the answer was: from now on close-all does not ask.
-  if (dontAsk) options.Set(Setting::ConfirmCloseAll, false);
-  return yes;
+  if (answer.checked) options.Set(Setting::ConfirmCloseAll, false);
+  return answer.accepted;
 }
 
 void TCloseAllTabs::CloseAll(bool skipConfirmation) {

@@ -35,9 +35,8 @@ TTabMenu::TTabMenu(TActions &actions, TTabStrip &tabs, TCloseAllTabs &closeAll)
   connect(
       Menu(), &QMenu::aboutToHide, this, [this] { m_opened = false; }, Qt::QueuedConnection);
   connect(actions.Menu(TMenu::ThisTab), &QMenu::aboutToShow, this, &TTabMenu::PrepareForActive);
-  connect(&tabs.Pages(), &TZVPageControl::TabMenuRequested, this, [this](QWidget *page, const QPoint &position) {
-    Open(static_cast<TBrowserTab *>(page), position);
-  });
+  connect(&tabs.Pages(), &TZVPageControl::TabMenuRequested, this,
+          [this](QWidget *page, const QPoint &position) { Open(static_cast<TBrowserTab *>(page), position); });
 }
 
 void TTabMenu::ConnectItems() {

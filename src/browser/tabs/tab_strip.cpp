@@ -75,7 +75,8 @@ TBrowserTab *TTabStrip::InsertInBackground(bool hidden) {
   // The tab is active for a moment, but nobody is told: the keyboard must not leave the page or box that has it.
   m_quiet = true;
   TBrowserTab *tab = InsertTab(hidden);
-  if (!m_environment.settings.Get(Setting::OpenNewInForeground) && previous != nullptr) m_pages->SetActivePage(previous);
+  if (!m_environment.settings.Get(Setting::OpenNewInForeground) && previous != nullptr)
+    m_pages->SetActivePage(previous);
   m_quiet = false;
   if (GetActivePage() != previous) OnActivePageChanged(GetActivePage());
   return tab;
@@ -206,8 +207,7 @@ void TTabStrip::OnActivePageChanged(QWidget *page) {
   if (tab == nullptr || m_quiet) return;
   tab->MarkSeen();
   // Whoever walks along the strip by keyboard stays there.
-  if (m_environment.focusPage && tab->Browser() != nullptr && m_owner->isActiveWindow() &&
-      !m_pages->StripHasFocus()) {
+  if (m_environment.focusPage && tab->Browser() != nullptr && m_owner->isActiveWindow() && !m_pages->StripHasFocus()) {
     tab->Browser()->setFocus();
   }
   Q_EMIT ActiveTabChanged(tab);
