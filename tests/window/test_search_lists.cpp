@@ -2,14 +2,11 @@
 #include <QApplication>
 #include <QFile>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTreeWidget>
 
 #include "actions/actions.h"
 #include "config/language.h"
@@ -20,6 +17,7 @@
 #include "search/search_lists.h"
 #include "store/private_folder.h"
 #include "store/registry_store.h"
+#include "support/list_editor_driver.h"
 #include "support/modal_dialogs.h"
 
 // The lists of named addresses: how they are stored, the dialog that changes them, the menus made of them.
@@ -35,9 +33,6 @@ class TestSearchLists final : public QObject {
   void ExamplesAreSound();
   void DialogRefuses_data();
   void DialogRefuses();
-  void DialogEdits();
-  void DialogMoves();
-  void EscapeGivesUpTheEntryFirst();
   void OrganizeSavesOrNot_data();
   void OrganizeSavesOrNot();
   void RefusedSave();
@@ -51,19 +46,8 @@ class TestSearchLists final : public QObject {
     }
     return lines;
   }
-  template <typename T>
-  [[nodiscard]] static T &Part(const QDialog &dialog, const char *name) {
-    return *dialog.findChild<T *>(QLatin1String(name));
-  }
-  static void Click(const QDialog &dialog, const char *name) { Part<QPushButton>(dialog, name).click(); }
-  static void Fill(const QDialog &dialog, const QString &title, const QString &location) {
-    Part<QLineEdit>(dialog, "txtTitle").setText(title);
-    Part<QLineEdit>(dialog, "txtUrl").setText(location);
-    Click(dialog, "cmdUrlInsert");
-  }
-  static void Select(const QDialog &dialog, int row) {
-    auto &list = Part<QTreeWidget>(dialog, "lstEngines");
-    list.setCurrentItem(list.topLevelItem(row));
+  [[nodiscard]] static TListEditorDriver DriverOf(TfrmSearchEngine &dialog) {
+    return {dialog, "lstEngines", {"txtTitle", "txtUrl"}};
   }
 
   TLanguage m_language;
@@ -138,17 +122,16 @@ void TestSearchLists::DialogRefuses_data() {
   QTest::addColumn<TSearchList>("list");
   QTest::addColumn<QString>("title");
   QTest::addColumn<QString>("location");
-  QTest::addColumn<QStringList>("lines");
-  QTest::newRow("keyword of two words") << TSearchList::QuickSearch << "two words"
-                                        << "http://a/" << QStringList();
-  QTest::newRow("title of two words") << TSearchList::SearchEngines << "two words"
-                                      << "http://a/" << QStringList("two words=http://a/");
-  QTest::newRow("panel page of two words") << TSearchList::SearchBar << "two words"
-                                           << "http://a/" << QStringList("two words=http://a/");
+  QTest::addColumn<QStringList>("rows");
+  const QString http("http://a/");
+  QTest::newRow("keyword of two words") << TSearchList::QuickSearch << "two words" << http << QStringList();
+  QTest::newRow("title of two words") << TSearchList::SearchEngines << "two words" << http
+                                      << QStringList("two words|http://a/");
+  QTest::newRow("panel page of two words")
+      << TSearchList::SearchBar << "two words" << http << QStringList("two words|http://a/");
   QTest::newRow("trimmed") << TSearchList::QuickSearch << " g "
-                           << " http://a/%s " << QStringList("g=http://a/%s");
-  QTest::newRow("no title") << TSearchList::SearchEngines << "  "
-                            << "http://a/" << QStringList();
+                           << " http://a/%s " << QStringList("g|http://a/%s");
+  QTest::newRow("no title") << TSearchList::SearchEngines << "  " << http << QStringList();
   QTest::newRow("no location") << TSearchList::SearchEngines << "a"
                                << "  " << QStringList();
 }
@@ -157,106 +140,21 @@ void TestSearchLists::DialogRefuses() {
   QFETCH(TSearchList, list);
   QFETCH(QString, title);
   QFETCH(QString, location);
-  QFETCH(QStringList, lines);
+  QFETCH(QStringList, rows);
   TSearchLists lists(m_language, *m_store, nullptr);
   lists.Save(list, {});
   TfrmSearchEngine dialog(m_language, lists, list);
   dialog.show();
-  Click(dialog, "cmdInsert");
-  Fill(dialog, title, location);
-  QCOMPARE(dialog.Lines(), lines);
-  QCOMPARE(Part<QWidget>(dialog, "grpEdit").isVisible(), lines.isEmpty());
+  QVERIFY(dialog.windowTitle().startsWith("Organize "));
+  const TListEditorDriver editor = DriverOf(dialog);
+  QCOMPARE(editor.Part<QLabel>("lblNote").isVisible(), list == TSearchList::QuickSearch);
+  editor.Click("cmdInsert");
+  QCOMPARE(editor.Enabled(), QString());
+  editor.Enter(title, location);
+  QCOMPARE(editor.Shown(), rows);
+  QCOMPARE(editor.IsEditing(), rows.isEmpty());
   // The trimmed text is also what stands in the fields.
-  QCOMPARE(Part<QLineEdit>(dialog, "txtTitle").text(), title.trimmed());
-  QCOMPARE(Part<QLineEdit>(dialog, "txtUrl").text(), location.trimmed());
-}
-
-void TestSearchLists::DialogEdits() {
-  TSearchLists lists(m_language, *m_store, nullptr);
-  lists.Save(TSearchList::SearchEngines, {"a=http://a/?x=1", "b=http://b/"});
-  TfrmSearchEngine dialog(m_language, lists, TSearchList::SearchEngines);
-  dialog.show();
-  QCOMPARE(dialog.windowTitle(), "Organize search engines");
-  const int height = dialog.height();
-  const auto enabled = [&] {
-    QStringList names;
-    for (const char *name : {"cmdInsert", "cmdUpdate", "cmdDelete", "cmdUp", "cmdDown"}) {
-      if (Part<QPushButton>(dialog, name).isEnabled()) names.append(name);
-    }
-    return names;
-  };
-  const QStringList all = {"cmdInsert", "cmdUpdate", "cmdDelete", "cmdUp", "cmdDown"};
-  Part<QTreeWidget>(dialog, "lstEngines").clearSelection();
-  QCOMPARE(enabled(), QStringList("cmdInsert"));
-  Select(dialog, 0);
-  QCOMPARE(enabled(), all);
-
-  Click(dialog, "cmdUpdate");
-  QCOMPARE(enabled(), QStringList());
-  QVERIFY(dialog.height() > height);
-  QCOMPARE(Part<QPushButton>(dialog, "cmdUrlInsert").text(), m_language.Global("Update"));
-  QCOMPARE(Part<QLineEdit>(dialog, "txtUrl").text(), "http://a/?x=1");
-  // The entry that is changed is the one from before, whatever is selected by now.
-  Select(dialog, 1);
-  Fill(dialog, "new a", "http://new/");
-  QCOMPARE(dialog.Lines(), QStringList({"new a=http://new/", "b=http://b/"}));
-  QCOMPARE(dialog.height(), height);
-
-  Click(dialog, "cmdInsert");
-  QCOMPARE(Part<QPushButton>(dialog, "cmdUrlInsert").text(), m_language.Global("Insert"));
-  QCOMPARE(Part<QLineEdit>(dialog, "txtTitle").text(), "");
-  Fill(dialog, "c", "http://c/");
-  Click(dialog, "cmdInsert");
-  Part<QLineEdit>(dialog, "txtTitle").setText("given up");
-  Click(dialog, "cmdUrlCancel");
-  Select(dialog, 1);
-  Click(dialog, "cmdDelete");
-  QCOMPARE(dialog.Lines(), QStringList({"new a=http://new/", "c=http://c/"}));
-}
-
-void TestSearchLists::DialogMoves() {
-  TSearchLists lists(m_language, *m_store, nullptr);
-  lists.Save(TSearchList::SearchBar, {"a=1", "b=2", "c=3"});
-  TfrmSearchEngine dialog(m_language, lists, TSearchList::SearchBar);
-  dialog.show();
-  Select(dialog, 2);
-  Click(dialog, "cmdUp");
-  QCOMPARE(dialog.Lines(), QStringList({"a=1", "c=3", "b=2"}));
-  Click(dialog, "cmdUp");
-  Click(dialog, "cmdUp");
-  QCOMPARE(dialog.Lines(), QStringList({"c=3", "a=1", "b=2"}));
-  Click(dialog, "cmdDown");
-  Click(dialog, "cmdDown");
-  Click(dialog, "cmdDown");
-  QCOMPARE(dialog.Lines(), QStringList({"a=1", "b=2", "c=3"}));
-}
-
-void TestSearchLists::EscapeGivesUpTheEntryFirst() {
-  TSearchLists lists(m_language, *m_store, nullptr);
-  lists.Save(TSearchList::QuickSearch, {"a=1"});
-  TfrmSearchEngine dialog(m_language, lists, TSearchList::QuickSearch);
-  dialog.show();
-  QVERIFY(Part<QLabel>(dialog, "lblNote").isVisible());
-  Click(dialog, "cmdInsert");
-  QTest::keyClick(&Part<QLineEdit>(dialog, "txtTitle"), Qt::Key_Escape);
-  QVERIFY(dialog.isVisible());
-  QVERIFY(!Part<QWidget>(dialog, "grpEdit").isVisible());
-  QTest::keyClick(&dialog, Qt::Key_Escape);
-  QVERIFY(!dialog.isVisible());
-  // Cancel gives up both at once.
-  dialog.show();
-  Click(dialog, "cmdInsert");
-  Click(dialog, "cmdCancel");
-  QVERIFY(!dialog.isVisible());
-  // Enter takes the entry, not the dialog.
-  dialog.show();
-  Part<QLineEdit>(dialog, "txtTitle").setText("b");
-  Part<QLineEdit>(dialog, "txtUrl").setText("2");
-  QTest::keyClick(&Part<QLineEdit>(dialog, "txtUrl"), Qt::Key_Return);
-  QVERIFY(dialog.isVisible());
-  QCOMPARE(dialog.Lines(), QStringList({"a=1", "b=2"}));
-  QTest::keyClick(&dialog, Qt::Key_Return);
-  QCOMPARE(dialog.result(), int(QDialog::Accepted));
+  QCOMPARE(editor.Entered(), QStringList({title.trimmed(), location.trimmed()}));
 }
 
 void TestSearchLists::OrganizeSavesOrNot_data() {
@@ -276,9 +174,10 @@ void TestSearchLists::OrganizeSavesOrNot() {
   TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
   lists.Save(list, {"a=1", "b=2"});
   OnModalDialog<TfrmSearchEngine>([&](TfrmSearchEngine &dialog) {
-    Select(dialog, 1);
-    Click(dialog, "cmdUp");
-    Click(dialog, button);
+    const TListEditorDriver editor = DriverOf(dialog);
+    editor.Select(1);
+    editor.Click("cmdUp");
+    editor.Click(button);
   });
   const bool saved = lists.Organize(list);
   QCOMPARE(saved, button == "cmdOk");
@@ -293,13 +192,13 @@ void TestSearchLists::RefusedSave() {
   lists.Save(TSearchList::QuickSearch, {"a=1", "b=2"});
   QString told;
   OnModalDialog<TfrmSearchEngine>([&](TfrmSearchEngine &dialog) {
-    Select(dialog, 0);
-    Click(dialog, "cmdDelete");
-    Click(dialog, "cmdOk");
+    const TListEditorDriver editor = DriverOf(dialog);
+    editor.Click("cmdDelete");
+    editor.Click("cmdOk");
     auto *box = dialog.findChild<QMessageBox *>();
     if (box != nullptr) told = box->text();
     QVERIFY(dialog.isVisible());
-    QCOMPARE(dialog.Lines(), QStringList("b=2"));
+    QCOMPARE(editor.Shown(), QStringList("b|2"));
     dialog.reject();
   });
   // Somebody else writes all the while.
@@ -336,9 +235,8 @@ void TestSearchLists::Menus() {
   QCOMPARE(chosen.size(), 1);
 
   OnModalDialog<TfrmSearchEngine>([&](TfrmSearchEngine &dialog) {
-    Select(dialog, 0);
-    Click(dialog, "cmdDelete");
-    Click(dialog, "cmdOk");
+    DriverOf(dialog).Click("cmdDelete");
+    DriverOf(dialog).Click("cmdOk");
   });
   engines.actions().at(0)->trigger();
   QCOMPARE(engines.actions().size(), 3);
