@@ -13,17 +13,6 @@ namespace {
 constexpr int ProgressWidth = 120;
 constexpr qsizetype LongestStatusText = 400;  // characters; a link may be of any length
 
-// By level 0..6; level 0 shows nothing.
-constexpr TTextKey EncryptionTexts[] = {
-    {},
-    TTextKey{"MAIN", "EncryptionMixed"},
-    TTextKey{"MAIN", "EncryptionUnknown"},
-    TTextKey{"MAIN", "Encryption40Bit"},
-    TTextKey{"MAIN", "Encryption56Bit"},
-    TTextKey{"MAIN", "EncryptionFortezza"},
-    TTextKey{"MAIN", "Encryption128Bit"},
-};
-
 // A label that gives way: a long text is cut at the right instead of widening the window.
 class TElidedLabel final : public QLabel {
  public:
@@ -102,13 +91,12 @@ void TMainStatusBar::ShowProgress(int percent) {
   m_progress->setVisible(percent < 100);
 }
 
-void TMainStatusBar::ShowSecurity(bool secure, int level) {
-  const bool known = level > 0 && level < static_cast<int>(std::size(EncryptionTexts));
-  m_security->setVisible(known);
-  if (!known) return;
-  m_security->setIcon(
-      QIcon(secure && level > 2 ? QStringLiteral(":/icons/lock.svg") : QStringLiteral(":/icons/lock_open.svg")));
-  const QString text = m_language.Text(EncryptionTexts[level]);
+void TMainStatusBar::ShowSecurity(bool secure, TEncryptionLevel level) {
+  m_security->setVisible(level != TEncryptionLevel::None);
+  if (level == TEncryptionLevel::None) return;
+  const bool locked = secure && level > TEncryptionLevel::Unknown;
+  m_security->setIcon(QIcon(locked ? QStringLiteral(":/icons/lock.svg") : QStringLiteral(":/icons/lock_open.svg")));
+  const QString text = m_language.Text(EncryptionText(level));
   m_security->setToolTip(text);
   m_security->setAccessibleName(text);
 }

@@ -2,6 +2,8 @@
 
 #include <QStatusBar>
 
+#include "browser/page/encryption_level.h"
+
 class QLabel;
 class QMenu;
 class QProgressBar;
@@ -21,8 +23,8 @@ class TMainStatusBar final : public QStatusBar {
   void ShowNote(const QString &text);
   // Percent; 100 hides the bar.
   void ShowProgress(int percent);
-  // The padlock with its words, from the level 0..6 (0: not secure, nothing shown).
-  void ShowSecurity(bool secure, int level);
+  // The padlock with its words, nothing at the lowest level.
+  void ShowSecurity(bool secure, TEncryptionLevel level);
   void ShowDownloads(int active);
   // What was stopped on the page in front; an empty text hides it. A click opens the menu, which others fill.
   void ShowStopped(const QString &text);

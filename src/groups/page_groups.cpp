@@ -108,7 +108,9 @@ void TPageGroups::OpenHalvexGroup(const QString &argument, bool closeFirst, bool
   for (int i = 0; i < group.Count(); ++i) {
     // The tab that is left after closing is taken whatever it is, one that was spared too: meant so.
     TBrowserTab *tab = closeFirst && i == 0 ? m_tabs.GetActivePage() : nullptr;
-    if (tab == nullptr) tab = inForeground ? m_tabs.NewTab() : m_tabs.NewBackgroundTab();
+    if (tab == nullptr) {
+      tab = inForeground ? m_tabs.NewTab(TTabPlace::AtEnd) : m_tabs.NewBackgroundTab(TTabPlace::AtEnd);
+    }
     OpenEntry(tab, group.NameAt(i), group.ValueAt(i), atStartup);
   }
 }

@@ -417,15 +417,13 @@ void TestDialogs::propertiesShowLevels_data() {
   QTest::newRow("mixed") << 1 << m_language.Text("MAIN", "EncryptionMixed");
   QTest::newRow("accepted error") << 2 << m_language.Text("MAIN", "EncryptionUnknown");
   QTest::newRow("secure") << 6 << m_language.Text("MAIN", "Encryption128Bit");
-  QTest::newRow("beyond") << 7 << m_language.Text("PROPERTIES", "Unknown");
-  QTest::newRow("below") << -1 << m_language.Text("PROPERTIES", "Unknown");
 }
 
 void TestDialogs::propertiesShowLevels() {
   QFETCH(int, level);
   QFETCH(QString, text);
   TPageProperties properties;
-  properties.encryptionLevel = level;
+  properties.encryptionLevel = static_cast<TEncryptionLevel>(level);
   const TPropertiesDialog dialog(properties, m_language);
   QCOMPARE(Child<QLineEdit>(dialog, "txtEncryption").text(), text);
 }
@@ -436,7 +434,7 @@ void TestDialogs::propertiesTakeAnyText() {
                              .contentType = u"text/html"_s,
                              .size = 1234567,
                              .modified = {},
-                             .encryptionLevel = 6,
+                             .encryptionLevel = TEncryptionLevel::Bits128,
                              .certificate = u"Subject\nIssuer"_s};
   TPropertiesDialog dialog(properties, m_language);
   dialog.show();

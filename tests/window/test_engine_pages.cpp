@@ -15,23 +15,263 @@ class TestEnginePages final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void init();
+  void init() {
+    m.Begin();
+    m.Server().RoutePage("/a", "Page A");
+    m.Server().RoutePage("/b", "Page B");
+    m.SecureServer().RoutePage("/", "Secure page");
+  }
+
   void cleanup() { m.End(); }
 
-  void StartPage();
-  void LoadErrors_data();
-  void LoadErrors();
-  void ServersOwnErrorPage();
-  void TryAgain();
-  void ErrorsInTheHistory();
-  void NoAddress_data();
-  void NoAddress();
-  void NoAddressFirst();
-  void Certificate();
-  void CertificateOfAPart();
-  void DeadRenderer();
-  void RequestFilter();
-  void AcceptedLanguages();
+  void StartPage() {
+    QVERIFY(m.Open(TEngine::StartPageAddress()));
+    QVERIFY(!m.Notice());
+    QCOMPARE(m.Browser().LocationUrl(), TEngine::StartPageAddress());
+    const QString text = m.Script(QStringLiteral("document.documentElement.outerHTML")).toString();
+    QVERIFY(text.contains(m.Language().Text("PAGES", "StartIntro").toHtmlEscaped()));
+    QVERIFY2(!text.contains(QLatin1String("{{")) && !text.contains(QLatin1String("UNDEFINED")), qPrintable(text));
+    QVERIFY(!text.contains(QRegularExpression(QStringLiteral("(src|href)="))));
+    // A page of the web cannot get at it.
+    QVERIFY(m.OpenPath(QStringLiteral("/a")));
+    m.Browser().EnginePage()->runJavaScript(QStringLiteral(
+        "fetch('zarvela:start').then(() => document.title = 'got it', () => document.title = 'refused')"));
+    QTRY_COMPARE(m.Browser().LocationName(), QStringLiteral("refused"));
+    QVERIFY(m.Open(QStringLiteral("zarvela:other")));
+    QVERIFY(m.Notice());
+  }
+
+  void LoadErrors_data() {
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<QString>("key");
+    Row("host", "http://nosuch.invalid/x", "ErrorHostNotFound");
+    Row("refused", "closed", "ErrorRefused");
+    Row("file", "/no/such/file.html", "ErrorNoSuchFile");
+    Row("redirects", "/loop", "ErrorTooManyRedirects");
+    Row("empty", "/drop", "ErrorEmptyResponse");
+    Row("port", "http://127.0.0.1:1/", "ErrorUnsafePort");
+    Row("status without a page", "/status/500", "ErrorServer");
+    Row("nothing there", "/status/404", "ErrorPageNotFound");
+  }
+
+  void LoadErrors() {
+    QFETCH(QString, address);
+    QFETCH(QString, key);
+    m.Server().Route("/loop", TTestResponse::Redirect("/loop"));
+    m.Server().Route("/drop", TTestResponse{.dropConnection = true});
+    m.Server().Route("/status/500", TTestResponse::Status(500));
+    m.Server().Route("/status/404", TTestResponse::Status(404));
+    if (address == QLatin1String("closed")) {
+      QTcpServer free;
+      QVERIFY(free.listen(QHostAddress::LocalHost));
+      address = QStringLiteral("http://127.0.0.1:%1/").arg(free.serverPort());
+    } else if (address.startsWith(u'/') && !address.startsWith(QLatin1String("/no"))) {
+      address = m.Server().Url(address);
+    }
+    QVERIFY(m.OpenPath(QStringLiteral("/a")));
+    m.ForgetEvents();
+    QVERIFY(m.Open(address));
+    QTRY_VERIFY(m.Notice());
+    const QString asked = address.startsWith(u'/') ? QStringLiteral("file://") + address : address;
+    QCOMPARE(m.Browser().LocationUrl(), asked);
+    QString expected = m.Language().Text("PAGES", key.toLatin1().constData());
+    expected = expected.contains(QLatin1String("%1"))
+                   ? expected.arg(key == QLatin1String("ErrorServer") ? QStringLiteral("500") : QUrl(asked).host())
+                   : expected;
+    QCOMPARE(Text("lblNoticeText"), expected);
+    QCOMPARE(m.Events().count(QStringLiteral("complete ") + asked), 1);
+    // Nothing else is in the way of going back.
+    m.Browser().GoBack();
+    QTRY_COMPARE(m.Browser().LocationName(), QStringLiteral("Page A"));
+    QTRY_VERIFY(!m.Notice());
+  }
+
+  void ServersOwnErrorPage() {
+    m.Server().Route("/own", TTestResponse::Status(404, "<title>Own page</title>not here"));
+    QVERIFY(m.OpenPath(QStringLiteral("/own")));
+    QVERIFY(!m.Notice());
+    QCOMPARE(m.Browser().LocationName(), QStringLiteral("Own page"));
+  }
+
+  void TryAgain() {
+    const quint16 port = m.Server().Port();
+    m.Server().Close();
+    const QString address = m.Server().Url(QStringLiteral("/a"));
+    QVERIFY(m.Open(address));
+    QTRY_VERIFY(m.Notice());
+    Press("cmdNoticePrimary");
+    QSignalSpy done(&m.Browser(), &THalvexBrowser::DocumentComplete);
+    QTRY_VERIFY(!done.isEmpty());
+    QVERIFY(m.Notice());
+    QVERIFY(m.Server().Listen(port));
+    Press("cmdNoticePrimary");
+    QTRY_COMPARE(m.Browser().LocationName(), QStringLiteral("Page A"));
+    // The title may come before the page takes the notice's place.
+    QTRY_VERIFY(!m.Notice());
+    QVERIFY(!m.Browser().CanGoBack());
+  }
+
+  void ErrorsInTheHistory() {
+    QVERIFY(m.OpenPath(QStringLiteral("/a")));
+    QVERIFY(m.Open(QStringLiteral("http://nosuch.invalid/1")));
+    QVERIFY(m.Open(QStringLiteral("http://nosuch.invalid/2")));
+    QVERIFY(m.OpenPath(QStringLiteral("/b")));
+    QVERIFY(!m.Notice());
+    for (const QString &address : {QStringLiteral("http://nosuch.invalid/2"), QStringLiteral("http://nosuch.invalid/1"),
+                                   m.Server().Url(QStringLiteral("/a"))}) {
+      QVERIFY(m.Browser().CanGoBack());
+      QSignalSpy done(&m.Browser(), &THalvexBrowser::DocumentComplete);
+      m.Browser().GoBack();
+      QVERIFY(!done.isEmpty() || done.wait(TBrowserFixture::LoadTime));
+      QCOMPARE(m.Browser().LocationUrl(), address);
+      QCOMPARE(m.Notice() != nullptr, address.contains(QLatin1String("nosuch")));
+    }
+  }
+
+  void NoAddress_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("key");
+    Row("words", "hello world", "ErrorInvalidAddress");
+    Row("scheme alone", "http://", "ErrorInvalidAddress");
+    Row("unknown scheme", "foo:bar", "ErrorUnknownScheme");
+  }
+
+  void NoAddress() {
+    QFETCH(QString, text);
+    QFETCH(QString, key);
+    QVERIFY(m.OpenPath(QStringLiteral("/a")));
+    QVERIFY(m.Open(text));
+    QVERIFY(m.Notice());
+    QCOMPARE(m.Browser().LocationUrl(), text);
+    QCOMPARE(Text("lblNoticeText"), m.Language().Text("PAGES", key.toLatin1().constData()));
+    m.Browser().Refresh();
+    QVERIFY(m.Notice());
+    QCOMPARE(m.Browser().LocationUrl(), text);
+    QVERIFY(m.Browser().CanGoBack());
+    m.Browser().GoBack();
+    QVERIFY(!m.Notice());
+    QCOMPARE(m.Browser().LocationUrl(), m.Server().Url(QStringLiteral("/a")));
+  }
+
+  void NoAddressFirst() {
+    QVERIFY(m.Open(QStringLiteral("hello world")));
+    QVERIFY(m.Notice());
+    QVERIFY(!m.Browser().EnginePageIfAny());
+    QVERIFY(!m.Browser().CanGoBack());
+    m.Browser().GoBack();
+    QVERIFY(m.OpenPath(QStringLiteral("/a")));
+    QVERIFY(!m.Notice());
+    QVERIFY(m.Open(QStringLiteral("hello world")));
+    m.Browser().ShowBlank();
+    QTRY_COMPARE(m.Browser().LocationUrl(), QStringLiteral("about:blank"));
+    QVERIFY(!m.Notice());
+  }
+
+  void Certificate() {
+    const QString address = m.SecureServer().Url(QStringLiteral("/"), QStringLiteral("localhost"));
+    QSignalSpy lock(&m.Browser(), &THalvexBrowser::SecureLockIconChanged);
+    QVERIFY(m.OpenPath(QStringLiteral("/a")));
+    QVERIFY(m.Open(address));
+    QTRY_VERIFY(m.Notice());
+    QCOMPARE(m.SecureServer().RequestCount("/"), 0);
+    QVERIFY(Text("lblNoticeText").contains(QLatin1String("localhost")));
+    QVERIFY2(Text("lblNoticeDetails").contains(QLatin1String("Test server")), qPrintable(Text("lblNoticeDetails")));
+    QVERIFY(lock.isEmpty());
+    // No page can go on in the user's place.
+    m.Browser().EnginePage()->runJavaScript(
+        QStringLiteral("document.querySelectorAll('button,a').forEach(b => b.click())"));
+    m.Browser().Refresh();
+    QTRY_VERIFY(!m.Browser().EnginePage()->isLoading());
+    QTRY_VERIFY(m.Notice());
+    QCOMPARE(m.SecureServer().RequestCount("/"), 0);
+
+    Press("cmdNoticePrimary");
+    QTRY_COMPARE(m.Browser().LocationName(), QStringLiteral("Page A"));
+    QTRY_VERIFY(!m.Notice());
+
+    QVERIFY(m.Open(address));
+    QTRY_VERIFY(m.Notice());
+    Press("cmdNoticeSecondary");
+    QTRY_COMPARE(m.Browser().LocationName(), QStringLiteral("Secure page"));
+    QTRY_VERIFY(!m.Notice());
+    QVERIFY(m.Engine().AcceptsCertificateErrors(QStringLiteral("LOCALHOST")));
+    QVERIFY(!m.Engine().AcceptsCertificateErrors(QStringLiteral("127.0.0.1")));
+    QCOMPARE(lock.last().first().value<TEncryptionLevel>(), TEncryptionLevel::Unknown);
+    TPageProperties properties;
+    m.Browser().CollectProperties([&](const TPageProperties &found) { properties = found; });
+    QTRY_COMPARE(properties.encryptionLevel, TEncryptionLevel::Unknown);
+    QVERIFY(properties.certificate.contains(QLatin1String("Test server")));
+    QVERIFY(m.OpenPath(QStringLiteral("/a")));
+    QCOMPARE(lock.last().first().value<TEncryptionLevel>(), TEncryptionLevel::None);
+  }
+
+  void CertificateOfAPart() {
+    // A picture from a server with a bad certificate stays away without a word.
+    m.Server().RoutePage("/part", "Part",
+                         "<img src='" + m.SecureServer().Url(QStringLiteral("/i.png")).toLatin1() +
+                             "' onerror=\"document.title='missing'\">");
+    QVERIFY(m.OpenPath(QStringLiteral("/part")));
+    QTRY_COMPARE(m.Browser().LocationName(), QStringLiteral("missing"));
+    QVERIFY(!m.Notice());
+    QCOMPARE(m.SecureServer().RequestCount("/i.png"), 0);
+  }
+
+  void DeadRenderer() {
+    QVERIFY(m.OpenPath(QStringLiteral("/a")));
+    QSignalSpy died(m.Browser().EnginePage(), &QWebEnginePage::renderProcessTerminated);
+    ::kill(static_cast<pid_t>(m.Browser().EnginePage()->renderProcessPid()), SIGKILL);
+    QTRY_COMPARE(died.size(), 1);
+    QTRY_VERIFY(m.Notice());
+    QCOMPARE(Text("lblNoticeText"), m.Language().Text("PAGES", "CrashText"));
+    QCOMPARE(m.Browser().LocationUrl(), m.Server().Url(QStringLiteral("/a")));
+    // Commands that would need the page answer without it.
+    bool answered = false;
+    m.Browser().CollectProperties([&](const TPageProperties &) { answered = true; });
+    QVERIFY(answered);
+    m.Browser().PrintPreview();
+    m.Browser().FindOnPage();
+    QCOMPARE(m.Server().RequestCount("/a"), 1);
+    Press("cmdNoticePrimary");
+    QTRY_COMPARE(m.Server().RequestCount("/a"), 2);
+    QTRY_VERIFY(!m.Notice());
+    QTRY_COMPARE(m.Script(QStringLiteral("document.title")).toString(), QStringLiteral("Page A"));
+
+    // A renderer that dies in the middle of a load ends the load.
+    m.Server().Route("/half",
+                     TTestResponse{.body = "<title>Half</title>" + QByteArray(4000, 'x'), .stopAfterBytes = 2000});
+    m.Browser().Navigate(m.Server().Url(QStringLiteral("/half")));
+    QTRY_COMPARE(m.Browser().LocationName(), QStringLiteral("Half"));
+    QSignalSpy done(&m.Browser(), &THalvexBrowser::DocumentComplete);
+    ::kill(static_cast<pid_t>(m.Browser().EnginePage()->renderProcessPid()), SIGKILL);
+    QTRY_VERIFY(m.Notice());
+    QTRY_COMPARE(done.size(), 1);
+  }
+
+  void RequestFilter() {
+    m.Server().RoutePage("/parts", "Parts", "<img src='/no.png'><img src='/yes.png'>");
+    m.Engine().SetRequestFilter(
+        [](QWebEngineUrlRequestInfo &info) { return info.requestUrl().path() == QLatin1String("/no.png"); });
+    QVERIFY(m.OpenPath(QStringLiteral("/parts")));
+    QCOMPARE(m.Server().RequestCount("/yes.png"), 1);
+    QCOMPARE(m.Server().RequestCount("/no.png"), 0);
+    // The page's own switches hold beside it.
+    m.Browser().SetDownloadControlOptions({});
+    m.Server().ForgetRequests();
+    QSignalSpy done(&m.Browser(), &THalvexBrowser::DocumentComplete);
+    m.Browser().RefreshCompletely();
+    QVERIFY(done.wait(TBrowserFixture::LoadTime));
+    QCOMPARE(m.Server().RequestCount("/yes.png"), 0);
+    m.Engine().SetRequestFilter({});
+  }
+
+  void AcceptedLanguages() {
+    QVERIFY(m.OpenPath(QStringLiteral("/a")));
+    QCOMPARE(m.Server().Requests("/a").last().Header("accept-language"), QByteArray("en"));
+    m.Engine().SetUserAgentToken(QStringLiteral("Token/1"));
+    QVERIFY(m.OpenPath(QStringLiteral("/b")));
+    QVERIFY(m.Server().Requests("/b").last().Header("user-agent").endsWith(" Token/1"));
+    m.Engine().SetUserAgentToken({});
+  }
 
  private:
   [[nodiscard]] QString Text(const char *label) {
@@ -46,262 +286,6 @@ class TestEnginePages final : public QObject {
 
   TBrowserFixture m;
 };
-
-void TestEnginePages::init() {
-  m.Begin();
-  m.Server().RoutePage("/a", "Page A");
-  m.Server().RoutePage("/b", "Page B");
-  m.SecureServer().RoutePage("/", "Secure page");
-}
-
-void TestEnginePages::StartPage() {
-  QVERIFY(m.Open(TEngine::StartPageAddress()));
-  QVERIFY(!m.Notice());
-  QCOMPARE(m.Browser().LocationUrl(), TEngine::StartPageAddress());
-  const QString text = m.Script(QStringLiteral("document.documentElement.outerHTML")).toString();
-  QVERIFY(text.contains(m.Language().Text("PAGES", "StartIntro").toHtmlEscaped()));
-  QVERIFY2(!text.contains(QLatin1String("{{")) && !text.contains(QLatin1String("UNDEFINED")), qPrintable(text));
-  QVERIFY(!text.contains(QRegularExpression(QStringLiteral("(src|href)="))));
-  // A page of the web cannot get at it.
-  QVERIFY(m.OpenPath(QStringLiteral("/a")));
-  m.Browser().EnginePage()->runJavaScript(
-      QStringLiteral("fetch('zarvela:start').then(() => document.title = 'got it', () => document.title = 'refused')"));
-  QTRY_COMPARE(m.Browser().LocationName(), QStringLiteral("refused"));
-  QVERIFY(m.Open(QStringLiteral("zarvela:other")));
-  QVERIFY(m.Notice());
-}
-
-void TestEnginePages::LoadErrors_data() {
-  QTest::addColumn<QString>("address");
-  QTest::addColumn<QString>("key");
-  Row("host", "http://nosuch.invalid/x", "ErrorHostNotFound");
-  Row("refused", "closed", "ErrorRefused");
-  Row("file", "/no/such/file.html", "ErrorNoSuchFile");
-  Row("redirects", "/loop", "ErrorTooManyRedirects");
-  Row("empty", "/drop", "ErrorEmptyResponse");
-  Row("port", "http://127.0.0.1:1/", "ErrorUnsafePort");
-  Row("status without a page", "/status/500", "ErrorServer");
-  Row("nothing there", "/status/404", "ErrorPageNotFound");
-}
-
-void TestEnginePages::LoadErrors() {
-  QFETCH(QString, address);
-  QFETCH(QString, key);
-  m.Server().Route("/loop", TTestResponse::Redirect("/loop"));
-  m.Server().Route("/drop", TTestResponse{.dropConnection = true});
-  m.Server().Route("/status/500", TTestResponse::Status(500));
-  m.Server().Route("/status/404", TTestResponse::Status(404));
-  if (address == QLatin1String("closed")) {
-    QTcpServer free;
-    QVERIFY(free.listen(QHostAddress::LocalHost));
-    address = QStringLiteral("http://127.0.0.1:%1/").arg(free.serverPort());
-  } else if (address.startsWith(u'/') && !address.startsWith(QLatin1String("/no"))) {
-    address = m.Server().Url(address);
-  }
-  QVERIFY(m.OpenPath(QStringLiteral("/a")));
-  m.ForgetEvents();
-  QVERIFY(m.Open(address));
-  QTRY_VERIFY(m.Notice());
-  const QString asked = address.startsWith(u'/') ? QStringLiteral("file://") + address : address;
-  QCOMPARE(m.Browser().LocationUrl(), asked);
-  QString expected = m.Language().Text("PAGES", key.toLatin1().constData());
-  expected = expected.contains(QLatin1String("%1"))
-                 ? expected.arg(key == QLatin1String("ErrorServer") ? QStringLiteral("500") : QUrl(asked).host())
-                 : expected;
-  QCOMPARE(Text("lblNoticeText"), expected);
-  QCOMPARE(m.Events().count(QStringLiteral("complete ") + asked), 1);
-  // Nothing else is in the way of going back.
-  m.Browser().GoBack();
-  QTRY_COMPARE(m.Browser().LocationName(), QStringLiteral("Page A"));
-  QTRY_VERIFY(!m.Notice());
-}
-
-void TestEnginePages::ServersOwnErrorPage() {
-  m.Server().Route("/own", TTestResponse::Status(404, "<title>Own page</title>not here"));
-  QVERIFY(m.OpenPath(QStringLiteral("/own")));
-  QVERIFY(!m.Notice());
-  QCOMPARE(m.Browser().LocationName(), QStringLiteral("Own page"));
-}
-
-void TestEnginePages::TryAgain() {
-  const quint16 port = m.Server().Port();
-  m.Server().Close();
-  const QString address = m.Server().Url(QStringLiteral("/a"));
-  QVERIFY(m.Open(address));
-  QTRY_VERIFY(m.Notice());
-  Press("cmdNoticePrimary");
-  QSignalSpy done(&m.Browser(), &THalvexBrowser::DocumentComplete);
-  QTRY_VERIFY(!done.isEmpty());
-  QVERIFY(m.Notice());
-  QVERIFY(m.Server().Listen(port));
-  Press("cmdNoticePrimary");
-  QTRY_COMPARE(m.Browser().LocationName(), QStringLiteral("Page A"));
-  // The title may come before the page takes the notice's place.
-  QTRY_VERIFY(!m.Notice());
-  QVERIFY(!m.Browser().CanGoBack());
-}
-
-void TestEnginePages::ErrorsInTheHistory() {
-  QVERIFY(m.OpenPath(QStringLiteral("/a")));
-  QVERIFY(m.Open(QStringLiteral("http://nosuch.invalid/1")));
-  QVERIFY(m.Open(QStringLiteral("http://nosuch.invalid/2")));
-  QVERIFY(m.OpenPath(QStringLiteral("/b")));
-  QVERIFY(!m.Notice());
-  for (const QString &address : {QStringLiteral("http://nosuch.invalid/2"), QStringLiteral("http://nosuch.invalid/1"),
-                                 m.Server().Url(QStringLiteral("/a"))}) {
-    QVERIFY(m.Browser().CanGoBack());
-    QSignalSpy done(&m.Browser(), &THalvexBrowser::DocumentComplete);
-    m.Browser().GoBack();
-    QVERIFY(!done.isEmpty() || done.wait(TBrowserFixture::LoadTime));
-    QCOMPARE(m.Browser().LocationUrl(), address);
-    QCOMPARE(m.Notice() != nullptr, address.contains(QLatin1String("nosuch")));
-  }
-}
-
-void TestEnginePages::NoAddress_data() {
-  QTest::addColumn<QString>("text");
-  QTest::addColumn<QString>("key");
-  Row("words", "hello world", "ErrorInvalidAddress");
-  Row("scheme alone", "http://", "ErrorInvalidAddress");
-  Row("unknown scheme", "foo:bar", "ErrorUnknownScheme");
-}
-
-void TestEnginePages::NoAddress() {
-  QFETCH(QString, text);
-  QFETCH(QString, key);
-  QVERIFY(m.OpenPath(QStringLiteral("/a")));
-  QVERIFY(m.Open(text));
-  QVERIFY(m.Notice());
-  QCOMPARE(m.Browser().LocationUrl(), text);
-  QCOMPARE(Text("lblNoticeText"), m.Language().Text("PAGES", key.toLatin1().constData()));
-  m.Browser().Refresh();
-  QVERIFY(m.Notice());
-  QCOMPARE(m.Browser().LocationUrl(), text);
-  QVERIFY(m.Browser().CanGoBack());
-  m.Browser().GoBack();
-  QVERIFY(!m.Notice());
-  QCOMPARE(m.Browser().LocationUrl(), m.Server().Url(QStringLiteral("/a")));
-}
-
-void TestEnginePages::NoAddressFirst() {
-  QVERIFY(m.Open(QStringLiteral("hello world")));
-  QVERIFY(m.Notice());
-  QVERIFY(!m.Browser().EnginePageIfAny());
-  QVERIFY(!m.Browser().CanGoBack());
-  m.Browser().GoBack();
-  QVERIFY(m.OpenPath(QStringLiteral("/a")));
-  QVERIFY(!m.Notice());
-  QVERIFY(m.Open(QStringLiteral("hello world")));
-  m.Browser().ShowBlank();
-  QTRY_COMPARE(m.Browser().LocationUrl(), QStringLiteral("about:blank"));
-  QVERIFY(!m.Notice());
-}
-
-void TestEnginePages::Certificate() {
-  const QString address = m.SecureServer().Url(QStringLiteral("/"), QStringLiteral("localhost"));
-  QSignalSpy lock(&m.Browser(), &THalvexBrowser::SecureLockIconChanged);
-  QVERIFY(m.OpenPath(QStringLiteral("/a")));
-  QVERIFY(m.Open(address));
-  QTRY_VERIFY(m.Notice());
-  QCOMPARE(m.SecureServer().RequestCount("/"), 0);
-  QVERIFY(Text("lblNoticeText").contains(QLatin1String("localhost")));
-  QVERIFY2(Text("lblNoticeDetails").contains(QLatin1String("Test server")), qPrintable(Text("lblNoticeDetails")));
-  QVERIFY(lock.isEmpty());
-  // No page can go on in the user's place.
-  m.Browser().EnginePage()->runJavaScript(
-      QStringLiteral("document.querySelectorAll('button,a').forEach(b => b.click())"));
-  m.Browser().Refresh();
-  QTRY_VERIFY(!m.Browser().EnginePage()->isLoading());
-  QTRY_VERIFY(m.Notice());
-  QCOMPARE(m.SecureServer().RequestCount("/"), 0);
-
-  Press("cmdNoticePrimary");
-  QTRY_COMPARE(m.Browser().LocationName(), QStringLiteral("Page A"));
-  QTRY_VERIFY(!m.Notice());
-
-  QVERIFY(m.Open(address));
-  QTRY_VERIFY(m.Notice());
-  Press("cmdNoticeSecondary");
-  QTRY_COMPARE(m.Browser().LocationName(), QStringLiteral("Secure page"));
-  QTRY_VERIFY(!m.Notice());
-  QVERIFY(m.Engine().AcceptsCertificateErrors(QStringLiteral("LOCALHOST")));
-  QVERIFY(!m.Engine().AcceptsCertificateErrors(QStringLiteral("127.0.0.1")));
-  QCOMPARE(lock.last().first().toInt(), 2);
-  TPageProperties properties;
-  m.Browser().CollectProperties([&](const TPageProperties &found) { properties = found; });
-  QTRY_COMPARE(properties.encryptionLevel, 2);
-  QVERIFY(properties.certificate.contains(QLatin1String("Test server")));
-  QVERIFY(m.OpenPath(QStringLiteral("/a")));
-  QCOMPARE(lock.last().first().toInt(), 0);
-}
-
-void TestEnginePages::CertificateOfAPart() {
-  // A picture from a server with a bad certificate stays away without a word.
-  m.Server().RoutePage("/part", "Part",
-                       "<img src='" + m.SecureServer().Url(QStringLiteral("/i.png")).toLatin1() +
-                           "' onerror=\"document.title='missing'\">");
-  QVERIFY(m.OpenPath(QStringLiteral("/part")));
-  QTRY_COMPARE(m.Browser().LocationName(), QStringLiteral("missing"));
-  QVERIFY(!m.Notice());
-  QCOMPARE(m.SecureServer().RequestCount("/i.png"), 0);
-}
-
-void TestEnginePages::DeadRenderer() {
-  QVERIFY(m.OpenPath(QStringLiteral("/a")));
-  QSignalSpy died(m.Browser().EnginePage(), &QWebEnginePage::renderProcessTerminated);
-  ::kill(static_cast<pid_t>(m.Browser().EnginePage()->renderProcessPid()), SIGKILL);
-  QTRY_COMPARE(died.size(), 1);
-  QTRY_VERIFY(m.Notice());
-  QCOMPARE(Text("lblNoticeText"), m.Language().Text("PAGES", "CrashText"));
-  QCOMPARE(m.Browser().LocationUrl(), m.Server().Url(QStringLiteral("/a")));
-  // Commands that would need the page answer without it.
-  bool answered = false;
-  m.Browser().CollectProperties([&](const TPageProperties &) { answered = true; });
-  QVERIFY(answered);
-  m.Browser().PrintPreview();
-  m.Browser().FindOnPage();
-  QCOMPARE(m.Server().RequestCount("/a"), 1);
-  Press("cmdNoticePrimary");
-  QTRY_COMPARE(m.Server().RequestCount("/a"), 2);
-  QTRY_VERIFY(!m.Notice());
-  QTRY_COMPARE(m.Script(QStringLiteral("document.title")).toString(), QStringLiteral("Page A"));
-
-  // A renderer that dies in the middle of a load ends the load.
-  m.Server().Route("/half",
-                   TTestResponse{.body = "<title>Half</title>" + QByteArray(4000, 'x'), .stopAfterBytes = 2000});
-  m.Browser().Navigate(m.Server().Url(QStringLiteral("/half")));
-  QTRY_COMPARE(m.Browser().LocationName(), QStringLiteral("Half"));
-  QSignalSpy done(&m.Browser(), &THalvexBrowser::DocumentComplete);
-  ::kill(static_cast<pid_t>(m.Browser().EnginePage()->renderProcessPid()), SIGKILL);
-  QTRY_VERIFY(m.Notice());
-  QTRY_COMPARE(done.size(), 1);
-}
-
-void TestEnginePages::RequestFilter() {
-  m.Server().RoutePage("/parts", "Parts", "<img src='/no.png'><img src='/yes.png'>");
-  m.Engine().SetRequestFilter(
-      [](QWebEngineUrlRequestInfo &info) { return info.requestUrl().path() == QLatin1String("/no.png"); });
-  QVERIFY(m.OpenPath(QStringLiteral("/parts")));
-  QCOMPARE(m.Server().RequestCount("/yes.png"), 1);
-  QCOMPARE(m.Server().RequestCount("/no.png"), 0);
-  // The page's own switches hold beside it.
-  m.Browser().SetDownloadControlOptions({});
-  m.Server().ForgetRequests();
-  QSignalSpy done(&m.Browser(), &THalvexBrowser::DocumentComplete);
-  m.Browser().RefreshCompletely();
-  QVERIFY(done.wait(TBrowserFixture::LoadTime));
-  QCOMPARE(m.Server().RequestCount("/yes.png"), 0);
-  m.Engine().SetRequestFilter({});
-}
-
-void TestEnginePages::AcceptedLanguages() {
-  QVERIFY(m.OpenPath(QStringLiteral("/a")));
-  QCOMPARE(m.Server().Requests("/a").last().Header("accept-language"), QByteArray("en"));
-  m.Engine().SetUserAgentToken(QStringLiteral("Token/1"));
-  QVERIFY(m.OpenPath(QStringLiteral("/b")));
-  QVERIFY(m.Server().Requests("/b").last().Header("user-agent").endsWith(" Token/1"));
-  m.Engine().SetUserAgentToken({});
-}
 
 int main(int argc, char **argv) {
   return RunWithEngine<TestEnginePages>(argc, argv);

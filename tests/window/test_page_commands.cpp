@@ -20,312 +20,298 @@ class TestPageCommands final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void init();
+  void init() {
+    m.Begin();
+    m.Server().RoutePage("/a", "Page A", "<p>The end.</p><p style='margin-top:3000px'>The END.</p>");
+    m.Server().RoutePage("/b", "Page B", "b");
+  }
+
   void cleanup() { m.End(); }
 
-  void Find();
-  void ViewSource();
-  void TemporaryFile();
-  void SavePage();
-  void Properties();
-  void FilePickerCanBeCancelled();
-  void PageFullScreen();
-  void PreviewShowsAllSheets();
-  void PrintingWithoutAPrinter();
-  void PageLayoutLasts();
-  void FocusAndCommands();
-  void StatusText();
-  void ClickedLinks();
-  void ZoomByWheel();
+  void Find() {
+    QVERIFY(m.OpenPath(QStringLiteral("/a")));
+    m.Browser().activateWindow();
+    m.Browser().FindOnPage();
+    auto *bar = m.Browser().findChild<TFindBar *>();
+    QVERIFY(bar && bar->isVisible());
+    QSignalSpy found(m.Browser().EnginePage(), &QWebEnginePage::findTextFinished);
+    auto *text = bar->findChild<QLineEdit *>();
+    QVERIFY(text);
+    QTest::keyClicks(text, QStringLiteral("the end"));
+    const auto result = [&] {
+      return found.isEmpty() ? QWebEngineFindTextResult() : found.last().first().value<QWebEngineFindTextResult>();
+    };
+    QTRY_COMPARE(result().numberOfMatches(), 2);
+    QTRY_COMPARE(result().activeMatch(), 1);
+    m.Browser().FindNext(true);
+    QTRY_COMPARE(result().activeMatch(), 2);
+    m.Browser().FindNext(false);
+    QTRY_COMPARE(result().activeMatch(), 1);
+    QTest::keyClick(text, Qt::Key_Escape);
+    QVERIFY(!bar->isVisible());
+    QTRY_VERIFY(m.Browser().findChild<QWebEngineView *>()->isAncestorOf(QApplication::focusWidget()) ||
+                m.Browser().findChild<QWebEngineView *>() == QApplication::focusWidget());
+  }
+
+  void ViewSource() {
+    // The source is what was sent, not what scripts made of it.
+    m.Server().RoutePage("/s", "Source", "<p>sent</p><script>document.body.innerHTML = 'changed'</script>");
+    QVERIFY(m.OpenPath(QStringLiteral("/s")));
+    QSignalSpy wanted(&m.Browser(), &THalvexBrowser::ViewSourceRequested);
+    m.Browser().ViewSource();
+    QCOMPARE(wanted.size(), 1);
+    const QString address = wanted.first().first().toString();
+    QCOMPARE(address, QStringLiteral("view-source:") + Url("/s"));
+    m.ForgetEvents();
+    QVERIFY(m.Open(address));
+    QCOMPARE(m.Browser().LocationUrl(), address);
+    QVERIFY(m.Events().contains(QStringLiteral("navigated ") + address));
+    QVERIFY(m.Script(QStringLiteral("document.body.innerText")).toString().contains(QLatin1String("<p>sent</p>")));
+    m.Browser().ViewSource();
+    QCOMPARE(wanted.size(), 1);
+  }
+
+  void TemporaryFile() {
+    QVERIFY(m.OpenPath(QStringLiteral("/a")));
+    for (const bool base : {true, false}) {
+      QString path;
+      m.Browser().SaveToTemporaryFile(base, [&](const QString &written) { path = written; });
+      QTRY_VERIFY(!path.isEmpty());
+      QFile file(path);
+      QVERIFY(file.open(QIODevice::ReadOnly));
+      const QString html = QString::fromUtf8(file.readAll());
+      QVERIFY(html.contains(QLatin1String("<title>Page A</title>")));
+      QCOMPARE(html.contains(QStringLiteral("<head><BASE HREF=\"%1\">").arg(Url("/a"))), base);
+      file.remove();
+    }
+  }
+
+  void SavePage() {
+    m.Server().RoutePage("/save", "A: title/with \"signs\"", "to keep");
+    QVERIFY(m.OpenPath(QStringLiteral("/save")));
+    m.Browser().SaveAs();
+    auto *dialog = WaitForDialog<QFileDialog>();
+    QVERIFY(dialog);
+    QCOMPARE(dialog->nameFilters().size(), 3);
+    const QString suggested = QFileInfo(dialog->selectedFiles().value(0)).fileName();
+    QVERIFY2(suggested.startsWith(QLatin1String("A")) && suggested.endsWith(QLatin1String(".html")) &&
+                 suggested.contains(QLatin1String("title")) && !suggested.contains(u'"'),
+             qPrintable(suggested));
+    dialog->selectNameFilter(dialog->nameFilters().at(2));
+    const QString path = m.Folder() + QStringLiteral("/saved.html");
+    dialog->findChild<QLineEdit *>()->setText(path);
+    TDownloadList downloads(m.Engine().Profile(), m.Language(), m.Engine().Store());
+    QSignalSpy requested(&m.Engine().Profile(), &QWebEngineProfile::downloadRequested);
+    QMetaObject::invokeMethod(dialog, "accept");
+    QTRY_COMPARE(requested.size(), 1);
+    const auto *download = requested.first().first().value<QWebEngineDownloadRequest *>();
+    QVERIFY(download->isSavePageDownload());
+    QCOMPARE(download->savePageFormat(), QWebEngineDownloadRequest::SingleHtmlSaveFormat);
+    QTRY_COMPARE(downloads.State(0), TDownloadState::Finished);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(file.readAll().contains("to keep"));
+  }
+
+  void Properties() {
+    m.Server().Route("/dated", TTestResponse{.body = "<title>Dated</title>x",
+                                             .headers = {{"Last-Modified", "Mon, 03 Feb 2020 10:20:30 GMT"}}});
+    QVERIFY(m.OpenPath(QStringLiteral("/dated")));
+    TPageProperties properties;
+    bool done = false;
+    m.Browser().CollectProperties([&](const TPageProperties &found) {
+      properties = found;
+      done = true;
+    });
+    QTRY_VERIFY(done);
+    QCOMPARE(properties.title, QStringLiteral("Dated"));
+    QCOMPARE(properties.address, Url("/dated"));
+    QCOMPARE(properties.contentType, QStringLiteral("text/html"));
+    QCOMPARE(properties.size, qint64(21));
+    QVERIFY2(properties.modified.contains(QLatin1String("2020")), qPrintable(properties.modified));
+    QCOMPARE(properties.encryptionLevel, TEncryptionLevel::None);
+    // A page that was sent without a date has none, and its own scripts cannot lie about the rest.
+    m.Server().RoutePage("/undated", "Undated",
+                         "<script>Object.defineProperty(document, 'contentType', {value: 'a/lie'})</script>");
+    QVERIFY(m.OpenPath(QStringLiteral("/undated")));
+    done = false;
+    m.Browser().CollectProperties([&](const TPageProperties &found) {
+      properties = found;
+      done = true;
+    });
+    QTRY_VERIFY(done);
+    QCOMPARE(properties.modified, QString());
+    QCOMPARE(properties.contentType, QStringLiteral("text/html"));
+  }
+
+  void FilePickerCanBeCancelled() {
+    m.Server().RoutePage("/pick", "Pick", "<input type='file' style='width:400px;height:300px'>");
+    QVERIFY(m.OpenPath(QStringLiteral("/pick")));
+    bool cancelled = false;
+    QTimer user;
+    connect(&user, &QTimer::timeout, this, [&] {
+      if (auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget())) {
+        dialog->reject();
+        cancelled = true;
+      }
+    });
+    user.start(30);
+    ClickPage(m.Browser(), QPoint(60, 150));
+    QTRY_VERIFY_WITH_TIMEOUT(cancelled, 10000);
+    QCOMPARE(m.Script(QStringLiteral("document.querySelector('input').files.length")).toInt(), 0);
+  }
+
+  void PageFullScreen() {
+    m.Server().RoutePage("/full", "Full",
+                         "<div id='box' onclick='this.requestFullscreen()' "
+                         "style='width:400px;height:300px'>big</div>");
+    QVERIFY(m.OpenPath(QStringLiteral("/full")));
+    QSignalSpy asked(&m.Browser(), &THalvexBrowser::PageFullScreenRequested);
+    ClickPage(m.Browser(), QPoint(60, 150));
+    QTRY_COMPARE(asked.size(), 1);
+    QVERIFY(m.Browser().HasPageFullScreen());
+    m.Browser().LeavePageFullScreen();
+    QTRY_COMPARE(asked.size(), 2);
+    QCOMPARE(asked.last().first().toBool(), false);
+    QVERIFY(!m.Browser().HasPageFullScreen());
+  }
+
+  void PreviewShowsAllSheets() {
+    m.Server().RoutePage("/long", "Long", "<div style='page-break-after:always'>1</div><div>2</div>");
+    QVERIFY(m.OpenPath(QStringLiteral("/long")));
+    m.Browser().PrintPreview();
+    auto *preview = WaitForDialog<TPrintPreview>();
+    QVERIFY(preview);
+    const QString path = m.Folder() + QStringLiteral("/preview.pdf");
+    QVERIFY(preview->SaveTo(path));
+    QPdfDocument saved;
+    QCOMPARE(saved.load(path), QPdfDocument::Error::None);
+    QCOMPARE(saved.pageCount(), 2);
+    QVERIFY(!preview->SaveTo(m.Folder() + QStringLiteral("/missing/preview.pdf")));
+    preview->close();
+  }
+
+  void PrintingWithoutAPrinter() {
+    QVERIFY(m.OpenPath(QStringLiteral("/a")));
+    m.Browser().PrintWithoutAsking();
+    // The page itself may ask once; after a no it is not heard again.
+    m.Browser().EnginePage()->runJavaScript(QStringLiteral("setTimeout(() => print(), 0)"));
+    auto *dialog = WaitForDialog<QPrintDialog>();
+    QVERIFY(dialog);
+    dialog->reject();
+    QSignalSpy asked(m.Browser().EnginePage(), &QWebEnginePage::printRequested);
+    m.Browser().EnginePage()->runJavaScript(QStringLiteral("setTimeout(() => print(), 0)"));
+    QTRY_VERIFY(!asked.isEmpty());
+    for (const QWidget *widget : QApplication::topLevelWidgets()) {
+      QVERIFY(!qobject_cast<const QPrintDialog *>(widget) || !widget->isVisible());
+    }
+  }
+
+  void PageLayoutLasts() {
+    TRegistryStore &store = m.Engine().Store();
+    const QPageLayout fallback = PageLayoutStore::Load(store);
+    QCOMPARE(fallback.pageSize().id(), QPageSize::A4);
+    QPageLayout layout(QPageSize(QPageSize::A5), QPageLayout::Landscape, QMarginsF(5, 6, 7, 8),
+                       QPageLayout::Millimeter);
+    PageLayoutStore::Save(store, layout);
+    QCOMPARE(PageLayoutStore::Load(store), layout);
+    const QString key = QStringLiteral("Software\\Velmora\\Zarvela\\CurrentVersion\\Page Setup");
+    store.Write(TRegistryHive::CurrentUser, key, QStringLiteral("PageSize"), QStringLiteral("nonsense"));
+    store.Write(TRegistryHive::CurrentUser, key, QStringLiteral("MarginLeft"), QStringLiteral("400"));
+    const QPageLayout repaired = PageLayoutStore::Load(store);
+    QCOMPARE(repaired.pageSize().id(), QPageSize::A4);
+    QVERIFY(repaired.paintRect(QPageLayout::Millimeter).width() > 100);
+    store.DeleteKey(TRegistryHive::CurrentUser, key);
+  }
+
+  void FocusAndCommands() {
+    QWidget window;
+    auto *line = new QLineEdit(&window);
+    m.Server().RoutePage("/edit", "Edit", "<textarea id='t'>some text</textarea>");
+    QVERIFY(m.OpenPath(QStringLiteral("/edit")));
+    m.Browser().setParent(&window);
+    m.Browser().setGeometry(0, 40, 400, 300);
+    window.resize(400, 400);
+    window.show();
+    m.Browser().show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    (void)m.Script(QStringLiteral("document.getElementById('t').focus(); document.getElementById('t').select()"));
+    line->setFocus();
+    QSignalSpy received(&m.Browser(), &THalvexBrowser::FocusReceived);
+    m.Browser().SelectAll();
+    QVERIFY(line->hasFocus());
+    m.Browser().Cut();
+    QVERIFY(!line->hasFocus());
+    QCOMPARE(received.size(), 1);
+    QTRY_COMPARE(m.Script(QStringLiteral("document.getElementById('t').value")).toString(), QString());
+    m.Browser().Undo();
+    QTRY_COMPARE(m.Script(QStringLiteral("document.getElementById('t').value")).toString(),
+                 QStringLiteral("some text"));
+    m.Browser().setParent(nullptr);
+  }
+
+  void StatusText() {
+    m.Server().RoutePage("/link", "Link", "<a href='/b' style='display:block;width:400px;height:300px'>b</a>");
+    QVERIFY(m.OpenPath(QStringLiteral("/link")));
+    QSignalSpy text(&m.Browser(), &THalvexBrowser::StatusTextChanged);
+    QSignalSpy opened(&m.Browser(), &THalvexBrowser::NewWindowRequested);
+    int destination = -1;
+    connect(&m.Browser(), &THalvexBrowser::NewWindowRequested, this,
+            [&](QWebEngineNewWindowRequest *request) { destination = request->destination(); });
+    ClickPage(m.Browser(), QPoint(60, 150), Qt::MiddleButton);
+    QTRY_COMPARE(destination, int(QWebEngineNewWindowRequest::InNewBackgroundTab));
+    QTest::mouseMove(m.Browser().findChild<QWebEngineView *>()->focusProxy(), QPoint(70, 150));
+    QTRY_COMPARE(text.value(text.size() - 1).value(0).toString(), Url("/b"));
+  }
+
+  void ClickedLinks() {
+    // The text matters: the engine drops input until the outer page has painted something of its own.
+    m.Server().RoutePage("/frames", "Frames",
+                         "<iframe id='f' src='/inner' style='width:400px;height:300px'></iframe>Text");
+    m.Server().RoutePage("/inner", "Inner", "<a href='/b' style='display:block;width:300px;height:200px'>b</a>");
+    QVERIFY(m.OpenPath(QStringLiteral("/frames")));
+    QList<std::pair<QString, bool>> asked;
+    connect(&m.Browser(), &THalvexBrowser::BeforeNavigate, this, [&](const TNavigation *navigation) {
+      QVERIFY(!navigation->mainFrame);
+      asked.append({QUrl(navigation->address).path(), navigation->linkClicked});
+    });
+    m.Browser().EnginePage()->runJavaScript(QStringLiteral("document.getElementById('f').src = '/a'"));
+    QTRY_COMPARE(asked, (QList<std::pair<QString, bool>>{{QStringLiteral("/a"), false}}));
+    m.Browser().EnginePage()->runJavaScript(
+        QStringLiteral("let f = document.getElementById('f'); f.onload = () => {"
+                       "f.contentDocument.querySelector('a').focus(); document.title = 'focused' }; f.src = '/inner'"));
+    QTRY_COMPARE(m.Browser().LocationName(), QStringLiteral("focused"));
+    asked.clear();
+    auto *view = m.Browser().findChild<QWebEngineView *>();
+    view->setFocus();
+    QTest::keyClick(view->focusProxy(), Qt::Key_Return);
+    QTRY_COMPARE(asked, (QList<std::pair<QString, bool>>{{QStringLiteral("/b"), true}}));
+  }
+
+  void ZoomByWheel() {
+    QVERIFY(m.OpenPath(QStringLiteral("/a")));
+    QWidget *target = m.Browser().findChild<QWebEngineView *>()->focusProxy();
+    const auto turn = [target](int angle, Qt::KeyboardModifiers modifiers) {
+      QWheelEvent event(QPointF(10, 10), target->mapToGlobal(QPointF(10, 10)), {}, QPoint(0, angle), Qt::NoButton,
+                        modifiers, Qt::NoScrollPhase, false);
+      QCoreApplication::sendEvent(target, &event);
+    };
+    turn(120, Qt::ControlModifier);
+    QCOMPARE(m.Browser().Zoom(), 3);
+    turn(-60, Qt::ControlModifier);
+    QCOMPARE(m.Browser().Zoom(), 3);
+    turn(-180, Qt::ControlModifier);
+    QCOMPARE(m.Browser().Zoom(), 1);
+    turn(-120, Qt::NoModifier);
+    QCOMPARE(m.Browser().Zoom(), 1);
+  }
 
  private:
   [[nodiscard]] QString Url(const char *path) { return m.Server().Url(QString::fromLatin1(path)); }
 
   TBrowserFixture m;
 };
-
-void TestPageCommands::init() {
-  m.Begin();
-  m.Server().RoutePage("/a", "Page A", "<p>The end.</p><p style='margin-top:3000px'>The END.</p>");
-  m.Server().RoutePage("/b", "Page B", "b");
-}
-
-void TestPageCommands::Find() {
-  QVERIFY(m.OpenPath(QStringLiteral("/a")));
-  m.Browser().activateWindow();
-  m.Browser().FindOnPage();
-  auto *bar = m.Browser().findChild<TFindBar *>();
-  QVERIFY(bar && bar->isVisible());
-  QSignalSpy found(m.Browser().EnginePage(), &QWebEnginePage::findTextFinished);
-  auto *text = bar->findChild<QLineEdit *>();
-  QVERIFY(text);
-  QTest::keyClicks(text, QStringLiteral("the end"));
-  const auto result = [&] {
-    return found.isEmpty() ? QWebEngineFindTextResult() : found.last().first().value<QWebEngineFindTextResult>();
-  };
-  QTRY_COMPARE(result().numberOfMatches(), 2);
-  QTRY_COMPARE(result().activeMatch(), 1);
-  m.Browser().FindNext(true);
-  QTRY_COMPARE(result().activeMatch(), 2);
-  m.Browser().FindNext(false);
-  QTRY_COMPARE(result().activeMatch(), 1);
-  QTest::keyClick(text, Qt::Key_Escape);
-  QVERIFY(!bar->isVisible());
-  QTRY_VERIFY(m.Browser().findChild<QWebEngineView *>()->isAncestorOf(QApplication::focusWidget()) ||
-              m.Browser().findChild<QWebEngineView *>() == QApplication::focusWidget());
-}
-
-void TestPageCommands::ViewSource() {
-  // The source is what was sent, not what scripts made of it.
-  m.Server().RoutePage("/s", "Source", "<p>sent</p><script>document.body.innerHTML = 'changed'</script>");
-  QVERIFY(m.OpenPath(QStringLiteral("/s")));
-  QSignalSpy wanted(&m.Browser(), &THalvexBrowser::ViewSourceRequested);
-  m.Browser().ViewSource();
-  QCOMPARE(wanted.size(), 1);
-  const QString address = wanted.first().first().toString();
-  QCOMPARE(address, QStringLiteral("view-source:") + Url("/s"));
-  m.ForgetEvents();
-  QVERIFY(m.Open(address));
-  QCOMPARE(m.Browser().LocationUrl(), address);
-  QVERIFY(m.Events().contains(QStringLiteral("navigated ") + address));
-  QVERIFY(m.Script(QStringLiteral("document.body.innerText")).toString().contains(QLatin1String("<p>sent</p>")));
-  m.Browser().ViewSource();
-  QCOMPARE(wanted.size(), 1);
-}
-
-void TestPageCommands::TemporaryFile() {
-  QVERIFY(m.OpenPath(QStringLiteral("/a")));
-  for (const bool base : {true, false}) {
-    QString path;
-    m.Browser().SaveToTemporaryFile(base, [&](const QString &written) { path = written; });
-    QTRY_VERIFY(!path.isEmpty());
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QString html = QString::fromUtf8(file.readAll());
-    QVERIFY(html.contains(QLatin1String("<title>Page A</title>")));
-    QCOMPARE(html.contains(QStringLiteral("<head><BASE HREF=\"%1\">").arg(Url("/a"))), base);
-    file.remove();
-  }
-}
-
-void TestPageCommands::SavePage() {
-  m.Server().RoutePage("/save", "A: title/with \"signs\"", "to keep");
-  QVERIFY(m.OpenPath(QStringLiteral("/save")));
-  m.Browser().SaveAs();
-  auto *dialog = WaitForDialog<QFileDialog>();
-  QVERIFY(dialog);
-  QCOMPARE(dialog->nameFilters().size(), 3);
-  const QString suggested = QFileInfo(dialog->selectedFiles().value(0)).fileName();
-  QVERIFY2(suggested.startsWith(QLatin1String("A")) && suggested.endsWith(QLatin1String(".html")) &&
-               suggested.contains(QLatin1String("title")) && !suggested.contains(u'"'),
-           qPrintable(suggested));
-  dialog->selectNameFilter(dialog->nameFilters().at(2));
-  const QString path = m.Folder() + QStringLiteral("/saved.html");
-  dialog->findChild<QLineEdit *>()->setText(path);
-  TDownloadList downloads(m.Engine().Profile(), m.Language(), m.Engine().Store());
-  QSignalSpy requested(&m.Engine().Profile(), &QWebEngineProfile::downloadRequested);
-  QMetaObject::invokeMethod(dialog, "accept");
-  QTRY_COMPARE(requested.size(), 1);
-  const auto *download = requested.first().first().value<QWebEngineDownloadRequest *>();
-  QVERIFY(download->isSavePageDownload());
-  QCOMPARE(download->savePageFormat(), QWebEngineDownloadRequest::SingleHtmlSaveFormat);
-  QTRY_COMPARE(downloads.State(0), TDownloadState::Finished);
-  QFile file(path);
-  QVERIFY(file.open(QIODevice::ReadOnly));
-  QVERIFY(file.readAll().contains("to keep"));
-}
-
-void TestPageCommands::Properties() {
-  m.Server().Route("/dated", TTestResponse{.body = "<title>Dated</title>x",
-                                           .headers = {{"Last-Modified", "Mon, 03 Feb 2020 10:20:30 GMT"}}});
-  QVERIFY(m.OpenPath(QStringLiteral("/dated")));
-  TPageProperties properties;
-  bool done = false;
-  m.Browser().CollectProperties([&](const TPageProperties &found) {
-    properties = found;
-    done = true;
-  });
-  QTRY_VERIFY(done);
-  QCOMPARE(properties.title, QStringLiteral("Dated"));
-  QCOMPARE(properties.address, Url("/dated"));
-  QCOMPARE(properties.contentType, QStringLiteral("text/html"));
-  QCOMPARE(properties.size, qint64(21));
-  QVERIFY2(properties.modified.contains(QLatin1String("2020")), qPrintable(properties.modified));
-  QCOMPARE(properties.encryptionLevel, 0);
-  // A page that was sent without a date has none, and its own scripts cannot lie about the rest.
-  m.Server().RoutePage("/undated", "Undated",
-                       "<script>Object.defineProperty(document, 'contentType', {value: 'a/lie'})</script>");
-  QVERIFY(m.OpenPath(QStringLiteral("/undated")));
-  done = false;
-  m.Browser().CollectProperties([&](const TPageProperties &found) {
-    properties = found;
-    done = true;
-  });
-  QTRY_VERIFY(done);
-  QCOMPARE(properties.modified, QString());
-  QCOMPARE(properties.contentType, QStringLiteral("text/html"));
-}
-
-void TestPageCommands::FilePickerCanBeCancelled() {
-  m.Server().RoutePage("/pick", "Pick", "<input type='file' style='width:400px;height:300px'>");
-  QVERIFY(m.OpenPath(QStringLiteral("/pick")));
-  bool cancelled = false;
-  QTimer user;
-  connect(&user, &QTimer::timeout, this, [&] {
-    if (auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget())) {
-      dialog->reject();
-      cancelled = true;
-    }
-  });
-  user.start(30);
-  ClickPage(m.Browser(), QPoint(60, 150));
-  QTRY_VERIFY_WITH_TIMEOUT(cancelled, 10000);
-  QCOMPARE(m.Script(QStringLiteral("document.querySelector('input').files.length")).toInt(), 0);
-}
-
-void TestPageCommands::PageFullScreen() {
-  m.Server().RoutePage("/full", "Full",
-                       "<div id='box' onclick='this.requestFullscreen()' "
-                       "style='width:400px;height:300px'>big</div>");
-  QVERIFY(m.OpenPath(QStringLiteral("/full")));
-  QSignalSpy asked(&m.Browser(), &THalvexBrowser::PageFullScreenRequested);
-  ClickPage(m.Browser(), QPoint(60, 150));
-  QTRY_COMPARE(asked.size(), 1);
-  QVERIFY(m.Browser().HasPageFullScreen());
-  m.Browser().LeavePageFullScreen();
-  QTRY_COMPARE(asked.size(), 2);
-  QCOMPARE(asked.last().first().toBool(), false);
-  QVERIFY(!m.Browser().HasPageFullScreen());
-}
-
-void TestPageCommands::PreviewShowsAllSheets() {
-  m.Server().RoutePage("/long", "Long", "<div style='page-break-after:always'>1</div><div>2</div>");
-  QVERIFY(m.OpenPath(QStringLiteral("/long")));
-  m.Browser().PrintPreview();
-  auto *preview = WaitForDialog<TPrintPreview>();
-  QVERIFY(preview);
-  const QString path = m.Folder() + QStringLiteral("/preview.pdf");
-  QVERIFY(preview->SaveTo(path));
-  QPdfDocument saved;
-  QCOMPARE(saved.load(path), QPdfDocument::Error::None);
-  QCOMPARE(saved.pageCount(), 2);
-  QVERIFY(!preview->SaveTo(m.Folder() + QStringLiteral("/missing/preview.pdf")));
-  preview->close();
-}
-
-void TestPageCommands::PrintingWithoutAPrinter() {
-  QVERIFY(m.OpenPath(QStringLiteral("/a")));
-  m.Browser().PrintWithoutAsking();
-  // The page itself may ask once; after a no it is not heard again.
-  m.Browser().EnginePage()->runJavaScript(QStringLiteral("setTimeout(() => print(), 0)"));
-  auto *dialog = WaitForDialog<QPrintDialog>();
-  QVERIFY(dialog);
-  dialog->reject();
-  QSignalSpy asked(m.Browser().EnginePage(), &QWebEnginePage::printRequested);
-  m.Browser().EnginePage()->runJavaScript(QStringLiteral("setTimeout(() => print(), 0)"));
-  QTRY_VERIFY(!asked.isEmpty());
-  for (const QWidget *widget : QApplication::topLevelWidgets()) {
-    QVERIFY(!qobject_cast<const QPrintDialog *>(widget) || !widget->isVisible());
-  }
-}
-
-void TestPageCommands::PageLayoutLasts() {
-  TRegistryStore &store = m.Engine().Store();
-  const QPageLayout fallback = PageLayoutStore::Load(store);
-  QCOMPARE(fallback.pageSize().id(), QPageSize::A4);
-  QPageLayout layout(QPageSize(QPageSize::A5), QPageLayout::Landscape, QMarginsF(5, 6, 7, 8), QPageLayout::Millimeter);
-  PageLayoutStore::Save(store, layout);
-  QCOMPARE(PageLayoutStore::Load(store), layout);
-  const QString key = QStringLiteral("Software\\Velmora\\Zarvela\\CurrentVersion\\Page Setup");
-  store.Write(TRegistryHive::CurrentUser, key, QStringLiteral("PageSize"), QStringLiteral("nonsense"));
-  store.Write(TRegistryHive::CurrentUser, key, QStringLiteral("MarginLeft"), QStringLiteral("400"));
-  const QPageLayout repaired = PageLayoutStore::Load(store);
-  QCOMPARE(repaired.pageSize().id(), QPageSize::A4);
-  QVERIFY(repaired.paintRect(QPageLayout::Millimeter).width() > 100);
-  store.DeleteKey(TRegistryHive::CurrentUser, key);
-}
-
-void TestPageCommands::FocusAndCommands() {
-  QWidget window;
-  auto *line = new QLineEdit(&window);
-  m.Server().RoutePage("/edit", "Edit", "<textarea id='t'>some text</textarea>");
-  QVERIFY(m.OpenPath(QStringLiteral("/edit")));
-  m.Browser().setParent(&window);
-  m.Browser().setGeometry(0, 40, 400, 300);
-  window.resize(400, 400);
-  window.show();
-  m.Browser().show();
-  window.activateWindow();
-  QVERIFY(QTest::qWaitForWindowActive(&window));
-  (void)m.Script(QStringLiteral("document.getElementById('t').focus(); document.getElementById('t').select()"));
-  line->setFocus();
-  QSignalSpy received(&m.Browser(), &THalvexBrowser::FocusReceived);
-  m.Browser().SelectAll();
-  QVERIFY(line->hasFocus());
-  m.Browser().Cut();
-  QVERIFY(!line->hasFocus());
-  QCOMPARE(received.size(), 1);
-  QTRY_COMPARE(m.Script(QStringLiteral("document.getElementById('t').value")).toString(), QString());
-  m.Browser().Undo();
-  QTRY_COMPARE(m.Script(QStringLiteral("document.getElementById('t').value")).toString(), QStringLiteral("some text"));
-  m.Browser().setParent(nullptr);
-}
-
-void TestPageCommands::StatusText() {
-  m.Server().RoutePage("/link", "Link", "<a href='/b' style='display:block;width:400px;height:300px'>b</a>");
-  QVERIFY(m.OpenPath(QStringLiteral("/link")));
-  QSignalSpy text(&m.Browser(), &THalvexBrowser::StatusTextChanged);
-  QSignalSpy opened(&m.Browser(), &THalvexBrowser::NewWindowRequested);
-  int destination = -1;
-  connect(&m.Browser(), &THalvexBrowser::NewWindowRequested, this,
-          [&](QWebEngineNewWindowRequest *request) { destination = request->destination(); });
-  ClickPage(m.Browser(), QPoint(60, 150), Qt::MiddleButton);
-  QTRY_COMPARE(destination, int(QWebEngineNewWindowRequest::InNewBackgroundTab));
-  QTest::mouseMove(m.Browser().findChild<QWebEngineView *>()->focusProxy(), QPoint(70, 150));
-  QTRY_COMPARE(text.value(text.size() - 1).value(0).toString(), Url("/b"));
-}
-
-void TestPageCommands::ClickedLinks() {
-  // The text matters: the engine drops input until the outer page has painted something of its own.
-  m.Server().RoutePage("/frames", "Frames",
-                       "<iframe id='f' src='/inner' style='width:400px;height:300px'></iframe>Text");
-  m.Server().RoutePage("/inner", "Inner", "<a href='/b' style='display:block;width:300px;height:200px'>b</a>");
-  QVERIFY(m.OpenPath(QStringLiteral("/frames")));
-  QList<std::pair<QString, bool>> asked;
-  connect(&m.Browser(), &THalvexBrowser::BeforeNavigate, this, [&](const TNavigation *navigation) {
-    QVERIFY(!navigation->mainFrame);
-    asked.append({QUrl(navigation->address).path(), navigation->linkClicked});
-  });
-  m.Browser().EnginePage()->runJavaScript(QStringLiteral("document.getElementById('f').src = '/a'"));
-  QTRY_COMPARE(asked, (QList<std::pair<QString, bool>>{{QStringLiteral("/a"), false}}));
-  m.Browser().EnginePage()->runJavaScript(
-      QStringLiteral("let f = document.getElementById('f'); f.onload = () => {"
-                     "f.contentDocument.querySelector('a').focus(); document.title = 'focused' }; f.src = '/inner'"));
-  QTRY_COMPARE(m.Browser().LocationName(), QStringLiteral("focused"));
-  asked.clear();
-  auto *view = m.Browser().findChild<QWebEngineView *>();
-  view->setFocus();
-  QTest::keyClick(view->focusProxy(), Qt::Key_Return);
-  QTRY_COMPARE(asked, (QList<std::pair<QString, bool>>{{QStringLiteral("/b"), true}}));
-}
-
-void TestPageCommands::ZoomByWheel() {
-  QVERIFY(m.OpenPath(QStringLiteral("/a")));
-  QWidget *target = m.Browser().findChild<QWebEngineView *>()->focusProxy();
-  const auto turn = [target](int angle, Qt::KeyboardModifiers modifiers) {
-    QWheelEvent event(QPointF(10, 10), target->mapToGlobal(QPointF(10, 10)), {}, QPoint(0, angle), Qt::NoButton,
-                      modifiers, Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(target, &event);
-  };
-  turn(120, Qt::ControlModifier);
-  QCOMPARE(m.Browser().Zoom(), 3);
-  turn(-60, Qt::ControlModifier);
-  QCOMPARE(m.Browser().Zoom(), 3);
-  turn(-180, Qt::ControlModifier);
-  QCOMPARE(m.Browser().Zoom(), 1);
-  turn(-120, Qt::NoModifier);
-  QCOMPARE(m.Browser().Zoom(), 1);
-}
 
 int main(int argc, char **argv) {
   return RunWithEngine<TestPageCommands>(argc, argv);

@@ -17,403 +17,402 @@ class TestTabs final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase();
+  void initTestCase() {
+    m_f.Prepare();
+    m_f.server.RoutePage("/a", "Page A", "<a id='link' href='/b'>b</a><a id='anchor' href='#down'>down</a>");
+    m_f.server.RoutePage("/b", "Page B");
+    m_f.server.RoutePage("/c", "Page <C> & co");
+    m_f.server.RoutePage("/frames", "Frames", "<iframe id='f' src='/c' style='height:300px'></iframe>Text");
+    m_f.server.RoutePage("/inner", "Inner", "<a href='/b' style='display:block;height:200px'>b</a>");
+    m_f.server.RoutePage("/opener", "Opener", "<a id='link' href='/b' target='_blank'>new window</a>");
+  }
+
   void init() { m_f.Begin(); }
   void cleanup() { m_f.End(); }
 
-  void InsertPosition_data();
-  void InsertPosition();
-  void BackgroundTab_data();
-  void BackgroundTab();
-  void ClosingHandsOver();
-  void ClosingTheOnlyTab();
-  void TitleAndStates();
-  void LockedTabSendsLinksAway();
-  void LockedTabKeepsItsFrames();
-  void LockPending();
-  void StickyName();
-  void WindowOfAPage();
-  void RejectedWindow();
-  void EmptyWindowStaysHidden();
-  void CloseAll_data();
-  void CloseAll();
-  void CloseAllKeepCurrent();
-  void CloseAllAsks();
-  void CloseAllFromList();
-  void ClosingLock();
-  void AutoRefresh();
-  void TabListMenu();
-  void TabMenuItems();
+  void InsertPosition_data() {
+    QTest::addColumn<int>("active");
+    QTest::addColumn<bool>("atEnd");
+    QTest::addColumn<TTabPlace>("place");
+    QTest::addColumn<QStringList>("names");
+    const auto row = [](const char *name, int active, bool atEnd, TTabPlace place, const char *names) {
+      QTest::newRow(name) << active << atEnd << place << QString::fromLatin1(names).split(u' ');
+    };
+    row("after the last", 2, false, TTabPlace::BySetting, "A B C D");
+    row("after the active one", 1, false, TTabPlace::BySetting, "A B D C");
+    row("after the first", 0, false, TTabPlace::BySetting, "A D B C");
+    row("at the end by the setting", 0, true, TTabPlace::BySetting, "A B C D");
+    row("at the end in any case", 0, false, TTabPlace::AtEnd, "A B C D");
+  }
+
+  void InsertPosition() {
+    QFETCH(int, active);
+    QFETCH(bool, atEnd);
+    QFETCH(TTabPlace, place);
+    m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("A"));
+    Open(QStringLiteral("B"));
+    Open(QStringLiteral("C"));
+    m_f.tabs->MakeMeActiveTab(active);
+    m_f.settings->Set(Setting::OpenNewAtEnd, atEnd);
+    TBrowserTab *tab = m_f.tabs->NewTab(place);
+    tab->SetStickyName(QStringLiteral("D"));
+    QTEST(m_f.Names(), "names");
+    QCOMPARE(m_f.tabs->GetActivePage(), tab);
+    m_f.tabs->MakeMeActiveTab(99);
+    m_f.tabs->MakeMeActiveTab(-1);
+    QCOMPARE(m_f.tabs->GetActivePage(), tab);
+  }
+
+  void BackgroundTab_data() {
+    QTest::addColumn<bool>("foreground");
+    QTest::newRow("the active tab stays") << false;
+    QTest::newRow("brought to the front") << true;
+  }
+
+  void BackgroundTab() {
+    QFETCH(bool, foreground);
+    m_f.settings->Set(Setting::OpenNewInForeground, foreground);
+    TBrowserTab *first = m_f.tabs->GetActivePage();
+    TBrowserTab *tab = m_f.tabs->NewBackgroundTab();
+    QCOMPARE(m_f.tabs->GetActivePage(), foreground ? tab : first);
+    QCOMPARE(m_f.pages->IndexOf(tab), 1);
+  }
+
+  void ClosingHandsOver() {
+    m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("A"));
+    for (const char *name : {"B", "C", "D"}) Open(QString::fromLatin1(name));
+    const auto close = [this](int position) {
+      m_f.tabs->MakeMeActiveTab(position);
+      m_f.tabs->CloseActive();
+      return m_f.tabs->GetActivePage()->StickyName();
+    };
+    QCOMPARE(close(1), QStringLiteral("C"));  // the next one
+    QCOMPARE(close(0), QStringLiteral("D"));  // the first hands over backwards, round the end
+    m_f.tabs->MakeMeActiveTab(1);
+    m_f.tabs->Tab(0)->Close();  // one in the background changes nothing
+    QCOMPARE(m_f.Names(), QStringList{QStringLiteral("D")});
+  }
+
+  void ClosingTheOnlyTab() {
+    TBrowserTab *tab = m_f.tabs->GetActivePage();
+    m_f.Load(tab, QStringLiteral("/a"));
+    tab->SetStickyName(QStringLiteral("Mine"));
+    tab->SetHideFromCloseAll(true);
+    tab->SetLocked(true);
+    m_f.tabs->CloseActive();
+    QCOMPARE(m_f.tabs->TabCount(), 1);
+    QCOMPARE(m_f.tabs->GetActivePage(), tab);
+    QCOMPARE(m_f.pages->PageCaption(tab), m_f.language.Global("Blank"));
+    QVERIFY(!tab->Locked() && tab->StickyName().isEmpty() && !tab->HideFromCloseAll() && tab->Url().isEmpty());
+    QCOMPARE(m_f.pages->PageImage(tab), -1);
+    QTRY_COMPARE(tab->GetLocationUrl(), QStringLiteral("about:blank"));
+    QTRY_COMPARE(m_f.pages->PageCaption(tab), m_f.language.Global("Blank"));
+    QCOMPARE(m_f.server.RequestCount("/b"), 0);
+  }
+
+  void TitleAndStates() {
+    TBrowserTab *front = m_f.tabs->GetActivePage();
+    m_f.Load(front, QStringLiteral("/c"));
+    QCOMPARE(m_f.pages->PageCaption(front), QStringLiteral("Page <C> && co"));
+    QCOMPARE(front->State(), TTabState::None);
+    QVERIFY(!front->Busy() && !front->Secure());
+
+    TBrowserTab *back = m_f.tabs->NewBackgroundTab();
+    QSignalSpy loaded(m_f.tabs.get(), &TTabStrip::TabLoaded);
+    // A tab says all of itself; what is passed on is about the one in front.
+    const QSignalSpy address(back, &TBrowserTab::AddressChanged);
+    const QSignalSpy shownAddress(m_f.tabs.get(), &TTabStrip::AddressChanged);
+    const QSignalSpy indicators(m_f.tabs.get(), &TTabStrip::IndicatorsChanged);
+    QList<TTabState> seen;
+    QList<TLoad> course{back->Load()};
+    const auto look = [&] {
+      seen.append(back->State());
+      if (back->Load() != course.last()) course.append(back->Load());
+    };
+    connect(back, &TBrowserTab::Changed, this, look);
+    connect(back, &TBrowserTab::IndicatorsChanged, this, look);
+    back->Announce(m_f.server.Url(QStringLiteral("/b")));
+    back->NavigateStored();
+    QTRY_VERIFY(!loaded.isEmpty());
+    QCOMPARE(back->State(), TTabState::FinishedInBackground);
+    QCOMPARE(m_f.pages->PageImage(back), 1);
+    QVERIFY(seen.contains(TTabState::Started));
+    QVERIFY(!address.isEmpty() && shownAddress.isEmpty() && indicators.isEmpty());
+    m_f.tabs->Activate(back);
+    QCOMPARE(back->State(), TTabState::None);
+    back->Navigate(QStringLiteral("no address"));
+    QVERIFY(!shownAddress.isEmpty());
+    back->MakeBlank();
+    QTRY_COMPARE(back->GetLocationUrl(), QStringLiteral("about:blank"));
+    QCOMPARE(course, (QList<TLoad>{TLoad::Blank, TLoad::Announced, TLoad::Waiting, TLoad::Loading, TLoad::Shown,
+                                   TLoad::Failed, TLoad::Blank}));
+    back->disconnect(this);
+  }
+
+  void LockedTabSendsLinksAway() {
+    TBrowserTab *locked = m_f.tabs->GetActivePage();
+    m_f.Load(locked, QStringLiteral("/a"));
+    locked->SetLocked(true);
+    QCOMPARE(m_f.pages->PageImage(locked), 3);
+
+    m_f.Run(locked, QStringLiteral("document.getElementById('anchor').click()"));
+    QTRY_VERIFY(locked->GetLocationUrl().endsWith(QStringLiteral("#down")));
+    QCOMPARE(m_f.tabs->TabCount(), 1);
+
+    m_f.Run(locked, QStringLiteral("document.getElementById('link').click()"));
+    QTRY_COMPARE(m_f.tabs->TabCount(), 2);
+    TBrowserTab *beside = m_f.tabs->Tab(1);
+    QTRY_COMPARE(beside->GetLocationUrl(), m_f.server.Url(QStringLiteral("/b")));
+    QVERIFY(beside->OpenedAsNewWindow());
+    QCOMPARE(m_f.tabs->GetActivePage(), locked);
+    QVERIFY(locked->GetLocationUrl().startsWith(m_f.server.Url(QStringLiteral("/a"))));
+
+    // A reload is not leaving.
+    const int before = m_f.server.RequestCount("/a");
+    locked->Refresh();
+    QTRY_COMPARE(m_f.server.RequestCount("/a"), before + 1);
+    QCOMPARE(m_f.tabs->TabCount(), 2);
+    QCOMPARE(m_f.pages->PageImage(locked), 3);
+  }
+
+  // What the page does with its frames stays in them; a link that the user clicks in one leads out of the tab.
+  void LockedTabKeepsItsFrames() {
+    TBrowserTab *locked = m_f.tabs->GetActivePage();
+    locked->SetLockPending(true);
+    m_f.Load(locked, QStringLiteral("/frames"));
+    QVERIFY(locked->Locked());
+    m_f.Run(locked, QStringLiteral("let f = document.getElementById('f'); f.src = '/inner';"
+                                   "f.onload = () => document.title = 'frame changed'"));
+    QTRY_COMPARE(locked->Title(), QStringLiteral("frame changed"));
+    QCOMPARE(m_f.tabs->TabCount(), 1);
+
+    ClickPage(*locked->Browser(), QPoint(60, 100));
+    QTRY_COMPARE(m_f.tabs->TabCount(), 2);
+    QTRY_COMPARE(m_f.tabs->Tab(1)->GetLocationUrl(), m_f.server.Url(QStringLiteral("/b")));
+    QVERIFY(m_f.tabs->Tab(1)->OpenedAsNewWindow());
+    QCOMPARE(m_f.tabs->GetActivePage(), locked);
+    QCOMPARE(locked->GetLocationUrl(), m_f.server.Url(QStringLiteral("/frames")));
+    QCOMPARE(m_f.server.RequestCount("/b"), 1);
+  }
+
+  void LockPending() {
+    TBrowserTab *tab = m_f.tabs->GetActivePage();
+    tab->SetLockPending(true);
+    QVERIFY(!tab->Locked());
+    m_f.Load(tab, QStringLiteral("/b"));
+    QVERIFY(tab->Locked());
+    QCOMPARE(tab->GetLocationUrl(), m_f.server.Url(QStringLiteral("/b")));
+  }
+
+  void StickyName() {
+    TBrowserTab *tab = m_f.tabs->GetActivePage();
+    m_f.Load(tab, QStringLiteral("/b"));
+    OnModalDialog<QInputDialog>([](QInputDialog &box) {
+      const QString offered = box.textValue();
+      box.setTextValue(QStringLiteral("My tab"));
+      box.accept();
+      QCOMPARE(offered, QStringLiteral("Page B"));
+    });
+    tab->AskStickyName();
+    QCOMPARE(m_f.pages->PageCaption(tab), QStringLiteral("My tab"));
+    m_f.Load(tab, QStringLiteral("/a"));
+    QCOMPARE(m_f.pages->PageCaption(tab), QStringLiteral("My tab"));
+    QCOMPARE(tab->Title(), QStringLiteral("Page A"));
+    tab->SetStickyName(QString());
+    QCOMPARE(m_f.pages->PageCaption(tab), QStringLiteral("Page A"));
+  }
+
+  void WindowOfAPage() {
+    TBrowserTab *opener = m_f.tabs->GetActivePage();
+    QStringList tested;
+    m_f.environment->hooks.isPopupBlocked = [&tested](const QString &address) {
+      tested.append(address);
+      return false;
+    };
+    m_f.Load(opener, QStringLiteral("/opener"));
+    m_f.Run(opener, QStringLiteral("document.getElementById('link').click()"));
+    QTRY_COMPARE(m_f.pages->VisiblePageCount(), 2);
+    QCOMPARE(m_f.tabs->GetActivePage(), opener);
+    TBrowserTab *opened = m_f.tabs->Tab(1);
+    QTRY_COMPARE(opened->Title(), QStringLiteral("Page B"));
+    QCOMPARE(tested, QStringList{m_f.server.Url(QStringLiteral("/b"))});
+    QCOMPARE(opened->PopupUrl(), m_f.server.Url(QStringLiteral("/b")));
+    QVERIFY(!opened->Hidden());
+  }
+
+  void RejectedWindow() {
+    TBrowserTab *opener = m_f.tabs->GetActivePage();
+    m_f.environment->hooks.isPopupBlocked = [](const QString &) { return true; };
+    m_f.Load(opener, QStringLiteral("/opener"));
+    const int before = m_f.server.RequestCount("/b");
+    m_f.Run(opener, QStringLiteral("document.getElementById('link').click()"));
+    QTRY_COMPARE(m_f.tabs->TabCount(), 2);
+    QTRY_VERIFY(m_f.tabs->Tab(1)->Blocked());
+    QCOMPARE(m_f.pages->VisiblePageCount(), 1);
+    QMenu menu;
+    const TTabListMenu list(&menu, *m_f.tabs);
+    Q_EMIT menu.aboutToShow();
+    QCOMPARE(menu.actions().size(), 1);
+    QCOMPARE(m_f.tabs->TabCount(), 1);
+    QCOMPARE(m_f.server.RequestCount("/b"), before);
+  }
+
+  void EmptyWindowStaysHidden() {
+    TBrowserTab *opener = m_f.tabs->GetActivePage();
+    m_f.Load(opener, QStringLiteral("/opener"));
+    m_f.Run(opener, QStringLiteral("window.w = window.open('about:blank')"));
+    QTRY_COMPARE(m_f.tabs->TabCount(), 2);
+    QCOMPARE(m_f.pages->VisiblePageCount(), 1);
+    QVERIFY(m_f.tabs->Tab(1)->Hidden());
+    m_f.Run(opener, QStringLiteral("window.w.location = '/b'"));
+    QTRY_COMPARE(m_f.pages->VisiblePageCount(), 2);
+    QTRY_COMPARE(m_f.tabs->Tab(1)->Title(), QStringLiteral("Page B"));
+  }
+
+  void CloseAll_data() {
+    QTest::addColumn<int>("spared");
+    QTest::addColumn<QStringList>("left");
+    QTest::newRow("nothing spared") << -1 << QStringList{""};
+    QTest::newRow("first") << 0 << QStringList{"A"};
+    QTest::newRow("middle") << 1 << QStringList{"B"};
+    QTest::newRow("last") << 2 << QStringList{"C"};
+  }
+
+  void CloseAll() {
+    QFETCH(int, spared);
+    m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("A"));
+    m_f.tabs->Tab(0)->SetLocked(true);
+    Open(QStringLiteral("B"));
+    Open(QStringLiteral("C"));
+    if (spared >= 0) m_f.tabs->Tab(spared)->SetHideFromCloseAll(true);
+    m_f.closeAll->CloseAll(true);
+    QTEST(m_f.Names(), "left");
+    const TBrowserTab *left = m_f.tabs->GetActivePage();
+    QCOMPARE(m_f.tabs->Tab(0), left);
+    if (spared < 0) {
+      QVERIFY(!left->Locked());
+      QCOMPARE(m_f.pages->PageCaption(left), m_f.language.Global("Blank"));
+    }
+  }
+
+  void CloseAllKeepCurrent() {
+    TZVOptions(*m_f.store).Set(Setting::ConfirmCloseAll, false);
+    m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("A"));
+    Open(QStringLiteral("B"));
+    Open(QStringLiteral("C"));
+    m_f.tabs->MakeMeActiveTab(1);
+    m_f.closeAll->KeepCurrent();
+    QCOMPARE(m_f.Names(), QStringList{QStringLiteral("B")});
+    QVERIFY(!m_f.tabs->GetActivePage()->HideFromCloseAll());
+  }
+
+  void CloseAllAsks() {
+    Open(QStringLiteral("B"));
+    OnModalDialog<QDialog>([](QDialog &dialog) {
+      dialog.findChild<QCheckBox *>(QStringLiteral("chkConfirm"))->setChecked(true);
+      dialog.findChild<QPushButton *>(QStringLiteral("cmdCancel"))->click();
+    });
+    m_f.closeAll->CloseAll(false);
+    QCOMPARE(m_f.tabs->TabCount(), 2);
+    QVERIFY(!TZVOptions(*m_f.store).Get(Setting::ConfirmCloseAll));
+    m_f.closeAll->CloseAll(false);  // asks no more
+    QCOMPARE(m_f.tabs->TabCount(), 1);
+  }
+
+  void CloseAllFromList() {
+    m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("A"));
+    Open(QStringLiteral("B"));
+    Open(QStringLiteral("C"))->SetHideFromCloseAll(true);
+    OnModalDialog<QDialog>([](QDialog &dialog) {
+      auto *list = dialog.findChild<QListWidget *>(QStringLiteral("CheckListBox1"));
+      const bool allTicked = list->count() == 3 && list->item(2)->checkState() == Qt::Checked;
+      list->item(1)->setCheckState(Qt::Unchecked);
+      dialog.findChild<QPushButton *>(QStringLiteral("cmdClose"))->click();
+      QVERIFY(allTicked);
+    });
+    m_f.closeAll->ShowList();
+    QCOMPARE(m_f.Names(), QStringList{QStringLiteral("B")});  // being spared plays no part here
+  }
+
+  void ClosingLock() {
+    TZVOptions(*m_f.store).Set(Setting::ConfirmCloseAll, false);
+    Open(QStringLiteral("B"));
+    m_f.tabs->SetClosingLocked(true);
+    m_f.tabs->CloseActive();
+    m_f.closeAll->CloseAll(false);
+    Q_EMIT m_f.pages->CloseRequested(m_f.tabs->Tab(0));
+    QCOMPARE(m_f.tabs->TabCount(), 2);
+    m_f.tabs->SetClosingLocked(false);
+    m_f.tabs->CloseActive();
+    QCOMPARE(m_f.tabs->TabCount(), 1);
+  }
+
+  void AutoRefresh() {
+    TAutoRefresh refresh(*m_f.actions, *m_f.tabs, *m_f.settings);
+    QAction *none = (*m_f.actions)[TCommand::AutoRefreshNone];
+    QVERIFY(none->isChecked());
+    auto *timer = refresh.findChild<QTimer *>(QStringLiteral("tmrRefresh"));
+    (*m_f.actions)[TCommand::AutoRefresh30]->trigger();
+    QVERIFY(!none->isChecked());
+    QCOMPARE(refresh.Interval(), 30000);
+    QVERIFY(timer->isActive() && timer->interval() == 30000);
+    QCOMPARE(TZVOptions(*m_f.store).Get(Setting::AutoRefresh), 30000);
+    none->trigger();
+    QCOMPARE(refresh.Interval(), 0);
+    QCOMPARE(TZVOptions(*m_f.store).Get(Setting::AutoRefresh), 0);
+    QVERIFY(!timer->isActive());
+  }
+
+  void TabListMenu() {
+    m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("Fish & chips"));
+    m_f.tabs->NewTab();
+    QMenu menu;
+    const TTabListMenu list(&menu, *m_f.tabs);
+    Q_EMIT menu.aboutToShow();
+    Q_EMIT menu.aboutToShow();
+    QCOMPARE(menu.actions().size(), 2);
+    QCOMPARE(menu.actions().at(0)->text(), QStringLiteral("Fish && chips"));
+    QCOMPARE(menu.actions().at(1)->text(), m_f.language.Global("Blank"));
+    menu.actions().at(0)->trigger();
+    QCOMPARE(m_f.tabs->GetActivePage(), m_f.tabs->Tab(0));
+  }
+
+  void TabMenuItems() {
+    TTabMenu &menu = *m_f.tabMenu;
+    TBrowserTab *first = m_f.tabs->Tab(0);
+    m_f.Load(first, QStringLiteral("/a"));
+    m_f.tabs->NewTab();
+    const auto item = [this](const char *name) { return m_f.window->findChild<QAction *>(QLatin1String(name)); };
+
+    menu.Open(first, QPoint(0, 0));
+    QVERIFY(item("pmTabHome")->isEnabled());
+    QCOMPARE(item("pmStickyTitle")->text(), m_f.language.Global("StickyNameSet"));
+    item("pmTabLocked")->trigger();
+    QVERIFY(first->Locked());
+    menu.Menu()->close();
+
+    first->SetStickyName(QStringLiteral("A"));
+    menu.Open(first, QPoint(0, 0));
+    QVERIFY(item("pmTabLocked")->isChecked());
+    QCOMPARE(item("pmStickyTitle")->text(), m_f.language.Global("StickyNameClear"));
+    item("pmStickyTitle")->trigger();
+    QVERIFY(first->StickyName().isEmpty());
+    item("pmHideFromCloseAll")->trigger();
+    QVERIFY(first->HideFromCloseAll());
+    item("pmTabClose")->trigger();
+    QCOMPARE(m_f.tabs->TabCount(), 1);
+    menu.Menu()->close();
+  }
 
  private:
-  TBrowserTab *Open(const QString &name);
+  TBrowserTab *Open(const QString &name) {
+    TBrowserTab *tab = m_f.tabs->NewTab();
+    tab->SetStickyName(name);
+    return tab;
+  }
 
   TTabsFixture m_f;
 };
-
-void TestTabs::initTestCase() {
-  m_f.Prepare();
-  m_f.server.RoutePage("/a", "Page A", "<a id='link' href='/b'>b</a><a id='anchor' href='#down'>down</a>");
-  m_f.server.RoutePage("/b", "Page B");
-  m_f.server.RoutePage("/c", "Page <C> & co");
-  m_f.server.RoutePage("/frames", "Frames", "<iframe id='f' src='/c' style='height:300px'></iframe>Text");
-  m_f.server.RoutePage("/inner", "Inner", "<a href='/b' style='display:block;height:200px'>b</a>");
-  m_f.server.RoutePage("/opener", "Opener", "<a id='link' href='/b' target='_blank'>new window</a>");
-}
-
-TBrowserTab *TestTabs::Open(const QString &name) {
-  TBrowserTab *tab = m_f.tabs->NewTab();
-  tab->SetStickyName(name);
-  return tab;
-}
-
-void TestTabs::InsertPosition_data() {
-  QTest::addColumn<int>("active");
-  QTest::addColumn<bool>("atEnd");
-  QTest::addColumn<QStringList>("names");
-  QTest::newRow("after the last") << 2 << false << QStringList{"A", "B", "C", "D"};
-  QTest::newRow("after the active one") << 1 << false << QStringList{"A", "B", "D", "C"};
-  QTest::newRow("after the first") << 0 << false << QStringList{"A", "D", "B", "C"};
-  QTest::newRow("at the end") << 0 << true << QStringList{"A", "B", "C", "D"};
-}
-
-void TestTabs::InsertPosition() {
-  QFETCH(int, active);
-  QFETCH(bool, atEnd);
-  m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("A"));
-  Open(QStringLiteral("B"));
-  Open(QStringLiteral("C"));
-  m_f.tabs->MakeMeActiveTab(active);
-  m_f.settings->Set(Setting::OpenNewAtEnd, atEnd);
-  const TBrowserTab *tab = Open(QStringLiteral("D"));
-  QTEST(m_f.Names(), "names");
-  QCOMPARE(m_f.tabs->GetActivePage(), tab);
-  m_f.tabs->MakeMeActiveTab(99);
-  m_f.tabs->MakeMeActiveTab(-1);
-  QCOMPARE(m_f.tabs->GetActivePage(), tab);
-}
-
-void TestTabs::BackgroundTab_data() {
-  QTest::addColumn<bool>("foreground");
-  QTest::newRow("the active tab stays") << false;
-  QTest::newRow("brought to the front") << true;
-}
-
-void TestTabs::BackgroundTab() {
-  QFETCH(bool, foreground);
-  m_f.settings->Set(Setting::OpenNewInForeground, foreground);
-  TBrowserTab *first = m_f.tabs->GetActivePage();
-  TBrowserTab *tab = m_f.tabs->NewBackgroundTab();
-  QCOMPARE(m_f.tabs->GetActivePage(), foreground ? tab : first);
-  QCOMPARE(m_f.pages->IndexOf(tab), 1);
-}
-
-void TestTabs::ClosingHandsOver() {
-  m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("A"));
-  for (const char *name : {"B", "C", "D"}) Open(QString::fromLatin1(name));
-  const auto close = [this](int position) {
-    m_f.tabs->MakeMeActiveTab(position);
-    m_f.tabs->CloseActive();
-    return m_f.tabs->GetActivePage()->StickyName();
-  };
-  QCOMPARE(close(1), QStringLiteral("C"));  // the next one
-  QCOMPARE(close(0), QStringLiteral("D"));  // the first hands over backwards, round the end
-  m_f.tabs->MakeMeActiveTab(1);
-  m_f.tabs->Tab(0)->Close();  // one in the background changes nothing
-  QCOMPARE(m_f.Names(), QStringList{QStringLiteral("D")});
-}
-
-void TestTabs::ClosingTheOnlyTab() {
-  TBrowserTab *tab = m_f.tabs->GetActivePage();
-  m_f.Load(tab, QStringLiteral("/a"));
-  tab->SetStickyName(QStringLiteral("Mine"));
-  tab->SetHideFromCloseAll(true);
-  tab->SetLocked(true);
-  m_f.tabs->CloseActive();
-  QCOMPARE(m_f.tabs->TabCount(), 1);
-  QCOMPARE(m_f.tabs->GetActivePage(), tab);
-  QCOMPARE(m_f.pages->PageCaption(tab), m_f.language.Global("Blank"));
-  QVERIFY(!tab->Locked() && tab->StickyName().isEmpty() && !tab->HideFromCloseAll() && tab->Url().isEmpty());
-  QCOMPARE(m_f.pages->PageImage(tab), -1);
-  QTRY_COMPARE(tab->GetLocationUrl(), QStringLiteral("about:blank"));
-  QTRY_COMPARE(m_f.pages->PageCaption(tab), m_f.language.Global("Blank"));
-  QCOMPARE(m_f.server.RequestCount("/b"), 0);
-}
-
-void TestTabs::TitleAndStates() {
-  TBrowserTab *front = m_f.tabs->GetActivePage();
-  m_f.Load(front, QStringLiteral("/c"));
-  QCOMPARE(m_f.pages->PageCaption(front), QStringLiteral("Page <C> && co"));
-  QCOMPARE(front->State(), TTabState::None);
-  QVERIFY(!front->Busy() && !front->Secure());
-
-  TBrowserTab *back = m_f.tabs->NewBackgroundTab();
-  QSignalSpy loaded(m_f.tabs.get(), &TTabStrip::TabLoaded);
-  QList<TTabState> seen;
-  connect(m_f.tabs.get(), &TTabStrip::TabsChanged, back, [&] { seen.append(back->State()); });
-  back->Navigate(m_f.server.Url(QStringLiteral("/b")));
-  QTRY_VERIFY(!loaded.isEmpty());
-  QCOMPARE(back->State(), TTabState::FinishedInBackground);
-  QCOMPARE(m_f.pages->PageImage(back), 1);
-  QVERIFY(seen.contains(TTabState::Started));
-  m_f.tabs->Activate(back);
-  QCOMPARE(back->State(), TTabState::None);
-}
-
-void TestTabs::LockedTabSendsLinksAway() {
-  TBrowserTab *locked = m_f.tabs->GetActivePage();
-  m_f.Load(locked, QStringLiteral("/a"));
-  locked->SetLocked(true);
-  QCOMPARE(m_f.pages->PageImage(locked), 3);
-
-  m_f.Run(locked, QStringLiteral("document.getElementById('anchor').click()"));
-  QTRY_VERIFY(locked->GetLocationUrl().endsWith(QStringLiteral("#down")));
-  QCOMPARE(m_f.tabs->TabCount(), 1);
-
-  m_f.Run(locked, QStringLiteral("document.getElementById('link').click()"));
-  QTRY_COMPARE(m_f.tabs->TabCount(), 2);
-  TBrowserTab *beside = m_f.tabs->Tab(1);
-  QTRY_COMPARE(beside->GetLocationUrl(), m_f.server.Url(QStringLiteral("/b")));
-  QVERIFY(beside->OpenedAsNewWindow());
-  QCOMPARE(m_f.tabs->GetActivePage(), locked);
-  QVERIFY(locked->GetLocationUrl().startsWith(m_f.server.Url(QStringLiteral("/a"))));
-
-  // A reload is not leaving.
-  const int before = m_f.server.RequestCount("/a");
-  locked->Refresh();
-  QTRY_COMPARE(m_f.server.RequestCount("/a"), before + 1);
-  QCOMPARE(m_f.tabs->TabCount(), 2);
-  QCOMPARE(m_f.pages->PageImage(locked), 3);
-}
-
-// What the page does with its frames stays in them; a link that the user clicks in one leads out of the tab.
-void TestTabs::LockedTabKeepsItsFrames() {
-  TBrowserTab *locked = m_f.tabs->GetActivePage();
-  locked->SetLockPending(true);
-  m_f.Load(locked, QStringLiteral("/frames"));
-  QVERIFY(locked->Locked());
-  m_f.Run(locked, QStringLiteral("let f = document.getElementById('f'); f.src = '/inner';"
-                                 "f.onload = () => document.title = 'frame changed'"));
-  QTRY_COMPARE(locked->Title(), QStringLiteral("frame changed"));
-  QCOMPARE(m_f.tabs->TabCount(), 1);
-
-  ClickPage(*locked->Browser(), QPoint(60, 100));
-  QTRY_COMPARE(m_f.tabs->TabCount(), 2);
-  QTRY_COMPARE(m_f.tabs->Tab(1)->GetLocationUrl(), m_f.server.Url(QStringLiteral("/b")));
-  QVERIFY(m_f.tabs->Tab(1)->OpenedAsNewWindow());
-  QCOMPARE(m_f.tabs->GetActivePage(), locked);
-  QCOMPARE(locked->GetLocationUrl(), m_f.server.Url(QStringLiteral("/frames")));
-  QCOMPARE(m_f.server.RequestCount("/b"), 1);
-}
-
-void TestTabs::LockPending() {
-  TBrowserTab *tab = m_f.tabs->GetActivePage();
-  tab->SetLockPending(true);
-  QVERIFY(!tab->Locked());
-  m_f.Load(tab, QStringLiteral("/b"));
-  QVERIFY(tab->Locked());
-  QCOMPARE(tab->GetLocationUrl(), m_f.server.Url(QStringLiteral("/b")));
-}
-
-void TestTabs::StickyName() {
-  TBrowserTab *tab = m_f.tabs->GetActivePage();
-  m_f.Load(tab, QStringLiteral("/b"));
-  OnModalDialog<QInputDialog>([](QInputDialog &box) {
-    const QString offered = box.textValue();
-    box.setTextValue(QStringLiteral("My tab"));
-    box.accept();
-    QCOMPARE(offered, QStringLiteral("Page B"));
-  });
-  tab->AskStickyName();
-  QCOMPARE(m_f.pages->PageCaption(tab), QStringLiteral("My tab"));
-  m_f.Load(tab, QStringLiteral("/a"));
-  QCOMPARE(m_f.pages->PageCaption(tab), QStringLiteral("My tab"));
-  QCOMPARE(tab->Title(), QStringLiteral("Page A"));
-  tab->SetStickyName(QString());
-  QCOMPARE(m_f.pages->PageCaption(tab), QStringLiteral("Page A"));
-}
-
-void TestTabs::WindowOfAPage() {
-  TBrowserTab *opener = m_f.tabs->GetActivePage();
-  QStringList tested;
-  m_f.environment->hooks.isPopupBlocked = [&tested](const QString &address) {
-    tested.append(address);
-    return false;
-  };
-  m_f.Load(opener, QStringLiteral("/opener"));
-  m_f.Run(opener, QStringLiteral("document.getElementById('link').click()"));
-  QTRY_COMPARE(m_f.pages->VisiblePageCount(), 2);
-  QCOMPARE(m_f.tabs->GetActivePage(), opener);
-  TBrowserTab *opened = m_f.tabs->Tab(1);
-  QTRY_COMPARE(opened->Title(), QStringLiteral("Page B"));
-  QCOMPARE(tested, QStringList{m_f.server.Url(QStringLiteral("/b"))});
-  QCOMPARE(opened->PopupUrl(), m_f.server.Url(QStringLiteral("/b")));
-  QVERIFY(!opened->Hidden());
-}
-
-void TestTabs::RejectedWindow() {
-  TBrowserTab *opener = m_f.tabs->GetActivePage();
-  m_f.environment->hooks.isPopupBlocked = [](const QString &) { return true; };
-  m_f.Load(opener, QStringLiteral("/opener"));
-  const int before = m_f.server.RequestCount("/b");
-  m_f.Run(opener, QStringLiteral("document.getElementById('link').click()"));
-  QTRY_COMPARE(m_f.tabs->TabCount(), 2);
-  QTRY_VERIFY(m_f.tabs->Tab(1)->Blocked());
-  QCOMPARE(m_f.pages->VisiblePageCount(), 1);
-  QMenu menu;
-  const TTabListMenu list(&menu, *m_f.tabs);
-  Q_EMIT menu.aboutToShow();
-  QCOMPARE(menu.actions().size(), 1);
-  QCOMPARE(m_f.tabs->TabCount(), 1);
-  QCOMPARE(m_f.server.RequestCount("/b"), before);
-}
-
-void TestTabs::EmptyWindowStaysHidden() {
-  TBrowserTab *opener = m_f.tabs->GetActivePage();
-  m_f.Load(opener, QStringLiteral("/opener"));
-  m_f.Run(opener, QStringLiteral("window.w = window.open('about:blank')"));
-  QTRY_COMPARE(m_f.tabs->TabCount(), 2);
-  QCOMPARE(m_f.pages->VisiblePageCount(), 1);
-  QVERIFY(m_f.tabs->Tab(1)->Hidden());
-  m_f.Run(opener, QStringLiteral("window.w.location = '/b'"));
-  QTRY_COMPARE(m_f.pages->VisiblePageCount(), 2);
-  QTRY_COMPARE(m_f.tabs->Tab(1)->Title(), QStringLiteral("Page B"));
-}
-
-void TestTabs::CloseAll_data() {
-  QTest::addColumn<int>("spared");
-  QTest::addColumn<QStringList>("left");
-  QTest::newRow("nothing spared") << -1 << QStringList{""};
-  QTest::newRow("first") << 0 << QStringList{"A"};
-  QTest::newRow("middle") << 1 << QStringList{"B"};
-  QTest::newRow("last") << 2 << QStringList{"C"};
-}
-
-void TestTabs::CloseAll() {
-  QFETCH(int, spared);
-  m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("A"));
-  m_f.tabs->Tab(0)->SetLocked(true);
-  Open(QStringLiteral("B"));
-  Open(QStringLiteral("C"));
-  if (spared >= 0) m_f.tabs->Tab(spared)->SetHideFromCloseAll(true);
-  m_f.closeAll->CloseAll(true);
-  QTEST(m_f.Names(), "left");
-  const TBrowserTab *left = m_f.tabs->GetActivePage();
-  QCOMPARE(m_f.tabs->Tab(0), left);
-  if (spared < 0) {
-    QVERIFY(!left->Locked());
-    QCOMPARE(m_f.pages->PageCaption(left), m_f.language.Global("Blank"));
-  }
-}
-
-void TestTabs::CloseAllKeepCurrent() {
-  TZVOptions(*m_f.store).Set(Setting::ConfirmCloseAll, false);
-  m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("A"));
-  Open(QStringLiteral("B"));
-  Open(QStringLiteral("C"));
-  m_f.tabs->MakeMeActiveTab(1);
-  m_f.closeAll->KeepCurrent();
-  QCOMPARE(m_f.Names(), QStringList{QStringLiteral("B")});
-  QVERIFY(!m_f.tabs->GetActivePage()->HideFromCloseAll());
-}
-
-void TestTabs::CloseAllAsks() {
-  Open(QStringLiteral("B"));
-  OnModalDialog<QDialog>([](QDialog &dialog) {
-    dialog.findChild<QCheckBox *>(QStringLiteral("chkConfirm"))->setChecked(true);
-    dialog.findChild<QPushButton *>(QStringLiteral("cmdCancel"))->click();
-  });
-  m_f.closeAll->CloseAll(false);
-  QCOMPARE(m_f.tabs->TabCount(), 2);
-  QVERIFY(!TZVOptions(*m_f.store).Get(Setting::ConfirmCloseAll));
-  m_f.closeAll->CloseAll(false);  // asks no more
-  QCOMPARE(m_f.tabs->TabCount(), 1);
-}
-
-void TestTabs::CloseAllFromList() {
-  m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("A"));
-  Open(QStringLiteral("B"));
-  Open(QStringLiteral("C"))->SetHideFromCloseAll(true);
-  OnModalDialog<QDialog>([](QDialog &dialog) {
-    auto *list = dialog.findChild<QListWidget *>(QStringLiteral("CheckListBox1"));
-    const bool allTicked = list->count() == 3 && list->item(2)->checkState() == Qt::Checked;
-    list->item(1)->setCheckState(Qt::Unchecked);
-    dialog.findChild<QPushButton *>(QStringLiteral("cmdClose"))->click();
-    QVERIFY(allTicked);
-  });
-  m_f.closeAll->ShowList();
-  QCOMPARE(m_f.Names(), QStringList{QStringLiteral("B")});  // being spared plays no part here
-}
-
-void TestTabs::ClosingLock() {
-  TZVOptions(*m_f.store).Set(Setting::ConfirmCloseAll, false);
-  Open(QStringLiteral("B"));
-  m_f.tabs->SetClosingLocked(true);
-  m_f.tabs->CloseActive();
-  m_f.closeAll->CloseAll(false);
-  Q_EMIT m_f.pages->CloseRequested(m_f.tabs->Tab(0));
-  QCOMPARE(m_f.tabs->TabCount(), 2);
-  m_f.tabs->SetClosingLocked(false);
-  m_f.tabs->CloseActive();
-  QCOMPARE(m_f.tabs->TabCount(), 1);
-}
-
-void TestTabs::AutoRefresh() {
-  TAutoRefresh refresh(*m_f.actions, *m_f.tabs, *m_f.settings);
-  QAction *none = (*m_f.actions)[TCommand::AutoRefreshNone];
-  QVERIFY(none->isChecked());
-  auto *timer = refresh.findChild<QTimer *>(QStringLiteral("tmrRefresh"));
-  (*m_f.actions)[TCommand::AutoRefresh30]->trigger();
-  QVERIFY(!none->isChecked());
-  QCOMPARE(refresh.Interval(), 30000);
-  QVERIFY(timer->isActive() && timer->interval() == 30000);
-  QCOMPARE(TZVOptions(*m_f.store).Get(Setting::AutoRefresh), 30000);
-  none->trigger();
-  QCOMPARE(refresh.Interval(), 0);
-  QCOMPARE(TZVOptions(*m_f.store).Get(Setting::AutoRefresh), 0);
-  QVERIFY(!timer->isActive());
-}
-
-void TestTabs::TabListMenu() {
-  m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("Fish & chips"));
-  m_f.tabs->NewTab();
-  QMenu menu;
-  const TTabListMenu list(&menu, *m_f.tabs);
-  Q_EMIT menu.aboutToShow();
-  Q_EMIT menu.aboutToShow();
-  QCOMPARE(menu.actions().size(), 2);
-  QCOMPARE(menu.actions().at(0)->text(), QStringLiteral("Fish && chips"));
-  QCOMPARE(menu.actions().at(1)->text(), m_f.language.Global("Blank"));
-  menu.actions().at(0)->trigger();
-  QCOMPARE(m_f.tabs->GetActivePage(), m_f.tabs->Tab(0));
-}
-
-void TestTabs::TabMenuItems() {
-  TTabMenu &menu = *m_f.tabMenu;
-  TBrowserTab *first = m_f.tabs->Tab(0);
-  m_f.Load(first, QStringLiteral("/a"));
-  m_f.tabs->NewTab();
-  const auto item = [this](const char *name) { return m_f.window->findChild<QAction *>(QLatin1String(name)); };
-
-  menu.Open(first, QPoint(0, 0));
-  QVERIFY(item("pmTabHome")->isEnabled());
-  QCOMPARE(item("pmStickyTitle")->text(), m_f.language.Global("StickyNameSet"));
-  item("pmTabLocked")->trigger();
-  QVERIFY(first->Locked());
-  menu.Menu()->close();
-
-  first->SetStickyName(QStringLiteral("A"));
-  menu.Open(first, QPoint(0, 0));
-  QVERIFY(item("pmTabLocked")->isChecked());
-  QCOMPARE(item("pmStickyTitle")->text(), m_f.language.Global("StickyNameClear"));
-  item("pmStickyTitle")->trigger();
-  QVERIFY(first->StickyName().isEmpty());
-  item("pmHideFromCloseAll")->trigger();
-  QVERIFY(first->HideFromCloseAll());
-  item("pmTabClose")->trigger();
-  QCOMPARE(m_f.tabs->TabCount(), 1);
-  menu.Menu()->close();
-}
 
 int main(int argc, char **argv) {
   return RunWithEngine<TestTabs>(argc, argv);

@@ -72,10 +72,10 @@ void TEnginePage::DismissDialogs() {
   m_dialogs->Dismiss();
 }
 
-int TEnginePage::EncryptionLevel() const {
-  if (url().scheme() != QLatin1String("https")) return 0;
-  if (m_certificates.contains(url().host())) return 2;
-  return m_insecureParts ? 1 : 6;
+TEncryptionLevel TEnginePage::EncryptionLevel() const {
+  if (url().scheme() != QLatin1String("https")) return TEncryptionLevel::None;
+  if (m_certificates.contains(url().host())) return TEncryptionLevel::Unknown;
+  return m_insecureParts ? TEncryptionLevel::Mixed : TEncryptionLevel::Bits128;
 }
 
 QSslCertificate TEnginePage::Certificate() const {

@@ -7,6 +7,7 @@
 
 #include "browser/engine/engine.h"
 #include "browser/engine/load_failure.h"
+#include "browser/page/encryption_level.h"
 
 class TContentFilter;
 class TInputWatch;
@@ -34,8 +35,7 @@ class TEnginePage final : public QWebEnginePage {
   void DismissDialogs();
 
   [[nodiscard]] bool IsUnderWay() const { return m_underWay; }
-  // 0 none, 1 parts came in the clear, 2 accepted certificate error, 6 secure.
-  [[nodiscard]] int EncryptionLevel() const;
+  [[nodiscard]] TEncryptionLevel EncryptionLevel() const;
   // The certificate of the page where it is known: only those with errors are shown by the engine.
   [[nodiscard]] QSslCertificate Certificate() const;
   // What was wrong with the certificate of the last navigation, if that is why it failed.

@@ -106,7 +106,7 @@ class THalvexBrowser final : public QWidget {
   void AddressChanged(const QString &address);                   // also for jumps inside the page
   void NavigateComplete(const QString &address);                 // top-level: the page's content has begun to arrive
   void DocumentComplete(const QString &address);                 // top-level: loaded, or failed
-  void SecureLockIconChanged(int value);                         // 0 none .. 6, see TPageProperties::encryptionLevel
+  void SecureLockIconChanged(TEncryptionLevel level);
   void OpenInNewTabRequested(const QString &address, bool background);
   // `address` begins with "view-source:"; opened like any other, it shows the page as it was sent.
   void ViewSourceRequested(const QString &address);

@@ -262,7 +262,7 @@ void THalvexBrowser::TPrivate::Find(const QString &text, bool forward, bool matc
 
 void THalvexBrowser::TPrivate::UpdateEncryptionLevel() {
   const bool known = HasLivePage() && !page->CertificateProblem();
-  const int level = known ? page->EncryptionLevel() : 0;
+  const TEncryptionLevel level = known ? page->EncryptionLevel() : TEncryptionLevel::None;
   if (level == encryptionLevel) return;
   encryptionLevel = level;
   Q_EMIT q->SecureLockIconChanged(level);

@@ -73,6 +73,6 @@ struct THalvexBrowser::TPrivate {
   bool fullScreen = false;
   bool canGoBack = false;
   bool canGoForward = false;
-  int encryptionLevel = 0;
+  TEncryptionLevel encryptionLevel = TEncryptionLevel::None;
   qreal zoom = ZoomFactors[MediumZoom];
 };

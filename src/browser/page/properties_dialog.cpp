@@ -1,6 +1,5 @@
 #include "browser/page/properties_dialog.h"
 
-#include <array>
 #include <QLocale>
 
 #include "config/language.h"
@@ -12,12 +11,10 @@ constexpr int FieldWidthInCharacters = 64;
 constexpr int CertificateLines = 8;
 constexpr int LongestText = 4000;  // an address may hold a whole picture
 
-// By level of encryption, as the status bar has them; the lowest level has a text here only.
-constexpr std::array EncryptionTexts{
-    TTextKey{"PROPERTIES", "NotEncrypted"}, TTextKey{"MAIN", "EncryptionMixed"}, TTextKey{"MAIN", "EncryptionUnknown"},
-    TTextKey{"MAIN", "Encryption40Bit"},    TTextKey{"MAIN", "Encryption56Bit"}, TTextKey{"MAIN", "EncryptionFortezza"},
-    TTextKey{"MAIN", "Encryption128Bit"},
-};
+// Here the lowest level has a text too.
+TTextKey LevelText(TEncryptionLevel level) {
+  return level == TEncryptionLevel::None ? TTextKey{"PROPERTIES", "NotEncrypted"} : EncryptionText(level);
+}
 
 QString Shortened(const QString &text) {
   return text.size() > LongestText ? text.left(LongestText) + QChar(0x2026) : text;
@@ -46,13 +43,12 @@ TPropertiesDialog::TPropertiesDialog(const TPageProperties &properties, const TL
                .arg(locale.formattedDataSize(properties.size, 1, QLocale::DataSizeTraditionalFormat),
                     locale.toString(properties.size));
   }
-  const bool known = properties.encryptionLevel >= 0 && properties.encryptionLevel < int(EncryptionTexts.size());
   fill(m_ui->txtTitle, properties.title);
   fill(m_ui->txtAddress, properties.address);
   fill(m_ui->txtType, properties.contentType);
   fill(m_ui->txtSize, size);
   fill(m_ui->txtModified, properties.modified);
-  fill(m_ui->txtEncryption, known ? language.Text(EncryptionTexts[size_t(properties.encryptionLevel)]) : QString());
+  fill(m_ui->txtEncryption, language.Text(LevelText(properties.encryptionLevel)));
   m_ui->mmoCertificate->setPlainText(Shortened(properties.certificate));
   m_ui->mmoCertificate->setMinimumHeight(fontMetrics().lineSpacing() * CertificateLines);
   const bool hasCertificate = !properties.certificate.isEmpty();

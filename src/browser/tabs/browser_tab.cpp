@@ -27,7 +27,7 @@ bool IsHttps(const QString &address) {
 }  // namespace
 
 TBrowserTab::TBrowserTab(QWidget *owner, TTabEnvironment &environment, TTabStrip &strip, bool hidden)
-    : m_environment(environment), m_strip(strip), m_hidden(hidden) {
+    : m_environment(environment), m_strip(strip), m_gate(hidden ? TPopupGate::Untested : TPopupGate::None) {
   m_browser = new THalvexBrowser(owner, environment.engine, environment.downloadControl, environment.userAgent, this);
   auto *layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -40,9 +40,7 @@ TBrowserTab::TBrowserTab(QWidget *owner, TTabEnvironment &environment, TTabStrip
 TBrowserTab::~TBrowserTab() = default;
 
 void TBrowserTab::ConnectBrowser() {
-  connect(m_browser, &THalvexBrowser::StatusTextChanged, this, [this](const QString &text) {
-    if (IsActive()) Q_EMIT m_strip.StatusTextChanged(text);
-  });
+  connect(m_browser, &THalvexBrowser::StatusTextChanged, this, &TBrowserTab::StatusTextChanged);
   connect(m_browser, &THalvexBrowser::ProgressChanged, this, &TBrowserTab::OnProgress);
   connect(m_browser, &THalvexBrowser::CommandStateChanged, this, &TBrowserTab::OnCommandState);
   connect(m_browser, &THalvexBrowser::TitleChanged, this, &TBrowserTab::SetCaption);
@@ -53,19 +51,18 @@ void TBrowserTab::ConnectBrowser() {
   connect(m_browser, &THalvexBrowser::NavigateComplete, this, &TBrowserTab::OnNavigateComplete);
   connect(m_browser, &THalvexBrowser::DocumentComplete, this, &TBrowserTab::OnDocumentComplete);
   connect(m_browser, &THalvexBrowser::AddressChanged, this, [this](const QString &address) {
-    if (IsActive()) Q_EMIT m_strip.AddressChanged(address);
-    Q_EMIT m_strip.TabsChanged();
+    Q_EMIT AddressChanged(address);
+    Q_EMIT Changed();
   });
-  connect(m_browser, &THalvexBrowser::SecureLockIconChanged, this, [this](int value) {
-    m_secureLock = value;
-    RefreshIndicatorsIfActive();
+  connect(m_browser, &THalvexBrowser::SecureLockIconChanged, this, [this](TEncryptionLevel level) {
+    m_secureLock = level;
+    Q_EMIT IndicatorsChanged();
   });
   connect(m_browser, &THalvexBrowser::OpenInNewTabRequested, this,
           [this](const QString &address, bool background) { m_strip.OpenFromPage(address, background); });
   connect(m_browser, &THalvexBrowser::ViewSourceRequested, this,
           [this](const QString &address) { m_strip.NewTab()->Navigate(address); });
-  connect(m_browser, &THalvexBrowser::PageFullScreenRequested, this,
-          [this](bool on) { Q_EMIT m_strip.PageFullScreenRequested(this, on); });
+  connect(m_browser, &THalvexBrowser::PageFullScreenRequested, this, &TBrowserTab::PageFullScreenRequested);
   connect(m_browser, &THalvexBrowser::BringToFrontRequested, this, [this] { m_strip.Activate(this); });
 }
 
@@ -80,31 +77,45 @@ void TBrowserTab::Navigate(const QString &address) {
     return;
   }
   m_url = address;
-  m_announced = false;
-  m_awaited = FixUpAddress(address).kind == TFixedAddress::TKind::Url;
-  if (!m_locked) SetCaption(address);
+  // A load that is under way goes on until the new one takes its place; a jump inside the page is none.
+  if (m_load != TLoad::Loading) {
+    const TFixedAddress fixed = FixUpAddress(address);
+    const bool isLoad = fixed.kind == TFixedAddress::TKind::Url && !(fixed.url.hasFragment() && IsOwnPage(address));
+    m_load = isLoad ? TLoad::Waiting : Settled();
+  }
+  if (!Locked()) SetCaption(address);
   if (address == AboutBlank) {
     MakeBlank();
   } else {
     m_browser->Navigate(address);
   }
   ShowAwaitedAddress();
-  Q_EMIT m_strip.TabsChanged();
+  Q_EMIT Changed();
 }
 
 void TBrowserTab::Announce(const QString &address) {
   if (!m_browser) return;
   m_url = address;
-  m_announced = true;
-  m_awaited = true;
-  if (!m_locked) SetCaption(address);
+  const bool wasBusy = Busy();
+  m_load = TLoad::Announced;
+  if (!Locked()) SetCaption(address);
   ShowAwaitedAddress();
-  Q_EMIT m_strip.TabsChanged();
+  Q_EMIT Changed();
+  if (!wasBusy) return;
+  // Nothing is heard any more of the load that was under way.
+  ShowState(TTabState::None);
+  Q_EMIT IndicatorsChanged();
 }
 
 void TBrowserTab::ShowAwaitedAddress() {
   const QString address = AddressToSave();
-  if (address == m_url && IsActive()) Q_EMIT m_strip.AddressChanged(address);
+  if (address == m_url) Q_EMIT AddressChanged(address);
+}
+
+TLoad TBrowserTab::Settled() const {
+  if (m_browser->ShowsNotice()) return TLoad::Failed;
+  const QString shown = GetLocationUrl();
+  return shown.isEmpty() || shown == AboutBlank ? TLoad::Blank : TLoad::Shown;
 }
 
 void TBrowserTab::NavigateStored() {
@@ -129,7 +140,7 @@ void TBrowserTab::Refresh() {
 
 void TBrowserTab::Reload(bool passCache) {
   if (!m_browser) return;
-  if (m_announced) {
+  if (Announced()) {
     NavigateStored();
   } else if (passCache) {
     m_browser->RefreshCompletely();
@@ -144,10 +155,10 @@ void TBrowserTab::Stop() {
 
 void TBrowserTab::MakeBlank() {
   if (!m_browser) return;
-  m_announced = false;
+  if (!Busy()) m_load = TLoad::Blank;
   m_browser->ShowBlank();
   SetCaption(AboutBlank);
-  Q_EMIT m_strip.TabsChanged();
+  Q_EMIT Changed();
 }
 
 QString TBrowserTab::GetLocationUrl() const {
@@ -161,7 +172,8 @@ QString TBrowserTab::GetLocationName() const {
 QString TBrowserTab::AddressToSave() const {
   const QString shown = GetLocationUrl();
   // A tab whose first page is still on its way is saved by what it was asked to open.
-  return m_awaited && (shown.isEmpty() || shown == AboutBlank) ? m_url : shown;
+  const bool isOnItsWay = m_load == TLoad::Announced || m_load == TLoad::Waiting || m_load == TLoad::Loading;
+  return isOnItsWay && !m_url.isEmpty() && (shown.isEmpty() || shown == AboutBlank) ? m_url : shown;
 }
 
 QString TBrowserTab::ListCaption() const {
@@ -176,7 +188,7 @@ void TBrowserTab::SetCaption(const QString &title) {
                                      m_environment.language.Global("Blank"));
   m_strip.Pages().SetPageHint(this, title == AboutBlank ? m_environment.language.Global("Blank") : title);
   m_strip.Pages().SetPageCaption(this, caption);
-  if (IsActive()) Q_EMIT m_strip.ActiveTitleChanged(ListCaption());
+  Q_EMIT TitleChanged(ListCaption());
 }
 
 void TBrowserTab::SetStickyName(const QString &name) {
@@ -198,15 +210,18 @@ void TBrowserTab::AskStickyName() {
 }
 
 void TBrowserTab::SetLocked(bool locked) {
-  if (m_locked == locked) return;
-  m_locked = locked;
+  if (Locked() == locked) return;
+  m_lock = locked ? TLock::Locked : TLock::Open;
   ShowState(locked ? TTabState::Locked : TTabState::None);
 }
 
+void TBrowserTab::SetLockPending(bool pending) {
+  if (!Locked()) m_lock = pending ? TLock::Pending : TLock::Open;
+}
+
 void TBrowserTab::ResetToBlank() {
-  m_blocked = false;
-  m_hidden = false;
-  m_lockPending = false;
+  m_gate = TPopupGate::None;
+  SetLockPending(false);
   SetLocked(false);
   m_restored = false;
   m_openedAsNewWindow = false;
@@ -224,7 +239,7 @@ void TBrowserTab::Close() {
     ResetToBlank();
     return;
   }
-  if (m_browser->HasPageFullScreen()) Q_EMIT m_strip.PageFullScreenRequested(this, false);
+  if (m_browser->HasPageFullScreen()) Q_EMIT PageFullScreenRequested(false);
   m_strip.ActivateNeighbourOf(this);
   THalvexBrowser *browser = m_browser;
   m_browser = nullptr;
@@ -237,22 +252,18 @@ void TBrowserTab::Close() {
 }
 
 void TBrowserTab::MarkSeen() {
-  if (!m_busy && !m_locked && m_state == TTabState::FinishedInBackground) ShowState(TTabState::None);
+  if (!Busy() && !Locked() && m_state == TTabState::FinishedInBackground) ShowState(TTabState::None);
 }
 
 void TBrowserTab::ShowState(TTabState state) {
-  if (m_locked) state = TTabState::Locked;
+  if (Locked()) state = TTabState::Locked;
   m_state = state;
   m_strip.Pages().SetPageImage(this, static_cast<int>(state) - 1);
 }
 
-void TBrowserTab::RefreshIndicatorsIfActive() {
-  if (IsActive()) Q_EMIT m_strip.IndicatorsChanged(this);
-}
-
 void TBrowserTab::OnProgress(int progress, int maximum) {
   m_progress = maximum > 0 ? progress * 100 / maximum : 100;
-  if (IsActive()) Q_EMIT m_strip.ProgressChanged(m_progress);
+  Q_EMIT ProgressChanged(m_progress);
 }
 
 void TBrowserTab::OnCommandState(int command, bool enabled) {
@@ -261,9 +272,9 @@ void TBrowserTab::OnCommandState(int command, bool enabled) {
   } else if (command == static_cast<int>(TBrowserCommand::Back)) {
     m_backEnabled = enabled;
   } else {
-    RefreshIndicatorsIfActive();
+    Q_EMIT IndicatorsChanged();
   }
-  if (IsActive()) Q_EMIT m_strip.CommandStateChanged(m_backEnabled, m_forwardEnabled);
+  Q_EMIT CommandStateChanged(m_backEnabled, m_forwardEnabled);
 }
 
 void TBrowserTab::OnBeforeNavigate(TNavigation *navigation) {
@@ -272,34 +283,32 @@ void TBrowserTab::OnBeforeNavigate(TNavigation *navigation) {
     return;
   }
   if (navigation->address.startsWith(QLatin1String("javascript"))) return;
-  if (m_blocked) {
+  if (Blocked()) {
     navigation->cancel = true;
     return;
   }
-  if (m_hidden) {
+  if (Hidden()) {
     // A frame counts too: a window may stay at its empty page and fill itself with one.
     if (navigation->address == AboutBlank) return;
     TestHiddenTab(navigation);
     if (navigation->cancel) return;
     // What is let in goes on as any navigation does: the tab turns busy below.
-  } else if (m_locked) {
+  } else if (Locked()) {
     // Frames fill themselves in place unless the user clicked; a locked page full of frames must not spawn tabs. The
     // page itself may reload, by itself too, and what an allowed load is sent on to belongs to that load.
-    const bool inPlace = navigation->reload ||
-                         (navigation->redirect && (m_topDocument || IsOwnPage(navigation->address))) ||
+    const bool inPlace = navigation->reload || (navigation->redirect && (Busy() || IsOwnPage(navigation->address))) ||
                          (!navigation->mainFrame && !navigation->linkClicked);
     if (!inPlace) {
       SendAway(navigation);
       return;
     }
   }
-  if (!navigation->mainFrame || m_topDocument) return;
+  if (!navigation->mainFrame || Busy() || Announced()) return;
   m_nonHttpsSeen = false;
-  m_busy = true;
-  m_topDocument = true;
+  m_load = TLoad::Loading;
   ShowState(TTabState::Started);
-  if (IsActive()) Q_EMIT m_strip.StatusTextChanged(QString());  // what it said was about the page that goes
-  RefreshIndicatorsIfActive();
+  Q_EMIT StatusTextChanged(QString());  // what it said was about the page that goes
+  Q_EMIT IndicatorsChanged();
 }
 
 bool TBrowserTab::IsOwnPage(const QString &address) const {
@@ -308,12 +317,11 @@ bool TBrowserTab::IsOwnPage(const QString &address) const {
 
 void TBrowserTab::TestHiddenTab(TNavigation *navigation) {
   m_popupUrl = navigation->address;
-  m_hidden = false;
+  m_gate = TPopupGate::None;
   if (m_environment.hooks.isPopupBlocked && m_environment.hooks.isPopupBlocked(navigation->address)) {
     navigation->cancel = true;
-    m_blocked = true;
-    m_strip.StartCloseHidden();
-    Q_EMIT m_strip.PopupRejected(this);
+    m_gate = TPopupGate::Rejected;
+    Q_EMIT PopupRejected();
     return;
   }
   m_strip.ShowTab(this);
@@ -322,6 +330,7 @@ void TBrowserTab::TestHiddenTab(TNavigation *navigation) {
 
 void TBrowserTab::SendAway(TNavigation *navigation) {
   navigation->cancel = true;
+  if (m_load == TLoad::Waiting) m_load = Settled();
   TBrowserTab *tab = m_strip.NewBackgroundTab();
   tab->m_openedAsNewWindow = true;
   tab->Navigate(navigation->address);
@@ -331,7 +340,7 @@ void TBrowserTab::OnNewWindowRequested(QWebEngineNewWindowRequest *request) {
   // Windows that stay empty are never shown; a page that goes on asking for them gets no more.
   const QList<TBrowserTab *> tabs = m_strip.Tabs();
   const auto empty =
-      std::ranges::count_if(tabs, [this](TBrowserTab *tab) { return tab->m_hidden && tab->m_opener == this; });
+      std::ranges::count_if(tabs, [this](TBrowserTab *tab) { return tab->Hidden() && tab->m_opener == this; });
   if (empty >= MostEmptyWindows) return;
   TBrowserTab *tab = m_strip.NewHiddenTab();
   if (!tab->m_browser) return;  // A request that nobody opens is cancelled by the engine.
@@ -342,21 +351,16 @@ void TBrowserTab::OnNewWindowRequested(QWebEngineNewWindowRequest *request) {
 
 void TBrowserTab::OnNavigateComplete(const QString &address) {
   // While the tab waits for its turn only the blank page that it was left with can have something to say.
-  if (!m_browser || m_announced) return;
+  if (!m_browser || Announced()) return;
   // The blank page that a tab is left with before it opens something is not the page to keep.
-  if (m_lockPending && !m_locked && (address != AboutBlank || m_url == AboutBlank)) {
-    m_lockPending = false;
-    SetLocked(true);
-  }
+  if (LockPending() && (address != AboutBlank || m_url == AboutBlank)) SetLocked(true);
   if (!IsHttps(address)) m_nonHttpsSeen = true;
-  if (IsActive()) {
-    Q_EMIT m_strip.AddressChanged(address);
-    if (m_openedAsNewWindow) {
-      m_openedAsNewWindow = false;
-      if (m_environment.focusPage) m_browser->setFocus();
-    }
+  Q_EMIT AddressChanged(address);
+  if (m_openedAsNewWindow && IsActive()) {
+    m_openedAsNewWindow = false;
+    if (m_environment.focusPage) m_browser->setFocus();
   }
-  if (!m_topDocument) return;
+  if (!Busy()) return;
   if (m_restored) {
     m_restored = false;
     ShowState(m_wasActiveAtCompletion ? TTabState::None : TTabState::FinishedInBackground);
@@ -365,20 +369,21 @@ void TBrowserTab::OnNavigateComplete(const QString &address) {
   }
   m_secure = !m_nonHttpsSeen;
   m_secureZone = m_environment.hooks.securityZone ? m_environment.hooks.securityZone(address) : 0;
-  RefreshIndicatorsIfActive();
+  Q_EMIT IndicatorsChanged();
   m_nonHttpsSeen = false;
 }
 
 void TBrowserTab::OnDocumentComplete(const QString &address) {
-  if (!m_browser || m_announced) return;
+  if (!m_browser || Announced()) return;
   const bool active = IsActive();
-  m_awaited = false;
-  if (active) Q_EMIT m_strip.AddressChanged(address);
-  if (!m_topDocument) return;
+  const bool wasBusy = Busy();
+  // The blank page that a tab is left with before it opens something may still be about to finish.
+  const bool isAwaitedStill = m_load == TLoad::Waiting && address == AboutBlank && m_url != AboutBlank;
+  if (!isAwaitedStill) m_load = Settled();
+  Q_EMIT AddressChanged(address);
+  if (!wasBusy) return;
   m_wasActiveAtCompletion = active;
-  m_busy = false;
-  m_topDocument = false;
   ShowState(active ? TTabState::None : TTabState::FinishedInBackground);
-  RefreshIndicatorsIfActive();
-  Q_EMIT m_strip.TabLoaded(this);
+  Q_EMIT IndicatorsChanged();
+  Q_EMIT Loaded();
 }

@@ -17,6 +17,29 @@ enum class TTabState {
   Locked = 4,                // overrides the others
 };
 
+// The pop-up test of a tab that was made for a window that a page asked for.
+enum class TPopupGate {
+  None,      // not asked for by a page, or let in
+  Untested,  // its first real address has not come yet; it has no place in the strip
+  Rejected,  // it waits to be closed and is never saved
+};
+
+enum class TLock {
+  Open,
+  Pending,  // locked at its next completed navigation
+  Locked,   // the page stays; links open beside it
+};
+
+// How far the tab is with what it was last asked for.
+enum class TLoad {
+  Blank,      // there is nothing to show
+  Announced,  // an address is shown as what the tab is for, and nothing was opened since
+  Waiting,    // handed to the browser, which has not set out yet
+  Loading,    // a top-level navigation is under way
+  Shown,      // the page is there
+  Failed,     // a notice stands in the page's place
+};
+
 // One page of the tab strip. It owns one browser, makes its caption from the page's title, and carries what the user
 // set for it: a name of its own, a lock, being spared by close-all. Once the tab is being closed `Browser()` is null
 // and every operation does nothing or gives empty text, so that late events and commands are harmless.
@@ -52,8 +75,8 @@ class TBrowserTab final : public QWidget {
   void AskStickyName();
   void SetLocked(bool locked);
   void SetRestored(bool restored) { m_restored = restored; }
-  void SetOpenedAsNewWindow(bool opened) { m_openedAsNewWindow = opened; }
-  void SetLockPending(bool pending) { m_lockPending = pending; }
+  // Of a locked tab, nothing changes.
+  void SetLockPending(bool pending);
   void SetHideFromCloseAll(bool hide) { m_hideFromCloseAll = hide; }
   // Removes the tab; the last visible one is made blank instead.
   void Close();
@@ -74,23 +97,36 @@ class TBrowserTab final : public QWidget {
   // The tab whose page asked for this one; none for other tabs, or when it has gone.
   [[nodiscard]] TBrowserTab *Opener() const { return m_opener; }
   [[nodiscard]] const QString &StickyName() const { return m_stickyName; }
-  [[nodiscard]] bool Locked() const { return m_locked; }
-  [[nodiscard]] bool LockPending() const { return m_lockPending; }
-  [[nodiscard]] bool Hidden() const { return m_hidden; }
-  [[nodiscard]] bool Blocked() const { return m_blocked; }
+  [[nodiscard]] bool Locked() const { return m_lock == TLock::Locked; }
+  [[nodiscard]] bool LockPending() const { return m_lock == TLock::Pending; }
+  [[nodiscard]] bool Hidden() const { return m_gate == TPopupGate::Untested; }
+  [[nodiscard]] bool Blocked() const { return m_gate == TPopupGate::Rejected; }
   [[nodiscard]] bool Restored() const { return m_restored; }
   [[nodiscard]] bool HideFromCloseAll() const { return m_hideFromCloseAll; }
   [[nodiscard]] bool OpenedAsNewWindow() const { return m_openedAsNewWindow; }
-  // An address was announced, and nothing was opened since.
-  [[nodiscard]] bool Announced() const { return m_announced; }
-  [[nodiscard]] bool Busy() const { return m_busy; }
+  [[nodiscard]] TLoad Load() const { return m_load; }
+  [[nodiscard]] bool Announced() const { return m_load == TLoad::Announced; }
+  [[nodiscard]] bool Busy() const { return m_load == TLoad::Loading; }
   [[nodiscard]] bool Secure() const { return m_secure; }
-  [[nodiscard]] int SecureLock() const { return m_secureLock; }
+  [[nodiscard]] TEncryptionLevel SecureLock() const { return m_secureLock; }
   [[nodiscard]] int SecureZone() const { return m_secureZone; }
   [[nodiscard]] bool BackEnabled() const { return m_backEnabled; }
   [[nodiscard]] bool ForwardEnabled() const { return m_forwardEnabled; }
   [[nodiscard]] TTabState State() const { return m_state; }
   [[nodiscard]] int Progress() const { return m_progress; }  // percent of the load under way, 100 when there is none
+
+ Q_SIGNALS:
+  // Each speaks of this tab, in front or not.
+  void StatusTextChanged(const QString &text);
+  void ProgressChanged(int percent);
+  void CommandStateChanged(bool backEnabled, bool forwardEnabled);
+  void AddressChanged(const QString &address);  // what the address bar is to show
+  void TitleChanged(const QString &title);      // as lists show it
+  void IndicatorsChanged();                     // busy, secure or zone
+  void Changed();                               // what it shows, or is for, is another address
+  void Loaded();
+  void PageFullScreenRequested(bool on);
+  void PopupRejected();
 
  private:
   void ConnectBrowser();
@@ -103,9 +139,10 @@ class TBrowserTab final : public QWidget {
   void OnProgress(int progress, int maximum);
   void OnCommandState(int command, bool enabled);
   void ShowState(TTabState state);
-  void RefreshIndicatorsIfActive();
   void ShowAwaitedAddress();
   [[nodiscard]] bool IsActive() const;
+  // What the load comes to when nothing is under way.
+  [[nodiscard]] TLoad Settled() const;
   // Whether the address is the page's own, jumps inside it aside.
   [[nodiscard]] bool IsOwnPage(const QString &address) const;
 
@@ -118,23 +155,18 @@ class TBrowserTab final : public QWidget {
   QString m_popupUrl;  // the first address of a window that a page asked for
   QString m_stickyName;
   int m_secureZone = 0;
-  int m_secureLock = 0;
+  TEncryptionLevel m_secureLock = TEncryptionLevel::None;
   int m_progress = 100;
   TTabState m_state = TTabState::None;
+  TPopupGate m_gate;
+  TLock m_lock = TLock::Open;
+  TLoad m_load = TLoad::Blank;
   bool m_openedAsNewWindow = false;
-  bool m_lockPending = false;
-  bool m_locked = false;
   bool m_backEnabled = false;
   bool m_forwardEnabled = false;
-  bool m_hidden = false;
-  bool m_blocked = false;
   bool m_secure = false;
   bool m_nonHttpsSeen = false;
   bool m_hideFromCloseAll = false;
   bool m_wasActiveAtCompletion = false;
-  bool m_busy = false;
-  bool m_topDocument = false;  // a top-level navigation is recorded
   bool m_restored = false;
-  bool m_announced = false;
-  bool m_awaited = false;  // the page that was asked for last has not finished yet
 };

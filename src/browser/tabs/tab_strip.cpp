@@ -56,10 +56,39 @@ TTabStrip::~TTabStrip() {
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-TBrowserTab *TTabStrip::InsertTab(bool hidden) {
-  const int active = m_pages->ActivePageIndex();
-  const int position = m_environment.settings.Get(Setting::OpenNewAtEnd) ? m_pages->PageCount() : active + 1;
+// Tabs speak for themselves; the window hears of the active one.
+void TTabStrip::Relay(TBrowserTab *tab) {
+  const auto ifActive = [this, tab](auto signal) {
+    return [this, tab, signal](const auto &...arguments) -> void {
+      if (GetActivePage() == tab) Q_EMIT(this->*signal)(arguments...);
+    };
+  };
+  connect(tab, &TBrowserTab::StatusTextChanged, this, ifActive(&TTabStrip::StatusTextChanged));
+  connect(tab, &TBrowserTab::ProgressChanged, this, ifActive(&TTabStrip::ProgressChanged));
+  connect(tab, &TBrowserTab::CommandStateChanged, this, ifActive(&TTabStrip::CommandStateChanged));
+  connect(tab, &TBrowserTab::AddressChanged, this, ifActive(&TTabStrip::AddressChanged));
+  connect(tab, &TBrowserTab::TitleChanged, this, ifActive(&TTabStrip::ActiveTitleChanged));
+  connect(tab, &TBrowserTab::IndicatorsChanged, this, [this, tab] {
+    if (GetActivePage() == tab) Q_EMIT IndicatorsChanged(tab);
+  });
+  connect(tab, &TBrowserTab::Changed, this, &TTabStrip::TabsChanged);
+  connect(tab, &TBrowserTab::Loaded, this, [this, tab] { Q_EMIT TabLoaded(tab); });
+  connect(tab, &TBrowserTab::PageFullScreenRequested, this,
+          [this, tab](bool on) { Q_EMIT PageFullScreenRequested(tab, on); });
+  connect(tab, &TBrowserTab::PopupRejected, this, [this, tab] { OnPopupRejected(tab); });
+}
+
+void TTabStrip::OnPopupRejected(TBrowserTab *tab) {
+  // A page that asks for one window after the other does not put the closing off.
+  if (!m_closeHidden.isActive()) m_closeHidden.start();
+  Q_EMIT PopupRejected(tab);
+}
+
+TBrowserTab *TTabStrip::InsertTab(TTabPlace place, bool hidden) {
+  const bool atEnd = place == TTabPlace::AtEnd || m_environment.settings.Get(Setting::OpenNewAtEnd);
+  const int position = atEnd ? m_pages->PageCount() : m_pages->ActivePageIndex() + 1;
   auto *tab = new TBrowserTab(m_owner, m_environment, *this, hidden);
+  Relay(tab);
   m_pages->InsertPage(position, tab, !hidden);
   m_pages->SetPageIcon(tab, m_plainPage);
   tab->SetCaption(QStringLiteral("about:blank"));
@@ -69,12 +98,12 @@ TBrowserTab *TTabStrip::InsertTab(bool hidden) {
   return tab;
 }
 
-TBrowserTab *TTabStrip::InsertInBackground(bool hidden) {
+TBrowserTab *TTabStrip::InsertInBackground(TTabPlace place, bool hidden) {
   TBrowserTab *previous = GetActivePage();
   const TPresentationPause pause(*m_pages);
   // The tab is active for a moment, but nobody is told: the keyboard must not leave the page or box that has it.
   m_quiet = true;
-  TBrowserTab *tab = InsertTab(hidden);
+  TBrowserTab *tab = InsertTab(place, hidden);
   if (!m_environment.settings.Get(Setting::OpenNewInForeground) && previous != nullptr)
     m_pages->SetActivePage(previous);
   m_quiet = false;
@@ -82,19 +111,19 @@ TBrowserTab *TTabStrip::InsertInBackground(bool hidden) {
   return tab;
 }
 
-TBrowserTab *TTabStrip::NewTab() {
-  return InsertTab(false);
+TBrowserTab *TTabStrip::NewTab(TTabPlace place) {
+  return InsertTab(place, false);
 }
 
-TBrowserTab *TTabStrip::NewBackgroundTab() {
-  TBrowserTab *tab = InsertInBackground(false);
+TBrowserTab *TTabStrip::NewBackgroundTab(TTabPlace place) {
+  TBrowserTab *tab = InsertInBackground(place, false);
   // Only what waits for the strip itself: this runs inside the engine's own events, where nothing else may be let in.
   QCoreApplication::sendPostedEvents(m_pages);
   return tab;
 }
 
 TBrowserTab *TTabStrip::NewHiddenTab() {
-  return InsertInBackground(true);
+  return InsertInBackground(TTabPlace::BySetting, true);
 }
 
 TBrowserTab *TTabStrip::GetActivePage() const {

@@ -10,6 +10,12 @@
 
 class TBrowserTab;
 
+// Where a new tab goes.
+enum class TTabPlace {
+  BySetting,  // right after the active tab, or at the end when OpenNewAtEnd is set
+  AtEnd,
+};
+
 // The tabs of the main window: where they are inserted, which one is active, how they go. It owns the tabs and drives
 // the strip that shows them; what the window shows about the active tab it learns from the signals.
 class TTabStrip final : public QObject {
@@ -23,10 +29,10 @@ class TTabStrip final : public QObject {
   TTabStrip(QWidget *owner, TZVPageControl *pages, TTabEnvironment &environment);
   ~TTabStrip() override;
 
-  // A visible tab right after the active one, or at the end when OpenNewAtEnd is set; it becomes the active tab.
-  TBrowserTab *NewTab();
+  // A visible tab; it becomes the active one.
+  TBrowserTab *NewTab(TTabPlace place = TTabPlace::BySetting);
   // As NewTab, but the active tab stays active unless OpenNewInForeground is set.
-  TBrowserTab *NewBackgroundTab();
+  TBrowserTab *NewBackgroundTab(TTabPlace place = TTabPlace::BySetting);
   // As NewBackgroundTab, for a window that a page asked for: it gets its place in the strip when its first address has
   // passed the pop-up test.
   TBrowserTab *NewHiddenTab();
@@ -55,11 +61,6 @@ class TTabStrip final : public QObject {
 
   void CloseActive();
   void CloseHiddenTabs();
-  // Closes the rejected tabs after CloseHiddenInterval; a page that asks for one window after the other does not put it
-  // off.
-  void StartCloseHidden() {
-    if (!m_closeHidden.isActive()) m_closeHidden.start();
-  }
   // While set, the close commands and close-all do nothing.
   void SetClosingLocked(bool locked) { m_closingLocked = locked; }
   [[nodiscard]] bool ClosingLocked() const { return m_closingLocked; }
@@ -76,7 +77,7 @@ class TTabStrip final : public QObject {
   void Remove(TBrowserTab *tab);
 
  Q_SIGNALS:
-  // About the active tab.
+  // About the active tab; what it says of itself is passed on.
   void ActiveTabChanged(TBrowserTab *tab);
   void StatusTextChanged(const QString &text);
   void ProgressChanged(int percent);
@@ -93,8 +94,10 @@ class TTabStrip final : public QObject {
   void PopupRejected(TBrowserTab *tab);
 
  private:
-  TBrowserTab *InsertTab(bool hidden);
-  TBrowserTab *InsertInBackground(bool hidden);
+  TBrowserTab *InsertTab(TTabPlace place, bool hidden);
+  TBrowserTab *InsertInBackground(TTabPlace place, bool hidden);
+  void Relay(TBrowserTab *tab);
+  void OnPopupRejected(TBrowserTab *tab);
   void OnActivePageChanged(QWidget *page);
 
   QWidget *m_owner;
