@@ -7,35 +7,9 @@
 #include <QToolBar>
 
 #include "app/about_dialog.h"
-#include "app/delayed_start.h"
-#include "app/last_open_sites.h"
 #include "app/modules.h"
 #include "app/shutdown_question.h"
-#include "app/startup_modes.h"
 #include "app/store_notice.h"
-#include "browser/downloads/download_list.h"
-#include "browser/downloads/download_window.h"
-#include "browser/tabs/auto_refresh.h"
-#include "browser/tabs/browser_tab.h"
-#include "browser/tabs/load_queue.h"
-#include "browser/tabs/tab_menu.h"
-#include "chrome/busy_indicator.h"
-#include "chrome/full_screen.h"
-#include "chrome/language_menu.h"
-#include "chrome/main_status_bar.h"
-#include "chrome/main_toolbars.h"
-#include "chrome/window_bars.h"
-#include "chrome/window_placement.h"
-#include "groups/page_groups.h"
-#include "history/history_store.h"
-#include "platform/program_folders.h"
-#include "platform/window_activation.h"
-#include "popups/popup_blocker.h"
-#include "search/address_bar.h"
-#include "search/address_search.h"
-#include "search/search_lists.h"
-#include "ui/confirm_dialog.h"
-#include "ui/message_box.h"
 
 namespace {
 
@@ -74,7 +48,7 @@ void TfrmMain::FormCreate() {
           [this] { ShowAboutDialog(m_language, this); });
   connect(m_modules->actions[TCommand::Exit], &QAction::triggered, this, &QWidget::close);
 
-  m_modules->tabs.NewTab();
+  m_modules->tabs.NewTab(TTabPlace::AtEnd);
   m_modules->bars.Apply();
   m_modules->placement.Restore();
   m_modules->fullScreen.Restore();

@@ -3,7 +3,6 @@
 #include <QMainWindow>
 
 #include "app/delayed_start.h"
-#include "browser/tabs/home_page.h"
 #include "platform/program_folders.h"
 
 namespace {
@@ -22,7 +21,7 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
     : settings(liveSettings),
       product(TProductInfo::Load()),
       engine(language, settings.Store()),
-      environment{engine, language, settings.Store(), settings},
+      environment{engine, language, settings.Store(), settings, product},
       actions(window, language, settings),
       history(ProgramFolders::UserData() + HistoryFile),
       address(new TAddressBar(language, settings, history)),
@@ -43,6 +42,7 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       search(window, actions, *address, tabs, searchLists, history),
       groups(window, actions, tabs, tabMenu, closeAll, loadQueue),
       popups(window, tabs, tabMenu),
+      policy(engine, popups),
       fullScreen(window, actions, tabs, settings),
       bars(window, actions, toolbars, *status, *pages, fullScreen, settings),
       placement(window, fullScreen, settings),
@@ -52,8 +52,6 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       lastSites(tabs, settings.Store(), nullptr),
       startupModes(actions, groups, lastSites, settings),
       handedOver(window, tabs, groups) {
-  environment.hooks.homePage = [this] { return HomePage::Address(settings.Store(), product); };
-  environment.hooks.isPopupBlocked = [this](const QString &popup) { return popups.IsPopupBlocked(popup); };
   Join();
 }
 

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include "actions/actions.h"
+#include "app/browsing_policy.h"
 #include "app/handed_over_text.h"
 #include "app/last_open_sites.h"
 #include "app/startup_modes.h"
@@ -79,6 +80,7 @@ class TModules final {
   TAddressSearch search;
   TPageGroups groups;
   TPopupBlocker popups;
+  TBrowsingPolicy policy;
   TFullScreen fullScreen;
   TWindowBars bars;
   TWindowPlacement placement;

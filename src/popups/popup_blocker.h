@@ -28,7 +28,7 @@ class TPopupBlocker final : public QObject {
   TPopupBlocker(QWidget *window, TTabStrip &tabs, TTabMenu &tabMenu);
   ~TPopupBlocker() override;
 
-  // For the tabs' hook of this name: true to stop the window. Never waits for the user: the notice comes right after.
+  // True to stop the window that a page has asked for. Never waits for the user: the notice comes right after.
   [[nodiscard]] bool IsPopupBlocked(const QString &address);
   // Asks for a pattern, proposing the tab's address; on OK the pattern joins the list and the tab closes.
   void AddToPopupList(TBrowserTab *tab);

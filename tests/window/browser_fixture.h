@@ -56,7 +56,7 @@ class TBrowserFixture {
 
   [[nodiscard]] std::unique_ptr<THalvexBrowser> NewBrowser(
       TDownloadControlOptionSet options = AllDownloadControlOptions) {
-    return std::make_unique<THalvexBrowser>(nullptr, *m_engine, options, QString());
+    return std::make_unique<THalvexBrowser>(nullptr, *m_engine, options);
   }
 
   // Opens and waits for the end of the load.

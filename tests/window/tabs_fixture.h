@@ -14,6 +14,7 @@
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
 #include "config/settings.h"
+#include "platform/product_info.h"
 #include "support/test_server.h"
 #include "window/engine_main.h"
 
@@ -33,7 +34,7 @@ class TTabsFixture {
     store = std::make_unique<TRegistryStore>(Path(QStringLiteral("registry.sqlite")));
     m_engine = std::make_unique<TEngine>(language, *store);
     settings = std::make_unique<TSettings>(*store);
-    environment.reset(new TTabEnvironment{*m_engine, language, *store, *settings});
+    environment.reset(new TTabEnvironment{*m_engine, language, *store, *settings, m_product});
     window = std::make_unique<QMainWindow>();
     actions = std::make_unique<TActions>(window.get(), language, *settings);
     pages = new TZVPageControl(window.get());
@@ -59,6 +60,7 @@ class TTabsFixture {
     m_temporary.reset();
   }
 
+  [[nodiscard]] TEngine &Engine() { return *m_engine; }
   // In the folder that lasts as long as the test.
   [[nodiscard]] QString Path(const QString &name) const { return m_temporary->filePath(name); }
   [[nodiscard]] QStringList Names() const {
@@ -93,4 +95,5 @@ class TTabsFixture {
  private:
   std::unique_ptr<QTemporaryDir> m_temporary;
   std::unique_ptr<TEngine> m_engine;
+  TProductInfo m_product;
 };

@@ -3,9 +3,7 @@
 #include <QLabel>
 #include <QRegularExpression>
 #include <QTcpServer>
-#include <QWebEngineCookieStore>
 #include <QWebEngineProfile>
-#include <QWebEngineUrlRequestInfo>
 
 #include "support/data_row.h"
 #include "window/browser_fixture.h"
@@ -247,30 +245,9 @@ class TestEnginePages final : public QObject {
     QTRY_COMPARE(done.size(), 1);
   }
 
-  void RequestFilter() {
-    m.Server().RoutePage("/parts", "Parts", "<img src='/no.png'><img src='/yes.png'>");
-    m.Engine().SetRequestFilter(
-        [](QWebEngineUrlRequestInfo &info) { return info.requestUrl().path() == QLatin1String("/no.png"); });
-    QVERIFY(m.OpenPath(QStringLiteral("/parts")));
-    QCOMPARE(m.Server().RequestCount("/yes.png"), 1);
-    QCOMPARE(m.Server().RequestCount("/no.png"), 0);
-    // The page's own switches hold beside it.
-    m.Browser().SetDownloadControlOptions({});
-    m.Server().ForgetRequests();
-    QSignalSpy done(&m.Browser(), &THalvexBrowser::DocumentComplete);
-    m.Browser().RefreshCompletely();
-    QVERIFY(done.wait(TBrowserFixture::LoadTime));
-    QCOMPARE(m.Server().RequestCount("/yes.png"), 0);
-    m.Engine().SetRequestFilter({});
-  }
-
   void AcceptedLanguages() {
     QVERIFY(m.OpenPath(QStringLiteral("/a")));
     QCOMPARE(m.Server().Requests("/a").last().Header("accept-language"), QByteArray("en"));
-    m.Engine().SetUserAgentToken(QStringLiteral("Token/1"));
-    QVERIFY(m.OpenPath(QStringLiteral("/b")));
-    QVERIFY(m.Server().Requests("/b").last().Header("user-agent").endsWith(" Token/1"));
-    m.Engine().SetUserAgentToken({});
   }
 
  private:

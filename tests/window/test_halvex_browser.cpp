@@ -308,8 +308,8 @@ class TestHalvexBrowser final : public QObject {
 
     // The change waits for the next navigation; a reload is one.
     m.Server().ForgetRequests();
-    m.Browser().SetDownloadControlOptions({});
-    QCOMPARE(int(m.Browser().DownloadControlOptions()), 0);
+    m.Browser().SetDownloadControlOptionSet({});
+    QCOMPARE(int(m.Browser().DownloadControlOptionSet()), 0);
     m.Browser().EnginePage()->runJavaScript(QStringLiteral("new Image().src = '/i.png?2'"));
     QTRY_COMPARE(m.Server().RequestCount("/i.png"), 1);
     m.Server().ForgetRequests();
@@ -318,7 +318,7 @@ class TestHalvexBrowser final : public QObject {
     QVERIFY(done.wait(TBrowserFixture::LoadTime));
     for (const char *path : {"/i.png", "/bg.png", "/v.mp4", "/s.mp3"}) QCOMPARE(m.Server().RequestCount(path), 0);
 
-    m.Browser().SetDownloadControlOptions(TDownloadControlOption::BackgroundSounds);
+    m.Browser().SetDownloadControlOptionSet(TDownloadControlOption::BackgroundSounds);
     m.Browser().RefreshCompletely();
     QVERIFY(done.wait(TBrowserFixture::LoadTime));
     QTRY_VERIFY(m.Server().RequestCount("/s.mp3") >= 1);

@@ -8,6 +8,7 @@
 #include "popups/popup_blocker.h"
 #include "support/modal_dialogs.h"
 #include "ui/confirm_dialog.h"
+#include "window/answering_policy.h"
 #include "window/tabs_fixture.h"
 
 namespace {
@@ -32,9 +33,8 @@ class TestPopups final : public QObject {
   void init() {
     m_f.Begin();
     m_blocker = new TPopupBlocker(m_f.window.get(), *m_f.tabs, *m_f.tabMenu);
-    m_f.environment->hooks.isPopupBlocked = [this](const QString &address) {
-      return m_blocker->IsPopupBlocked(address);
-    };
+    m_policy.isPopup = [this](const QString &address) { return m_blocker->IsPopupBlocked(address); };
+    m_f.Engine().SetPolicy(&m_policy);
   }
 
   void cleanup() { m_f.End(); }
@@ -160,7 +160,7 @@ class TestPopups final : public QObject {
     OnModalDialog<TfrmConfirm>([&](TfrmConfirm &) {
       shown = true;
       delete m_blocker;
-      m_f.environment->hooks = {};
+      m_f.Engine().SetPolicy(nullptr);
       QApplication::activeModalWidget()->close();
     });
     QVERIFY(m_blocker->IsPopupBlocked(QStringLiteral("http://ads.example/")));
@@ -371,6 +371,7 @@ class TestPopups final : public QObject {
 
   void Notify(bool on) { m_f.settings->Set(Setting::PopupHalvexNotify, on); }
 
+  TAnsweringPolicy m_policy;
   TTabsFixture m_f;
   TPopupBlocker *m_blocker = nullptr;
 };

@@ -9,6 +9,7 @@
 #include "browser/tabs/tab_list_menu.h"
 #include "browser/tabs/tab_menu.h"
 #include "support/modal_dialogs.h"
+#include "window/answering_policy.h"
 #include "window/page_click.h"
 #include "window/tabs_fixture.h"
 
@@ -224,25 +225,25 @@ class TestTabs final : public QObject {
 
   void WindowOfAPage() {
     TBrowserTab *opener = m_f.tabs->GetActivePage();
-    QStringList tested;
-    m_f.environment->hooks.isPopupBlocked = [&tested](const QString &address) {
-      tested.append(address);
-      return false;
-    };
+    TAnsweringPolicy policy;
+    m_f.Engine().SetPolicy(&policy);
     m_f.Load(opener, QStringLiteral("/opener"));
     m_f.Run(opener, QStringLiteral("document.getElementById('link').click()"));
     QTRY_COMPARE(m_f.pages->VisiblePageCount(), 2);
     QCOMPARE(m_f.tabs->GetActivePage(), opener);
     TBrowserTab *opened = m_f.tabs->Tab(1);
     QTRY_COMPARE(opened->Title(), QStringLiteral("Page B"));
-    QCOMPARE(tested, QStringList{m_f.server.Url(QStringLiteral("/b"))});
+    QCOMPARE(policy.tested, QStringList{m_f.server.Url(QStringLiteral("/b"))});
     QCOMPARE(opened->PopupUrl(), m_f.server.Url(QStringLiteral("/b")));
     QVERIFY(!opened->Hidden());
+    m_f.Engine().SetPolicy(nullptr);
   }
 
   void RejectedWindow() {
     TBrowserTab *opener = m_f.tabs->GetActivePage();
-    m_f.environment->hooks.isPopupBlocked = [](const QString &) { return true; };
+    TAnsweringPolicy policy;
+    policy.isPopup = [](const QString &) { return true; };
+    m_f.Engine().SetPolicy(&policy);
     m_f.Load(opener, QStringLiteral("/opener"));
     const int before = m_f.server.RequestCount("/b");
     m_f.Run(opener, QStringLiteral("document.getElementById('link').click()"));
@@ -255,6 +256,7 @@ class TestTabs final : public QObject {
     QCOMPARE(menu.actions().size(), 1);
     QCOMPARE(m_f.tabs->TabCount(), 1);
     QCOMPARE(m_f.server.RequestCount("/b"), before);
+    m_f.Engine().SetPolicy(nullptr);
   }
 
   void EmptyWindowStaysHidden() {

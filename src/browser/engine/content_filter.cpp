@@ -5,6 +5,8 @@
 #include <QFileInfo>
 #include <QHostAddress>
 
+#include "browser/engine/policy.h"
+
 namespace {
 
 constexpr std::array SoundEndings{"aac", "aif", "aiff", "au",   "flac", "m4a", "mid", "midi", "mka",
@@ -14,6 +16,14 @@ constexpr std::array SoundEndings{"aac", "aif", "aiff", "au",   "flac", "m4a", "
 bool IsLoopback(const QString &host) {
   return host == QLatin1String("localhost") || host.endsWith(QLatin1String(".localhost")) ||
          QHostAddress(host).isLoopback();
+}
+
+TDownloadControlOptionSet KindsOf(const TPagePermissions &permissions) {
+  TDownloadControlOptionSet kinds;
+  kinds.setFlag(TDownloadControlOption::Images, permissions.images);
+  kinds.setFlag(TDownloadControlOption::Videos, permissions.videos);
+  kinds.setFlag(TDownloadControlOption::BackgroundSounds, permissions.sounds);
+  return kinds;
 }
 
 }  // namespace
@@ -35,7 +45,7 @@ TDownloadControlOptionSet ContentKindOf(int resourceType, const QUrl &url) {
 
 void TContentFilter::interceptRequest(QWebEngineUrlRequestInfo &info) {
   const TDownloadControlOptionSet kind = ContentKindOf(info.resourceType(), info.requestUrl());
-  if ((kind & ~m_allowed) != 0) {
+  if (kind && ((m_allowed & KindsOf(m_engine.Policy().PermissionsOf(info.firstPartyUrl()))) & kind) == 0) {
     info.block(true);
     return;
   }

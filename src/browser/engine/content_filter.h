@@ -9,14 +9,15 @@
 // which is what most players load.
 [[nodiscard]] TDownloadControlOptionSet ContentKindOf(int resourceType, const QUrl &url);
 
-// Keeps one page from fetching the kinds of content that are switched off.
+// Keeps one page from fetching the kinds of content that its browser does not want or that the policy forbids it.
 class TContentFilter final : public QWebEngineUrlRequestInterceptor {
   Q_OBJECT
 
  public:
-  explicit TContentFilter(QObject *parent = nullptr) : QWebEngineUrlRequestInterceptor(parent) {}
+  explicit TContentFilter(const TEngine &engine, QObject *parent = nullptr)
+      : QWebEngineUrlRequestInterceptor(parent), m_engine(engine) {}
 
-  // The kinds that the page being shown may fetch.
+  // The kinds that the browser wants of the page being shown.
   void SetAllowed(TDownloadControlOptionSet allowed) { m_allowed = allowed; }
 
   void interceptRequest(QWebEngineUrlRequestInfo &info) override;
@@ -26,5 +27,6 @@ class TContentFilter final : public QWebEngineUrlRequestInterceptor {
   void InsecurePartRequested();
 
  private:
+  const TEngine &m_engine;
   TDownloadControlOptionSet m_allowed = AllDownloadControlOptions;
 };

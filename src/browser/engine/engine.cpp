@@ -1,12 +1,14 @@
 #include "browser/engine/engine.h"
 
 #include <QLocale>
+#include <QNetworkCookie>
+#include <QWebEngineCookieStore>
 #include <QWebEngineNotification>
 #include <QWebEngineProfile>
 #include <QWebEngineSettings>
-#include <QWebEngineUrlRequestInterceptor>
 #include <QWebEngineUrlScheme>
 
+#include "browser/engine/policy.h"
 #include "browser/engine/start_page.h"
 #include "config/language.h"
 #include "platform/desktop_notifications.h"
@@ -50,22 +52,17 @@ QString AcceptedLanguages(const TLanguage &language) {
   return parts.join(QLatin1Char(','));
 }
 
+// What holds while nobody answers.
+TPolicy &Permissive() {
+  static class TPermissive final : public TPolicy {
+  } policy;
+  return policy;
+}
+
 }  // namespace
 
-// Passes every request of the profile to the filter that a floor above has set.
-class TEngine::TRequestGate final : public QWebEngineUrlRequestInterceptor {
- public:
-  explicit TRequestGate(TRequestFilter filter) : m_filter(std::move(filter)) {}
-  void interceptRequest(QWebEngineUrlRequestInfo &info) override {
-    if (m_filter(info)) info.block(true);
-  }
-
- private:
-  TRequestFilter m_filter;
-};
-
 TEngine::TEngine(const TLanguage &language, TRegistryStore &store, QObject *parent)
-    : QObject(parent), m_language(language), m_store(store) {
+    : QObject(parent), m_language(language), m_store(store), m_policy(&Permissive()) {
   if (m_folder.IsHeld()) {
     m_profile = std::make_unique<QWebEngineProfile>(QStringLiteral("zarvela"));
     m_profile->setPersistentStoragePath(m_folder.StoragePath());
@@ -84,6 +81,28 @@ TEngine::TEngine(const TLanguage &language, TRegistryStore &store, QObject *pare
   m_profile->installUrlSchemeHandler(QByteArrayLiteral("zarvela"), m_startPage.get());
   m_profile->setNotificationPresenter(
       [this](std::unique_ptr<QWebEngineNotification> notification) { ShowNotification(std::move(notification)); });
+  WatchCookies();
+}
+
+void TEngine::WatchCookies() {
+  QWebEngineCookieStore *cookies = m_profile->cookieStore();
+  cookies->setCookieFilter([this](const QWebEngineCookieStore::FilterRequest &request) {
+    return MayKeep({.origin = request.origin, .firstParty = request.firstPartyUrl, .thirdParty = request.thirdParty});
+  });
+  connect(cookies, &QWebEngineCookieStore::cookieAdded, this, [this, cookies](const QNetworkCookie &cookie) {
+    QUrl origin;
+    origin.setScheme(cookie.isSecure() ? QStringLiteral("https") : QStringLiteral("http"));
+    origin.setHost(cookie.domain().startsWith(u'.') ? cookie.domain().mid(1) : cookie.domain());
+    origin.setPath(cookie.path());
+    const bool session = cookie.isSessionCookie();
+    const auto lifetime = session ? TCookie::TLifetime::Session : TCookie::TLifetime::Stored;
+    if (!MayKeep({.origin = origin, .lifetime = lifetime})) cookies->deleteCookie(cookie);
+  });
+}
+
+bool TEngine::MayKeep(const TCookie &cookie) const {
+  const QMutexLocker lock(&m_policyGuard);
+  return m_policy->MayKeepCookie(cookie);
 }
 
 void TEngine::ShowNotification(std::unique_ptr<QWebEngineNotification> notification) {
@@ -98,7 +117,6 @@ void TEngine::ShowNotification(std::unique_ptr<QWebEngineNotification> notificat
 }
 
 TEngine::~TEngine() {
-  m_profile->setUrlRequestInterceptor(nullptr);
   m_profile.reset();
 }
 
@@ -114,13 +132,12 @@ QString TEngine::StartPageAddress() {
   return QString::fromLatin1(TStartPage::Address);
 }
 
-void TEngine::SetRequestFilter(TRequestFilter filter) {
-  auto gate = filter ? std::make_unique<TRequestGate>(std::move(filter)) : nullptr;
-  m_profile->setUrlRequestInterceptor(gate.get());
-  m_gate = std::move(gate);
-}
-
-void TEngine::SetUserAgentToken(const QString &token) {
+void TEngine::SetPolicy(TPolicy *policy) {
+  {
+    const QMutexLocker lock(&m_policyGuard);
+    m_policy = policy != nullptr ? policy : &Permissive();
+  }
+  const QString token = m_policy->UserAgentToken();
   const QString agent = token.isEmpty() ? m_ownUserAgent : m_ownUserAgent + QLatin1Char(' ') + token;
   if (m_profile->httpUserAgent() != agent) m_profile->setHttpUserAgent(agent);
 }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <QFlags>
+#include <QMutex>
 #include <QObject>
 #include <QSet>
 #include <QString>
@@ -12,10 +12,11 @@
 class QWebEngineNotification;
 class QWebEngineProfile;
 class TDesktopNotifications;
-class QWebEngineUrlRequestInfo;
 class TLanguage;
+class TPolicy;
 class TRegistryStore;
 class TStartPage;
+struct TCookie;
 
 // Which kinds of content a browser may fetch besides the page itself.
 enum class TDownloadControlOption { Images = 1, Videos = 2, BackgroundSounds = 4 };
@@ -31,9 +32,6 @@ class TEngine final : public QObject {
   Q_OBJECT
 
  public:
-  // True to block the request. Asked on the GUI thread for every request of every page, so it must be quick.
-  using TRequestFilter = std::function<bool(QWebEngineUrlRequestInfo &)>;
-
   TEngine(const TLanguage &language, TRegistryStore &store, QObject *parent = nullptr);
   ~TEngine() override;
 
@@ -46,25 +44,27 @@ class TEngine final : public QObject {
   [[nodiscard]] const TLanguage &Language() const { return m_language; }
   [[nodiscard]] TRegistryStore &Store() const { return m_store; }
 
-  // What the content switches and the security zones bind to; an empty function lets everything through.
-  void SetRequestFilter(TRequestFilter filter);
-  // Puts `token` behind the engine's own user agent, for the whole profile; an empty one takes it away again.
-  void SetUserAgentToken(const QString &token);
+  // Who answers for all pages from now on, until the next call; nullptr for nobody, which allows everything. When the
+  // call returns, the one before is not asked any more. The user agent is asked for here and only here: changing it
+  // makes the engine drop the navigations that are under way.
+  void SetPolicy(TPolicy *policy);
+  [[nodiscard]] TPolicy &Policy() const { return *m_policy; }
 
   // Certificate errors of `host` are let through for the rest of this run.
   void AcceptCertificateErrors(const QString &host);
   [[nodiscard]] bool AcceptsCertificateErrors(const QString &host) const;
 
  private:
-  class TRequestGate;
-
+  void WatchCookies();
+  [[nodiscard]] bool MayKeep(const TCookie &cookie) const;
   void ShowNotification(std::unique_ptr<QWebEngineNotification> notification);
 
   const TLanguage &m_language;
   TRegistryStore &m_store;
   TProfileFolder m_folder;
   std::unique_ptr<TStartPage> m_startPage;
-  std::unique_ptr<TRequestGate> m_gate;
+  TPolicy *m_policy;
+  mutable QMutex m_policyGuard;  // cookies are asked about on two threads
   std::unique_ptr<QWebEngineProfile> m_profile;
   QString m_ownUserAgent;
   QSet<QString> m_acceptedHosts;

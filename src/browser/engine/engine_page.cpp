@@ -12,6 +12,7 @@
 #include "browser/engine/content_filter.h"
 #include "browser/engine/halvex_browser.h"
 #include "browser/engine/input_watch.h"
+#include "browser/engine/policy.h"
 #include "browser/page/script_dialogs.h"
 
 namespace {
@@ -38,7 +39,7 @@ bool IsFromPage(QWebEnginePage::NavigationType type) {
 
 TEnginePage::TEnginePage(TEngine &engine, QWidget *owner, QObject *parent)
     : QWebEnginePage(&engine.Profile(), parent), m_engine(engine), m_owner(owner) {
-  m_filter = new TContentFilter(this);
+  m_filter = new TContentFilter(engine, this);
   setUrlRequestInterceptor(m_filter);
   m_dialogs = new TScriptDialogs(engine.Language(), this);
   m_dialogs->SetBringToFront([this] { Q_EMIT BringToFrontRequested(); });
@@ -135,7 +136,21 @@ void TEnginePage::Begin(const QUrl &url) {
   m_pending = url;
   m_problem.reset();
   m_filter->SetAllowed(m_nextOptions);
-  settings()->setAttribute(QWebEngineSettings::AutoLoadImages, m_nextOptions.testFlag(TDownloadControlOption::Images));
+  ApplyPermissions(url);
+}
+
+// What is set while a navigation is being asked about already holds for it.
+void TEnginePage::ApplyPermissions(const QUrl &url) {
+  const TPagePermissions may = m_engine.Policy().PermissionsOf(url);
+  QWebEngineSettings *page = settings();
+  page->setAttribute(QWebEngineSettings::JavascriptEnabled, may.scripts);
+  page->setAttribute(QWebEngineSettings::PluginsEnabled, may.plugIns);
+  page->setAttribute(QWebEngineSettings::AutoLoadImages,
+                     may.images && m_nextOptions.testFlag(TDownloadControlOption::Images));
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+  using TAnimation = QWebEngineSettings::ImageAnimationPolicy;
+  page->setImageAnimationPolicy(may.animations ? TAnimation::Allow : TAnimation::Disallow);
+#endif
 }
 
 void TEnginePage::OnUrlChanged(const QUrl &url) {

@@ -25,7 +25,7 @@ class TEnginePage final : public QWebEnginePage {
   TEnginePage(TEngine &engine, QWidget *owner, QObject *parent);
   ~TEnginePage() override;
 
-  // Holds from the next navigation on.
+  // Holds from the next navigation on, and narrows what the policy allows.
   void SetDownloadControlOptions(TDownloadControlOptionSet options) { m_nextOptions = options; }
   // Tells real clicks in the view from navigations that scripts begin.
   void WatchInput(QWidget *view);
@@ -65,6 +65,7 @@ class TEnginePage final : public QWebEnginePage {
 
  private:
   void Begin(const QUrl &url);
+  void ApplyPermissions(const QUrl &url);
   void OnUrlChanged(const QUrl &url);
   void OnProgress(int progress);
   void OnLoadingChanged(const QWebEngineLoadingInfo &info);

@@ -20,11 +20,9 @@ const QString &AboutBlank() {
 
 }  // namespace
 
-THalvexBrowser::THalvexBrowser(QWidget *owner, TEngine &engine, TDownloadControlOptionSet options,
-                               const QString &userAgent, QWidget *parent)
+THalvexBrowser::THalvexBrowser(QWidget *owner, TEngine &engine, TDownloadControlOptionSet options, QWidget *parent)
     : QWidget(parent), d(std::make_unique<TPrivate>(this, owner, engine)) {
   d->options = options;
-  if (!userAgent.isEmpty()) engine.SetUserAgentToken(userAgent);
   d->BuildFrame();
 }
 
@@ -281,11 +279,11 @@ void THalvexBrowser::CollectProperties(const std::function<void(const TPagePrope
   ProbePage(d->page, d->engine.Language(), done);
 }
 
-TDownloadControlOptionSet THalvexBrowser::DownloadControlOptions() const {
+TDownloadControlOptionSet THalvexBrowser::DownloadControlOptionSet() const {
   return d->options;
 }
 
-void THalvexBrowser::SetDownloadControlOptions(TDownloadControlOptionSet options) {
+void THalvexBrowser::SetDownloadControlOptionSet(TDownloadControlOptionSet options) {
   d->options = options;
   if (d->page) d->page->SetDownloadControlOptions(options);
 }

@@ -33,9 +33,9 @@ class THalvexBrowser final : public QWidget {
   Q_OBJECT
 
  public:
-  // `owner` is the window that dialogs belong to; `userAgent` is appended to the engine's user agent when not empty.
-  THalvexBrowser(QWidget *owner, TEngine &engine, TDownloadControlOptionSet options, const QString &userAgent,
-                 QWidget *parent = nullptr);
+  // `owner` is the window that dialogs belong to; `options` is the property of that name. The user agent is a matter of
+  // the engine's policy.
+  THalvexBrowser(QWidget *owner, TEngine &engine, TDownloadControlOptionSet options, QWidget *parent = nullptr);
   ~THalvexBrowser() override;
 
   // Opens what can be an address: a URL, a host name, or the path of a local file. Never fails; what cannot be loaded
@@ -84,9 +84,10 @@ class THalvexBrowser final : public QWidget {
   // Fills in what the engine knows and asks the page for the rest.
   void CollectProperties(const std::function<void(const TPageProperties &)> &done);
 
-  [[nodiscard]] TDownloadControlOptionSet DownloadControlOptions() const;
-  // Holds from the next navigation on.
-  void SetDownloadControlOptions(TDownloadControlOptionSet options);
+  // Which kinds of content this browser fetches; the policy may forbid more of them. A change holds from the next
+  // navigation on.
+  [[nodiscard]] TDownloadControlOptionSet DownloadControlOptionSet() const;
+  void SetDownloadControlOptionSet(TDownloadControlOptionSet options);
 
   // The engine's page, made when it is not there yet. For a new-window request and for tests.
   [[nodiscard]] QWebEnginePage *EnginePage();

@@ -6,6 +6,7 @@
 #include <QWebEngineNewWindowRequest>
 
 #include "browser/engine/address_fixup.h"
+#include "browser/tabs/home_page.h"
 #include "browser/tabs/tab_caption.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
@@ -28,7 +29,7 @@ bool IsHttps(const QString &address) {
 
 TBrowserTab::TBrowserTab(QWidget *owner, TTabEnvironment &environment, TTabStrip &strip, bool hidden)
     : m_environment(environment), m_strip(strip), m_gate(hidden ? TPopupGate::Untested : TPopupGate::None) {
-  m_browser = new THalvexBrowser(owner, environment.engine, environment.downloadControl, environment.userAgent, this);
+  m_browser = new THalvexBrowser(owner, environment.engine, AllDownloadControlOptions, this);
   auto *layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(m_browser);
@@ -123,7 +124,7 @@ void TBrowserTab::NavigateStored() {
 }
 
 void TBrowserTab::GoHome() {
-  if (m_environment.hooks.homePage) Navigate(m_environment.hooks.homePage());
+  Navigate(HomePage::Address(m_environment.store, m_environment.product));
 }
 
 void TBrowserTab::GoBack() {
@@ -318,7 +319,7 @@ bool TBrowserTab::IsOwnPage(const QString &address) const {
 void TBrowserTab::TestHiddenTab(TNavigation *navigation) {
   m_popupUrl = navigation->address;
   m_gate = TPopupGate::None;
-  if (m_environment.hooks.isPopupBlocked && m_environment.hooks.isPopupBlocked(navigation->address)) {
+  if (m_environment.engine.Policy().IsPopup(navigation->address)) {
     navigation->cancel = true;
     m_gate = TPopupGate::Rejected;
     Q_EMIT PopupRejected();
@@ -368,7 +369,7 @@ void TBrowserTab::OnNavigateComplete(const QString &address) {
     ShowState(TTabState::Arriving);
   }
   m_secure = !m_nonHttpsSeen;
-  m_secureZone = m_environment.hooks.securityZone ? m_environment.hooks.securityZone(address) : 0;
+  m_secureZone = m_environment.engine.Policy().ZoneOf(address);
   Q_EMIT IndicatorsChanged();
   m_nonHttpsSeen = false;
 }

@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include "browser/engine/halvex_browser.h"
+#include "browser/engine/policy.h"
 #include "browser/tabs/tab_environment.h"
 
 class TTabStrip;
@@ -109,7 +110,7 @@ class TBrowserTab final : public QWidget {
   [[nodiscard]] bool Busy() const { return m_load == TLoad::Loading; }
   [[nodiscard]] bool Secure() const { return m_secure; }
   [[nodiscard]] TEncryptionLevel SecureLock() const { return m_secureLock; }
-  [[nodiscard]] int SecureZone() const { return m_secureZone; }
+  [[nodiscard]] TSecurityZone SecureZone() const { return m_secureZone; }
   [[nodiscard]] bool BackEnabled() const { return m_backEnabled; }
   [[nodiscard]] bool ForwardEnabled() const { return m_forwardEnabled; }
   [[nodiscard]] TTabState State() const { return m_state; }
@@ -154,7 +155,7 @@ class TBrowserTab final : public QWidget {
   QPointer<TBrowserTab> m_opener;
   QString m_popupUrl;  // the first address of a window that a page asked for
   QString m_stickyName;
-  int m_secureZone = 0;
+  TSecurityZone m_secureZone = TSecurityZone::LocalMachine;
   TEncryptionLevel m_secureLock = TEncryptionLevel::None;
   int m_progress = 100;
   TTabState m_state = TTabState::None;

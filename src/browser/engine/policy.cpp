@@ -1,0 +1,21 @@
+#include "browser/engine/policy.h"
+
+TPagePermissions TPolicy::PermissionsOf(const QUrl & /*page*/) const {
+  return {};
+}
+
+bool TPolicy::MayKeepCookie(const TCookie & /*cookie*/) const {
+  return true;
+}
+
+TSecurityZone TPolicy::ZoneOf(const QString & /*address*/) const {
+  return TSecurityZone::LocalMachine;
+}
+
+bool TPolicy::IsPopup(const QString & /*address*/) {
+  return false;
+}
+
+QString TPolicy::UserAgentToken() const {
+  return {};
+}

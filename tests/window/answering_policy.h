@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+#include <QStringList>
+
+#include "browser/engine/policy.h"
+
+// A policy whose answers a test sets; what it does not set is allowed.
+class TAnsweringPolicy final : public TPolicy {
+ public:
+  TPagePermissions PermissionsOf(const QUrl &page) const override {
+    return page.path() == restrictedPath ? permissions : TPagePermissions();
+  }
+  bool MayKeepCookie(const TCookie &cookie) const override {
+    return cookie.lifetime == TCookie::TLifetime::NotTold ? cookies : cookie.lifetime != refused;
+  }
+  TSecurityZone ZoneOf(const QString &address) const override {
+    return QUrl(address).path() == restrictedPath ? TSecurityZone::Restricted : TSecurityZone::Internet;
+  }
+  bool IsPopup(const QString &address) override {
+    tested.append(address);
+    return isPopup && isPopup(address);
+  }
+  QString UserAgentToken() const override { return token; }
+
+  QString restrictedPath;  // the page that `permissions` are for
+  TPagePermissions permissions;
+  bool cookies = true;
+  TCookie::TLifetime refused = TCookie::TLifetime::NotTold;
+  QString token;
+  std::function<bool(const QString &)> isPopup;
+  QStringList tested;  // for pop-ups
+};
