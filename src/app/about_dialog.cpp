@@ -1,9 +1,9 @@
 #include "app/about_dialog.h"
 
-#include <QtWebEngineCore/qtwebenginecoreglobal.h>
 #include <QApplication>
 #include <QDialog>
 
+#include "browser/engine/engine.h"
 #include "config/language.h"
 #include "ui_about_dialog.h"
 
@@ -15,8 +15,8 @@ QString Versions(const TLanguage &language) {
   const QString lines[] = {
       language.Text("ABOUT", "Version").arg(QApplication::applicationVersion()),
       language.Text("ABOUT", "QtVersion").arg(QString::fromLatin1(qVersion())),
-      language.Text("ABOUT", "EngineVersion").arg(QString::fromLatin1(qWebEngineChromiumVersion())),
-      language.Text("ABOUT", "SecurityPatch").arg(QString::fromLatin1(qWebEngineChromiumSecurityPatchVersion())),
+      language.Text("ABOUT", "EngineVersion").arg(TEngine::Version()),
+      language.Text("ABOUT", "SecurityPatch").arg(TEngine::SecurityPatchVersion()),
   };
   QString text;
   for (const QString &line : lines) text += (text.isEmpty() ? QString() : QStringLiteral("\n")) + line;

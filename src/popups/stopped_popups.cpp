@@ -4,6 +4,7 @@
 
 #include "browser/tabs/browser_tab.h"
 #include "config/language.h"
+#include "popups/popup_patterns.h"
 #include "ui/shown_text.h"
 
 namespace {
@@ -18,8 +19,8 @@ struct TStoppedPopups::TPage {
   bool isLeft = false;  // The tab has set out for another page, of which nothing has been told yet.
 };
 
-TStoppedPopups::TStoppedPopups(const TLanguage &language, TActions actions, QObject *parent)
-    : QObject(parent), m_language(language), m_actions(std::move(actions)) {}
+TStoppedPopups::TStoppedPopups(const TLanguage &language, const TPopupPatterns &patterns, QObject *parent)
+    : QObject(parent), m_language(language), m_patterns(patterns) {}
 
 TStoppedPopups::~TStoppedPopups() = default;
 
@@ -66,7 +67,7 @@ QString TStoppedPopups::CounterText(const TBrowserTab *tab) const {
   return count == 0 ? QString() : m_language.Text("POPUPS", "Stopped").arg(count);
 }
 
-void TStoppedPopups::FillMenu(QMenu *menu, const TBrowserTab *tab) const {
+void TStoppedPopups::FillMenu(QMenu *menu, const TBrowserTab *tab) {
   // Sub-menus are children that clear() does not delete.
   qDeleteAll(menu->findChildren<QMenu *>(QString(), Qt::FindDirectChildrenOnly));
   menu->clear();
@@ -75,10 +76,10 @@ void TStoppedPopups::FillMenu(QMenu *menu, const TBrowserTab *tab) const {
     QMenu *choices = menu->addMenu(MenuText(popup.address, LongestItem));
     choices->menuAction()->setToolTip(PlainTip(popup.address));
     connect(choices->addAction(m_language.Text("POPUPS", "Open")), &QAction::triggered, this,
-            [this, address = popup.address] { m_actions.open(address); });
+            [this, address = popup.address] { Q_EMIT OpenRequested(address); });
     QAction *remove =
         choices->addAction(m_language.Text("POPUPS", "RemovePattern").arg(MenuText(popup.pattern, LongestItem)));
-    remove->setEnabled(m_actions.hasPattern(popup.pattern));
-    connect(remove, &QAction::triggered, this, [this, pattern = popup.pattern] { m_actions.removePattern(pattern); });
+    remove->setEnabled(m_patterns.Patterns().contains(popup.pattern));
+    connect(remove, &QAction::triggered, this, [this, pattern = popup.pattern] { Q_EMIT RemovalRequested(pattern); });
   }
 }

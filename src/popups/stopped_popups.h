@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <QHash>
 #include <QList>
@@ -10,6 +9,7 @@
 class QMenu;
 class TBrowserTab;
 class TLanguage;
+class TPopupPatterns;
 
 // A window that a page asked for and that was stopped.
 struct TStoppedPopup {
@@ -25,13 +25,8 @@ class TStoppedPopups final : public QObject {
   // A page may ask for windows without end; beyond so many the oldest are forgotten, though still counted.
   static constexpr int MostKept = 50;
 
-  struct TActions {
-    std::function<void(const QString &address)> open;
-    std::function<void(const QString &pattern)> removePattern;
-    std::function<bool(const QString &pattern)> hasPattern;
-  };
-
-  TStoppedPopups(const TLanguage &language, TActions actions, QObject *parent = nullptr);
+  // `patterns` is the pop-up list: only what still stands in it can be removed.
+  TStoppedPopups(const TLanguage &language, const TPopupPatterns &patterns, QObject *parent = nullptr);
   ~TStoppedPopups() override;
 
   void Add(TBrowserTab *opener, const TStoppedPopup &popup);
@@ -40,16 +35,19 @@ class TStoppedPopups final : public QObject {
   // The text of the counter: empty where nothing was stopped.
   [[nodiscard]] QString CounterText(const TBrowserTab *tab) const;
   // Replaces the menu's items: for each stopped address a sub-menu that opens it after all or removes its pattern.
-  void FillMenu(QMenu *menu, const TBrowserTab *tab) const;
+  void FillMenu(QMenu *menu, const TBrowserTab *tab);
 
  Q_SIGNALS:
   void Changed(TBrowserTab *tab, int count);
+  // From the menu.
+  void OpenRequested(const QString &address);
+  void RemovalRequested(const QString &pattern);
 
  private:
   struct TPage;
   void Forget(TBrowserTab *tab);
 
   const TLanguage &m_language;
-  TActions m_actions;
+  const TPopupPatterns &m_patterns;
   QHash<const TBrowserTab *, std::shared_ptr<TPage>> m_pages;
 };

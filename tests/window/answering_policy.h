@@ -1,13 +1,23 @@
 #pragma once
 
 #include <functional>
+#include <QPointer>
 #include <QStringList>
 
+#include "browser/engine/engine.h"
 #include "browser/engine/policy.h"
 
 // A policy whose answers a test sets; what it does not set is allowed.
 class TAnsweringPolicy final : public TPolicy {
  public:
+  ~TAnsweringPolicy() override {
+    if (m_engine) m_engine->SetPolicy(nullptr);
+  }
+  void AnswerFor(TEngine &engine) {
+    m_engine = &engine;
+    engine.SetPolicy(this);
+  }
+
   TPagePermissions PermissionsOf(const QUrl &page) const override {
     return page.path() == restrictedPath ? permissions : TPagePermissions();
   }
@@ -30,4 +40,7 @@ class TAnsweringPolicy final : public TPolicy {
   QString token;
   std::function<bool(const QString &)> isPopup;
   QStringList tested;  // for pop-ups
+
+ private:
+  QPointer<TEngine> m_engine;
 };

@@ -283,9 +283,8 @@ void TestDialogs::scriptDialogAnswers() {
   QFETCH(QString, value);
   QWidget owner;
   owner.show();
-  int broughtToFront = 0;
   TScriptDialogs dialogs(m_language);
-  dialogs.SetBringToFront([&broughtToFront] { ++broughtToFront; });
+  const QSignalSpy broughtToFront(&dialogs, &TScriptDialogs::BringToFrontRequested);
   OnModalDialog<TScriptDialog>([=](TScriptDialog &dialog) {
     QVERIFY(!Child<QCheckBox>(dialog, "chkKeep").isVisible());
     // The default text is selected: typing replaces it.
@@ -301,7 +300,7 @@ void TestDialogs::scriptDialogAnswers() {
   } else {
     QCOMPARE(dialogs.BeforeUnload(&owner, Site), accepted);
   }
-  QCOMPARE(broughtToFront, 1);
+  QCOMPARE(broughtToFront.size(), 1);
 }
 
 void TestDialogs::scriptDialogsCanBeKeptFromOpening() {

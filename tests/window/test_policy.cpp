@@ -49,7 +49,7 @@ class TestPolicy final : public QObject {
     TAnsweringPolicy policy;
     policy.permissions = permissions;
     policy.restrictedPath = QStringLiteral("/parts");
-    m_f.Engine().SetPolicy(&policy);
+    policy.AnswerFor(m_f.Engine());
     TBrowserTab *tab = m_f.tabs->GetActivePage();
     m_f.Load(tab, QStringLiteral("/parts"));
     QTRY_COMPARE(tab->Title(), title);
@@ -93,7 +93,7 @@ class TestPolicy final : public QObject {
     TAnsweringPolicy policy;
     policy.cookies = allowed;
     policy.refused = refused;
-    m_f.Engine().SetPolicy(&policy);
+    policy.AnswerFor(m_f.Engine());
     TBrowserTab *tab = m_f.tabs->GetActivePage();
     m_f.Load(tab, QString::fromLatin1(folder + "/set"));
     // The engine tells of a cookie's lifetime a moment after it was set.
@@ -106,7 +106,6 @@ class TestPolicy final : public QObject {
     };
     QTRY_COMPARE(sent(), kept);
     QCOMPARE(sent(), kept);
-    m_f.Engine().SetPolicy(nullptr);
   }
 
   void UserAgent() {

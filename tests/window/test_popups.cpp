@@ -34,7 +34,7 @@ class TestPopups final : public QObject {
     m_f.Begin();
     m_blocker = new TPopupBlocker(m_f.window.get(), *m_f.tabs, *m_f.tabMenu);
     m_policy.isPopup = [this](const QString &address) { return m_blocker->IsPopupBlocked(address); };
-    m_f.Engine().SetPolicy(&m_policy);
+    m_policy.AnswerFor(m_f.Engine());
   }
 
   void cleanup() { m_f.End(); }

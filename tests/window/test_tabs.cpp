@@ -226,7 +226,7 @@ class TestTabs final : public QObject {
   void WindowOfAPage() {
     TBrowserTab *opener = m_f.tabs->GetActivePage();
     TAnsweringPolicy policy;
-    m_f.Engine().SetPolicy(&policy);
+    policy.AnswerFor(m_f.Engine());
     m_f.Load(opener, QStringLiteral("/opener"));
     m_f.Run(opener, QStringLiteral("document.getElementById('link').click()"));
     QTRY_COMPARE(m_f.pages->VisiblePageCount(), 2);
@@ -236,14 +236,13 @@ class TestTabs final : public QObject {
     QCOMPARE(policy.tested, QStringList{m_f.server.Url(QStringLiteral("/b"))});
     QCOMPARE(opened->PopupUrl(), m_f.server.Url(QStringLiteral("/b")));
     QVERIFY(!opened->Hidden());
-    m_f.Engine().SetPolicy(nullptr);
   }
 
   void RejectedWindow() {
     TBrowserTab *opener = m_f.tabs->GetActivePage();
     TAnsweringPolicy policy;
     policy.isPopup = [](const QString &) { return true; };
-    m_f.Engine().SetPolicy(&policy);
+    policy.AnswerFor(m_f.Engine());
     m_f.Load(opener, QStringLiteral("/opener"));
     const int before = m_f.server.RequestCount("/b");
     m_f.Run(opener, QStringLiteral("document.getElementById('link').click()"));
@@ -256,7 +255,6 @@ class TestTabs final : public QObject {
     QCOMPARE(menu.actions().size(), 1);
     QCOMPARE(m_f.tabs->TabCount(), 1);
     QCOMPARE(m_f.server.RequestCount("/b"), before);
-    m_f.Engine().SetPolicy(nullptr);
   }
 
   void EmptyWindowStaysHidden() {

@@ -1,5 +1,6 @@
 #include "browser/engine/engine.h"
 
+#include <QtWebEngineCore/qtwebenginecoreglobal.h>
 #include <QLocale>
 #include <QNetworkCookie>
 #include <QWebEngineCookieStore>
@@ -126,6 +127,14 @@ void TEngine::RegisterSchemes() {
   // Local: a page of the web can neither frame nor fetch it.
   scheme.setFlags(QWebEngineUrlScheme::LocalScheme | QWebEngineUrlScheme::NoAccessAllowed);
   QWebEngineUrlScheme::registerScheme(scheme);
+}
+
+QString TEngine::Version() {
+  return QString::fromLatin1(qWebEngineChromiumVersion());
+}
+
+QString TEngine::SecurityPatchVersion() {
+  return QString::fromLatin1(qWebEngineChromiumSecurityPatchVersion());
 }
 
 QString TEngine::StartPageAddress() {

@@ -37,6 +37,9 @@ class TEngine final : public QObject {
 
   // Makes the program's own addresses known; must run before the application object exists.
   static void RegisterSchemes();
+  // The versions that the engine tells: its own, and that of the newest security fixes in it.
+  [[nodiscard]] static QString Version();
+  [[nodiscard]] static QString SecurityPatchVersion();
   // The address of the shipped start page.
   [[nodiscard]] static QString StartPageAddress();
 

@@ -42,7 +42,7 @@ TEnginePage::TEnginePage(TEngine &engine, QWidget *owner, QObject *parent)
   m_filter = new TContentFilter(engine, this);
   setUrlRequestInterceptor(m_filter);
   m_dialogs = new TScriptDialogs(engine.Language(), this);
-  m_dialogs->SetBringToFront([this] { Q_EMIT BringToFrontRequested(); });
+  connect(m_dialogs, &TScriptDialogs::BringToFrontRequested, this, &TEnginePage::BringToFrontRequested);
   connect(m_filter, &TContentFilter::InsecurePartRequested, this, [this] {
     if (m_insecureParts) return;
     m_insecureParts = true;

@@ -13,10 +13,6 @@ TScriptDialogs::~TScriptDialogs() {
   Dismiss();
 }
 
-void TScriptDialogs::SetBringToFront(std::function<void()> bringToFront) {
-  m_bringToFront = std::move(bringToFront);
-}
-
 void TScriptDialogs::Alert(QWidget *owner, const QUrl &origin, const QString &message) {
   Run(TScriptDialog::TKind::Alert, owner, Heading(origin), message);
 }
@@ -59,7 +55,7 @@ bool TScriptDialogs::Run(TScriptDialog::TKind kind, QWidget *owner, const QStrin
   if ((m_kept && !guardsInput) || m_open != nullptr) return false;
   const QPointer<TScriptDialogs> self(this);
   const QPointer<QWidget> window(owner);
-  if (m_bringToFront) m_bringToFront();
+  Q_EMIT BringToFrontRequested();
   if (self.isNull() || (owner != nullptr && window.isNull())) return false;
   // Page, owner and this object may all go while the dialog is open.
   const QPointer<TScriptDialog> dialog(new TScriptDialog(kind, heading, message, m_language, owner));

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <QObject>
 #include <QPointer>
 
@@ -18,9 +17,6 @@ class TScriptDialogs final : public QObject {
   explicit TScriptDialogs(const TLanguage &language, QObject *parent = nullptr);
   ~TScriptDialogs() override;
 
-  // Called before a dialog opens, to bring a page in the background to the front.
-  void SetBringToFront(std::function<void()> bringToFront);
-
   // Each blocks until the user has answered; this object and `owner` may be deleted meanwhile. Without an answer
   // (Escape, kept from opening, page gone) Confirm and Prompt return false.
   void Alert(QWidget *owner, const QUrl &origin, const QString &message);
@@ -37,13 +33,16 @@ class TScriptDialogs final : public QObject {
   // Answers an open dialog with Cancel, for a page that is going away.
   void Dismiss();
 
+ Q_SIGNALS:
+  // A dialog is about to open; a page in the background should come to the front.
+  void BringToFrontRequested();
+
  private:
   bool Run(TScriptDialog::TKind kind, QWidget *owner, const QString &heading, const QString &message,
            QString *value = nullptr);
   [[nodiscard]] QString Heading(const QUrl &origin) const;
 
   const TLanguage &m_language;
-  std::function<void()> m_bringToFront;
   QPointer<TScriptDialog> m_open;
   int m_shown = 0;
   bool m_kept = false;
