@@ -46,7 +46,7 @@ TPopupBlocker::TPopupBlocker(QWidget *window, TTabStrip &tabs, TTabMenu &tabMenu
     : m_window(window), m_tabs(tabs), m_settings(tabs.Environment().settings) {
   m_stopped = new TStoppedPopups(tabs.Environment().language, m_patterns, this);
   connect(m_stopped, &TStoppedPopups::OpenRequested, this,
-          [this](const QString &address) { m_tabs.NewTab()->Navigate(address); });
+          [this](const TAddress &address) { m_tabs.NewTab()->Navigate(address); });
   connect(m_stopped, &TStoppedPopups::RemovalRequested, this, &TPopupBlocker::RemovePattern);
   connect(&tabs, &TTabStrip::PopupRejected, this, &TPopupBlocker::OnPopupRejected);
   tabMenu.On(TCommand::TabBlockPopups, this, [this](TBrowserTab *tab) { AddToPopupList(tab); });

@@ -6,6 +6,8 @@
 #include <QObject>
 #include <QString>
 
+#include "browser/engine/address.h"
+
 class QMenu;
 class TBrowserTab;
 class TLanguage;
@@ -40,7 +42,7 @@ class TStoppedPopups final : public QObject {
  Q_SIGNALS:
   void Changed(TBrowserTab *tab, int count);
   // From the menu.
-  void OpenRequested(const QString &address);
+  void OpenRequested(const TAddress &address);
   void RemovalRequested(const QString &pattern);
 
  private:

@@ -5,7 +5,7 @@
 #include <QUrl>
 
 #include "actions/actions.h"
-#include "browser/engine/address_fixup.h"
+#include "browser/engine/address.h"
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
@@ -88,23 +88,22 @@ bool TAddressSearch::Open(const QString &text, bool newTab) {
   return true;
 }
 
-void TAddressSearch::OpenAddress(const QString &address, bool newTab) {
+void TAddressSearch::OpenAddress(const TAddress &address, bool newTab) {
   TBrowserTab *tab = newTab ? m_tabs.NewTab() : m_tabs.GetActivePage();
   if (tab == nullptr) return;
   FileWhenItStarts(tab, address);
   tab->Navigate(address);
   // A script or an address for another program leaves the page, and with it the address that the box shows.
-  if (FixUpAddress(address).kind != TFixedAddress::TKind::Url) m_bar.ShowAddress(tab->AddressToSave());
+  if (address.Kind() != TAddress::TKind::Url) m_bar.ShowAddress(tab->AddressToSave());
   tab->setFocus();
 }
 
 // A typed address is filed when its tab sets out for it, in the spelling that the engine has for it, and only then: one
 // that cannot be opened, or that a locked tab sends away, is not, and neither is what the page does in its place.
-void TAddressSearch::FileWhenItStarts(TBrowserTab *tab, const QString &address) {
+void TAddressSearch::FileWhenItStarts(TBrowserTab *tab, const TAddress &address) {
   delete m_typed;
-  const TFixedAddress fixed = FixUpAddress(address);
   // The engine opens the blank page without being asked about it.
-  const bool isAsked = fixed.kind == TFixedAddress::TKind::Url && fixed.url != QUrl(QStringLiteral("about:blank"));
+  const bool isAsked = address.Kind() == TAddress::TKind::Url && address.Url() != QUrl(QStringLiteral("about:blank"));
   if (!isAsked || tab->Browser() == nullptr) {
     m_bar.ForgetTypedAddress();
     return;
@@ -120,11 +119,12 @@ void TAddressSearch::FileWhenItStarts(TBrowserTab *tab, const QString &address) 
     m_typed->deleteLater();
   });
   // A jump inside the page is never asked about.
-  connect(tab->Browser(), &THalvexBrowser::AddressChanged, m_typed, [this, tab, url = fixed.url](const QString &shown) {
-    if (!url.hasFragment() || QUrl(shown) != url) return;
-    File(tab, shown);
-    m_typed->deleteLater();
-  });
+  connect(tab->Browser(), &THalvexBrowser::AddressChanged, m_typed,
+          [this, tab, url = address.Url()](const QString &shown) {
+            if (!url.hasFragment() || QUrl(shown) != url) return;
+            File(tab, shown);
+            m_typed->deleteLater();
+          });
 }
 
 void TAddressSearch::File(TBrowserTab *tab, const QString &address) {

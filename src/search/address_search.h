@@ -5,6 +5,7 @@
 
 class QWidget;
 class TActions;
+class TAddress;
 class TAddressBar;
 class TBrowserTab;
 class THistoryStore;
@@ -35,9 +36,9 @@ class TAddressSearch final : public QObject {
   void Save();
 
  private:
-  void FileWhenItStarts(TBrowserTab *tab, const QString &address);
+  void FileWhenItStarts(TBrowserTab *tab, const TAddress &address);
   void File(TBrowserTab *tab, const QString &address);
-  void OpenAddress(const QString &address, bool newTab);
+  void OpenAddress(const TAddress &address, bool newTab);
   void Record(TBrowserTab *tab);
   void OpenEngine(const QString &address);
 

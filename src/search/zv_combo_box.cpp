@@ -9,7 +9,7 @@
 #include <QWheelEvent>
 #include <utility>
 
-#include "browser/engine/address_fixup.h"
+#include "browser/engine/address.h"
 #include "browser/strip/link_mime.h"
 #include "ui/shown_address.h"
 
@@ -182,11 +182,11 @@ QString TZVComboBox::DroppedAddress(const QDropEvent &event) const {
   const QString text = event.mimeData()->text().trimmed();
   const bool isOneWord = std::ranges::none_of(text, [](QChar c) { return c.isSpace(); });
   if (!isOneWord || text.size() > LongestDroppedText) return {};
-  const TFixedAddress fixed = FixUpAddress(text);
-  if (fixed.kind != TFixedAddress::TKind::Url) return {};
-  if (fixed.url.isLocalFile()) return text;
-  if (!fixed.url.scheme().startsWith(QLatin1String("http"))) return {};
-  const bool isHost = text.contains(u'.') || fixed.url.host() == QLatin1String("localhost");
+  const TAddress address(text);
+  if (address.Kind() != TAddress::TKind::Url) return {};
+  if (address.Url().isLocalFile()) return text;
+  if (!address.Url().scheme().startsWith(QLatin1String("http"))) return {};
+  const bool isHost = text.contains(u'.') || address.Url().host() == QLatin1String("localhost");
   return isHost ? text : QString();
 }
 

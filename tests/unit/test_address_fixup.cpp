@@ -3,11 +3,11 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "browser/engine/address_fixup.h"
+#include "browser/engine/address.h"
 #include "browser/engine/content_filter.h"
 #include "browser/engine/page_saving.h"
 
-using TKind = TFixedAddress::TKind;
+using TKind = TAddress::TKind;
 
 // What counts as an address, and the other rules of the engine's wrapper that need no page.
 class TestAddressFixup final : public QObject {
@@ -72,12 +72,13 @@ class TestAddressFixup final : public QObject {
     QFETCH(QString, text);
     QFETCH(int, kind);
     QFETCH(QString, address);
-    const TFixedAddress fixed = FixUpAddress(text);
-    QCOMPARE(int(fixed.kind), kind);
-    if (!address.isEmpty()) QCOMPARE(AddressOf(fixed.url), address);
-    const TFixedAddress script = FixUpAddress(QStringLiteral("JavaScript:alert('a%20b')"));
-    QCOMPARE(int(script.kind), int(TKind::Script));
-    QCOMPARE(script.script, QStringLiteral("alert('a b')"));
+    const TAddress fixed(text);
+    QCOMPARE(int(fixed.Kind()), kind);
+    QCOMPARE(fixed.Text(), text);
+    if (!address.isEmpty()) QCOMPARE(AddressOf(fixed.Url()), address);
+    const TAddress script(QStringLiteral("JavaScript:alert('a%20b')"));
+    QCOMPARE(int(script.Kind()), int(TKind::Script));
+    QCOMPARE(script.Script(), QStringLiteral("alert('a b')"));
   }
 
   void LocalFiles_data() {
@@ -95,19 +96,19 @@ class TestAddressFixup final : public QObject {
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.close();
-    QCOMPARE(FixUpAddress(path).url.toLocalFile(), path);
+    QCOMPARE(TAddress(path).Url().toLocalFile(), path);
     // The address that is shown for it leads back to it.
-    QCOMPARE(FixUpAddress(AddressOf(FixUpAddress(path).url)).url.toLocalFile(), path);
-    const TFixedAddress part = FixUpAddress(path + QStringLiteral("#part"));
-    QCOMPARE(part.url.toLocalFile(), path);
-    QCOMPARE(part.url.fragment(), QStringLiteral("part"));
+    QCOMPARE(TAddress(AddressOf(TAddress(path).Url())).Url().toLocalFile(), path);
+    const TAddress part(path + QStringLiteral("#part"));
+    QCOMPARE(part.Url().toLocalFile(), path);
+    QCOMPARE(part.Url().fragment(), QStringLiteral("part"));
   }
 
   void MissingFile() {
-    const TFixedAddress fixed = FixUpAddress(QStringLiteral("/no/such/file.html"));
-    QCOMPARE(int(fixed.kind), int(TKind::Url));
-    QCOMPARE(fixed.url, QUrl(QStringLiteral("file:///no/such/file.html")));
-    QCOMPARE(FixUpAddress(QStringLiteral("~")).url.toLocalFile(), QDir::homePath());
+    const TAddress fixed(QStringLiteral("/no/such/file.html"));
+    QCOMPARE(int(fixed.Kind()), int(TKind::Url));
+    QCOMPARE(fixed.Url(), QUrl(QStringLiteral("file:///no/such/file.html")));
+    QCOMPARE(TAddress(QStringLiteral("~")).Url().toLocalFile(), QDir::homePath());
   }
 
   void InsertBase_data() {

@@ -60,7 +60,7 @@ class TestPageCommands final : public QObject {
     QSignalSpy wanted(&m.Browser(), &THalvexBrowser::ViewSourceRequested);
     m.Browser().ViewSource();
     QCOMPARE(wanted.size(), 1);
-    const QString address = wanted.first().first().toString();
+    const QString address = wanted.first().first().value<TAddress>().Text();
     QCOMPARE(address, QStringLiteral("view-source:") + Url("/s"));
     m.ForgetEvents();
     QVERIFY(m.Open(address));

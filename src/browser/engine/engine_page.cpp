@@ -8,7 +8,7 @@
 #include <QWebEngineSettings>
 #include <QWidget>
 
-#include "browser/engine/address_fixup.h"
+#include "browser/engine/address.h"
 #include "browser/engine/content_filter.h"
 #include "browser/engine/halvex_browser.h"
 #include "browser/engine/input_watch.h"

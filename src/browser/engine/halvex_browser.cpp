@@ -4,7 +4,7 @@
 #include <QDesktopServices>
 #include <QWebEngineFindTextResult>
 
-#include "browser/engine/address_fixup.h"
+#include "browser/engine/address.h"
 #include "browser/engine/halvex_browser_private.h"
 #include "browser/engine/page_probe.h"
 #include "browser/engine/page_saving.h"
@@ -34,32 +34,31 @@ THalvexBrowser::~THalvexBrowser() {
   delete d->view;
 }
 
-void THalvexBrowser::Navigate(const QString &address) {
-  const TFixedAddress fixed = FixUpAddress(address);
-  switch (fixed.kind) {
-    case TFixedAddress::TKind::Empty:
+void THalvexBrowser::Navigate(const TAddress &address) {
+  switch (address.Kind()) {
+    case TAddress::TKind::Empty:
       return;
-    case TFixedAddress::TKind::Script:
+    case TAddress::TKind::Script:
       if (d->HasLivePage()) {
         d->page->NoteUserAction();
-        d->page->runJavaScript(fixed.script);
+        d->page->runJavaScript(address.Script());
       }
       d->RepeatTitle();
       return;
-    case TFixedAddress::TKind::External:
-      QDesktopServices::openUrl(fixed.url);
+    case TAddress::TKind::External:
+      QDesktopServices::openUrl(address.Url());
       d->RepeatTitle();
       return;
-    case TFixedAddress::TKind::UnknownKind:
+    case TAddress::TKind::UnknownKind:
       d->ShowLocalFailure(address, d->engine.Language().Text("PAGES", "ErrorUnknownScheme"));
       return;
-    case TFixedAddress::TKind::Invalid:
+    case TAddress::TKind::Invalid:
       d->ShowLocalFailure(address, d->engine.Language().Text("PAGES", "ErrorInvalidAddress"));
       return;
-    case TFixedAddress::TKind::Url:
+    case TAddress::TKind::Url:
       break;
   }
-  if (!d->page && AddressOf(fixed.url) == AboutBlank()) {
+  if (!d->page && AddressOf(address.Url()) == AboutBlank()) {
     ShowBlank();
     return;
   }
@@ -68,9 +67,9 @@ void THalvexBrowser::Navigate(const QString &address) {
   d->printing->Forgive();
   const QUrl before = d->page->url();
   if (d->notice == TPrivate::TNotice::LocalError) d->HideNotice();
-  d->page->load(fixed.url);
+  d->page->load(address.Url());
   // A jump inside the page is no load that would report a title.
-  if (fixed.url.hasFragment() && before.matches(fixed.url, QUrl::RemoveFragment)) d->RepeatTitle();
+  if (address.Url().hasFragment() && before.matches(address.Url(), QUrl::RemoveFragment)) d->RepeatTitle();
 }
 
 void THalvexBrowser::ShowBlank() {
@@ -114,7 +113,7 @@ void THalvexBrowser::Stop() {
 
 void THalvexBrowser::Refresh() {
   if (d->notice == TPrivate::TNotice::LocalError) {
-    Navigate(QString(d->localAddress));
+    Navigate(TAddress(d->localAddress));
   } else {
     d->Trigger(QWebEnginePage::Reload);
   }
@@ -122,20 +121,20 @@ void THalvexBrowser::Refresh() {
 
 void THalvexBrowser::RefreshCompletely() {
   if (d->notice == TPrivate::TNotice::LocalError) {
-    Navigate(QString(d->localAddress));
+    Navigate(TAddress(d->localAddress));
   } else {
     d->Trigger(QWebEnginePage::ReloadAndBypassCache);
   }
 }
 
 QString THalvexBrowser::LocationUrl() const {
-  if (d->notice == TPrivate::TNotice::LocalError) return d->localAddress;
+  if (d->notice == TPrivate::TNotice::LocalError) return d->LocalText();
   if (d->page) return AddressOf(d->page->url());
   return d->blank ? AboutBlank() : QString();
 }
 
 QString THalvexBrowser::LocationName() const {
-  if (d->notice == TPrivate::TNotice::LocalError) return d->localAddress;
+  if (d->notice == TPrivate::TNotice::LocalError) return d->LocalText();
   if (d->page) return d->page->title();
   return d->blank ? AboutBlank() : QString();
 }

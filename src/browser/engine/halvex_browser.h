@@ -6,6 +6,7 @@
 #include <QUrl>
 #include <QWidget>
 
+#include "browser/engine/address.h"
 #include "browser/engine/engine.h"
 #include "browser/page/page_properties.h"
 
@@ -38,9 +39,8 @@ class THalvexBrowser final : public QWidget {
   THalvexBrowser(QWidget *owner, TEngine &engine, TDownloadControlOptionSet options, QWidget *parent = nullptr);
   ~THalvexBrowser() override;
 
-  // Opens what can be an address: a URL, a host name, or the path of a local file. Never fails; what cannot be loaded
-  // shows the load-error page.
-  void Navigate(const QString &address);
+  // Never fails: what cannot be loaded shows the load-error page.
+  void Navigate(const TAddress &address);
   void ShowBlank();
   void GoBack();
   void GoForward();
@@ -108,9 +108,9 @@ class THalvexBrowser final : public QWidget {
   void NavigateComplete(const QString &address);                 // top-level: the page's content has begun to arrive
   void DocumentComplete(const QString &address);                 // top-level: loaded, or failed
   void SecureLockIconChanged(TEncryptionLevel level);
-  void OpenInNewTabRequested(const QString &address, bool background);
+  void OpenInNewTabRequested(const TAddress &address, bool background);
   // `address` begins with "view-source:"; opened like any other, it shows the page as it was sent.
-  void ViewSourceRequested(const QString &address);
+  void ViewSourceRequested(const TAddress &address);
   void PageFullScreenRequested(bool on);
   void FocusReceived();
   void BringToFrontRequested();  // A question of the page is about to be asked and its tab should be seen.

@@ -5,7 +5,7 @@
 #include <QWebEngineFindTextResult>
 #include <QWebEngineFullScreenRequest>
 
-#include "browser/engine/address_fixup.h"
+#include "browser/engine/address.h"
 #include "browser/page/page_menu.h"
 #include "config/language.h"
 #include "ui/shown_address.h"
@@ -121,7 +121,7 @@ void THalvexBrowser::TPrivate::ShowNotice(TNotice kind, const TPageNoticeText &t
 void THalvexBrowser::TPrivate::HideNotice() {
   if (notice == TNotice::None) return;
   notice = TNotice::None;
-  localAddress.clear();
+  localAddress = {};
   Show(view ? view : sheet);
   UpdateEncryptionLevel();
   UpdateCommandStates();
@@ -148,18 +148,19 @@ void THalvexBrowser::TPrivate::ShowLoadFailure(const TLoadFailure &failure) {
                                   .primary = language.Text("PAGES", "TryAgain")});
 }
 
-void THalvexBrowser::TPrivate::ShowLocalFailure(const QString &address, const QString &text) {
+void THalvexBrowser::TPrivate::ShowLocalFailure(const TAddress &address, const QString &text) {
   const TLanguage &language = engine.Language();
   if (page) page->triggerAction(QWebEnginePage::Stop);
   blank = false;
-  localAddress = address.trimmed();
+  localAddress = address;
+  const QString shown = LocalText();
   ShowNotice(TNotice::LocalError, {.title = language.Text("PAGES", "ErrorTitle"),
                                    .text = text,
-                                   .address = localAddress,
+                                   .address = shown,
                                    .primary = language.Text("PAGES", "TryAgain")});
-  Q_EMIT q->AddressChanged(localAddress);
-  Q_EMIT q->TitleChanged(localAddress);
-  Q_EMIT q->DocumentComplete(localAddress);
+  Q_EMIT q->AddressChanged(shown);
+  Q_EMIT q->TitleChanged(shown);
+  Q_EMIT q->DocumentComplete(shown);
 }
 
 void THalvexBrowser::TPrivate::ShowCrash() {
@@ -197,7 +198,7 @@ void THalvexBrowser::TPrivate::OnCommitted(const QString &address) {
 void THalvexBrowser::TPrivate::OnFinished(const QString &address) {
   UpdateCommandStates();
   RepeatTitle();
-  Q_EMIT q->DocumentComplete(notice == TNotice::LocalError ? localAddress : address);
+  Q_EMIT q->DocumentComplete(notice == TNotice::LocalError ? LocalText() : address);
 }
 
 void THalvexBrowser::TPrivate::OnFullScreenRequested(QWebEngineFullScreenRequest request) {

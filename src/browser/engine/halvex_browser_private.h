@@ -33,7 +33,8 @@ struct THalvexBrowser::TPrivate {
   void ShowNotice(TNotice kind, const TPageNoticeText &text);
   void HideNotice();
   void ShowLoadFailure(const TLoadFailure &failure);
-  void ShowLocalFailure(const QString &address, const QString &text);
+  void ShowLocalFailure(const TAddress &address, const QString &text);
+  [[nodiscard]] QString LocalText() const { return localAddress.Text().trimmed(); }
   void ShowCrash();
   void OnNoticePrimary();
   void OnNoticeSecondary();
@@ -67,9 +68,9 @@ struct THalvexBrowser::TPrivate {
   TPagePrinting *printing = nullptr;
   QShortcut *escape = nullptr;
   TNotice notice = TNotice::None;
-  QString localAddress;  // what a local failure was about
-  QString blockedHost;   // whose certificate the notice is about
-  bool blank = false;    // shown blank without ever having had a page
+  TAddress localAddress;  // what a local failure was about
+  QString blockedHost;    // whose certificate the notice is about
+  bool blank = false;     // shown blank without ever having had a page
   bool fullScreen = false;
   bool canGoBack = false;
   bool canGoForward = false;

@@ -5,7 +5,7 @@
 #include <QVariantMap>
 #include <QWebEngineScript>
 
-#include "browser/engine/address_fixup.h"
+#include "browser/engine/address.h"
 #include "browser/engine/engine_page.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <QVBoxLayout>
 #include <QWebEngineNewWindowRequest>
 
-#include "browser/engine/address_fixup.h"
+#include "browser/engine/address.h"
 #include "browser/tabs/home_page.h"
 #include "browser/tabs/tab_caption.h"
 #include "browser/tabs/tab_strip.h"
@@ -60,9 +60,9 @@ void TBrowserTab::ConnectBrowser() {
     Q_EMIT IndicatorsChanged();
   });
   connect(m_browser, &THalvexBrowser::OpenInNewTabRequested, this,
-          [this](const QString &address, bool background) { m_strip.OpenFromPage(address, background); });
+          [this](const TAddress &address, bool background) { m_strip.OpenFromPage(address, background); });
   connect(m_browser, &THalvexBrowser::ViewSourceRequested, this,
-          [this](const QString &address) { m_strip.NewTab()->Navigate(address); });
+          [this](const TAddress &address) { m_strip.NewTab()->Navigate(address); });
   connect(m_browser, &THalvexBrowser::PageFullScreenRequested, this, &TBrowserTab::PageFullScreenRequested);
   connect(m_browser, &THalvexBrowser::BringToFrontRequested, this, [this] { m_strip.Activate(this); });
 }
@@ -71,35 +71,34 @@ bool TBrowserTab::IsActive() const {
   return m_strip.GetActivePage() == this;
 }
 
-void TBrowserTab::Navigate(const QString &address) {
+void TBrowserTab::Navigate(const TAddress &address) {
   if (!m_browser) return;
-  if (address.isEmpty()) {
+  if (address.Text().isEmpty()) {
     MakeBlank();
     return;
   }
   m_url = address;
   // A load that is under way goes on until the new one takes its place; a jump inside the page is none.
   if (m_load != TLoad::Loading) {
-    const TFixedAddress fixed = FixUpAddress(address);
-    const bool isLoad = fixed.kind == TFixedAddress::TKind::Url && !(fixed.url.hasFragment() && IsOwnPage(address));
+    const bool isLoad = m_url.Kind() == TAddress::TKind::Url && !(m_url.Url().hasFragment() && IsOwnPage(m_url.Url()));
     m_load = isLoad ? TLoad::Waiting : Settled();
   }
-  if (!Locked()) SetCaption(address);
-  if (address == AboutBlank) {
+  if (!Locked()) SetCaption(Url());
+  if (Url() == AboutBlank) {
     MakeBlank();
   } else {
-    m_browser->Navigate(address);
+    m_browser->Navigate(m_url);
   }
   ShowAwaitedAddress();
   Q_EMIT Changed();
 }
 
-void TBrowserTab::Announce(const QString &address) {
+void TBrowserTab::Announce(const TAddress &address) {
   if (!m_browser) return;
   m_url = address;
   const bool wasBusy = Busy();
   m_load = TLoad::Announced;
-  if (!Locked()) SetCaption(address);
+  if (!Locked()) SetCaption(Url());
   ShowAwaitedAddress();
   Q_EMIT Changed();
   if (!wasBusy) return;
@@ -110,7 +109,7 @@ void TBrowserTab::Announce(const QString &address) {
 
 void TBrowserTab::ShowAwaitedAddress() {
   const QString address = AddressToSave();
-  if (address == m_url) Q_EMIT AddressChanged(address);
+  if (address == Url()) Q_EMIT AddressChanged(address);
 }
 
 TLoad TBrowserTab::Settled() const {
@@ -120,7 +119,7 @@ TLoad TBrowserTab::Settled() const {
 }
 
 void TBrowserTab::NavigateStored() {
-  if (!m_url.isEmpty()) Navigate(m_url);
+  if (!Url().isEmpty()) Navigate(m_url);
 }
 
 void TBrowserTab::GoHome() {
@@ -174,7 +173,7 @@ QString TBrowserTab::AddressToSave() const {
   const QString shown = GetLocationUrl();
   // A tab whose first page is still on its way is saved by what it was asked to open.
   const bool isOnItsWay = m_load == TLoad::Announced || m_load == TLoad::Waiting || m_load == TLoad::Loading;
-  return isOnItsWay && !m_url.isEmpty() && (shown.isEmpty() || shown == AboutBlank) ? m_url : shown;
+  return isOnItsWay && !Url().isEmpty() && (shown.isEmpty() || shown == AboutBlank) ? Url() : shown;
 }
 
 QString TBrowserTab::ListCaption() const {
@@ -230,7 +229,7 @@ void TBrowserTab::ResetToBlank() {
   m_popupUrl.clear();
   m_stickyName.clear();
   MakeBlank();
-  m_url.clear();
+  m_url = {};
   m_hideFromCloseAll = false;
 }
 
@@ -297,7 +296,8 @@ void TBrowserTab::OnBeforeNavigate(TNavigation *navigation) {
   } else if (Locked()) {
     // Frames fill themselves in place unless the user clicked; a locked page full of frames must not spawn tabs. The
     // page itself may reload, by itself too, and what an allowed load is sent on to belongs to that load.
-    const bool inPlace = navigation->reload || (navigation->redirect && (Busy() || IsOwnPage(navigation->address))) ||
+    const bool inPlace = navigation->reload ||
+                         (navigation->redirect && (Busy() || IsOwnPage(QUrl(navigation->address)))) ||
                          (!navigation->mainFrame && !navigation->linkClicked);
     if (!inPlace) {
       SendAway(navigation);
@@ -312,8 +312,8 @@ void TBrowserTab::OnBeforeNavigate(TNavigation *navigation) {
   Q_EMIT IndicatorsChanged();
 }
 
-bool TBrowserTab::IsOwnPage(const QString &address) const {
-  return QUrl(address).matches(QUrl(GetLocationUrl()), QUrl::RemoveFragment);
+bool TBrowserTab::IsOwnPage(const QUrl &url) const {
+  return url.matches(QUrl(GetLocationUrl()), QUrl::RemoveFragment);
 }
 
 void TBrowserTab::TestHiddenTab(TNavigation *navigation) {
@@ -354,7 +354,7 @@ void TBrowserTab::OnNavigateComplete(const QString &address) {
   // While the tab waits for its turn only the blank page that it was left with can have something to say.
   if (!m_browser || Announced()) return;
   // The blank page that a tab is left with before it opens something is not the page to keep.
-  if (LockPending() && (address != AboutBlank || m_url == AboutBlank)) SetLocked(true);
+  if (LockPending() && (address != AboutBlank || Url() == AboutBlank)) SetLocked(true);
   if (!IsHttps(address)) m_nonHttpsSeen = true;
   Q_EMIT AddressChanged(address);
   if (m_openedAsNewWindow && IsActive()) {
@@ -379,7 +379,7 @@ void TBrowserTab::OnDocumentComplete(const QString &address) {
   const bool active = IsActive();
   const bool wasBusy = Busy();
   // The blank page that a tab is left with before it opens something may still be about to finish.
-  const bool isAwaitedStill = m_load == TLoad::Waiting && address == AboutBlank && m_url != AboutBlank;
+  const bool isAwaitedStill = m_load == TLoad::Waiting && address == AboutBlank && Url() != AboutBlank;
   if (!isAwaitedStill) m_load = Settled();
   Q_EMIT AddressChanged(address);
   if (!wasBusy) return;

@@ -53,9 +53,9 @@ class TBrowserTab final : public QWidget {
   TBrowserTab(QWidget *owner, TTabEnvironment &environment, TTabStrip &strip, bool hidden);
   ~TBrowserTab() override;
 
-  void Navigate(const QString &address);
+  void Navigate(const TAddress &address);
   // Shows `address` as what the tab is for and opens nothing: NavigateStored does that, or Refresh.
-  void Announce(const QString &address);
+  void Announce(const TAddress &address);
   // Opens `Url` again when there is one.
   void NavigateStored();
   void GoHome();
@@ -90,7 +90,7 @@ class TBrowserTab final : public QWidget {
   [[nodiscard]] const QString &Title() const { return m_title; }
   // The sticky name, else the full title, else "Blank" for an empty page: what lists of tabs show.
   [[nodiscard]] QString ListCaption() const;
-  [[nodiscard]] const QString &Url() const { return m_url; }
+  [[nodiscard]] const QString &Url() const { return m_url.Text(); }
   // What "Last Open Sites" keeps and the address bar shows: the page's address, or the one still on its way to an empty
   // tab.
   [[nodiscard]] QString AddressToSave() const;
@@ -145,13 +145,13 @@ class TBrowserTab final : public QWidget {
   // What the load comes to when nothing is under way.
   [[nodiscard]] TLoad Settled() const;
   // Whether the address is the page's own, jumps inside it aside.
-  [[nodiscard]] bool IsOwnPage(const QString &address) const;
+  [[nodiscard]] bool IsOwnPage(const QUrl &url) const;
 
   TTabEnvironment &m_environment;
   TTabStrip &m_strip;
   QPointer<THalvexBrowser> m_browser;
   QString m_title;
-  QString m_url;  // the last address that the program asked this tab to open
+  TAddress m_url;  // the last address that the program asked this tab to open
   QPointer<TBrowserTab> m_opener;
   QString m_popupUrl;  // the first address of a window that a page asked for
   QString m_stickyName;

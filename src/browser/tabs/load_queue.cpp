@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "browser/engine/address_fixup.h"
+#include "browser/engine/address.h"
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/tab_strip.h"
 
@@ -14,11 +14,11 @@ namespace {
 constexpr int Dwell = 100;
 
 // A script would run in whatever page the tab still shows, and a list of mail addresses would start a program for each.
-bool IsPage(const QString &address) {
-  switch (FixUpAddress(address).kind) {
-    case TFixedAddress::TKind::Empty:
-    case TFixedAddress::TKind::Script:
-    case TFixedAddress::TKind::External:
+bool IsPage(const TAddress &address) {
+  switch (address.Kind()) {
+    case TAddress::TKind::Empty:
+    case TAddress::TKind::Script:
+    case TAddress::TKind::External:
       return false;
     default:
       return true;
@@ -37,11 +37,11 @@ TLoadQueue::TLoadQueue(TTabStrip &tabs, QObject *parent) : QObject(parent), m_ta
   connect(&tabs, &TTabStrip::ActiveTabChanged, this, &TLoadQueue::OnActiveTabChanged);
 }
 
-void TLoadQueue::Navigate(TBrowserTab *tab, const QString &address) {
+void TLoadQueue::Navigate(TBrowserTab *tab, const TAddress &address) {
   if (tab == nullptr || tab->Browser() == nullptr) return;
   const qsizetype place = PlaceOf(tab);
   if (place >= 0) m_waiting.removeAt(place);
-  if (!address.isEmpty()) tab->Announce(address);
+  if (!address.Text().isEmpty()) tab->Announce(address);
   if (IsPage(address)) {
     if (place < 0) connect(tab, &QObject::destroyed, this, &TLoadQueue::ForgetClosed, Qt::UniqueConnection);
     m_waiting.append({tab});

@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QTimer>
 
+class TAddress;
 class TBrowserTab;
 class TTabStrip;
 
@@ -25,7 +26,7 @@ class TLoadQueue final : public QObject {
 
   // The tab shows `address` at once and opens it when its turn comes. What is no page (an empty text, a script, an
   // address of another program) is shown and never opened. A tab that waits already gets the new address.
-  void Navigate(TBrowserTab *tab, const QString &address);
+  void Navigate(TBrowserTab *tab, const TAddress &address);
   // Pages still to come: those that wait and those that are loading.
   [[nodiscard]] int ToCome() const;
   // What is loading goes on; of the others each opens when the user turns to its tab or refreshes it.

@@ -214,7 +214,7 @@ void TTabStrip::ShowAdjacent(bool forward) {
   m_pages->SelectNextPage(forward);
 }
 
-void TTabStrip::OpenFromPage(const QString &address, bool background) {
+void TTabStrip::OpenFromPage(const TAddress &address, bool background) {
   (background ? NewBackgroundTab() : NewTab())->Navigate(address);
 }
 

@@ -8,6 +8,7 @@
 #include "browser/strip/page_control.h"
 #include "browser/tabs/tab_environment.h"
 
+class TAddress;
 class TBrowserTab;
 
 // Where a new tab goes.
@@ -70,7 +71,7 @@ class TTabStrip final : public QObject {
   void ShowAdjacent(bool forward);
 
   // Opens an address that a page's own menu or a dropped link names.
-  void OpenFromPage(const QString &address, bool background);
+  void OpenFromPage(const TAddress &address, bool background);
 
   // For TBrowserTab.
   void ShowTab(TBrowserTab *tab);
