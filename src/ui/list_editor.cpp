@@ -210,8 +210,8 @@ void TListEditor::cmdDeleteClick() {
   if (row < 0) return;
   // What was being changed is gone, and the next row must not take its text.
   if (m_edit == TEdit::Update) CloseEdit();
-  m_rows->Remove(row);
-  SelectRow(qMin(row, m_rows->Count() - 1));
+  m_rows->Remove(row);  // The list selects its neighbour.
+  UpdateButtons();
 }
 
 void TListEditor::MoveRow(int by) {

@@ -26,6 +26,7 @@ class TestGroupEditor final : public QObject {
     QCOMPARE(editor.Shown(), (QStringList{"a|1|", "|2|X", "b|3|", "|4|"}));
     editor.Click("cmdUpdate");
     QVERIFY(!editor.List().isEnabled());
+    QCOMPARE(m_editor->focusWidget()->objectName(), QStringLiteral("edtLocation"));
     editor.Enter(QStringLiteral("a"), QStringLiteral("  "));
     QVERIFY(editor.IsEditing());  // A page needs an address...
     editor.Enter(QStringLiteral(" A=A"), QStringLiteral(" 11 "));
