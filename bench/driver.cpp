@@ -112,11 +112,11 @@ class TBench final {
     options.Set(Setting::Width, WindowSize.width());
     options.Set(Setting::Height, WindowSize.height());
     // The list is opened from its end to its start.
-    QStringList lines;
+    TNamedAddresses sites;
     for (qsizetype place = addresses.size(); place > 0; --place) {
-      lines += QStringLiteral("url%1=%2").arg(place).arg(addresses[place - 1]);
+      sites.append({QStringLiteral("url%1").arg(place), addresses[place - 1]});
     }
-    options.SetLastOpenSites(lines);
+    options.SetLastOpenSites(sites);
   }
 
   TCost StartBare(int pages, TReport report, bool memory) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <QFile>
 #include <QList>
+#include <QSet>
 #include <QTemporaryDir>
 #include <utility>
 
@@ -53,14 +54,15 @@ QString PlainName(const QString &name) {
 }
 
 // What a file holds once the lines were written: a name's later address in the place of its first.
-TPairs Written(const THalvexGroup &group) {
+TPairs Written(const THalvexGroup &group, const QSet<int> &loose) {
   TPairs pairs;
   QString name;
   QString value;
   for (int i = 0; i < group.Count(); ++i) {
-    if (group.Lines().at(i).contains(u'=')) {
-      name = PlainName(group.NameAt(i));
-      value = Plain(group.ValueAt(i));
+    // A line without "=" repeats the one before it.
+    if (!loose.contains(i)) {
+      name = PlainName(group.At(i).name);
+      value = Plain(group.At(i).address);
     }
     const auto isIt = [&](const auto &pair) { return pair.first.toCaseFolded() == name.toCaseFolded(); };
     const auto found = std::find_if(pairs.begin(), pairs.end(), isIt);
@@ -84,20 +86,25 @@ QList<std::pair<QString, TPairs>> Others() {
   return others;
 }
 
-void Add(THalvexGroup &group, const QByteArray &page) {
+// False when what was added is a line without "=".
+bool Add(THalvexGroup &group, const QByteArray &page) {
   const QList<QByteArray> fields = page.split(Fuzz::Field);
   const int count = group.Count();
   if (fields.size() == 1) {
-    group.Lines().append(Fuzz::Text(page));
-    return;
+    const QString line = Fuzz::Text(page);
+    group.AddLine(line);
+    const TNamedAddress added = group.At(count);
+    REQUIRE(added.name + u'=' + added.address == (line.contains(u'=') ? line : line + u'='));
+    return line.contains(u'=');
   }
   const QString name = Fuzz::Text(fields.at(0));
   const QString address = Fuzz::Text(fields.at(1));
   const bool isLocked = fields.size() > 2;
   group.AddEntry(name, address, isLocked);
   REQUIRE(group.Count() == count + 1);
-  REQUIRE(group.ValueAt(count) == (isLocked ? u'*' + address : address));
-  REQUIRE(!name.isEmpty() || group.NameAt(count) == QStringLiteral("blank%1").arg(count + 1));
+  REQUIRE(group.At(count).address == (isLocked ? u'*' + address : address));
+  REQUIRE(!name.isEmpty() || group.At(count).name == QStringLiteral("blank%1").arg(count + 1));
+  return true;
 }
 
 }  // namespace
@@ -108,20 +115,19 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size) {
   THalvexGroup group(Path());
   REQUIRE(group.FileName() == Path() && group.ReadError().isEmpty());
   REQUIRE(Contents() == parts.first());
-  for (const QByteArray &page : parts.sliced(1)) Add(group, page);
-  for (int i = 0; i < group.Count(); ++i) {
-    const QString &line = group.Lines().at(i);
-    REQUIRE(group.NameAt(i) + u'=' + group.ValueAt(i) == (line.contains(u'=') ? line : line + u'='));
+  QSet<int> loose;
+  for (const QByteArray &page : parts.sliced(1)) {
+    if (!Add(group, page)) loose.insert(group.Count() - 1);
   }
 
   const auto others = Others();
-  const TPairs written = Written(group);
+  const TPairs written = Written(group, loose);
   Save(group);
   REQUIRE(Others() == others);
   const THalvexGroup read(Path());
   REQUIRE(read.Count() == written.size());
   for (int i = 0; i < read.Count(); ++i) {
-    REQUIRE(read.NameAt(i) == written.at(i).first && read.ValueAt(i) == written.at(i).second);
+    REQUIRE(read.At(i).name == written.at(i).first && read.At(i).address == written.at(i).second);
   }
   // What was once written stays as it is. Only its line ends may still turn into those of the line that has come to
   // stand first.

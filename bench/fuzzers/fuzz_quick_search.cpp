@@ -1,4 +1,4 @@
-// Input: a typed text, and after each part separator a line of the list of quick searches.
+// Input: a typed text, and after each part separator a line "keyword=format" of the list of quick searches.
 
 #include <QList>
 
@@ -45,21 +45,18 @@ void RequireFill(const QString &format, const QString &query) {
   }
 }
 
-// The format of the first line whose name, all before its first "=", is the keyword.
-QString FormatOf(const QString &keyword, const QStringList &lines) {
-  for (const QString &line : lines) {
-    const QStringList parts = line.split(u'=');
-    if (parts.size() > 1 && parts.first().compare(keyword, Qt::CaseInsensitive) == 0) {
-      return parts.sliced(1).join(u'=');
-    }
+// The format of the first search whose name is the keyword.
+QString FormatOf(const QString &keyword, const TNamedAddresses &searches) {
+  for (const auto &[name, format] : searches) {
+    if (name.compare(keyword, Qt::CaseInsensitive) == 0) return format;
   }
   return {};
 }
 
-void RequireSearch(const QString &text, const QStringList &lines) {
-  const TQuickSearch found = TQuickSearch::Of(text, lines);
+void RequireSearch(const QString &text, const TNamedAddresses &searches) {
+  const TQuickSearch found = TQuickSearch::Of(text, searches);
   const qsizetype blank = text.indexOf(u' ');
-  const QString format = blank < 0 ? QString() : FormatOf(text.left(blank), lines);
+  const QString format = blank < 0 ? QString() : FormatOf(text.left(blank), searches);
   if (format.isEmpty()) {
     REQUIRE(found.kind == TQuickSearch::TKind::None && found.address.isEmpty() && found.fault == TFault::None);
     return;
@@ -76,10 +73,13 @@ void RequireSearch(const QString &text, const QStringList &lines) {
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size) {
   const QList<QByteArray> parts = Fuzz::Input(data, size).split(Fuzz::Part);
   const QString text = Fuzz::Text(parts.first());
-  QStringList lines;
-  for (const QByteArray &line : parts.sliced(1)) lines.append(Fuzz::Text(line));
-  RequireSearch(text, lines);
-  RequireFill(text, lines.value(0));
-  for (const QString &line : lines) RequireFill(line, text);
+  TNamedAddresses searches;
+  for (const QByteArray &part : parts.sliced(1)) {
+    const QString line = Fuzz::Text(part);
+    searches.append({line.section(u'=', 0, 0), line.section(u'=', 1)});
+  }
+  RequireSearch(text, searches);
+  RequireFill(text, searches.value(0).address);
+  for (const TNamedAddress &search : searches) RequireFill(search.address, text);
   return 0;
 }

@@ -20,29 +20,25 @@ TLastOpenSites::TLastOpenSites(TTabStrip &tabs, TRegistryStore &store, QObject *
 
 QStringList TLastOpenSites::Read(TRegistryStore &store) {
   QStringList addresses;
-  const QStringList lines = TZVOptions(store).LastOpenSites();
-  for (auto line = lines.crbegin(); line != lines.crend(); ++line) {
-    QString address = TZVOptions::AddressOfLine(*line);
-    // A line with neither http nor https is taken whole, value name and all. A local file or an empty page could never
-    // be opened by that, so its name is taken off here.
-    if (address == *line) address = line->section(QLatin1Char('='), 1);
-    if (!address.isEmpty()) addresses.append(address);
+  const TNamedAddresses sites = TZVOptions(store).LastOpenSites();
+  for (auto site = sites.crbegin(); site != sites.crend(); ++site) {
+    if (const QString address = site->WebAddress(); !address.isEmpty()) addresses.append(address);
   }
   return addresses;
 }
 
-QStringList TLastOpenSites::Lines(bool close) const {
-  QStringList lines;
+TNamedAddresses TLastOpenSites::Sites(bool close) const {
+  TNamedAddresses sites;
   for (int i = m_tabs.TabCount() - 1; i >= 0; --i) {
     TBrowserTab *tab = m_tabs.Tab(i);
     if (tab == nullptr || tab->Blocked()) continue;
     const QString address = tab->AddressToSave();
     if (address.isEmpty()) continue;
     // The number counts hidden pages too, so numbers may have gaps.
-    lines.append(QStringLiteral("url%1=%2").arg(QString::number(i + 1), address));
+    sites.append({QStringLiteral("url%1").arg(i + 1), address});
     if (close) tab->Close();
   }
-  return lines;
+  return sites;
 }
 
 void TLastOpenSites::Follow() {
@@ -63,10 +59,10 @@ void TLastOpenSites::StopFollowing() {
 }
 
 void TLastOpenSites::Write(bool close) {
-  const QStringList lines = Lines(close);
-  if (lines == m_written && !close) return;
-  if (TZVOptions(m_store).SetLastOpenSites(lines)) {
-    m_written = lines;
+  const TNamedAddresses sites = Sites(close);
+  if (sites == m_written && !close) return;
+  if (TZVOptions(m_store).SetLastOpenSites(sites)) {
+    m_written = sites;
   } else if (!close && m_store.IsWritable()) {
     m_delay.start();  // The store was busy for long; the list must not stay behind the tabs.
   }

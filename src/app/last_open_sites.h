@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <QTimer>
 
+#include "config/named_address.h"
+
 class TTabStrip;
 class TRegistryStore;
 
@@ -27,10 +29,10 @@ class TLastOpenSites final : public QObject {
   static void Clear(TRegistryStore &store);
 
  private:
-  [[nodiscard]] QStringList Lines(bool close) const;
+  [[nodiscard]] TNamedAddresses Sites(bool close) const;
 
   TTabStrip &m_tabs;
   TRegistryStore &m_store;
   QTimer m_delay;
-  QStringList m_written;
+  TNamedAddresses m_written;
 };

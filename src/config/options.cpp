@@ -78,45 +78,47 @@ QString TZVOptions::AutoCompleteStyleOf(int mode) {
   return known != std::end(AutoCompleteModes) ? known->style : NoAutoComplete;
 }
 
-QStringList TZVOptions::Lines(const char *key) const {
-  QStringList lines;
-  for (const TRegistryValue &value : m_store.Values(Hive, key)) lines.append(value.name + u'=' + value.data);
-  return lines;
+TNamedAddresses TZVOptions::List(const char *key) const {
+  TNamedAddresses entries;
+  for (const TRegistryValue &value : m_store.Values(Hive, key)) {
+    entries.append(TNamedAddress{value.name, value.data}.AsRead());
+  }
+  return entries;
 }
 
-bool TZVOptions::SetLines(const char *key, const QStringList &lines) {
+bool TZVOptions::SetList(const char *key, const TNamedAddresses &entries) {
   QList<TRegistryValue> values;
-  values.reserve(lines.size());
-  for (const QString &line : lines) {
-    const qsizetype equals = line.indexOf(u'=');
-    values.append({line.left(equals), equals < 0 ? QString() : line.sliced(equals + 1)});
+  values.reserve(entries.size());
+  for (const TNamedAddress &entry : entries) {
+    const TNamedAddress written = entry.AsRead();
+    values.append({written.name, written.address});
   }
   return m_store.ReplaceKey(Hive, key, values);
 }
 
-QStringList TZVOptions::LastOpenSites() const {
-  return Lines(RegistryKey::LastOpenSites);
+TNamedAddresses TZVOptions::LastOpenSites() const {
+  return List(RegistryKey::LastOpenSites);
 }
-QStringList TZVOptions::SearchEngines() const {
-  return Lines(RegistryKey::SearchEngines);
+TNamedAddresses TZVOptions::SearchEngines() const {
+  return List(RegistryKey::SearchEngines);
 }
-QStringList TZVOptions::SearchBarEntries() const {
-  return Lines(RegistryKey::SearchBar);
+TNamedAddresses TZVOptions::SearchBarEntries() const {
+  return List(RegistryKey::SearchBar);
 }
-QStringList TZVOptions::QuickSearchEntries() const {
-  return Lines(RegistryKey::QuickSearch);
+TNamedAddresses TZVOptions::QuickSearchEntries() const {
+  return List(RegistryKey::QuickSearch);
 }
-bool TZVOptions::SetLastOpenSites(const QStringList &lines) {
-  return SetLines(RegistryKey::LastOpenSites, lines);
+bool TZVOptions::SetLastOpenSites(const TNamedAddresses &entries) {
+  return SetList(RegistryKey::LastOpenSites, entries);
 }
-bool TZVOptions::SetSearchEngines(const QStringList &lines) {
-  return SetLines(RegistryKey::SearchEngines, lines);
+bool TZVOptions::SetSearchEngines(const TNamedAddresses &entries) {
+  return SetList(RegistryKey::SearchEngines, entries);
 }
-bool TZVOptions::SetSearchBarEntries(const QStringList &lines) {
-  return SetLines(RegistryKey::SearchBar, lines);
+bool TZVOptions::SetSearchBarEntries(const TNamedAddresses &entries) {
+  return SetList(RegistryKey::SearchBar, entries);
 }
-bool TZVOptions::SetQuickSearchEntries(const QStringList &lines) {
-  return SetLines(RegistryKey::QuickSearch, lines);
+bool TZVOptions::SetQuickSearchEntries(const TNamedAddresses &entries) {
+  return SetList(RegistryKey::QuickSearch, entries);
 }
 
 QStringList TZVOptions::PopupList() const {
@@ -124,9 +126,7 @@ QStringList TZVOptions::PopupList() const {
   for (const TRegistryValue &value : m_store.Values(Hive, RegistryKey::PopupHalvex)) {
     // Looked for in the whole line, so that a pattern with another address in its query stays whole where it can. One
     // that is no address is kept without its value's name: written back it must still be itself.
-    const QString line = value.name + u'=' + value.data;
-    const QString address = AddressOfLine(line);
-    const QString pattern = address.size() == line.size() ? value.data : address;
+    const QString pattern = TNamedAddress{value.name, value.data}.WebAddress();
     if (!pattern.isEmpty()) addresses.append(pattern);
   }
   std::ranges::stable_sort(addresses,
@@ -137,14 +137,10 @@ QStringList TZVOptions::PopupList() const {
   return addresses;
 }
 
-bool TZVOptions::SetPopupList(const QStringList &addresses) {
+bool TZVOptions::SetPopupList(const QStringList &patterns) {
   QList<TRegistryValue> values;
-  values.reserve(addresses.size());
-  for (const QString &address : addresses) {
-    const QString name = "url" + QString::number(values.size() + 1);
-    const bool isLine = address.startsWith(name + u'=');
-    values.append({name, isLine ? address.sliced(name.size() + 1) : address});
-  }
+  values.reserve(patterns.size());
+  for (const QString &pattern : patterns) values.append({"url" + QString::number(values.size() + 1), pattern});
   return m_store.ReplaceKey(Hive, RegistryKey::PopupHalvex, values);
 }
 
@@ -154,12 +150,4 @@ QStringList TZVOptions::BrowserHelperObjects() const {
 
 void TZVOptions::RemoveZvid() {
   if (Read("ZVID")) m_store.DeleteValue(Hive, RegistryKey::CurrentVersion, "ZVID");
-}
-
-QString TZVOptions::AddressOfLine(const QString &line) {
-  for (const char *start : {"=http://", "=https://"}) {
-    const qsizetype equals = line.indexOf(QLatin1String(start));
-    if (equals >= 0) return line.sliced(equals + 1);
-  }
-  return line;
 }

@@ -4,6 +4,7 @@
 #include <QString>
 #include <QStringList>
 
+#include "config/named_address.h"
 #include "config/settings_table.h"
 #include "store/registry_store.h"
 
@@ -33,38 +34,33 @@ class TZVOptions final {
   [[nodiscard]] static int AutoCompleteModeOf(const QString &style);
   [[nodiscard]] static QString AutoCompleteStyleOf(int mode);
 
-  // The lists. Name-and-value lists are lines "name=value" in the store's order; their writers replace the whole key in
-  // one transaction. A line without "=" is a name with an empty value.
-  [[nodiscard]] QStringList LastOpenSites() const;
-  [[nodiscard]] QStringList SearchEngines() const;
-  [[nodiscard]] QStringList SearchBarEntries() const;
-  [[nodiscard]] QStringList QuickSearchEntries() const;
+  // The lists, in the store's order. Their writers replace the whole key in one transaction. Names end at their first
+  // "=" (see TNamedAddress::AsRead); of two entries with one name the later address counts, at the earlier place.
+  [[nodiscard]] TNamedAddresses LastOpenSites() const;
+  [[nodiscard]] TNamedAddresses SearchEngines() const;
+  [[nodiscard]] TNamedAddresses SearchBarEntries() const;
+  [[nodiscard]] TNamedAddresses QuickSearchEntries() const;
   // Sorted and without duplicates, both regardless of case; values in an older "name=address" layout are repaired.
   [[nodiscard]] QStringList PopupList() const;
   // The names of the key's subkeys, one class identifier each.
   [[nodiscard]] QStringList BrowserHelperObjects() const;
   // False when the store refused the list.
-  bool SetLastOpenSites(const QStringList &lines);
-  bool SetSearchEngines(const QStringList &lines);
-  bool SetSearchBarEntries(const QStringList &lines);
-  bool SetQuickSearchEntries(const QStringList &lines);
-  // Takes addresses, or lines of the list's own form: entry i (from 1) may be written as "url<i>=address".
-  bool SetPopupList(const QStringList &addresses);
+  bool SetLastOpenSites(const TNamedAddresses &entries);
+  bool SetSearchEngines(const TNamedAddresses &entries);
+  bool SetSearchBarEntries(const TNamedAddresses &entries);
+  bool SetQuickSearchEntries(const TNamedAddresses &entries);
+  bool SetPopupList(const QStringList &patterns);
 
   // Removes the retired value "ZVID".
   void RemoveZvid();
-
-  // The part of a "name=address" line behind the "=" that stands before "http://" or, failing that, "https://"; a line
-  // holding neither is returned whole. Addresses that hold "=" themselves survive this way.
-  [[nodiscard]] static QString AddressOfLine(const QString &line);
 
   [[nodiscard]] TRegistryStore &Store() const { return m_store; }
 
  private:
   [[nodiscard]] std::optional<QString> Read(const char *name) const;
   bool Write(const char *name, const QString &data);
-  [[nodiscard]] QStringList Lines(const char *key) const;
-  bool SetLines(const char *key, const QStringList &lines);
+  [[nodiscard]] TNamedAddresses List(const char *key) const;
+  bool SetList(const char *key, const TNamedAddresses &entries);
 
   TRegistryStore &m_store;
 };

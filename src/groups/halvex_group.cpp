@@ -15,24 +15,19 @@ THalvexGroup::THalvexGroup(const QString &fileName) {
   if (!file.Load(fileName, &m_readError)) return;
   const auto pairs = file.Pairs(QString::fromLatin1(Section));
   m_lines.reserve(pairs.size());
-  for (const auto &[name, value] : pairs) m_lines.append(name + QLatin1Char('=') + value);
+  for (const auto &[name, value] : pairs) AddLine(name + QLatin1Char('=') + value);
 }
 
-QString THalvexGroup::NameAt(int line) const {
-  const QString &text = m_lines.at(line);
-  return text.left(text.indexOf(QLatin1Char('=')));
-}
-
-QString THalvexGroup::ValueAt(int line) const {
+TNamedAddress THalvexGroup::At(int line) const {
   const QString &text = m_lines.at(line);
   const qsizetype equals = text.indexOf(QLatin1Char('='));
-  return equals < 0 ? QString() : text.mid(equals + 1);
+  return equals < 0 ? TNamedAddress{.name = text} : TNamedAddress{text.left(equals), text.sliced(equals + 1)};
 }
 
 void THalvexGroup::AddEntry(const QString &name, const QString &address, bool locked) {
   QString key = name.isEmpty() ? QStringLiteral("blank%1").arg(Count() + 1) : name;
   key.remove(QLatin1Char('='));
-  m_lines.append(key + (locked ? QLatin1String("=*") : QLatin1String("=")) + address);
+  AddLine(key + (locked ? QLatin1String("=*") : QLatin1String("=")) + address);
 }
 
 bool THalvexGroup::Save(QString *error) const {
@@ -40,14 +35,10 @@ bool THalvexGroup::Save(QString *error) const {
   if (QFileInfo::exists(m_fileName) && !file.Load(m_fileName, error)) return false;
   const QString section = QString::fromLatin1(Section);
   file.RemoveSection(section);
-  QString name;
-  QString value;
+  TNamedAddress page;
   for (int line = 0; line < Count(); ++line) {
-    if (m_lines.at(line).contains(QLatin1Char('='))) {
-      name = NameAt(line);
-      value = ValueAt(line);
-    }
-    file.SetValue(section, name, value);
+    if (m_lines.at(line).contains(QLatin1Char('='))) page = At(line);
+    file.SetValue(section, page.name, page.address);
   }
   return file.Save(m_fileName, error);
 }

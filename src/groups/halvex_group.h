@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+#include "config/named_address.h"
+
 // True when the path's extension is ".hgp" in any spelling: this decides whether a path is a page group.
 [[nodiscard]] bool IsHalvexGroupFile(const QString &path);
 
@@ -27,16 +29,16 @@ class THalvexGroup final {
   // Why an existing file could not be read; empty when it could.
   [[nodiscard]] const QString &ReadError() const { return m_readError; }
 
-  // The lines as in the file, for reading and changing.
-  [[nodiscard]] const QStringList &Lines() const { return m_lines; }
-  [[nodiscard]] QStringList &Lines() { return m_lines; }
   [[nodiscard]] int Count() const { return int(m_lines.size()); }
-  // The text before the first "=", and the text after it; a line without one is a name with an empty value.
-  [[nodiscard]] QString NameAt(int line) const;
-  [[nodiscard]] QString ValueAt(int line) const;
+  // The text before the line's first "=", and the text after it with its "*"; a line without "=" is a name without an
+  // address.
+  [[nodiscard]] TNamedAddress At(int line) const;
 
   // Appends a page; an empty name becomes "blank" and the new number of lines.
   void AddEntry(const QString &name, const QString &address, bool locked);
+  // Appends a line as it stands.
+  void AddLine(const QString &line) { m_lines.append(line); }
+  void Clear() { m_lines.clear(); }
 
   // Writes the lines to FileName, which must not be empty, in place of those that the file holds: through a temporary
   // file, so that a failure leaves the old file whole. A file that cannot be read is not written over. A line without

@@ -32,8 +32,7 @@ QStringList CellsOf(const THalvexGroup &group) {
   QStringList cells;
   cells.reserve(group.Count() * qsizetype(std::size(Columns)));
   for (int line = 0; line < group.Count(); ++line) {
-    QString name = group.NameAt(line);
-    QString location = group.ValueAt(line);
+    auto [name, location] = group.At(line);
     // Here any spelling of "blank" means no name, and when a group is opened only the lower-case one does: meant so.
     if (name.left(Blank.size()).toUpper() == Blank) name.clear();
     const bool isLocked = location.startsWith(QLatin1Char('*'));
@@ -63,7 +62,7 @@ bool TfrmHalvexGroup::Save() {
   THalvexGroup group(m_fileName);
   // The file may have gone since the dialog was opened; it is made again then.
   group.SetFileName(m_fileName);
-  group.Lines().clear();
+  group.Clear();
   for (int row = 0; row < Rows().Count(); ++row) {
     const QStringList page = Rows().At(row);
     group.AddEntry(page.at(NameColumn), page.at(LocationColumn), page.at(LockedColumn) == TListColumn::Ticked);

@@ -111,19 +111,19 @@ void TPageGroups::OpenHalvexGroup(const QString &argument, bool closeFirst, bool
     if (tab == nullptr) {
       tab = inForeground ? m_tabs.NewTab(TTabPlace::AtEnd) : m_tabs.NewBackgroundTab(TTabPlace::AtEnd);
     }
-    OpenEntry(tab, group.NameAt(i), group.ValueAt(i), atStartup);
+    OpenEntry(tab, group.At(i), atStartup);
   }
 }
 
-void TPageGroups::OpenEntry(TBrowserTab *tab, const QString &name, QString value, bool atStartup) {
+void TPageGroups::OpenEntry(TBrowserTab *tab, TNamedAddress page, bool atStartup) {
   if (atStartup) tab->SetRestored(true);
   // Only the lower-case spelling means no name; a page named "Blank7" keeps its name, which is meant.
-  if (!name.isEmpty() && !name.startsWith(QLatin1String("blank"))) tab->SetStickyName(name);
-  if (value.startsWith(QLatin1Char('*'))) {
-    value.remove(0, 1);
+  if (!page.name.isEmpty() && !page.name.startsWith(QLatin1String("blank"))) tab->SetStickyName(page.name);
+  if (page.address.startsWith(QLatin1Char('*'))) {
+    page.address.remove(0, 1);
     tab->SetLockPending(true);
   }
-  m_queue.Navigate(tab, value);
+  m_queue.Navigate(tab, page.address);
 }
 
 void TPageGroups::actSaveAsHalvexGroupExecute() {

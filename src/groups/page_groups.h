@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QString>
 
+#include "config/named_address.h"
 #include "groups/group_folder.h"
 
 class QFileDialog;
@@ -66,7 +67,7 @@ class TPageGroups final : public QObject {
   void ConnectCommands(TTabMenu &tabMenu);
   void FollowFolder();
   void RefillMenu(QMenu *menu, int fixedItems);
-  void OpenEntry(TBrowserTab *tab, const QString &name, QString value, bool atStartup);
+  void OpenEntry(TBrowserTab *tab, TNamedAddress page, bool atStartup);
   // The same for a group that may be new.
   [[nodiscard]] QString AskNewFile();
   [[nodiscard]] QString Ask(QFileDialog *dialog);

@@ -37,9 +37,7 @@ QStringList LoadPopupList(TRegistryStore &store) {
 }
 
 bool SavePopupList(TRegistryStore &store, const QStringList &patterns) {
-  QStringList lines;
-  for (const QString &pattern : patterns) lines.append(QStringLiteral("url%1=").arg(lines.size() + 1) + pattern);
-  return TZVOptions(store).SetPopupList(lines);
+  return TZVOptions(store).SetPopupList(patterns);
 }
 
 TPopupBlocker::TPopupBlocker(QWidget *window, TTabStrip &tabs, TTabMenu &tabMenu)

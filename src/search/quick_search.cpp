@@ -32,16 +32,14 @@ QString Fill(const QString &format, const QString &query, TFault &fault) {
 
 }  // namespace QuickSearchFormat
 
-TQuickSearch TQuickSearch::Of(const QString &text, const QStringList &lines) {
+TQuickSearch TQuickSearch::Of(const QString &text, const TNamedAddresses &searches) {
   const qsizetype blank = text.indexOf(u' ');
   if (blank < 0) return {};
   TQuickSearch found{.keyword = text.left(blank)};
-  // A line's name ends at its first "=", so that a keyword which holds one itself never matches.
-  const auto line = std::ranges::find_if(lines, [&](const QString &candidate) {
-    const qsizetype equals = candidate.indexOf(u'=');
-    return equals == found.keyword.size() && candidate.startsWith(found.keyword, Qt::CaseInsensitive);
+  const auto search = std::ranges::find_if(searches, [&](const TNamedAddress &candidate) {
+    return candidate.name.compare(found.keyword, Qt::CaseInsensitive) == 0;
   });
-  if (line != lines.end()) found.format = line->mid(found.keyword.size() + 1);
+  if (search != searches.end()) found.format = search->address;
   if (found.format.isEmpty()) return {};
   found.address = QuickSearchFormat::Fill(found.format, text.mid(blank + 1), found.fault);
   found.kind = found.fault == QuickSearchFormat::TFault::None ? TKind::Address : TKind::BadFormat;

@@ -1,7 +1,8 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
+
+#include "config/named_address.h"
 
 // Quick searches: a keyword, a blank and a query typed into the address bar become an address.
 
@@ -30,8 +31,8 @@ struct TQuickSearch {
   QString address{};
   QuickSearchFormat::TFault fault = QuickSearchFormat::TFault::None;
 
-  // `lines` are "keyword=format". The keyword is what stands before the first blank of `text`, upper and lower case
-  // being one; the query is all that stands behind it. A text without a blank, an unknown keyword, or one with an empty
-  // format is no quick search.
-  [[nodiscard]] static TQuickSearch Of(const QString &text, const QStringList &lines);
+  // `searches` are keywords with their formats. The keyword is what stands before the first blank of `text`, upper and
+  // lower case being one; the query is all that stands behind it. A text without a blank, an unknown keyword, or one
+  // with an empty format is no quick search.
+  [[nodiscard]] static TQuickSearch Of(const QString &text, const TNamedAddresses &searches);
 };

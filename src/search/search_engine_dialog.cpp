@@ -32,7 +32,7 @@ TfrmSearchEngine::TfrmSearchEngine(const TLanguage &language, TSearchLists &list
     : TListEditor(language, Form, owner), m_lists(lists), m_list(list) {
   setObjectName(QStringLiteral("TfrmSearchEngine"));
   QStringList cells;
-  for (const QString &line : lists.Load(list)) cells << line.section(u'=', 0, 0) << line.section(u'=', 1);
+  for (const TNamedAddress &entry : lists.Load(list)) cells << entry.name << entry.address;
   const bool isQuickSearch = list == TSearchList::QuickSearch;
   Begin(CaptionOf(list, language), cells, isQuickSearch ? language.Text("QUICK_SEARCH", "FormatNote") : QString());
 }
@@ -44,12 +44,12 @@ bool TfrmSearchEngine::Accepts(QStringList &entry) const {
 }
 
 bool TfrmSearchEngine::Save() {
-  QStringList lines;
+  TNamedAddresses entries;
   for (int row = 0; row < Rows().Count(); ++row) {
     const QStringList entry = Rows().At(row);
-    lines.append(entry.at(TitleColumn) + u'=' + entry.at(LocationColumn));
+    entries.append({entry.at(TitleColumn), entry.at(LocationColumn)});
   }
-  if (m_lists.Save(m_list, lines)) return true;
+  if (m_lists.Save(m_list, entries)) return true;
   ShowWarning(this, Language(), Language().Text("MAIN", "StoreNotKept"));
   return false;
 }

@@ -20,8 +20,8 @@ constexpr qsizetype LongestHint = 400;  // characters, in the status bar
 struct TList {
   TSearchList list;
   const char *key;
-  QStringList (TZVOptions::*read)() const;
-  bool (TZVOptions::*write)(const QStringList &);
+  TNamedAddresses (TZVOptions::*read)() const;
+  bool (TZVOptions::*write)(const TNamedAddresses &);
 };
 
 constexpr TList Lists[] = {
@@ -53,20 +53,20 @@ void TSearchLists::AddExamples() {
   TIniFile file;
   const QString path = ProgramFolders::Find({}, QStringLiteral("searches.ini"));
   if (path.isEmpty() || !file.Load(path)) return;
-  QStringList lines;
-  for (const auto &[name, address] : file.Pairs(QStringLiteral("QuickSearch"))) lines.append(name + u'=' + address);
-  if (!lines.isEmpty()) Save(TSearchList::QuickSearch, lines);
+  TNamedAddresses entries;
+  for (const auto &[name, address] : file.Pairs(QStringLiteral("QuickSearch"))) entries.append({name, address});
+  if (!entries.isEmpty()) Save(TSearchList::QuickSearch, entries);
 }
 
-QStringList TSearchLists::Load(TSearchList list) const {
+TNamedAddresses TSearchLists::Load(TSearchList list) const {
   return (TZVOptions(m_store).*ListOf(list).read)();
 }
 
-bool TSearchLists::Save(TSearchList list, const QStringList &lines) {
+bool TSearchLists::Save(TSearchList list, const TNamedAddresses &entries) {
   return m_store.InTransaction([&] {
     TZVOptions options(m_store);
     // An empty list is a key without values, not a missing key: what the user emptied is not filled again.
-    return (options.*ListOf(list).write)(lines) && m_store.CreateKey(Hive, ListOf(list).key);
+    return (options.*ListOf(list).write)(entries) && m_store.CreateKey(Hive, ListOf(list).key);
   });
 }
 
@@ -83,28 +83,27 @@ void TSearchLists::Follow(QMenu *menu, TSearchList list) {
 }
 
 void TSearchLists::TakeDefaultSearchPage(TSearchList list) {
-  const QStringList lines = Load(list);
-  if (!lines.isEmpty()) m_defaultSearchPage = lines.first().section(u'=', 1);
+  const TNamedAddresses entries = Load(list);
+  if (!entries.isEmpty()) m_defaultSearchPage = entries.first().address;
 }
 
 void TSearchLists::Rebuild(TSearchList list) {
-  const QStringList lines = Load(list);
-  for (const TMenu &entry : std::as_const(m_menus)) {
-    if (entry.list != list || entry.menu.isNull()) continue;
-    const QList<QAction *> old = entry.menu->actions().mid(entry.fixedEntries);
+  const TNamedAddresses entries = Load(list);
+  for (const TMenu &menu : std::as_const(m_menus)) {
+    if (menu.list != list || menu.menu.isNull()) continue;
+    const QList<QAction *> old = menu.menu->actions().mid(menu.fixedEntries);
     for (QAction *action : old) {
-      entry.menu->removeAction(action);
+      menu.menu->removeAction(action);
       action->deleteLater();  // It may be the one that is just being chosen.
     }
-    for (const QString &line : lines) {
-      const QString address = line.section(u'=', 1);
-      auto *action = new QAction(MenuText(line.section(u'=', 0, 0)), entry.menu);
-      action->setToolTip(PlainTip(address));
-      action->setStatusTip(address.left(LongestHint));
-      connect(action, &QAction::triggered, this, [this, list, address] {
+    for (const TNamedAddress &entry : entries) {
+      auto *action = new QAction(MenuText(entry.name), menu.menu);
+      action->setToolTip(PlainTip(entry.address));
+      action->setStatusTip(entry.address.left(LongestHint));
+      connect(action, &QAction::triggered, this, [this, list, address = entry.address] {
         Q_EMIT(list == TSearchList::SearchEngines ? EngineChosen(address) : SearchPageChosen(address));
       });
-      entry.menu->addAction(action);
+      menu.menu->addAction(action);
     }
   }
 }

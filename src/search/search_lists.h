@@ -2,7 +2,8 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QStringList>
+
+#include "config/named_address.h"
 
 class QAction;
 class TActions;
@@ -28,14 +29,14 @@ class TSearchLists final : public QObject {
   // anew whenever it opens and when the list has changed. `owner` is the window that the dialogs belong to.
   TSearchLists(const TLanguage &language, TRegistryStore &store, TActions &actions, QWidget *owner);
 
-  // Lines "name=address" in the order of the store.
-  [[nodiscard]] QStringList Load(TSearchList list) const;
-  // Replaces the list. A line is split at its first "="; of two lines with one name (regardless of case) the later
+  // In the order of the store.
+  [[nodiscard]] TNamedAddresses Load(TSearchList list) const;
+  // Replaces the list. Names end at their first "="; of two entries with one name (regardless of case) the later
   // address counts, at the earlier place. False when the store refused the list.
-  bool Save(TSearchList list, const QStringList &lines);
+  bool Save(TSearchList list, const TNamedAddresses &entries);
 
   // The quick searches as they were loaded last.
-  [[nodiscard]] const QStringList &QuickSearches() const { return m_quickSearches; }
+  [[nodiscard]] const TNamedAddresses &QuickSearches() const { return m_quickSearches; }
   // The first address of the menu that was made last, or whose list was changed last; a list without addresses does not
   // count.
   [[nodiscard]] const QString &DefaultSearchPage() const { return m_defaultSearchPage; }
@@ -66,6 +67,6 @@ class TSearchLists final : public QObject {
   TRegistryStore &m_store;
   QWidget *m_owner;
   QList<TMenu> m_menus;
-  QStringList m_quickSearches;
+  TNamedAddresses m_quickSearches;
   QString m_defaultSearchPage;
 };

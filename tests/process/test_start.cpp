@@ -1,6 +1,7 @@
 #include <QDeadlineTimer>
 
 #include "process/program_fixture.h"
+#include "support/named_lines.h"
 
 // The built program as a process, with folders of its own for every case.
 class TestStart final : public QObject {
@@ -86,13 +87,13 @@ void TestStart::TwoArguments() {
 
 void TestStart::KilledWithManyTabs() {
   constexpr int Count = 200;
-  QStringList lines;
+  TNamedAddresses sites;
   for (int i = Count; i >= 1; --i) {
-    lines.append(QStringLiteral("url%1=%2").arg(i).arg(m_f.server.Url(QStringLiteral("/page%1").arg(i - 1))));
+    sites.append({QStringLiteral("url%1").arg(i), m_f.server.Url(QStringLiteral("/page%1").arg(i - 1))});
   }
   m_f.Prepare([&](TZVOptions &options) {
     options.Set(Setting::StartupMode, QStringLiteral("Last"));
-    options.SetLastOpenSites(lines);
+    options.SetLastOpenSites(sites);
   });
   // One more than the list holds, so that it must have been written anew.
   const QString added = m_f.server.Url(QStringLiteral("/added"));
@@ -100,7 +101,7 @@ void TestStart::KilledWithManyTabs() {
   // In the middle of opening, with another process that writes settings all the while.
   const auto busy = m_f.Store();
   TZVOptions options(*busy);
-  lines.prepend(QStringLiteral("url%1=%2").arg(Count + 1).arg(added));
+  sites.prepend({QStringLiteral("url%1").arg(Count + 1), added});
   QDeadlineTimer deadline(60000);
   for (int i = 0; (m_f.Requests(20) == 0 || options.LastOpenSites().size() <= Count) && !deadline.hasExpired(); ++i) {
     options.Set(Setting::LimitTitleLength, 30 + i % 20);
@@ -110,8 +111,7 @@ void TestStart::KilledWithManyTabs() {
   program->kill();
   QVERIFY(program->waitForFinished());
   QVERIFY(busy->SetAsideFile().isEmpty());
-  QStringList kept = options.LastOpenSites();
-  QCOMPARE(kept, lines);
+  QCOMPARE(ToLines(options.LastOpenSites()), ToLines(sites));
 
   m_f.server.ForgetRequests();
   program = m_f.Start({});

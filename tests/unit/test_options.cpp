@@ -5,6 +5,7 @@
 #include "config/options.h"
 #include "platform/program_folders.h"
 #include "store/private_folder.h"
+#include "support/named_lines.h"
 
 namespace {
 
@@ -69,11 +70,11 @@ class TTestOptions final : public QObject {
     QCOMPARE(options.Get(Setting::Width), QGuiApplication::primaryScreen()->availableSize().width() - 40);
     QCOMPARE(options.Get(Setting::Height), QGuiApplication::primaryScreen()->availableSize().height() - 40);
     QCOMPARE(options.AutoCompleteMode(), 2);
-    for (const QStringList &list :
-         {options.LastOpenSites(), options.SearchEngines(), options.SearchBarEntries(), options.QuickSearchEntries(),
-          options.PopupList(), options.BrowserHelperObjects()}) {
+    for (const TNamedAddresses &list :
+         {options.LastOpenSites(), options.SearchEngines(), options.SearchBarEntries(), options.QuickSearchEntries()}) {
       QVERIFY(list.isEmpty());
     }
+    QVERIFY(options.PopupList().isEmpty() && options.BrowserHelperObjects().isEmpty());
   }
 
   // Every setting is stored at once, under its own name, as text, where another object sees it.
@@ -175,17 +176,19 @@ class TTestOptions final : public QObject {
 
   void NamedListsKeepTheirOrder() {
     TZVOptions options(*m_store);
-    const QStringList lines{"url3=http://a/?q=1=2", "url1=", "Ähre=b", "name only", "=unnamed"};
-    const QStringList read{"url3=http://a/?q=1=2", "url1=", "Ähre=b", "name only=", "=unnamed"};
-    options.SetLastOpenSites(lines);
-    options.SetSearchEngines({"first=1", "gone=2"});
-    options.SetSearchEngines({"b=2", "A=1"});
-    options.SetSearchBarEntries({"bar=1"});
-    options.SetQuickSearchEntries({"quick=%s"});
-    QCOMPARE(options.LastOpenSites(), read);
-    QCOMPARE(options.SearchEngines(), (QStringList{"b=2", "A=1"}));
-    QCOMPARE(options.SearchBarEntries(), QStringList{"bar=1"});
-    QCOMPARE(options.QuickSearchEntries(), QStringList{"quick=%s"});
+    const TNamedAddresses entries{{"url3", "http://a/?q=1=2"}, {"url1", ""}, {"Ähre", "b"}, {"", "unnamed"}};
+    options.SetLastOpenSites(entries);
+    options.SetSearchEngines({{"first", "1"}, {"gone", "2"}});
+    options.SetSearchEngines({{"b", "2"}, {"A=B=", "1"}, {"B", "3"}});
+    options.SetSearchBarEntries({{"bar", "1"}});
+    options.SetQuickSearchEntries({{"quick", "%s"}});
+    QCOMPARE(ToLines(options.LastOpenSites()), ToLines(entries));
+    // A name ends at its first "=", in whatever way it got there.
+    m_store->Write(User, RegistryKey::SearchEngines, "c=d", "4");
+    QCOMPARE(options.SearchEngines(), (TNamedAddresses{{"b", "3"}, {"A", "B==1"}, {"c", "d=4"}}));
+    QCOMPARE(m_store->Read(User, RegistryKey::SearchEngines, "a"), "B==1");
+    QCOMPARE(ToLines(options.SearchBarEntries()), QStringList{"bar=1"});
+    QCOMPARE(ToLines(options.QuickSearchEntries()), QStringList{"quick=%s"});
     QCOMPARE(m_store->Subkeys(User, RegistryKey::CurrentVersion),
              (QStringList{"Last Open Sites", "Search Engines", "Search Bar", "QuickSearch"}));
     options.SetSearchEngines({});
@@ -203,16 +206,14 @@ class TTestOptions final : public QObject {
     m_store->Write(User, key, "url6", "a=https://x=http://a.test");
     QCOMPARE(options.PopupList(),
              (QStringList{"*.ads.test/*", "http://a.test", "http://C.test", "https://b.test/x=1"}));
-    // Written back and read again it stays itself, also from lines of its own form.
+    // Written back and read again it stays itself.
     const QStringList list = options.PopupList();
     options.SetPopupList(list);
     QCOMPARE(options.PopupList(), list);
     QCOMPARE(m_store->Read(User, key, "url2"), "http://a.test");
     QCOMPARE(m_store->Values(User, key).size(), list.size());
-    options.SetPopupList({"url1=*.ads.test", "url2=http://a.test", "url9=kept"});
-    QCOMPARE(m_store->Read(User, key, "url1"), "*.ads.test");
-    QCOMPARE(m_store->Read(User, key, "url2"), "http://a.test");
-    QCOMPARE(m_store->Read(User, key, "url3"), "url9=kept");
+    options.SetPopupList({"url1=*.ads.test"});
+    QCOMPARE(options.PopupList(), QStringList("url1=*.ads.test"));
     options.SetPopupList({});
     QVERIFY(!m_store->KeyExists(User, key));
   }
@@ -227,7 +228,7 @@ class TTestOptions final : public QObject {
     QVERIFY(!m_store->Read(User, RegistryKey::CurrentVersion, "ZVID"));
   }
 
-  void AddressesOfLines_data() {
+  void WebAddresses_data() {
     QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("address");
     QTest::newRow("plain") << "url1=http://a.test/?x=1"
@@ -237,15 +238,15 @@ class TTestOptions final : public QObject {
     QTest::newRow("plain one is looked for first") << "u=https://a.test/?to=http://b.test"
                                                    << "http://b.test";
     QTest::newRow("neither") << "url1=ftp://a.test"
-                             << "url1=ftp://a.test";
+                             << "ftp://a.test";
     QTest::newRow("case counts") << "url1=HTTP://a.test"
-                                 << "url1=HTTP://a.test";
-    QTest::newRow("no name") << "http://a.test"
-                             << "http://a.test";
+                                 << "HTTP://a.test";
+    QTest::newRow("a name with =") << "a=b=http://a.test"
+                                   << "http://a.test";
   }
-  void AddressesOfLines() {
+  void WebAddresses() {
     QFETCH(QString, line);
-    QTEST(TZVOptions::AddressOfLine(line), "address");
+    QTEST(FromLines({line}).first().WebAddress(), "address");
   }
 
  private:

@@ -57,7 +57,7 @@ void TTestQuickSearch::AnyTextIsTaken() {
   QCOMPARE(QuickSearchFormat::Fill(nul + "%s", nul, fault), nul + nul);
   const QString huge(1000000, u'%');
   QCOMPARE(QuickSearchFormat::Fill(huge, {}, fault).size(), huge.size() / 2);
-  QCOMPARE(TQuickSearch::Of(huge + ' ' + huge, {"g=%s"}).kind, TKind::None);
+  QCOMPARE(TQuickSearch::Of(huge + ' ' + huge, {{"g", "%s"}}).kind, TKind::None);
 }
 
 void TTestQuickSearch::Keywords_data() {
@@ -80,10 +80,11 @@ void TTestQuickSearch::Keywords_data() {
 }
 
 void TTestQuickSearch::Keywords() {
-  const QStringList lines = {"g=http://a.example/?q=%s", "none=",          "long=http://b.example/?a=1&q=%s",
-                             "twice=http://1.example/",  "TWICE=http://2", "bad=http://c.example/%s%s"};
+  const TNamedAddresses searches = {
+      {"g", "http://a.example/?q=%s"}, {"none", ""},          {"long", "http://b.example/?a=1&q=%s"},
+      {"twice", "http://1.example/"},  {"TWICE", "http://2"}, {"bad", "http://c.example/%s%s"}};
   QFETCH(QString, text);
-  const TQuickSearch found = TQuickSearch::Of(text, lines);
+  const TQuickSearch found = TQuickSearch::Of(text, searches);
   QTEST(found.kind, "kind");
   QTEST(found.address, "address");
 }

@@ -6,6 +6,7 @@
 #include "chrome/window_placement.h"
 #include "config/settings.h"
 #include "config/shell_association.h"
+#include "support/named_lines.h"
 
 class TestStartRules final : public QObject {
   Q_OBJECT
@@ -120,7 +121,7 @@ void TestStartRules::LastSites_data() {
 
 void TestStartRules::LastSites() {
   QFETCH(QStringList, lines);
-  TZVOptions(*m_store).SetLastOpenSites(lines);
+  TZVOptions(*m_store).SetLastOpenSites(FromLines(lines));
   QTEST(TLastOpenSites::Read(*m_store), "opened");
 }
 

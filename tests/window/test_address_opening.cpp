@@ -186,7 +186,7 @@ void TestAddressOpening::QuickSearch() {
   QFETCH(bool, newWin);
   TZVOptions options(*m_f.store);
   options.Set(Setting::QuickSearchNewWin, newWin);
-  options.SetQuickSearchEntries({"f=" + m_f.server.Url("/find?q=%s")});
+  options.SetQuickSearchEntries({{"f", m_f.server.Url("/find?q=%s")}});
   Make();
   m_box.Enter("F two words");
   QTRY_COMPARE_WITH_TIMEOUT(m_f.server.RequestCount("/find"), 1, m_f.LoadTime);
@@ -195,7 +195,7 @@ void TestAddressOpening::QuickSearch() {
 }
 
 void TestAddressOpening::FaultyQuickSearch() {
-  TZVOptions(*m_f.store).SetQuickSearchEntries({"f=" + m_f.server.Url("/find?q=%s&r=%20")});
+  TZVOptions(*m_f.store).SetQuickSearchEntries({{"f", m_f.server.Url("/find?q=%s&r=%20")}});
   Make();
   m_box.Enter("f word");
   auto *box = m_f.window->findChild<QMessageBox *>();

@@ -101,14 +101,14 @@ void TestDelayedStart::Opens() {
   options.Set(Setting::StartupPage, url(once));
   options.Set(Setting::CommandLine, url(argument));
   HomePage::Choose(*m_f.store, url(home));
-  QStringList lines{QStringLiteral("url1=left over from another mode")};
+  TNamedAddresses sites{{QStringLiteral("url1"), QStringLiteral("left over from another mode")}};
   if (mode == QStringLiteral("Last")) {
-    lines.clear();
-    for (const QString &path : kept) lines.prepend(QStringLiteral("url%1=%2").arg(lines.size() + 1).arg(url(path)));
+    sites.clear();
+    for (const QString &path : kept) sites.prepend({QStringLiteral("url%1").arg(sites.size() + 1), url(path)});
   } else if (!kept.isEmpty()) {
     options.Set(Setting::StartupHalvexGroup, WriteGroup(kept));
   }
-  options.SetLastOpenSites(lines);
+  options.SetLastOpenSites(sites);
   Start();
   QTEST(Pages(), "pages");
   QVERIFY(options.Get(Setting::StartupPage).isEmpty() && options.Get(Setting::CommandLine).isEmpty());
@@ -136,7 +136,7 @@ void TestDelayedStart::GroupTakesAllPlaces() {
   options.Set(Setting::StartupMode, mode);
   options.Set(Setting::HGCloseFirst, closeFirst);
   options.Set(Setting::CommandLine, WriteGroup({QStringLiteral("/a"), QStringLiteral("/b")}));
-  options.SetLastOpenSites({QStringLiteral("url1=") + m_f.server.Url(QStringLiteral("/c"))});
+  options.SetLastOpenSites({{QStringLiteral("url1"), m_f.server.Url(QStringLiteral("/c"))}});
   HomePage::Choose(*m_f.store, m_f.server.Url(QStringLiteral("/own")));
   Start();
   QCOMPARE(Pages(), (QStringList{"/a", "/maker-ext", "/b"}));

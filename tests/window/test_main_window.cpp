@@ -17,6 +17,7 @@
 #include "browser/tabs/page_commands.h"
 #include "search/address_bar.h"
 #include "support/modal_dialogs.h"
+#include "support/named_lines.h"
 #include "window/main_window_fixture.h"
 #include "window/page_click.h"
 
@@ -431,14 +432,14 @@ void TestMainWindow::ListFollowsTabs() {
   Action(TCommand::StartLast)->trigger();
   QCOMPARE(options.Get(Setting::StartupMode), QStringLiteral("Last"));
   const QString first = QStringLiteral("url1=") + m_f.server.Url(QStringLiteral("/a"));
-  QTRY_COMPARE(options.LastOpenSites(), QStringList{first});
+  QTRY_COMPARE(ToLines(options.LastOpenSites()), QStringList{first});
   m_f.window->Tabs().NewTab()->Navigate(m_f.server.Url(QStringLiteral("/b")));
   const QString second = QStringLiteral("url2=") + m_f.server.Url(QStringLiteral("/b"));
-  QTRY_COMPARE(options.LastOpenSites(), (QStringList{second, first}));
+  QTRY_COMPARE(ToLines(options.LastOpenSites()), (QStringList{second, first}));
   Action(TCommand::CloseTab)->trigger();
-  QTRY_COMPARE(options.LastOpenSites(), QStringList{first});
+  QTRY_COMPARE(ToLines(options.LastOpenSites()), QStringList{first});
   m_f.window.reset();
-  QCOMPARE(options.LastOpenSites(), QStringList{first});
+  QCOMPARE(ToLines(options.LastOpenSites()), QStringList{first});
 }
 
 void TestMainWindow::ShutdownQuestion() {

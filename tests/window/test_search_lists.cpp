@@ -19,6 +19,7 @@
 #include "store/registry_store.h"
 #include "support/list_editor_driver.h"
 #include "support/modal_dialogs.h"
+#include "support/named_lines.h"
 
 // The lists of named addresses: how they are stored, the dialog that changes them, the menus made of them.
 class TestSearchLists final : public QObject {
@@ -70,13 +71,15 @@ void TestSearchLists::init() {
 
 void TestSearchLists::SavesAsItStands() {
   TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
-  lists.Save(TSearchList::SearchEngines,
-             {"B & b=http://b.example/?x=1", "a=http://a.example/", "odd=title=rest", "A=http://later.example/"});
+  lists.Save(TSearchList::SearchEngines, {{"B & b", "http://b.example/?x=1"},
+                                          {"a", "http://a.example/"},
+                                          {"odd=title", "rest"},
+                                          {"A", "http://later.example/"}});
   const QStringList kept = {"B & b=http://b.example/?x=1", "a=http://later.example/", "odd=title=rest"};
   QCOMPARE(Stored(RegistryKey::SearchEngines), kept);
-  QCOMPARE(lists.Load(TSearchList::SearchEngines), kept);
+  QCOMPARE(ToLines(lists.Load(TSearchList::SearchEngines)), kept);
   QCOMPARE(m_store->Read(TRegistryHive::CurrentUser, RegistryKey::SearchEngines, "odd"), QString("title=rest"));
-  lists.Save(TSearchList::SearchEngines, {"z=http://z.example/"});
+  lists.Save(TSearchList::SearchEngines, {{"z", "http://z.example/"}});
   QCOMPARE(Stored(RegistryKey::SearchEngines), QStringList("z=http://z.example/"));
   QVERIFY(lists.Load(TSearchList::SearchBar).isEmpty());
   QVERIFY(!m_store->KeyExists(TRegistryHive::CurrentUser, RegistryKey::SearchBar));
@@ -86,7 +89,7 @@ void TestSearchLists::ExamplesComeOnce() {
   {
     TSearchLists first(m_language, *m_store, *m_actions, nullptr);
     QVERIFY(!first.QuickSearches().isEmpty());
-    QCOMPARE(Stored(RegistryKey::QuickSearch), first.QuickSearches());
+    QCOMPARE(Stored(RegistryKey::QuickSearch), ToLines(first.QuickSearches()));
     QVERIFY(first.Load(TSearchList::SearchEngines).isEmpty());
     first.Save(TSearchList::QuickSearch, {});
   }
@@ -106,15 +109,15 @@ void TestSearchLists::ExamplesComeOnce() {
   QVERIFY(own.open(QIODevice::WriteOnly) && own.write("[QuickSearch]\nmine=http://mine.example/%s\n") > 0);
   own.close();
   QCOMPARE(TSearchLists(m_language, *m_store, *m_actions, nullptr).QuickSearches(),
-           QStringList("mine=http://mine.example/%s"));
+           (TNamedAddresses{{"mine", "http://mine.example/%s"}}));
   QVERIFY(own.remove());
 }
 
 void TestSearchLists::ExamplesAreSound() {
   const TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
-  for (const QString &line : lists.QuickSearches()) {
-    const TQuickSearch found = TQuickSearch::Of(line.section('=', 0, 0) + " word", lists.QuickSearches());
-    QVERIFY2(found.kind == TQuickSearch::TKind::Address && found.address.contains("word"), qPrintable(line));
+  for (const auto &[keyword, format] : lists.QuickSearches()) {
+    const TQuickSearch found = TQuickSearch::Of(keyword + " word", lists.QuickSearches());
+    QVERIFY2(found.kind == TQuickSearch::TKind::Address && found.address.contains("word"), qPrintable(keyword));
   }
 }
 
@@ -172,7 +175,7 @@ void TestSearchLists::OrganizeSavesOrNot() {
   QFETCH(TSearchList, list);
   QFETCH(QByteArray, button);
   TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
-  lists.Save(list, {"a=1", "b=2"});
+  lists.Save(list, FromLines({"a=1", "b=2"}));
   OnModalDialog<TfrmSearchEngine>([&](TfrmSearchEngine &dialog) {
     const TListEditorDriver editor = DriverOf(dialog);
     editor.Select(1);
@@ -182,14 +185,14 @@ void TestSearchLists::OrganizeSavesOrNot() {
   const bool saved = lists.Organize(list);
   QCOMPARE(saved, button == "cmdOk");
   const QStringList expected = saved ? QStringList{"b=2", "a=1"} : QStringList{"a=1", "b=2"};
-  QCOMPARE(lists.Load(list), expected);
-  if (list == TSearchList::QuickSearch) QCOMPARE(lists.QuickSearches(), expected);
+  QCOMPARE(ToLines(lists.Load(list)), expected);
+  if (list == TSearchList::QuickSearch) QCOMPARE(ToLines(lists.QuickSearches()), expected);
 }
 
 // The user is told, and what was changed is still in the dialog to be kept after all.
 void TestSearchLists::RefusedSave() {
   TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
-  lists.Save(TSearchList::QuickSearch, {"a=1", "b=2"});
+  lists.Save(TSearchList::QuickSearch, FromLines({"a=1", "b=2"}));
   QString told;
   OnModalDialog<TfrmSearchEngine>([&](TfrmSearchEngine &dialog) {
     const TListEditorDriver editor = DriverOf(dialog);
@@ -205,12 +208,12 @@ void TestSearchLists::RefusedSave() {
   TRegistryStore other(m_store->FilePath());
   QVERIFY(other.InTransaction([&] { return !lists.Organize(TSearchList::QuickSearch); }));
   QCOMPARE(told, m_language.Text("MAIN", "StoreNotKept"));
-  QCOMPARE(lists.QuickSearches(), QStringList({"a=1", "b=2"}));
+  QCOMPARE(ToLines(lists.QuickSearches()), QStringList({"a=1", "b=2"}));
 }
 
 void TestSearchLists::Menus() {
   TSearchLists(m_language, *m_store, *m_actions, nullptr)
-      .Save(TSearchList::SearchEngines, {"Tom & co=http://tom.example/?a=1&b=2", "b=http://b.example/"});
+      .Save(TSearchList::SearchEngines, {{"Tom & co", "http://tom.example/?a=1&b=2"}, {"b", "http://b.example/"}});
   TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
   QMenu &engines = *m_actions->Menu(TMenu::SearchEngines);
   Q_EMIT engines.aboutToShow();
@@ -225,7 +228,7 @@ void TestSearchLists::Menus() {
 
   QMenu pages;
   for (int i = 0; i < 3; ++i) pages.addAction("fixed");
-  lists.Save(TSearchList::SearchBar, {"panel=http://panel.example/"});
+  lists.Save(TSearchList::SearchBar, {{"panel", "http://panel.example/"}});
   lists.FillSearchBarMenu(&pages);
   QCOMPARE(pages.actions().size(), 4);
   QCOMPARE(lists.DefaultSearchPage(), "http://panel.example/");

@@ -196,7 +196,7 @@ void TestWindowModules::EnginesFromTheMenu_data() {
 void TestWindowModules::EnginesFromTheMenu() {
   QFETCH(bool, newTab);
   TZVOptions options(*m_f.store);
-  options.SetSearchEngines({QStringLiteral("Find=%1").arg(m_f.server.Url(QStringLiteral("/p1")))});
+  options.SetSearchEngines({{QStringLiteral("Find"), m_f.server.Url(QStringLiteral("/p1"))}});
   options.Set(Setting::SearchNewWin, newTab);
   m_f.Open();
   QList<QAction *> items = ItemsOf(m_f.window->Actions().Menu(TMenu::SearchEngines));
