@@ -183,7 +183,7 @@ void TIniFile::Index(const TSection &section) const {
     for (int i = 0; i < int(lines.size()); ++i) {
       const QByteArrayView line = lines.at(i).bytes;
       const qsizetype equals = EqualsSign(line);
-      if (equals >= 0) section.index.append({HashOf(FoldedKey(line, equals)), {block, i}});
+      if (equals >= 0) section.index.emplaceBack(HashOf(FoldedKey(line, equals)), TPlace{block, i});
     }
   }
   std::sort(section.index.begin(), section.index.end());
