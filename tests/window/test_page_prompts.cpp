@@ -37,26 +37,267 @@ class TestPagePrompts final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase();
-  void init();
-  void cleanup();
+  void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
 
-  void menuHasWhatWorks_data();
-  void menuHasWhatWorks();
-  void menuOpensAndCommands();
-  void menuOverARealLink();
+  void init() {
+    m_server = std::make_unique<TTestServer>();
+    QVERIFY(m_server->Listen());
+    m_server->RoutePage("/page", "Page", "<a id=a href='/target' style='font-size:80px'>link</a>");
+    m_profile = std::make_unique<QWebEngineProfile>();
+    m_window = std::make_unique<QWidget>();
+    m_window->resize(600, 400);
+    auto *layout = new QVBoxLayout(m_window.get());
+    m_view = new QWebEngineView(m_window.get());
+    m_page = new QWebEnginePage(m_profile.get(), m_view);
+    m_view->setPage(m_page);
+    m_prompts = new TPagePrompts(m_page, m_window.get(), m_language);
+    layout->addWidget(m_prompts->Bar());
+    layout->addWidget(m_view);
+    m_window->show();
+  }
 
-  void signIn_data();
-  void signIn();
-  void signInOncePerPlace();
-  void signInCancelHoldsForThePage();
+  void cleanup() {
+    m_window.reset();
+    m_profile.reset();
+    m_server.reset();
+  }
 
-  void permissionIsAskedAndRemembered_data();
-  void permissionIsAskedAndRemembered();
-  void permissionBarSleepsFirst();
-  void leavingThePageTakesItsQuestionsAlong();
+  void menuHasWhatWorks_data() {
+    QTest::addColumn<TPageMenuPlace>("place");
+    QTest::addColumn<QString>("lines");
+    const QUrl link(u"https://example.test/a"_s);
+    const QUrl image(u"https://example.test/a.png"_s);
+    const QString page = u"Reload | SaveAs Print Find SelectAll | ViewSource Properties"_s;
+    const QString links = u"OpenLink OpenLinkInBackground CopyLink SaveLink"_s;
+    const QString images = u"OpenImage SaveImage CopyImage CopyImageAddress"_s;
+    Row("page", TPageMenuPlace{}, page);
+    Row("page with history", TPageMenuPlace{.canGoBack = true, .canGoForward = true}, u"Back Forward "_s + page);
+    Row("link", TPageMenuPlace{.link = link, .canGoBack = true}, links);
+    Row("script link", TPageMenuPlace{.link = QUrl(u"javascript:alert(1)"_s)}, u"CopyLink"_s);
+    Row("mail link", TPageMenuPlace{.link = QUrl(u"mailto:a@example.test"_s)}, u"CopyLink"_s);
+    Row("image", TPageMenuPlace{.media = image, .mediaType = TRequest::MediaTypeImage}, images);
+    Row("image in a link", TPageMenuPlace{.link = link, .media = image, .mediaType = TRequest::MediaTypeImage},
+        links + u" | "_s + images);
+    Row("broken image",
+        TPageMenuPlace{.media = image, .mediaType = TRequest::MediaTypeImage, .mediaFlags = TRequest::MediaInError},
+        u"OpenImage CopyImageAddress"_s);
+    Row("canvas", TPageMenuPlace{.mediaType = TRequest::MediaTypeCanvas}, page);
+    Row("paused video",
+        TPageMenuPlace{.media = image,
+                       .mediaType = TRequest::MediaTypeVideo,
+                       .mediaFlags = {TRequest::MediaPaused, TRequest::MediaHasAudio, TRequest::MediaCanToggleControls,
+                                      TRequest::MediaCanSave, TRequest::MediaLoop}},
+        u"Play Mute +Loop Controls SaveMedia"_s);
+    Row("running sound",
+        TPageMenuPlace{.mediaType = TRequest::MediaTypeAudio,
+                       .mediaFlags = {TRequest::MediaHasAudio, TRequest::MediaMuted}},
+        u"Pause +Mute Loop"_s);
+    Row("selection", TPageMenuPlace{.editFlags = TRequest::CanCopy, .hasSelection = true}, u"Copy"_s);
+    Row("empty editor", TPageMenuPlace{.editFlags = {TRequest::CanPaste, TRequest::CanSelectAll}, .editable = true},
+        u"Paste SelectAll"_s);
+    Row("editor",
+        TPageMenuPlace{.editFlags = {TRequest::CanUndo, TRequest::CanRedo, TRequest::CanCut, TRequest::CanCopy,
+                                     TRequest::CanPaste, TRequest::CanSelectAll},
+                       .hasSelection = true,
+                       .editable = true},
+        u"Undo Redo | Cut Copy Paste SelectAll"_s);
+  }
 
-  void fullScreenNoticeFades();
+  void menuHasWhatWorks() {
+    QFETCH(TPageMenuPlace, place);
+    QFETCH(QString, lines);
+    const TPageMenu menu(m_language, place, m_page);
+    QStringList found;
+    for (const QAction *action : menu.actions()) {
+      found.append(action->isSeparator() ? u"|"_s : (action->isChecked() ? u"+"_s : QString()) + action->objectName());
+    }
+    QCOMPARE(found.join(' '), lines);
+  }
+
+  void menuOpensAndCommands() {
+    TPageMenu menu(m_language,
+                   {.link = QUrl(u"https://example.test/a b?c=ü"_s),
+                    .media = QUrl(u"https://example.test/p.png"_s),
+                    .mediaType = TRequest::MediaTypeImage},
+                   m_page);
+    QSignalSpy opened(&menu, &TPageMenu::OpenRequested);
+    for (const char *name : {"OpenLink", "OpenLinkInBackground", "OpenImage"}) {
+      menu.findChild<QAction *>(QLatin1String(name))->trigger();
+    }
+    const QString link = u"https://example.test/a%20b?c=%C3%BC"_s;
+    QCOMPARE(opened, (QList<QList<QVariant>>{{link, false}, {link, true}, {u"https://example.test/p.png"_s, false}}));
+    TPageMenu bare(m_language, {}, m_page);
+    QList<TPageMenuCommand> commands;
+    connect(&bare, &TPageMenu::CommandRequested, this, [&](TPageMenuCommand command) { commands.append(command); });
+    for (const char *name : {"SaveAs", "Print", "Find", "ViewSource", "Properties"}) {
+      bare.findChild<QAction *>(QLatin1String(name))->trigger();
+    }
+    QCOMPARE(commands,
+             (QList<TPageMenuCommand>{TPageMenuCommand::SaveAs, TPageMenuCommand::Print, TPageMenuCommand::Find,
+                                      TPageMenuCommand::ViewSource, TPageMenuCommand::Properties}));
+  }
+
+  void menuOverARealLink() {
+    Load(u"/page"_s);
+    std::unique_ptr<TPageMenu> menu;
+    m_view->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_view, &QWidget::customContextMenuRequested, m_view, [&] {
+      menu = std::make_unique<TPageMenu>(m_language, TPageMenuPlace::Of(*m_view->lastContextMenuRequest(), *m_page),
+                                         m_page);
+    });
+    QTRY_VERIFY_WITH_TIMEOUT(m_view->focusProxy() != nullptr, LongWait);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        (QTest::mouseClick(m_view->focusProxy(), Qt::RightButton, {}, QPoint(40, 50)), menu != nullptr), LongWait);
+    QSignalSpy opened(menu.get(), &TPageMenu::OpenRequested);
+    menu->findChild<QAction *>("OpenLink")->trigger();
+    QCOMPARE(opened.first().first().toString(), m_server->Url(u"/target"_s));
+  }
+
+  void signIn_data() {
+    QTest::addColumn<QStringList>("passwords");
+    QTest::addColumn<bool>("in");
+    QTest::newRow("right") << QStringList{u"secret"_s} << true;
+    QTest::newRow("wrong, then right") << QStringList{u"oops"_s, u"secret"_s} << true;
+    QTest::newRow("wrong, then cancelled") << QStringList{u"oops"_s, QString()} << false;
+    QTest::newRow("cancelled") << QStringList{QString()} << false;
+  }
+
+  void signIn() {
+    QFETCH(QStringList, passwords);
+    QFETCH(bool, in);
+    m_server->RouteSignIn("/members", "user", "secret", TTestResponse::Page("<title>Welcome</title>"));
+    bool refused = false;
+    std::function<void()> answerNext = [&] {
+      if (passwords.isEmpty()) return;
+      OnModalDialog<TSignInDialog>([&](TSignInDialog &dialog) {
+        QVERIFY(dialog.findChild<QLabel *>("lblHost")->text().contains(u"127.0.0.1"_s));
+        QVERIFY(dialog.findChild<QLabel *>("lblWarning")->isVisible());
+        // Asked again, the name stands there already and the password is typed next.
+        const QString text = dialog.findChild<QLabel *>("lblHost")->text();
+        QCOMPARE(text.contains(m_language.Text("SIGN_IN", "Refused")), refused);
+        if (!std::exchange(refused, true)) {
+          QTest::keyClicks(dialog.focusWidget(), "user");
+          QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
+        }
+        const QString password = passwords.takeFirst();
+        QTest::keyClicks(dialog.focusWidget(), password);
+        QTest::keyClick(&dialog, password.isNull() ? Qt::Key_Escape : Qt::Key_Return);
+        answerNext();
+      });
+    };
+    answerNext();
+    Load(u"/members"_s);
+    QVERIFY(passwords.isEmpty());
+    QCOMPARE(m_page->title() == u"Welcome"_s, in);
+  }
+
+  void signInOncePerPlace() {
+    QByteArray body;
+    for (char name = 'a'; name <= 'f'; ++name) {
+      const QByteArray path = QByteArray("/") + name;
+      m_server->RouteSignIn(path, "user", "secret", TTestResponse::Text("picture"));
+      body += "<img src='" + path + "'>";
+    }
+    m_server->RoutePage("/album", "Album", body);
+    int asked = 0;
+    OnModalDialog<TSignInDialog>([&](TSignInDialog &dialog) {
+      ++asked;
+      dialog.findChild<QLineEdit *>("txtUser")->setText(u"user"_s);
+      dialog.findChild<QLineEdit *>("txtPassword")->setText(u"secret"_s);
+      dialog.accept();
+    });
+    // A second dialog would stop the page for good.
+    Load(u"/album"_s);
+    QCOMPARE(asked, 1);
+    for (const QByteArray &path : {QByteArray("/a"), QByteArray("/f")}) {
+      QVERIFY(!m_server->Requests(path).last().Header("authorization").isEmpty());
+    }
+  }
+
+  void signInCancelHoldsForThePage() {
+    QByteArray body;
+    for (char name = 'a'; name <= 'f'; ++name) {
+      m_server->Route(QByteArray("/") + name, TTestResponse::AskSignIn("area"));
+      body += QByteArray("<img src='/") + name + "'>";
+    }
+    m_server->RoutePage("/album", "Album", body);
+    int asked = 0;
+    for (int load = 1; load <= 2; ++load) {
+      OnModalDialog<TSignInDialog>([&](TSignInDialog &dialog) {
+        ++asked;
+        dialog.reject();
+      });
+      Load(u"/album"_s);
+      QCOMPARE(asked, load);
+    }
+  }
+
+  void permissionIsAskedAndRemembered_data() {
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QString>("answer");
+    QTest::addColumn<bool>("remembered");
+    QTest::newRow("allow") << u"cmdAllow"_s << u"yes"_s << true;
+    QTest::newRow("deny") << u"cmdDeny"_s << u"no"_s << true;
+    QTest::newRow("not now") << u"cmdClose"_s << u"no"_s << false;
+  }
+
+  void permissionIsAskedAndRemembered() {
+    QFETCH(QString, button);
+    QFETCH(QString, answer);
+    QFETCH(bool, remembered);
+    Load(u"/page"_s);
+    QVERIFY(!m_prompts->Bar()->isVisible());
+    AskForLocation();
+    QTRY_VERIFY_WITH_TIMEOUT(m_prompts->Bar()->isVisible(), LongWait);
+    QVERIFY(m_prompts->Bar()->findChild<QLabel *>("lblQuestion")->text().contains(u"127.0.0.1"_s));
+    auto &chosen = *m_prompts->Bar()->findChild<QAbstractButton *>(button);
+    QTRY_VERIFY(chosen.isEnabled());
+    QTest::mouseClick(&chosen, Qt::LeftButton);
+    QVERIFY(!m_prompts->Bar()->isVisible());
+    if (answer == u"no"_s) QTRY_COMPARE_WITH_TIMEOUT(Run(u"answer"_s).toString(), answer, LongWait);
+
+    // Another page of the same site, in another tab.
+    QWebEnginePage other(m_profile.get());
+    const TPagePrompts prompts(&other, m_window.get(), m_language);
+    QSignalSpy loaded(&other, &QWebEnginePage::loadFinished);
+    other.load(QUrl(m_server->Url(u"/page"_s)));
+    QTRY_VERIFY_WITH_TIMEOUT(!loaded.isEmpty(), LongWait);
+    Q_EMIT other.featurePermissionRequested(QUrl(m_server->Url()), QWebEnginePage::Geolocation);
+    QCOMPARE(prompts.Bar()->isHidden(), remembered);
+  }
+
+  void permissionBarSleepsFirst() {
+    Load(u"/page"_s);
+    AskForLocation();
+    QTRY_VERIFY_WITH_TIMEOUT(m_prompts->Bar()->isVisible(), LongWait);
+    auto &allow = *m_prompts->Bar()->findChild<QPushButton *>("cmdAllow");
+    Q_EMIT m_page->featurePermissionRequested(QUrl(m_server->Url()), QWebEnginePage::MediaAudioCapture);
+    // Closing the first question shows the second, whose buttons do not take the same click.
+    m_prompts->Bar()->findChild<QAbstractButton *>("cmdClose")->click();
+    QVERIFY(m_prompts->Bar()->isVisible());
+    QVERIFY(!allow.isEnabled());
+    QTRY_VERIFY(allow.isEnabled());
+  }
+
+  void leavingThePageTakesItsQuestionsAlong() {
+    Load(u"/page"_s);
+    AskForLocation();
+    QTRY_VERIFY_WITH_TIMEOUT(m_prompts->Bar()->isVisible(), LongWait);
+    Load(u"/other"_s);
+    QVERIFY(!m_prompts->Bar()->isVisible());
+  }
+
+  void fullScreenNoticeFades() {
+    m_prompts->ShowFullScreenNotice(m_view, QUrl(u"https://example.test"_s));
+    QPointer<TFullScreenNotice> notice = m_view->findChild<TFullScreenNotice *>();
+    QVERIFY(notice != nullptr && notice->isVisible());
+    QVERIFY(notice->text().contains(u"example.test"_s));
+    QVERIFY(m_view->rect().contains(notice->geometry()));
+    QTRY_VERIFY_WITH_TIMEOUT(notice.isNull(), LongWait);
+    m_prompts->ShowFullScreenNotice(m_view, QUrl(u"https://example.test"_s));
+    m_prompts->HideFullScreenNotice();
+    QVERIFY(m_view->findChild<TFullScreenNotice *>() == nullptr);
+  }
 
  private:
   void Load(const QString &path) {
@@ -74,6 +315,7 @@ class TestPagePrompts final : public QObject {
     [&] { QTRY_VERIFY_WITH_TIMEOUT(done, LongWait); }();
     return result;
   }
+
   void AskForLocation() {
     (void)Run(
         u"window.answer = ''; navigator.geolocation.getCurrentPosition(() => answer = 'yes', "
@@ -88,269 +330,6 @@ class TestPagePrompts final : public QObject {
   QWebEnginePage *m_page = nullptr;
   TPagePrompts *m_prompts = nullptr;
 };
-
-void TestPagePrompts::initTestCase() {
-  QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")));
-}
-
-void TestPagePrompts::init() {
-  m_server = std::make_unique<TTestServer>();
-  QVERIFY(m_server->Listen());
-  m_server->RoutePage("/page", "Page", "<a id=a href='/target' style='font-size:80px'>link</a>");
-  m_profile = std::make_unique<QWebEngineProfile>();
-  m_window = std::make_unique<QWidget>();
-  m_window->resize(600, 400);
-  auto *layout = new QVBoxLayout(m_window.get());
-  m_view = new QWebEngineView(m_window.get());
-  m_page = new QWebEnginePage(m_profile.get(), m_view);
-  m_view->setPage(m_page);
-  m_prompts = new TPagePrompts(m_page, m_window.get(), m_language);
-  layout->addWidget(m_prompts->Bar());
-  layout->addWidget(m_view);
-  m_window->show();
-}
-
-void TestPagePrompts::cleanup() {
-  m_window.reset();
-  m_profile.reset();
-  m_server.reset();
-}
-
-void TestPagePrompts::menuHasWhatWorks_data() {
-  QTest::addColumn<TPageMenuPlace>("place");
-  QTest::addColumn<QString>("lines");
-  const QUrl link(u"https://example.test/a"_s);
-  const QUrl image(u"https://example.test/a.png"_s);
-  const QString page = u"Reload | SaveAs Print Find SelectAll | ViewSource Properties"_s;
-  const QString links = u"OpenLink OpenLinkInBackground CopyLink SaveLink"_s;
-  const QString images = u"OpenImage SaveImage CopyImage CopyImageAddress"_s;
-  Row("page", TPageMenuPlace{}, page);
-  Row("page with history", TPageMenuPlace{.canGoBack = true, .canGoForward = true}, u"Back Forward "_s + page);
-  Row("link", TPageMenuPlace{.link = link, .canGoBack = true}, links);
-  Row("script link", TPageMenuPlace{.link = QUrl(u"javascript:alert(1)"_s)}, u"CopyLink"_s);
-  Row("mail link", TPageMenuPlace{.link = QUrl(u"mailto:a@example.test"_s)}, u"CopyLink"_s);
-  Row("image", TPageMenuPlace{.media = image, .mediaType = TRequest::MediaTypeImage}, images);
-  Row("image in a link", TPageMenuPlace{.link = link, .media = image, .mediaType = TRequest::MediaTypeImage},
-      links + u" | "_s + images);
-  Row("broken image",
-      TPageMenuPlace{.media = image, .mediaType = TRequest::MediaTypeImage, .mediaFlags = TRequest::MediaInError},
-      u"OpenImage CopyImageAddress"_s);
-  Row("canvas", TPageMenuPlace{.mediaType = TRequest::MediaTypeCanvas}, page);
-  Row("paused video",
-      TPageMenuPlace{.media = image,
-                     .mediaType = TRequest::MediaTypeVideo,
-                     .mediaFlags = {TRequest::MediaPaused, TRequest::MediaHasAudio, TRequest::MediaCanToggleControls,
-                                    TRequest::MediaCanSave, TRequest::MediaLoop}},
-      u"Play Mute +Loop Controls SaveMedia"_s);
-  Row("running sound",
-      TPageMenuPlace{.mediaType = TRequest::MediaTypeAudio,
-                     .mediaFlags = {TRequest::MediaHasAudio, TRequest::MediaMuted}},
-      u"Pause +Mute Loop"_s);
-  Row("selection", TPageMenuPlace{.editFlags = TRequest::CanCopy, .hasSelection = true}, u"Copy"_s);
-  Row("empty editor", TPageMenuPlace{.editFlags = {TRequest::CanPaste, TRequest::CanSelectAll}, .editable = true},
-      u"Paste SelectAll"_s);
-  Row("editor",
-      TPageMenuPlace{.editFlags = {TRequest::CanUndo, TRequest::CanRedo, TRequest::CanCut, TRequest::CanCopy,
-                                   TRequest::CanPaste, TRequest::CanSelectAll},
-                     .hasSelection = true,
-                     .editable = true},
-      u"Undo Redo | Cut Copy Paste SelectAll"_s);
-}
-
-void TestPagePrompts::menuHasWhatWorks() {
-  QFETCH(TPageMenuPlace, place);
-  QFETCH(QString, lines);
-  const TPageMenu menu(m_language, place, m_page);
-  QStringList found;
-  for (const QAction *action : menu.actions()) {
-    found.append(action->isSeparator() ? u"|"_s : (action->isChecked() ? u"+"_s : QString()) + action->objectName());
-  }
-  QCOMPARE(found.join(' '), lines);
-}
-
-void TestPagePrompts::menuOpensAndCommands() {
-  TPageMenu menu(m_language,
-                 {.link = QUrl(u"https://example.test/a b?c=ü"_s),
-                  .media = QUrl(u"https://example.test/p.png"_s),
-                  .mediaType = TRequest::MediaTypeImage},
-                 m_page);
-  QSignalSpy opened(&menu, &TPageMenu::OpenRequested);
-  for (const char *name : {"OpenLink", "OpenLinkInBackground", "OpenImage"}) {
-    menu.findChild<QAction *>(QLatin1String(name))->trigger();
-  }
-  const QString link = u"https://example.test/a%20b?c=%C3%BC"_s;
-  QCOMPARE(opened, (QList<QList<QVariant>>{{link, false}, {link, true}, {u"https://example.test/p.png"_s, false}}));
-  TPageMenu bare(m_language, {}, m_page);
-  QList<TPageMenuCommand> commands;
-  connect(&bare, &TPageMenu::CommandRequested, this, [&](TPageMenuCommand command) { commands.append(command); });
-  for (const char *name : {"SaveAs", "Print", "Find", "ViewSource", "Properties"}) {
-    bare.findChild<QAction *>(QLatin1String(name))->trigger();
-  }
-  QCOMPARE(commands, (QList<TPageMenuCommand>{TPageMenuCommand::SaveAs, TPageMenuCommand::Print, TPageMenuCommand::Find,
-                                              TPageMenuCommand::ViewSource, TPageMenuCommand::Properties}));
-}
-
-void TestPagePrompts::menuOverARealLink() {
-  Load(u"/page"_s);
-  std::unique_ptr<TPageMenu> menu;
-  m_view->setContextMenuPolicy(Qt::CustomContextMenu);
-  connect(m_view, &QWidget::customContextMenuRequested, m_view, [&] {
-    menu =
-        std::make_unique<TPageMenu>(m_language, TPageMenuPlace::Of(*m_view->lastContextMenuRequest(), *m_page), m_page);
-  });
-  QTRY_VERIFY_WITH_TIMEOUT(m_view->focusProxy() != nullptr, LongWait);
-  QTRY_VERIFY_WITH_TIMEOUT(
-      (QTest::mouseClick(m_view->focusProxy(), Qt::RightButton, {}, QPoint(40, 50)), menu != nullptr), LongWait);
-  QSignalSpy opened(menu.get(), &TPageMenu::OpenRequested);
-  menu->findChild<QAction *>("OpenLink")->trigger();
-  QCOMPARE(opened.first().first().toString(), m_server->Url(u"/target"_s));
-}
-
-void TestPagePrompts::signIn_data() {
-  QTest::addColumn<QStringList>("passwords");
-  QTest::addColumn<bool>("in");
-  QTest::newRow("right") << QStringList{u"secret"_s} << true;
-  QTest::newRow("wrong, then right") << QStringList{u"oops"_s, u"secret"_s} << true;
-  QTest::newRow("wrong, then cancelled") << QStringList{u"oops"_s, QString()} << false;
-  QTest::newRow("cancelled") << QStringList{QString()} << false;
-}
-
-void TestPagePrompts::signIn() {
-  QFETCH(QStringList, passwords);
-  QFETCH(bool, in);
-  m_server->RouteSignIn("/members", "user", "secret", TTestResponse::Page("<title>Welcome</title>"));
-  bool refused = false;
-  std::function<void()> answerNext = [&] {
-    if (passwords.isEmpty()) return;
-    OnModalDialog<TSignInDialog>([&](TSignInDialog &dialog) {
-      QVERIFY(dialog.findChild<QLabel *>("lblHost")->text().contains(u"127.0.0.1"_s));
-      QVERIFY(dialog.findChild<QLabel *>("lblWarning")->isVisible());
-      // Asked again, the name stands there already and the password is typed next.
-      const QString text = dialog.findChild<QLabel *>("lblHost")->text();
-      QCOMPARE(text.contains(m_language.Text("SIGN_IN", "Refused")), refused);
-      if (!std::exchange(refused, true)) {
-        QTest::keyClicks(dialog.focusWidget(), "user");
-        QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
-      }
-      const QString password = passwords.takeFirst();
-      QTest::keyClicks(dialog.focusWidget(), password);
-      QTest::keyClick(&dialog, password.isNull() ? Qt::Key_Escape : Qt::Key_Return);
-      answerNext();
-    });
-  };
-  answerNext();
-  Load(u"/members"_s);
-  QVERIFY(passwords.isEmpty());
-  QCOMPARE(m_page->title() == u"Welcome"_s, in);
-}
-
-void TestPagePrompts::signInOncePerPlace() {
-  QByteArray body;
-  for (char name = 'a'; name <= 'f'; ++name) {
-    const QByteArray path = QByteArray("/") + name;
-    m_server->RouteSignIn(path, "user", "secret", TTestResponse::Text("picture"));
-    body += "<img src='" + path + "'>";
-  }
-  m_server->RoutePage("/album", "Album", body);
-  int asked = 0;
-  OnModalDialog<TSignInDialog>([&](TSignInDialog &dialog) {
-    ++asked;
-    dialog.findChild<QLineEdit *>("txtUser")->setText(u"user"_s);
-    dialog.findChild<QLineEdit *>("txtPassword")->setText(u"secret"_s);
-    dialog.accept();
-  });
-  // A second dialog would stop the page for good.
-  Load(u"/album"_s);
-  QCOMPARE(asked, 1);
-  for (const QByteArray &path : {QByteArray("/a"), QByteArray("/f")}) {
-    QVERIFY(!m_server->Requests(path).last().Header("authorization").isEmpty());
-  }
-}
-
-void TestPagePrompts::signInCancelHoldsForThePage() {
-  QByteArray body;
-  for (char name = 'a'; name <= 'f'; ++name) {
-    m_server->Route(QByteArray("/") + name, TTestResponse::AskSignIn("area"));
-    body += QByteArray("<img src='/") + name + "'>";
-  }
-  m_server->RoutePage("/album", "Album", body);
-  int asked = 0;
-  for (int load = 1; load <= 2; ++load) {
-    OnModalDialog<TSignInDialog>([&](TSignInDialog &dialog) {
-      ++asked;
-      dialog.reject();
-    });
-    Load(u"/album"_s);
-    QCOMPARE(asked, load);
-  }
-}
-
-void TestPagePrompts::permissionIsAskedAndRemembered_data() {
-  QTest::addColumn<QString>("button");
-  QTest::addColumn<QString>("answer");
-  QTest::addColumn<bool>("remembered");
-  QTest::newRow("allow") << u"cmdAllow"_s << u"yes"_s << true;
-  QTest::newRow("deny") << u"cmdDeny"_s << u"no"_s << true;
-  QTest::newRow("not now") << u"cmdClose"_s << u"no"_s << false;
-}
-
-void TestPagePrompts::permissionIsAskedAndRemembered() {
-  QFETCH(QString, button);
-  QFETCH(QString, answer);
-  QFETCH(bool, remembered);
-  Load(u"/page"_s);
-  QVERIFY(!m_prompts->Bar()->isVisible());
-  AskForLocation();
-  QTRY_VERIFY_WITH_TIMEOUT(m_prompts->Bar()->isVisible(), LongWait);
-  QVERIFY(m_prompts->Bar()->findChild<QLabel *>("lblQuestion")->text().contains(u"127.0.0.1"_s));
-  auto &chosen = *m_prompts->Bar()->findChild<QAbstractButton *>(button);
-  QTRY_VERIFY(chosen.isEnabled());
-  QTest::mouseClick(&chosen, Qt::LeftButton);
-  QVERIFY(!m_prompts->Bar()->isVisible());
-  if (answer == u"no"_s) QTRY_COMPARE_WITH_TIMEOUT(Run(u"answer"_s).toString(), answer, LongWait);
-
-  // Another page of the same site, in another tab.
-  QWebEnginePage other(m_profile.get());
-  const TPagePrompts prompts(&other, m_window.get(), m_language);
-  QSignalSpy loaded(&other, &QWebEnginePage::loadFinished);
-  other.load(QUrl(m_server->Url(u"/page"_s)));
-  QTRY_VERIFY_WITH_TIMEOUT(!loaded.isEmpty(), LongWait);
-  Q_EMIT other.featurePermissionRequested(QUrl(m_server->Url()), QWebEnginePage::Geolocation);
-  QCOMPARE(prompts.Bar()->isHidden(), remembered);
-}
-
-void TestPagePrompts::permissionBarSleepsFirst() {
-  Load(u"/page"_s);
-  AskForLocation();
-  QTRY_VERIFY_WITH_TIMEOUT(m_prompts->Bar()->isVisible(), LongWait);
-  auto &allow = *m_prompts->Bar()->findChild<QPushButton *>("cmdAllow");
-  Q_EMIT m_page->featurePermissionRequested(QUrl(m_server->Url()), QWebEnginePage::MediaAudioCapture);
-  // Closing the first question shows the second, whose buttons do not take the same click.
-  m_prompts->Bar()->findChild<QAbstractButton *>("cmdClose")->click();
-  QVERIFY(m_prompts->Bar()->isVisible());
-  QVERIFY(!allow.isEnabled());
-  QTRY_VERIFY(allow.isEnabled());
-}
-
-void TestPagePrompts::leavingThePageTakesItsQuestionsAlong() {
-  Load(u"/page"_s);
-  AskForLocation();
-  QTRY_VERIFY_WITH_TIMEOUT(m_prompts->Bar()->isVisible(), LongWait);
-  Load(u"/other"_s);
-  QVERIFY(!m_prompts->Bar()->isVisible());
-}
-
-void TestPagePrompts::fullScreenNoticeFades() {
-  m_prompts->ShowFullScreenNotice(m_view, QUrl(u"https://example.test"_s));
-  QPointer<TFullScreenNotice> notice = m_view->findChild<TFullScreenNotice *>();
-  QVERIFY(notice != nullptr && notice->isVisible());
-  QVERIFY(notice->text().contains(u"example.test"_s));
-  QVERIFY(m_view->rect().contains(notice->geometry()));
-  QTRY_VERIFY_WITH_TIMEOUT(notice.isNull(), LongWait);
-  m_prompts->ShowFullScreenNotice(m_view, QUrl(u"https://example.test"_s));
-  m_prompts->HideFullScreenNotice();
-  QVERIFY(m_view->findChild<TFullScreenNotice *>() == nullptr);
-}
 
 QTEST_MAIN(TestPagePrompts)
 #include "test_page_prompts.moc"
