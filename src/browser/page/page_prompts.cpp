@@ -23,40 +23,45 @@ constexpr int MostPermissionRequests = 16;                 // a page that asks f
 constexpr qint64 LargestQuota = qint64(64) * 1024 * 1024;  // bytes that a page may store without being asked about
 constexpr int LongestCertificateName = 80;
 
-struct TFeatureText {
-  QWebEnginePage::Feature feature;
+struct TPermissionText {
+  TPermission permission;
   TTextKey question;
 };
 
-constexpr std::array FeatureTexts{
-    TFeatureText{QWebEnginePage::Notifications, {"PERMISSIONS", "Notifications"}},
-    TFeatureText{QWebEnginePage::Geolocation, {"PERMISSIONS", "Location"}},
-    TFeatureText{QWebEnginePage::MediaAudioCapture, {"PERMISSIONS", "Microphone"}},
-    TFeatureText{QWebEnginePage::MediaVideoCapture, {"PERMISSIONS", "Camera"}},
-    TFeatureText{QWebEnginePage::MediaAudioVideoCapture, {"PERMISSIONS", "CameraAndMicrophone"}},
-    TFeatureText{QWebEnginePage::MouseLock, {"PERMISSIONS", "MouseLock"}},
-    TFeatureText{QWebEnginePage::DesktopVideoCapture, {"PERMISSIONS", "Screen"}},
-    TFeatureText{QWebEnginePage::DesktopAudioVideoCapture, {"PERMISSIONS", "ScreenAndSound"}},
+constexpr std::array PermissionTexts{
+    TPermissionText{TPermission::Notifications, {"PERMISSIONS", "Notifications"}},
+    TPermissionText{TPermission::Location, {"PERMISSIONS", "Location"}},
+    TPermissionText{TPermission::Microphone, {"PERMISSIONS", "Microphone"}},
+    TPermissionText{TPermission::Camera, {"PERMISSIONS", "Camera"}},
+    TPermissionText{TPermission::CameraAndMicrophone, {"PERMISSIONS", "CameraAndMicrophone"}},
+    TPermissionText{TPermission::MouseLock, {"PERMISSIONS", "MouseLock"}},
+    TPermissionText{TPermission::Screen, {"PERMISSIONS", "Screen"}},
+    TPermissionText{TPermission::ScreenAndSound, {"PERMISSIONS", "ScreenAndSound"}},
 };
 
-const TFeatureText *FindFeature(QWebEnginePage::Feature feature) {
-  const auto *found = std::find_if(FeatureTexts.begin(), FeatureTexts.end(),
-                                   [feature](const TFeatureText &text) { return text.feature == feature; });
-  return found == FeatureTexts.end() ? nullptr : found;
+const TTextKey &QuestionFor(TPermission permission) {
+  return std::find_if(PermissionTexts.begin(), PermissionTexts.end(),
+                      [permission](const TPermissionText &text) { return text.permission == permission; })
+      ->question;
+}
+
+bool AsksFor(const TPermissionRequest &request, const QUrl &origin, TPermission permission) {
+  return request.origin == origin && request.permission == permission;
 }
 
 }  // namespace
 
 TPagePrompts::TPagePrompts(QWebEnginePage *page, QWidget *owner, const TLanguage &language)
     : QObject(page), m_page(page), m_owner(owner), m_language(language), m_bar(new TPermissionBar(language, owner)) {
-  connect(m_bar, &TPermissionBar::Answered, this, [this](bool allow) { FinishPermission(allow, true); });
-  connect(m_bar, &TPermissionBar::Dismissed, this, [this] { FinishPermission(false, false); });
-  connect(page, &QWebEnginePage::featurePermissionRequested, this, &TPagePrompts::AskPermission);
-  connect(page, &QWebEnginePage::featurePermissionRequestCanceled, this,
-          [this](const QUrl &origin, QWebEnginePage::Feature feature) {
-            m_permissionRequests.removeAll({origin, feature});
-            AskNextPermission();
-          });
+  connect(m_bar, &TPermissionBar::Answered, this,
+          [this](bool allow) { FinishPermission(allow ? TPermissionAnswer::Allow : TPermissionAnswer::Deny); });
+  connect(m_bar, &TPermissionBar::Dismissed, this, [this] { FinishPermission(TPermissionAnswer::NotNow); });
+  auto *requests = new TPermissionRequests(page);
+  connect(requests, &TPermissionRequests::Asked, this, &TPagePrompts::AskPermission);
+  connect(requests, &TPermissionRequests::Withdrawn, this, [this](const QUrl &origin, TPermission permission) {
+    m_permissionRequests.removeIf([&](const auto &request) { return AsksFor(request, origin, permission); });
+    AskNextPermission();
+  });
   connect(page, &QWebEnginePage::loadStarted, this, [this] {
     ForgetPermissionRequests();
     m_signIns.clear();
@@ -96,16 +101,14 @@ void TPagePrompts::HideFullScreenNotice() {
   delete m_notice;
 }
 
-void TPagePrompts::AskPermission(const QUrl &origin, QWebEnginePage::Feature feature) {
-  const std::optional<bool> decided = TPermissionDecisions::Of(*m_page->profile()).Find(origin, feature);
-  if (decided.has_value() || FindFeature(feature) == nullptr) {
-    m_page->setFeaturePermission(
-        origin, feature,
-        decided.value_or(false) ? QWebEnginePage::PermissionGrantedByUser : QWebEnginePage::PermissionDeniedByUser);
-    return;
-  }
-  const TPermissionRequest request{origin, feature};
-  if (m_permissionRequests.contains(request) || m_permissionRequests.size() >= MostPermissionRequests) return;
+void TPagePrompts::AskPermission(const TPermissionRequest &request) {
+  const std::optional<bool> decided =
+      TPermissionDecisions::Of(*m_page->profile()).Find(request.origin, request.permission);
+  if (decided.has_value()) return request.answer(*decided ? TPermissionAnswer::Allow : TPermissionAnswer::Deny);
+  const bool waits = std::any_of(
+      m_permissionRequests.cbegin(), m_permissionRequests.cend(),
+      [&](const TPermissionRequest &waiting) { return AsksFor(waiting, request.origin, request.permission); });
+  if (waits || m_permissionRequests.size() >= MostPermissionRequests) return;
   m_permissionRequests.append(request);
   if (m_permissionRequests.size() == 1) AskNextPermission();
 }
@@ -117,16 +120,17 @@ void TPagePrompts::AskNextPermission() {
     return;
   }
   const TPermissionRequest &request = m_permissionRequests.first();
-  m_bar->Ask(m_language.Text(FindFeature(request.feature)->question).arg(OriginText(request.origin, m_language)));
+  m_bar->Ask(m_language.Text(QuestionFor(request.permission)).arg(OriginText(request.origin, m_language)));
 }
 
-void TPagePrompts::FinishPermission(bool allow, bool remember) {
+void TPagePrompts::FinishPermission(TPermissionAnswer answer) {
   if (m_permissionRequests.isEmpty()) return;
   const TPermissionRequest request = m_permissionRequests.takeFirst();
-  if (remember) TPermissionDecisions::Of(*m_page->profile()).Remember(request.origin, request.feature, allow);
-  m_page->setFeaturePermission(
-      request.origin, request.feature,
-      allow ? QWebEnginePage::PermissionGrantedByUser : QWebEnginePage::PermissionDeniedByUser);
+  if (answer != TPermissionAnswer::NotNow) {
+    TPermissionDecisions::Of(*m_page->profile())
+        .Remember(request.origin, request.permission, answer == TPermissionAnswer::Allow);
+  }
+  request.answer(answer);
   AskNextPermission();
 }
 

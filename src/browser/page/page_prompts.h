@@ -7,6 +7,8 @@
 #include <QUrl>
 #include <QWebEnginePage>
 
+#include "browser/page/permission_requests.h"
+
 class QAuthenticator;
 class TFullScreenNotice;
 class TLanguage;
@@ -33,14 +35,6 @@ class TPagePrompts final : public QObject {
   void HideFullScreenNotice();
 
  private:
-  struct TPermissionRequest {
-    QUrl origin;
-    QWebEnginePage::Feature feature;
-    bool operator==(const TPermissionRequest &other) const {
-      return origin == other.origin && feature == other.feature;
-    }
-  };
-
   // How the user answered a site or a proxy, and which addresses have been given that answer.
   struct TSignInAnswer {
     bool refused = false;
@@ -49,9 +43,9 @@ class TPagePrompts final : public QObject {
     QSet<QUrl> addresses;
   };
 
-  void AskPermission(const QUrl &origin, QWebEnginePage::Feature feature);
+  void AskPermission(const TPermissionRequest &request);
   void AskNextPermission();
-  void FinishPermission(bool allow, bool remember);
+  void FinishPermission(TPermissionAnswer answer);
   void ForgetPermissionRequests();
   void SignIn(const QUrl &url, const QString &proxyHost, QAuthenticator *authenticator);
   // Asks the user, once more when `refusedUser` was not let in; false when there was no answer because this object has

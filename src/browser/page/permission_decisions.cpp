@@ -4,9 +4,9 @@
 
 namespace {
 
-QPair<QString, int> KeyOf(const QUrl &origin, QWebEnginePage::Feature feature) {
+QPair<QString, int> KeyOf(const QUrl &origin, TPermission permission) {
   const QUrl site = origin.adjusted(QUrl::RemoveUserInfo | QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment);
-  return {site.toString(QUrl::FullyEncoded), int(feature)};
+  return {site.toString(QUrl::FullyEncoded), int(permission)};
 }
 
 }  // namespace
@@ -17,11 +17,11 @@ TPermissionDecisions &TPermissionDecisions::Of(QWebEngineProfile &profile) {
   return *decisions;
 }
 
-std::optional<bool> TPermissionDecisions::Find(const QUrl &origin, QWebEnginePage::Feature feature) const {
-  const auto found = m_decisions.constFind(KeyOf(origin, feature));
+std::optional<bool> TPermissionDecisions::Find(const QUrl &origin, TPermission permission) const {
+  const auto found = m_decisions.constFind(KeyOf(origin, permission));
   return found == m_decisions.constEnd() ? std::nullopt : std::optional<bool>(found.value());
 }
 
-void TPermissionDecisions::Remember(const QUrl &origin, QWebEnginePage::Feature feature, bool allow) {
-  m_decisions.insert(KeyOf(origin, feature), allow);
+void TPermissionDecisions::Remember(const QUrl &origin, TPermission permission, bool allow) {
+  m_decisions.insert(KeyOf(origin, permission), allow);
 }

@@ -5,7 +5,10 @@
 #include <QObject>
 #include <QPair>
 #include <QUrl>
-#include <QWebEnginePage>
+
+#include "browser/page/permission_requests.h"
+
+class QWebEngineProfile;
 
 // What the user allowed and denied to sites in this run. All pages of a profile share it; nothing is written to disk.
 class TPermissionDecisions final : public QObject {
@@ -16,8 +19,8 @@ class TPermissionDecisions final : public QObject {
   [[nodiscard]] static TPermissionDecisions &Of(QWebEngineProfile &profile);
 
   // Nothing when the user has not decided yet.
-  [[nodiscard]] std::optional<bool> Find(const QUrl &origin, QWebEnginePage::Feature feature) const;
-  void Remember(const QUrl &origin, QWebEnginePage::Feature feature, bool allow);
+  [[nodiscard]] std::optional<bool> Find(const QUrl &origin, TPermission permission) const;
+  void Remember(const QUrl &origin, TPermission permission, bool allow);
 
  private:
   using QObject::QObject;

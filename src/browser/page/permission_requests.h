@@ -1,0 +1,46 @@
+#pragma once
+
+#include <functional>
+#include <QObject>
+#include <QUrl>
+
+class QWebEnginePage;
+
+// What a page may be allowed, as far as the user is asked about it.
+enum class TPermission {
+  Notifications,
+  Location,
+  Microphone,
+  Camera,
+  CameraAndMicrophone,
+  MouseLock,
+  Screen,
+  ScreenAndSound
+};
+
+enum class TPermissionAnswer {
+  Allow,
+  Deny,
+  NotNow  // denied, and asked again the next time
+};
+
+struct TPermissionRequest {
+  QUrl origin;
+  TPermission permission = TPermission::Notifications;
+  std::function<void(TPermissionAnswer)> answer;
+};
+
+// The questions of a page for permissions, in whichever way the engine at hand asks them. What the user is not asked
+// about is denied. The engine remembers answers for this run at most.
+class TPermissionRequests final : public QObject {
+  Q_OBJECT
+
+ public:
+  // Belongs to `page`.
+  explicit TPermissionRequests(QWebEnginePage *page);
+
+ Q_SIGNALS:
+  void Asked(const TPermissionRequest &request);
+  // The page does not wait for this answer any more. Engines from 6.8 on do not tell; leaving the page says it for all.
+  void Withdrawn(const QUrl &origin, TPermission permission);
+};
