@@ -226,7 +226,8 @@ void TEnginePage::OnCertificateError(QWebEngineCertificateError error) {
 void TEnginePage::OnRendererDied() {
   const QPointer<TEnginePage> self(this);
   m_dialogs->Dismiss();
-  Q_EMIT Died();
+  // Engines from 6.8 on also tell of the renderer that a page gives up to fall asleep, which is no death.
+  if (lifecycleState() != LifecycleState::Discarded) Q_EMIT Died();
   if (self) Finish();
 }
 
