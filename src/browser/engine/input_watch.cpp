@@ -1,8 +1,6 @@
 #include "browser/engine/input_watch.h"
 
 #include <QChildEvent>
-#include <QCoreApplication>
-#include <QFocusEvent>
 #include <QWheelEvent>
 #include <QWidget>
 #include <utility>
@@ -28,18 +26,20 @@ bool TInputWatch::eventFilter(QObject *watched, QEvent *event) {
     case QEvent::ChildAdded:
       if (watched == m_view) static_cast<QChildEvent *>(event)->child()->installEventFilter(this);
       break;
-    case QEvent::Hide:
-      // Going to another site swaps the inner widget. The toolkit moves the keyboard from the hidden one to the next as
-      // the Tab key would, and the page would put it on its first link.
-      if (watched != m_view && static_cast<QWidget *>(watched)->hasFocus()) m_swapping = true;
+    case QEvent::Hide: {
+      // Going to another site swaps the inner widget. The toolkit would move the keyboard from the one that goes to
+      // whatever comes next, as the Tab key does: to a button of the window, or to the first link of the new page.
+      auto *inner = static_cast<QWidget *>(watched);
+      if (inner == m_view || !m_view->isVisible() || inner->window()->focusWidget() != inner) break;
+      m_swapping = true;
+      inner->clearFocus();
       break;
-    case QEvent::FocusIn: {
-      const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
-      const bool asByTab = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
-      if (!std::exchange(m_swapping, false) || !asByTab) break;
-      QFocusEvent plain(QEvent::FocusIn, Qt::OtherFocusReason);
-      QCoreApplication::sendEvent(watched, &plain);
-      return true;
+    }
+    case QEvent::Show: {
+      auto *inner = static_cast<QWidget *>(watched);
+      if (inner == m_view || !std::exchange(m_swapping, false)) break;
+      if (inner->window()->focusWidget() == nullptr) inner->setFocus(Qt::OtherFocusReason);
+      break;
     }
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:

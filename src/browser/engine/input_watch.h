@@ -7,7 +7,7 @@ class QWidget;
 
 // Knows whether the user has just clicked or typed in a view. The engine calls every navigation that a page begins by
 // itself a clicked link; only together with this is it one. It also takes the wheel with Ctrl, which zooms, and keeps
-// the keyboard from landing on a page's first link by itself.
+// the keyboard on the page when the engine swaps an inner widget.
 class TInputWatch final : public QObject {
   Q_OBJECT
 
