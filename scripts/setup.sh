@@ -4,17 +4,20 @@
 #   scripts/setup.sh build            what compiling, running and testing need
 #   scripts/setup.sh build screen     and a screen in memory with the tools that photograph it, for a machine without one
 #   scripts/setup.sh build fuzz       and the compiler of the fuzzers
+#   scripts/setup.sh machine          what makes a bare Debian in a folder
 #
 # Asks nothing. When nothing is missing it is silent and calls no package manager.
 set -u
 
-# The compiler and the build; Qt with its web engine, SVG and PDF parts; SQLite; ICU. xdg-utils speaks to the desktop
-# (default browser, mail), the fonts give a bare machine something to write with, in Latin and in Japanese.
-build_packages='g++ cmake ninja-build ccache pkg-config
+# The compiler, the build, and what checks the form of the sources; Qt with its web engine, SVG and PDF parts; SQLite;
+# ICU. xdg-utils speaks to the desktop (default browser, mail), the fonts give a bare machine something to write with,
+# in Latin and in Japanese.
+build_packages='g++ cmake ninja-build ccache pkg-config clang-format
   qt6-base-dev qt6-webengine-dev qt6-svg-dev qt6-pdf-dev qt6-translations-l10n
   libsqlite3-dev libicu-dev xdg-utils fonts-dejavu-core fonts-vlgothic'
 screen_packages='xvfb xdotool imagemagick'
 fuzz_packages='clang libclang-rt-dev'
+machine_packages='debootstrap git'
 
 say() { printf 'setup: %s\n' "$*" >&2; }
 
@@ -24,6 +27,7 @@ for group in "$@"; do
     build) wanted="$wanted $build_packages" ;;
     screen) wanted="$wanted $screen_packages" ;;
     fuzz) wanted="$wanted $fuzz_packages" ;;
+    machine) wanted="$wanted $machine_packages" ;;
     *) say "unknown group of packages: $group"; exit 2 ;;
   esac
 done
