@@ -50,7 +50,8 @@ void TAddressSearch::EditAddress() {
 void TAddressSearch::Save() {
   m_settings.Keep(Setting::AddressNewWin);
   m_settings.Keep(Setting::QuickSearchNewWin);
-  m_settings.Keep(Setting::AutoCompleteStyle);
+  // By its number, so that a text that names none of the styles becomes the one for none.
+  m_settings.SetAutoCompleteMode(m_settings.AutoCompleteMode());
   m_bar.SaveTypedAddresses();
 }
 

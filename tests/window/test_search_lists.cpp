@@ -144,7 +144,7 @@ void TestSearchLists::DialogRefuses() {
   QFETCH(QString, title);
   QFETCH(QString, location);
   QFETCH(QStringList, rows);
-  TSearchLists lists(m_language, *m_store, nullptr);
+  TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
   lists.Save(list, {});
   TfrmSearchEngine dialog(m_language, lists, list);
   dialog.show();
