@@ -11,6 +11,7 @@
 #include "browser/tabs/load_queue.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/settings.h"
+#include "config/startup_mode.h"
 #include "groups/page_groups.h"
 #include "platform/product_info.h"
 
@@ -50,15 +51,19 @@ void TDelayedStart::OpenStartupPage() {
 }
 
 void TDelayedStart::OpenMode() {
-  const QString mode = m_settings.Get(Setting::StartupMode);
-  if (mode == QLatin1String("Home")) {
-    OpenHome();
-  } else if (mode == QLatin1String("Blank")) {
-    TakeTab()->MakeBlank();
-  } else if (mode == QLatin1String("Last")) {
-    OpenLastSites();
-  } else {
-    OpenStartupGroup();
+  switch (StartupModeOf(m_settings.Get(Setting::StartupMode))) {
+    case TStartupMode::Home:
+      OpenHome();
+      break;
+    case TStartupMode::Blank:
+      TakeTab()->MakeBlank();
+      break;
+    case TStartupMode::Last:
+      OpenLastSites();
+      break;
+    case TStartupMode::Group:
+      OpenStartupGroup();
+      break;
   }
 }
 

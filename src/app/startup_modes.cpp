@@ -5,23 +5,21 @@
 #include "actions/actions.h"
 #include "app/last_open_sites.h"
 #include "config/settings.h"
+#include "config/startup_mode.h"
 #include "groups/page_groups.h"
 
 namespace {
 
-constexpr const char *Last = "Last";
-constexpr const char *Group = "HalvexGroup";
-
 struct TMode {
   TCommand command;
-  const char *value;
+  TStartupMode mode;
 };
 
 constexpr TMode Modes[] = {
-    {TCommand::StartHome, "Home"},
-    {TCommand::StartBlank, "Blank"},
-    {TCommand::StartLast, Last},
-    {TCommand::StartGroup, Group},
+    {TCommand::StartHome, TStartupMode::Home},
+    {TCommand::StartBlank, TStartupMode::Blank},
+    {TCommand::StartLast, TStartupMode::Last},
+    {TCommand::StartGroup, TStartupMode::Group},
 };
 
 }  // namespace
@@ -29,14 +27,13 @@ constexpr TMode Modes[] = {
 TStartupModes::TStartupModes(TActions &actions, TPageGroups &groups, TLastOpenSites &lastSites, TSettings &settings)
     : m_actions(actions), m_groups(groups), m_lastSites(lastSites), m_settings(settings) {
   for (const TMode &mode : Modes) {
-    connect(actions[mode.command], &QAction::triggered, this,
-            [this, value = QString::fromLatin1(mode.value)] { Choose(value); });
+    connect(actions[mode.command], &QAction::triggered, this, [this, value = mode.mode] { Choose(value); });
   }
   settings.Apply(Setting::StartupMode, this, [this] { ShowChosen(); });
 }
 
 bool TStartupModes::IsLast() const {
-  return m_settings.Get(Setting::StartupMode) == QLatin1String(Last);
+  return StartupModeOf(m_settings.Get(Setting::StartupMode)) == TStartupMode::Last;
 }
 
 void TStartupModes::FollowPages() {
@@ -51,25 +48,23 @@ void TStartupModes::KeepPages() {
   }
 }
 
-void TStartupModes::Choose(const QString &mode) {
+void TStartupModes::Choose(TStartupMode mode) {
   const QPointer<TStartupModes> self(this);
-  const QString group = mode == QLatin1String(Group) ? m_groups.AskExistingFile() : QString();
+  const bool isGroup = mode == TStartupMode::Group;
+  const QString group = isGroup ? m_groups.AskExistingFile() : QString();
   if (!self) return;
-  if (mode != QLatin1String(Group) || !group.isEmpty()) {
+  if (!isGroup || !group.isEmpty()) {
     if (!group.isEmpty()) m_settings.Set(Setting::StartupHalvexGroup, group);
-    m_settings.Set(Setting::StartupMode, mode);
+    m_settings.Set(Setting::StartupMode, NameOf(mode));
   }
   ShowChosen();
 }
 
-// Every other value of the setting means the page group.
 void TStartupModes::ShowChosen() {
-  const QString value = m_settings.Get(Setting::StartupMode);
-  TCommand chosen = TCommand::StartGroup;
+  const TStartupMode chosen = StartupModeOf(m_settings.Get(Setting::StartupMode));
   for (const TMode &mode : Modes) {
-    if (value == QLatin1String(mode.value)) chosen = mode.command;
+    if (mode.mode == chosen) m_actions[mode.command]->setChecked(true);
   }
-  m_actions[chosen]->setChecked(true);
 }
 
 void TStartupModes::Save() {

@@ -6,6 +6,7 @@ class TActions;
 class TLastOpenSites;
 class TPageGroups;
 class TSettings;
+enum class TStartupMode;
 
 // The choice of what opens when the program starts (StartupMode): the home page, a blank one, the pages of the last
 // time, or a page group, which is asked for. While it is the pages of the last time, they are kept up to date.
@@ -24,7 +25,7 @@ class TStartupModes final : public QObject {
 
  private:
   [[nodiscard]] bool IsLast() const;
-  void Choose(const QString &mode);
+  void Choose(TStartupMode mode);
   void ShowChosen();
   void KeepPages();
 

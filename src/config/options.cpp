@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "config/registry_paths.h"
+
 namespace {
 
 constexpr TRegistryHive Hive = TRegistryHive::CurrentUser;

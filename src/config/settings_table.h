@@ -27,21 +27,6 @@ struct TStringSetting {
 
 using TSetting = std::variant<TFlagSetting, TIntegerSetting, TStringSetting>;
 
-// Where the settings lie in the registry store, all under TRegistryHive::CurrentUser.
-namespace RegistryKey {
-
-inline constexpr const char *CurrentVersion = R"(Software\Velmora\Zarvela\CurrentVersion)";
-// The lists and other subkeys of CurrentVersion.
-inline constexpr const char *LastOpenSites = R"(Software\Velmora\Zarvela\CurrentVersion\Last Open Sites)";
-inline constexpr const char *SearchEngines = R"(Software\Velmora\Zarvela\CurrentVersion\Search Engines)";
-inline constexpr const char *SearchBar = R"(Software\Velmora\Zarvela\CurrentVersion\Search Bar)";
-inline constexpr const char *QuickSearch = R"(Software\Velmora\Zarvela\CurrentVersion\QuickSearch)";
-inline constexpr const char *PopupHalvex = R"(Software\Velmora\Zarvela\CurrentVersion\PopupHalvex)";
-inline constexpr const char *BrowserHelperObjects = R"(Software\Velmora\Zarvela\CurrentVersion\Browser Helper Objects)";
-inline constexpr const char *Bands = R"(Software\Velmora\Zarvela\CurrentVersion\Bands)";
-
-}  // namespace RegistryKey
-
 namespace SettingRule {
 
 int ClampNewAction(int action);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <QCoreApplication>
 
+#include "config/registry_paths.h"
 #include "store/registry_store.h"
 
 namespace {
@@ -11,7 +12,7 @@ const QString Verb = QStringLiteral("Zarvela");
 const QString Unnamed;
 
 QString ShellKey(const QString &className) {
-  return className + QStringLiteral("\\shell");
+  return className + QLatin1Char('\\') + QLatin1String(RegistryKey::Shell);
 }
 
 }  // namespace
@@ -42,8 +43,8 @@ void TShellAssociation::Set(const QString &className, bool on) {
     // The program's path stands without quotes of its own while the argument is quoted; the form is meant.
     return m_store.Write(TRegistryHive::ClassesRoot, shell, Unnamed, Verb) &&
            m_store.Write(TRegistryHive::ClassesRoot, verbKey, Unnamed, Verb) &&
-           m_store.Write(TRegistryHive::ClassesRoot, verbKey + QStringLiteral("\\command"), Unnamed,
-                         QCoreApplication::applicationFilePath() + QStringLiteral(" \"%1\""));
+           m_store.Write(TRegistryHive::ClassesRoot, verbKey + QLatin1Char('\\') + QLatin1String(RegistryKey::Command),
+                         Unnamed, QCoreApplication::applicationFilePath() + QStringLiteral(" \"%1\""));
   });
 }
 

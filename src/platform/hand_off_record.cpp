@@ -1,8 +1,9 @@
 #include "platform/hand_off_record.h"
 
 #include <algorithm>
-#include <QStringDecoder>
 #include <QtEndian>
+
+#include "store/utf8_text.h"
 
 namespace HandOffRecord {
 
@@ -57,11 +58,8 @@ TParsed Parse(QByteArrayView bytes) {
     if (std::ranges::count_if(text, [](char byte) { return !IsContinuation(byte); }) > MostCharacters) {
       return malformed;
     }
-    // A byte-order mark in front is a character of the text like any other.
-    QStringDecoder decoder(QStringDecoder::Utf8,
-                           QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
-    parsed.text = decoder(text);
-    if (decoder.hasError()) return malformed;
+    if (!text.isValidUtf8()) return malformed;
+    parsed.text = TextOfUtf8(text);
   }
   parsed.size = HeaderSize + int(count);
   parsed.state = TState::Complete;

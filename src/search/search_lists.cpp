@@ -6,7 +6,7 @@
 #include "actions/actions.h"
 #include "config/language.h"
 #include "config/options.h"
-#include "config/settings_table.h"
+#include "config/registry_paths.h"
 #include "platform/program_folders.h"
 #include "search/search_engine_dialog.h"
 #include "store/ini_file.h"

@@ -1,11 +1,12 @@
 #include "search/typed_addresses.h"
 
+#include "config/registry_paths.h"
 #include "store/registry_store.h"
 
 namespace {
 
 constexpr TRegistryHive Hive = TRegistryHive::CurrentUser;
-const QString Key = QStringLiteral(R"(Software\Microsoft\Internet Explorer\TypedUrls)");
+const QString Key = QString::fromLatin1(RegistryKey::TypedUrls);
 
 QString ValueName(qsizetype position) {
   return QStringLiteral("url%1").arg(position);

@@ -5,25 +5,19 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
-#include <QStringDecoder>
 #include <QVarLengthArray>
 #include <string_view>
+
+#include "store/utf8_text.h"
 
 namespace {
 
 constexpr qint64 MaxFileSize = 64 * 1024 * 1024;
+// Only the file's own, in front, is none of its text.
 constexpr QByteArrayView ByteOrderMark("\xEF\xBB\xBF");
 
-// QString::fromUtf8 would drop a byte-order mark in front; only the file's own is none of its text.
-QString FromUtf8(QByteArrayView text) {
-  if (!text.startsWith(ByteOrderMark)) return QString::fromUtf8(text);
-  QStringDecoder decoder(QStringDecoder::Utf8,
-                         QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
-  return decoder(text);
-}
-
 QString Decoded(QByteArrayView line, QByteArrayView part) {
-  return line.isValidUtf8() ? FromUtf8(part) : QString::fromLatin1(part);
+  return line.isValidUtf8() ? TextOfUtf8(part) : QString::fromLatin1(part);
 }
 
 bool IsBlank(QByteArrayView line) {
@@ -80,11 +74,11 @@ QString KeyName(const QString &key) {
   if (std::all_of(key.begin(), key.end(), isPlain)) return key;
   QByteArray bytes = WithoutBreaks(key.toUtf8().replace('=', ""));
   while (bytes.startsWith(';')) bytes = bytes.sliced(1).trimmed();
-  return FromUtf8(bytes);
+  return TextOfUtf8(bytes);
 }
 
 QString SectionName(const QString &section) {
-  return FromUtf8(WithoutBreaks(section.toUtf8().replace('=', "").replace(']', "")));
+  return TextOfUtf8(WithoutBreaks(section.toUtf8().replace('=', "").replace(']', "")));
 }
 
 }  // namespace
@@ -285,7 +279,7 @@ void TIniFile::SetValue(const QString &section, const QString &key, const QStrin
     TLine &line = m_blocks[place->block].lines[place->line];
     const QByteArrayView bytes = line.bytes;
     const qsizetype equals = EqualsSign(bytes);
-    if (Decoded(bytes, bytes.sliced(equals + 1).trimmed()) == FromUtf8(data)) return;
+    if (Decoded(bytes, bytes.sliced(equals + 1).trimmed()) == TextOfUtf8(data)) return;
     line.bytes = Decoded(bytes, bytes.first(equals + 1)).toUtf8() + data;
     return;
   }

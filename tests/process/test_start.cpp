@@ -1,5 +1,6 @@
 #include <QDeadlineTimer>
 
+#include "config/registry_paths.h"
 #include "process/program_fixture.h"
 #include "support/named_lines.h"
 

@@ -3,6 +3,7 @@
 #include <QtTest>
 
 #include "config/options.h"
+#include "config/registry_paths.h"
 #include "platform/program_folders.h"
 #include "store/private_folder.h"
 #include "support/named_lines.h"

@@ -12,6 +12,7 @@
 #include "browser/downloads/download_window.h"
 #include "browser/downloads/file_names.h"
 #include "config/language.h"
+#include "config/registry_paths.h"
 #include "store/registry_store.h"
 #include "support/modal_dialogs.h"
 #include "support/test_server.h"
@@ -21,7 +22,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString Key = u"Software\\Velmora\\Zarvela\\CurrentVersion"_s;
+const QString Key = QString::fromLatin1(RegistryKey::CurrentVersion);
 constexpr int LongWait = 20000;  // ms; the first page also starts the engine
 
 QByteArray Content(const QString &path) {

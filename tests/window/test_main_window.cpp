@@ -15,6 +15,7 @@
 #include "actions/actions.h"
 #include "browser/tabs/home_page.h"
 #include "browser/tabs/page_commands.h"
+#include "config/registry_paths.h"
 #include "search/address_bar.h"
 #include "support/modal_dialogs.h"
 #include "support/named_lines.h"

@@ -12,6 +12,7 @@
 #include "browser/engine/page_layout_store.h"
 #include "browser/engine/print_preview.h"
 #include "browser/page/find_bar.h"
+#include "config/registry_paths.h"
 #include "window/browser_fixture.h"
 #include "window/page_click.h"
 
@@ -215,7 +216,7 @@ class TestPageCommands final : public QObject {
                        QPageLayout::Millimeter);
     PageLayoutStore::Save(store, layout);
     QCOMPARE(PageLayoutStore::Load(store), layout);
-    const QString key = QStringLiteral("Software\\Velmora\\Zarvela\\CurrentVersion\\Page Setup");
+    const QString key = QString::fromLatin1(RegistryKey::PageSetup);
     store.Write(TRegistryHive::CurrentUser, key, QStringLiteral("PageSize"), QStringLiteral("nonsense"));
     store.Write(TRegistryHive::CurrentUser, key, QStringLiteral("MarginLeft"), QStringLiteral("400"));
     const QPageLayout repaired = PageLayoutStore::Load(store);

@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QTextEdit>
 
+#include "config/registry_paths.h"
 #include "popups/popup_blocker.h"
 #include "support/modal_dialogs.h"
 #include "ui/confirm_dialog.h"

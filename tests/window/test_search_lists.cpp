@@ -10,6 +10,7 @@
 
 #include "actions/actions.h"
 #include "config/language.h"
+#include "config/registry_paths.h"
 #include "config/settings.h"
 #include "platform/program_folders.h"
 #include "search/quick_search.h"

@@ -17,12 +17,13 @@
 #include "browser/downloads/download_text.h"
 #include "browser/downloads/file_names.h"
 #include "config/language.h"
+#include "config/registry_paths.h"
 #include "store/registry_store.h"
 #include "ui/shown_text.h"
 
 namespace {
 
-const QString StoreKey = QStringLiteral("Software\\Velmora\\Zarvela\\CurrentVersion");
+const QString StoreKey = QString::fromLatin1(RegistryKey::CurrentVersion);
 const QString FolderValue = QStringLiteral("DownloadFolder");
 constexpr size_t MostItems = 500;    // the oldest inactive ones leave the list
 constexpr int TickInterval = 1000;   // ms between looks at downloads that have come to a stop

@@ -1,5 +1,6 @@
 #include "browser/engine/page_layout_store.h"
 
+#include "config/registry_paths.h"
 #include "store/registry_store.h"
 
 namespace {
@@ -8,13 +9,10 @@ constexpr qreal DefaultMargin = 10;
 constexpr qreal MaxMargin = 500;
 constexpr auto Hive = TRegistryHive::CurrentUser;
 
-const QString &Key() {
-  static const QString key = QStringLiteral("Software\\Velmora\\Zarvela\\CurrentVersion\\Page Setup");
-  return key;
-}
+const QString Key = QString::fromLatin1(RegistryKey::PageSetup);
 
 QString Read(const TRegistryStore &store, const char *name) {
-  return store.Read(Hive, Key(), QLatin1String(name)).value_or(QString());
+  return store.Read(Hive, Key, QLatin1String(name)).value_or(QString());
 }
 
 qreal ReadMargin(const TRegistryStore &store, const char *name) {
@@ -63,7 +61,7 @@ void PageLayoutStore::Save(TRegistryStore &store, const QPageLayout &layout) {
   const QMarginsF margins = layout.margins(QPageLayout::Millimeter);
   const auto number = [](qreal value) { return QString::number(value, 'f', 1); };
   store.ReplaceKey(
-      Hive, Key(),
+      Hive, Key,
       {{QStringLiteral("PageSize"), NameOf(layout.pageSize())},
        {QStringLiteral("Orientation"),
         layout.orientation() == QPageLayout::Landscape ? QStringLiteral("Landscape") : QStringLiteral("Portrait")},

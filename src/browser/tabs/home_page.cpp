@@ -1,6 +1,7 @@
 #include "browser/tabs/home_page.h"
 
 #include "browser/engine/engine.h"
+#include "config/registry_paths.h"
 #include "platform/product_info.h"
 #include "store/registry_store.h"
 
@@ -8,7 +9,7 @@ namespace HomePage {
 
 namespace {
 
-const QString Key = QStringLiteral("Software\\Microsoft\\Internet Explorer\\Main");
+const QString Key = QString::fromLatin1(RegistryKey::SystemBrowser);
 const QString Value = QStringLiteral("Start Page");
 
 }  // namespace

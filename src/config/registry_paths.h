@@ -1,0 +1,26 @@
+#pragma once
+
+// The keys of the registry store, one place for all.
+namespace RegistryKey {
+
+// Below TRegistryHive::CurrentUser.
+
+// The settings, and the lists and other subkeys beside them.
+inline constexpr const char *CurrentVersion = R"(Software\Velmora\Zarvela\CurrentVersion)";
+inline constexpr const char *LastOpenSites = R"(Software\Velmora\Zarvela\CurrentVersion\Last Open Sites)";
+inline constexpr const char *SearchEngines = R"(Software\Velmora\Zarvela\CurrentVersion\Search Engines)";
+inline constexpr const char *SearchBar = R"(Software\Velmora\Zarvela\CurrentVersion\Search Bar)";
+inline constexpr const char *QuickSearch = R"(Software\Velmora\Zarvela\CurrentVersion\QuickSearch)";
+inline constexpr const char *PopupHalvex = R"(Software\Velmora\Zarvela\CurrentVersion\PopupHalvex)";
+inline constexpr const char *BrowserHelperObjects = R"(Software\Velmora\Zarvela\CurrentVersion\Browser Helper Objects)";
+inline constexpr const char *Bands = R"(Software\Velmora\Zarvela\CurrentVersion\Bands)";
+inline constexpr const char *PageSetup = R"(Software\Velmora\Zarvela\CurrentVersion\Page Setup)";
+// Shared with other programs of the desktop: the start page, and the addresses that were typed.
+inline constexpr const char *SystemBrowser = R"(Software\Microsoft\Internet Explorer\Main)";
+inline constexpr const char *TypedUrls = R"(Software\Microsoft\Internet Explorer\TypedUrls)";
+
+// Below TRegistryHive::ClassesRoot: in a class's own key its verbs, in a verb's key what it runs.
+inline constexpr const char *Shell = "shell";
+inline constexpr const char *Command = "command";
+
+}  // namespace RegistryKey
