@@ -6,15 +6,44 @@
 #include <condition_variable>
 #include <mutex>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QSet>
 #include <thread>
 
-#include "history/history_file.h"
 #include "history/visit_words.h"
+#include "store/private_folder.h"
+#include "store/store_file.h"
 
 namespace {
 
-using StoreFile::TState;
+using TState = TStoreFile::TState;
+
+// `search` holds, for every word, the visits it stands in, and nothing else: what a word stands beside is checked on
+// the words of the few pages that are found. The words of a page come last in its row because most readers do not want
+// them.
+constexpr const char *Tables = R"(
+  CREATE TABLE visits(id INTEGER PRIMARY KEY, address TEXT NOT NULL UNIQUE, title TEXT NOT NULL, first INTEGER NOT NULL,
+                      last INTEGER NOT NULL, count INTEGER NOT NULL, words TEXT NOT NULL);
+  CREATE INDEX visits_by_use ON visits(count DESC, last DESC);
+  CREATE VIRTUAL TABLE search USING fts5(words, content = 'visits', content_rowid = 'id', detail = none,
+                                         columnsize = 0,
+                                         tokenize = "unicode61 remove_diacritics 0 categories 'L* N* M* Co'");
+  CREATE TRIGGER visits_added AFTER INSERT ON visits BEGIN
+    INSERT INTO search(rowid, words) VALUES(new.id, new.words);
+  END;
+  CREATE TRIGGER visits_removed AFTER DELETE ON visits BEGIN
+    INSERT INTO search(search, rowid, words) VALUES('delete', old.id, old.words);
+  END;
+  CREATE TRIGGER visits_changed AFTER UPDATE OF words ON visits WHEN old.words <> new.words BEGIN
+    INSERT INTO search(search, rowid, words) VALUES('delete', old.id, old.words);
+    INSERT INTO search(rowid, words) VALUES(new.id, new.words);
+  END;
+  PRAGMA user_version = 1;
+)";
+
+constexpr const char *Queries[] = {"SELECT id, address, title, first, last, count, words FROM visits LIMIT 1"};
+constexpr TStoreFile::TSchema Schema{1, Tables, Queries};
+constexpr TStoreFile::TPatience Patience{.usual = 2000, .retry = 2000};
 
 constexpr qsizetype LongestAddress = 8192;
 constexpr qsizetype LongestTitle = 1024;
@@ -46,7 +75,7 @@ struct TChange {
   QString address{};
   QString title{};
   qint64 when = 0;  // milliseconds since 1970
-  StoreFile::TIdentity file{};
+  TStoreFile::TIdentity file{};
 };
 
 QString Cleaned(const QString &title) {
@@ -68,7 +97,7 @@ bool IsMoreUsed(const TVisitedPage &a, const TVisitedPage &b) {
 // Takes changes from the owner's thread and writes them on its own.
 class THistoryStore::TWriter final {
  public:
-  explicit TWriter(const QString &filePath) : m_filePath(filePath), m_file(filePath) {}
+  explicit TWriter(const QString &filePath) : m_file(filePath, Schema, Patience) {}
   ~TWriter() {
     {
       const std::lock_guard lock(m_mutex);
@@ -109,10 +138,9 @@ class THistoryStore::TWriter final {
   [[nodiscard]] TState Write(const QList<TChange> &changes);
   [[nodiscard]] TState WriteOnce(const QList<TChange> &changes);
   [[nodiscard]] bool WriteOne(const TChange &change);
-  void MoveAside(const StoreFile::TIdentity &damaged);
+  void MoveAside(const TStoreFile::TIdentity &damaged);
 
-  const QString m_filePath;
-  THistoryFile m_file;  // the thread's alone
+  TStoreFile m_file;  // the thread's alone
   std::mutex m_mutex;
   std::condition_variable m_wake;
   std::condition_variable m_idle;
@@ -160,9 +188,10 @@ TState THistoryStore::TWriter::Write(const QList<TChange> &changes) {
 }
 
 TState THistoryStore::TWriter::WriteOnce(const QList<TChange> &changes) {
+  MakePrivateFolder(QFileInfo(m_file.Path()).absolutePath());
   if (const TState state = m_file.Ensure(true); state != TState::Ready) return state;
   TSqliteConnection &database = m_file.Database();
-  if (const int code = database.Execute("BEGIN IMMEDIATE"); code != 0) return StoreFile::StateOf(code);
+  if (const int code = database.Execute("BEGIN IMMEDIATE"); code != 0) return TStoreFile::StateOf(code);
   bool isGood = true;
   for (const TChange &change : changes) isGood = isGood && WriteOne(change);
   if (isGood && database.Execute("COMMIT") == 0) return TState::Ready;
@@ -195,17 +224,15 @@ bool THistoryStore::TWriter::WriteOne(const TChange &change) {
   return true;
 }
 
-void THistoryStore::TWriter::MoveAside(const StoreFile::TIdentity &damaged) {
-  m_file.Close();
-  QString name;
-  if (!StoreFile::SetAside(m_filePath, damaged, &name) || name.isEmpty()) return;
+void THistoryStore::TWriter::MoveAside(const TStoreFile::TIdentity &damaged) {
+  if (!m_file.SetAside(damaged)) return;
   const std::lock_guard lock(m_mutex);
-  m_setAside = name;
+  m_setAside = m_file.SetAsideFile();
 }
 
 class THistoryStore::TReader final {
  public:
-  explicit TReader(const QString &filePath) : m_file(filePath) {}
+  explicit TReader(const QString &filePath) : m_file(filePath, Schema, Patience) {}
 
   // Null when there is nothing to read; a file that is damaged is then told to the writer.
   [[nodiscard]] TSqliteConnection *Database(TWriter &writer) {
@@ -223,7 +250,7 @@ class THistoryStore::TReader final {
  private:
   void TakeSample(TSqliteConnection &database);
 
-  THistoryFile m_file;
+  TStoreFile m_file;
   QStringList m_sample;  // the words of pages from all over the history
   QElapsedTimer m_sampleAge;
 };

@@ -6,17 +6,15 @@
 #include <utility>
 
 #include "store/private_folder.h"
-#include "store/sqlite_connection.h"
 #include "store/store_file.h"
 
 namespace {
 
-using StoreFile::TState;
+using TState = TStoreFile::TState;
+using TMode = TStoreFile::TMode;
 
-// How long a call waits for another process: long enough for any list to be written, short enough to be sat out.
-constexpr int BusyTimeout = 3000;
-// While the file has been locked since it was opened every call tries again, so none of them may take long.
-constexpr int RetryTimeout = 50;
+// Long enough for any list to be written, short enough to be sat out.
+constexpr TStoreFile::TPatience Patience{.usual = 3000, .retry = 50};
 
 // Row identities grow, so that their order is the order of first writing. `path` and `folded` are case-folded; the
 // parent of a hive's root is a text that no path can be.
@@ -32,7 +30,7 @@ constexpr const char *RootParent = "\\";
 
 constexpr const char *Queries[] = {"SELECT id, hive, path, parent, name FROM keys LIMIT 1",
                                    "SELECT id, key, folded, name, data FROM entries LIMIT 1"};
-constexpr StoreFile::TSchema Schema{1, Tables, Queries};
+constexpr TStoreFile::TSchema Schema{1, Tables, Queries};
 
 // A key path in its parts, with empty ones left out.
 struct TKeyPath {
@@ -46,20 +44,19 @@ struct TKeyPath {
 }  // namespace
 
 struct TRegistryStore::TPrivate {
-  QString filePath;
-  QString setAside;
-  StoreFile::TIdentity identity;
-  TSqliteConnection database;
+  TStoreFile file;
+  TSqliteConnection &database = file.Database();
   int depth = 0;
   bool ready = false;
   bool writable = false;
   bool memory = false;
   std::function<void()> onTrouble;
 
+  explicit TPrivate(const QString &filePath) : file(QFileInfo(filePath).absoluteFilePath(), Schema, Patience) {}
+
   void Open();
   void OpenReadOnly();
-  TState TryOpen(TSqliteConnection::TMode mode);
-  TState BeginAnew();
+  [[nodiscard]] TState BeginAnew();
   void UseMemory();
   bool EnsureReady();
 
@@ -116,12 +113,12 @@ bool TRegistryStore::TPrivate::Transact(TWork work) {
 }
 
 void TRegistryStore::TPrivate::Open() {
-  using TMode = TSqliteConnection::TMode;
-  const QString folder = QFileInfo(filePath).absolutePath();
+  const QString &path = file.Path();
+  const QString folder = QFileInfo(path).path();
   const bool mayWrite = MakePrivateFolder(folder) && QFileInfo(folder).isWritable() &&
-                        (!QFileInfo::exists(filePath) || QFileInfo(filePath).isWritable());
+                        (!QFileInfo::exists(path) || QFileInfo(path).isWritable());
   if (mayWrite) {
-    TState state = TryOpen(TMode::ReadWrite);
+    TState state = file.Open(TMode::ReadWrite);
     if (state == TState::Damaged) state = BeginAnew();
     writable = state == TState::Ready || state == TState::Busy;
     ready = state == TState::Ready;
@@ -131,53 +128,26 @@ void TRegistryStore::TPrivate::Open() {
 }
 
 void TRegistryStore::TPrivate::OpenReadOnly() {
-  using TMode = TSqliteConnection::TMode;
   writable = false;
-  ready = TryOpen(TMode::ReadOnly) == TState::Ready;
+  ready = file.Open(TMode::ReadOnly) == TState::Ready;
   // With a log of recent writes beside it the file alone may be inconsistent, so it is not read without the log.
-  if (!ready && QFileInfo(filePath + "-wal").size() == 0) ready = TryOpen(TMode::Immutable) == TState::Ready;
+  if (!ready && QFileInfo(file.Path() + "-wal").size() == 0) ready = file.Open(TMode::Immutable) == TState::Ready;
   if (!ready) UseMemory();
 }
 
-TState TRegistryStore::TPrivate::TryOpen(TSqliteConnection::TMode mode) {
-  identity = StoreFile::IdentityOf(filePath);
-  if (StoreFile::IsCutShort(filePath)) return TState::Damaged;
-  const int code = database.Open(filePath, mode);
-  if (identity == StoreFile::TIdentity()) identity = StoreFile::IdentityOf(filePath);
-  if (code != SQLITE_OK) return StoreFile::StateOf(code);
-  database.SetBusyTimeout(BusyTimeout);
-  return StoreFile::CheckSchema(database, Schema, mode == TSqliteConnection::TMode::ReadWrite);
-}
-
-// Sets the damaged file aside and begins a new one.
 TState TRegistryStore::TPrivate::BeginAnew() {
-  database.Close();
-  if (!StoreFile::SetAside(filePath, identity, &setAside)) return TState::Unavailable;
-  return TryOpen(TSqliteConnection::TMode::ReadWrite);
+  return file.SetAside(file.Identity()) ? file.Open(TMode::ReadWrite) : TState::Unavailable;
 }
 
 void TRegistryStore::TPrivate::UseMemory() {
   memory = true;
-  ready = database.Open({}, TSqliteConnection::TMode::Memory) == SQLITE_OK &&
-          StoreFile::CheckSchema(database, Schema, true) == TState::Ready;
+  ready = file.Open(TMode::Memory) == TState::Ready;
   writable = ready;
 }
 
 bool TRegistryStore::TPrivate::EnsureReady() {
   if (depth > 0 || !writable || memory) return ready;
-  TState state = TState::Ready;
-  if (!ready) {
-    database.SetBusyTimeout(RetryTimeout);
-    state = StoreFile::CheckSchema(database, Schema, true);
-    database.SetBusyTimeout(BusyTimeout);
-  } else if (StoreFile::IdentityOf(filePath) != identity) {
-    // Another process has set the file aside, or the user has put a copy in its place.
-    database.Close();
-    state = TryOpen(TSqliteConnection::TMode::ReadWrite);
-  } else if (database.DamageSeen()) {
-    // Damage deep in the file only shows when that place is read.
-    state = TState::Damaged;
-  }
+  TState state = file.Ensure(true);
   const bool isDamaged = state == TState::Damaged;
   if (isDamaged) state = BeginAnew();
   ready = state == TState::Ready;
@@ -234,23 +204,21 @@ bool TRegistryStore::TPrivate::RemoveKey(TRegistryHive hive, const TKeyPath &pat
   return true;
 }
 
-TRegistryStore::TRegistryStore(const QString &filePath) : d(std::make_unique<TPrivate>()) {
-  d->filePath = QFileInfo(filePath).absoluteFilePath();
+TRegistryStore::TRegistryStore(const QString &filePath) : d(std::make_unique<TPrivate>(filePath)) {
   d->Open();
 }
 
-TRegistryStore::TRegistryStore(const QString &filePath, TReadOnly) : d(std::make_unique<TPrivate>()) {
-  d->filePath = QFileInfo(filePath).absoluteFilePath();
+TRegistryStore::TRegistryStore(const QString &filePath, TReadOnly) : d(std::make_unique<TPrivate>(filePath)) {
   d->OpenReadOnly();
 }
 
 TRegistryStore::~TRegistryStore() = default;
 
 QString TRegistryStore::FilePath() const {
-  return d->filePath;
+  return d->file.Path();
 }
 QString TRegistryStore::SetAsideFile() const {
-  return d->setAside;
+  return d->file.SetAsideFile();
 }
 bool TRegistryStore::IsWritable() const {
   return d->writable;

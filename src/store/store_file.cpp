@@ -7,10 +7,6 @@
 #include <QFileInfo>
 #include <QLockFile>
 
-#include "store/sqlite_connection.h"
-
-namespace StoreFile {
-
 namespace {
 
 constexpr qint64 HeaderSize = 100;  // bytes of SQLite's file header
@@ -29,26 +25,21 @@ QString UnusedName(const QString &filePath) {
   return {};
 }
 
-TState CreateSchema(TSqliteConnection &database, const TSchema &schema) {
-  int code = database.Execute("BEGIN IMMEDIATE");
-  if (code != SQLITE_OK) return StateOf(code);
-  bool isMade = false;
-  {
-    // Another process may have been faster.
-    TSqliteStatement statement = database.Use("PRAGMA user_version");
-    isMade = statement.Step() && statement.Integer(0) == schema.version;
-  }
-  if (!isMade) code = database.Execute(schema.sql);
-  if (code == SQLITE_OK) code = database.Execute("COMMIT");
-  if (code == SQLITE_OK) return TState::Ready;
-  if (database.InTransaction()) database.Execute("ROLLBACK");
-  // Nothing was there to be damaged.
-  return StateOf(code) == TState::Busy ? TState::Busy : TState::Unavailable;
+TStoreFile::TIdentity IdentityOf(const QString &path) {
+  struct stat status = {};
+  if (::stat(QFile::encodeName(path).constData(), &status) != 0) return {};
+  return {status.st_dev, status.st_ino};
+}
+
+// Too short to be a database; SQLite would take it for a new one and write over it.
+bool IsCutShort(const QString &path) {
+  const qint64 size = QFileInfo(path).size();
+  return size > 0 && size < HeaderSize;
 }
 
 }  // namespace
 
-TState StateOf(int code) {
+TStoreFile::TState TStoreFile::StateOf(int code) {
   switch (code & 0xFF) {
     case SQLITE_OK:
     case SQLITE_ROW:
@@ -67,22 +58,57 @@ TState StateOf(int code) {
   }
 }
 
-TIdentity IdentityOf(const QString &path) {
-  struct stat status = {};
-  if (::stat(QFile::encodeName(path).constData(), &status) != 0) return {};
-  return {status.st_dev, status.st_ino};
+TStoreFile::TState TStoreFile::Open(TMode mode) {
+  Close();
+  if (mode != TMode::Memory) {
+    m_identity = IdentityOf(m_path);
+    if (IsCutShort(m_path)) return TState::Damaged;
+  }
+  const int code = m_database.Open(m_path, mode);
+  if (m_identity == TIdentity()) m_identity = IdentityOf(m_path);
+  if (code != SQLITE_OK) return StateOf(code);
+  m_database.SetBusyTimeout(m_wasBusy ? m_patience.retry : m_patience.usual);
+  const TState state = CheckSchema(mode == TMode::ReadWrite || mode == TMode::Memory);
+  m_wasBusy = state == TState::Busy;
+  if (state == TState::Ready) {
+    m_database.SetBusyTimeout(m_patience.usual);
+  } else {
+    Close();
+  }
+  return state;
 }
 
-bool IsCutShort(const QString &path) {
-  const qint64 size = QFileInfo(path).size();
-  return size > 0 && size < HeaderSize;
+TStoreFile::TState TStoreFile::Ensure(bool mayCreate) {
+  if (m_database.IsOpen()) {
+    // Damage deep in the file only shows when that place is read.
+    if (IdentityOf(m_path) == m_identity) return m_database.DamageSeen() ? TState::Damaged : TState::Ready;
+    // Another process has set the file aside, or the user has put a copy in its place.
+    Close();
+  }
+  if (!mayCreate && !QFileInfo::exists(m_path)) return TState::Unavailable;
+  return Open(TMode::ReadWrite);
 }
 
-TState CheckSchema(TSqliteConnection &database, const TSchema &schema, bool mayWrite) {
+bool TStoreFile::SetAside(const TIdentity &damaged) {
+  Close();
+  QLockFile lock(m_path + ".lock");
+  if (!lock.tryLock(LockTimeout)) return false;
+  if (IdentityOf(m_path) != damaged) return true;
+  const QString name = UnusedName(m_path);
+  if (name.isEmpty() || !QFile::rename(m_path, name)) return false;
+  for (const char *log : Logs) QFile::rename(m_path + log, name + log);
+  QFile::remove(m_path + "-shm");
+  m_setAside = name;
+  return true;
+}
+
+// Whether the open file has this schema; an empty one is given it when `mayWrite`. Files that may be written get the
+// write-ahead log, with which a commit needs no wait for the disk and readers never wait for a writer.
+TStoreFile::TState TStoreFile::CheckSchema(bool mayWrite) {
   qint64 version = 0;
   qint64 tables = 0;
   {
-    TSqliteStatement statement = database.Use(
+    TSqliteStatement statement = m_database.Use(
         "SELECT (SELECT user_version FROM pragma_user_version), "
         "(SELECT count(*) FROM sqlite_master)");
     if (!statement.Step()) return StateOf(statement.Code());
@@ -91,28 +117,31 @@ TState CheckSchema(TSqliteConnection &database, const TSchema &schema, bool mayW
   }
   const bool isEmpty = version == 0 && tables == 0;
   if (isEmpty && !mayWrite) return TState::Unavailable;
-  if (!isEmpty && version != schema.version) return TState::Damaged;
+  if (!isEmpty && version != m_schema.version) return TState::Damaged;
   // Refused (by another process opening at this moment), it is asked for again next time; all works without it.
-  if (mayWrite) database.Execute("PRAGMA synchronous = NORMAL; PRAGMA journal_mode = WAL");
-  if (isEmpty) return CreateSchema(database, schema);
-  for (const char *query : schema.queries) {
-    TSqliteStatement statement = database.Use(query);
+  if (mayWrite) m_database.Execute("PRAGMA synchronous = NORMAL; PRAGMA journal_mode = WAL");
+  if (isEmpty) return MakeSchema();
+  for (const char *query : m_schema.queries) {
+    TSqliteStatement statement = m_database.Use(query);
     statement.Step();
     if (const TState state = StateOf(statement.Code()); state != TState::Ready) return state;
   }
   return TState::Ready;
 }
 
-bool SetAside(const QString &filePath, const TIdentity &damaged, QString *newName) {
-  QLockFile lock(filePath + ".lock");
-  if (!lock.tryLock(LockTimeout)) return false;
-  if (IdentityOf(filePath) != damaged) return true;
-  const QString name = UnusedName(filePath);
-  if (name.isEmpty() || !QFile::rename(filePath, name)) return false;
-  for (const char *log : Logs) QFile::rename(filePath + log, name + log);
-  QFile::remove(filePath + "-shm");
-  *newName = name;
-  return true;
+TStoreFile::TState TStoreFile::MakeSchema() {
+  int code = m_database.Execute("BEGIN IMMEDIATE");
+  if (code != SQLITE_OK) return StateOf(code);
+  bool isMade = false;
+  {
+    // Another process may have been faster.
+    TSqliteStatement statement = m_database.Use("PRAGMA user_version");
+    isMade = statement.Step() && statement.Integer(0) == m_schema.version;
+  }
+  if (!isMade) code = m_database.Execute(m_schema.sql);
+  if (code == SQLITE_OK) code = m_database.Execute("COMMIT");
+  if (code == SQLITE_OK) return TState::Ready;
+  if (m_database.InTransaction()) m_database.Execute("ROLLBACK");
+  // Nothing was there to be damaged.
+  return StateOf(code) == TState::Busy ? TState::Busy : TState::Unavailable;
 }
-
-}  // namespace StoreFile

@@ -3,46 +3,79 @@
 #include <QString>
 #include <span>
 
-class TSqliteConnection;
+#include "store/sqlite_connection.h"
 
-// What the stores' SQLite files have in common: how one is opened and checked, made when it is empty, and, when it is
-// damaged, set aside under a new name, so that a new one can be begun and the old one may still be repaired by hand.
-namespace StoreFile {
+// A SQLite file that holds a store, and the connection to it: how it is opened and checked, made when it is empty, and,
+// when it is damaged, set aside under a new name, so that a new one can be begun and the old one may still be repaired
+// by hand. Several processes may have it open, and each notices when another has put a new file in its place.
+class TStoreFile final {
+ public:
+  using TMode = TSqliteConnection::TMode;
 
-// What opening or using a file has led to.
-enum class TState {
-  Ready,
-  Busy,         // another process keeps it locked; worth another try
-  Damaged,      // no database, or not of this kind and version
-  Unavailable,  // nothing can be read or written there
+  // What opening or using a file has led to.
+  enum class TState {
+    Ready,
+    Busy,         // another process keeps it locked; worth another try
+    Damaged,      // no database, or not of this kind and version
+    Unavailable,  // nothing can be read or written there
+  };
+  // Of SQLite's result codes.
+  [[nodiscard]] static TState StateOf(int code);
+
+  struct TSchema {
+    int version;                           // kept in the file's user_version
+    const char *sql;                       // makes the tables and sets the version
+    std::span<const char *const> queries;  // they fail where the version is right and the tables are not
+  };
+
+  // How long a call waits for another process, in milliseconds. `retry` is for a file that has been locked since it was
+  // last tried: every call tries again then, so none of them may take long.
+  struct TPatience {
+    int usual;
+    int retry;
+  };
+
+  // Which file a path leads to.
+  struct TIdentity {
+    quint64 device = 0;
+    quint64 node = 0;
+    bool operator==(const TIdentity &) const = default;
+  };
+
+  // Nothing is opened yet.
+  TStoreFile(const QString &path, const TSchema &schema, const TPatience &patience)
+      : m_path(path), m_schema(schema), m_patience(patience) {}
+
+  [[nodiscard]] const QString &Path() const { return m_path; }
+  // The connection; closed unless the last Open or Ensure was Ready.
+  [[nodiscard]] TSqliteConnection &Database() { return m_database; }
+  // Of the file that was opened last, also when that failed.
+  [[nodiscard]] const TIdentity &Identity() const { return m_identity; }
+  // The name that a damaged file was given last; empty when nothing was wrong.
+  [[nodiscard]] const QString &SetAsideFile() const { return m_setAside; }
+
+  // Opens the file anew. A missing or empty one is made in the modes ReadWrite and Memory only; its folder must be
+  // there.
+  [[nodiscard]] TState Open(TMode mode);
+  // Before each use of a file that may be written: Ready when the connection is open, sound, and to the file that the
+  // path leads to by now; it is opened where it is not. A missing file is made only when `mayCreate`.
+  [[nodiscard]] TState Ensure(bool mayCreate);
+  void Close() { m_database.Close(); }
+
+  // Closes the connection and moves the file and its logs to "<path>.damaged-<n>" beside it, unless the path no longer
+  // leads to `damaged`: of several processes which find the damage only one does it, and none moves the new file of
+  // another. False when the file has to stay.
+  [[nodiscard]] bool SetAside(const TIdentity &damaged);
+
+ private:
+  [[nodiscard]] TState CheckSchema(bool mayWrite);
+  [[nodiscard]] TState MakeSchema();
+
+  const QString m_path;
+  const TSchema m_schema;
+  const TPatience m_patience;
+  TIdentity m_identity;
+  QString m_setAside;
+  TSqliteConnection m_database;
+  bool m_wasBusy = false;
 };
-
-// Of SQLite's result codes.
-[[nodiscard]] TState StateOf(int code);
-
-// Which file a path leads to; another process may have put a new one in its place.
-struct TIdentity {
-  quint64 device = 0;
-  quint64 node = 0;
-  bool operator==(const TIdentity &) const = default;
-};
-[[nodiscard]] TIdentity IdentityOf(const QString &path);
-
-struct TSchema {
-  int version;                           // kept in the file's user_version
-  const char *sql;                       // makes the tables and sets the version
-  std::span<const char *const> queries;  // they fail where the version is right and the tables are not
-};
-
-// True for what is too short to be a database; SQLite would take it for a new one and write over it.
-[[nodiscard]] bool IsCutShort(const QString &path);
-// Whether an open file has this schema; an empty one is given it when `mayWrite`. Files that may be written get the
-// write-ahead log, with which a commit needs no wait for the disk and readers never wait for a writer.
-[[nodiscard]] TState CheckSchema(TSqliteConnection &database, const TSchema &schema, bool mayWrite);
-
-// Moves `filePath` and its logs to "<filePath>.damaged-<n>" beside it, unless the path no longer leads to `damaged`:
-// of several processes which find the damage only one does it, and none moves the new file of another. False when the
-// file has to stay; `newName` gets the name that this call has moved it to and is left alone when it moved nothing.
-[[nodiscard]] bool SetAside(const QString &filePath, const TIdentity &damaged, QString *newName);
-
-}  // namespace StoreFile
