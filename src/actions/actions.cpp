@@ -127,10 +127,10 @@ void TActions::FillMenuBar(QMenuBar *bar) {
 void TActions::AddTo(QToolBar *bar, TCommand command) const {
   QAction *action = (*this)[command];
   bar->addAction(action);
-  if (action->menu() == nullptr) return;
-  if (auto *button = qobject_cast<QToolButton *>(bar->widgetForAction(action))) {
-    button->setPopupMode(QToolButton::InstantPopup);
-  }
+  auto *button = qobject_cast<QToolButton *>(bar->widgetForAction(action));
+  if (button == nullptr) return;
+  button->setObjectName(action->objectName());
+  if (action->menu() != nullptr) button->setPopupMode(QToolButton::InstantPopup);
 }
 
 void TActions::ShowMnemonics() {
