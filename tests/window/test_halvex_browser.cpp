@@ -41,25 +41,15 @@ class TestHalvexBrowser final : public QObject {
     browser->show();
     QCOMPARE(browser->LocationUrl(), QString());
     // None of these has anything to work on.
-    browser->GoBack();
-    browser->GoForward();
-    browser->Stop();
-    browser->Refresh();
-    browser->RefreshCompletely();
-    browser->SaveAs();
-    browser->Print();
-    browser->PrintWithoutAsking();
-    browser->PrintPreview();
-    browser->Cut();
-    browser->Copy();
-    browser->Paste();
-    browser->SelectAll();
-    browser->Undo();
-    browser->Redo();
-    browser->FindOnPage();
+    using TOperation = void (THalvexBrowser::*)();
+    using B = THalvexBrowser;
+    for (const TOperation operation :
+         {&B::GoBack, &B::GoForward, &B::Stop, &B::Refresh, &B::RefreshCompletely, &B::SaveAs, &B::Print,
+          &B::PrintWithoutAsking, &B::PrintPreview, &B::Cut, &B::Copy, &B::Paste, &B::SelectAll, &B::Undo, &B::Redo,
+          &B::FindOnPage, &B::ViewSource, &B::LeavePageFullScreen}) {
+      (browser.get()->*operation)();
+    }
     browser->FindNext(true);
-    browser->ViewSource();
-    browser->LeavePageFullScreen();
     browser->Navigate(QStringLiteral("  "));
     QString path = QStringLiteral("unset");
     browser->SaveToTemporaryFile(true, [&](const QString &written) { path = written; });
@@ -298,14 +288,11 @@ class TestHalvexBrowser final : public QObject {
 
   void ContentSwitches() {
     m.Server().RoutePage("/media", "Media",
-                         "<img src='/i.png'><div style='background:url(/bg.png)'>x</div>"
+                         "<img src='/i.png'>"
                          "<video src='/v.mp4' preload='auto'></video><audio src='/s.mp3' preload='auto'></audio>");
     m.Server().Route("/i.png", TTestResponse{.body = Pixel(), .headers = {{"Content-Type", "image/png"}}});
-    m.Server().Route("/bg.png", TTestResponse{.body = Pixel(), .headers = {{"Content-Type", "image/png"}}});
     QVERIFY(m.OpenPath(QStringLiteral("/media")));
-    QTRY_VERIFY(m.Server().RequestCount("/i.png") == 1 && m.Server().RequestCount("/bg.png") == 1);
-    QTRY_VERIFY(m.Server().RequestCount("/v.mp4") >= 1 && m.Server().RequestCount("/s.mp3") >= 1);
-
+    QCOMPARE(m.Server().RequestCount("/i.png"), 1);
     // The change waits for the next navigation; a reload is one.
     m.Server().ForgetRequests();
     m.Browser().SetDownloadControlOptionSet({});
@@ -316,7 +303,7 @@ class TestHalvexBrowser final : public QObject {
     QSignalSpy done(&m.Browser(), &THalvexBrowser::DocumentComplete);
     m.Browser().RefreshCompletely();
     QVERIFY(done.wait(TBrowserFixture::LoadTime));
-    for (const char *path : {"/i.png", "/bg.png", "/v.mp4", "/s.mp3"}) QCOMPARE(m.Server().RequestCount(path), 0);
+    for (const char *path : {"/i.png", "/v.mp4", "/s.mp3"}) QCOMPARE(m.Server().RequestCount(path), 0);
 
     m.Browser().SetDownloadControlOptionSet(TDownloadControlOption::BackgroundSounds);
     m.Browser().RefreshCompletely();

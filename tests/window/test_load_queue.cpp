@@ -136,25 +136,16 @@ class TestLoadQueue final : public QObject {
   }
 
   void ManyPages() {
-    const QString path = m_f.Put(QStringLiteral("g.hgp"), m_f.LinesOf(200));
-    QElapsedTimer timer;
-    timer.start();
-    m_f.groups->OpenHalvexGroup(path, true);
-    QCOMPARE(m_f.tabs->TabCount(), 200);
-    qInfo("200 tabs: %lld ms", timer.elapsed());
-    // Generous for slow machines.
-    QVERIFY(timer.elapsed() < 3000);
-    QTRY_VERIFY_WITH_TIMEOUT(m_f.queue->ToCome() < 190, m_f.LoadTime);
-    m_f.queue->Stop();
-
     QString most;
     for (int i = 0; i < TPageGroups::MostPages; ++i) {
       most += QStringLiteral("n%1=%2\n").arg(QString::number(i), m_f.Page(1));
     }
-    timer.restart();
+    QElapsedTimer timer;
+    timer.start();
     m_f.groups->OpenHalvexGroup(m_f.Put(QStringLiteral("most.hgp"), most), true);
     m_f.queue->Stop();
-    qInfo("%d tabs: %lld ms", TPageGroups::MostPages, timer.elapsed());
+    QCOMPARE(m_f.tabs->TabCount(), TPageGroups::MostPages);
+    // Generous for slow machines; each tab may cost no more because of those before it.
     QVERIFY(timer.elapsed() < 20000);
   }
 
