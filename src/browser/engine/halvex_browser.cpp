@@ -2,12 +2,19 @@
 
 #include <QAction>
 #include <QDesktopServices>
-#include <QWebEngineFindTextResult>
+#include <QVBoxLayout>
+#include <QWebEngineView>
 
-#include "browser/engine/address.h"
-#include "browser/engine/halvex_browser_private.h"
+#include "browser/engine/engine_page.h"
+#include "browser/engine/page_finder.h"
+#include "browser/engine/page_full_screen.h"
+#include "browser/engine/page_printing.h"
 #include "browser/engine/page_probe.h"
 #include "browser/engine/page_saving.h"
+#include "browser/engine/page_stack.h"
+#include "browser/engine/zoom_table.h"
+#include "browser/page/page_menu.h"
+#include "browser/page/page_prompts.h"
 #include "browser/page/properties_dialog.h"
 #include "config/language.h"
 
@@ -18,20 +25,99 @@ const QString &AboutBlank() {
   return address;
 }
 
+// Runs a command of the engine when there is a page to run it on.
+void Trigger(TEnginePage *page, QWebEnginePage::WebAction action) {
+  if (page) page->triggerAction(action);
+}
+
 }  // namespace
 
 THalvexBrowser::THalvexBrowser(QWidget *owner, TEngine &engine, TDownloadControlOptionSet options, QWidget *parent)
-    : QWidget(parent), d(std::make_unique<TPrivate>(this, owner, engine)) {
-  d->options = options;
-  d->BuildFrame();
+    : QWidget(parent),
+      m_owner(owner),
+      m_engine(engine),
+      m_options(options),
+      m_layout(new QVBoxLayout(this)),
+      m_stack(new TPageStack(engine.Language(), this)),
+      m_zoom(ZoomFactors[MediumZoom]) {
+  setObjectName(QStringLiteral("THalvexBrowser"));
+  m_layout->setContentsMargins(0, 0, 0, 0);
+  m_layout->setSpacing(0);
+  m_layout->addWidget(m_stack, 1);
+  connect(m_stack, &TPageStack::FocusReceived, this, &THalvexBrowser::FocusReceived);
+  connect(m_stack, &TPageStack::NoticeChanged, this, &THalvexBrowser::OnNoticeChanged);
+  connect(m_stack, &TPageStack::PrimaryPressed, this, &THalvexBrowser::OnNoticePrimary);
+  connect(m_stack, &TPageStack::SecondaryPressed, this, &THalvexBrowser::OnNoticeSecondary);
 }
 
 THalvexBrowser::~THalvexBrowser() {
-  if (!d->page) return;
-  d->page->DismissDialogs();
-  d->page->disconnect(this);
-  delete d->printing;
-  delete d->view;
+  if (!m_page) return;
+  m_page->DismissDialogs();
+  m_page->disconnect(this);
+  delete m_printing;
+  delete m_view;
+}
+
+void THalvexBrowser::EnsureView() {
+  if (m_view) return;
+  m_blank = false;
+  m_page = new TEnginePage(m_engine, this, nullptr);
+  m_view = new QWebEngineView(m_page, nullptr);
+  m_page->setParent(m_view);
+  m_view->setContextMenuPolicy(Qt::CustomContextMenu);
+  auto *prompts = new TPagePrompts(m_page, this, m_engine.Language());
+  m_layout->insertWidget(0, prompts->Bar());
+  m_finder = new TPageFinder(m_page, m_layout, m_engine.Language(), this);
+  m_fullScreen = new TPageFullScreen(m_view, prompts, this);
+  m_printing = new TPagePrinting(m_engine, m_view, this);
+  m_page->WatchInput(m_view);
+  m_page->SetDownloadControlOptions(m_options);
+  m_page->setZoomFactor(m_zoom);
+  ConnectPage();
+  m_stack->SetView(m_view);
+}
+
+void THalvexBrowser::ConnectPage() {
+  connect(m_page, &TEnginePage::BeforeNavigate, this, &THalvexBrowser::BeforeNavigate);
+  connect(m_page, &TEnginePage::AddressChanged, this, [this](const QString &address) {
+    if (!IsLocalFailure()) Q_EMIT AddressChanged(address);
+  });
+  connect(m_page, &TEnginePage::Committed, this, &THalvexBrowser::OnCommitted);
+  connect(m_page, &TEnginePage::Failed, this, &THalvexBrowser::ShowLoadFailure);
+  connect(m_page, &TEnginePage::Finished, this, &THalvexBrowser::OnFinished);
+  connect(m_page, &TEnginePage::Died, this, [this] { m_stack->ShowCrash(m_page->url()); });
+  connect(m_page, &TEnginePage::EncryptionLevelChanged, this, &THalvexBrowser::UpdateEncryptionLevel);
+  connect(m_page, &TEnginePage::BringToFrontRequested, this, &THalvexBrowser::BringToFrontRequested);
+  connect(m_page, &TEnginePage::ZoomWanted, this, [this](bool in) { in ? ZoomIn() : ZoomOut(); });
+  connect(m_page, &QWebEnginePage::loadProgress, this, [this](int progress) {
+    if (m_page->IsUnderWay()) Q_EMIT ProgressChanged(progress, 100);
+  });
+  connect(m_page, &QWebEnginePage::titleChanged, this, [this](const QString &title) {
+    if (!IsLocalFailure()) Q_EMIT TitleChanged(title);
+  });
+  connect(m_page, &QWebEnginePage::iconChanged, this, &THalvexBrowser::IconChanged);
+  connect(m_page, &QWebEnginePage::linkHovered, this, &THalvexBrowser::StatusTextChanged);
+  connect(m_page, &QWebEnginePage::newWindowRequested, this,
+          [this](QWebEngineNewWindowRequest &request) { Q_EMIT NewWindowRequested(&request); });
+  connect(m_page, &QWebEnginePage::printRequested, m_printing, &TPagePrinting::PrintForPage);
+  connect(m_fullScreen, &TPageFullScreen::Changed, this, &THalvexBrowser::PageFullScreenRequested);
+  connect(m_finder, &TPageFinder::Closed, this, &THalvexBrowser::GivePageTheFocus);
+  connect(m_view, &QWidget::customContextMenuRequested, this, &THalvexBrowser::ShowPageMenu);
+  for (const QWebEnginePage::WebAction action : {QWebEnginePage::Back, QWebEnginePage::Forward}) {
+    connect(m_page->action(action), &QAction::changed, this, &THalvexBrowser::UpdateCommandStates);
+  }
+}
+
+bool THalvexBrowser::HasLivePage() const {
+  return m_page && !ShowsNotice();
+}
+
+bool THalvexBrowser::IsLocalFailure() const {
+  return m_stack->Notice() == TPageStack::TNotice::LocalError;
+}
+
+void THalvexBrowser::GivePageTheFocus() {
+  if (HasLivePage()) m_view->setFocus();
 }
 
 void THalvexBrowser::Navigate(const TAddress &address) {
@@ -39,52 +125,52 @@ void THalvexBrowser::Navigate(const TAddress &address) {
     case TAddress::TKind::Empty:
       return;
     case TAddress::TKind::Script:
-      if (d->HasLivePage()) {
-        d->page->NoteUserAction();
-        d->page->runJavaScript(address.Script());
+      if (HasLivePage()) {
+        m_page->NoteUserAction();
+        m_page->runJavaScript(address.Script());
       }
-      d->RepeatTitle();
+      RepeatTitle();
       return;
     case TAddress::TKind::External:
       QDesktopServices::openUrl(address.Url());
-      d->RepeatTitle();
+      RepeatTitle();
       return;
     case TAddress::TKind::UnknownKind:
-      d->ShowLocalFailure(address, d->engine.Language().Text("PAGES", "ErrorUnknownScheme"));
+      ShowLocalFailure(address, m_engine.Language().Text("PAGES", "ErrorUnknownScheme"));
       return;
     case TAddress::TKind::Invalid:
-      d->ShowLocalFailure(address, d->engine.Language().Text("PAGES", "ErrorInvalidAddress"));
+      ShowLocalFailure(address, m_engine.Language().Text("PAGES", "ErrorInvalidAddress"));
       return;
     case TAddress::TKind::Url:
       break;
   }
-  if (!d->page && AddressOf(address.Url()) == AboutBlank()) {
+  if (!m_page && AddressOf(address.Url()) == AboutBlank()) {
     ShowBlank();
     return;
   }
-  d->EnsureView();
-  d->page->NoteUserAction();
-  d->printing->Forgive();
-  const QUrl before = d->page->url();
-  if (d->notice == TPrivate::TNotice::LocalError) d->HideNotice();
-  d->page->load(address.Url());
+  EnsureView();
+  m_page->NoteUserAction();
+  m_printing->Forgive();
+  const QUrl before = m_page->url();
+  if (IsLocalFailure()) m_stack->HideNotice();
+  m_page->load(address.Url());
   // A jump inside the page is no load that would report a title.
-  if (address.Url().hasFragment() && before.matches(address.Url(), QUrl::RemoveFragment)) d->RepeatTitle();
+  if (address.Url().hasFragment() && before.matches(address.Url(), QUrl::RemoveFragment)) RepeatTitle();
 }
 
 void THalvexBrowser::ShowBlank() {
-  if (d->page) {
-    if (d->notice == TPrivate::TNotice::LocalError) d->HideNotice();
-    d->page->load(QUrl(AboutBlank()));
+  if (m_page) {
+    if (IsLocalFailure()) m_stack->HideNotice();
+    m_page->load(QUrl(AboutBlank()));
     return;
   }
-  d->HideNotice();
-  d->blank = true;
+  m_stack->HideNotice();
+  m_blank = true;
   // As with a page, the news comes after the call.
   QMetaObject::invokeMethod(
       this,
       [this] {
-        if (!d->blank || d->page || d->notice != TPrivate::TNotice::None) return;
+        if (!m_blank || m_page || ShowsNotice()) return;
         Q_EMIT AddressChanged(AboutBlank());
         Q_EMIT NavigateComplete(AboutBlank());
         Q_EMIT DocumentComplete(AboutBlank());
@@ -93,135 +179,135 @@ void THalvexBrowser::ShowBlank() {
 }
 
 void THalvexBrowser::GoBack() {
-  if (d->notice == TPrivate::TNotice::LocalError) {
+  if (IsLocalFailure()) {
     if (!CanGoBack()) return;
-    d->HideNotice();
+    m_stack->HideNotice();
     Q_EMIT AddressChanged(LocationUrl());
-    d->RepeatTitle();
+    RepeatTitle();
     return;
   }
-  d->Trigger(QWebEnginePage::Back);
+  Trigger(m_page, QWebEnginePage::Back);
 }
 
 void THalvexBrowser::GoForward() {
-  d->Trigger(QWebEnginePage::Forward);
+  Trigger(m_page, QWebEnginePage::Forward);
 }
 
 void THalvexBrowser::Stop() {
-  d->Trigger(QWebEnginePage::Stop);
+  Trigger(m_page, QWebEnginePage::Stop);
 }
 
 void THalvexBrowser::Refresh() {
-  if (d->notice == TPrivate::TNotice::LocalError) {
-    Navigate(TAddress(d->localAddress));
+  if (IsLocalFailure()) {
+    Navigate(TAddress(m_stack->FailedAddress()));
   } else {
-    d->Trigger(QWebEnginePage::Reload);
+    Trigger(m_page, QWebEnginePage::Reload);
   }
 }
 
 void THalvexBrowser::RefreshCompletely() {
-  if (d->notice == TPrivate::TNotice::LocalError) {
-    Navigate(TAddress(d->localAddress));
+  if (IsLocalFailure()) {
+    Navigate(TAddress(m_stack->FailedAddress()));
   } else {
-    d->Trigger(QWebEnginePage::ReloadAndBypassCache);
+    Trigger(m_page, QWebEnginePage::ReloadAndBypassCache);
   }
 }
 
 QString THalvexBrowser::LocationUrl() const {
-  if (d->notice == TPrivate::TNotice::LocalError) return d->LocalText();
-  if (d->page) return AddressOf(d->page->url());
-  return d->blank ? AboutBlank() : QString();
+  if (IsLocalFailure()) return m_stack->FailedText();
+  if (m_page) return AddressOf(m_page->url());
+  return m_blank ? AboutBlank() : QString();
 }
 
 QString THalvexBrowser::LocationName() const {
-  if (d->notice == TPrivate::TNotice::LocalError) return d->LocalText();
-  if (d->page) return d->page->title();
-  return d->blank ? AboutBlank() : QString();
+  if (IsLocalFailure()) return m_stack->FailedText();
+  if (m_page) return m_page->title();
+  return m_blank ? AboutBlank() : QString();
 }
 
 QIcon THalvexBrowser::Icon() const {
-  return d->HasLivePage() ? d->page->icon() : QIcon();
+  return HasLivePage() ? m_page->icon() : QIcon();
 }
 
 bool THalvexBrowser::ShowsNotice() const {
-  return d->notice != TPrivate::TNotice::None;
+  return m_stack->Notice() != TPageStack::TNotice::None;
 }
 
 bool THalvexBrowser::CanGoBack() const {
-  if (!d->page) return false;
-  if (d->notice == TPrivate::TNotice::LocalError) return !d->page->url().isEmpty();
-  return d->page->action(QWebEnginePage::Back)->isEnabled();
+  if (!m_page) return false;
+  if (IsLocalFailure()) return !m_page->url().isEmpty();
+  return m_page->action(QWebEnginePage::Back)->isEnabled();
 }
 
 bool THalvexBrowser::CanGoForward() const {
-  return d->page && d->notice != TPrivate::TNotice::LocalError && d->page->action(QWebEnginePage::Forward)->isEnabled();
+  return m_page && !IsLocalFailure() && m_page->action(QWebEnginePage::Forward)->isEnabled();
 }
 
 void THalvexBrowser::SaveAs() {
-  if (d->HasLivePage()) PageSaving::SaveAs(d->page, d->owner ? d->owner.data() : this, d->engine.Language());
+  if (HasLivePage()) PageSaving::SaveAs(m_page, m_owner ? m_owner.data() : this, m_engine.Language());
 }
 
 void THalvexBrowser::Print() {
-  if (d->HasLivePage()) d->printing->Print();
+  if (HasLivePage()) m_printing->Print();
 }
 
 void THalvexBrowser::PrintWithoutAsking() {
-  if (d->HasLivePage()) d->printing->PrintWithoutAsking();
+  if (HasLivePage()) m_printing->PrintWithoutAsking();
 }
 
 void THalvexBrowser::PrintPreview() {
-  if (d->HasLivePage()) d->printing->Preview();
+  if (HasLivePage()) m_printing->Preview();
 }
 
 void THalvexBrowser::PageSetup() {
-  TPagePrinting::SetUpPage(d->engine, window());
+  TPagePrinting::SetUpPage(m_engine, window());
 }
 
 void THalvexBrowser::Properties() {
   const QPointer<THalvexBrowser> self(this);
   CollectProperties([self](const TPageProperties &properties) {
     if (!self) return;
-    auto *dialog = new TPropertiesDialog(properties, self->d->engine.Language(), self->window());
+    auto *dialog = new TPropertiesDialog(properties, self->m_engine.Language(), self->window());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->open();
   });
 }
 
 void THalvexBrowser::Cut() {
-  d->GivePageTheFocus();
-  d->Trigger(QWebEnginePage::Cut);
+  GivePageTheFocus();
+  Trigger(m_page, QWebEnginePage::Cut);
 }
 
 void THalvexBrowser::Copy() {
-  d->GivePageTheFocus();
-  d->Trigger(QWebEnginePage::Copy);
+  GivePageTheFocus();
+  Trigger(m_page, QWebEnginePage::Copy);
 }
 
 void THalvexBrowser::Paste() {
-  d->GivePageTheFocus();
-  d->Trigger(QWebEnginePage::Paste);
+  GivePageTheFocus();
+  Trigger(m_page, QWebEnginePage::Paste);
 }
 
 void THalvexBrowser::SelectAll() {
-  d->Trigger(QWebEnginePage::SelectAll);
+  Trigger(m_page, QWebEnginePage::SelectAll);
 }
 
 void THalvexBrowser::Undo() {
-  d->Trigger(QWebEnginePage::Undo);
+  Trigger(m_page, QWebEnginePage::Undo);
 }
 
 void THalvexBrowser::Redo() {
-  d->Trigger(QWebEnginePage::Redo);
+  Trigger(m_page, QWebEnginePage::Redo);
 }
 
 void THalvexBrowser::SetZoom(int zoom) {
   if (zoom < 0 || zoom >= int(ZoomFactors.size())) return;
-  d->zoom = ZoomFactors[zoom];
-  if (d->page) d->page->setZoomFactor(d->zoom);
+  m_zoom = ZoomFactors[zoom];
+  if (m_page) m_page->setZoomFactor(m_zoom);
 }
 
 int THalvexBrowser::Zoom() const {
-  return NearestZoom(d->page ? d->page->zoomFactor() : d->zoom);
+  return NearestZoom(m_page ? m_page->zoomFactor() : m_zoom);
 }
 
 void THalvexBrowser::ZoomIn() {
@@ -237,69 +323,168 @@ void THalvexBrowser::ResetZoom() {
 }
 
 void THalvexBrowser::FindOnPage() {
-  if (!d->HasLivePage()) return;
-  d->GivePageTheFocus();
-  d->EnsureFindBar();
-  d->findBar->Open(d->page->selectedText());
+  if (!HasLivePage()) return;
+  GivePageTheFocus();
+  m_finder->Open();
 }
 
 void THalvexBrowser::FindNext(bool forward) {
-  if (!d->HasLivePage()) return;
-  if (d->findBar) {
-    d->findBar->FindNext(forward);
+  if (!HasLivePage()) return;
+  if (m_finder->WasOpened()) {
+    m_finder->FindNext(forward);
   } else {
     FindOnPage();
   }
 }
 
 void THalvexBrowser::ViewSource() {
-  if (!d->HasLivePage() || d->page->url().scheme() == QLatin1String("view-source")) return;
+  if (!HasLivePage() || m_page->url().scheme() == QLatin1String("view-source")) return;
   Q_EMIT ViewSourceRequested(QStringLiteral("view-source:") + LocationUrl());
 }
 
 void THalvexBrowser::SaveToTemporaryFile(bool insertBase, const std::function<void(const QString &)> &done) {
-  if (!d->HasLivePage()) {
+  if (!HasLivePage()) {
     done({});
     return;
   }
-  d->page->toHtml([address = LocationUrl(), insertBase, done](const QString &html) {
+  m_page->toHtml([address = LocationUrl(), insertBase, done](const QString &html) {
     done(PageSaving::WriteTemporary(insertBase ? PageSaving::InsertBase(html, address) : html));
   });
 }
 
 void THalvexBrowser::CollectProperties(const std::function<void(const TPageProperties &)> &done) {
-  if (!d->HasLivePage()) {
+  if (!HasLivePage()) {
     TPageProperties properties;
     properties.title = LocationName();
     properties.address = LocationUrl();
     done(properties);
     return;
   }
-  ProbePage(d->page, d->engine.Language(), done);
+  ProbePage(m_page, m_engine.Language(), done);
 }
 
 TDownloadControlOptionSet THalvexBrowser::DownloadControlOptionSet() const {
-  return d->options;
+  return m_options;
 }
 
 void THalvexBrowser::SetDownloadControlOptionSet(TDownloadControlOptionSet options) {
-  d->options = options;
-  if (d->page) d->page->SetDownloadControlOptions(options);
+  m_options = options;
+  if (m_page) m_page->SetDownloadControlOptions(options);
 }
 
 QWebEnginePage *THalvexBrowser::EnginePage() {
-  d->EnsureView();
-  return d->page;
+  EnsureView();
+  return m_page;
 }
 
 QWebEnginePage *THalvexBrowser::EnginePageIfAny() const {
-  return d->page;
+  return m_page;
 }
 
 bool THalvexBrowser::HasPageFullScreen() const {
-  return d->fullScreen;
+  return m_fullScreen && m_fullScreen->IsOn();
 }
 
 void THalvexBrowser::LeavePageFullScreen() {
-  if (d->fullScreen) d->Trigger(QWebEnginePage::ExitFullScreen);
+  if (m_fullScreen) m_fullScreen->Leave();
+}
+
+void THalvexBrowser::ShowLoadFailure(const TLoadFailure &failure) {
+  if (const std::optional<TCertificateProblem> problem = m_page->CertificateProblem()) {
+    m_stack->ShowCertificateProblem(*problem, failure.url);
+  } else {
+    m_stack->ShowLoadFailure(failure);
+  }
+}
+
+void THalvexBrowser::ShowLocalFailure(const TAddress &address, const QString &text) {
+  Trigger(m_page, QWebEnginePage::Stop);
+  m_blank = false;
+  m_stack->ShowLocalFailure(address, text);
+  const QString shown = m_stack->FailedText();
+  Q_EMIT AddressChanged(shown);
+  Q_EMIT TitleChanged(shown);
+  Q_EMIT DocumentComplete(shown);
+}
+
+void THalvexBrowser::OnNoticePrimary() {
+  if (m_stack->Notice() != TPageStack::TNotice::Certificate) {
+    Refresh();
+  } else if (CanGoBack()) {
+    GoBack();
+  } else {
+    ShowBlank();
+  }
+}
+
+void THalvexBrowser::OnNoticeSecondary() {
+  if (m_stack->Notice() != TPageStack::TNotice::Certificate) return;
+  m_engine.AcceptCertificateErrors(m_stack->BlockedHost());
+  Refresh();
+}
+
+void THalvexBrowser::OnNoticeChanged() {
+  if (m_finder && ShowsNotice()) m_finder->CloseBar();
+  UpdateEncryptionLevel();
+  UpdateCommandStates();
+  Q_EMIT IconChanged();
+}
+
+void THalvexBrowser::OnCommitted(const QString &address) {
+  m_stack->HideNotice();
+  // A page of another site may get a renderer of its own, which starts at the plain size.
+  if (!qFuzzyCompare(m_page->zoomFactor(), m_zoom)) m_page->setZoomFactor(m_zoom);
+  UpdateEncryptionLevel();
+  Q_EMIT NavigateComplete(address);
+}
+
+void THalvexBrowser::OnFinished(const QString &address) {
+  UpdateCommandStates();
+  RepeatTitle();
+  Q_EMIT DocumentComplete(IsLocalFailure() ? m_stack->FailedText() : address);
+}
+
+void THalvexBrowser::ShowPageMenu(const QPoint &position) {
+  const QWebEngineContextMenuRequest *request = m_view->lastContextMenuRequest();
+  if (!request) return;
+  auto *menu = new TPageMenu(m_engine.Language(), TPageMenuPlace::Of(*request, *m_page), m_page, this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  connect(menu, &TPageMenu::OpenRequested, this, &THalvexBrowser::OpenInNewTabRequested);
+  connect(menu, &TPageMenu::CommandRequested, this, [this](TPageMenuCommand wanted) {
+    static constexpr std::pair<TPageMenuCommand, void (THalvexBrowser::*)()> Commands[] = {
+        {TPageMenuCommand::SaveAs, &THalvexBrowser::SaveAs},
+        {TPageMenuCommand::Print, &THalvexBrowser::Print},
+        {TPageMenuCommand::Find, &THalvexBrowser::FindOnPage},
+        {TPageMenuCommand::ViewSource, &THalvexBrowser::ViewSource},
+        {TPageMenuCommand::Properties, &THalvexBrowser::Properties},
+    };
+    for (const auto &[command, operation] : Commands) {
+      if (command == wanted) (this->*operation)();
+    }
+  });
+  menu->popup(m_view->mapToGlobal(position));
+}
+
+void THalvexBrowser::UpdateEncryptionLevel() {
+  const bool known = HasLivePage() && !m_page->CertificateProblem();
+  const TEncryptionLevel level = known ? m_page->EncryptionLevel() : TEncryptionLevel::None;
+  if (level == m_encryptionLevel) return;
+  m_encryptionLevel = level;
+  Q_EMIT SecureLockIconChanged(level);
+}
+
+void THalvexBrowser::UpdateCommandStates() {
+  if (const bool back = CanGoBack(); back != m_canGoBack) {
+    m_canGoBack = back;
+    Q_EMIT CommandStateChanged(static_cast<int>(TBrowserCommand::Back), back);
+  }
+  if (const bool forward = CanGoForward(); forward != m_canGoForward) {
+    m_canGoForward = forward;
+    Q_EMIT CommandStateChanged(static_cast<int>(TBrowserCommand::Forward), forward);
+  }
+}
+
+void THalvexBrowser::RepeatTitle() {
+  const QString title = LocationName();
+  if (!title.isEmpty()) Q_EMIT TitleChanged(title);
 }

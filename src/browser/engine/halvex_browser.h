@@ -1,8 +1,8 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <QIcon>
+#include <QPointer>
 #include <QUrl>
 #include <QWidget>
 
@@ -10,9 +10,16 @@
 #include "browser/engine/engine.h"
 #include "browser/page/page_properties.h"
 
+class QVBoxLayout;
 class QWebEnginePage;
 class QWebEngineView;
 class QWebEngineNewWindowRequest;
+class TEnginePage;
+class TPageFinder;
+class TPageFullScreen;
+class TPagePrinting;
+class TPageStack;
+struct TLoadFailure;
 
 // One navigation that is about to happen. Set `cancel` to stop it.
 struct TNavigation {
@@ -116,6 +123,38 @@ class THalvexBrowser final : public QWidget {
   void BringToFrontRequested();  // A question of the page is about to be asked and its tab should be seen.
 
  private:
-  struct TPrivate;
-  std::unique_ptr<TPrivate> d;
+  void EnsureView();
+  void ConnectPage();
+  [[nodiscard]] bool HasLivePage() const;
+  [[nodiscard]] bool IsLocalFailure() const;
+  void GivePageTheFocus();
+  void ShowLoadFailure(const TLoadFailure &failure);
+  void ShowLocalFailure(const TAddress &address, const QString &text);
+  void OnNoticePrimary();
+  void OnNoticeSecondary();
+  void OnNoticeChanged();
+  void OnCommitted(const QString &address);
+  void OnFinished(const QString &address);
+  void ShowPageMenu(const QPoint &position);
+  void UpdateEncryptionLevel();
+  void UpdateCommandStates();
+  // A tab's caption shows what was asked for until the page is known; this brings the page's own title back.
+  void RepeatTitle();
+
+  QPointer<QWidget> m_owner;
+  TEngine &m_engine;
+  TDownloadControlOptionSet m_options;
+  QVBoxLayout *m_layout;
+  TPageStack *m_stack;
+  // From the first address on.
+  QWebEngineView *m_view = nullptr;
+  TEnginePage *m_page = nullptr;
+  TPageFinder *m_finder = nullptr;
+  TPageFullScreen *m_fullScreen = nullptr;
+  TPagePrinting *m_printing = nullptr;
+  bool m_blank = false;  // shown blank without ever having had a page
+  bool m_canGoBack = false;
+  bool m_canGoForward = false;
+  TEncryptionLevel m_encryptionLevel = TEncryptionLevel::None;
+  qreal m_zoom;
 };

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QStackedWidget>
+
+#include "browser/engine/address.h"
+
+class TLanguage;
+class TPageNotice;
+struct TCertificateProblem;
+struct TLoadFailure;
+struct TPageNoticeText;
+
+// What stands in the place of a page: a blank sheet until there is a view, the engine's view, or a notice that says why
+// the page is not there, and remembers what it is about.
+class TPageStack final : public QStackedWidget {
+  Q_OBJECT
+
+ public:
+  // An address that the engine was never given fails locally: the page behind the notice lives on.
+  enum class TNotice { None, LoadError, Certificate, Crash, LocalError };
+
+  // Who gives `browser` the keyboard gives it to what stands here.
+  TPageStack(const TLanguage &language, QWidget *browser);
+
+  // Takes the sheet's place for good, and is shown.
+  void SetView(QWidget *view);
+  [[nodiscard]] TNotice Notice() const { return m_notice; }
+  // What a local failure is about.
+  [[nodiscard]] const TAddress &FailedAddress() const { return m_failedAddress; }
+  [[nodiscard]] QString FailedText() const { return m_failedAddress.Text().trimmed(); }
+  // Whose certificate the last notice of that kind was about.
+  [[nodiscard]] const QString &BlockedHost() const { return m_blockedHost; }
+
+  void ShowLoadFailure(const TLoadFailure &failure);
+  void ShowCertificateProblem(const TCertificateProblem &problem, const QUrl &page);
+  void ShowCrash(const QUrl &page);
+  void ShowLocalFailure(const TAddress &address, const QString &text);
+  void HideNotice();
+
+ Q_SIGNALS:
+  // A notice is about to come or to go; Notice() tells already.
+  void NoticeChanged();
+  // The buttons of the notice: try again or go back, and, for a certificate, go on anyway.
+  void PrimaryPressed();
+  void SecondaryPressed();
+  // The keyboard came to what stands here from elsewhere.
+  void FocusReceived();
+
+ private:
+  void ShowNotice(TNotice kind, const TPageNoticeText &text);
+  void Show(QWidget *widget);
+
+  const TLanguage &m_language;
+  QWidget *m_browser;
+  QWidget *m_sheet;
+  QWidget *m_view = nullptr;
+  TPageNotice *m_noticeWidget = nullptr;  // made with the first one
+  TNotice m_notice = TNotice::None;
+  TAddress m_failedAddress;
+  QString m_blockedHost;
+};
