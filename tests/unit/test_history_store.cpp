@@ -14,21 +14,243 @@ class TTestHistoryStore final : public QObject {
     m_file = m_folder->filePath("data/history.sqlite");
   }
 
-  void CountsVisits();
-  void TitleFollows();
-  void Unrecorded_data();
-  void Unrecorded();
-  void RemovesAndClears();
-  void Finds_data();
-  void Finds();
-  void MostUsedFirst();
-  void FindsAmongMany();
-  void DamagedFileIsSetAside_data();
-  void DamagedFileIsSetAside();
-  void DamageInUse();
-  void SeveralProcesses();
-  void LockedByAnother();
-  void FolderThatTakesNothing();
+  void CountsVisits() {
+    {
+      THistoryStore store(m_file);
+      QVERIFY(!QFileInfo::exists(m_file));
+      QVERIFY(store.Search("a", 5).isEmpty());
+      QVERIFY(store.Flush());
+      store.AddVisit("http://a.example/", "First", At(10));
+      store.AddVisit("http://a.example/", QString(), At(30));
+      store.AddVisit("http://a.example/", "Late\nnews", At(20));
+    }
+    // The end of the store writes what it still held.
+    const THistoryStore again(m_file);
+    QCOMPARE(again.Count(), 1);
+    const auto page = again.Find("http://a.example/");
+    QVERIFY(page.has_value());
+    QCOMPARE(page->visits, 3);
+    QCOMPARE(page->title, QString("Late news"));
+    QCOMPARE(page->firstVisit, At(10));
+    QCOMPARE(page->lastVisit, At(30));
+    QVERIFY(!again.Find("http://A.example/"));
+    QCOMPARE(QFile::permissions(m_file) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+  }
+
+  void TitleFollows() {
+    THistoryStore store(m_file);
+    store.AddVisit("http://a.example/", "Old words");
+    store.SetTitle("http://a.example/", "New words");
+    store.SetTitle("http://never.example/", "Never");
+    QVERIFY(store.Flush());
+    QCOMPARE(Addresses(store, "new"), QStringList("http://a.example/"));
+    QVERIFY(Addresses(store, "old").isEmpty());
+    QCOMPARE(store.Count(), 1);
+    QCOMPARE(store.Find("http://a.example/")->visits, 1);
+  }
+
+  void Unrecorded_data() {
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<bool>("recorded");
+    for (const char *address :
+         {"about:blank", "zarvela:start", "javascript:x", "data:text/html,x", "view-source:http://a/",
+          "VIEW-SOURCE:http://a/", "blob:http://a/1", "", "no address", ":"}) {
+      QTest::newRow(address) << address << false;
+    }
+    for (const char *address : {"http://a.example/", "https://a.example/", "file:///a", "ftp://a.example/"}) {
+      QTest::newRow(address) << address << true;
+    }
+    QTest::newRow("endless") << "http://a.example/" + QString(100000, 'x') << false;
+  }
+
+  void Unrecorded() {
+    QFETCH(QString, address);
+    THistoryStore store(m_file);
+    store.AddVisit(address, "t");
+    store.SetTitle(address, "t");
+    QVERIFY(store.Flush());
+    QTEST(store.Count() == 1, "recorded");
+  }
+
+  void RemovesAndClears() {
+    THistoryStore store(m_file);
+    for (int i = 0; i < 5; ++i) store.AddVisit(QString("http://%1.example/").arg(i), "Page");
+    store.Remove("http://3.example/");
+    QVERIFY(store.Flush());
+    QCOMPARE(Addresses(store, "page").size(), 4);
+    QVERIFY(Addresses(store, "3").isEmpty());
+    store.Clear();
+    store.AddVisit("http://new.example/", "Page");
+    QVERIFY(store.Flush());
+    QCOMPARE(Addresses(store, "page"), QStringList("http://new.example/"));
+  }
+
+  void Finds_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("found");
+    const auto row = [](const char *text, bool found) { QTest::newRow(text) << QString(text) << found; };
+    row("news", true);
+    row("NE", true);
+    row("ews", false);
+    row("weather news", true);
+    row("example.org/new", true);
+    row("www.example.org", true);
+    row("http://www.example.org/news/", true);
+    row("https://www.example.org", false);
+    row("example.net", false);
+    row("example org", true);
+    row("news example", true);
+    row("strasse", true);
+    row("straße", true);
+    row("Bücher", true);
+    row("bucher", true);
+    row("検索", true);
+    row("索の", true);
+    row("索検", false);
+    row("übung", true);
+    row("c++", true);  // finds any word that begins with "c"
+    row("\" OR words*", false);
+    row("news NOT weather", false);
+    row("*", false);
+    row("  ", false);
+    row("", false);
+  }
+
+  void Finds() {
+    THistoryStore store(m_file);
+    store.AddVisit(
+        "http://www.example.org/news/%C3%9Cbung?id=1",
+        "Weather & News – Stra\u00DFe, B\u00FCcher \u30AF\u30A4\u30C3\u30AF\u691C\u7D22\u306E\u6574\u7406 City");
+    QVERIFY(store.Flush());
+    QFETCH(QString, text);
+    QTEST(!store.Search(text, 5).isEmpty(), "found");
+  }
+
+  void MostUsedFirst() {
+    THistoryStore store(m_file);
+    const auto visit = [&](const char *name, int times, int last) {
+      for (int i = 0; i < times; ++i) store.AddVisit(QString("http://%1.example/").arg(name), "Page", At(last));
+    };
+    visit("rare", 1, 50);
+    visit("often", 5, 10);
+    visit("older", 2, 20);
+    visit("newer", 2, 30);
+    QVERIFY(store.Flush());
+    QCOMPARE(Addresses(store, "page"), QStringList({"http://often.example/", "http://newer.example/",
+                                                    "http://older.example/", "http://rare.example/"}));
+    QCOMPARE(Addresses(store, "page", 2).size(), 2);
+    QVERIFY(Addresses(store, "page", 0).isEmpty());
+  }
+
+  // More pages than are looked through at once: rare words are found all the same, wherever they stand, common ones
+  // give a full answer, and the most used page comes first.
+  void FindsAmongMany() {
+    constexpr int Many = 12000;
+    THistoryStore store(m_file);
+    for (int i = 0; i < Many; ++i) {
+      const QString address = QString("http://www.example.org/page%1").arg(i);
+      store.AddVisit(address, i % 4000 == 17 ? "A needle in it" : "Some title");
+      if (i % 3 == 0) store.AddVisit(address, QString());
+      for (int again = 0; i == 8017 && again < 5; ++again) store.AddVisit(address, QString());
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(store.Flush(), 30000);
+    QCOMPARE(store.Count(), Many);
+    QCOMPARE(Addresses(store, "need"),
+             QStringList({"http://www.example.org/page8017", "http://www.example.org/page4017",
+                          "http://www.example.org/page17"}));
+    QCOMPARE(Addresses(store, "some title page11999"), QStringList("http://www.example.org/page11999"));
+    QCOMPARE(Addresses(store, "example page").size(), 20);
+    QCOMPARE(store.Search("example page", 1).first().address, QString("http://www.example.org/page8017"));
+  }
+
+  void DamagedFileIsSetAside_data() {
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("text") << QByteArray(5000, 'x');
+    QTest::newRow("a few bytes") << QByteArray("x");
+    QByteArray half = "SQLite format 3";
+    half.append('\0');
+    QTest::newRow("header and rubbish") << half + QByteArray(8000, '\x7f');
+  }
+
+  void DamagedFileIsSetAside() {
+    QFETCH(QByteArray, bytes);
+    QVERIFY(QDir().mkpath(QFileInfo(m_file).path()));
+    QFile file(m_file);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    file.close();
+    THistoryStore store(m_file);
+    QVERIFY(store.Search("a", 5).isEmpty());
+    store.AddVisit("http://a.example/", "A");
+    QVERIFY(store.Flush());
+    QCOMPARE(Addresses(store, "a"), QStringList("http://a.example/"));
+    QFile aside(store.SetAsideFile());
+    QVERIFY(aside.open(QIODevice::ReadOnly));
+    QCOMPARE(aside.readAll(), bytes);
+  }
+
+  // Another program writes over the file while the store is at work.
+  void DamageInUse() {
+    THistoryStore store(m_file);
+    for (int i = 0; i < 3000; ++i) store.AddVisit(QString("http://a.example/%1").arg(i), "Page");
+    QTRY_VERIFY_WITH_TIMEOUT(store.Flush(), 30000);
+    {
+      sqlite3 *other = nullptr;
+      QCOMPARE(sqlite3_open(QFile::encodeName(m_file).constData(), &other), SQLITE_OK);
+      QCOMPARE(sqlite3_exec(other, "PRAGMA wal_checkpoint(TRUNCATE)", nullptr, nullptr, nullptr), SQLITE_OK);
+      sqlite3_close(other);
+    }
+    QFile file(m_file);
+    QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(100));
+    QVERIFY(file.write(QByteArray(file.size() - 100, '\x55')) > 0);
+    file.close();
+    const auto works = [&] {
+      store.AddVisit("http://after.example/", "After");
+      (void)store.Search("page needle", 5);
+      return store.Flush() && Addresses(store, "after") == QStringList("http://after.example/");
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(works(), 20000);
+    QVERIFY(QFileInfo::exists(store.SetAsideFile()));
+  }
+
+  void SeveralProcesses() {
+    THistoryStore one(m_file);
+    THistoryStore two(m_file);
+    for (int i = 0; i < 50; ++i) {
+      one.AddVisit("http://both.example/", "Both");
+      two.AddVisit("http://both.example/", "Both");
+      if (i % 10 == 0) QVERIFY(one.Flush());
+    }
+    QVERIFY(one.Flush() && two.Flush());
+    QCOMPARE(one.Find("http://both.example/")->visits, 100);
+    QCOMPARE(Addresses(two, "both"), QStringList("http://both.example/"));
+  }
+
+  // A visit is not lost because somebody else keeps the file for a while.
+  void LockedByAnother() {
+    THistoryStore store(m_file);
+    store.AddVisit("http://a.example/", "Page");
+    QVERIFY(store.Flush());
+    sqlite3 *other = nullptr;
+    QCOMPARE(sqlite3_open(QFile::encodeName(m_file).constData(), &other), SQLITE_OK);
+    QCOMPARE(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+    store.AddVisit("http://b.example/", "Page");
+    QVERIFY(!store.Flush());
+    QCOMPARE(Addresses(store, "page"), QStringList("http://a.example/"));
+    QCOMPARE(sqlite3_exec(other, "ROLLBACK", nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(other);
+    QTRY_VERIFY_WITH_TIMEOUT(store.Flush(), 10000);
+    QCOMPARE(Addresses(store, "page").size(), 2);
+  }
+
+  void FolderThatTakesNothing() {
+    QFile inTheWay(m_folder->filePath("data"));
+    QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+    THistoryStore store(m_file);
+    store.AddVisit("http://a.example/", "Page");
+    QVERIFY(store.Flush());
+    QVERIFY(store.Search("page", 5).isEmpty());
+    QCOMPARE(store.Count(), 0);
+  }
 
  private:
   [[nodiscard]] static QStringList Addresses(const THistoryStore &store, const QString &text, int limit = 20) {
@@ -41,243 +263,6 @@ class TTestHistoryStore final : public QObject {
   std::unique_ptr<QTemporaryDir> m_folder;
   QString m_file;
 };
-
-void TTestHistoryStore::CountsVisits() {
-  {
-    THistoryStore store(m_file);
-    QVERIFY(!QFileInfo::exists(m_file));
-    QVERIFY(store.Search("a", 5).isEmpty());
-    QVERIFY(store.Flush());
-    store.AddVisit("http://a.example/", "First", At(10));
-    store.AddVisit("http://a.example/", QString(), At(30));
-    store.AddVisit("http://a.example/", "Late\nnews", At(20));
-  }
-  // The end of the store writes what it still held.
-  const THistoryStore again(m_file);
-  QCOMPARE(again.Count(), 1);
-  const auto page = again.Find("http://a.example/");
-  QVERIFY(page.has_value());
-  QCOMPARE(page->visits, 3);
-  QCOMPARE(page->title, QString("Late news"));
-  QCOMPARE(page->firstVisit, At(10));
-  QCOMPARE(page->lastVisit, At(30));
-  QVERIFY(!again.Find("http://A.example/"));
-  QCOMPARE(QFile::permissions(m_file) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
-}
-
-void TTestHistoryStore::TitleFollows() {
-  THistoryStore store(m_file);
-  store.AddVisit("http://a.example/", "Old words");
-  store.SetTitle("http://a.example/", "New words");
-  store.SetTitle("http://never.example/", "Never");
-  QVERIFY(store.Flush());
-  QCOMPARE(Addresses(store, "new"), QStringList("http://a.example/"));
-  QVERIFY(Addresses(store, "old").isEmpty());
-  QCOMPARE(store.Count(), 1);
-  QCOMPARE(store.Find("http://a.example/")->visits, 1);
-}
-
-void TTestHistoryStore::Unrecorded_data() {
-  QTest::addColumn<QString>("address");
-  QTest::addColumn<bool>("recorded");
-  for (const char *address :
-       {"about:blank", "zarvela:start", "javascript:x", "data:text/html,x", "view-source:http://a/",
-        "VIEW-SOURCE:http://a/", "blob:http://a/1", "", "no address", ":"}) {
-    QTest::newRow(address) << address << false;
-  }
-  for (const char *address : {"http://a.example/", "https://a.example/", "file:///a", "ftp://a.example/"}) {
-    QTest::newRow(address) << address << true;
-  }
-  QTest::newRow("endless") << "http://a.example/" + QString(100000, 'x') << false;
-}
-
-void TTestHistoryStore::Unrecorded() {
-  QFETCH(QString, address);
-  THistoryStore store(m_file);
-  store.AddVisit(address, "t");
-  store.SetTitle(address, "t");
-  QVERIFY(store.Flush());
-  QTEST(store.Count() == 1, "recorded");
-}
-
-void TTestHistoryStore::RemovesAndClears() {
-  THistoryStore store(m_file);
-  for (int i = 0; i < 5; ++i) store.AddVisit(QString("http://%1.example/").arg(i), "Page");
-  store.Remove("http://3.example/");
-  QVERIFY(store.Flush());
-  QCOMPARE(Addresses(store, "page").size(), 4);
-  QVERIFY(Addresses(store, "3").isEmpty());
-  store.Clear();
-  store.AddVisit("http://new.example/", "Page");
-  QVERIFY(store.Flush());
-  QCOMPARE(Addresses(store, "page"), QStringList("http://new.example/"));
-}
-
-void TTestHistoryStore::Finds_data() {
-  QTest::addColumn<QString>("text");
-  QTest::addColumn<bool>("found");
-  const auto row = [](const char *text, bool found) { QTest::newRow(text) << QString(text) << found; };
-  row("news", true);
-  row("NE", true);
-  row("ews", false);
-  row("weather news", true);
-  row("example.org/new", true);
-  row("www.example.org", true);
-  row("http://www.example.org/news/", true);
-  row("https://www.example.org", false);
-  row("example.net", false);
-  row("example org", true);
-  row("news example", true);
-  row("strasse", true);
-  row("straße", true);
-  row("Bücher", true);
-  row("bucher", true);
-  row("検索", true);
-  row("索の", true);
-  row("索検", false);
-  row("übung", true);
-  row("c++", true);  // finds any word that begins with "c"
-  row("\" OR words*", false);
-  row("news NOT weather", false);
-  row("*", false);
-  row("  ", false);
-  row("", false);
-}
-
-void TTestHistoryStore::Finds() {
-  THistoryStore store(m_file);
-  store.AddVisit(
-      "http://www.example.org/news/%C3%9Cbung?id=1",
-      "Weather & News – Stra\u00DFe, B\u00FCcher \u30AF\u30A4\u30C3\u30AF\u691C\u7D22\u306E\u6574\u7406 City");
-  QVERIFY(store.Flush());
-  QFETCH(QString, text);
-  QTEST(!store.Search(text, 5).isEmpty(), "found");
-}
-
-void TTestHistoryStore::MostUsedFirst() {
-  THistoryStore store(m_file);
-  const auto visit = [&](const char *name, int times, int last) {
-    for (int i = 0; i < times; ++i) store.AddVisit(QString("http://%1.example/").arg(name), "Page", At(last));
-  };
-  visit("rare", 1, 50);
-  visit("often", 5, 10);
-  visit("older", 2, 20);
-  visit("newer", 2, 30);
-  QVERIFY(store.Flush());
-  QCOMPARE(Addresses(store, "page"), QStringList({"http://often.example/", "http://newer.example/",
-                                                  "http://older.example/", "http://rare.example/"}));
-  QCOMPARE(Addresses(store, "page", 2).size(), 2);
-  QVERIFY(Addresses(store, "page", 0).isEmpty());
-}
-
-// More pages than are looked through at once: rare words are found all the same, wherever they stand, common ones give
-// a full answer, and the most used page comes first.
-void TTestHistoryStore::FindsAmongMany() {
-  constexpr int Many = 12000;
-  THistoryStore store(m_file);
-  for (int i = 0; i < Many; ++i) {
-    const QString address = QString("http://www.example.org/page%1").arg(i);
-    store.AddVisit(address, i % 4000 == 17 ? "A needle in it" : "Some title");
-    if (i % 3 == 0) store.AddVisit(address, QString());
-    for (int again = 0; i == 8017 && again < 5; ++again) store.AddVisit(address, QString());
-  }
-  QTRY_VERIFY_WITH_TIMEOUT(store.Flush(), 30000);
-  QCOMPARE(store.Count(), Many);
-  QCOMPARE(Addresses(store, "need"), QStringList({"http://www.example.org/page8017", "http://www.example.org/page4017",
-                                                  "http://www.example.org/page17"}));
-  QCOMPARE(Addresses(store, "some title page11999"), QStringList("http://www.example.org/page11999"));
-  QCOMPARE(Addresses(store, "example page").size(), 20);
-  QCOMPARE(store.Search("example page", 1).first().address, QString("http://www.example.org/page8017"));
-}
-
-void TTestHistoryStore::DamagedFileIsSetAside_data() {
-  QTest::addColumn<QByteArray>("bytes");
-  QTest::newRow("text") << QByteArray(5000, 'x');
-  QTest::newRow("a few bytes") << QByteArray("x");
-  QByteArray half = "SQLite format 3";
-  half.append('\0');
-  QTest::newRow("header and rubbish") << half + QByteArray(8000, '\x7f');
-}
-
-void TTestHistoryStore::DamagedFileIsSetAside() {
-  QFETCH(QByteArray, bytes);
-  QVERIFY(QDir().mkpath(QFileInfo(m_file).path()));
-  QFile file(m_file);
-  QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-  file.close();
-  THistoryStore store(m_file);
-  QVERIFY(store.Search("a", 5).isEmpty());
-  store.AddVisit("http://a.example/", "A");
-  QVERIFY(store.Flush());
-  QCOMPARE(Addresses(store, "a"), QStringList("http://a.example/"));
-  QFile aside(store.SetAsideFile());
-  QVERIFY(aside.open(QIODevice::ReadOnly));
-  QCOMPARE(aside.readAll(), bytes);
-}
-
-// Another program writes over the file while the store is at work.
-void TTestHistoryStore::DamageInUse() {
-  THistoryStore store(m_file);
-  for (int i = 0; i < 3000; ++i) store.AddVisit(QString("http://a.example/%1").arg(i), "Page");
-  QTRY_VERIFY_WITH_TIMEOUT(store.Flush(), 30000);
-  {
-    sqlite3 *other = nullptr;
-    QCOMPARE(sqlite3_open(QFile::encodeName(m_file).constData(), &other), SQLITE_OK);
-    QCOMPARE(sqlite3_exec(other, "PRAGMA wal_checkpoint(TRUNCATE)", nullptr, nullptr, nullptr), SQLITE_OK);
-    sqlite3_close(other);
-  }
-  QFile file(m_file);
-  QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(100));
-  QVERIFY(file.write(QByteArray(file.size() - 100, '\x55')) > 0);
-  file.close();
-  const auto works = [&] {
-    store.AddVisit("http://after.example/", "After");
-    (void)store.Search("page needle", 5);
-    return store.Flush() && Addresses(store, "after") == QStringList("http://after.example/");
-  };
-  QTRY_VERIFY_WITH_TIMEOUT(works(), 20000);
-  QVERIFY(QFileInfo::exists(store.SetAsideFile()));
-}
-
-void TTestHistoryStore::SeveralProcesses() {
-  THistoryStore one(m_file);
-  THistoryStore two(m_file);
-  for (int i = 0; i < 50; ++i) {
-    one.AddVisit("http://both.example/", "Both");
-    two.AddVisit("http://both.example/", "Both");
-    if (i % 10 == 0) QVERIFY(one.Flush());
-  }
-  QVERIFY(one.Flush() && two.Flush());
-  QCOMPARE(one.Find("http://both.example/")->visits, 100);
-  QCOMPARE(Addresses(two, "both"), QStringList("http://both.example/"));
-}
-
-// A visit is not lost because somebody else keeps the file for a while.
-void TTestHistoryStore::LockedByAnother() {
-  THistoryStore store(m_file);
-  store.AddVisit("http://a.example/", "Page");
-  QVERIFY(store.Flush());
-  sqlite3 *other = nullptr;
-  QCOMPARE(sqlite3_open(QFile::encodeName(m_file).constData(), &other), SQLITE_OK);
-  QCOMPARE(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
-  store.AddVisit("http://b.example/", "Page");
-  QVERIFY(!store.Flush());
-  QCOMPARE(Addresses(store, "page"), QStringList("http://a.example/"));
-  QCOMPARE(sqlite3_exec(other, "ROLLBACK", nullptr, nullptr, nullptr), SQLITE_OK);
-  sqlite3_close(other);
-  QTRY_VERIFY_WITH_TIMEOUT(store.Flush(), 10000);
-  QCOMPARE(Addresses(store, "page").size(), 2);
-}
-
-void TTestHistoryStore::FolderThatTakesNothing() {
-  QFile inTheWay(m_folder->filePath("data"));
-  QVERIFY(inTheWay.open(QIODevice::WriteOnly));
-  THistoryStore store(m_file);
-  store.AddVisit("http://a.example/", "Page");
-  QVERIFY(store.Flush());
-  QVERIFY(store.Search("page", 5).isEmpty());
-  QCOMPARE(store.Count(), 0);
-}
 
 QTEST_GUILESS_MAIN(TTestHistoryStore)
 #include "test_history_store.moc"

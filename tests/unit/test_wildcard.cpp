@@ -62,184 +62,174 @@ class TestWildcard final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void Rules_data();
-  void Rules();
-  void LikeThePlainReading();
-  void Hostile_data();
-  void Hostile();
-  void Prefixes_data();
-  void Prefixes();
-  void LikeWalking_data();
-  void LikeWalking();
-  void LongList_data();
-  void LongList();
-};
 
-void TestWildcard::Rules_data() {
-  QTest::addColumn<QString>("pattern");
-  QTest::addColumn<QString>("text");
-  QTest::addColumn<bool>("fits");
-  const auto row = [](const char *pattern, const char *text, bool fits) {
-    QTest::addRow("'%s' and '%s'", pattern, text) << QString::fromLatin1(pattern) << QString::fromLatin1(text) << fits;
-  };
-  row("", "", true);
-  row("", "a", false);
-  row("*", "", true);
-  row("*", "abc", true);
-  row("**", "", false);  // only a single star fits nothing at all
-  row("**", "a", true);
-  row("***", "", false);
-  row("***", "a", true);
-  row("a**", "a", false);
-  row("a**", "ab", true);
-  row("a*", "a", true);
-  row("**a", "a", true);
-  row("a**b", "ab", true);
-  row("?", "", false);
-  row("?", "ab", false);
-  row("?*", "a", true);
-  row("*?", "", false);
-  row("a?c", "abc", true);
-  row("a?c", "ac", false);
-  row("ABC*", "abcd", false);
-  row("a*b*c", "a-b-c-b-c", true);
-  row("a*b*c", "a-c-b", false);
-  row("*ab", "aab", true);
-  row("*ab*ab", "ab", false);
-  row("*a?b*", "aacb", true);
-}
-
-void TestWildcard::Rules() {
-  QFETCH(QString, pattern);
-  QFETCH(QString, text);
-  QFETCH(bool, fits);
-  QCOMPARE(MatchWildcard(text, pattern), fits);
-  QCOMPARE(TPlainReading(text, pattern).Match(), fits);
-}
-
-void TestWildcard::LikeThePlainReading() {
-  QRandomGenerator random(20260701);
-  int fitting = 0;
-  for (int round = 0; round < 60000; ++round) {
-    const QString pattern = RandomText(random, round % 2 == 0 ? "ab*?" : "aab**", 10);
-    const QString text = RandomText(random, "aab", 14);
-    const bool expected = TPlainReading(text, pattern).Match();
-    fitting += expected ? 1 : 0;
-    if (MatchWildcard(text, pattern) != expected) QFAIL(qPrintable(pattern + QStringLiteral(" and ") + text));
+  void Rules_data() {
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("fits");
+    const auto row = [](const char *pattern, const char *text, bool fits) {
+      QTest::addRow("'%s' and '%s'", pattern, text)
+          << QString::fromLatin1(pattern) << QString::fromLatin1(text) << fits;
+    };
+    row("", "", true);
+    row("", "a", false);
+    row("*", "", true);
+    row("*", "abc", true);
+    row("**", "", false);  // only a single star fits nothing at all
+    row("**", "a", true);
+    row("***", "", false);
+    row("***", "a", true);
+    row("a**", "a", false);
+    row("a**", "ab", true);
+    row("a*", "a", true);
+    row("**a", "a", true);
+    row("a**b", "ab", true);
+    row("?", "", false);
+    row("?", "ab", false);
+    row("?*", "a", true);
+    row("*?", "", false);
+    row("a?c", "abc", true);
+    row("a?c", "ac", false);
+    row("ABC*", "abcd", false);
+    row("a*b*c", "a-b-c-b-c", true);
+    row("a*b*c", "a-c-b", false);
+    row("*ab", "aab", true);
+    row("*ab*ab", "ab", false);
+    row("*a?b*", "aacb", true);
   }
-  // Random pairs that hardly ever fit would compare nothing.
-  QVERIFY(fitting > 6000);
-}
 
-void TestWildcard::Hostile_data() {
-  QTest::addColumn<QString>("pattern");
-  QTest::newRow("many stars") << QStringLiteral("*a").repeated(500) + QStringLiteral("b");
-  QTest::newRow("many stars, open end") << QStringLiteral("*a").repeated(500) + QStringLiteral("b*");
-  QTest::newRow("stars in a row") << QString(5000, u'*') + u'b';
-  QTest::newRow("stars and question marks") << QStringLiteral("*?").repeated(500) + QStringLiteral("b");
-  QTest::newRow("nearly fitting parts") << QStringLiteral("*aaaaaaab").repeated(50);
-}
+  void Rules() {
+    QFETCH(QString, pattern);
+    QFETCH(QString, text);
+    QFETCH(bool, fits);
+    QCOMPARE(MatchWildcard(text, pattern), fits);
+    QCOMPARE(TPlainReading(text, pattern).Match(), fits);
+  }
 
-void TestWildcard::Hostile() {
-  QFETCH(QString, pattern);
-  // Tried star by star this would not end in anybody's life.
-  const QString text(100000, u'a');
-  QVERIFY(!MatchWildcard(text, pattern));
-  QVERIFY(!MatchWildcard(text, QStringLiteral("a") + pattern));
-  TPopupPatterns patterns;
-  QStringList list;
-  for (int i = 0; i < 100; ++i) list.append(pattern + QString::number(i));
-  patterns.Set(list);
-  QCOMPARE(patterns.FirstMatch(text), -1);
-}
+  void LikeThePlainReading() {
+    QRandomGenerator random(20260701);
+    int fitting = 0;
+    for (int round = 0; round < 60000; ++round) {
+      const QString pattern = RandomText(random, round % 2 == 0 ? "ab*?" : "aab**", 10);
+      const QString text = RandomText(random, "aab", 14);
+      const bool expected = TPlainReading(text, pattern).Match();
+      fitting += expected ? 1 : 0;
+      if (MatchWildcard(text, pattern) != expected) QFAIL(qPrintable(pattern + QStringLiteral(" and ") + text));
+    }
+    // Random pairs that hardly ever fit would compare nothing.
+    QVERIFY(fitting > 6000);
+  }
 
-void TestWildcard::Prefixes_data() {
-  QTest::addColumn<QStringList>("patterns");
-  QTest::addColumn<QString>("address");
-  QTest::addColumn<int>("first");
-  const QString host = QStringLiteral("ads.example");
-  const QString page = QStringLiteral("http://ads.example/x");
-  QTest::newRow("itself") << QStringList{host} << host << 0;
-  QTest::newRow("its beginning") << QStringList{host} << host + QStringLiteral("/x") << 0;
-  QTest::newRow("not behind a scheme") << QStringList{host} << page << -1;
-  QTest::newRow("case counts") << QStringList{"http://ADS.example"} << page << -1;
-  QTest::newRow("a star in the host") << QStringList{"http://*.example"} << page << 0;
-  QTest::newRow("a star at the end stays one") << QStringList{"http://ads.example/x*"} << page << 0;
-  QTest::newRow("two stars want more") << QStringList{"http://ads.example/x**"} << page << -1;
-  QTest::newRow("a question mark") << QStringList{"http://ad?.example"} << page << 0;
-  QTest::newRow("an empty pattern is none") << QStringList{QString()} << page << -1;
-  QTest::newRow("the first, not the longest") << QStringList{"zzz", "http://ads", "http://ads.example/"} << page << 1;
-  QTest::newRow("the first, not the shortest") << QStringList{"http://ads.example/", "http://ads"} << page << 0;
-  QTest::newRow("a wildcard before a plain one") << QStringList{"*ads", "http://ads"} << page << 0;
-  QTest::newRow("a plain one before a wildcard") << QStringList{"http://ads", "*ads"} << page << 0;
-  QTest::newRow("everything") << QStringList{"*"} << QString() << 0;
-  QTest::newRow("any one character") << QStringList{"?"} << page << 0;
-}
+  void Hostile_data() {
+    QTest::addColumn<QString>("pattern");
+    QTest::newRow("many stars") << QStringLiteral("*a").repeated(500) + QStringLiteral("b");
+    QTest::newRow("many stars, open end") << QStringLiteral("*a").repeated(500) + QStringLiteral("b*");
+    QTest::newRow("stars in a row") << QString(5000, u'*') + u'b';
+    QTest::newRow("stars and question marks") << QStringLiteral("*?").repeated(500) + QStringLiteral("b");
+    QTest::newRow("nearly fitting parts") << QStringLiteral("*aaaaaaab").repeated(50);
+  }
 
-void TestWildcard::Prefixes() {
-  QFETCH(QStringList, patterns);
-  QFETCH(QString, address);
-  TPopupPatterns list;
-  list.Set(patterns);
-  QTEST(list.FirstMatch(address), "first");
-}
+  void Hostile() {
+    QFETCH(QString, pattern);
+    // Tried star by star this would not end in anybody's life.
+    const QString text(100000, u'a');
+    QVERIFY(!MatchWildcard(text, pattern));
+    QVERIFY(!MatchWildcard(text, QStringLiteral("a") + pattern));
+    TPopupPatterns patterns;
+    QStringList list;
+    for (int i = 0; i < 100; ++i) list.append(pattern + QString::number(i));
+    patterns.Set(list);
+    QCOMPARE(patterns.FirstMatch(text), -1);
+  }
 
-void TestWildcard::LikeWalking_data() {
-  QTest::addColumn<QByteArray>("letters");
-  QTest::newRow("few wildcards") << QByteArray("aaabbbc*");
-  QTest::newRow("many wildcards") << QByteArray("abc*?");
-  QTest::newRow("no wildcards") << QByteArray("ab");
-}
+  void Prefixes_data() {
+    QTest::addColumn<QStringList>("patterns");
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<int>("first");
+    const QString host = QStringLiteral("ads.example");
+    const QString page = QStringLiteral("http://ads.example/x");
+    QTest::newRow("itself") << QStringList{host} << host << 0;
+    QTest::newRow("its beginning") << QStringList{host} << host + QStringLiteral("/x") << 0;
+    QTest::newRow("not behind a scheme") << QStringList{host} << page << -1;
+    QTest::newRow("case counts") << QStringList{"http://ADS.example"} << page << -1;
+    QTest::newRow("a star in the host") << QStringList{"http://*.example"} << page << 0;
+    QTest::newRow("a star at the end stays one") << QStringList{"http://ads.example/x*"} << page << 0;
+    QTest::newRow("two stars want more") << QStringList{"http://ads.example/x**"} << page << -1;
+    QTest::newRow("a question mark") << QStringList{"http://ad?.example"} << page << 0;
+    QTest::newRow("an empty pattern is none") << QStringList{QString()} << page << -1;
+    QTest::newRow("the first, not the longest") << QStringList{"zzz", "http://ads", "http://ads.example/"} << page << 1;
+    QTest::newRow("the first, not the shortest") << QStringList{"http://ads.example/", "http://ads"} << page << 0;
+    QTest::newRow("a wildcard before a plain one") << QStringList{"*ads", "http://ads"} << page << 0;
+    QTest::newRow("a plain one before a wildcard") << QStringList{"http://ads", "*ads"} << page << 0;
+    QTest::newRow("everything") << QStringList{"*"} << QString() << 0;
+    QTest::newRow("any one character") << QStringList{"?"} << page << 0;
+  }
 
-void TestWildcard::LikeWalking() {
-  QFETCH(QByteArray, letters);
-  QRandomGenerator random(815);
-  int matches = 0;
-  for (int round = 0; round < 300; ++round) {
-    QStringList patterns;
-    for (int i = 0; i < 30; ++i) patterns.append(RandomText(random, letters.constData(), 9));
-    // The same object takes one list after the other.
-    static TPopupPatterns list;
+  void Prefixes() {
+    QFETCH(QStringList, patterns);
+    QFETCH(QString, address);
+    TPopupPatterns list;
     list.Set(patterns);
-    for (int i = 0; i < 40; ++i) {
-      const QString address = RandomText(random, "aaabbc", 12);
-      const int expected = FirstByWalking(patterns, address);
-      matches += expected >= 0 ? 1 : 0;
-      if (list.FirstMatch(address) != expected) {
-        QFAIL(qPrintable(patterns.join(u' ') + QStringLiteral(" and ") + address));
+    QTEST(list.FirstMatch(address), "first");
+  }
+
+  void LikeWalking_data() {
+    QTest::addColumn<QByteArray>("letters");
+    QTest::newRow("few wildcards") << QByteArray("aaabbbc*");
+    QTest::newRow("many wildcards") << QByteArray("abc*?");
+    QTest::newRow("no wildcards") << QByteArray("ab");
+  }
+
+  void LikeWalking() {
+    QFETCH(QByteArray, letters);
+    QRandomGenerator random(815);
+    int matches = 0;
+    for (int round = 0; round < 300; ++round) {
+      QStringList patterns;
+      for (int i = 0; i < 30; ++i) patterns.append(RandomText(random, letters.constData(), 9));
+      // The same object takes one list after the other.
+      static TPopupPatterns list;
+      list.Set(patterns);
+      for (int i = 0; i < 40; ++i) {
+        const QString address = RandomText(random, "aaabbc", 12);
+        const int expected = FirstByWalking(patterns, address);
+        matches += expected >= 0 ? 1 : 0;
+        if (list.FirstMatch(address) != expected) {
+          QFAIL(qPrintable(patterns.join(u' ') + QStringLiteral(" and ") + address));
+        }
       }
     }
+    QVERIFY(matches > 1000 && matches < 300 * 40);
   }
-  QVERIFY(matches > 1000 && matches < 300 * 40);
-}
 
-void TestWildcard::LongList_data() {
-  QTest::addColumn<QString>("form");
-  QTest::addColumn<QString>("address");
-  QTest::newRow("hosts") << "http://ads%1.example/"
-                         << "http://ads%1.example/banner?x=1";
-  QTest::newRow("stars in the host") << "http://*.ads%1.example/"
-                                     << "http://www.ads%1.example/banner";
-  QTest::newRow("anywhere") << "*/banner%1-"
-                            << "http://www.example/a/banner%1-/page";
-  QTest::newRow("hostile") << "*a*a*a*a*a*b%1-"
-                           << "http://aaaaaaaaaaaaaaaaaaaaaaaa/b%1-x";
-}
+  void LongList_data() {
+    QTest::addColumn<QString>("form");
+    QTest::addColumn<QString>("address");
+    QTest::newRow("hosts") << "http://ads%1.example/"
+                           << "http://ads%1.example/banner?x=1";
+    QTest::newRow("stars in the host") << "http://*.ads%1.example/"
+                                       << "http://www.ads%1.example/banner";
+    QTest::newRow("anywhere") << "*/banner%1-"
+                              << "http://www.example/a/banner%1-/page";
+    QTest::newRow("hostile") << "*a*a*a*a*a*b%1-"
+                             << "http://aaaaaaaaaaaaaaaaaaaaaaaa/b%1-x";
+  }
 
-void TestWildcard::LongList() {
-  QFETCH(QString, form);
-  QFETCH(QString, address);
-  constexpr int Count = 100000;
-  QStringList patterns;
-  patterns.reserve(Count);
-  for (int i = 0; i < Count; ++i) patterns.append(form.arg(i));
-  TPopupPatterns list;
-  list.Set(patterns);
-  // So many that walking through the list each time would take minutes.
-  for (int i = 0; i < Count; i += 37) QCOMPARE(list.FirstMatch(address.arg(i)), i);
-  const QString stranger(2000, u'a');
-  for (int i = 0; i < 500; ++i) QCOMPARE(list.FirstMatch(stranger + QString::number(i)), -1);
-}
+  void LongList() {
+    QFETCH(QString, form);
+    QFETCH(QString, address);
+    constexpr int Count = 100000;
+    QStringList patterns;
+    patterns.reserve(Count);
+    for (int i = 0; i < Count; ++i) patterns.append(form.arg(i));
+    TPopupPatterns list;
+    list.Set(patterns);
+    // So many that walking through the list each time would take minutes.
+    for (int i = 0; i < Count; i += 37) QCOMPARE(list.FirstMatch(address.arg(i)), i);
+    const QString stranger(2000, u'a');
+    for (int i = 0; i < 500; ++i) QCOMPARE(list.FirstMatch(stranger + QString::number(i)), -1);
+  }
+};
 
 QTEST_APPLESS_MAIN(TestWildcard)
 #include "test_wildcard.moc"

@@ -19,287 +19,272 @@ class TestAddressBar final : public QObject {
   void init() { m_f.Begin(); }
   void cleanup() { m_f.End(); }
 
-  void Enter_data();
-  void Enter();
-  void EscapeAndLeaving();
-  void ShowsAndCopiesForeignNames();
-  void FilesWhatWasTyped();
-  void ListOpensAndForgets_data();
-  void ListOpensAndForgets();
-  void ChoosingFromTheList();
-  void WalkingOpensNothing();
-  void ClearsAfterAsking_data();
-  void ClearsAfterAsking();
-  void TakesDrops_data();
-  void TakesDrops();
-  void LabelNarrowsTheBand();
+  void Enter_data() {
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<Qt::KeyboardModifiers>("keys");
+    QTest::addColumn<QStringList>("opened");
+    QTest::addColumn<bool>("newTab");
+    const Qt::KeyboardModifiers none, ctrl(Qt::ControlModifier), shift(Qt::ShiftModifier), alt(Qt::AltModifier);
+    QTest::newRow("as typed") << "a.example/x y" << none << QStringList("a.example/x y") << false;
+    QTest::newRow("ctrl") << "word" << ctrl << QStringList("http://www.word.com") << false;
+    QTest::newRow("shift") << "word" << shift << QStringList("http://www.word.net") << false;
+    QTest::newRow("both") << "word" << (ctrl | shift) << QStringList("gopher:word.invalid") << false;
+    QTest::newRow("alt") << "word" << alt << QStringList("word") << true;
+    QTest::newRow("alt and ctrl") << "word" << (alt | ctrl) << QStringList("http://www.word.com") << true;
+    QTest::newRow("nothing") << "" << none << QStringList() << false;
+    QTest::newRow("a blank") << " " << none << QStringList() << false;
+  }
+
+  void Enter() {
+    QFETCH(QString, typed);
+    QFETCH(Qt::KeyboardModifiers, keys);
+    TZVOptions options(*m_f.store);
+    options.Set(Setting::CtrlShiftPre, "gopher:");
+    options.Set(Setting::CtrlShiftPost, ".invalid");
+    m_f.Make();
+    QSignalSpy opened(m_f.bar, &TAddressBar::OpenRequested);
+    m_f.Type(typed);
+    // The keys themselves do nothing to the box.
+    if (keys & Qt::ShiftModifier) QTest::keyPress(m_f.window->windowHandle(), Qt::Key_Shift);
+    m_f.Press(Qt::Key_Return, keys);
+    QStringList texts;
+    for (const auto &call : opened) texts.append(call.at(0).toString());
+    QTEST(texts, "opened");
+    if (!opened.isEmpty()) QTEST(opened.at(0).at(1).toBool(), "newTab");
+  }
+
+  void EscapeAndLeaving() {
+    // What stands in the list is not opened because the box that shows it is left.
+    m_f.File({"http://page.example/", "http://other.example/"});
+    m_f.Make();
+    const QSignalSpy opened(m_f.bar, &TAddressBar::OpenRequested);
+    QSignalSpy left(m_f.bar, &TAddressBar::Left);
+    m_f.bar->ShowAddress("http://page.example/");
+    QCOMPARE(m_f.Edit()->text(), "http://page.example/");
+    m_f.Type("half");
+    m_f.bar->ShowAddress("http://other.example/");
+    QCOMPARE(m_f.Edit()->text(), "half");
+    m_f.Press(Qt::Key_Escape);
+    QCOMPARE(m_f.Edit()->text(), "http://other.example/");
+    QCOMPARE(m_f.Edit()->selectedText(), m_f.Edit()->text());
+    QCOMPARE(left.size(), 0);
+    m_f.Press(Qt::Key_Escape);
+    QCOMPARE(left.size(), 1);
+
+    m_f.Type("half");
+    auto *page = new QWidget(m_f.window.get());
+    m_f.window->setCentralWidget(page);
+    page->setFocusPolicy(Qt::ClickFocus);
+    QTRY_VERIFY(page->isVisible());
+    page->setFocus(Qt::ShortcutFocusReason);
+    QCOMPARE(m_f.Edit()->text(), "half");
+    m_f.bar->setFocus();
+    QVERIFY(m_f.Edit()->hasFocus());
+    QTest::mouseClick(page, Qt::LeftButton);
+    QVERIFY(page->hasFocus());
+    QCOMPARE(m_f.Edit()->text(), "http://other.example/");
+    // The click that brings the keyboard selects all, the next one places the caret.
+    QTest::mouseClick(m_f.Edit(), Qt::LeftButton);
+    QCOMPARE(m_f.Edit()->selectedText(), m_f.Edit()->text());
+    QTest::mouseClick(m_f.Edit(), Qt::LeftButton);
+    QCOMPARE(m_f.Edit()->selectedText(), "");
+    m_f.Type("http://page.example/");
+    QTest::mouseClick(page, Qt::LeftButton);
+    QCOMPARE(opened.size(), 0);
+    m_f.bar->ShowAddress("about:blank");
+    QCOMPARE(m_f.Edit()->text(), "");
+  }
+
+  void ShowsAndCopiesForeignNames() {
+    m_f.Make();
+    m_f.bar->ShowAddress("http://xn--bcher-kva.example/a%20b");
+    QCOMPARE(m_f.Edit()->text(), QString("http://b\u00FCcher.example/a%20b"));
+    m_f.bar->FocusAll();
+    m_f.Edit()->copy();
+    m_f.Press(Qt::Key_Delete);
+    m_f.Edit()->paste();
+    QCOMPARE(QString(QUrl(m_f.Edit()->text()).toEncoded()), "http://xn--bcher-kva.example/a%20b");
+    m_f.Press(Qt::Key_Escape);
+    m_f.bar->ShowAddress("http://xn--80ak6aa92e.com/");
+    QCOMPARE(m_f.Edit()->text(), "http://xn--80ak6aa92e.com/");
+  }
+
+  void FilesWhatWasTyped() {
+    m_f.Make();
+    m_f.bar->AddTypedAddress("http://link.example/");
+    QCOMPARE(m_f.Entries(), QStringList());
+    for (int i = 1; i <= 26; ++i) {
+      m_f.Type("x");
+      m_f.Press(Qt::Key_Return);
+      m_f.bar->AddTypedAddress(QString("http://%1.example/").arg(i));
+      // What follows was not typed.
+      m_f.bar->AddTypedAddress("http://link.example/");
+    }
+    QCOMPARE(m_f.bar->count(), 25);
+    QCOMPARE(m_f.Entries().first(), "http://26.example/");
+    QCOMPARE(m_f.Edit()->text(), "http://link.example/");
+    // The list changes under a text that is being typed without touching it.
+    m_f.Type("going on");
+    m_f.Edit()->setSelection(2, 3);
+    m_f.Press(Qt::Key_Return);
+    m_f.Type("typing");
+    m_f.Edit()->setCursorPosition(3);
+    m_f.bar->AddTypedAddress("http://2.example/");
+    QCOMPARE(m_f.Entries().first(), "http://2.example/");
+    QCOMPARE(m_f.bar->count(), 25);
+    QCOMPARE(m_f.Edit()->text(), "typing");
+    QCOMPARE(m_f.Edit()->cursorPosition(), 3);
+
+    m_f.bar->SaveTypedAddresses();
+    TAddressBar again(m_f.language, *m_f.settings, *m_f.history);
+    QCOMPARE(again.count(), 25);
+    QCOMPARE(again.itemText(0), "http://2.example/");
+    QCOMPARE(again.lineEdit()->text(), "");
+  }
+
+  void ListOpensAndForgets_data() {
+    QTest::addColumn<int>("key");
+    QTest::addColumn<Qt::KeyboardModifiers>("keys");
+    QTest::newRow("alt down") << int(Qt::Key_Down) << Qt::KeyboardModifiers(Qt::AltModifier);
+    QTest::newRow("f4") << int(Qt::Key_F4) << Qt::KeyboardModifiers();
+  }
+
+  void ListOpensAndForgets() {
+    QFETCH(int, key);
+    QFETCH(Qt::KeyboardModifiers, keys);
+    m_f.File({"http://c.example/", "http://b.example/", "http://a.example/"});
+    m_f.Make("IE5");
+    m_f.bar->ShowAddress("http://page.example/");
+    m_f.Press(Qt::Key(key), keys);
+    QTRY_VERIFY(m_f.bar->view()->isVisible());
+    m_f.bar->view()->setCurrentIndex(m_f.bar->model()->index(1, 0));
+    QTest::keyClick(m_f.bar->view(), Qt::Key_Delete, Qt::ShiftModifier);
+    QCOMPARE(m_f.Entries(), QStringList({"http://a.example/", "http://c.example/"}));
+    QVERIFY(m_f.bar->view()->isVisible());
+    QCOMPARE(m_f.bar->view()->currentIndex().row(), 1);
+    QTest::keyClick(m_f.bar->view(), Qt::Key_Delete, Qt::ShiftModifier);
+    QTest::keyClick(m_f.bar->view(), Qt::Key_Delete, Qt::ShiftModifier);
+    QCOMPARE(m_f.bar->count(), 0);
+    QTRY_VERIFY(!m_f.bar->view()->isVisible());
+    QCOMPARE(m_f.Edit()->text(), "http://page.example/");
+    TTypedAddresses typed;
+    typed.Load(*m_f.store);
+    QVERIFY(typed.List().isEmpty());
+  }
+
+  void ChoosingFromTheList() {
+    m_f.File({"http://xn--bcher-kva.example/", "http://a.example/"});
+    m_f.Make();
+    QSignalSpy opened(m_f.bar, &TAddressBar::OpenRequested);
+    m_f.bar->showPopup();
+    m_f.bar->view()->setCurrentIndex(m_f.bar->model()->index(1, 0));
+    QTest::keyClick(m_f.bar->view(), Qt::Key_Return);
+    QCOMPARE(opened.size(), 1);
+    QCOMPARE(opened.at(0).at(0).toString(), "http://xn--bcher-kva.example/");
+    QCOMPARE(m_f.Edit()->text(), QString("http://b\u00FCcher.example/"));
+  }
+
+  void WalkingOpensNothing() {
+    m_f.File({"http://b.example/", "http://a.example/"});
+    m_f.Make();
+    m_f.bar->ShowAddress("http://page.example/");
+    QSignalSpy opened(m_f.bar, &TAddressBar::OpenRequested);
+    m_f.Press(Qt::Key_Down);
+    QCOMPARE(m_f.Edit()->text(), "http://a.example/");
+    m_f.Press(Qt::Key_Down);
+    m_f.Press(Qt::Key_Down);
+    QCOMPARE(m_f.Edit()->text(), "http://b.example/");
+    QWheelEvent wheel(QPointF(5, 5), m_f.bar->mapToGlobal(QPointF(5, 5)), {}, QPoint(0, 120), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(m_f.bar, &wheel);
+    QCOMPARE(m_f.Edit()->text(), "http://b.example/");
+    QCOMPARE(opened.size(), 0);
+    m_f.Press(Qt::Key_Escape);
+    QCOMPARE(m_f.Edit()->text(), "http://page.example/");
+  }
+
+  void ClearsAfterAsking_data() {
+    QTest::addColumn<QByteArray>("style");
+    QTest::addColumn<bool>("yes");
+    QTest::addColumn<bool>("hasNote");
+    QTest::newRow("yes") << QByteArray("IE5") << true << true;
+    QTest::newRow("no") << QByteArray("IE5") << false << true;
+    QTest::newRow("inline") << QByteArray("IE4") << true << false;
+  }
+
+  void ClearsAfterAsking() {
+    QFETCH(QByteArray, style);
+    QFETCH(bool, yes);
+    QFETCH(bool, hasNote);
+    m_f.File({"http://a.example/"});
+    m_f.Make(style);
+    m_f.bar->ShowAddress("http://page.example/");
+    OnModalDialog<TfrmConfirm>([&](TfrmConfirm &dialog) {
+      QCOMPARE(dialog.windowTitle(), "Clear typed addresses");
+      QCOMPARE(dialog.findChild<QTextEdit *>("mmoPrompt2")->isVisible(), hasNote);
+      dialog.findChild<QPushButton *>(yes ? "cmdOK" : "cmdCancel")->click();
+    });
+    m_f.bar->ClearAddressHistory();
+    QCOMPARE(m_f.bar->count(), yes ? 0 : 1);
+    QCOMPARE(m_f.Edit()->text(), "http://page.example/");
+    TTypedAddresses typed;
+    typed.Load(*m_f.store);
+    QCOMPARE(typed.List().isEmpty(), yes);
+  }
+
+  void TakesDrops_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("isLink");
+    QTest::addColumn<QString>("address");
+    QTest::newRow("link") << "http://a.example/x" << true << "http://a.example/x";
+    QTest::newRow("address as text") << " https://a.example/ " << false << "https://a.example/";
+    QTest::newRow("host as text") << "www.a.example/x" << false << "www.a.example/x";
+    QTest::newRow("host and port as text") << "127.0.0.1:8080/x" << false << "127.0.0.1:8080/x";
+    QTest::newRow("the own machine") << "localhost:8080" << false << "localhost:8080";
+    QTest::newRow("word") << "word" << false << "";
+    QTest::newRow("time of day") << "12:30" << false << "";
+    QTest::newRow("prose") << "see www.a.example there" << false << "";
+    QTest::newRow("script") << "javascript:alert(1.5)" << false << "";
+    QTest::newRow("script as link") << "javascript:alert(1)" << true << "";
+  }
+
+  void TakesDrops() {
+    QFETCH(QString, text);
+    QFETCH(bool, isLink);
+    m_f.Make();
+    QSignalSpy opened(m_f.bar, &TAddressBar::OpenRequested);
+    QMimeData data;
+    data.setText(text);
+    if (isLink) data.setUrls({QUrl(text)});
+    const auto drop = [&](QWidget *target) {
+      QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction | Qt::LinkAction, &data, Qt::LeftButton, Qt::NoModifier);
+      QApplication::sendEvent(target, &enter);
+      QDropEvent event(QPointF(5, 5), Qt::CopyAction | Qt::LinkAction, &data, Qt::LeftButton, Qt::NoModifier);
+      QApplication::sendEvent(target, &event);
+    };
+    QFETCH(QString, address);
+    for (QWidget *target : {static_cast<QWidget *>(m_f.Edit()), static_cast<QWidget *>(m_f.bar)}) {
+      opened.clear();
+      drop(target);
+      QCOMPARE(opened.size(), address.isEmpty() ? 0 : 1);
+      if (!address.isEmpty()) QCOMPARE(opened.at(0).at(0).toString(), address);
+    }
+  }
+
+  void LabelNarrowsTheBand() {
+    m_f.Make();
+    QTRY_VERIFY(m_f.band->width() >= 100);
+    QTest::mouseDClick(m_f.label, Qt::LeftButton);
+    QTRY_VERIFY(m_f.band->width() < 100);
+    QVERIFY(m_f.label->isVisible());
+    QVERIFY(m_f.band->rect().contains(m_f.label->geometry().center()));
+    QTest::mouseDClick(m_f.label, Qt::LeftButton);
+    QTRY_VERIFY(m_f.band->width() > 300);
+  }
 
  private:
   TLoneAddressBarFixture m_f;
 };
-
-void TestAddressBar::Enter_data() {
-  QTest::addColumn<QString>("typed");
-  QTest::addColumn<Qt::KeyboardModifiers>("keys");
-  QTest::addColumn<QStringList>("opened");
-  QTest::addColumn<bool>("newTab");
-  const Qt::KeyboardModifiers none, ctrl(Qt::ControlModifier), shift(Qt::ShiftModifier), alt(Qt::AltModifier);
-  QTest::newRow("as typed") << "a.example/x y" << none << QStringList("a.example/x y") << false;
-  QTest::newRow("ctrl") << "word" << ctrl << QStringList("http://www.word.com") << false;
-  QTest::newRow("shift") << "word" << shift << QStringList("http://www.word.net") << false;
-  QTest::newRow("both") << "word" << (ctrl | shift) << QStringList("gopher:word.invalid") << false;
-  QTest::newRow("alt") << "word" << alt << QStringList("word") << true;
-  QTest::newRow("alt and ctrl") << "word" << (alt | ctrl) << QStringList("http://www.word.com") << true;
-  QTest::newRow("nothing") << "" << none << QStringList() << false;
-  QTest::newRow("a blank") << " " << none << QStringList() << false;
-}
-
-void TestAddressBar::Enter() {
-  QFETCH(QString, typed);
-  QFETCH(Qt::KeyboardModifiers, keys);
-  TZVOptions options(*m_f.store);
-  options.Set(Setting::CtrlShiftPre, "gopher:");
-  options.Set(Setting::CtrlShiftPost, ".invalid");
-  m_f.Make();
-  QSignalSpy opened(m_f.bar, &TAddressBar::OpenRequested);
-  m_f.Type(typed);
-  // The keys themselves do nothing to the box.
-  if (keys & Qt::ShiftModifier) QTest::keyPress(m_f.window->windowHandle(), Qt::Key_Shift);
-  m_f.Press(Qt::Key_Return, keys);
-  QStringList texts;
-  for (const auto &call : opened) texts.append(call.at(0).toString());
-  QTEST(texts, "opened");
-  if (!opened.isEmpty()) QTEST(opened.at(0).at(1).toBool(), "newTab");
-}
-
-void TestAddressBar::EscapeAndLeaving() {
-  // What stands in the list is not opened because the box that shows it is left.
-  m_f.File({"http://page.example/", "http://other.example/"});
-  m_f.Make();
-  const QSignalSpy opened(m_f.bar, &TAddressBar::OpenRequested);
-  QSignalSpy left(m_f.bar, &TAddressBar::Left);
-  m_f.bar->ShowAddress("http://page.example/");
-  QCOMPARE(m_f.Edit()->text(), "http://page.example/");
-  m_f.Type("half");
-  m_f.bar->ShowAddress("http://other.example/");
-  QCOMPARE(m_f.Edit()->text(), "half");
-  m_f.Press(Qt::Key_Escape);
-  QCOMPARE(m_f.Edit()->text(), "http://other.example/");
-  QCOMPARE(m_f.Edit()->selectedText(), m_f.Edit()->text());
-  QCOMPARE(left.size(), 0);
-  m_f.Press(Qt::Key_Escape);
-  QCOMPARE(left.size(), 1);
-
-  m_f.Type("half");
-  auto *page = new QWidget(m_f.window.get());
-  m_f.window->setCentralWidget(page);
-  page->setFocusPolicy(Qt::ClickFocus);
-  QTRY_VERIFY(page->isVisible());
-  page->setFocus(Qt::ShortcutFocusReason);
-  QCOMPARE(m_f.Edit()->text(), "half");
-  m_f.bar->setFocus();
-  QVERIFY(m_f.Edit()->hasFocus());
-  QTest::mouseClick(page, Qt::LeftButton);
-  QVERIFY(page->hasFocus());
-  QCOMPARE(m_f.Edit()->text(), "http://other.example/");
-  // The click that brings the keyboard selects all, the next one places the caret.
-  QTest::mouseClick(m_f.Edit(), Qt::LeftButton);
-  QCOMPARE(m_f.Edit()->selectedText(), m_f.Edit()->text());
-  QTest::mouseClick(m_f.Edit(), Qt::LeftButton);
-  QCOMPARE(m_f.Edit()->selectedText(), "");
-  m_f.Type("http://page.example/");
-  QTest::mouseClick(page, Qt::LeftButton);
-  QCOMPARE(opened.size(), 0);
-  m_f.bar->ShowAddress("about:blank");
-  QCOMPARE(m_f.Edit()->text(), "");
-}
-
-void TestAddressBar::ShowsAndCopiesForeignNames() {
-  m_f.Make();
-  m_f.bar->ShowAddress("http://xn--bcher-kva.example/a%20b");
-  QCOMPARE(m_f.Edit()->text(), QString("http://b\u00FCcher.example/a%20b"));
-  m_f.bar->FocusAll();
-  m_f.Edit()->copy();
-  m_f.Press(Qt::Key_Delete);
-  m_f.Edit()->paste();
-  QCOMPARE(QString(QUrl(m_f.Edit()->text()).toEncoded()), "http://xn--bcher-kva.example/a%20b");
-  m_f.Press(Qt::Key_Escape);
-  m_f.bar->ShowAddress("http://xn--80ak6aa92e.com/");
-  QCOMPARE(m_f.Edit()->text(), "http://xn--80ak6aa92e.com/");
-}
-
-void TestAddressBar::FilesWhatWasTyped() {
-  m_f.Make();
-  m_f.bar->AddTypedAddress("http://link.example/");
-  QCOMPARE(m_f.Entries(), QStringList());
-  for (int i = 1; i <= 26; ++i) {
-    m_f.Type("x");
-    m_f.Press(Qt::Key_Return);
-    m_f.bar->AddTypedAddress(QString("http://%1.example/").arg(i));
-    // What follows was not typed.
-    m_f.bar->AddTypedAddress("http://link.example/");
-  }
-  QCOMPARE(m_f.bar->count(), 25);
-  QCOMPARE(m_f.Entries().first(), "http://26.example/");
-  QCOMPARE(m_f.Edit()->text(), "http://link.example/");
-  // The list changes under a text that is being typed without touching it.
-  m_f.Type("going on");
-  m_f.Edit()->setSelection(2, 3);
-  m_f.Press(Qt::Key_Return);
-  m_f.Type("typing");
-  m_f.Edit()->setCursorPosition(3);
-  m_f.bar->AddTypedAddress("http://2.example/");
-  QCOMPARE(m_f.Entries().first(), "http://2.example/");
-  QCOMPARE(m_f.bar->count(), 25);
-  QCOMPARE(m_f.Edit()->text(), "typing");
-  QCOMPARE(m_f.Edit()->cursorPosition(), 3);
-
-  m_f.bar->SaveTypedAddresses();
-  TAddressBar again(m_f.language, *m_f.settings, *m_f.history);
-  QCOMPARE(again.count(), 25);
-  QCOMPARE(again.itemText(0), "http://2.example/");
-  QCOMPARE(again.lineEdit()->text(), "");
-}
-
-void TestAddressBar::ListOpensAndForgets_data() {
-  QTest::addColumn<int>("key");
-  QTest::addColumn<Qt::KeyboardModifiers>("keys");
-  QTest::newRow("alt down") << int(Qt::Key_Down) << Qt::KeyboardModifiers(Qt::AltModifier);
-  QTest::newRow("f4") << int(Qt::Key_F4) << Qt::KeyboardModifiers();
-}
-
-void TestAddressBar::ListOpensAndForgets() {
-  QFETCH(int, key);
-  QFETCH(Qt::KeyboardModifiers, keys);
-  m_f.File({"http://c.example/", "http://b.example/", "http://a.example/"});
-  m_f.Make("IE5");
-  m_f.bar->ShowAddress("http://page.example/");
-  m_f.Press(Qt::Key(key), keys);
-  QTRY_VERIFY(m_f.bar->view()->isVisible());
-  m_f.bar->view()->setCurrentIndex(m_f.bar->model()->index(1, 0));
-  QTest::keyClick(m_f.bar->view(), Qt::Key_Delete, Qt::ShiftModifier);
-  QCOMPARE(m_f.Entries(), QStringList({"http://a.example/", "http://c.example/"}));
-  QVERIFY(m_f.bar->view()->isVisible());
-  QCOMPARE(m_f.bar->view()->currentIndex().row(), 1);
-  QTest::keyClick(m_f.bar->view(), Qt::Key_Delete, Qt::ShiftModifier);
-  QTest::keyClick(m_f.bar->view(), Qt::Key_Delete, Qt::ShiftModifier);
-  QCOMPARE(m_f.bar->count(), 0);
-  QTRY_VERIFY(!m_f.bar->view()->isVisible());
-  QCOMPARE(m_f.Edit()->text(), "http://page.example/");
-  TTypedAddresses typed;
-  typed.Load(*m_f.store);
-  QVERIFY(typed.List().isEmpty());
-}
-
-void TestAddressBar::ChoosingFromTheList() {
-  m_f.File({"http://xn--bcher-kva.example/", "http://a.example/"});
-  m_f.Make();
-  QSignalSpy opened(m_f.bar, &TAddressBar::OpenRequested);
-  m_f.bar->showPopup();
-  m_f.bar->view()->setCurrentIndex(m_f.bar->model()->index(1, 0));
-  QTest::keyClick(m_f.bar->view(), Qt::Key_Return);
-  QCOMPARE(opened.size(), 1);
-  QCOMPARE(opened.at(0).at(0).toString(), "http://xn--bcher-kva.example/");
-  QCOMPARE(m_f.Edit()->text(), QString("http://b\u00FCcher.example/"));
-}
-
-void TestAddressBar::WalkingOpensNothing() {
-  m_f.File({"http://b.example/", "http://a.example/"});
-  m_f.Make();
-  m_f.bar->ShowAddress("http://page.example/");
-  QSignalSpy opened(m_f.bar, &TAddressBar::OpenRequested);
-  m_f.Press(Qt::Key_Down);
-  QCOMPARE(m_f.Edit()->text(), "http://a.example/");
-  m_f.Press(Qt::Key_Down);
-  m_f.Press(Qt::Key_Down);
-  QCOMPARE(m_f.Edit()->text(), "http://b.example/");
-  QWheelEvent wheel(QPointF(5, 5), m_f.bar->mapToGlobal(QPointF(5, 5)), {}, QPoint(0, 120), Qt::NoButton,
-                    Qt::NoModifier, Qt::NoScrollPhase, false);
-  QApplication::sendEvent(m_f.bar, &wheel);
-  QCOMPARE(m_f.Edit()->text(), "http://b.example/");
-  QCOMPARE(opened.size(), 0);
-  m_f.Press(Qt::Key_Escape);
-  QCOMPARE(m_f.Edit()->text(), "http://page.example/");
-}
-
-void TestAddressBar::ClearsAfterAsking_data() {
-  QTest::addColumn<QByteArray>("style");
-  QTest::addColumn<bool>("yes");
-  QTest::addColumn<bool>("hasNote");
-  QTest::newRow("yes") << QByteArray("IE5") << true << true;
-  QTest::newRow("no") << QByteArray("IE5") << false << true;
-  QTest::newRow("inline") << QByteArray("IE4") << true << false;
-}
-
-void TestAddressBar::ClearsAfterAsking() {
-  QFETCH(QByteArray, style);
-  QFETCH(bool, yes);
-  QFETCH(bool, hasNote);
-  m_f.File({"http://a.example/"});
-  m_f.Make(style);
-  m_f.bar->ShowAddress("http://page.example/");
-  OnModalDialog<TfrmConfirm>([&](TfrmConfirm &dialog) {
-    QCOMPARE(dialog.windowTitle(), "Clear typed addresses");
-    QCOMPARE(dialog.findChild<QTextEdit *>("mmoPrompt2")->isVisible(), hasNote);
-    dialog.findChild<QPushButton *>(yes ? "cmdOK" : "cmdCancel")->click();
-  });
-  m_f.bar->ClearAddressHistory();
-  QCOMPARE(m_f.bar->count(), yes ? 0 : 1);
-  QCOMPARE(m_f.Edit()->text(), "http://page.example/");
-  TTypedAddresses typed;
-  typed.Load(*m_f.store);
-  QCOMPARE(typed.List().isEmpty(), yes);
-}
-
-void TestAddressBar::TakesDrops_data() {
-  QTest::addColumn<QString>("text");
-  QTest::addColumn<bool>("isLink");
-  QTest::addColumn<QString>("address");
-  QTest::newRow("link") << "http://a.example/x" << true << "http://a.example/x";
-  QTest::newRow("address as text") << " https://a.example/ " << false << "https://a.example/";
-  QTest::newRow("host as text") << "www.a.example/x" << false << "www.a.example/x";
-  QTest::newRow("host and port as text") << "127.0.0.1:8080/x" << false << "127.0.0.1:8080/x";
-  QTest::newRow("the own machine") << "localhost:8080" << false << "localhost:8080";
-  QTest::newRow("word") << "word" << false << "";
-  QTest::newRow("time of day") << "12:30" << false << "";
-  QTest::newRow("prose") << "see www.a.example there" << false << "";
-  QTest::newRow("script") << "javascript:alert(1.5)" << false << "";
-  QTest::newRow("script as link") << "javascript:alert(1)" << true << "";
-}
-
-void TestAddressBar::TakesDrops() {
-  QFETCH(QString, text);
-  QFETCH(bool, isLink);
-  m_f.Make();
-  QSignalSpy opened(m_f.bar, &TAddressBar::OpenRequested);
-  QMimeData data;
-  data.setText(text);
-  if (isLink) data.setUrls({QUrl(text)});
-  const auto drop = [&](QWidget *target) {
-    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction | Qt::LinkAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(target, &enter);
-    QDropEvent event(QPointF(5, 5), Qt::CopyAction | Qt::LinkAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(target, &event);
-  };
-  QFETCH(QString, address);
-  for (QWidget *target : {static_cast<QWidget *>(m_f.Edit()), static_cast<QWidget *>(m_f.bar)}) {
-    opened.clear();
-    drop(target);
-    QCOMPARE(opened.size(), address.isEmpty() ? 0 : 1);
-    if (!address.isEmpty()) QCOMPARE(opened.at(0).at(0).toString(), address);
-  }
-}
-
-void TestAddressBar::LabelNarrowsTheBand() {
-  m_f.Make();
-  QTRY_VERIFY(m_f.band->width() >= 100);
-  QTest::mouseDClick(m_f.label, Qt::LeftButton);
-  QTRY_VERIFY(m_f.band->width() < 100);
-  QVERIFY(m_f.label->isVisible());
-  QVERIFY(m_f.band->rect().contains(m_f.label->geometry().center()));
-  QTest::mouseDClick(m_f.label, Qt::LeftButton);
-  QTRY_VERIFY(m_f.band->width() > 300);
-}
 
 QTEST_MAIN(TestAddressBar)
 #include "test_address_bar.moc"

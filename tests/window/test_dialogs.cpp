@@ -49,401 +49,372 @@ class TestDialogs final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase();
 
-  void confirmAnswers_data();
-  void confirmAnswers();
-  void confirmEnterOnCancel();
-  void confirmHidesWhatHasNoText();
-  void confirmGrowsWithItsTexts();
-  void questionsOutliveTheirOwner();
-  void inputAnswers_data();
-  void inputAnswers();
+  void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
 
-  void closeAllWalksBackwards();
-  void closeAllChoices();
-  void closeAllCancelClosesNothing();
+  void confirmAnswers_data() {
+    QTest::addColumn<QString>("cancelText");
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<bool>("tick");
+    QTest::addColumn<bool>("isRisky");
+    QTest::addColumn<bool>("accepted");
+    QTest::newRow("enter") << "No" << Qt::Key_Return << false << false << true;
+    QTest::newRow("enter, ticked") << "No" << Qt::Key_Return << true << false << true;
+    QTest::newRow("escape") << "No" << Qt::Key_Escape << false << false << false;
+    // "Don't ask again" holds for the answer No as well.
+    QTest::newRow("escape, ticked") << "No" << Qt::Key_Escape << true << false << false;
+    QTest::newRow("escape without a Cancel button") << "" << Qt::Key_Escape << false << false << false;
+    QTest::newRow("enter without a Cancel button") << "" << Qt::Key_Return << false << false << true;
+    QTest::newRow("enter, where it is risky") << "No" << Qt::Key_Return << false << true << false;
+  }
 
-  void scriptDialogAnswers_data();
-  void scriptDialogAnswers();
-  void scriptDialogsCanBeKeptFromOpening();
-  void scriptDialogShowsTextAsItIs();
-  void scriptDialogsSurviveTheirOwner();
-  void scriptDialogsNeverStack();
-  void scriptDialogHeading_data();
-  void scriptDialogHeading();
+  void confirmAnswers() {
+    QFETCH(QString, cancelText);
+    QFETCH(Qt::Key, key);
+    QFETCH(bool, tick);
+    QFETCH(bool, isRisky);
+    QFETCH(bool, accepted);
+    OnModalDialog<TfrmConfirm>([=](TfrmConfirm &dialog) {
+      QCOMPARE(dialog.windowTitle(), u"Caption"_s);
+      QCOMPARE(Child<QLabel>(dialog, "lblTitle").text(), u"First"_s);
+      QCOMPARE(Child<QTextEdit>(dialog, "mmoPrompt2").toPlainText(), u"Second"_s);
+      QCOMPARE(Child<QCheckBox>(dialog, "chkConfirm").text(), u"Box"_s);
+      if (tick) QTest::keyClick(&Child<QCheckBox>(dialog, "chkConfirm"), Qt::Key_Space);
+      QTest::keyClick(&dialog, key);
+    });
+    const TAnswer answer = ShowConfirm(nullptr, {.caption = u"Caption"_s,
+                                                 .firstLine = u"First"_s,
+                                                 .secondText = u"Second"_s,
+                                                 .ok = u"Yes"_s,
+                                                 .cancel = cancelText,
+                                                 .checkBox = u"Box"_s,
+                                                 .isRisky = isRisky});
+    QCOMPARE(answer.accepted, accepted);
+    QCOMPARE(answer.checked, tick);
+  }
 
-  void propertiesShowLevels_data();
-  void propertiesShowLevels();
-  void propertiesTakeAnyText();
+  // Enter is for the button that has the keyboard.
+  void confirmEnterOnCancel() {
+    OnModalDialog<TfrmConfirm>([](TfrmConfirm &dialog) {
+      Child<QPushButton>(dialog, "cmdCancel").setFocus();
+      QTest::keyClick(&Child<QPushButton>(dialog, "cmdCancel"), Qt::Key_Return);
+    });
+    QVERIFY(!ShowConfirm(nullptr, {.firstLine = u"F"_s, .ok = u"Yes"_s, .cancel = u"No"_s}).accepted);
+  }
+
+  void confirmHidesWhatHasNoText() {
+    TfrmConfirm dialog({.firstLine = u"First"_s, .secondText = u"Second"_s, .ok = u"OK"_s});
+    dialog.show();
+    const int firstLineTop = Child<QLabel>(dialog, "lblTitle").mapTo(&dialog, QPoint()).y();
+    QVERIFY(!Child<QPushButton>(dialog, "cmdCancel").isVisible());
+    QVERIFY(!Child<QCheckBox>(dialog, "chkConfirm").isVisible());
+    QVERIFY(dialog.minimumSize() == dialog.maximumSize());
+
+    TfrmConfirm withoutFirstLine({.secondText = u"Second"_s, .cancel = u"No"_s, .checkBox = u"Box"_s});
+    withoutFirstLine.show();
+    QVERIFY(!Child<QPushButton>(withoutFirstLine, "cmdOK").isVisible());
+    QCOMPARE(Child<QTextEdit>(withoutFirstLine, "mmoPrompt2").mapTo(&withoutFirstLine, QPoint()).y(), firstLineTop);
+  }
+
+  void confirmGrowsWithItsTexts() {
+    const QString sentence = u"Donaudampfschifffahrtsgesellschaftskapitän und noch einige Wörter dazu. "_s;
+    TfrmConfirm dialog({.firstLine = sentence.repeated(3),
+                        .secondText = sentence.repeated(6),
+                        .ok = sentence,
+                        .cancel = sentence,
+                        .checkBox = sentence});
+    dialog.show();
+    const auto &title = Child<QLabel>(dialog, "lblTitle");
+    const auto &prompt = Child<QTextEdit>(dialog, "mmoPrompt2");
+    QVERIFY(title.height() >= title.heightForWidth(title.width()));
+    QVERIFY(prompt.viewport()->height() >= int(prompt.document()->size().height()));
+    for (const char *name : {"cmdOK", "cmdCancel", "chkConfirm"}) {
+      const auto &button = Child<QAbstractButton>(dialog, name);
+      QVERIFY2(button.width() >= button.sizeHint().width(), name);
+    }
+    // What cannot fit on the screen scrolls.
+    TfrmConfirm endless({.secondText = sentence.repeated(2000), .ok = u"OK"_s});
+    endless.show();
+    QVERIFY(endless.height() <= endless.screen()->availableSize().height());
+  }
+
+  void questionsOutliveTheirOwner() {
+    auto *owner = new QWidget;
+    OnModalDialog<TfrmConfirm>([owner](TfrmConfirm &) { delete owner; });
+    const TAnswer answer = ShowConfirm(owner, {.ok = u"Yes"_s, .cancel = u"No"_s, .checkBoxState = true});
+    QVERIFY(!answer.accepted && answer.checked);
+    for (const bool isText : {true, false}) {
+      owner = new QWidget;
+      OnModalDialog<QInputDialog>([owner](QInputDialog &dialog) {
+        dialog.done(QDialog::Accepted);
+        delete owner;
+      });
+      if (isText) {
+        QVERIFY(!AskText(owner, m_language, {.text = u"proposed"_s}));
+      } else {
+        QCOMPARE(AskLine(owner, m_language, {.lines = {u"a"_s}}), -1);
+      }
+    }
+  }
+
+  void inputAnswers_data() {
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("line");
+    QTest::newRow("as proposed") << "" << Qt::Key_Return << u"b<br>"_s << -1;
+    QTest::newRow("other") << "b" << Qt::Key_Return << u"b"_s << 1;
+    QTest::newRow("given up") << "b" << Qt::Key_Escape << u"none"_s << -1;
+  }
+
+  void inputAnswers() {
+    QFETCH(QString, typed);
+    QFETCH(Qt::Key, key);
+    const auto answer = [=] {
+      OnModalDialog<QInputDialog>([=](QInputDialog &dialog) {
+        QCOMPARE(dialog.labelText(), u"<b>Prompt</b>"_s);
+        QCOMPARE(dialog.findChild<QLabel *>()->textFormat(), Qt::PlainText);
+        if (!typed.isEmpty()) QTest::keyClicks(dialog.focusWidget(), typed);
+        QTest::keyClick(&dialog, key);
+      });
+    };
+    answer();
+    const auto text = AskText(nullptr, m_language, {.prompt = u"<b>Prompt</b>"_s, .text = u"b<br>"_s});
+    QTEST(text.value_or(u"none"_s), "text");
+    if (typed.isEmpty()) return;  // No line is proposed.
+    answer();
+    QTEST(int(AskLine(nullptr, m_language, {.prompt = u"<b>Prompt</b>"_s, .lines = {u"a<br>"_s, u"b"_s}})), "line");
+  }
+
+  void closeAllWalksBackwards() {
+    QList<int> closed;
+    TfrmCloseAll dialog(m_language, {u"A"_s, u"B & C"_s, u"three\nlines\r\nhere"_s, u"D"_s},
+                        [&closed](int position) { closed.append(position); });
+    dialog.show();
+    auto &list = Child<QListWidget>(dialog, "CheckListBox1");
+    QCOMPARE(list.count(), 4);
+    QCOMPARE(list.item(1)->text(), u"B & C"_s);
+    QCOMPARE(list.item(2)->text(), u"three lines here"_s);
+    list.setCurrentRow(1);
+    QTest::keyClick(&list, Qt::Key_Space);
+    QTest::keyClick(&dialog, Qt::Key_Return);
+    QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    QCOMPARE(closed, (QList<int>{3, 2, 0}));
+  }
+
+  void closeAllChoices() {
+    QList<int> closed;
+    TfrmCloseAll dialog(m_language, {u"A"_s, u"B"_s}, [&closed](int position) { closed.append(position); });
+    dialog.show();
+    auto &list = Child<QListWidget>(dialog, "CheckListBox1");
+    Child<QPushButton>(dialog, "cmdDeselectAll").click();
+    QCOMPARE(list.item(0)->checkState(), Qt::Unchecked);
+    QCOMPARE(list.item(1)->checkState(), Qt::Unchecked);
+    Child<QPushButton>(dialog, "cmdSelectAll").click();
+    QCOMPARE(list.item(0)->checkState(), Qt::Checked);
+    Child<QPushButton>(dialog, "cmdDeselectAll").click();
+    Child<QPushButton>(dialog, "cmdClose").click();
+    QVERIFY(closed.isEmpty());
+    for (const QString &text : VisibleTexts(dialog)) {
+      QVERIFY2(!text.startsWith("__") && !text.startsWith("~~"), qPrintable(text));
+    }
+  }
+
+  void closeAllCancelClosesNothing() {
+    TfrmCloseAll dialog(m_language, {u"A"_s}, [](int) { QFAIL("closed"); });
+    dialog.show();
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+    QCOMPARE(dialog.result(), int(QDialog::Rejected));
+  }
+
+  void scriptDialogAnswers_data() {
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<bool>("accepted");
+    QTest::addColumn<QString>("value");
+    QTest::newRow("confirm, yes") << "confirm" << Qt::Key_Return << "" << true << "";
+    QTest::newRow("confirm, no") << "confirm" << Qt::Key_Escape << "" << false << "";
+    QTest::newRow("prompt, default") << "prompt" << Qt::Key_Return << "" << true << "default";
+    QTest::newRow("prompt, typed") << "prompt" << Qt::Key_Return << "typed" << true << "typed";
+    QTest::newRow("prompt, cancelled") << "prompt" << Qt::Key_Escape << "typed" << false << "untouched";
+    QTest::newRow("leave") << "unload" << Qt::Key_Return << "" << true << "";
+    QTest::newRow("stay") << "unload" << Qt::Key_Escape << "" << false << "";
+  }
+
+  void scriptDialogAnswers() {
+    QFETCH(QString, kind);
+    QFETCH(Qt::Key, key);
+    QFETCH(QString, typed);
+    QFETCH(bool, accepted);
+    QFETCH(QString, value);
+    QWidget owner;
+    owner.show();
+    TScriptDialogs dialogs(m_language);
+    const QSignalSpy broughtToFront(&dialogs, &TScriptDialogs::BringToFrontRequested);
+    OnModalDialog<TScriptDialog>([=](TScriptDialog &dialog) {
+      QVERIFY(!Child<QCheckBox>(dialog, "chkKeep").isVisible());
+      // The default text is selected: typing replaces it.
+      if (!typed.isEmpty()) QTest::keyClicks(dialog.focusWidget(), typed);
+      QTest::keyClick(&dialog, key);
+    });
+    QString result = u"untouched"_s;
+    if (kind == "confirm") {
+      QCOMPARE(dialogs.Confirm(&owner, Site, u"Really?"_s), accepted);
+    } else if (kind == "prompt") {
+      QCOMPARE(dialogs.Prompt(&owner, Site, u"Name?"_s, u"default"_s, &result), accepted);
+      QCOMPARE(result, value);
+    } else {
+      QCOMPARE(dialogs.BeforeUnload(&owner, Site), accepted);
+    }
+    QCOMPARE(broughtToFront.size(), 1);
+  }
+
+  void scriptDialogsCanBeKeptFromOpening() {
+    QWidget owner;
+    owner.show();
+    TScriptDialogs dialogs(m_language);
+    int opened = 0;
+    const auto answer = [&opened](bool offered, bool tick) {
+      OnModalDialog<TScriptDialog>([=, &opened](TScriptDialog &dialog) {
+        ++opened;
+        auto &keep = Child<QCheckBox>(dialog, "chkKeep");
+        QCOMPARE(keep.isVisible(), offered);
+        keep.setChecked(tick);
+        QTest::keyClick(&dialog, Qt::Key_Return);
+      });
+    };
+    answer(false, false);
+    dialogs.Alert(&owner, Site, u"1"_s);
+    answer(true, false);
+    QVERIFY(dialogs.Confirm(&owner, Site, u"2"_s));
+    answer(true, true);
+    QVERIFY(dialogs.Confirm(&owner, Site, u"3"_s));
+    QString result;
+    dialogs.Alert(&owner, Site, u"4"_s);
+    QVERIFY(!dialogs.Confirm(&owner, Site, u"5"_s));
+    QVERIFY(!dialogs.Prompt(&owner, Site, u"6"_s, u"x"_s, &result));
+    QVERIFY(result.isEmpty());
+    QCOMPARE(opened, 3);
+    // Unsaved input is guarded all the same.
+    answer(false, false);
+    QVERIFY(dialogs.BeforeUnload(&owner, Site));
+    dialogs.Reset();
+    answer(false, false);
+    QVERIFY(dialogs.Confirm(&owner, Site, u"7"_s));
+    QCOMPARE(opened, 5);
+  }
+
+  void scriptDialogShowsTextAsItIs() {
+    QWidget owner;
+    owner.show();
+    TScriptDialogs dialogs(m_language);
+    const QString message = u"<b>bold</b> &amp; __Key ~~OK\nsecond line"_s;
+    OnModalDialog<TScriptDialog>([=](TScriptDialog &dialog) {
+      QCOMPARE(Child<QPlainTextEdit>(dialog, "mmoMessage").toPlainText(), message);
+      dialog.reject();
+    });
+    dialogs.Alert(&owner, Site, message);
+    OnModalDialog<TScriptDialog>([](TScriptDialog &dialog) {
+      QVERIFY(dialog.height() < dialog.screen()->availableSize().height());
+      QVERIFY(dialog.width() < dialog.screen()->availableSize().width());
+      QVERIFY(Child<QPushButton>(dialog, "cmdOK").visibleRegion().boundingRect().isValid());
+      dialog.reject();
+    });
+    dialogs.Alert(&owner, Site, u"line\n"_s.repeated(200000) + QString(100000, 'x'));
+  }
+
+  void scriptDialogsSurviveTheirOwner() {
+    auto *owner = new QWidget;
+    owner->show();
+    auto *dialogs = new TScriptDialogs(m_language, owner);
+    OnModalDialog<TScriptDialog>([owner](TScriptDialog &) { delete owner; });
+    QVERIFY(!dialogs->Confirm(owner, Site, u"?"_s));
+
+    QWidget window;
+    window.show();
+    auto *alone = new TScriptDialogs(m_language);
+    OnModalDialog<TScriptDialog>([alone](TScriptDialog &) { delete alone; });
+    QVERIFY(!alone->Confirm(&window, Site, u"?"_s));
+  }
+
+  void scriptDialogsNeverStack() {
+    QWidget owner;
+    owner.show();
+    TScriptDialogs dialogs(m_language);
+    OnModalDialog<TScriptDialog>([&](TScriptDialog &dialog) {
+      QVERIFY(!dialogs.Confirm(&owner, Site, u"inner"_s));
+      QCOMPARE(QApplication::activeModalWidget(), &dialog);
+      dialogs.Dismiss();
+    });
+    QVERIFY(!dialogs.Confirm(&owner, Site, u"outer"_s));
+  }
+
+  void scriptDialogHeading_data() {
+    QTest::addColumn<QUrl>("origin");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("secure") << QUrl(u"https://example.test/a?b"_s) << u"example.test"_s;
+    QTest::newRow("with port") << Site << u"example.test:8443"_s;
+    QTest::newRow("not secure") << QUrl(u"http://example.test"_s) << u"http://example.test"_s;
+    QTest::newRow("user info left out") << QUrl(u"https://bank.test@evil.test"_s) << u"evil.test"_s;
+    QTest::newRow("look-alike letters") << QUrl(u"https://\u0430pple.test"_s) << u"xn--pple-43d.test"_s;
+    QTest::newRow("file") << QUrl(u"file:///home/a.html"_s) << u"a file on this computer"_s;
+    QTest::newRow("none") << QUrl() << u"this page"_s;
+    QTest::newRow("data") << QUrl(u"data:text/html,x"_s) << u"this page"_s;
+  }
+
+  void scriptDialogHeading() {
+    QFETCH(QUrl, origin);
+    QFETCH(QString, name);
+    TScriptDialogs dialogs(m_language);
+    QString heading;
+    OnModalDialog<TScriptDialog>([&heading](TScriptDialog &dialog) {
+      heading = Child<QLabel>(dialog, "lblOrigin").text();
+      dialog.reject();
+    });
+    dialogs.Alert(nullptr, origin, u"!"_s);
+    QCOMPARE(heading, m_language.Text("SCRIPT_DIALOG", "Caption").arg(name));
+  }
+
+  void propertiesShowLevels_data() {
+    QTest::addColumn<int>("level");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("none") << 0 << m_language.Text("PROPERTIES", "NotEncrypted");
+    QTest::newRow("mixed") << 1 << m_language.Text("MAIN", "EncryptionMixed");
+    QTest::newRow("accepted error") << 2 << m_language.Text("MAIN", "EncryptionUnknown");
+    QTest::newRow("secure") << 6 << m_language.Text("MAIN", "Encryption128Bit");
+  }
+
+  void propertiesShowLevels() {
+    QFETCH(int, level);
+    QFETCH(QString, text);
+    TPageProperties properties;
+    properties.encryptionLevel = static_cast<TEncryptionLevel>(level);
+    const TPropertiesDialog dialog(properties, m_language);
+    QCOMPARE(Child<QLineEdit>(dialog, "txtEncryption").text(), text);
+  }
+
+  void propertiesTakeAnyText() {
+    TPageProperties properties{.title = u"<b>T</b>\n__Caption"_s,
+                               .address = u"data:text/plain,"_s + QString(3000000, 'x'),
+                               .contentType = u"text/html"_s,
+                               .size = 1234567,
+                               .modified = {},
+                               .encryptionLevel = TEncryptionLevel::Bits128,
+                               .certificate = u"Subject\nIssuer"_s};
+    TPropertiesDialog dialog(properties, m_language);
+    dialog.show();
+    QCOMPARE(Child<QLineEdit>(dialog, "txtTitle").text(), u"<b>T</b> __Caption"_s);
+    QVERIFY(Child<QLineEdit>(dialog, "txtAddress").text().size() < 10000);
+    QVERIFY(Child<QLineEdit>(dialog, "txtSize").text().contains(QLocale().toString(1234567)));
+    QCOMPARE(Child<QLineEdit>(dialog, "txtModified").text(), m_language.Text("PROPERTIES", "Unknown"));
+    QCOMPARE(Child<QPlainTextEdit>(dialog, "mmoCertificate").toPlainText(), u"Subject\nIssuer"_s);
+    QVERIFY(dialog.width() < dialog.screen()->availableSize().width());
+  }
 
  private:
   TLanguage m_language;
 };
-
-void TestDialogs::initTestCase() {
-  QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")));
-}
-
-void TestDialogs::confirmAnswers_data() {
-  QTest::addColumn<QString>("cancelText");
-  QTest::addColumn<Qt::Key>("key");
-  QTest::addColumn<bool>("tick");
-  QTest::addColumn<bool>("isRisky");
-  QTest::addColumn<bool>("accepted");
-  QTest::newRow("enter") << "No" << Qt::Key_Return << false << false << true;
-  QTest::newRow("enter, ticked") << "No" << Qt::Key_Return << true << false << true;
-  QTest::newRow("escape") << "No" << Qt::Key_Escape << false << false << false;
-  // "Don't ask again" holds for the answer No as well.
-  QTest::newRow("escape, ticked") << "No" << Qt::Key_Escape << true << false << false;
-  QTest::newRow("escape without a Cancel button") << "" << Qt::Key_Escape << false << false << false;
-  QTest::newRow("enter without a Cancel button") << "" << Qt::Key_Return << false << false << true;
-  QTest::newRow("enter, where it is risky") << "No" << Qt::Key_Return << false << true << false;
-}
-
-void TestDialogs::confirmAnswers() {
-  QFETCH(QString, cancelText);
-  QFETCH(Qt::Key, key);
-  QFETCH(bool, tick);
-  QFETCH(bool, isRisky);
-  QFETCH(bool, accepted);
-  OnModalDialog<TfrmConfirm>([=](TfrmConfirm &dialog) {
-    QCOMPARE(dialog.windowTitle(), u"Caption"_s);
-    QCOMPARE(Child<QLabel>(dialog, "lblTitle").text(), u"First"_s);
-    QCOMPARE(Child<QTextEdit>(dialog, "mmoPrompt2").toPlainText(), u"Second"_s);
-    QCOMPARE(Child<QCheckBox>(dialog, "chkConfirm").text(), u"Box"_s);
-    if (tick) QTest::keyClick(&Child<QCheckBox>(dialog, "chkConfirm"), Qt::Key_Space);
-    QTest::keyClick(&dialog, key);
-  });
-  const TAnswer answer = ShowConfirm(nullptr, {.caption = u"Caption"_s,
-                                               .firstLine = u"First"_s,
-                                               .secondText = u"Second"_s,
-                                               .ok = u"Yes"_s,
-                                               .cancel = cancelText,
-                                               .checkBox = u"Box"_s,
-                                               .isRisky = isRisky});
-  QCOMPARE(answer.accepted, accepted);
-  QCOMPARE(answer.checked, tick);
-}
-
-// Enter is for the button that has the keyboard.
-void TestDialogs::confirmEnterOnCancel() {
-  OnModalDialog<TfrmConfirm>([](TfrmConfirm &dialog) {
-    Child<QPushButton>(dialog, "cmdCancel").setFocus();
-    QTest::keyClick(&Child<QPushButton>(dialog, "cmdCancel"), Qt::Key_Return);
-  });
-  QVERIFY(!ShowConfirm(nullptr, {.firstLine = u"F"_s, .ok = u"Yes"_s, .cancel = u"No"_s}).accepted);
-}
-
-void TestDialogs::confirmHidesWhatHasNoText() {
-  TfrmConfirm dialog({.firstLine = u"First"_s, .secondText = u"Second"_s, .ok = u"OK"_s});
-  dialog.show();
-  const int firstLineTop = Child<QLabel>(dialog, "lblTitle").mapTo(&dialog, QPoint()).y();
-  QVERIFY(!Child<QPushButton>(dialog, "cmdCancel").isVisible());
-  QVERIFY(!Child<QCheckBox>(dialog, "chkConfirm").isVisible());
-  QVERIFY(dialog.minimumSize() == dialog.maximumSize());
-
-  TfrmConfirm withoutFirstLine({.secondText = u"Second"_s, .cancel = u"No"_s, .checkBox = u"Box"_s});
-  withoutFirstLine.show();
-  QVERIFY(!Child<QPushButton>(withoutFirstLine, "cmdOK").isVisible());
-  QCOMPARE(Child<QTextEdit>(withoutFirstLine, "mmoPrompt2").mapTo(&withoutFirstLine, QPoint()).y(), firstLineTop);
-}
-
-void TestDialogs::confirmGrowsWithItsTexts() {
-  const QString sentence = u"Donaudampfschifffahrtsgesellschaftskapitän und noch einige Wörter dazu. "_s;
-  TfrmConfirm dialog({.firstLine = sentence.repeated(3),
-                      .secondText = sentence.repeated(6),
-                      .ok = sentence,
-                      .cancel = sentence,
-                      .checkBox = sentence});
-  dialog.show();
-  const auto &title = Child<QLabel>(dialog, "lblTitle");
-  const auto &prompt = Child<QTextEdit>(dialog, "mmoPrompt2");
-  QVERIFY(title.height() >= title.heightForWidth(title.width()));
-  QVERIFY(prompt.viewport()->height() >= int(prompt.document()->size().height()));
-  for (const char *name : {"cmdOK", "cmdCancel", "chkConfirm"}) {
-    const auto &button = Child<QAbstractButton>(dialog, name);
-    QVERIFY2(button.width() >= button.sizeHint().width(), name);
-  }
-  // What cannot fit on the screen scrolls.
-  TfrmConfirm endless({.secondText = sentence.repeated(2000), .ok = u"OK"_s});
-  endless.show();
-  QVERIFY(endless.height() <= endless.screen()->availableSize().height());
-}
-
-void TestDialogs::questionsOutliveTheirOwner() {
-  auto *owner = new QWidget;
-  OnModalDialog<TfrmConfirm>([owner](TfrmConfirm &) { delete owner; });
-  const TAnswer answer = ShowConfirm(owner, {.ok = u"Yes"_s, .cancel = u"No"_s, .checkBoxState = true});
-  QVERIFY(!answer.accepted && answer.checked);
-  for (const bool isText : {true, false}) {
-    owner = new QWidget;
-    OnModalDialog<QInputDialog>([owner](QInputDialog &dialog) {
-      dialog.done(QDialog::Accepted);
-      delete owner;
-    });
-    if (isText) {
-      QVERIFY(!AskText(owner, m_language, {.text = u"proposed"_s}));
-    } else {
-      QCOMPARE(AskLine(owner, m_language, {.lines = {u"a"_s}}), -1);
-    }
-  }
-}
-
-void TestDialogs::inputAnswers_data() {
-  QTest::addColumn<QString>("typed");
-  QTest::addColumn<Qt::Key>("key");
-  QTest::addColumn<QString>("text");
-  QTest::addColumn<int>("line");
-  QTest::newRow("as proposed") << "" << Qt::Key_Return << u"b<br>"_s << -1;
-  QTest::newRow("other") << "b" << Qt::Key_Return << u"b"_s << 1;
-  QTest::newRow("given up") << "b" << Qt::Key_Escape << u"none"_s << -1;
-}
-
-void TestDialogs::inputAnswers() {
-  QFETCH(QString, typed);
-  QFETCH(Qt::Key, key);
-  const auto answer = [=] {
-    OnModalDialog<QInputDialog>([=](QInputDialog &dialog) {
-      QCOMPARE(dialog.labelText(), u"<b>Prompt</b>"_s);
-      QCOMPARE(dialog.findChild<QLabel *>()->textFormat(), Qt::PlainText);
-      if (!typed.isEmpty()) QTest::keyClicks(dialog.focusWidget(), typed);
-      QTest::keyClick(&dialog, key);
-    });
-  };
-  answer();
-  const auto text = AskText(nullptr, m_language, {.prompt = u"<b>Prompt</b>"_s, .text = u"b<br>"_s});
-  QTEST(text.value_or(u"none"_s), "text");
-  if (typed.isEmpty()) return;  // No line is proposed.
-  answer();
-  QTEST(int(AskLine(nullptr, m_language, {.prompt = u"<b>Prompt</b>"_s, .lines = {u"a<br>"_s, u"b"_s}})), "line");
-}
-
-void TestDialogs::closeAllWalksBackwards() {
-  QList<int> closed;
-  TfrmCloseAll dialog(m_language, {u"A"_s, u"B & C"_s, u"three\nlines\r\nhere"_s, u"D"_s},
-                      [&closed](int position) { closed.append(position); });
-  dialog.show();
-  auto &list = Child<QListWidget>(dialog, "CheckListBox1");
-  QCOMPARE(list.count(), 4);
-  QCOMPARE(list.item(1)->text(), u"B & C"_s);
-  QCOMPARE(list.item(2)->text(), u"three lines here"_s);
-  list.setCurrentRow(1);
-  QTest::keyClick(&list, Qt::Key_Space);
-  QTest::keyClick(&dialog, Qt::Key_Return);
-  QCOMPARE(dialog.result(), int(QDialog::Accepted));
-  QCOMPARE(closed, (QList<int>{3, 2, 0}));
-}
-
-void TestDialogs::closeAllChoices() {
-  QList<int> closed;
-  TfrmCloseAll dialog(m_language, {u"A"_s, u"B"_s}, [&closed](int position) { closed.append(position); });
-  dialog.show();
-  auto &list = Child<QListWidget>(dialog, "CheckListBox1");
-  Child<QPushButton>(dialog, "cmdDeselectAll").click();
-  QCOMPARE(list.item(0)->checkState(), Qt::Unchecked);
-  QCOMPARE(list.item(1)->checkState(), Qt::Unchecked);
-  Child<QPushButton>(dialog, "cmdSelectAll").click();
-  QCOMPARE(list.item(0)->checkState(), Qt::Checked);
-  Child<QPushButton>(dialog, "cmdDeselectAll").click();
-  Child<QPushButton>(dialog, "cmdClose").click();
-  QVERIFY(closed.isEmpty());
-  for (const QString &text : VisibleTexts(dialog)) {
-    QVERIFY2(!text.startsWith("__") && !text.startsWith("~~"), qPrintable(text));
-  }
-}
-
-void TestDialogs::closeAllCancelClosesNothing() {
-  TfrmCloseAll dialog(m_language, {u"A"_s}, [](int) { QFAIL("closed"); });
-  dialog.show();
-  QTest::keyClick(&dialog, Qt::Key_Escape);
-  QCOMPARE(dialog.result(), int(QDialog::Rejected));
-}
-
-void TestDialogs::scriptDialogAnswers_data() {
-  QTest::addColumn<QString>("kind");
-  QTest::addColumn<Qt::Key>("key");
-  QTest::addColumn<QString>("typed");
-  QTest::addColumn<bool>("accepted");
-  QTest::addColumn<QString>("value");
-  QTest::newRow("confirm, yes") << "confirm" << Qt::Key_Return << "" << true << "";
-  QTest::newRow("confirm, no") << "confirm" << Qt::Key_Escape << "" << false << "";
-  QTest::newRow("prompt, default") << "prompt" << Qt::Key_Return << "" << true << "default";
-  QTest::newRow("prompt, typed") << "prompt" << Qt::Key_Return << "typed" << true << "typed";
-  QTest::newRow("prompt, cancelled") << "prompt" << Qt::Key_Escape << "typed" << false << "untouched";
-  QTest::newRow("leave") << "unload" << Qt::Key_Return << "" << true << "";
-  QTest::newRow("stay") << "unload" << Qt::Key_Escape << "" << false << "";
-}
-
-void TestDialogs::scriptDialogAnswers() {
-  QFETCH(QString, kind);
-  QFETCH(Qt::Key, key);
-  QFETCH(QString, typed);
-  QFETCH(bool, accepted);
-  QFETCH(QString, value);
-  QWidget owner;
-  owner.show();
-  TScriptDialogs dialogs(m_language);
-  const QSignalSpy broughtToFront(&dialogs, &TScriptDialogs::BringToFrontRequested);
-  OnModalDialog<TScriptDialog>([=](TScriptDialog &dialog) {
-    QVERIFY(!Child<QCheckBox>(dialog, "chkKeep").isVisible());
-    // The default text is selected: typing replaces it.
-    if (!typed.isEmpty()) QTest::keyClicks(dialog.focusWidget(), typed);
-    QTest::keyClick(&dialog, key);
-  });
-  QString result = u"untouched"_s;
-  if (kind == "confirm") {
-    QCOMPARE(dialogs.Confirm(&owner, Site, u"Really?"_s), accepted);
-  } else if (kind == "prompt") {
-    QCOMPARE(dialogs.Prompt(&owner, Site, u"Name?"_s, u"default"_s, &result), accepted);
-    QCOMPARE(result, value);
-  } else {
-    QCOMPARE(dialogs.BeforeUnload(&owner, Site), accepted);
-  }
-  QCOMPARE(broughtToFront.size(), 1);
-}
-
-void TestDialogs::scriptDialogsCanBeKeptFromOpening() {
-  QWidget owner;
-  owner.show();
-  TScriptDialogs dialogs(m_language);
-  int opened = 0;
-  const auto answer = [&opened](bool offered, bool tick) {
-    OnModalDialog<TScriptDialog>([=, &opened](TScriptDialog &dialog) {
-      ++opened;
-      auto &keep = Child<QCheckBox>(dialog, "chkKeep");
-      QCOMPARE(keep.isVisible(), offered);
-      keep.setChecked(tick);
-      QTest::keyClick(&dialog, Qt::Key_Return);
-    });
-  };
-  answer(false, false);
-  dialogs.Alert(&owner, Site, u"1"_s);
-  answer(true, false);
-  QVERIFY(dialogs.Confirm(&owner, Site, u"2"_s));
-  answer(true, true);
-  QVERIFY(dialogs.Confirm(&owner, Site, u"3"_s));
-  QString result;
-  dialogs.Alert(&owner, Site, u"4"_s);
-  QVERIFY(!dialogs.Confirm(&owner, Site, u"5"_s));
-  QVERIFY(!dialogs.Prompt(&owner, Site, u"6"_s, u"x"_s, &result));
-  QVERIFY(result.isEmpty());
-  QCOMPARE(opened, 3);
-  // Unsaved input is guarded all the same.
-  answer(false, false);
-  QVERIFY(dialogs.BeforeUnload(&owner, Site));
-  dialogs.Reset();
-  answer(false, false);
-  QVERIFY(dialogs.Confirm(&owner, Site, u"7"_s));
-  QCOMPARE(opened, 5);
-}
-
-void TestDialogs::scriptDialogShowsTextAsItIs() {
-  QWidget owner;
-  owner.show();
-  TScriptDialogs dialogs(m_language);
-  const QString message = u"<b>bold</b> &amp; __Key ~~OK\nsecond line"_s;
-  OnModalDialog<TScriptDialog>([=](TScriptDialog &dialog) {
-    QCOMPARE(Child<QPlainTextEdit>(dialog, "mmoMessage").toPlainText(), message);
-    dialog.reject();
-  });
-  dialogs.Alert(&owner, Site, message);
-  OnModalDialog<TScriptDialog>([](TScriptDialog &dialog) {
-    QVERIFY(dialog.height() < dialog.screen()->availableSize().height());
-    QVERIFY(dialog.width() < dialog.screen()->availableSize().width());
-    QVERIFY(Child<QPushButton>(dialog, "cmdOK").visibleRegion().boundingRect().isValid());
-    dialog.reject();
-  });
-  dialogs.Alert(&owner, Site, u"line\n"_s.repeated(200000) + QString(100000, 'x'));
-}
-
-void TestDialogs::scriptDialogsSurviveTheirOwner() {
-  auto *owner = new QWidget;
-  owner->show();
-  auto *dialogs = new TScriptDialogs(m_language, owner);
-  OnModalDialog<TScriptDialog>([owner](TScriptDialog &) { delete owner; });
-  QVERIFY(!dialogs->Confirm(owner, Site, u"?"_s));
-
-  QWidget window;
-  window.show();
-  auto *alone = new TScriptDialogs(m_language);
-  OnModalDialog<TScriptDialog>([alone](TScriptDialog &) { delete alone; });
-  QVERIFY(!alone->Confirm(&window, Site, u"?"_s));
-}
-
-void TestDialogs::scriptDialogsNeverStack() {
-  QWidget owner;
-  owner.show();
-  TScriptDialogs dialogs(m_language);
-  OnModalDialog<TScriptDialog>([&](TScriptDialog &dialog) {
-    QVERIFY(!dialogs.Confirm(&owner, Site, u"inner"_s));
-    QCOMPARE(QApplication::activeModalWidget(), &dialog);
-    dialogs.Dismiss();
-  });
-  QVERIFY(!dialogs.Confirm(&owner, Site, u"outer"_s));
-}
-
-void TestDialogs::scriptDialogHeading_data() {
-  QTest::addColumn<QUrl>("origin");
-  QTest::addColumn<QString>("name");
-  QTest::newRow("secure") << QUrl(u"https://example.test/a?b"_s) << u"example.test"_s;
-  QTest::newRow("with port") << Site << u"example.test:8443"_s;
-  QTest::newRow("not secure") << QUrl(u"http://example.test"_s) << u"http://example.test"_s;
-  QTest::newRow("user info left out") << QUrl(u"https://bank.test@evil.test"_s) << u"evil.test"_s;
-  QTest::newRow("look-alike letters") << QUrl(u"https://\u0430pple.test"_s) << u"xn--pple-43d.test"_s;
-  QTest::newRow("file") << QUrl(u"file:///home/a.html"_s) << u"a file on this computer"_s;
-  QTest::newRow("none") << QUrl() << u"this page"_s;
-  QTest::newRow("data") << QUrl(u"data:text/html,x"_s) << u"this page"_s;
-}
-
-void TestDialogs::scriptDialogHeading() {
-  QFETCH(QUrl, origin);
-  QFETCH(QString, name);
-  TScriptDialogs dialogs(m_language);
-  QString heading;
-  OnModalDialog<TScriptDialog>([&heading](TScriptDialog &dialog) {
-    heading = Child<QLabel>(dialog, "lblOrigin").text();
-    dialog.reject();
-  });
-  dialogs.Alert(nullptr, origin, u"!"_s);
-  QCOMPARE(heading, m_language.Text("SCRIPT_DIALOG", "Caption").arg(name));
-}
-
-void TestDialogs::propertiesShowLevels_data() {
-  QTest::addColumn<int>("level");
-  QTest::addColumn<QString>("text");
-  QTest::newRow("none") << 0 << m_language.Text("PROPERTIES", "NotEncrypted");
-  QTest::newRow("mixed") << 1 << m_language.Text("MAIN", "EncryptionMixed");
-  QTest::newRow("accepted error") << 2 << m_language.Text("MAIN", "EncryptionUnknown");
-  QTest::newRow("secure") << 6 << m_language.Text("MAIN", "Encryption128Bit");
-}
-
-void TestDialogs::propertiesShowLevels() {
-  QFETCH(int, level);
-  QFETCH(QString, text);
-  TPageProperties properties;
-  properties.encryptionLevel = static_cast<TEncryptionLevel>(level);
-  const TPropertiesDialog dialog(properties, m_language);
-  QCOMPARE(Child<QLineEdit>(dialog, "txtEncryption").text(), text);
-}
-
-void TestDialogs::propertiesTakeAnyText() {
-  TPageProperties properties{.title = u"<b>T</b>\n__Caption"_s,
-                             .address = u"data:text/plain,"_s + QString(3000000, 'x'),
-                             .contentType = u"text/html"_s,
-                             .size = 1234567,
-                             .modified = {},
-                             .encryptionLevel = TEncryptionLevel::Bits128,
-                             .certificate = u"Subject\nIssuer"_s};
-  TPropertiesDialog dialog(properties, m_language);
-  dialog.show();
-  QCOMPARE(Child<QLineEdit>(dialog, "txtTitle").text(), u"<b>T</b> __Caption"_s);
-  QVERIFY(Child<QLineEdit>(dialog, "txtAddress").text().size() < 10000);
-  QVERIFY(Child<QLineEdit>(dialog, "txtSize").text().contains(QLocale().toString(1234567)));
-  QCOMPARE(Child<QLineEdit>(dialog, "txtModified").text(), m_language.Text("PROPERTIES", "Unknown"));
-  QCOMPARE(Child<QPlainTextEdit>(dialog, "mmoCertificate").toPlainText(), u"Subject\nIssuer"_s);
-  QVERIFY(dialog.width() < dialog.screen()->availableSize().width());
-}
 
 QTEST_MAIN(TestDialogs)
 #include "test_dialogs.moc"

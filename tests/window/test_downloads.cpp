@@ -36,35 +36,446 @@ class TestDownloads final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase();
-  void init();
-  void cleanup();
 
-  void safeNames_data();
-  void safeNames();
-  void freePathNumbersNames_data();
-  void freePathNumbersNames();
-  void executables_data();
-  void executables();
-  void paceInWords_data();
-  void paceInWords();
+  void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
 
-  void savesWhereTheUserSays();
-  void neverOverwritesWithoutAsking();
-  void cancelledChoiceLeavesNothing();
-  void hostileNamesStayInTheFolder();
-  void sameFileTwiceAtOnce();
-  void rememberedFolderThatIsGone();
-  void chosenFolderThatIsGone();
-  void pauseResumeAndCancel();
-  void brokenConnectionIsToldAndRetried();
-  void interruptedOneGoesOnUnasked();
-  void requestsWhileAskingWaitInTheList();
-  void savedPageGoesWhereDecided();
-  void outlivesItsPage();
-  void removeAndClear();
-  void windowFollowsTheList();
-  void programsAreNotOpenedUnasked();
+  void init() {
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_server = std::make_unique<TTestServer>();
+    QVERIFY(m_server->Listen());
+    m_server->Route("/file", TTestResponse::Attachment("file.txt", "content"));
+    m_profile = std::make_unique<QWebEngineProfile>();
+    m_store = std::make_unique<TRegistryStore>(In(u"registry.sqlite"_s));
+    QVERIFY(m_store->Write(TRegistryHive::CurrentUser, Key, u"DownloadFolder"_s, m_folder->path()));
+    m_list = std::make_unique<TDownloadList>(*m_profile, m_language, *m_store);
+    m_list->SetPauseBetweenDialogs(0);
+    m_opened.clear();
+    m_list->SetOpener([this](const QUrl &address) {
+      m_opened.append(address);
+      return true;
+    });
+    ChooseSuggested();
+    m_page = std::make_unique<QWebEnginePage>(m_profile.get());
+  }
+
+  void cleanup() {
+    m_page.reset();
+    m_list.reset();
+    m_store.reset();
+    m_profile.reset();
+    m_server.reset();
+    m_folder.reset();
+  }
+
+  void safeNames_data() {
+    QTest::addColumn<QString>("suggested");
+    QTest::addColumn<QString>("safe");
+    QTest::newRow("plain") << u"photo.jpg"_s << u"photo.jpg"_s;
+    QTest::newRow("other scripts stay") << u"写真 ü.jpg"_s << u"写真 ü.jpg"_s;
+    QTest::newRow("folders") << u"../../etc/passwd"_s << u"passwd"_s;
+    QTest::newRow("backslash folders") << u"..\\..\\start\\run.bat"_s << u"run.bat"_s;
+    QTest::newRow("only dots") << u".."_s << u"download"_s;
+    QTest::newRow("empty") << QString() << u"download"_s;
+    QTest::newRow("only a folder") << u"folder/"_s << u"download"_s;
+    QTest::newRow("hidden") << u".bashrc"_s << u"bashrc"_s;
+    QTest::newRow("dots and blanks at the end") << u" name.txt. . "_s << u"name.txt"_s;
+    QTest::newRow("control characters") << u"a\nb\tc\x7f\x01.txt"_s << u"abc.txt"_s;
+    QTest::newRow("null character") << QString::fromUtf16(u"a\0b.txt", 7) << u"ab.txt"_s;
+    QTest::newRow("direction override") << u"photo\u202Egpj.exe"_s << u"photogpj.exe"_s;
+    QTest::newRow("isolates and marks") << u"\u2066a\u2069\u200F\u061C.txt"_s << u"a.txt"_s;
+    QTest::newRow("half a pair") << QString(QChar(0xD800)) + u"a.txt"_s << u"a.txt"_s;
+    QTest::newRow("characters of other systems") << u"a<b>c:d\"e|f?g*.txt"_s << u"a_b_c_d_e_f_g_.txt"_s;
+    QTest::newRow("reserved") << u"CON"_s << u"_CON"_s;
+    QTest::newRow("reserved with an ending") << u"lpt1.txt"_s << u"_lpt1.txt"_s;
+    QTest::newRow("not reserved") << u"console.txt"_s << u"console.txt"_s;
+    QTest::newRow("too long") << QString(500, 'x') + u".tar.gz"_s << QString(193, 'x') + u".tar.gz"_s;
+    QTest::newRow("too long, wide") << QString(200, QChar(0x5199)) + u".txt"_s
+                                    << QString(65, QChar(0x5199)) + u".txt"_s;
+    QTest::newRow("too long ending") << u"x."_s + QString(500, 'y') << u"x."_s + QString(198, 'y');
+  }
+
+  void safeNames() {
+    QFETCH(QString, suggested);
+    QFETCH(QString, safe);
+    QCOMPARE(FileNames::Safe(suggested, u"download"_s), safe);
+  }
+
+  void freePathNumbersNames_data() {
+    QTest::addColumn<QStringList>("there");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("free");
+    QTest::newRow("free") << QStringList{} << u"a.txt"_s << u"a.txt"_s;
+    QTest::newRow("there") << QStringList{u"a.txt"_s} << u"a.txt"_s << u"a (1).txt"_s;
+    QTest::newRow("numbers there") << QStringList{u"a.txt"_s, u"a (1).txt"_s} << u"a.txt"_s << u"a (2).txt"_s;
+    QTest::newRow("two endings") << QStringList{u"a.tar.gz"_s} << u"a.tar.gz"_s << u"a (1).tar.gz"_s;
+    QTest::newRow("no ending") << QStringList{u"a"_s} << u"a"_s << u"a (1)"_s;
+    QTest::newRow("being written by the engine") << QStringList{u"a.txt.download"_s} << u"a.txt"_s << u"a (1).txt"_s;
+    QTest::newRow("being written by us") << QStringList{} << u"taken.txt"_s << u"taken (1).txt"_s;
+  }
+
+  void freePathNumbersNames() {
+    QFETCH(QStringList, there);
+    QFETCH(QString, name);
+    QFETCH(QString, free);
+    for (const QString &file : there) QVERIFY(QFile(In(file)).open(QIODevice::WriteOnly));
+    QCOMPARE(
+        FileNames::FreePath(m_folder->path(), name, [this](const QString &path) { return path == In(u"taken.txt"_s); }),
+        In(free));
+  }
+
+  void executables_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("permission");
+    QTest::addColumn<bool>("executable");
+    QTest::newRow("text") << u"a.txt"_s << false << false;
+    QTest::newRow("picture") << u"a.jpg"_s << false << false;
+    QTest::newRow("script") << u"a.sh"_s << false << true;
+    QTest::newRow("starter") << u"a.desktop"_s << false << true;
+    QTest::newRow("program, capitals") << u"A.EXE"_s << false << true;
+    QTest::newRow("picture with permission") << u"a.jpg"_s << true << true;
+  }
+
+  void executables() {
+    QFETCH(QString, name);
+    QFETCH(bool, permission);
+    QFETCH(bool, executable);
+    QFile file(In(name));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    if (permission) QVERIFY(file.setPermissions(file.permissions() | QFile::ExeOwner));
+    QCOMPARE(FileNames::IsExecutable(In(name)), executable);
+  }
+
+  void paceInWords_data() {
+    QTest::addColumn<qint64>("received");
+    QTest::addColumn<qint64>("total");
+    QTest::addColumn<double>("speed");
+    QTest::addColumn<QString>("words");
+    QTest::newRow("seconds") << qint64(0) << qint64(30720) << 1024.0 << u"1.0 kB/s, 30 s left"_s;
+    QTest::newRow("almost done") << qint64(30700) << qint64(30720) << 1024.0 << u"1.0 kB/s, 1 s left"_s;
+    QTest::newRow("minutes") << qint64(0) << qint64(1024 * 300) << 1024.0 << u"1.0 kB/s, 5 min left"_s;
+    QTest::newRow("hours") << qint64(0) << qint64(1024 * 3900) << 1024.0 << u"1.0 kB/s, 1 h 5 min left"_s;
+    QTest::newRow("far too long") << qint64(0) << qint64(1) * 1024 * 1024 * 1024 * 1024 << 1024.0 << u"1.0 kB/s"_s;
+    QTest::newRow("total not known") << qint64(1000) << qint64(-1) << 1024.0 << u"1.0 kB/s"_s;
+    QTest::newRow("stalled") << qint64(1000) << qint64(2000) << 0.0 << QString();
+    QTest::newRow("more than announced") << qint64(3000) << qint64(2000) << 1024.0 << u"1.0 kB/s"_s;
+  }
+
+  void paceInWords() {
+    QFETCH(qint64, received);
+    QFETCH(qint64, total);
+    QFETCH(double, speed);
+    QFETCH(QString, words);
+    QCOMPARE(DownloadText::Pace(received, total, speed, m_language), words);
+  }
+
+  void savesWhereTheUserSays() {
+    QSignalSpy active(m_list.get(), &TDownloadList::ActiveChanged);
+    QVERIFY(QDir(m_folder->path()).mkdir("elsewhere"));
+    QString suggested;
+    m_list->SetChooseFile([&](const QString &path) {
+      suggested = path;
+      return In(u"elsewhere/mine.txt"_s);
+    });
+    Download(u"/file"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    QCOMPARE(QFileInfo(suggested).fileName(), u"file.txt"_s);
+    QCOMPARE(Content(In(u"elsewhere/mine.txt"_s)), "content");
+    QCOMPARE(active.size(), 2);
+    QCOMPARE(active.last().first().toInt(), 0);
+    // The next one starts in the folder that was used last.
+    m_list->SetChooseFile([&](const QString &path) {
+      suggested = path;
+      return QString();
+    });
+    Download(u"/file"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(suggested, In(u"elsewhere/file.txt"_s), LongWait);
+    QCOMPARE(m_store->Read(TRegistryHive::CurrentUser, Key, u"DownloadFolder"_s).value_or(QString()),
+             In(u"elsewhere"_s));
+    QVERIFY(m_list->Open(0));
+    QVERIFY(m_list->OpenFolder(0));
+    QCOMPARE(m_opened,
+             (QList<QUrl>{QUrl::fromLocalFile(In(u"elsewhere/mine.txt"_s)), QUrl::fromLocalFile(In(u"elsewhere"_s))}));
+    QVERIFY(QFile::remove(In(u"elsewhere/mine.txt"_s)));
+    QVERIFY(!m_list->Open(0));
+  }
+
+  void neverOverwritesWithoutAsking() {
+    m_list->SetChooseFile({});
+    for (const QString &name : {u"file.txt"_s, u"file (1).txt"_s, u"file (2).txt"_s}) {
+      Download(u"/file"_s);
+      QTRY_COMPARE_WITH_TIMEOUT(Content(In(name)), "content", LongWait);
+      QTRY_COMPARE(m_list->State(0), TDownloadState::Finished);
+    }
+    // The user's own choice of a file that is there has been asked about by the dialog.
+    QFile old(In(u"old.txt"_s));
+    QVERIFY(old.open(QIODevice::WriteOnly));
+    old.write("old");
+    old.close();
+    m_list->SetChooseFile([this](const QString &) { return In(u"old.txt"_s); });
+    Download(u"/file"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(Content(In(u"old.txt"_s)), "content", LongWait);
+  }
+
+  void cancelledChoiceLeavesNothing() {
+    int asked = 0;
+    m_list->SetChooseFile([&asked](const QString &) {
+      ++asked;
+      return QString();
+    });
+    Download(u"/file"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(asked, 1, LongWait);
+    QCOMPARE(m_list->rowCount(), 0);
+    QVERIFY(QDir(m_folder->path()).entryList({u"file*"_s}, QDir::Files).isEmpty());
+  }
+
+  void hostileNamesStayInTheFolder() {
+    m_list->SetChooseFile({});
+    m_server->Route("/hostile", TTestResponse::Attachment("../../../../tmp/evil\xE2\x80\xAE"
+                                                          "cod.exe",
+                                                          "x"));
+    Download(u"/hostile"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    QCOMPARE(QFileInfo(Path(0)).path(), m_folder->path());
+    QVERIFY(!Path(0).contains(QChar(0x202E)));
+  }
+
+  void sameFileTwiceAtOnce() {
+    RouteSlowFile();
+    m_list->SetChooseFile([this](const QString &) { return In(u"one.bin"_s); });
+    Download(u"/slow"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
+    Download(u"/slow"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
+    QCOMPARE(Path(1), In(u"one.bin"_s));
+    QCOMPARE(Path(0), In(u"one (1).bin"_s));
+    QCOMPARE(m_list->ActiveCount(), 2);
+    m_list->CancelAll();
+    QTRY_COMPARE(m_list->ActiveCount(), 0);
+  }
+
+  void rememberedFolderThatIsGone() {
+    QVERIFY(m_store->Write(TRegistryHive::CurrentUser, Key, u"DownloadFolder"_s, In(u"gone"_s)));
+    m_list->SetChooseFile({});
+    Download(u"/file"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    QVERIFY(!QDir(In(u"gone"_s)).exists());
+    QCOMPARE(Content(Path(0)), "content");
+  }
+
+  void chosenFolderThatIsGone() {
+    m_list->SetChooseFile([this](const QString &) { return In(u"gone/file.txt"_s); });
+    Download(u"/file"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
+    QCOMPARE(m_list->State(0), TDownloadState::Failed);
+    QVERIFY(Status(0).contains(m_language.Text("DOWNLOADS", "FolderGone")));
+    // With the folder back, a retry gets the file.
+    QVERIFY(QDir(m_folder->path()).mkdir("gone"));
+    m_list->Retry(0);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    QCOMPARE(Content(In(u"gone/file.txt"_s)), "content");
+
+    // Deleted while the file is being written.
+    RouteSlowFile();
+    m_list->SetChooseFile([this](const QString &) { return In(u"gone/slow.bin"_s); });
+    Download(u"/slow"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(m_list->data(m_list->index(0), TDownloadList::ReceivedRole).toLongLong() > 0, LongWait);
+    QVERIFY(QDir(In(u"gone"_s)).removeRecursively());
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Failed, LongWait);
+    QVERIFY(m_list->CanRetry(0));
+  }
+
+  void pauseResumeAndCancel() {
+    RouteSlowFile();
+    Download(u"/slow"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
+    QTRY_VERIFY_WITH_TIMEOUT(m_list->data(m_list->index(0), TDownloadList::PercentRole).toInt() > 0, LongWait);
+    m_list->Pause(0);
+    QTRY_COMPARE(m_list->State(0), TDownloadState::Paused);
+    QCOMPARE(m_list->ActiveCount(), 1);
+    QVERIFY(m_list->CanResume(0) && !m_list->CanPause(0));
+    m_list->Resume(0);
+    QTRY_COMPARE(m_list->State(0), TDownloadState::Running);
+    m_list->Cancel(0);
+    QTRY_COMPARE(m_list->State(0), TDownloadState::Cancelled);
+    QCOMPARE(m_list->ActiveCount(), 0);
+    QTRY_VERIFY(QDir(m_folder->path()).entryList({u"slow*"_s}, QDir::Files).isEmpty());
+    QVERIFY(m_list->CanRetry(0) && !m_list->CanCancel(0) && !m_list->CanOpen(0));
+  }
+
+  void brokenConnectionIsToldAndRetried() {
+    TTestResponse broken = TTestResponse::Attachment("broken.bin", QByteArray(100000, 'b'));
+    broken.stopAfterBytes = 50000;
+    m_server->Route("/broken", broken);
+    m_server->Route("/there", TTestResponse::Redirect("/broken"));
+    Download(u"/there"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(m_list->data(m_list->index(0), TDownloadList::ReceivedRole).toLongLong() > 0, LongWait);
+    const quint16 port = m_server->Port();
+    m_server->Close();
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Failed, LongWait);
+    QVERIFY(Status(0).size() > m_language.Text("DOWNLOADS", "FailedLine").size());
+    QVERIFY(!QFileInfo::exists(In(u"broken.bin"_s)));
+    QVERIFY(m_server->Listen(port));
+    m_server->Route("/broken", TTestResponse::Attachment("broken.bin", QByteArray(100000, 'b')));
+    m_list->Retry(0);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    QCOMPARE(m_list->rowCount(), 1);
+    QCOMPARE(QFileInfo(Path(0)).size(), 100000);
+  }
+
+  void interruptedOneGoesOnUnasked() {
+    const QByteArray body(100000, 'b');
+    TTestResponse broken = TTestResponse::Attachment("broken.bin", body);
+    broken.stopAfterBytes = 50000;
+    m_server->Route("/broken", broken);
+    int asked = 0;
+    m_list->SetChooseFile([&](const QString &) {
+      ++asked;
+      return In(u"mine.bin"_s);
+    });
+    Download(u"/broken"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(m_list->data(m_list->index(0), TDownloadList::ReceivedRole).toLongLong() > 0, LongWait);
+    const quint16 port = m_server->Port();
+    m_server->Route("/broken", TTestResponse::Attachment("broken.bin", body));
+    m_server->Close();
+    QVERIFY(m_server->Listen(port));
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    QCOMPARE(m_list->rowCount(), 1);
+    QCOMPARE(asked, 1);
+    QCOMPARE(Content(In(u"mine.bin"_s)), body);
+  }
+
+  // A page that starts many downloads at once gets one dialog; the others wait for the user in the list.
+  void requestsWhileAskingWaitInTheList() {
+    m_server->Route("/second", TTestResponse::Attachment("second.txt", "second"));
+    int asked = 0;
+    m_list->SetPauseBetweenDialogs(2 * LongWait);
+    m_list->SetChooseFile([&](const QString &suggested) {
+      ++asked;
+      return In(QFileInfo(suggested).fileName());
+    });
+    for (const QString &path : {u"/file"_s, u"/second"_s, u"/second"_s, u"/second"_s}) Download(path);
+    QTRY_COMPARE_WITH_TIMEOUT(m_server->RequestCount("/second"), 3, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->ActiveCount(), 0, LongWait);
+    QCOMPARE(asked, 1);
+    const int waiting = m_list->State(0) == TDownloadState::NotStarted ? 0 : 1;
+    QCOMPARE(m_list->State(waiting), TDownloadState::NotStarted);
+    const QString name = m_list->data(m_list->index(waiting)).toString();
+    m_list->Retry(waiting);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(waiting), TDownloadState::Finished, LongWait);
+    QCOMPARE(m_list->rowCount(), 2);
+    QCOMPARE(asked, 2);
+    QCOMPARE(QFileInfo(Path(waiting)).fileName(), name);
+    QVERIFY(QFileInfo::exists(In(u"file.txt"_s)));
+  }
+
+  void savedPageGoesWhereDecided() {
+    m_server->RoutePage("/page", "Title", "words");
+    m_list->SetChooseFile([](const QString &) {
+      QTest::qFail("asked", __FILE__, __LINE__);
+      return QString();
+    });
+    QSignalSpy loaded(m_page.get(), &QWebEnginePage::loadFinished);
+    m_page->load(QUrl(m_server->Url(u"/page"_s)));
+    QVERIFY(loaded.wait(LongWait));
+    m_page->save(In(u"page.html"_s), QWebEngineDownloadRequest::SingleHtmlSaveFormat);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    QCOMPARE(Path(0), In(u"page.html"_s));
+    QVERIFY(Content(Path(0)).contains("words"));
+  }
+
+  void outlivesItsPage() {
+    RouteSlowFile();
+    Download(u"/slow"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(m_list->data(m_list->index(0), TDownloadList::ReceivedRole).toLongLong() > 0, LongWait);
+    m_page.reset();
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    QCOMPARE(QFileInfo(Path(0)).size(), 4 * 1024 * 1024);
+  }
+
+  void removeAndClear() {
+    RouteSlowFile();
+    Download(u"/file"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    Download(u"/slow"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
+    QCOMPARE(m_list->State(0), TDownloadState::Running);
+    m_list->Remove(0);
+    m_list->ClearFinished();
+    QCOMPARE(m_list->rowCount(), 1);
+    QCOMPARE(m_list->State(0), TDownloadState::Running);
+    // Taking a line out of the list never takes the file.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(Content(In(u"file.txt"_s)), "content");
+    m_list->Cancel(0);
+    QTRY_COMPARE(m_list->State(0), TDownloadState::Cancelled);
+    m_list->Remove(0);
+    QCOMPARE(m_list->rowCount(), 0);
+    // Rows that are not there are left alone.
+    for (const int row : {-1, 0, 7}) {
+      m_list->Pause(row);
+      m_list->Resume(row);
+      m_list->Cancel(row);
+      m_list->Retry(row);
+      m_list->Remove(row);
+      QVERIFY(!m_list->Open(row));
+      QVERIFY(!m_list->OpenFolder(row));
+    }
+  }
+
+  void windowFollowsTheList() {
+    TDownloadWindow window(*m_list, m_language);
+    window.show();
+    const auto button = [&window](const char *name) { return window.findChild<QPushButton *>(QLatin1String(name)); };
+    auto &view = *window.findChild<QListView *>("lvDownloads");
+    QVERIFY(!view.isVisible());
+    QVERIFY(!button("cmdClear")->isEnabled());
+    RouteSlowFile();
+    Download(u"/slow"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
+    QVERIFY(view.isVisible());
+    QTRY_VERIFY(button("cmdPause")->isEnabled());
+    QTest::keyClick(&view, Qt::Key_Space);
+    QTRY_COMPARE(m_list->State(0), TDownloadState::Paused);
+    QTRY_VERIFY(button("cmdResume")->isEnabled() && !button("cmdPause")->isEnabled());
+    QVERIFY(!button("cmdOpen")->isEnabled() && !button("cmdRemove")->isEnabled());
+    // Delete does not throw away a download that is under way.
+    QTest::keyClick(&view, Qt::Key_Delete);
+    QCOMPARE(m_list->rowCount(), 1);
+    button("cmdCancel")->click();
+    QTRY_VERIFY(button("cmdRetry")->isEnabled());
+    QVERIFY(view.currentIndex().data(Qt::AccessibleTextRole).toString().contains(Status(0)));
+    QTest::keyClick(&view, Qt::Key_Delete);
+    QCOMPARE(m_list->rowCount(), 0);
+    QVERIFY(!view.isVisible());
+    for (const QPushButton *each : window.findChildren<QPushButton *>()) QVERIFY(!each->text().startsWith("__"));
+  }
+
+  void programsAreNotOpenedUnasked() {
+    m_server->Route("/script", TTestResponse::Attachment("run.sh", "#!/bin/sh\n"));
+    TDownloadWindow window(*m_list, m_language);
+    window.show();
+    auto &view = *window.findChild<QListView *>("lvDownloads");
+    Download(u"/file"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    QTest::keyClick(&view, Qt::Key_Return);
+    QCOMPARE(m_opened.size(), 1);
+    Download(u"/script"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    // Enter is the safe answer.
+    OnModalDialog<TfrmConfirm>([](TfrmConfirm &question) { QTest::keyClick(&question, Qt::Key_Return); });
+    QTest::keyClick(&view, Qt::Key_Return);
+    QCOMPARE(m_opened.size(), 1);
+    OnModalDialog<TfrmConfirm>([](TfrmConfirm &question) { question.accept(); });
+    QTest::keyClick(&view, Qt::Key_Return);
+    QCOMPARE(m_opened, (QList<QUrl>{m_opened.first(), QUrl::fromLocalFile(In(u"run.sh"_s))}));
+  }
 
  private:
   [[nodiscard]] QString Status(int row) const {
@@ -94,446 +505,6 @@ class TestDownloads final : public QObject {
   std::unique_ptr<QWebEnginePage> m_page;
   QList<QUrl> m_opened;
 };
-
-void TestDownloads::initTestCase() {
-  QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")));
-}
-
-void TestDownloads::init() {
-  m_folder = std::make_unique<QTemporaryDir>();
-  m_server = std::make_unique<TTestServer>();
-  QVERIFY(m_server->Listen());
-  m_server->Route("/file", TTestResponse::Attachment("file.txt", "content"));
-  m_profile = std::make_unique<QWebEngineProfile>();
-  m_store = std::make_unique<TRegistryStore>(In(u"registry.sqlite"_s));
-  QVERIFY(m_store->Write(TRegistryHive::CurrentUser, Key, u"DownloadFolder"_s, m_folder->path()));
-  m_list = std::make_unique<TDownloadList>(*m_profile, m_language, *m_store);
-  m_list->SetPauseBetweenDialogs(0);
-  m_opened.clear();
-  m_list->SetOpener([this](const QUrl &address) {
-    m_opened.append(address);
-    return true;
-  });
-  ChooseSuggested();
-  m_page = std::make_unique<QWebEnginePage>(m_profile.get());
-}
-
-void TestDownloads::cleanup() {
-  m_page.reset();
-  m_list.reset();
-  m_store.reset();
-  m_profile.reset();
-  m_server.reset();
-  m_folder.reset();
-}
-
-void TestDownloads::safeNames_data() {
-  QTest::addColumn<QString>("suggested");
-  QTest::addColumn<QString>("safe");
-  QTest::newRow("plain") << u"photo.jpg"_s << u"photo.jpg"_s;
-  QTest::newRow("other scripts stay") << u"写真 ü.jpg"_s << u"写真 ü.jpg"_s;
-  QTest::newRow("folders") << u"../../etc/passwd"_s << u"passwd"_s;
-  QTest::newRow("backslash folders") << u"..\\..\\start\\run.bat"_s << u"run.bat"_s;
-  QTest::newRow("only dots") << u".."_s << u"download"_s;
-  QTest::newRow("empty") << QString() << u"download"_s;
-  QTest::newRow("only a folder") << u"folder/"_s << u"download"_s;
-  QTest::newRow("hidden") << u".bashrc"_s << u"bashrc"_s;
-  QTest::newRow("dots and blanks at the end") << u" name.txt. . "_s << u"name.txt"_s;
-  QTest::newRow("control characters") << u"a\nb\tc\x7f\x01.txt"_s << u"abc.txt"_s;
-  QTest::newRow("null character") << QString::fromUtf16(u"a\0b.txt", 7) << u"ab.txt"_s;
-  QTest::newRow("direction override") << u"photo\u202Egpj.exe"_s << u"photogpj.exe"_s;
-  QTest::newRow("isolates and marks") << u"\u2066a\u2069\u200F\u061C.txt"_s << u"a.txt"_s;
-  QTest::newRow("half a pair") << QString(QChar(0xD800)) + u"a.txt"_s << u"a.txt"_s;
-  QTest::newRow("characters of other systems") << u"a<b>c:d\"e|f?g*.txt"_s << u"a_b_c_d_e_f_g_.txt"_s;
-  QTest::newRow("reserved") << u"CON"_s << u"_CON"_s;
-  QTest::newRow("reserved with an ending") << u"lpt1.txt"_s << u"_lpt1.txt"_s;
-  QTest::newRow("not reserved") << u"console.txt"_s << u"console.txt"_s;
-  QTest::newRow("too long") << QString(500, 'x') + u".tar.gz"_s << QString(193, 'x') + u".tar.gz"_s;
-  QTest::newRow("too long, wide") << QString(200, QChar(0x5199)) + u".txt"_s << QString(65, QChar(0x5199)) + u".txt"_s;
-  QTest::newRow("too long ending") << u"x."_s + QString(500, 'y') << u"x."_s + QString(198, 'y');
-}
-
-void TestDownloads::safeNames() {
-  QFETCH(QString, suggested);
-  QFETCH(QString, safe);
-  QCOMPARE(FileNames::Safe(suggested, u"download"_s), safe);
-}
-
-void TestDownloads::freePathNumbersNames_data() {
-  QTest::addColumn<QStringList>("there");
-  QTest::addColumn<QString>("name");
-  QTest::addColumn<QString>("free");
-  QTest::newRow("free") << QStringList{} << u"a.txt"_s << u"a.txt"_s;
-  QTest::newRow("there") << QStringList{u"a.txt"_s} << u"a.txt"_s << u"a (1).txt"_s;
-  QTest::newRow("numbers there") << QStringList{u"a.txt"_s, u"a (1).txt"_s} << u"a.txt"_s << u"a (2).txt"_s;
-  QTest::newRow("two endings") << QStringList{u"a.tar.gz"_s} << u"a.tar.gz"_s << u"a (1).tar.gz"_s;
-  QTest::newRow("no ending") << QStringList{u"a"_s} << u"a"_s << u"a (1)"_s;
-  QTest::newRow("being written by the engine") << QStringList{u"a.txt.download"_s} << u"a.txt"_s << u"a (1).txt"_s;
-  QTest::newRow("being written by us") << QStringList{} << u"taken.txt"_s << u"taken (1).txt"_s;
-}
-
-void TestDownloads::freePathNumbersNames() {
-  QFETCH(QStringList, there);
-  QFETCH(QString, name);
-  QFETCH(QString, free);
-  for (const QString &file : there) QVERIFY(QFile(In(file)).open(QIODevice::WriteOnly));
-  QCOMPARE(
-      FileNames::FreePath(m_folder->path(), name, [this](const QString &path) { return path == In(u"taken.txt"_s); }),
-      In(free));
-}
-
-void TestDownloads::executables_data() {
-  QTest::addColumn<QString>("name");
-  QTest::addColumn<bool>("permission");
-  QTest::addColumn<bool>("executable");
-  QTest::newRow("text") << u"a.txt"_s << false << false;
-  QTest::newRow("picture") << u"a.jpg"_s << false << false;
-  QTest::newRow("script") << u"a.sh"_s << false << true;
-  QTest::newRow("starter") << u"a.desktop"_s << false << true;
-  QTest::newRow("program, capitals") << u"A.EXE"_s << false << true;
-  QTest::newRow("picture with permission") << u"a.jpg"_s << true << true;
-}
-
-void TestDownloads::executables() {
-  QFETCH(QString, name);
-  QFETCH(bool, permission);
-  QFETCH(bool, executable);
-  QFile file(In(name));
-  QVERIFY(file.open(QIODevice::WriteOnly));
-  if (permission) QVERIFY(file.setPermissions(file.permissions() | QFile::ExeOwner));
-  QCOMPARE(FileNames::IsExecutable(In(name)), executable);
-}
-
-void TestDownloads::paceInWords_data() {
-  QTest::addColumn<qint64>("received");
-  QTest::addColumn<qint64>("total");
-  QTest::addColumn<double>("speed");
-  QTest::addColumn<QString>("words");
-  QTest::newRow("seconds") << qint64(0) << qint64(30720) << 1024.0 << u"1.0 kB/s, 30 s left"_s;
-  QTest::newRow("almost done") << qint64(30700) << qint64(30720) << 1024.0 << u"1.0 kB/s, 1 s left"_s;
-  QTest::newRow("minutes") << qint64(0) << qint64(1024 * 300) << 1024.0 << u"1.0 kB/s, 5 min left"_s;
-  QTest::newRow("hours") << qint64(0) << qint64(1024 * 3900) << 1024.0 << u"1.0 kB/s, 1 h 5 min left"_s;
-  QTest::newRow("far too long") << qint64(0) << qint64(1) * 1024 * 1024 * 1024 * 1024 << 1024.0 << u"1.0 kB/s"_s;
-  QTest::newRow("total not known") << qint64(1000) << qint64(-1) << 1024.0 << u"1.0 kB/s"_s;
-  QTest::newRow("stalled") << qint64(1000) << qint64(2000) << 0.0 << QString();
-  QTest::newRow("more than announced") << qint64(3000) << qint64(2000) << 1024.0 << u"1.0 kB/s"_s;
-}
-
-void TestDownloads::paceInWords() {
-  QFETCH(qint64, received);
-  QFETCH(qint64, total);
-  QFETCH(double, speed);
-  QFETCH(QString, words);
-  QCOMPARE(DownloadText::Pace(received, total, speed, m_language), words);
-}
-
-void TestDownloads::savesWhereTheUserSays() {
-  QSignalSpy active(m_list.get(), &TDownloadList::ActiveChanged);
-  QVERIFY(QDir(m_folder->path()).mkdir("elsewhere"));
-  QString suggested;
-  m_list->SetChooseFile([&](const QString &path) {
-    suggested = path;
-    return In(u"elsewhere/mine.txt"_s);
-  });
-  Download(u"/file"_s);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
-  QCOMPARE(QFileInfo(suggested).fileName(), u"file.txt"_s);
-  QCOMPARE(Content(In(u"elsewhere/mine.txt"_s)), "content");
-  QCOMPARE(active.size(), 2);
-  QCOMPARE(active.last().first().toInt(), 0);
-  // The next one starts in the folder that was used last.
-  m_list->SetChooseFile([&](const QString &path) {
-    suggested = path;
-    return QString();
-  });
-  Download(u"/file"_s);
-  QTRY_COMPARE_WITH_TIMEOUT(suggested, In(u"elsewhere/file.txt"_s), LongWait);
-  QCOMPARE(m_store->Read(TRegistryHive::CurrentUser, Key, u"DownloadFolder"_s).value_or(QString()), In(u"elsewhere"_s));
-  QVERIFY(m_list->Open(0));
-  QVERIFY(m_list->OpenFolder(0));
-  QCOMPARE(m_opened,
-           (QList<QUrl>{QUrl::fromLocalFile(In(u"elsewhere/mine.txt"_s)), QUrl::fromLocalFile(In(u"elsewhere"_s))}));
-  QVERIFY(QFile::remove(In(u"elsewhere/mine.txt"_s)));
-  QVERIFY(!m_list->Open(0));
-}
-
-void TestDownloads::neverOverwritesWithoutAsking() {
-  m_list->SetChooseFile({});
-  for (const QString &name : {u"file.txt"_s, u"file (1).txt"_s, u"file (2).txt"_s}) {
-    Download(u"/file"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(Content(In(name)), "content", LongWait);
-    QTRY_COMPARE(m_list->State(0), TDownloadState::Finished);
-  }
-  // The user's own choice of a file that is there has been asked about by the dialog.
-  QFile old(In(u"old.txt"_s));
-  QVERIFY(old.open(QIODevice::WriteOnly));
-  old.write("old");
-  old.close();
-  m_list->SetChooseFile([this](const QString &) { return In(u"old.txt"_s); });
-  Download(u"/file"_s);
-  QTRY_COMPARE_WITH_TIMEOUT(Content(In(u"old.txt"_s)), "content", LongWait);
-}
-
-void TestDownloads::cancelledChoiceLeavesNothing() {
-  int asked = 0;
-  m_list->SetChooseFile([&asked](const QString &) {
-    ++asked;
-    return QString();
-  });
-  Download(u"/file"_s);
-  QTRY_COMPARE_WITH_TIMEOUT(asked, 1, LongWait);
-  QCOMPARE(m_list->rowCount(), 0);
-  QVERIFY(QDir(m_folder->path()).entryList({u"file*"_s}, QDir::Files).isEmpty());
-}
-
-void TestDownloads::hostileNamesStayInTheFolder() {
-  m_list->SetChooseFile({});
-  m_server->Route("/hostile", TTestResponse::Attachment("../../../../tmp/evil\xE2\x80\xAE"
-                                                        "cod.exe",
-                                                        "x"));
-  Download(u"/hostile"_s);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
-  QCOMPARE(QFileInfo(Path(0)).path(), m_folder->path());
-  QVERIFY(!Path(0).contains(QChar(0x202E)));
-}
-
-void TestDownloads::sameFileTwiceAtOnce() {
-  RouteSlowFile();
-  m_list->SetChooseFile([this](const QString &) { return In(u"one.bin"_s); });
-  Download(u"/slow"_s);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
-  Download(u"/slow"_s);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
-  QCOMPARE(Path(1), In(u"one.bin"_s));
-  QCOMPARE(Path(0), In(u"one (1).bin"_s));
-  QCOMPARE(m_list->ActiveCount(), 2);
-  m_list->CancelAll();
-  QTRY_COMPARE(m_list->ActiveCount(), 0);
-}
-
-void TestDownloads::rememberedFolderThatIsGone() {
-  QVERIFY(m_store->Write(TRegistryHive::CurrentUser, Key, u"DownloadFolder"_s, In(u"gone"_s)));
-  m_list->SetChooseFile({});
-  Download(u"/file"_s);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
-  QVERIFY(!QDir(In(u"gone"_s)).exists());
-  QCOMPARE(Content(Path(0)), "content");
-}
-
-void TestDownloads::chosenFolderThatIsGone() {
-  m_list->SetChooseFile([this](const QString &) { return In(u"gone/file.txt"_s); });
-  Download(u"/file"_s);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
-  QCOMPARE(m_list->State(0), TDownloadState::Failed);
-  QVERIFY(Status(0).contains(m_language.Text("DOWNLOADS", "FolderGone")));
-  // With the folder back, a retry gets the file.
-  QVERIFY(QDir(m_folder->path()).mkdir("gone"));
-  m_list->Retry(0);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
-  QCOMPARE(Content(In(u"gone/file.txt"_s)), "content");
-
-  // Deleted while the file is being written.
-  RouteSlowFile();
-  m_list->SetChooseFile([this](const QString &) { return In(u"gone/slow.bin"_s); });
-  Download(u"/slow"_s);
-  QTRY_VERIFY_WITH_TIMEOUT(m_list->data(m_list->index(0), TDownloadList::ReceivedRole).toLongLong() > 0, LongWait);
-  QVERIFY(QDir(In(u"gone"_s)).removeRecursively());
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Failed, LongWait);
-  QVERIFY(m_list->CanRetry(0));
-}
-
-void TestDownloads::pauseResumeAndCancel() {
-  RouteSlowFile();
-  Download(u"/slow"_s);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
-  QTRY_VERIFY_WITH_TIMEOUT(m_list->data(m_list->index(0), TDownloadList::PercentRole).toInt() > 0, LongWait);
-  m_list->Pause(0);
-  QTRY_COMPARE(m_list->State(0), TDownloadState::Paused);
-  QCOMPARE(m_list->ActiveCount(), 1);
-  QVERIFY(m_list->CanResume(0) && !m_list->CanPause(0));
-  m_list->Resume(0);
-  QTRY_COMPARE(m_list->State(0), TDownloadState::Running);
-  m_list->Cancel(0);
-  QTRY_COMPARE(m_list->State(0), TDownloadState::Cancelled);
-  QCOMPARE(m_list->ActiveCount(), 0);
-  QTRY_VERIFY(QDir(m_folder->path()).entryList({u"slow*"_s}, QDir::Files).isEmpty());
-  QVERIFY(m_list->CanRetry(0) && !m_list->CanCancel(0) && !m_list->CanOpen(0));
-}
-
-void TestDownloads::brokenConnectionIsToldAndRetried() {
-  TTestResponse broken = TTestResponse::Attachment("broken.bin", QByteArray(100000, 'b'));
-  broken.stopAfterBytes = 50000;
-  m_server->Route("/broken", broken);
-  m_server->Route("/there", TTestResponse::Redirect("/broken"));
-  Download(u"/there"_s);
-  QTRY_VERIFY_WITH_TIMEOUT(m_list->data(m_list->index(0), TDownloadList::ReceivedRole).toLongLong() > 0, LongWait);
-  const quint16 port = m_server->Port();
-  m_server->Close();
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Failed, LongWait);
-  QVERIFY(Status(0).size() > m_language.Text("DOWNLOADS", "FailedLine").size());
-  QVERIFY(!QFileInfo::exists(In(u"broken.bin"_s)));
-  QVERIFY(m_server->Listen(port));
-  m_server->Route("/broken", TTestResponse::Attachment("broken.bin", QByteArray(100000, 'b')));
-  m_list->Retry(0);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
-  QCOMPARE(m_list->rowCount(), 1);
-  QCOMPARE(QFileInfo(Path(0)).size(), 100000);
-}
-
-void TestDownloads::interruptedOneGoesOnUnasked() {
-  const QByteArray body(100000, 'b');
-  TTestResponse broken = TTestResponse::Attachment("broken.bin", body);
-  broken.stopAfterBytes = 50000;
-  m_server->Route("/broken", broken);
-  int asked = 0;
-  m_list->SetChooseFile([&](const QString &) {
-    ++asked;
-    return In(u"mine.bin"_s);
-  });
-  Download(u"/broken"_s);
-  QTRY_VERIFY_WITH_TIMEOUT(m_list->data(m_list->index(0), TDownloadList::ReceivedRole).toLongLong() > 0, LongWait);
-  const quint16 port = m_server->Port();
-  m_server->Route("/broken", TTestResponse::Attachment("broken.bin", body));
-  m_server->Close();
-  QVERIFY(m_server->Listen(port));
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
-  QCOMPARE(m_list->rowCount(), 1);
-  QCOMPARE(asked, 1);
-  QCOMPARE(Content(In(u"mine.bin"_s)), body);
-}
-
-// A page that starts many downloads at once gets one dialog; the others wait for the user in the list.
-void TestDownloads::requestsWhileAskingWaitInTheList() {
-  m_server->Route("/second", TTestResponse::Attachment("second.txt", "second"));
-  int asked = 0;
-  m_list->SetPauseBetweenDialogs(2 * LongWait);
-  m_list->SetChooseFile([&](const QString &suggested) {
-    ++asked;
-    return In(QFileInfo(suggested).fileName());
-  });
-  for (const QString &path : {u"/file"_s, u"/second"_s, u"/second"_s, u"/second"_s}) Download(path);
-  QTRY_COMPARE_WITH_TIMEOUT(m_server->RequestCount("/second"), 3, LongWait);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->ActiveCount(), 0, LongWait);
-  QCOMPARE(asked, 1);
-  const int waiting = m_list->State(0) == TDownloadState::NotStarted ? 0 : 1;
-  QCOMPARE(m_list->State(waiting), TDownloadState::NotStarted);
-  const QString name = m_list->data(m_list->index(waiting)).toString();
-  m_list->Retry(waiting);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->State(waiting), TDownloadState::Finished, LongWait);
-  QCOMPARE(m_list->rowCount(), 2);
-  QCOMPARE(asked, 2);
-  QCOMPARE(QFileInfo(Path(waiting)).fileName(), name);
-  QVERIFY(QFileInfo::exists(In(u"file.txt"_s)));
-}
-
-void TestDownloads::savedPageGoesWhereDecided() {
-  m_server->RoutePage("/page", "Title", "words");
-  m_list->SetChooseFile([](const QString &) {
-    QTest::qFail("asked", __FILE__, __LINE__);
-    return QString();
-  });
-  QSignalSpy loaded(m_page.get(), &QWebEnginePage::loadFinished);
-  m_page->load(QUrl(m_server->Url(u"/page"_s)));
-  QVERIFY(loaded.wait(LongWait));
-  m_page->save(In(u"page.html"_s), QWebEngineDownloadRequest::SingleHtmlSaveFormat);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
-  QCOMPARE(Path(0), In(u"page.html"_s));
-  QVERIFY(Content(Path(0)).contains("words"));
-}
-
-void TestDownloads::outlivesItsPage() {
-  RouteSlowFile();
-  Download(u"/slow"_s);
-  QTRY_VERIFY_WITH_TIMEOUT(m_list->data(m_list->index(0), TDownloadList::ReceivedRole).toLongLong() > 0, LongWait);
-  m_page.reset();
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
-  QCOMPARE(QFileInfo(Path(0)).size(), 4 * 1024 * 1024);
-}
-
-void TestDownloads::removeAndClear() {
-  RouteSlowFile();
-  Download(u"/file"_s);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
-  Download(u"/slow"_s);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
-  QCOMPARE(m_list->State(0), TDownloadState::Running);
-  m_list->Remove(0);
-  m_list->ClearFinished();
-  QCOMPARE(m_list->rowCount(), 1);
-  QCOMPARE(m_list->State(0), TDownloadState::Running);
-  // Taking a line out of the list never takes the file.
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  QCOMPARE(Content(In(u"file.txt"_s)), "content");
-  m_list->Cancel(0);
-  QTRY_COMPARE(m_list->State(0), TDownloadState::Cancelled);
-  m_list->Remove(0);
-  QCOMPARE(m_list->rowCount(), 0);
-  // Rows that are not there are left alone.
-  for (const int row : {-1, 0, 7}) {
-    m_list->Pause(row);
-    m_list->Resume(row);
-    m_list->Cancel(row);
-    m_list->Retry(row);
-    m_list->Remove(row);
-    QVERIFY(!m_list->Open(row));
-    QVERIFY(!m_list->OpenFolder(row));
-  }
-}
-
-void TestDownloads::windowFollowsTheList() {
-  TDownloadWindow window(*m_list, m_language);
-  window.show();
-  const auto button = [&window](const char *name) { return window.findChild<QPushButton *>(QLatin1String(name)); };
-  auto &view = *window.findChild<QListView *>("lvDownloads");
-  QVERIFY(!view.isVisible());
-  QVERIFY(!button("cmdClear")->isEnabled());
-  RouteSlowFile();
-  Download(u"/slow"_s);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
-  QVERIFY(view.isVisible());
-  QTRY_VERIFY(button("cmdPause")->isEnabled());
-  QTest::keyClick(&view, Qt::Key_Space);
-  QTRY_COMPARE(m_list->State(0), TDownloadState::Paused);
-  QTRY_VERIFY(button("cmdResume")->isEnabled() && !button("cmdPause")->isEnabled());
-  QVERIFY(!button("cmdOpen")->isEnabled() && !button("cmdRemove")->isEnabled());
-  // Delete does not throw away a download that is under way.
-  QTest::keyClick(&view, Qt::Key_Delete);
-  QCOMPARE(m_list->rowCount(), 1);
-  button("cmdCancel")->click();
-  QTRY_VERIFY(button("cmdRetry")->isEnabled());
-  QVERIFY(view.currentIndex().data(Qt::AccessibleTextRole).toString().contains(Status(0)));
-  QTest::keyClick(&view, Qt::Key_Delete);
-  QCOMPARE(m_list->rowCount(), 0);
-  QVERIFY(!view.isVisible());
-  for (const QPushButton *each : window.findChildren<QPushButton *>()) QVERIFY(!each->text().startsWith("__"));
-}
-
-void TestDownloads::programsAreNotOpenedUnasked() {
-  m_server->Route("/script", TTestResponse::Attachment("run.sh", "#!/bin/sh\n"));
-  TDownloadWindow window(*m_list, m_language);
-  window.show();
-  auto &view = *window.findChild<QListView *>("lvDownloads");
-  Download(u"/file"_s);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
-  QTest::keyClick(&view, Qt::Key_Return);
-  QCOMPARE(m_opened.size(), 1);
-  Download(u"/script"_s);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
-  QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
-  // Enter is the safe answer.
-  OnModalDialog<TfrmConfirm>([](TfrmConfirm &question) { QTest::keyClick(&question, Qt::Key_Return); });
-  QTest::keyClick(&view, Qt::Key_Return);
-  QCOMPARE(m_opened.size(), 1);
-  OnModalDialog<TfrmConfirm>([](TfrmConfirm &question) { question.accept(); });
-  QTest::keyClick(&view, Qt::Key_Return);
-  QCOMPARE(m_opened, (QList<QUrl>{m_opened.first(), QUrl::fromLocalFile(In(u"run.sh"_s))}));
-}
 
 QTEST_MAIN(TestDownloads)
 #include "test_downloads.moc"
