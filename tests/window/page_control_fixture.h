@@ -32,8 +32,7 @@ struct TStrip {
   }
 
   TPage *Add(const QString &name, int position = -1, bool visible = true) {
-    auto *page = new TPage;
-    page->setText(name);
+    auto *page = new TPage(name);
     control.InsertPage(position, page, visible);
     control.SetPageCaption(page, name);
     return page;
@@ -59,6 +58,10 @@ struct TStrip {
   }
 
   TTabBarView *View() const { return control.findChild<TTabBarView *>(); }
+  QWidget *PageAt(const QPoint &inView) const {
+    const TTab *tab = View()->TabAt(inView);
+    return tab ? tab->page : nullptr;
+  }
   QPoint Centre(const QString &name) const { return InView(control.TabRect(Named(name)).center()); }
   QPoint CloseButton(const QString &name) const {
     const QRect tab = control.TabRect(Named(name));

@@ -15,20 +15,141 @@ class TestFindBar final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase();
-  void init();
-  void cleanup();
+  void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
 
-  void typingSearchesOnce();
-  void keysWalkMatches();
-  void withoutWrapItStopsAtTheEnds();
-  void resultInWords_data();
-  void resultInWords();
-  void noMatchTurnsTheBox();
-  void openTakesText_data();
-  void openTakesText();
-  void escapeCloses();
-  void nextWithoutTextOpens();
+  void init() {
+    m_window = std::make_unique<QWidget>();
+    m_window->resize(900, 60);
+    m_bar = new TFindBar(m_language, m_window.get());
+    m_bar->resize(900, 40);
+    m_requests = std::make_unique<QSignalSpy>(m_bar, &TFindBar::FindRequested);
+    m_window->show();
+    m_window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+  }
+
+  void cleanup() {
+    m_requests.reset();
+    m_window.reset();
+  }
+
+  void typingSearchesOnce() {
+    m_bar->Open({});
+    QVERIFY(Box().hasFocus());
+    m_requests->clear();
+    QTest::keyClicks(&Box(), "word");
+    QTRY_COMPARE(m_requests->size(), 1);
+    QCOMPARE(TakeRequest(), (QList<QVariant>{u"word"_s, true, false, true}));
+    // Emptying the box takes the matches away.
+    Box().clear();
+    QTRY_COMPARE(m_requests->size(), 1);
+    QCOMPARE(TakeRequest().first().toString(), QString());
+    m_bar->findChild<QCheckBox *>("chkMatchCase")->click();
+    QCOMPARE(TakeRequest().at(2).toBool(), true);
+  }
+
+  void keysWalkMatches() {
+    m_bar->Open(u"word"_s);
+    m_bar->ShowResult(1, 3);
+    m_requests->clear();
+    QTest::keyClick(&Box(), Qt::Key_Return);
+    QCOMPARE(TakeRequest().at(1).toBool(), true);
+    QTest::keyClick(&Box(), Qt::Key_Return, Qt::ShiftModifier);
+    QCOMPARE(TakeRequest().at(1).toBool(), false);
+    m_bar->findChild<QToolButton *>("cmdNext")->click();
+    QCOMPARE(TakeRequest().at(1).toBool(), true);
+    m_bar->FindNext(false);
+    QCOMPARE(TakeRequest().at(1).toBool(), false);
+    // Enter right after typing searches for what was typed, once.
+    QTest::keyClicks(&Box(), "x");
+    QTest::keyClick(&Box(), Qt::Key_Return);
+    QCOMPARE(m_requests->size(), 1);
+    QCOMPARE(TakeRequest().first().toString(), u"x"_s);
+  }
+
+  void withoutWrapItStopsAtTheEnds() {
+    m_bar->Open(u"word"_s);
+    m_bar->findChild<QCheckBox *>("chkWrap")->setChecked(false);
+    m_bar->ShowResult(3, 3);
+    m_requests->clear();
+    m_bar->FindNext(true);
+    QVERIFY(m_requests->isEmpty());
+    QCOMPARE(Result(), m_language.Text("FIND_BAR", "LastMatch"));
+    m_bar->FindNext(false);
+    QCOMPARE(TakeRequest(), (QList<QVariant>{u"word"_s, false, false, false}));
+    m_bar->ShowResult(1, 3);
+    m_bar->FindNext(false);
+    QVERIFY(m_requests->isEmpty());
+    QCOMPARE(Result(), m_language.Text("FIND_BAR", "FirstMatch"));
+  }
+
+  void resultInWords_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("active");
+    QTest::addColumn<int>("total");
+    QTest::addColumn<QString>("words");
+    QTest::newRow("some") << "a" << 3 << 17 << "3 of 17";
+    QTest::newRow("none") << "a" << 0 << 0 << "No matches";
+    QTest::newRow("found, none active yet") << "a" << 0 << 2 << "1 of 2";
+    QTest::newRow("nothing looked for") << "" << 0 << 0 << "";
+  }
+  void resultInWords() {
+    QFETCH(QString, text);
+    QFETCH(int, active);
+    QFETCH(int, total);
+    QFETCH(QString, words);
+    m_bar->Open(text);
+    m_bar->ShowResult(active, total);
+    QCOMPARE(Result(), words);
+  }
+
+  void noMatchTurnsTheBox() {
+    m_bar->Open(u"word"_s);
+    const QColor normal = Box().palette().color(QPalette::Base);
+    m_bar->ShowResult(0, 0);
+    QVERIFY(Box().palette().color(QPalette::Base) != normal);
+    m_bar->ShowResult(1, 1);
+    QCOMPARE(Box().palette().color(QPalette::Base), normal);
+    // A dark palette that comes meanwhile is taken up.
+    m_bar->ShowResult(0, 0);
+    QPalette dark;
+    dark.setColor(QPalette::Base, QColor(20, 20, 20));
+    dark.setColor(QPalette::Text, Qt::white);
+    m_bar->setPalette(dark);
+    QTRY_VERIFY(Box().palette().color(QPalette::Base).lightness() < 80);
+    QVERIFY(Box().palette().color(QPalette::Base) != QColor(20, 20, 20));
+    QCOMPARE(Box().palette().color(QPalette::Text), QColor(Qt::white));
+  }
+
+  void openTakesText_data() {
+    QTest::addColumn<QString>("given");
+    QTest::addColumn<QString>("text");
+    Row("plain", "word", "word");
+    Row("nothing keeps the last text", "", "before");
+    Row("first line", "one\ntwo", "one");
+    Row("blank lines before", " \r\n one\r\ntwo", "one");
+    Row("endless", QString(100000, 'x'), QString(1000, 'x'));
+  }
+  void openTakesText() {
+    QFETCH(QString, given);
+    QFETCH(QString, text);
+    m_bar->Open(u"before"_s);
+    m_bar->Open(given);
+    QCOMPARE(m_bar->SearchText(), text);
+    QCOMPARE(Box().selectedText(), text);
+    QCOMPARE(TakeRequest().first().toString(), text);
+  }
+
+  void opensAndCloses() {
+    QVERIFY(!m_bar->isVisible());
+    m_bar->FindNext(true);  // without a text to look for
+    QVERIFY(m_bar->isVisible());
+    QVERIFY(Box().hasFocus());
+    QSignalSpy closed(m_bar, &TFindBar::Closed);
+    QTest::keyClick(&Box(), Qt::Key_Escape);
+    QCOMPARE(closed.size(), 1);
+    QVERIFY(!m_bar->isVisible());
+  }
 
  private:
   [[nodiscard]] QLineEdit &Box() const { return *m_bar->findChild<QLineEdit *>("txtFind"); }
@@ -43,150 +164,6 @@ class TestFindBar final : public QObject {
   TFindBar *m_bar = nullptr;
   std::unique_ptr<QSignalSpy> m_requests;
 };
-
-void TestFindBar::initTestCase() {
-  QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")));
-}
-
-void TestFindBar::init() {
-  m_window = std::make_unique<QWidget>();
-  m_window->resize(900, 60);
-  m_bar = new TFindBar(m_language, m_window.get());
-  m_bar->resize(900, 40);
-  m_requests = std::make_unique<QSignalSpy>(m_bar, &TFindBar::FindRequested);
-  m_window->show();
-  m_window->activateWindow();
-  QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-}
-
-void TestFindBar::cleanup() {
-  m_requests.reset();
-  m_window.reset();
-}
-
-void TestFindBar::typingSearchesOnce() {
-  m_bar->Open({});
-  QVERIFY(Box().hasFocus());
-  m_requests->clear();
-  QTest::keyClicks(&Box(), "word");
-  QTRY_COMPARE(m_requests->size(), 1);
-  QCOMPARE(TakeRequest(), (QList<QVariant>{u"word"_s, true, false, true}));
-  // Emptying the box takes the matches away.
-  Box().clear();
-  QTRY_COMPARE(m_requests->size(), 1);
-  QCOMPARE(TakeRequest().first().toString(), QString());
-  m_bar->findChild<QCheckBox *>("chkMatchCase")->click();
-  QCOMPARE(TakeRequest().at(2).toBool(), true);
-}
-
-void TestFindBar::keysWalkMatches() {
-  m_bar->Open(u"word"_s);
-  m_bar->ShowResult(1, 3);
-  m_requests->clear();
-  QTest::keyClick(&Box(), Qt::Key_Return);
-  QCOMPARE(TakeRequest().at(1).toBool(), true);
-  QTest::keyClick(&Box(), Qt::Key_Return, Qt::ShiftModifier);
-  QCOMPARE(TakeRequest().at(1).toBool(), false);
-  m_bar->findChild<QToolButton *>("cmdNext")->click();
-  QCOMPARE(TakeRequest().at(1).toBool(), true);
-  m_bar->FindNext(false);
-  QCOMPARE(TakeRequest().at(1).toBool(), false);
-  // Enter right after typing searches for what was typed, once.
-  QTest::keyClicks(&Box(), "x");
-  QTest::keyClick(&Box(), Qt::Key_Return);
-  QCOMPARE(m_requests->size(), 1);
-  QCOMPARE(TakeRequest().first().toString(), u"x"_s);
-}
-
-void TestFindBar::withoutWrapItStopsAtTheEnds() {
-  m_bar->Open(u"word"_s);
-  m_bar->findChild<QCheckBox *>("chkWrap")->setChecked(false);
-  m_bar->ShowResult(3, 3);
-  m_requests->clear();
-  m_bar->FindNext(true);
-  QVERIFY(m_requests->isEmpty());
-  QCOMPARE(Result(), m_language.Text("FIND_BAR", "LastMatch"));
-  m_bar->FindNext(false);
-  QCOMPARE(TakeRequest(), (QList<QVariant>{u"word"_s, false, false, false}));
-  m_bar->ShowResult(1, 3);
-  m_bar->FindNext(false);
-  QVERIFY(m_requests->isEmpty());
-  QCOMPARE(Result(), m_language.Text("FIND_BAR", "FirstMatch"));
-}
-
-void TestFindBar::resultInWords_data() {
-  QTest::addColumn<QString>("text");
-  QTest::addColumn<int>("active");
-  QTest::addColumn<int>("total");
-  QTest::addColumn<QString>("words");
-  QTest::newRow("some") << "a" << 3 << 17 << "3 of 17";
-  QTest::newRow("none") << "a" << 0 << 0 << "No matches";
-  QTest::newRow("found, none active yet") << "a" << 0 << 2 << "1 of 2";
-  QTest::newRow("nothing looked for") << "" << 0 << 0 << "";
-}
-
-void TestFindBar::resultInWords() {
-  QFETCH(QString, text);
-  QFETCH(int, active);
-  QFETCH(int, total);
-  QFETCH(QString, words);
-  m_bar->Open(text);
-  m_bar->ShowResult(active, total);
-  QCOMPARE(Result(), words);
-}
-
-void TestFindBar::noMatchTurnsTheBox() {
-  m_bar->Open(u"word"_s);
-  const QColor normal = Box().palette().color(QPalette::Base);
-  m_bar->ShowResult(0, 0);
-  QVERIFY(Box().palette().color(QPalette::Base) != normal);
-  m_bar->ShowResult(1, 1);
-  QCOMPARE(Box().palette().color(QPalette::Base), normal);
-  // A dark palette that comes meanwhile is taken up.
-  m_bar->ShowResult(0, 0);
-  QPalette dark;
-  dark.setColor(QPalette::Base, QColor(20, 20, 20));
-  dark.setColor(QPalette::Text, Qt::white);
-  m_bar->setPalette(dark);
-  QTRY_VERIFY(Box().palette().color(QPalette::Base).lightness() < 80);
-  QVERIFY(Box().palette().color(QPalette::Base) != QColor(20, 20, 20));
-  QCOMPARE(Box().palette().color(QPalette::Text), QColor(Qt::white));
-}
-
-void TestFindBar::openTakesText_data() {
-  QTest::addColumn<QString>("given");
-  QTest::addColumn<QString>("text");
-  Row("plain", "word", "word");
-  Row("nothing keeps the last text", "", "before");
-  Row("first line", "one\ntwo", "one");
-  Row("blank lines before", " \r\n one\r\ntwo", "one");
-  Row("endless", QString(100000, 'x'), QString(1000, 'x'));
-}
-
-void TestFindBar::openTakesText() {
-  QFETCH(QString, given);
-  QFETCH(QString, text);
-  m_bar->Open(u"before"_s);
-  m_bar->Open(given);
-  QCOMPARE(m_bar->SearchText(), text);
-  QCOMPARE(Box().selectedText(), text);
-  QCOMPARE(TakeRequest().first().toString(), text);
-}
-
-void TestFindBar::escapeCloses() {
-  QSignalSpy closed(m_bar, &TFindBar::Closed);
-  m_bar->Open({});
-  QTest::keyClick(&Box(), Qt::Key_Escape);
-  QCOMPARE(closed.size(), 1);
-  QVERIFY(!m_bar->isVisible());
-}
-
-void TestFindBar::nextWithoutTextOpens() {
-  QVERIFY(!m_bar->isVisible());
-  m_bar->FindNext(true);
-  QVERIFY(m_bar->isVisible());
-  QVERIFY(Box().hasFocus());
-}
 
 QTEST_MAIN(TestFindBar)
 #include "test_find_bar.moc"

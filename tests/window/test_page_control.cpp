@@ -43,419 +43,397 @@ class TPageControlTest final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void PositionsAndActivation_data();
-  void PositionsAndActivation();
-  void PagesThatGoByThemselves();
-  void HandlersMayChangeThePages();
-  void OnlyTheActivePageIsOnScreen();
-  void FocusGoesToTheNewPage();
-  void RowsStayInTheirShare();
-  void ActiveTabIsAlwaysInSight_data();
-  void ActiveTabIsAlwaysInSight();
-  void AboveBelowAndMirrored();
-  void ScrollButtonsAreThereWhenNeeded();
-  void ColoursAndImages();
-  void ScreenReadersSeeATabList();
-  void PaintsWhatChanged();
-};
+  // Script: "+A" adds at the end, "+A@1" there, "?A" adds a hidden one, "-A" removes, "!A" deletes, "hA" hides, "sA"
+  // shows, "aA" activates, "m1>2" moves, ">" and "<" walk.
+  void PositionsAndActivation_data() {
+    QTest::addColumn<QString>("script");
+    QTest::addColumn<QString>("state");
+    QTest::addColumn<QString>("changes");
 
-// Script: "+A" adds at the end, "+A@1" there, "?A" adds a hidden one, "-A" removes, "!A" deletes, "hA" hides, "sA"
-// shows, "aA" activates, "m1>2" moves, ">" and "<" walk.
-void TPageControlTest::PositionsAndActivation_data() {
-  QTest::addColumn<QString>("script");
-  QTest::addColumn<QString>("state");
-  QTest::addColumn<QString>("changes");
-
-  Row("the first page becomes active", "+A +B +C", "*A B C", "A");
-  Row("in the middle and in front", "+A +B@0 +C@1", "B C *A", "A");
-  Row("a hidden page does not become active", "?H +A", "(H) *A", "A");
-  Row("nor when it is asked to", "+A ?H aH", "*A (H)", "A");
-  Row("only hidden ones: none is active", "?H ?I", "(H) (I)", "");
-  Row("shown, the only one becomes active", "?H ?I sI", "(H) *I", "I");
-  Row("shown beside others, it does not", "+A ?H sH", "*A H", "A");
-  Row("removing the active one: next", "+A +B +C aB -B", "A *C", "A B C");
-  Row("... next visible", "+A +B ?H +C aB -B", "A (H) *C", "A B C");
-  Row("... previous at the end", "+A ?H +B aB -B", "*A (H)", "A B A");
-  Row("... none left", "+A ?H -A", "(H)", "A -");
-  Row("hiding the active one: next", "+A +B +C aB hB", "A (B) *C", "A B C");
-  Row("... previous at the end", "+A +B aB hB", "*A (B)", "A B A");
-  Row("... none left", "+A hA", "(A)", "A -");
-  Row("removing another one", "+A +B +C aC -A", "B *C", "A C");
-  Row("deleting the active one", "+A +B aA !A", "*B", "A B");
-  Row("deleting a hidden one", "+A ?H +B !H", "*A B", "A");
-  Row("moving counts hidden pages", "+A ?H +B +C m0>2", "(H) B *A C", "A");
-  Row("moving beyond the end", "+A +B +C m0>9", "B C *A", "A");
-  Row("moving from nowhere", "+A +B m5>0", "*A B", "A");
-  Row("walking goes round and passes hidden ones", "+A ?H +B > > <", "A (H) *B", "A B A B");
-  Row("walking with one page", "+A ?H > <", "*A (H)", "A");
-  Row("walking with none", "?H > <", "(H)", "");
-  Row("a position out of range is the end", "+A +B@99 +C@-5", "*A B C", "A");
-}
-
-void TPageControlTest::PositionsAndActivation() {
-  QFETCH(QString, script);
-  TStrip strip;
-  QList<QWidget *> removed;
-  QString changed;
-  connect(&strip.control, &TZVPageControl::ActivePageChanged, this, [&](const QWidget *page) {
-    const auto *edit = static_cast<const QLineEdit *>(page);
-    changed += (changed.isEmpty() ? "" : " ") + (edit ? edit->text() : QStringLiteral("-"));
-    QVERIFY(!page || page->isVisible());
-    QCOMPARE(strip.control.ActivePage(), page);
-  });
-  for (const QString &step : script.split(u' ')) {
-    const QString name = step.mid(1).section(u'@', 0, 0);
-    const int position = step.contains(u'@') ? step.section(u'@', 1).toInt() : -1;
-    QWidget *page = strip.Named(name);
-    switch (step[0].unicode()) {
-      case '+': {
-        auto *added = new TPage(name);
-        strip.control.InsertPage(position, added);
-        strip.control.SetPageCaption(added, name);
-        break;
+    Row("the first page becomes active", "+A +B +C", "*A B C", "A");
+    Row("in the middle and in front", "+A +B@0 +C@1", "B C *A", "A");
+    Row("a hidden page does not become active", "?H +A", "(H) *A", "A");
+    Row("nor when it is asked to", "+A ?H aH", "*A (H)", "A");
+    Row("only hidden ones: none is active", "?H ?I", "(H) (I)", "");
+    Row("shown, the only one becomes active", "?H ?I sI", "(H) *I", "I");
+    Row("shown beside others, it does not", "+A ?H sH", "*A H", "A");
+    Row("removing the active one: next", "+A +B +C aB -B", "A *C", "A B C");
+    Row("... next visible", "+A +B ?H +C aB -B", "A (H) *C", "A B C");
+    Row("... previous at the end", "+A ?H +B aB -B", "*A (H)", "A B A");
+    Row("... none left", "+A ?H -A", "(H)", "A -");
+    Row("hiding the active one: next", "+A +B +C aB hB", "A (B) *C", "A B C");
+    Row("... previous at the end", "+A +B aB hB", "*A (B)", "A B A");
+    Row("... none left", "+A hA", "(A)", "A -");
+    Row("removing another one", "+A +B +C aC -A", "B *C", "A C");
+    Row("deleting the active one", "+A +B aA !A", "*B", "A B");
+    Row("deleting a hidden one", "+A ?H +B !H", "*A B", "A");
+    Row("moving counts hidden pages", "+A ?H +B +C m0>2", "(H) B *A C", "A");
+    Row("moving beyond the end", "+A +B +C m0>9", "B C *A", "A");
+    Row("moving from nowhere", "+A +B m5>0", "*A B", "A");
+    Row("walking goes round and passes hidden ones", "+A ?H +B > > <", "A (H) *B", "A B A B");
+    Row("walking with one page", "+A ?H > <", "*A (H)", "A");
+    Row("walking with none", "?H > <", "(H)", "");
+    Row("a position out of range is the end", "+A +B@99 +C@-5", "*A B C", "A");
+  }
+  void PositionsAndActivation() {
+    QFETCH(QString, script);
+    TStrip strip;
+    QList<QWidget *> removed;
+    QString changed;
+    connect(&strip.control, &TZVPageControl::ActivePageChanged, this, [&](const QWidget *page) {
+      const auto *edit = static_cast<const QLineEdit *>(page);
+      changed += (changed.isEmpty() ? "" : " ") + (edit ? edit->text() : QStringLiteral("-"));
+      QVERIFY(!page || page->isVisible());
+      QCOMPARE(strip.control.ActivePage(), page);
+    });
+    for (const QString &step : script.split(u' ')) {
+      const QString name = step.mid(1).section(u'@', 0, 0);
+      const int position = step.contains(u'@') ? step.section(u'@', 1).toInt() : -1;
+      QWidget *page = strip.Named(name);
+      switch (step[0].unicode()) {
+        case '+':
+        case '?':
+          strip.Add(name, position, step[0] == u'+');
+          break;
+        case '-':
+          strip.control.RemovePage(page);
+          removed << page;
+          break;
+        case '!':
+          delete page;
+          break;
+        case 'h':
+          strip.control.SetPageVisible(page, false);
+          break;
+        case 's':
+          strip.control.SetPageVisible(page, true);
+          break;
+        case 'a':
+          strip.control.SetActivePage(page);
+          break;
+        case 'm':
+          strip.control.MovePage(name.section(u'>', 0, 0).toInt(), name.section(u'>', 1).toInt());
+          break;
+        default:
+          strip.control.SelectNextPage(step == QLatin1String(">"));
       }
-      case '?':
-        strip.Add(name, position, false);
-        break;
-      case '-':
-        strip.control.RemovePage(page);
-        removed << page;
-        break;
-      case '!':
-        delete page;
-        break;
-      case 'h':
-        strip.control.SetPageVisible(page, false);
-        break;
-      case 's':
-        strip.control.SetPageVisible(page, true);
-        break;
-      case 'a':
-        strip.control.SetActivePage(page);
-        break;
-      case 'm':
-        strip.control.MovePage(name.section(u'>', 0, 0).toInt(), name.section(u'>', 1).toInt());
-        break;
-      default:
-        strip.control.SelectNextPage(step == QLatin1String(">"));
+    }
+    QTEST(strip.State(), "state");
+    QTEST(changed, "changes");
+    int visible = 0;
+    for (int i = 0; i < strip.control.PageCount(); ++i) {
+      QCOMPARE(strip.control.IndexOf(strip.control.Page(i)), i);
+      QCOMPARE(strip.control.Page(i)->isVisible(), strip.control.Page(i) == strip.control.ActivePage());
+      QCOMPARE(strip.control.TabRect(strip.control.Page(i)).isEmpty(),
+               !strip.control.IsPageVisible(strip.control.Page(i)));
+      if (strip.control.IsPageVisible(strip.control.Page(i))) ++visible;
+    }
+    QCOMPARE(strip.control.VisiblePageCount(), visible);
+    for (const QWidget *page : std::as_const(removed)) {
+      QCOMPARE(strip.control.IndexOf(page), -1);
+      QCOMPARE(page->parent(), nullptr);
+      QVERIFY(!page->isVisible());
+    }
+    qDeleteAll(removed);
+  }
+
+  void PagesThatGoByThemselves() {
+    TStrip strip("A B C D");
+    QWidget other;
+    strip.control.SetActivePage(strip.Named("B"));
+    strip.Named("B")->setParent(&other);  // somebody else takes it
+    QCOMPARE(strip.State(), "A *C D");
+    strip.Named("C")->deleteLater();
+    QTRY_COMPARE(strip.State(), "A *D");
+    TStrip::Settle();
+    QVERIFY(strip.Named("D")->isVisible());
+    for (const char *gone : {"D", "A"}) delete strip.Named(gone);
+    QCOMPARE(strip.control.PageCount(), 0);
+    QCOMPARE(strip.control.ActivePage(), nullptr);
+    QVERIFY(!strip.control.grab().isNull());
+
+    // Pages that ask for themselves while the whole control goes find nothing.
+    auto *dying = new TZVPageControl;
+    auto *page = new QWidget;
+    dying->InsertPage(0, page);
+    int asked = 0;
+    connect(page, &QObject::destroyed, this, [&] {
+      ++asked;
+      QCOMPARE(dying->IndexOf(page), -1);
+      dying->RemovePage(page);
+    });
+    delete dying;
+    QCOMPARE(asked, 1);
+  }
+
+  void HandlersMayChangeThePages() {
+    TStrip strip("A B C D E");
+    // Whatever becomes active is closed at once, until two are left; and once a page comes in.
+    bool added = false;
+    connect(&strip.control, &TZVPageControl::ActivePageChanged, this, [&](QWidget *page) {
+      if (strip.control.PageCount() <= 2) return;
+      if (!std::exchange(added, true)) strip.Add("N", 0, false);
+      delete page;
+    });
+    strip.control.SetActivePage(strip.Named("C"));
+    QCOMPARE(strip.State(), "(N) *A");
+    TStrip::Settle();
+    QVERIFY(strip.Named("A")->isVisible());
+
+    // A close handler that deletes the tab under the mouse, and the next press in the same place.
+    connect(&strip.control, &TZVPageControl::CloseRequested, this, [](QWidget *page) { delete page; });
+    for (const char *name : {"X", "Y", "Z"}) strip.Add(name);
+    strip.Click(strip.CloseButton("X"));
+    const QPoint next = strip.CloseButton("Y");
+    QTest::mouseDClick(strip.View(), Qt::LeftButton, {}, next);
+    QTest::mouseRelease(strip.View(), Qt::LeftButton, {}, next);
+    QCOMPARE(strip.State(), "(N) *A Z");
+  }
+
+  void OnlyTheActivePageIsOnScreen() {
+    TStrip strip;
+    QList<TPage *> pages;
+    for (int i = 0; i < 100; ++i) pages << strip.Add(QString::number(i));
+    TStrip::Settle();
+    for (int width = 500; width < 900; width += 20) {
+      strip.control.resize(width, width / 2);
+      TStrip::Settle();
+    }
+    QCOMPARE(pages.first()->width(), strip.control.width());
+    for (const TPage *page : pages.mid(1)) QCOMPARE(page->hiddenResizes, 0);
+    strip.control.SetActivePage(pages[7]);
+    QVERIFY(pages[7]->isVisible() && !pages[0]->isVisible());
+    QCOMPARE(pages[7]->size(), pages[0]->size());
+  }
+
+  void FocusGoesToTheNewPage() {
+    TStrip strip("A B C");
+    strip.Named("A")->setFocus();
+    strip.control.SelectNextPage(true);
+    QVERIFY(strip.Named("B")->hasFocus());
+    delete strip.Named("B");
+    strip.Named("C")->setFocus();
+    strip.control.RemovePage(strip.Named("C"));  // the page keeps no keyboard when it leaves
+    QVERIFY(strip.Named("A")->hasFocus());
+    strip.Add("D");
+    strip.control.FocusStrip();
+    strip.control.SelectNextPage(true);  // not in the page: stays where it was
+    QVERIFY(strip.control.StripHasFocus());
+  }
+
+  void RowsStayInTheirShare() {
+    TStrip strip(QString(), {800, 600});
+    strip.Add("first");
+    TStrip::Settle();
+    const int oneRow = strip.View()->height();
+    for (int i = 0; i < 20; ++i) strip.Add(QStringLiteral("a-longer-caption-%1").arg(i));
+    TStrip::Settle();
+    QVERIFY(strip.View()->height() > 2 * oneRow);
+    for (int i = 0; i < 480; ++i) strip.Add(QStringLiteral("a-longer-caption-%1").arg(i + 20));
+    TStrip::Settle();
+    QVERIFY(strip.View()->height() <= strip.control.height() / 3 + 4);
+    QVERIFY(strip.View()->findChild<QScrollBar *>()->isVisible());
+    QCOMPARE(strip.control.ActivePage()->height() + strip.View()->height(), strip.control.height());
+
+    // Rows keep their order: a tab further on never lies in an earlier row.
+    QPoint last;
+    for (int i = 0; i < 501; ++i) {
+      const QRect rect = strip.control.TabRect(strip.control.Page(i));
+      if (rect.isEmpty()) continue;
+      QVERIFY(rect.y() > last.y() || (rect.y() == last.y() && rect.x() >= last.x()));
+      QCOMPARE(strip.PageAt(strip.InView(rect.center())), strip.control.Page(i));
+      last = rect.topLeft();
+    }
+    // The arrow keys go from row to row.
+    strip.control.FocusStrip();
+    const QRect before = strip.control.TabRect(strip.control.ActivePage());
+    QTest::keyClick(strip.View(), Qt::Key_Down);
+    const QRect after = strip.control.TabRect(strip.control.ActivePage());
+    QVERIFY(after.y() > before.y() && after.left() <= before.center().x());
+    QTest::keyClick(strip.View(), Qt::Key_Up);
+    QCOMPARE(strip.control.TabRect(strip.control.ActivePage()).y(), before.y());
+  }
+
+  void ActiveTabIsAlwaysInSight_data() {
+    QTest::addColumn<bool>("multiple");
+    QTest::addColumn<Qt::LayoutDirection>("direction");
+    QTest::newRow("several rows") << true << Qt::LeftToRight;
+    QTest::newRow("one row") << false << Qt::LeftToRight;
+    QTest::newRow("one row, mirrored") << false << Qt::RightToLeft;
+  }
+  void ActiveTabIsAlwaysInSight() {
+    QFETCH(bool, multiple);
+    QFETCH(Qt::LayoutDirection, direction);
+    TStrip strip;
+    strip.control.setLayoutDirection(direction);
+    strip.control.SetMultipleLines(multiple);
+    for (int i = 0; i < 200; ++i) strip.Add(QStringLiteral("Caption-%1").arg(i));
+    const auto inSight = [&] {
+      const QRect rect = strip.control.TabRect(strip.control.ActivePage());
+      return rect.width() > 60 && strip.PageAt(strip.InView(rect.center())) == strip.control.ActivePage();
+    };
+    for (const int position : {199, 0, 100, 101, 150, 20}) {
+      strip.control.SetActivePage(strip.control.Page(position));
+      QVERIFY2(inSight(), qPrintable(QString::number(position)));
+    }
+    strip.control.resize(400, 300);
+    QVERIFY(inSight());
+    strip.control.SetTabsDown(false);
+    QVERIFY(inSight());
+    strip.control.MovePage(20, 190);
+    QVERIFY(inSight());
+    strip.control.SetMultipleLines(!multiple);
+    QVERIFY(inSight());
+    for (int i = 0; i < 180; ++i) delete strip.control.Page(0);
+    QVERIFY(inSight());
+  }
+
+  void AboveBelowAndMirrored() {
+    TStrip strip("A B C");
+    const auto centre = [&](const char *name) { return strip.control.TabRect(strip.Named(name)).center(); };
+    QVERIFY(strip.control.TabsDown() && strip.control.MultipleLines());
+    QVERIFY(centre("A").y() > strip.control.height() / 2);
+    QCOMPARE(strip.Named("A")->mapTo(&strip.control, QPoint()), QPoint(0, 0));
+    strip.control.SetTabsDown(false);
+    TStrip::Settle();
+    QVERIFY(centre("A").y() < strip.control.height() / 2);
+    QCOMPARE(strip.Named("A")->mapTo(&strip.control, QPoint()).y(), strip.View()->height());
+    QVERIFY(centre("A").x() < centre("B").x());
+    const int width = strip.control.width();
+    const int left = centre("A").x();
+    strip.control.setLayoutDirection(Qt::RightToLeft);
+    QVERIFY(centre("A").x() > centre("B").x());
+    QVERIFY(qAbs(centre("A").x() - (width - left)) <= 2);
+  }
+
+  void ScrollButtonsAreThereWhenNeeded() {
+    TStrip strip("A B C");
+    strip.control.SetMultipleLines(false);
+    strip.control.SetButtonTexts("close it", "to the left", "to the right");
+    auto *left = strip.View()->findChild<QToolButton *>("tbScrollLeft");
+    auto *right = strip.View()->findChild<QToolButton *>("tbScrollRight");
+    QCOMPARE(left->accessibleName(), "to the left");
+    QVERIFY(strip.control.TabRect(strip.Named("A")).width() >= 60);  // a caption of one letter can still be hit
+    TStrip::Settle();
+    QVERIFY(!left->isVisible() && !right->isVisible());
+    for (int i = 0; i < 50; ++i) strip.Add(QStringLiteral("Caption-%1").arg(i));
+    TStrip::Settle();
+    QVERIFY(left->isVisible() && !left->isEnabled() && right->isEnabled());
+    QVERIFY(strip.control.TabRect(strip.Named("Caption-49")).isEmpty());
+    for (int i = 0; i < 60; ++i) right->click();
+    QVERIFY(!strip.control.TabRect(strip.Named("Caption-49")).isEmpty());
+    QVERIFY(left->isEnabled() && !right->isEnabled());
+    strip.control.SetPageCaption(strip.Named("B"), "A title arrives while somebody looks elsewhere");
+    TStrip::Settle();
+    QVERIFY(!strip.control.TabRect(strip.Named("Caption-49")).isEmpty());  // and he still does
+  }
+
+  void ColoursAndImages() {
+    TStrip strip("A B");
+    strip.control.SetInactiveTabColor(QColor(10, 200, 30));
+    strip.control.SetInactiveFontColor(QColor(200, 10, 220));
+    strip.control.SetPageCaption(strip.Named("B"), QString(5, QChar(0x2588)));  // full blocks: pure ink
+    QWidget *second = strip.control.Page(1);
+    const auto picture = [&](QWidget *page) {
+      TStrip::Settle();
+      return strip.control.grab(strip.control.TabRect(page)).toImage();
+    };
+    QVERIFY(Shows(picture(second), QColor(10, 200, 30)));
+    QVERIFY(Shows(picture(second), QColor(200, 10, 220)));
+    QVERIFY(!Shows(picture(strip.Named("A")), QColor(10, 200, 30)));
+    QVERIFY(Shows(picture(strip.Named("A")), strip.control.palette().color(QPalette::Highlight)));
+
+    // The status image hides the site's icon; without a status image the icon is there again. No width changes.
+    strip.control.SetImages({Filled(Qt::red), Filled(Qt::blue)});
+    TStrip::Settle();
+    const QRect before = strip.control.TabRect(second);
+    struct {
+      int image;
+      bool red, blue, yellow;
+    } constexpr cases[] = {
+        {0, true, false, false}, {1, false, true, false}, {-1, false, false, true}, {7, false, false, true}};
+    strip.control.SetPageIcon(second, Filled(Qt::yellow));
+    for (const auto &one : cases) {
+      strip.control.SetPageImage(second, one.image);
+      QCOMPARE(strip.control.PageImage(second), one.image);
+      const QImage image = picture(second);
+      QCOMPARE(Shows(image, Qt::red), one.red);
+      QCOMPARE(Shows(image, Qt::blue), one.blue);
+      QCOMPARE(Shows(image, Qt::yellow), one.yellow);
+      QCOMPARE(strip.control.TabRect(second), before);
     }
   }
-  QTEST(strip.State(), "state");
-  QTEST(changed, "changes");
-  int visible = 0;
-  for (int i = 0; i < strip.control.PageCount(); ++i) {
-    QCOMPARE(strip.control.IndexOf(strip.control.Page(i)), i);
-    QCOMPARE(strip.control.Page(i)->isVisible(), strip.control.Page(i) == strip.control.ActivePage());
-    QCOMPARE(strip.control.TabRect(strip.control.Page(i)).isEmpty(),
-             !strip.control.IsPageVisible(strip.control.Page(i)));
-    if (strip.control.IsPageVisible(strip.control.Page(i))) ++visible;
+
+  void ScreenReadersSeeATabList() {
+    TStrip strip("A H B C");
+    strip.control.setAccessibleName("open pages");
+    strip.control.SetPageVisible(strip.Named("H"), false);
+    strip.control.SetPageCaption(strip.Named("C"), "R && D");
+    strip.control.SetPageHint(strip.Named("B"), "the whole title");
+    strip.control.SetActivePage(strip.Named("B"));
+    strip.control.FocusStrip();
+
+    QAccessibleInterface *list = QAccessible::queryAccessibleInterface(strip.View());
+    QVERIFY(list);
+    QCOMPARE(list->role(), QAccessible::PageTabList);
+    QCOMPARE(list->text(QAccessible::Name), "open pages");
+    QStringList names;
+    for (int i = 0; i < list->childCount(); ++i) {
+      QAccessibleInterface *child = list->child(i);
+      QVERIFY(child && child->isValid());
+      if (child->role() != QAccessible::PageTab) continue;
+      QCOMPARE(list->indexOfChild(child), i);
+      QCOMPARE(child->parent(), list);
+      QVERIFY(list->rect().contains(child->rect()));
+      QCOMPARE(list->childAt(child->rect().center().x(), child->rect().center().y()), child);
+      names << child->text(QAccessible::Name);
+    }
+    QCOMPARE(names, (QStringList{"A", "B", "R & D"}));
+    QAccessibleInterface *second = list->child(1);
+    QCOMPARE(second->text(QAccessible::Description), "the whole title");
+    QVERIFY(second->state().selected && second->state().focused);
+    QVERIFY(!list->child(0)->state().selected);
+    QCOMPARE(list->focusChild(), second);
+
+    list->child(2)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QCOMPARE(strip.State(), "A (H) B *R && D");
+
+    delete strip.Named("B");
+    QCOMPARE(list->child(1)->text(QAccessible::Name), "R & D");
   }
-  QCOMPARE(strip.control.VisiblePageCount(), visible);
-  for (const QWidget *page : std::as_const(removed)) {
-    QCOMPARE(strip.control.IndexOf(page), -1);
-    QCOMPARE(page->parent(), nullptr);
-    QVERIFY(!page->isVisible());
-  }
-  qDeleteAll(removed);
-}
 
-void TPageControlTest::PagesThatGoByThemselves() {
-  TStrip strip("A B C D");
-  QWidget other;
-  strip.control.SetActivePage(strip.Named("B"));
-  strip.Named("B")->setParent(&other);  // somebody else takes it
-  QCOMPARE(strip.State(), "A *C D");
-  strip.Named("C")->deleteLater();
-  QTRY_COMPARE(strip.State(), "A *D");
-  TStrip::Settle();
-  QVERIFY(strip.Named("D")->isVisible());
-  for (const char *gone : {"D", "A"}) delete strip.Named(gone);
-  QCOMPARE(strip.control.PageCount(), 0);
-  QCOMPARE(strip.control.ActivePage(), nullptr);
-  QVERIFY(!strip.control.grab().isNull());
-
-  // Pages that ask for themselves while the whole control goes find nothing.
-  auto *dying = new TZVPageControl;
-  auto *page = new QWidget;
-  dying->InsertPage(0, page);
-  int asked = 0;
-  connect(page, &QObject::destroyed, this, [&] {
-    ++asked;
-    QCOMPARE(dying->IndexOf(page), -1);
-    dying->RemovePage(page);
-  });
-  delete dying;
-  QCOMPARE(asked, 1);
-}
-
-void TPageControlTest::HandlersMayChangeThePages() {
-  TStrip strip("A B C D E");
-  // Whatever becomes active is closed at once, until two are left; and once a page comes in.
-  bool added = false;
-  connect(&strip.control, &TZVPageControl::ActivePageChanged, this, [&](QWidget *page) {
-    if (strip.control.PageCount() <= 2) return;
-    if (!std::exchange(added, true)) strip.Add("N", 0, false);
-    delete page;
-  });
-  strip.control.SetActivePage(strip.Named("C"));
-  QCOMPARE(strip.State(), "(N) *A");
-  TStrip::Settle();
-  QVERIFY(strip.Named("A")->isVisible());
-
-  // A close handler that deletes the tab under the mouse, and the next press in the same place.
-  connect(&strip.control, &TZVPageControl::CloseRequested, this, [](QWidget *page) { delete page; });
-  for (const char *name : {"X", "Y", "Z"}) strip.Add(name);
-  strip.Click(strip.CloseButton("X"));
-  const QPoint next = strip.CloseButton("Y");
-  QTest::mouseDClick(strip.View(), Qt::LeftButton, {}, next);
-  QTest::mouseRelease(strip.View(), Qt::LeftButton, {}, next);
-  QCOMPARE(strip.State(), "(N) *A Z");
-}
-
-void TPageControlTest::OnlyTheActivePageIsOnScreen() {
-  TStrip strip;
-  QList<TPage *> pages;
-  for (int i = 0; i < 100; ++i) pages << strip.Add(QString::number(i));
-  TStrip::Settle();
-  for (int width = 500; width < 900; width += 20) {
-    strip.control.resize(width, width / 2);
+  void PaintsWhatChanged() {
+    TStrip strip;
+    strip.control.SetMultipleLines(false);
+    for (int i = 0; i < 60; ++i) strip.Add(QStringLiteral("T%1").arg(i));
     TStrip::Settle();
+    TPaintLog log(*strip.View());
+    const auto at = [&](int position) {
+      return QRegion(strip.control.TabRect(strip.control.Page(position)).translated(-strip.View()->pos()));
+    };
+    const auto paints = [&](const QRegion &wanted, const std::function<void()> &change) {
+      strip.View()->repaint();
+      log.painted = {};
+      change();
+      (void)at(0);  // laid out at once
+      (void)QTest::qWaitFor([&] { return wanted.subtracted(log.painted).isEmpty(); });
+      // The scroll buttons paint themselves, and what lies below them.
+      return log.painted.subtracted(strip.View()->childrenRegion()) == wanted;
+    };
+    QVERIFY(paints(at(1), [&] { strip.control.SetPageImage(strip.control.Page(1), 3); }));
+    QVERIFY(paints(at(1), [&] { strip.control.SetPageCaption(strip.control.Page(1), "T-"); }));
+    QVERIFY(paints(at(0) + at(2), [&] { strip.control.SetActivePage(strip.control.Page(2)); }));
+    QVERIFY(paints(at(2) + at(3), [&] { strip.control.MovePage(3, 2); }));
+    QVERIFY(paints(at(1), [&] {
+      strip.Add("out of sight");
+      strip.control.MovePage(50, 40);
+      strip.control.SetPageImage(strip.control.Page(1), 2);
+    }));
+    while (strip.control.PageCount() > 6) delete strip.control.Page(5);
+    QVERIFY(paints(at(4) + at(5), [&] { delete strip.control.Page(4); }));
+    QVERIFY(paints(at(4), [&] { delete strip.control.Page(4); }));
   }
-  QCOMPARE(pages.first()->width(), strip.control.width());
-  for (const TPage *page : pages.mid(1)) QCOMPARE(page->hiddenResizes, 0);
-  strip.control.SetActivePage(pages[7]);
-  QVERIFY(pages[7]->isVisible() && !pages[0]->isVisible());
-  QCOMPARE(pages[7]->size(), pages[0]->size());
-}
-
-void TPageControlTest::FocusGoesToTheNewPage() {
-  TStrip strip("A B C");
-  strip.Named("A")->setFocus();
-  strip.control.SelectNextPage(true);
-  QVERIFY(strip.Named("B")->hasFocus());
-  delete strip.Named("B");
-  strip.Named("C")->setFocus();
-  strip.control.RemovePage(strip.Named("C"));  // the page keeps no keyboard when it leaves
-  QVERIFY(strip.Named("A")->hasFocus());
-  strip.Add("D");
-  strip.control.FocusStrip();
-  strip.control.SelectNextPage(true);  // not in the page: stays where it was
-  QVERIFY(strip.control.StripHasFocus());
-}
-
-void TPageControlTest::RowsStayInTheirShare() {
-  TStrip strip(QString(), {800, 600});
-  strip.Add("first");
-  TStrip::Settle();
-  const int oneRow = strip.View()->height();
-  for (int i = 0; i < 20; ++i) strip.Add(QStringLiteral("a-longer-caption-%1").arg(i));
-  TStrip::Settle();
-  QVERIFY(strip.View()->height() > 2 * oneRow);
-  for (int i = 0; i < 480; ++i) strip.Add(QStringLiteral("a-longer-caption-%1").arg(i + 20));
-  TStrip::Settle();
-  QVERIFY(strip.View()->height() <= strip.control.height() / 3 + 4);
-  QVERIFY(strip.View()->findChild<QScrollBar *>()->isVisible());
-  QCOMPARE(strip.control.ActivePage()->height() + strip.View()->height(), strip.control.height());
-
-  // Rows keep their order: a tab further on never lies in an earlier row.
-  QPoint last;
-  for (int i = 0; i < 501; ++i) {
-    const QRect rect = strip.control.TabRect(strip.control.Page(i));
-    if (rect.isEmpty()) continue;
-    QVERIFY(rect.y() > last.y() || (rect.y() == last.y() && rect.x() >= last.x()));
-    QCOMPARE(strip.control.PageAt(rect.center()), strip.control.Page(i));
-    last = rect.topLeft();
-  }
-  // The arrow keys go from row to row.
-  strip.control.FocusStrip();
-  const QRect before = strip.control.TabRect(strip.control.ActivePage());
-  QTest::keyClick(strip.View(), Qt::Key_Down);
-  const QRect after = strip.control.TabRect(strip.control.ActivePage());
-  QVERIFY(after.y() > before.y() && after.left() <= before.center().x());
-  QTest::keyClick(strip.View(), Qt::Key_Up);
-  QCOMPARE(strip.control.TabRect(strip.control.ActivePage()).y(), before.y());
-}
-
-void TPageControlTest::ActiveTabIsAlwaysInSight_data() {
-  QTest::addColumn<bool>("multiple");
-  QTest::addColumn<Qt::LayoutDirection>("direction");
-  QTest::newRow("several rows") << true << Qt::LeftToRight;
-  QTest::newRow("one row") << false << Qt::LeftToRight;
-  QTest::newRow("one row, mirrored") << false << Qt::RightToLeft;
-}
-
-void TPageControlTest::ActiveTabIsAlwaysInSight() {
-  QFETCH(bool, multiple);
-  QFETCH(Qt::LayoutDirection, direction);
-  TStrip strip;
-  strip.control.setLayoutDirection(direction);
-  strip.control.SetMultipleLines(multiple);
-  for (int i = 0; i < 200; ++i) strip.Add(QStringLiteral("Caption-%1").arg(i));
-  const auto inSight = [&] {
-    const QRect rect = strip.control.TabRect(strip.control.ActivePage());
-    return rect.width() > 60 && strip.control.PageAt(rect.center()) == strip.control.ActivePage();
-  };
-  for (const int position : {199, 0, 100, 101, 150, 20}) {
-    strip.control.SetActivePage(strip.control.Page(position));
-    QVERIFY2(inSight(), qPrintable(QString::number(position)));
-  }
-  strip.control.resize(400, 300);
-  QVERIFY(inSight());
-  strip.control.SetTabsDown(false);
-  QVERIFY(inSight());
-  strip.control.MovePage(20, 190);
-  QVERIFY(inSight());
-  strip.control.SetMultipleLines(!multiple);
-  QVERIFY(inSight());
-  for (int i = 0; i < 180; ++i) delete strip.control.Page(0);
-  QVERIFY(inSight());
-}
-
-void TPageControlTest::AboveBelowAndMirrored() {
-  TStrip strip("A B C");
-  const auto centre = [&](const char *name) { return strip.control.TabRect(strip.Named(name)).center(); };
-  QVERIFY(strip.control.TabsDown() && strip.control.MultipleLines());
-  QVERIFY(centre("A").y() > strip.control.height() / 2);
-  QCOMPARE(strip.Named("A")->mapTo(&strip.control, QPoint()), QPoint(0, 0));
-  strip.control.SetTabsDown(false);
-  TStrip::Settle();
-  QVERIFY(centre("A").y() < strip.control.height() / 2);
-  QCOMPARE(strip.Named("A")->mapTo(&strip.control, QPoint()).y(), strip.View()->height());
-  QVERIFY(centre("A").x() < centre("B").x());
-  const int width = strip.control.width();
-  const int left = centre("A").x();
-  strip.control.setLayoutDirection(Qt::RightToLeft);
-  QVERIFY(centre("A").x() > centre("B").x());
-  QVERIFY(qAbs(centre("A").x() - (width - left)) <= 2);
-}
-
-void TPageControlTest::ScrollButtonsAreThereWhenNeeded() {
-  TStrip strip("A B C");
-  strip.control.SetMultipleLines(false);
-  strip.control.SetButtonTexts("close it", "to the left", "to the right");
-  auto *left = strip.View()->findChild<QToolButton *>("tbScrollLeft");
-  auto *right = strip.View()->findChild<QToolButton *>("tbScrollRight");
-  QCOMPARE(left->accessibleName(), "to the left");
-  QVERIFY(strip.control.TabRect(strip.Named("A")).width() >= 60);  // a caption of one letter can still be hit
-  TStrip::Settle();
-  QVERIFY(!left->isVisible() && !right->isVisible());
-  for (int i = 0; i < 50; ++i) strip.Add(QStringLiteral("Caption-%1").arg(i));
-  TStrip::Settle();
-  QVERIFY(left->isVisible() && !left->isEnabled() && right->isEnabled());
-  QVERIFY(strip.control.TabRect(strip.Named("Caption-49")).isEmpty());
-  for (int i = 0; i < 60; ++i) right->click();
-  QVERIFY(!strip.control.TabRect(strip.Named("Caption-49")).isEmpty());
-  QVERIFY(left->isEnabled() && !right->isEnabled());
-  strip.control.SetPageCaption(strip.Named("B"), "A title arrives while somebody looks elsewhere");
-  TStrip::Settle();
-  QVERIFY(!strip.control.TabRect(strip.Named("Caption-49")).isEmpty());  // and he still does
-}
-
-void TPageControlTest::ColoursAndImages() {
-  TStrip strip("A B");
-  strip.control.SetInactiveTabColor(QColor(10, 200, 30));
-  strip.control.SetInactiveFontColor(QColor(200, 10, 220));
-  strip.control.SetPageCaption(strip.Named("B"), QString(5, QChar(0x2588)));  // full blocks: pure ink
-  QWidget *second = strip.control.Page(1);
-  const auto picture = [&](QWidget *page) {
-    TStrip::Settle();
-    return strip.control.grab(strip.control.TabRect(page)).toImage();
-  };
-  QVERIFY(Shows(picture(second), QColor(10, 200, 30)));
-  QVERIFY(Shows(picture(second), QColor(200, 10, 220)));
-  QVERIFY(!Shows(picture(strip.Named("A")), QColor(10, 200, 30)));
-  QVERIFY(Shows(picture(strip.Named("A")), strip.control.palette().color(QPalette::Highlight)));
-
-  // The status image hides the site's icon; without a status image the icon is there again. No width changes.
-  strip.control.SetImages({Filled(Qt::red), Filled(Qt::blue)});
-  TStrip::Settle();
-  const QRect before = strip.control.TabRect(second);
-  struct {
-    int image;
-    bool red, blue, yellow;
-  } constexpr cases[] = {
-      {0, true, false, false}, {1, false, true, false}, {-1, false, false, true}, {7, false, false, true}};
-  strip.control.SetPageIcon(second, Filled(Qt::yellow));
-  for (const auto &one : cases) {
-    strip.control.SetPageImage(second, one.image);
-    QCOMPARE(strip.control.PageImage(second), one.image);
-    const QImage image = picture(second);
-    QCOMPARE(Shows(image, Qt::red), one.red);
-    QCOMPARE(Shows(image, Qt::blue), one.blue);
-    QCOMPARE(Shows(image, Qt::yellow), one.yellow);
-    QCOMPARE(strip.control.TabRect(second), before);
-  }
-}
-
-void TPageControlTest::ScreenReadersSeeATabList() {
-  TStrip strip("A H B C");
-  strip.control.setAccessibleName("open pages");
-  strip.control.SetPageVisible(strip.Named("H"), false);
-  strip.control.SetPageCaption(strip.Named("C"), "R && D");
-  strip.control.SetPageHint(strip.Named("B"), "the whole title");
-  strip.control.SetActivePage(strip.Named("B"));
-  strip.control.FocusStrip();
-
-  QAccessibleInterface *list = QAccessible::queryAccessibleInterface(strip.View());
-  QVERIFY(list);
-  QCOMPARE(list->role(), QAccessible::PageTabList);
-  QCOMPARE(list->text(QAccessible::Name), "open pages");
-  QStringList names;
-  for (int i = 0; i < list->childCount(); ++i) {
-    QAccessibleInterface *child = list->child(i);
-    QVERIFY(child && child->isValid());
-    if (child->role() != QAccessible::PageTab) continue;
-    QCOMPARE(list->indexOfChild(child), i);
-    QCOMPARE(child->parent(), list);
-    QVERIFY(list->rect().contains(child->rect()));
-    QCOMPARE(list->childAt(child->rect().center().x(), child->rect().center().y()), child);
-    names << child->text(QAccessible::Name);
-  }
-  QCOMPARE(names, (QStringList{"A", "B", "R & D"}));
-  QAccessibleInterface *second = list->child(1);
-  QCOMPARE(second->text(QAccessible::Description), "the whole title");
-  QVERIFY(second->state().selected && second->state().focused);
-  QVERIFY(!list->child(0)->state().selected);
-  QCOMPARE(list->focusChild(), second);
-
-  list->child(2)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-  QCOMPARE(strip.State(), "A (H) B *R && D");
-
-  delete strip.Named("B");
-  QCOMPARE(list->child(1)->text(QAccessible::Name), "R & D");
-}
-
-void TPageControlTest::PaintsWhatChanged() {
-  TStrip strip;
-  strip.control.SetMultipleLines(false);
-  for (int i = 0; i < 60; ++i) strip.Add(QStringLiteral("T%1").arg(i));
-  TStrip::Settle();
-  TPaintLog log(*strip.View());
-  const auto at = [&](int position) {
-    return QRegion(strip.control.TabRect(strip.control.Page(position)).translated(-strip.View()->pos()));
-  };
-  const auto paints = [&](const QRegion &wanted, const std::function<void()> &change) {
-    strip.View()->repaint();
-    log.painted = {};
-    change();
-    (void)at(0);  // laid out at once
-    (void)QTest::qWaitFor([&] { return wanted.subtracted(log.painted).isEmpty(); });
-    // The scroll buttons paint themselves, and what lies below them.
-    return log.painted.subtracted(strip.View()->childrenRegion()) == wanted;
-  };
-  QVERIFY(paints(at(1), [&] { strip.control.SetPageImage(strip.control.Page(1), 3); }));
-  QVERIFY(paints(at(1), [&] { strip.control.SetPageCaption(strip.control.Page(1), "T-"); }));
-  QVERIFY(paints(at(0) + at(2), [&] { strip.control.SetActivePage(strip.control.Page(2)); }));
-  QVERIFY(paints(at(2) + at(3), [&] { strip.control.MovePage(3, 2); }));
-  QVERIFY(paints(at(1), [&] {
-    strip.Add("out of sight");
-    strip.control.MovePage(50, 40);
-    strip.control.SetPageImage(strip.control.Page(1), 2);
-  }));
-  while (strip.control.PageCount() > 6) delete strip.control.Page(5);
-  QVERIFY(paints(at(4) + at(5), [&] { delete strip.control.Page(4); }));
-  QVERIFY(paints(at(4), [&] { delete strip.control.Page(4); }));
-}
+};
 
 QTEST_MAIN(TPageControlTest)
 #include "test_page_control.moc"

@@ -26,269 +26,245 @@ class TTabInputTest final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void WalkKeysWorkInThePage_data();
-  void WalkKeysWorkInThePage();
-  void KeysInTheStrip_data();
-  void KeysInTheStrip();
-  void MouseButtons();
-  void WheelWalks();
-  void DraggingMovesTabs_data();
-  void DraggingMovesTabs();
-  void DraggingTellsEveryMove();
-  void DraggingBeyondTheEndGoesOn();
-  void ToolTipIsNeverMarkup();
-  void DroppedLinks_data();
-  void DroppedLinks();
+  void WalkKeysWorkInThePage() {
+    const struct {
+      QKeyCombination keys;
+      const char *state;
+    } cases[] = {{Qt::CTRL | Qt::Key_Tab, "A B *C"},
+                 {Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab, "*A B C"},
+                 {Qt::CTRL | Qt::Key_PageDown, "A B *C"},
+                 {Qt::CTRL | Qt::Key_PageUp, "*A B C"}};
+    TStrip strip("A B C");
+    for (const auto &[keys, state] : cases) {
+      strip.control.SetActivePage(strip.Named("B"));
+      strip.Named("B")->setFocus();
+      QTest::keyClick(strip.Named("B"), keys.key(), keys.keyboardModifiers());
+      QCOMPARE(strip.State(), state);
+    }
+  }
+
+  void KeysInTheStrip_data() {
+    QTest::addColumn<Qt::LayoutDirection>("direction");
+    QTest::addColumn<QString>("keys");
+    QTest::addColumn<QString>("state");
+    Row("right", Qt::LeftToRight, "Right", "A B *C");
+    Row("left", Qt::LeftToRight, "Left", "*A B C");
+    Row("round", Qt::LeftToRight, "Right, Right", "*A B C");
+    Row("mirrored", Qt::RightToLeft, "Right", "*A B C");
+    Row("home", Qt::LeftToRight, "Home", "*A B C");
+    Row("end", Qt::LeftToRight, "End", "A B *C");
+    Row("moves", Qt::LeftToRight, "Ctrl+Right", "A C *B");
+    Row("moves to the front", Qt::LeftToRight, "Ctrl+Home", "*B A C");
+    Row("no row above or below", Qt::LeftToRight, "Up, Down", "A *B C");
+  }
+  void KeysInTheStrip() {
+    QFETCH(Qt::LayoutDirection, direction);
+    QFETCH(QString, keys);
+    TStrip strip("A B C");
+    strip.control.setLayoutDirection(direction);
+    strip.control.SetActivePage(strip.Named("B"));
+    strip.control.FocusStrip();
+    QVERIFY(strip.control.StripHasFocus());
+    QTest::keySequence(strip.View(), QKeySequence(keys));
+    QTEST(strip.State(), "state");
+    QVERIFY(strip.control.StripHasFocus());
+
+    QSignalSpy closes(&strip.control, &TZVPageControl::CloseRequested);
+    QSignalSpy menus(&strip.control, &TZVPageControl::TabMenuRequested);
+    QTest::keyClick(strip.View(), Qt::Key_Delete);
+    QCOMPARE(closes.size(), 1);
+    QCOMPARE(closes[0][0].value<QWidget *>(), strip.control.ActivePage());
+    QTest::keyClick(strip.View(), Qt::Key_Menu);
+    QTest::keyClick(strip.View(), Qt::Key_F10, Qt::ShiftModifier);
+    QCOMPARE(menus.size(), 2);
+    for (const QList<QVariant> &menu : menus) {
+      QCOMPARE(strip.PageAt(strip.View()->mapFromGlobal(menu[1].toPoint())), strip.control.ActivePage());
+    }
+    QTest::keyClick(strip.View(), Qt::Key_Escape);
+    QVERIFY(strip.control.ActivePage()->hasFocus());
+  }
+
+  void MouseButtons() {
+    TStrip strip("Alpha Beta Gamma");
+    QSignalSpy closes(&strip.control, &TZVPageControl::CloseRequested);
+    QSignalSpy empty(&strip.control, &TZVPageControl::EmptyStripDoubleClicked);
+    QSignalSpy menus(&strip.control, &TZVPageControl::TabMenuRequested);
+    const QPoint nowhere = strip.InView(strip.control.TabRect(strip.Named("Gamma")).topRight()) + QPoint(60, 10);
+
+    QTest::mousePress(strip.View(), Qt::LeftButton, {}, strip.Centre("Beta"));
+    QCOMPARE(strip.State(), "Alpha *Beta Gamma");  // the press already
+    QTest::mouseRelease(strip.View(), Qt::LeftButton, {}, strip.Centre("Beta"));
+    strip.Click(nowhere);
+    strip.Click(nowhere, Qt::MiddleButton);
+    QCOMPARE(strip.State(), "Alpha *Beta Gamma");
+
+    strip.Click(strip.Centre("Gamma"), Qt::MiddleButton);
+    QTest::mousePress(strip.View(), Qt::MiddleButton, {}, strip.Centre("Gamma"));
+    QTest::mouseRelease(strip.View(), Qt::MiddleButton, {}, strip.Centre("Alpha"));
+    QCOMPARE(Names(closes), QStringList{"Gamma"});
+    closes.clear();
+
+    strip.Click(strip.CloseButton("Alpha"));  // on a tab that is not active, too
+    QTest::mousePress(strip.View(), Qt::LeftButton, {}, strip.CloseButton("Beta"));
+    QTest::mouseRelease(strip.View(), Qt::LeftButton, {}, strip.Centre("Beta"));  // thought better of it
+    QCOMPARE(Names(closes), QStringList{"Alpha"});
+    QCOMPARE(strip.State(), "Alpha *Beta Gamma");
+
+    QTest::mouseDClick(strip.View(), Qt::LeftButton, {}, strip.Centre("Beta"));
+    QCOMPARE(empty.size(), 0);
+    QTest::mouseDClick(strip.View(), Qt::LeftButton, {}, nowhere);
+    QCOMPARE(empty.size(), 1);
+
+    for (const QPoint &at : {nowhere, strip.Centre("Gamma")}) {
+      QContextMenuEvent event(QContextMenuEvent::Mouse, at, strip.View()->mapToGlobal(at));
+      QApplication::sendEvent(strip.View(), &event);
+    }
+    QCOMPARE(Names(menus), QStringList{"Gamma"});
+    QCOMPARE(strip.State(), "Alpha *Beta Gamma");
+  }
+
+  void WheelWalks() {
+    TStrip strip("A B C D");
+    strip.Wheel({0, -120});
+    QCOMPARE(strip.State(), "A *B C D");
+    for (int i = 0; i < 11; ++i) strip.Wheel({0, -10});  // a touch pad: not yet a notch
+    QCOMPARE(strip.State(), "A *B C D");
+    strip.Wheel({0, -10});
+    QCOMPARE(strip.State(), "A B *C D");
+    strip.Wheel({0, -100});
+    strip.Wheel({0, 60});  // turned back: what had added up is void
+    strip.Wheel({0, 60});
+    QCOMPARE(strip.State(), "A *B C D");
+    strip.Wheel({0, -2000000000});
+    strip.Wheel({0, -120});
+    QCOMPARE(strip.State(), "A B C *D");  // stays at the end
+  }
+
+  void DraggingMovesTabs_data() {
+    QTest::addColumn<Qt::LayoutDirection>("direction");
+    QTest::addColumn<QString>("dragged");
+    QTest::addColumn<QString>("onto");
+    QTest::addColumn<int>("beyond");  // pixels right of its middle
+    QTest::addColumn<QString>("state");
+    Row("to the right, over hidden ones", Qt::LeftToRight, "A", "C", 4, "(H) B (I) C *A D");
+    Row("not yet half over", Qt::LeftToRight, "A", "B", -4, "*A (H) B (I) C D");
+    Row("to the left", Qt::LeftToRight, "D", "B", -4, "A (H) *D B (I) C");
+    Row("to the very end", Qt::LeftToRight, "B", "D", 300, "A (H) (I) C D *B");
+    Row("mirrored", Qt::RightToLeft, "A", "C", -4, "(H) B (I) C *A D");
+  }
+  void DraggingMovesTabs() {
+    QFETCH(QString, dragged);
+    QFETCH(QString, onto);
+    QFETCH(int, beyond);
+    QFETCH(Qt::LayoutDirection, direction);
+    TStrip strip("A H B I C D");
+    strip.control.setLayoutDirection(direction);
+    strip.control.SetPageVisible(strip.Named("H"), false);
+    strip.control.SetPageVisible(strip.Named("I"), false);
+    strip.Drag(strip.Centre(dragged), strip.Centre(onto) + QPoint(beyond, 0));
+    QTEST(strip.State(), "state");
+  }
+
+  // Whoever follows the moves that are told arrives at the same order, however wild the dragging is.
+  void DraggingTellsEveryMove() {
+    TStrip strip(QString(), {700, 600});
+    for (int i = 0; i < 30; ++i) {
+      QWidget *page = strip.Add(QString::number(i), -1, i % 5 != 0);
+      strip.control.SetPageCaption(page, QString(i % 7 * 5, u'x') + QString::number(i));
+    }
+    TStrip::Settle();
+    QList<QWidget *> followed;
+    for (int i = 0; i < 30; ++i) followed << strip.control.Page(i);
+    int moves = 0;
+    connect(&strip.control, &TZVPageControl::PageMoved, this, [&](int from, int to) {
+      followed.move(from, to);
+      ++moves;
+    });
+    QRandomGenerator random(3);
+    const auto somewhere = [&] {
+      return QPoint(random.bounded(strip.View()->width()), random.bounded(strip.View()->height()));
+    };
+    for (int i = 0; i < 40; ++i) {
+      strip.Drag(somewhere(), somewhere());
+      for (int p = 0; p < 30; ++p) QCOMPARE(strip.control.Page(p), followed[p]);
+    }
+    QVERIFY(moves > 40);
+  }
+
+  void DraggingBeyondTheEndGoesOn() {
+    TStrip strip;
+    for (int i = 0; i < 40; ++i) strip.Add(QStringLiteral("Tab-%1").arg(i));
+    strip.control.SetMultipleLines(false);
+    TStrip::Settle();
+    QWidget *page = strip.Named("Tab-1");
+    const QPoint from = strip.Centre("Tab-1");
+    const QPointF beyond(strip.View()->width() + 50, from.y());
+    QTest::mousePress(strip.View(), Qt::LeftButton, {}, from);
+    QMouseEvent move(QEvent::MouseMove, beyond, strip.View()->mapToGlobal(beyond), Qt::NoButton, Qt::LeftButton, {});
+    QApplication::sendEvent(strip.View(), &move);
+    QTRY_VERIFY(strip.control.IndexOf(page) > 12);  // far behind what was in sight, without the mouse moving
+    QVERIFY(!strip.control.TabRect(page).isEmpty());
+    QTest::mouseRelease(strip.View(), Qt::LeftButton, {}, beyond.toPoint());
+  }
+
+  void ToolTipIsNeverMarkup() {
+    TStrip strip("A B");
+    strip.control.SetButtonTexts("close it", "l", "r");
+    strip.control.SetPageHint(strip.Named("A"), "<b>5 &lt; 6</b><img src='x'>");
+    const auto tip = [&](const QPoint &at) {
+      QHelpEvent event(QEvent::ToolTip, at, strip.View()->mapToGlobal(at));
+      QApplication::sendEvent(strip.View(), &event);
+      return QToolTip::text();
+    };
+    QCOMPARE(tip(strip.Centre("A")), "<qt>&lt;b&gt;5 &amp;lt; 6&lt;/b&gt;&lt;img src='x'&gt;</qt>");
+    QCOMPARE(tip(strip.CloseButton("B")), "<qt>close it</qt>");
+    strip.control.SetPageCaption(strip.Named("B"), "R && D");
+    QVERIFY(
+        tip(strip.InView(strip.control.TabRect(strip.Named("R && D")).center()) - QPoint(8, 0)).contains("R &amp; D"));
+    strip.control.SetPageHint(strip.Named("A"), QString(1000000, u'w'));
+    QVERIFY(tip(strip.Centre("A")).size() < 2000);
+  }
+
+  void DroppedLinks_data() {
+    QTest::addColumn<QStringList>("urls");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("onTab");
+    QTest::addColumn<QStringList>("dropped");
+    const QStringList two{"http://a.test/", "https://b.test/x?y=1"};
+    QTest::newRow("beside the tabs: all") << two << "" << false << two;
+    QTest::newRow("on a tab: the first") << two << "" << true << QStringList{"http://a.test/"};
+    QTest::newRow("a text") << QStringList() << " https://a.test/p \n" << true << QStringList{"https://a.test/p"};
+    QTest::newRow("a file") << QStringList{"file:///tmp/a b.html"} << "" << true
+                            << QStringList{"file:///tmp/a%20b.html"};
+    QTest::newRow("prose") << QStringList() << "see https://a.test/ for more" << true << QStringList();
+    QTest::newRow("a script") << QStringList{"javascript:alert(1)"} << "" << true << QStringList();
+    QTest::newRow("a script as text") << QStringList() << "javascript:alert(1)" << true << QStringList();
+  }
+  void DroppedLinks() {
+    QFETCH(QStringList, urls);
+    QFETCH(QString, text);
+    QFETCH(bool, onTab);
+    TStrip strip("A B");
+    QStringList dropped;
+    connect(&strip.control, &TZVPageControl::LinkDropped, this, [&](const QString &address, QWidget *page) {
+      dropped << address;
+      QCOMPARE(page, onTab ? strip.Named("B") : nullptr);
+    });
+    QMimeData data;
+    QList<QUrl> list;
+    for (const QString &url : urls) list << QUrl(url);
+    if (!list.isEmpty()) data.setUrls(list);
+    if (!text.isEmpty()) data.setText(text);
+    const QPoint at = onTab ? strip.Centre("B") : QPoint(strip.View()->width() - 5, 10);
+    QDragEnterEvent enter(at, Qt::CopyAction | Qt::LinkAction, &data, Qt::LeftButton, {});
+    enter.ignore();
+    QApplication::sendEvent(strip.View(), &enter);
+    QDropEvent drop(at, Qt::CopyAction | Qt::LinkAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(strip.View(), &drop);
+    QTEST(dropped, "dropped");
+    QCOMPARE(enter.isAccepted(), !dropped.isEmpty());
+  }
 };
-
-void TTabInputTest::WalkKeysWorkInThePage_data() {
-  QTest::addColumn<int>("key");
-  QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
-  QTest::addColumn<QString>("state");
-  QTest::newRow("Ctrl+Tab") << int(Qt::Key_Tab) << Qt::KeyboardModifiers(Qt::ControlModifier) << "A B *C";
-  QTest::newRow("Ctrl+Shift+Tab") << int(Qt::Key_Backtab)
-                                  << Qt::KeyboardModifiers(Qt::ControlModifier | Qt::ShiftModifier) << "*A B C";
-  QTest::newRow("Ctrl+PageDown") << int(Qt::Key_PageDown) << Qt::KeyboardModifiers(Qt::ControlModifier) << "A B *C";
-  QTest::newRow("Ctrl+PageUp") << int(Qt::Key_PageUp) << Qt::KeyboardModifiers(Qt::ControlModifier) << "*A B C";
-}
-
-void TTabInputTest::WalkKeysWorkInThePage() {
-  QFETCH(int, key);
-  QFETCH(Qt::KeyboardModifiers, modifiers);
-  TStrip strip("A B C");
-  strip.control.SetActivePage(strip.Named("B"));
-  strip.Named("B")->setFocus();
-  QTest::keyClick(strip.Named("B"), static_cast<Qt::Key>(key), modifiers);
-  QTEST(strip.State(), "state");
-}
-
-void TTabInputTest::KeysInTheStrip_data() {
-  QTest::addColumn<Qt::LayoutDirection>("direction");
-  QTest::addColumn<QList<int>>("keys");
-  QTest::addColumn<QString>("state");
-  const int ctrl = Qt::ControlModifier;
-  QTest::newRow("right") << Qt::LeftToRight << QList<int>{Qt::Key_Right} << "A B *C";
-  QTest::newRow("left") << Qt::LeftToRight << QList<int>{Qt::Key_Left} << "*A B C";
-  QTest::newRow("round") << Qt::LeftToRight << QList<int>{Qt::Key_Right, Qt::Key_Right} << "*A B C";
-  QTest::newRow("mirrored") << Qt::RightToLeft << QList<int>{Qt::Key_Right} << "*A B C";
-  QTest::newRow("home") << Qt::LeftToRight << QList<int>{Qt::Key_Home} << "*A B C";
-  QTest::newRow("end") << Qt::LeftToRight << QList<int>{Qt::Key_End} << "A B *C";
-  QTest::newRow("moves") << Qt::LeftToRight << QList<int>{Qt::Key_Right | ctrl} << "A C *B";
-  QTest::newRow("moves to the front") << Qt::LeftToRight << QList<int>{Qt::Key_Home | ctrl} << "*B A C";
-  QTest::newRow("no row above or below") << Qt::LeftToRight << QList<int>{Qt::Key_Up, Qt::Key_Down} << "A *B C";
-}
-
-void TTabInputTest::KeysInTheStrip() {
-  QFETCH(Qt::LayoutDirection, direction);
-  QFETCH(QList<int>, keys);
-  TStrip strip("A B C");
-  strip.control.setLayoutDirection(direction);
-  strip.control.SetActivePage(strip.Named("B"));
-  strip.control.FocusStrip();
-  QVERIFY(strip.control.StripHasFocus());
-  for (const int key : keys) {
-    QTest::keyClick(strip.View(), Qt::Key(key & ~int(Qt::KeyboardModifierMask)),
-                    Qt::KeyboardModifiers(key & int(Qt::KeyboardModifierMask)));
-  }
-  QTEST(strip.State(), "state");
-  QVERIFY(strip.control.StripHasFocus());
-
-  QSignalSpy closes(&strip.control, &TZVPageControl::CloseRequested);
-  QSignalSpy menus(&strip.control, &TZVPageControl::TabMenuRequested);
-  QTest::keyClick(strip.View(), Qt::Key_Delete);
-  QCOMPARE(closes.size(), 1);
-  QCOMPARE(closes[0][0].value<QWidget *>(), strip.control.ActivePage());
-  QTest::keyClick(strip.View(), Qt::Key_Menu);
-  QTest::keyClick(strip.View(), Qt::Key_F10, Qt::ShiftModifier);
-  QCOMPARE(menus.size(), 2);
-  for (const QList<QVariant> &menu : menus) {
-    QCOMPARE(strip.control.PageAt(strip.control.mapFromGlobal(menu[1].toPoint())), strip.control.ActivePage());
-  }
-  QTest::keyClick(strip.View(), Qt::Key_Escape);
-  QVERIFY(strip.control.ActivePage()->hasFocus());
-}
-
-void TTabInputTest::MouseButtons() {
-  TStrip strip("Alpha Beta Gamma");
-  QSignalSpy closes(&strip.control, &TZVPageControl::CloseRequested);
-  QSignalSpy empty(&strip.control, &TZVPageControl::EmptyStripDoubleClicked);
-  QSignalSpy menus(&strip.control, &TZVPageControl::TabMenuRequested);
-  const QPoint nowhere = strip.InView(strip.control.TabRect(strip.Named("Gamma")).topRight()) + QPoint(60, 10);
-
-  QTest::mousePress(strip.View(), Qt::LeftButton, {}, strip.Centre("Beta"));
-  QCOMPARE(strip.State(), "Alpha *Beta Gamma");  // the press already
-  QTest::mouseRelease(strip.View(), Qt::LeftButton, {}, strip.Centre("Beta"));
-  strip.Click(nowhere);
-  strip.Click(nowhere, Qt::MiddleButton);
-  QCOMPARE(strip.State(), "Alpha *Beta Gamma");
-
-  strip.Click(strip.Centre("Gamma"), Qt::MiddleButton);
-  QTest::mousePress(strip.View(), Qt::MiddleButton, {}, strip.Centre("Gamma"));
-  QTest::mouseRelease(strip.View(), Qt::MiddleButton, {}, strip.Centre("Alpha"));
-  QCOMPARE(Names(closes), QStringList{"Gamma"});
-  closes.clear();
-
-  strip.Click(strip.CloseButton("Alpha"));  // on a tab that is not active, too
-  QTest::mousePress(strip.View(), Qt::LeftButton, {}, strip.CloseButton("Beta"));
-  QTest::mouseRelease(strip.View(), Qt::LeftButton, {}, strip.Centre("Beta"));  // thought better of it
-  QCOMPARE(Names(closes), QStringList{"Alpha"});
-  QCOMPARE(strip.State(), "Alpha *Beta Gamma");
-
-  QTest::mouseDClick(strip.View(), Qt::LeftButton, {}, strip.Centre("Beta"));
-  QCOMPARE(empty.size(), 0);
-  QTest::mouseDClick(strip.View(), Qt::LeftButton, {}, nowhere);
-  QCOMPARE(empty.size(), 1);
-
-  for (const QPoint &at : {nowhere, strip.Centre("Gamma")}) {
-    QContextMenuEvent event(QContextMenuEvent::Mouse, at, strip.View()->mapToGlobal(at));
-    QApplication::sendEvent(strip.View(), &event);
-  }
-  QCOMPARE(Names(menus), QStringList{"Gamma"});
-  QCOMPARE(strip.State(), "Alpha *Beta Gamma");
-}
-
-void TTabInputTest::WheelWalks() {
-  TStrip strip("A B C D");
-  strip.Wheel({0, -120});
-  QCOMPARE(strip.State(), "A *B C D");
-  for (int i = 0; i < 11; ++i) strip.Wheel({0, -10});  // a touch pad: not yet a notch
-  QCOMPARE(strip.State(), "A *B C D");
-  strip.Wheel({0, -10});
-  QCOMPARE(strip.State(), "A B *C D");
-  strip.Wheel({0, -100});
-  strip.Wheel({0, 60});  // turned back: what had added up is void
-  strip.Wheel({0, 60});
-  QCOMPARE(strip.State(), "A *B C D");
-  strip.Wheel({0, -2000000000});
-  strip.Wheel({0, -120});
-  QCOMPARE(strip.State(), "A B C *D");  // stays at the end
-}
-
-void TTabInputTest::DraggingMovesTabs_data() {
-  QTest::addColumn<Qt::LayoutDirection>("direction");
-  QTest::addColumn<QString>("dragged");
-  QTest::addColumn<QString>("onto");
-  QTest::addColumn<int>("beyond");  // pixels right of its middle
-  QTest::addColumn<QString>("state");
-  Row("to the right, over hidden ones", Qt::LeftToRight, "A", "C", 4, "(H) B (I) C *A D");
-  Row("not yet half over", Qt::LeftToRight, "A", "B", -4, "*A (H) B (I) C D");
-  Row("to the left", Qt::LeftToRight, "D", "B", -4, "A (H) *D B (I) C");
-  Row("to the very end", Qt::LeftToRight, "B", "D", 300, "A (H) (I) C D *B");
-  Row("mirrored", Qt::RightToLeft, "A", "C", -4, "(H) B (I) C *A D");
-}
-
-void TTabInputTest::DraggingMovesTabs() {
-  QFETCH(QString, dragged);
-  QFETCH(QString, onto);
-  QFETCH(int, beyond);
-  QFETCH(Qt::LayoutDirection, direction);
-  TStrip strip("A H B I C D");
-  strip.control.setLayoutDirection(direction);
-  strip.control.SetPageVisible(strip.Named("H"), false);
-  strip.control.SetPageVisible(strip.Named("I"), false);
-  strip.Drag(strip.Centre(dragged), strip.Centre(onto) + QPoint(beyond, 0));
-  QTEST(strip.State(), "state");
-}
-
-// Whoever follows the moves that are told arrives at the same order, however wild the dragging is.
-void TTabInputTest::DraggingTellsEveryMove() {
-  TStrip strip(QString(), {700, 600});
-  for (int i = 0; i < 30; ++i) {
-    QWidget *page = strip.Add(QString::number(i), -1, i % 5 != 0);
-    strip.control.SetPageCaption(page, QString(i % 7 * 5, u'x') + QString::number(i));
-  }
-  TStrip::Settle();
-  QList<QWidget *> followed;
-  for (int i = 0; i < 30; ++i) followed << strip.control.Page(i);
-  int moves = 0;
-  connect(&strip.control, &TZVPageControl::PageMoved, this, [&](int from, int to) {
-    followed.move(from, to);
-    ++moves;
-  });
-  QRandomGenerator random(3);
-  const auto somewhere = [&] {
-    return QPoint(random.bounded(strip.View()->width()), random.bounded(strip.View()->height()));
-  };
-  for (int i = 0; i < 40; ++i) {
-    strip.Drag(somewhere(), somewhere());
-    for (int p = 0; p < 30; ++p) QCOMPARE(strip.control.Page(p), followed[p]);
-  }
-  QVERIFY(moves > 40);
-}
-
-void TTabInputTest::DraggingBeyondTheEndGoesOn() {
-  TStrip strip;
-  for (int i = 0; i < 40; ++i) strip.Add(QStringLiteral("Tab-%1").arg(i));
-  strip.control.SetMultipleLines(false);
-  TStrip::Settle();
-  QWidget *page = strip.Named("Tab-1");
-  const QPoint from = strip.Centre("Tab-1");
-  const QPointF beyond(strip.View()->width() + 50, from.y());
-  QTest::mousePress(strip.View(), Qt::LeftButton, {}, from);
-  QMouseEvent move(QEvent::MouseMove, beyond, strip.View()->mapToGlobal(beyond), Qt::NoButton, Qt::LeftButton, {});
-  QApplication::sendEvent(strip.View(), &move);
-  QTRY_VERIFY(strip.control.IndexOf(page) > 12);  // far behind what was in sight, without the mouse moving
-  QVERIFY(!strip.control.TabRect(page).isEmpty());
-  QTest::mouseRelease(strip.View(), Qt::LeftButton, {}, beyond.toPoint());
-}
-
-void TTabInputTest::ToolTipIsNeverMarkup() {
-  TStrip strip("A B");
-  strip.control.SetButtonTexts("close it", "l", "r");
-  strip.control.SetPageHint(strip.Named("A"), "<b>5 &lt; 6</b><img src='x'>");
-  const auto tip = [&](const QPoint &at) {
-    QHelpEvent event(QEvent::ToolTip, at, strip.View()->mapToGlobal(at));
-    QApplication::sendEvent(strip.View(), &event);
-    return QToolTip::text();
-  };
-  QCOMPARE(tip(strip.Centre("A")), "<qt>&lt;b&gt;5 &amp;lt; 6&lt;/b&gt;&lt;img src='x'&gt;</qt>");
-  QCOMPARE(tip(strip.CloseButton("B")), "<qt>close it</qt>");
-  strip.control.SetPageCaption(strip.Named("B"), "R && D");
-  QVERIFY(
-      tip(strip.InView(strip.control.TabRect(strip.Named("R && D")).center()) - QPoint(8, 0)).contains("R &amp; D"));
-  strip.control.SetPageHint(strip.Named("A"), QString(1000000, u'w'));
-  QVERIFY(tip(strip.Centre("A")).size() < 2000);
-}
-
-void TTabInputTest::DroppedLinks_data() {
-  QTest::addColumn<QStringList>("urls");
-  QTest::addColumn<QString>("text");
-  QTest::addColumn<bool>("onTab");
-  QTest::addColumn<QStringList>("dropped");
-  const QStringList two{"http://a.test/", "https://b.test/x?y=1"};
-  QTest::newRow("beside the tabs: all") << two << "" << false << two;
-  QTest::newRow("on a tab: the first") << two << "" << true << QStringList{"http://a.test/"};
-  QTest::newRow("a text") << QStringList() << " https://a.test/p \n" << true << QStringList{"https://a.test/p"};
-  QTest::newRow("a file") << QStringList{"file:///tmp/a b.html"} << "" << true << QStringList{"file:///tmp/a%20b.html"};
-  QTest::newRow("prose") << QStringList() << "see https://a.test/ for more" << true << QStringList();
-  QTest::newRow("a script") << QStringList{"javascript:alert(1)"} << "" << true << QStringList();
-  QTest::newRow("a script as text") << QStringList() << "javascript:alert(1)" << true << QStringList();
-}
-
-void TTabInputTest::DroppedLinks() {
-  QFETCH(QStringList, urls);
-  QFETCH(QString, text);
-  QFETCH(bool, onTab);
-  TStrip strip("A B");
-  QStringList dropped;
-  connect(&strip.control, &TZVPageControl::LinkDropped, this, [&](const QString &address, QWidget *page) {
-    dropped << address;
-    QCOMPARE(page, onTab ? strip.Named("B") : nullptr);
-  });
-  QMimeData data;
-  QList<QUrl> list;
-  for (const QString &url : urls) list << QUrl(url);
-  if (!list.isEmpty()) data.setUrls(list);
-  if (!text.isEmpty()) data.setText(text);
-  const QPoint at = onTab ? strip.Centre("B") : QPoint(strip.View()->width() - 5, 10);
-  QDragEnterEvent enter(at, Qt::CopyAction | Qt::LinkAction, &data, Qt::LeftButton, {});
-  enter.ignore();
-  QApplication::sendEvent(strip.View(), &enter);
-  QDropEvent drop(at, Qt::CopyAction | Qt::LinkAction, &data, Qt::LeftButton, {});
-  QApplication::sendEvent(strip.View(), &drop);
-  QTEST(dropped, "dropped");
-  QCOMPARE(enter.isAccepted(), !dropped.isEmpty());
-}
 
 QTEST_MAIN(TTabInputTest)
 #include "test_tab_input.moc"

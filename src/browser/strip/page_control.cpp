@@ -230,11 +230,6 @@ QRect TZVPageControl::TabRect(const QWidget *page) const {
   return own.isEmpty() ? QRect() : own.translated(d->view->pos());
 }
 
-QWidget *TZVPageControl::PageAt(const QPoint &position) const {
-  if (d->view->IsStale()) const_cast<TZVPageControl *>(this)->Arrange();
-  return PageOf(d->view->TabAt(d->view->mapFromParent(position)));
-}
-
 void TZVPageControl::FocusStrip() {
   d->view->setFocus(Qt::ShortcutFocusReason);
 }

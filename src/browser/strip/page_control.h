@@ -72,7 +72,6 @@ class TZVPageControl final : public QWidget {
 
   // Where the page's tab is, in this widget's coordinates; empty when it has none or is scrolled out of sight.
   [[nodiscard]] QRect TabRect(const QWidget *page) const;
-  [[nodiscard]] QWidget *PageAt(const QPoint &position) const;  // by tab; nullptr beside the tabs
   // Gives the strip itself the keyboard: arrow keys, Home and End walk (with Ctrl they move the tab), Delete closes,
   // the menu key opens the tab menu, Enter, Space and Escape go back into the page.
   void FocusStrip();
