@@ -27,13 +27,13 @@ QList<TNamed> Sorted(const QStringList &names, qsizetype cutAtEnd) {
 
 }  // namespace
 
-void BuildHalvexGroupMenu(QMenu *menu, const QString &folder, const TLanguage &language, const TGroupChosen &chosen) {
+void THalvexGroupMenus::BuildHalvexGroupMenu(QMenu *menu, const QString &folder) {
   const QDir dir(folder);
   const QString place = dir.path() + QLatin1Char('/');
   const QString extension = QString::fromLatin1(THalvexGroup::Extension);
   const QIcon folderIcon = menu->style()->standardIcon(QStyle::SP_DirIcon, nullptr, menu);
   for (const TNamed &item : Sorted(dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::NoSort), 0)) {
-    auto *child = new THalvexGroupMenuItem(item.caption, place + item.name + QLatin1Char('/'), language, chosen, menu);
+    auto *child = new THalvexGroupMenuItem(item.caption, place + item.name + QLatin1Char('/'), *this, menu);
     child->setIcon(folderIcon);
     menu->addMenu(child);
   }
@@ -43,19 +43,19 @@ void BuildHalvexGroupMenu(QMenu *menu, const QString &folder, const TLanguage &l
   for (const TNamed &item : Sorted(groups, extension.size())) {
     QAction *action = menu->addAction(groupIcon, item.caption);
     action->setData(place + item.name);
-    QObject::connect(action, &QAction::triggered, menu, [chosen, path = place + item.name] { chosen(path); });
+    connect(action, &QAction::triggered, this, [this, path = place + item.name] { Q_EMIT GroupChosen(path); });
   }
 }
 
-THalvexGroupMenuItem::THalvexGroupMenuItem(const QString &caption, const QString &folder, const TLanguage &language,
-                                           TGroupChosen chosen, QWidget *parent)
-    : QMenu(caption, parent), m_language(language), m_folder(folder), m_chosen(std::move(chosen)) {
+THalvexGroupMenuItem::THalvexGroupMenuItem(const QString &caption, const QString &folder, THalvexGroupMenus &menus,
+                                           QWidget *parent)
+    : QMenu(caption, parent), m_menus(menus), m_folder(folder) {
   connect(this, &QMenu::aboutToShow, this, &THalvexGroupMenuItem::LoadMe);
 }
 
 void THalvexGroupMenuItem::LoadMe() {
   qDeleteAll(findChildren<THalvexGroupMenuItem *>(QString(), Qt::FindDirectChildrenOnly));
   clear();
-  BuildHalvexGroupMenu(this, m_folder, m_language, m_chosen);
-  if (isEmpty()) addAction(m_language.Global("EmptyFolder"))->setEnabled(false);
+  m_menus.BuildHalvexGroupMenu(this, m_folder);
+  if (isEmpty()) addAction(m_menus.Language().Global("EmptyFolder"))->setEnabled(false);
 }

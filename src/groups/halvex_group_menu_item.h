@@ -1,31 +1,42 @@
 #pragma once
 
-#include <functional>
 #include <QMenu>
+#include <QObject>
 #include <QString>
 
 class TLanguage;
 
-// What choosing a group in a menu does with the group's path.
-using TGroupChosen = std::function<void(const QString &path)>;
+// Makes menus of the page groups in a folder.
+class THalvexGroupMenus final : public QObject {
+  Q_OBJECT
 
-// Appends the sub-folders of `folder`, as sub-menus, and its page groups, as items that hold their path as data. Both
-// are in alphabetical order, folders first; folders whose name begins with "." and group files whose extension is not
-// exactly ".hgp" are left out.
-void BuildHalvexGroupMenu(QMenu *menu, const QString &folder, const TLanguage &language, const TGroupChosen &chosen);
+ public:
+  explicit THalvexGroupMenus(const TLanguage &language, QObject *parent) : QObject(parent), m_language(language) {}
+
+  // Appends the sub-folders of `folder`, as sub-menus, and its page groups, as items that hold their path as data. Both
+  // are in alphabetical order, folders first; folders whose name begins with "." and group files whose extension is not
+  // exactly ".hgp" are left out.
+  void BuildHalvexGroupMenu(QMenu *menu, const QString &folder);
+  [[nodiscard]] const TLanguage &Language() const { return m_language; }
+
+ Q_SIGNALS:
+  // A group was chosen in one of the menus.
+  void GroupChosen(const QString &path);
+
+ private:
+  const TLanguage &m_language;
+};
 
 // A sub-folder in the groups menu; filled anew each time it opens.
 class THalvexGroupMenuItem final : public QMenu {
   Q_OBJECT
 
  public:
-  THalvexGroupMenuItem(const QString &caption, const QString &folder, const TLanguage &language, TGroupChosen chosen,
-                       QWidget *parent);
+  THalvexGroupMenuItem(const QString &caption, const QString &folder, THalvexGroupMenus &menus, QWidget *parent);
 
  private:
   void LoadMe();
 
-  const TLanguage &m_language;
+  THalvexGroupMenus &m_menus;
   QString m_folder;
-  TGroupChosen m_chosen;
 };

@@ -52,7 +52,8 @@ TPageGroups::TPageGroups(QWidget *window, TActions &actions, TTabStrip &tabs, TT
       m_closeAll(closeAll),
       m_queue(queue),
       m_language(tabs.Environment().language),
-      m_folder(new TGroupFolder(window, m_language, this)) {
+      m_folder(new TGroupFolder(window, m_language, this)),
+      m_menus(new THalvexGroupMenus(m_language, this)) {
   ConnectCommands(tabMenu);
   FollowFolder();
 }
@@ -67,6 +68,7 @@ void TPageGroups::ConnectCommands(TTabMenu &tabMenu) {
 
 void TPageGroups::FollowFolder() {
   connect(m_folder, &TGroupFolder::Changed, this, [this] { m_groupsMenuStale = true; });
+  connect(m_menus, &THalvexGroupMenus::GroupChosen, this, &TPageGroups::HalvexGroupClick);
   QMenu *menu = m_actions.Menu(TMenu::Groups);
   const int fixedItems = int(menu->actions().size());
   connect(menu, &QMenu::aboutToShow, this, [this, menu, fixedItems] {
@@ -243,5 +245,5 @@ void TPageGroups::RefillMenu(QMenu *menu, int fixedItems) {
       delete item;
     }
   }
-  BuildHalvexGroupMenu(menu, TGroupFolder::Path(), m_language, [this](const QString &path) { HalvexGroupClick(path); });
+  m_menus->BuildHalvexGroupMenu(menu, TGroupFolder::Path());
 }

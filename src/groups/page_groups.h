@@ -11,6 +11,7 @@ class QMenu;
 class TBrowserTab;
 class TCloseAllTabs;
 class THalvexGroup;
+class THalvexGroupMenus;
 class TLanguage;
 class TLoadQueue;
 class TActions;
@@ -82,5 +83,6 @@ class TPageGroups final : public QObject {
   TLoadQueue &m_queue;
   const TLanguage &m_language;
   TGroupFolder *m_folder;
+  THalvexGroupMenus *m_menus;
   bool m_groupsMenuStale = true;  // The folder has changed since the menu was filled.
 };

@@ -12,9 +12,8 @@ constexpr int ListHeightInLines = 14;
 
 }  // namespace
 
-TfrmCloseAll::TfrmCloseAll(const TLanguage &language, const QStringList &lines, std::function<void(int)> closeAt,
-                           QWidget *parent)
-    : QDialog(parent), m_ui(std::make_unique<Ui::TfrmCloseAll>()), m_closeAt(std::move(closeAt)) {
+TfrmCloseAll::TfrmCloseAll(const TLanguage &language, const QStringList &lines, QWidget *parent)
+    : QDialog(parent), m_ui(std::make_unique<Ui::TfrmCloseAll>()) {
   m_ui->setupUi(this);
   language.TranslateForm(this, "CLOSE_ALL_LIST");
   QListWidget &list = *m_ui->CheckListBox1;
@@ -31,7 +30,7 @@ TfrmCloseAll::TfrmCloseAll(const TLanguage &language, const QStringList &lines, 
   list.setCurrentRow(0);
   connect(m_ui->cmdSelectAll, &QPushButton::clicked, this, [this] { SetAllChecked(true); });
   connect(m_ui->cmdDeselectAll, &QPushButton::clicked, this, [this] { SetAllChecked(false); });
-  connect(m_ui->cmdClose, &QPushButton::clicked, this, &TfrmCloseAll::CloseChecked);
+  connect(m_ui->cmdClose, &QPushButton::clicked, this, &QDialog::accept);
 }
 
 TfrmCloseAll::~TfrmCloseAll() = default;
@@ -52,9 +51,10 @@ void TfrmCloseAll::SetAllChecked(bool checked) {
   }
 }
 
-void TfrmCloseAll::CloseChecked() {
+QList<int> TfrmCloseAll::Ticked() const {
+  QList<int> ticked;
   for (int row = m_ui->CheckListBox1->count() - 1; row >= 0; --row) {
-    if (m_ui->CheckListBox1->item(row)->checkState() == Qt::Checked) m_closeAt(row);
+    if (m_ui->CheckListBox1->item(row)->checkState() == Qt::Checked) ticked.append(row);
   }
-  accept();
+  return ticked;
 }

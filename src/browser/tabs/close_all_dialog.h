@@ -1,8 +1,8 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <QDialog>
+#include <QList>
 
 class TLanguage;
 
@@ -15,19 +15,19 @@ class TfrmCloseAll final : public QDialog {
   Q_OBJECT
 
  public:
-  // `lines` name the pages in strip order; `closeAt` closes the page at a position and ignores one that has gone. Close
-  // walks the ticked lines from the last to the first, so that the positions before them stay valid, and then accepts.
-  TfrmCloseAll(const TLanguage &language, const QStringList &lines, std::function<void(int)> closeAt,
-               QWidget *parent = nullptr);
+  // `lines` name the pages in strip order.
+  TfrmCloseAll(const TLanguage &language, const QStringList &lines, QWidget *parent = nullptr);
   ~TfrmCloseAll() override;
+
+  // The positions of the ticked lines, from the last to the first, in which order they are to be closed: those before
+  // them stay valid.
+  [[nodiscard]] QList<int> Ticked() const;
 
  protected:
   void showEvent(QShowEvent *event) override;
 
  private:
   void SetAllChecked(bool checked);
-  void CloseChecked();
 
   std::unique_ptr<Ui::TfrmCloseAll> m_ui;
-  std::function<void(int)> m_closeAt;
 };

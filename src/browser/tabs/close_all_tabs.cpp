@@ -72,11 +72,13 @@ void TCloseAllTabs::ShowList() {
     lines.append(tab->ListCaption());
     listed.append(tab);
   }
-  TfrmCloseAll dialog(
-      m_tabs.Environment().language, lines,
-      [this, &listed](int position) {
-        if (!m_tabs.ClosingLocked() && listed.value(position)) listed.at(position)->Close();
-      },
-      m_owner);
-  dialog.exec();
+  const QPointer<TfrmCloseAll> dialog(new TfrmCloseAll(m_tabs.Environment().language, lines, m_owner));
+  const bool accepted = dialog->exec() == QDialog::Accepted;
+  if (!dialog) return;  // The owner has gone and has taken the dialog along.
+  const QList<int> ticked = dialog->Ticked();
+  delete dialog;
+  if (!accepted) return;
+  for (const int position : ticked) {
+    if (!m_tabs.ClosingLocked() && listed.at(position)) listed.at(position)->Close();
+  }
 }
