@@ -301,6 +301,9 @@ class TestTabs final : public QObject {
   void CloseAllFromList() {
     OpenNamed("ABC");
     m_f.tabs->Tab(2)->SetHideFromCloseAll(true);
+    OnModalDialog<QDialog>([](QDialog &dialog) { dialog.reject(); });
+    m_f.closeAll->ShowList();
+    QCOMPARE(m_f.tabs->TabCount(), 3);
     OnModalDialog<QDialog>([](QDialog &dialog) {
       auto *list = dialog.findChild<QListWidget *>(QStringLiteral("CheckListBox1"));
       const bool allTicked = list->count() == 3 && list->item(2)->checkState() == Qt::Checked;
