@@ -253,6 +253,10 @@ void TestMainWindow::TabKeys() {
   QCOMPARE(position(), 0);
   QTest::keyClick(m_f.window.get(), Qt::Key_PageUp, Qt::ControlModifier);
   QCOMPARE(position(), 3);
+  QTest::keyClick(m_f.window.get(), Qt::Key_Tab, Qt::ControlModifier);
+  QCOMPARE(position(), 0);
+  QTest::keyClick(m_f.window.get(), Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
+  QCOMPARE(position(), 3);
 }
 
 void TestMainWindow::FontMenu() {

@@ -326,6 +326,8 @@ class TPageControlTest final : public QObject {
     strip.control.SetPageCaption(strip.Named("B"), "A title arrives while somebody looks elsewhere");
     TStrip::Settle();
     QVERIFY(!strip.control.TabRect(strip.Named("Caption-49")).isEmpty());  // and he still does
+    strip.control.MovePage(0, 30);
+    QVERIFY(!strip.control.TabRect(strip.control.ActivePage()).isEmpty());  // until he takes up the active one
   }
 
   void ColoursAndImages() {
@@ -381,8 +383,8 @@ class TPageControlTest final : public QObject {
     for (int i = 0; i < list->childCount(); ++i) {
       QAccessibleInterface *child = list->child(i);
       QVERIFY(child && child->isValid());
-      if (child->role() != QAccessible::PageTab) continue;
       QCOMPARE(list->indexOfChild(child), i);
+      if (child->role() != QAccessible::PageTab) continue;
       QCOMPARE(child->parent(), list);
       QVERIFY(list->rect().contains(child->rect()));
       QCOMPARE(list->childAt(child->rect().center().x(), child->rect().center().y()), child);

@@ -26,23 +26,6 @@ class TTabInputTest final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void WalkKeysWorkInThePage() {
-    const struct {
-      QKeyCombination keys;
-      const char *state;
-    } cases[] = {{Qt::CTRL | Qt::Key_Tab, "A B *C"},
-                 {Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab, "*A B C"},
-                 {Qt::CTRL | Qt::Key_PageDown, "A B *C"},
-                 {Qt::CTRL | Qt::Key_PageUp, "*A B C"}};
-    TStrip strip("A B C");
-    for (const auto &[keys, state] : cases) {
-      strip.control.SetActivePage(strip.Named("B"));
-      strip.Named("B")->setFocus();
-      QTest::keyClick(strip.Named("B"), keys.key(), keys.keyboardModifiers());
-      QCOMPARE(strip.State(), state);
-    }
-  }
-
   void KeysInTheStrip_data() {
     QTest::addColumn<Qt::LayoutDirection>("direction");
     QTest::addColumn<QString>("keys");
@@ -237,6 +220,7 @@ class TTabInputTest final : public QObject {
     QTest::newRow("a file") << QStringList{"file:///tmp/a b.html"} << "" << true
                             << QStringList{"file:///tmp/a%20b.html"};
     QTest::newRow("prose") << QStringList() << "see https://a.test/ for more" << true << QStringList();
+    QTest::newRow("endless") << QStringList() << "http://a.test/" + QString(10000, u'x') << true << QStringList();
     QTest::newRow("a script") << QStringList{"javascript:alert(1)"} << "" << true << QStringList();
     QTest::newRow("a script as text") << QStringList() << "javascript:alert(1)" << true << QStringList();
   }

@@ -1,9 +1,7 @@
 #include "browser/strip/page_control.h"
 
 #include <algorithm>
-#include <QKeySequence>
 #include <QPointer>
-#include <QShortcut>
 #include "browser/strip/page_host.h"
 #include "browser/strip/tab_bar_view.h"
 #include "browser/strip/tab_list.h"
@@ -11,17 +9,6 @@
 namespace {
 constexpr QSize kWantedSize{640, 480};
 constexpr QSize kLeastSize{120, 80};
-
-struct TWalkKey {
-  QKeyCombination key;
-  bool forward;
-};
-constexpr TWalkKey kWalkKeys[] = {
-    {Qt::CTRL | Qt::Key_Tab, true},
-    {Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, false},
-    {Qt::CTRL | Qt::Key_PageDown, true},
-    {Qt::CTRL | Qt::Key_PageUp, false},
-};
 
 QWidget *PageOf(const TTab *tab) {
   return tab ? tab->page : nullptr;
@@ -49,11 +36,6 @@ TZVPageControl::TZVPageControl(QWidget *parent) : QWidget(parent), d(std::make_u
   connect(d->view, &TTabBarView::EmptyDoubleClicked, this, &TZVPageControl::EmptyStripDoubleClicked);
   connect(d->view, &TTabBarView::LinkDropped, this, &TZVPageControl::LinkDropped);
   connect(d->view, &TTabBarView::PageFocusWanted, this, [this] { d->host->FocusPage(Qt::OtherFocusReason); });
-  for (const TWalkKey &walk : kWalkKeys) {
-    auto *shortcut = new QShortcut(QKeySequence(walk.key), this);
-    const bool forward = walk.forward;
-    connect(shortcut, &QShortcut::activated, this, [this, forward] { SelectNextPage(forward); });
-  }
 }
 
 TZVPageControl::~TZVPageControl() {

@@ -40,7 +40,6 @@ class TZVPageControl final : public QWidget {
   void BeginUpdate();
   void EndUpdate();
   // The next or previous visible page, going round at the ends.
-  // Ctrl+Tab, Ctrl+Shift+Tab, Ctrl+PageDown and Ctrl+PageUp do this anywhere in the window.
   void SelectNextPage(bool forward);
 
   void SetPageVisible(QWidget *page, bool visible);
