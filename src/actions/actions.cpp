@@ -56,7 +56,6 @@ void TActions::MakeActions() {
     action->setShortcuts(KeysOf(row.keys));
     if (*row.icon != '\0') action->setIcon(QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(row.icon))));
     m_language.TranslateForm(action, CommandSection);
-    if (row.traits.menu != TMenu::Count) action->setMenu(Menu(row.traits.menu));
     m_actions[static_cast<size_t>(row.command)] = action;
     GiveHint(row);
     if (row.traits.choice != TChoice::None) {
@@ -82,10 +81,8 @@ void TActions::GiveHint(const TCommandRow &row) const {
 void TActions::SwitchFlag(const TCommandRow &row) {
   QAction *action = (*this)[row.command];
   const TFlagSetting &setting = *row.traits.setting;
-  m_settings.Apply(setting, action, [this, action, &setting] { action->setChecked(m_settings.Get(setting)); });
-  connect(action, &QAction::toggled, &m_settings, [this, &setting](bool on) {
-    if (m_settings.Get(setting) != on) m_settings.Set(setting, on);
-  });
+  m_settings.Apply(setting, this, [this, action, &setting] { action->setChecked(m_settings.Get(setting)); });
+  connect(action, &QAction::toggled, this, [this, &setting](bool on) { m_settings.Set(setting, on); });
 }
 
 void TActions::MakeMenus() {
@@ -130,7 +127,11 @@ void TActions::AddTo(QToolBar *bar, TCommand command) const {
   auto *button = qobject_cast<QToolButton *>(bar->widgetForAction(action));
   if (button == nullptr) return;
   button->setObjectName(action->objectName());
-  if (action->menu() != nullptr) button->setPopupMode(QToolButton::InstantPopup);
+  // Not the action itself: it would take the place of the menu's own entry in the menu bar, text, icon and all.
+  const TMenu menu = CommandRows()[static_cast<size_t>(command)].traits.menu;
+  if (menu == TMenu::Count) return;
+  button->setMenu(Menu(menu));
+  button->setPopupMode(QToolButton::InstantPopup);
 }
 
 void TActions::ShowMnemonics() {

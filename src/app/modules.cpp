@@ -76,6 +76,9 @@ void TModules::OpenFirstPages(const QString &argument) {
 }
 
 void TModules::Save() {
+  // The pages that are closed on the way are not to be shown any more.
+  QObject::disconnect(&tabs, nullptr, &activeTab, nullptr);
+  lastSites.StopFollowing();
   autoRefresh.Save();
   settings.Store().InTransaction([this] {
     startupModes.Save();
@@ -86,8 +89,9 @@ void TModules::Save() {
     fullScreen.Save();
     placement.Save();
     bars.Save();
-    popups.Save();
     return true;
   });
+  popups.Save();
+  address->SaveTypedAddresses();
   downloads.CancelAll();
 }

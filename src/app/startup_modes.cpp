@@ -68,7 +68,6 @@ void TStartupModes::ShowChosen() {
 }
 
 void TStartupModes::Save() {
-  m_lastSites.StopFollowing();
   if (IsLast()) {
     m_lastSites.Write(true);
   } else {

@@ -32,7 +32,7 @@ TMainToolbars::TMainToolbars(QMainWindow *window, const TActions &actions, TAddr
   FillToolbar(actions);
   FillAddressBand(actions, address);
   QAction *go = actions[TCommand::Go];
-  settings.Apply(Setting::ShowGo, m_addressBand, [this, go] { go->setVisible(m_settings.Get(Setting::ShowGo)); });
+  settings.Apply(Setting::ShowGo, m_addressBand, [&settings, go] { go->setVisible(settings.Get(Setting::ShowGo)); });
 }
 
 void TMainToolbars::FillToolbar(const TActions &actions) {

@@ -23,7 +23,8 @@ class TSettings final : public QObject {
     const auto refused = m_refused.constFind(QByteArray::fromRawData(setting.name, qsizetype(qstrlen(setting.name))));
     return refused == m_refused.constEnd() ? m_options.Get(setting) : refused->template value<TValue>();
   }
-  // Stores at once, and tells those who follow when the value is another one now.
+  // Stores at once, and tells those who follow; also when the value was there already, for another window may have
+  // stored it, and nobody here has heard of that.
   void Set(const TFlagSetting &setting, bool value) { SetValue(setting, value); }
   void Set(const TIntegerSetting &setting, int value) { SetValue(setting, value); }
   void Set(const TStringSetting &setting, const QString &value) { SetValue(setting, value); }
@@ -32,7 +33,7 @@ class TSettings final : public QObject {
   [[nodiscard]] int AutoCompleteMode() const { return TZVOptions::AutoCompleteModeOf(Get(Setting::AutoCompleteStyle)); }
   void SetAutoCompleteMode(int mode) { Set(Setting::AutoCompleteStyle, TZVOptions::AutoCompleteStyleOf(mode)); }
 
-  // Calls `handler` after each change of the setting, for as long as `context` lives.
+  // Calls `handler` each time the setting is set, for as long as `context` lives.
   template <typename TSetting, typename THandler>
   void Follow(const TSetting &setting, QObject *context, THandler handler) {
     connect(this, &TSettings::Changed, context, [name = setting.name, handler](const char *changed) {
@@ -47,10 +48,11 @@ class TSettings final : public QObject {
   }
 
   // For the end of the window, which leaves the settings that it obeys in the store: writes the value where the store
-  // holds none yet, and leaves alone what is there, another window's later choice too.
+  // holds none yet, or has refused what was chosen here, and leaves alone what is there, another window's later choice
+  // too.
   template <typename TSetting>
   void Keep(const TSetting &setting) {
-    if (!m_options.Has(setting.name)) m_options.Set(setting, Get(setting));
+    if (m_refused.contains(setting.name) || !m_options.Has(setting.name)) m_options.Set(setting, Get(setting));
   }
 
   // The lists, and the store of all.
@@ -64,10 +66,9 @@ class TSettings final : public QObject {
  private:
   template <typename TSetting, typename TValue>
   void SetValue(const TSetting &setting, const TValue &value) {
-    const auto before = Get(setting);
     m_refused.remove(setting.name);
     if (!m_options.Set(setting, value)) m_refused.insert(setting.name, QVariant::fromValue(value));
-    if (Get(setting) != before) Q_EMIT Changed(setting.name);
+    Q_EMIT Changed(setting.name);
   }
 
   TZVOptions m_options;

@@ -52,7 +52,6 @@ void TAddressSearch::Save() {
   m_settings.Keep(Setting::QuickSearchNewWin);
   // By its number, so that a text that names none of the styles becomes the one for none.
   m_settings.SetAutoCompleteMode(m_settings.AutoCompleteMode());
-  m_bar.SaveTypedAddresses();
 }
 
 void TAddressSearch::Record(TBrowserTab *tab) {

@@ -32,7 +32,7 @@ class TAddressSearch final : public QObject {
   bool Open(const QString &text, bool newTab);
   // Puts the keyboard into the address bar, where it is shown.
   void EditAddress();
-  // Leaves the typed addresses, and the settings that they obey, in the store.
+  // Leaves the settings that typed addresses obey in the store.
   void Save();
 
  private:

@@ -87,7 +87,7 @@ void TestWindowModules::GroupsFromTheToolbar() {
   }
   file.close();
 
-  QMenu *menu = Button("tbHalvexGroups")->defaultAction()->menu();
+  QMenu *menu = Button("tbHalvexGroups")->menu();
   QVERIFY(menu != nullptr && menu == m_f.window->Actions().Menu(TMenu::Groups));
   Action(TCommand::CloseTabsFirst)->setChecked(false);
   ItemsOf(menu).last()->trigger();

@@ -28,6 +28,10 @@ TTabStrip::TTabStrip(QWidget *owner, TZVPageControl *pages, TTabEnvironment &env
                         language.Text("MAIN", "TabScrollRightHint"));
   pages->setAccessibleName(language.Text("MAIN", "TabListName"));
 
+  environment.settings.Follow(Setting::LimitTitleLength, this, [this] {
+    for (TBrowserTab *tab : Tabs()) tab->SetCaption(tab->Title());
+  });
+
   m_closeHidden.setObjectName(QStringLiteral("tmrCloseHidden"));
   m_closeHidden.setSingleShot(true);
   m_closeHidden.setInterval(CloseHiddenInterval);
