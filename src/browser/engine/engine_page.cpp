@@ -20,6 +20,8 @@ namespace {
 // Until its first bytes are there a load reports this much at most.
 constexpr int ProgressBeforeContent = 10;
 
+const QUrl BlankPage(QStringLiteral("about:blank"));
+
 // A page's source is asked for under the page's own address.
 QUrl WithoutViewSource(const QUrl &url) {
   if (url.scheme() != QLatin1String("view-source")) return url;
@@ -186,6 +188,8 @@ void TEnginePage::OnLoadingChanged(const QWebEngineLoadingInfo &info) {
     if (m_committed && isLoading()) return;
   }
   if (!m_underWay) return;
+  // The end of the blank page that was shown for a moment, while another load has set out already.
+  if (!stopped && !m_committed && info.url() == BlankPage && m_pending != BlankPage) return;
   // The end of a load that another one has replaced.
   if (stopped && isLoading() && WithoutViewSource(info.url()) != m_pending) return;
   const QPointer<TEnginePage> self(this);
