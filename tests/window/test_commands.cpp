@@ -1,0 +1,594 @@
+#include <QClipboard>
+#include <QInputDialog>
+#include <QProgressBar>
+#include <QStatusBar>
+#include <QToolBar>
+
+#include "browser/downloads/download_window.h"
+#include "browser/page/page_menu.h"
+#include "browser/tabs/close_all_dialog.h"
+#include "groups/group_folder.h"
+#include "groups/halvex_group_dialog.h"
+#include "search/search_engine_dialog.h"
+#include "window/commands_fixture.h"
+#include "window/page_click.h"
+
+// Every command of the program in a real window with real pages: what each must cause, by each of its keys and from
+// each of its menus. All share one window, which is put back in order between them: one tab, on /a.
+class TestCommands final : public QObject, private TCommandsFixture {
+  Q_OBJECT
+
+ private:
+  struct TRow {
+    TCommand command;
+    TStep prepare;
+    TStep effect;
+  };
+
+ private Q_SLOTS:
+  void initTestCase() { Prepare(); }
+  void init() {
+    m_asked = false;
+    QFile::remove(MailFile());
+    PutInOrder();
+  }
+  void cleanupTestCase() {
+    m_f.End();
+    QDir(TGroupFolder::Path()).removeRecursively();
+  }
+
+  void EveryCommandHasItsRow() {
+    const QList<TRow> rows = Rows();
+    for (const TCommandRow &command : CommandRows()) {
+      const bool isThere = std::ranges::any_of(rows, [&](const TRow &row) { return row.command == command.command; });
+      QVERIFY2(isThere, command.name);
+    }
+  }
+
+  void KeysAreNotTakenTwice() {
+    QHash<QKeySequence, QString> owners;
+    const auto take = [&owners](const QKeySequence &key, const QString &owner) {
+      QVERIFY2(!owners.contains(key), qPrintable(key.toString() + u": "_s + owner + u", "_s + owners.value(key)));
+      owners.insert(key, owner);
+    };
+    for (const TCommandRow &row : CommandRows()) {
+      const QList<QKeySequence> keys = Action(row.command)->shortcuts();
+      QCOMPARE(keys.size(), QString::fromLatin1(row.keys).count(u';') + (*row.keys != '\0' ? 1 : 0));
+      for (const QKeySequence &key : keys) {
+        QVERIFY2(!key.isEmpty(), row.name);
+        take(key, QString::fromLatin1(row.name));
+      }
+    }
+    for (const QLabel *label : Window().findChildren<QLabel *>()) {
+      if (const QKeySequence key = QKeySequence::mnemonic(label->text()); !key.isEmpty()) take(key, label->text());
+    }
+    for (const QAction *menu : Window().menuBar()->actions()) {
+      take(QKeySequence::mnemonic(menu->text()), menu->text());
+    }
+  }
+
+  void HintsAreShown() {
+    for (const TCommandRow &row : CommandRows()) {
+      if (row.traits.hint.section == nullptr) continue;
+      const QString hint = Window().Language().Text(row.traits.hint);
+      const QKeySequence key = Action(row.command)->shortcut();
+      const QString keys = key.isEmpty() ? QString() : u" (%1)"_s.arg(key.toString(QKeySequence::NativeText));
+      QCOMPARE(Action(row.command)->toolTip(), hint.section(u'|', 0, 0) + keys);
+      QCOMPARE(Action(row.command)->statusTip(), hint.section(u'|', -1));
+    }
+    QCOMPARE(Action(TCommand::Find)->toolTip(), u"Find (Ctrl+F)"_s);
+    QCOMPARE(Action(TCommand::Find)->statusTip(), u"Find text on this page"_s);
+  }
+
+  void Effects_data() {
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<int>("menu");
+    const QList<TRow> rows = Rows();
+    for (int i = 0; i < rows.size(); ++i) {
+      const TCommandRow &command = CommandRows()[static_cast<size_t>(rows.at(i).command)];
+      const QByteArray name = QByteArray::number(i) + ' ' + command.name;
+      bool isReached = false;
+      for (const QString &key : QString::fromLatin1(command.keys).split(u"; "_s, Qt::SkipEmptyParts)) {
+        QTest::newRow(qPrintable(QString::fromLatin1(name + " by ") + key)) << i << key << int(TMenu::Count);
+        isReached = true;
+      }
+      for (const TMenuRow &menu : MenuRows()) {
+        // The pop-up menu of a tab also stands in the menu bar.
+        const QList<QAction *> items = Window().Actions().Menu(menu.menu)->actions();
+        if (menu.menu == TMenu::Tab || command.traits.menu != TMenu::Count || !items.contains(Action(command.command)))
+          continue;
+        QTest::newRow((name + " from " + menu.name).constData()) << i << QString() << int(menu.menu);
+        isReached = true;
+      }
+      if (!isReached) QTest::newRow((name + " by its button").constData()) << i << QString() << int(TMenu::Count);
+    }
+  }
+  void Effects() {
+    QFETCH(int, row);
+    QFETCH(QString, key);
+    QFETCH(int, menu);
+    const TRow chosen = Rows().at(row);
+    chosen.prepare();
+    if (QTest::currentTestFailed()) return;
+    if (!key.isEmpty()) {
+      Press(key);
+    } else if (menu != int(TMenu::Count)) {
+      Choose(static_cast<TMenu>(menu), chosen.command);
+    } else {
+      ClickButton(chosen.command);
+    }
+    if (!QTest::currentTestFailed()) chosen.effect();
+  }
+
+  void CtrlPassesTheCacheBy_data() {
+    QTest::addColumn<int>("command");
+    QTest::addColumn<int>("menu");
+    QTest::addColumn<bool>("ctrl");
+    for (const bool ctrl : {true, false}) {
+      const char *held = ctrl ? " with Ctrl" : "";
+      QTest::addRow("reload%s", held) << int(TCommand::Refresh) << int(TMenu::View) << ctrl;
+      QTest::addRow("reload all%s", held) << int(TCommand::RefreshAll) << int(TMenu::View) << ctrl;
+      QTest::addRow("reload this tab%s", held) << int(TCommand::TabRefresh) << int(TMenu::ThisTab) << ctrl;
+    }
+  }
+  void CtrlPassesTheCacheBy() {
+    QFETCH(int, command);
+    QFETCH(int, menu);
+    QFETCH(bool, ctrl);
+    if (ctrl) QTest::keyPress(&Window(), Qt::Key_Control, Qt::ControlModifier);
+    Choose(static_cast<TMenu>(menu), static_cast<TCommand>(command));
+    SOON(m_f.server.RequestCount("/a"), 1);
+    QCOMPARE(CacheHeader("/a"), ctrl ? "no-cache"_ba : QByteArray("max-age=0"));
+  }
+
+  void WhatTheStatusBarShows() {
+    TTestServer secure;
+    QVERIFY(secure.ListenWithTls());
+    secure.RoutePage("/s", "Secret");
+    auto *lock = Window().findChild<QToolButton *>(u"tbSecurity"_s);
+    auto *progress = Window().findChild<QProgressBar *>();
+    QVERIFY(!lock->isVisible() && !progress->isVisible() && !Active()->Secure());
+    m_f.server.Route("/slow", TTestResponse{.body = QByteArray(4000, 'x'), .stopAfterBytes = 2000});
+    Active()->Navigate(Url(u"/slow"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(progress->isVisible() && progress->value() > 0, m_f.LoadTime);
+    Active()->Stop();
+    QTRY_VERIFY_WITH_TIMEOUT(!progress->isVisible(), m_f.LoadTime);
+
+    const QString address = u"https://127.0.0.1:%1/s"_s.arg(secure.Port());
+    Active()->Navigate(address);
+    const auto button = [this] {
+      const QString text = Window().Language().Text("PAGES", "GoOnAnyway");
+      for (auto *button : Active()->findChildren<QPushButton *>()) {
+        if (button->text() == text && button->isVisible()) return button;
+      }
+      return static_cast<QPushButton *>(nullptr);
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(button() != nullptr && button()->isEnabled(), m_f.LoadTime);
+    button()->click();
+    SOON(Active()->GetLocationName(), u"Secret"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(Active()->Secure() && lock->isVisible(), m_f.LoadTime);
+    QCOMPARE(lock->toolTip(), Window().Language().Text("MAIN", "EncryptionUnknown"));
+    lock->click();
+    QTRY_VERIFY_WITH_TIMEOUT(Dialog("TPropertiesDialog") != nullptr, m_f.LoadTime);
+    Dialog("TPropertiesDialog")->close();
+    Load(u"/a"_s);
+    QVERIFY(!lock->isVisible() && !Active()->Secure());
+  }
+
+  void PageMenu_data() {
+    QTest::addColumn<QString>("item");
+    QTest::addColumn<QString>("dialog");
+    QTest::newRow("save") << u"SaveAs"_s << u"dlgSaveAs"_s;
+    QTest::newRow("print") << u"Print"_s << u"QPrintDialog"_s;
+    QTest::newRow("properties") << u"Properties"_s << u"TPropertiesDialog"_s;
+    QTest::newRow("source") << u"ViewSource"_s << QString();
+    QTest::newRow("find") << u"Find"_s << QString();
+  }
+  void PageMenu() {
+    QFETCH(QString, item);
+    QFETCH(QString, dialog);
+    ClickPage(*Active()->Browser(), QPoint(200, 150), Qt::RightButton);
+    const auto menu = [] { return qobject_cast<TPageMenu *>(QApplication::activePopupWidget()); };
+    QTRY_VERIFY_WITH_TIMEOUT(menu() != nullptr, m_f.LoadTime);
+    auto *action = menu()->findChild<QAction *>(item);
+    QVERIFY(action != nullptr);
+    action->trigger();
+    if (menu() != nullptr) menu()->close();
+    if (item == u"ViewSource"_s) {
+      SOON(State(), u"2:1 view-source:/a"_s);
+    } else if (item == u"Find"_s) {
+      QVERIFY(Active()->findChild<TFindBar *>()->isVisible());
+    } else {
+      QTRY_VERIFY_WITH_TIMEOUT(Dialog(qPrintable(dialog)) != nullptr, m_f.LoadTime);
+    }
+  }
+
+  // With Alt+letter off the titles have no letters; on and off at any time.
+  void LettersOfTheMenus() {
+    const auto letters = [this] {
+      QString found;
+      for (const QAction *menu : Window().menuBar()->actions()) {
+        found += QKeySequence::mnemonic(menu->text()).toString().right(1);
+      }
+      return found;
+    };
+    const QString all = letters();
+    QCOMPARE(all.size(), Window().menuBar()->actions().size());
+    for (int i = 0; i < 2; ++i) {
+      Settings().Set(Setting::DisableALTShortcuts, true);
+      QCOMPARE(letters(), QString());
+      QCOMPARE(Window().menuBar()->actions().first()->text(), u"File"_s);
+      Settings().Set(Setting::DisableALTShortcuts, false);
+      QCOMPARE(letters(), all);
+    }
+  }
+
+ private:
+  [[nodiscard]] QList<TRow> Rows() {
+    return FileRows() + EditRows() + PageRows() + ViewRows() + TabRows() + ToolRows() + ButtonRows();
+  }
+
+  [[nodiscard]] QList<TRow> ButtonRows() {
+    return {
+        {TCommand::TabListButton, OnPopup(TMenu::TabList), Asked()},
+        {TCommand::GroupsButton, OnPopup(TMenu::Groups), Asked()},
+        {TCommand::FontButton, OnPopup(TMenu::FontSize), Asked()},
+    };
+  }
+
+  [[nodiscard]] QList<TRow> FileRows() {
+    const TStep none = [] {};
+    const TStep question =
+        Then([this] { Settings().Set(Setting::ConfirmCloseAll, true); },
+             AsksQuestion({"CONFIRM", "CloseAll"}, {"CONFIRM", "CloseAllPrompt"}, {"CONFIRM", "Proceed"}));
+    const TStep three = Then(With(u"/b"_s), With(u"/c"_s));
+    const TStep middle = Then(three, [this] { Tabs().Activate(Tabs().Tab(1)); });
+    const TStep list =
+        Then(three,
+             Asks<TfrmCloseAll>([](TfrmCloseAll &dialog) { dialog.findChild<QPushButton *>(u"cmdClose"_s)->click(); }));
+    const TStep mailed = [this] { QTRY_VERIFY_WITH_TIMEOUT(!Mailed().isEmpty(), m_f.LoadTime); };
+    return {
+        {TCommand::NewBlank, none, Then(Shows(u"2:1 /b"_s), [this] { QVERIFY(AddressEdit()->hasFocus()); })},
+        {TCommand::NewHome, none, Shows(u"2:1 /b"_s)},
+        {TCommand::NewCurrent, none, Shows(u"2:1 /a"_s)},
+        {TCommand::NewClipboard, [this] { QApplication::clipboard()->setText(u" %1\n"_s.arg(Url(u"/c"_s))); },
+         Shows(u"2:1 /c"_s)},
+        {TCommand::OpenFile, Asks<QFileDialog>(Reject<QFileDialog>), Asked()},
+        {TCommand::OpenFile,
+         Then([this] { WriteFile(m_f.Path(u"page.html"_s), "<title>File</title>"); },
+              AsksFile(m_f.Path(u"page.html"_s))),
+         Shows(u"1:0 file://"_s + m_f.Path(u"page.html"_s))},
+        {TCommand::SaveAs, none, Opens("dlgSaveAs")},
+        {TCommand::PageSetup, none, Opens("QPageSetupDialog")},
+        {TCommand::Print, none, Opens("QPrintDialog")},
+        {TCommand::PrintNow, none, [] { QVERIFY(Dialog("QPrintDialog") == nullptr); }},
+        {TCommand::PrintPreview, none, Opens("TPrintPreview")},
+        {TCommand::MailNewMessage, none, Then(mailed, [this] { QCOMPARE(Mailed(), QStringList(u"mailto:"_s)); })},
+        {TCommand::MailLink, none,
+         Then(mailed,
+              [this] {
+                const QString line = u"mailto:?subject=Page A (%1)&body=%1"_s;
+                QCOMPARE(Mailed(), QStringList(line.arg(Url(u"/a"_s))));
+              })},
+        {TCommand::MailPage, none,
+         Then(mailed,
+              [this] {
+                QCOMPARE(Mailed().first(), u"--attach"_s);
+                const QByteArray page = ReadFile(Mailed().last());
+                QVERIFY(page.contains("<BASE HREF=\"" + Url(u"/a"_s).toUtf8()));
+                QFile::remove(Mailed().last());
+              })},
+        {TCommand::Properties, none, Opens("TPropertiesDialog")},
+        {TCommand::CloseTab, With(u"/b"_s), Shows(u"1:0 /a"_s)},
+        {TCommand::CloseAll, Then(three, question), Then(Asked(), Shows(u"1:0 about:blank"_s))},
+        {TCommand::TabCloseAll, Then(three, question), Then(Asked(), Shows(u"1:0 about:blank"_s))},
+        {TCommand::CloseAllKeepCurrent, middle, Shows(u"1:0 /b"_s)},
+        {TCommand::TabCloseAllKeepCurrent, middle, Shows(u"1:0 /b"_s)},
+        {TCommand::CloseAllShowList, list, Then(Asked(), Shows(u"1:0 about:blank"_s))},
+        {TCommand::TabCloseAllShowList, list, Then(Asked(), Shows(u"1:0 about:blank"_s))},
+        {TCommand::Exit,
+         Then([this] { Settings().Set(Setting::ConfirmShutdown, true); },
+              AsksQuestion({"CONFIRM", "ShutDown"}, {"CONFIRM", "ShutDownPrompt"}, {"CONFIRM", "Proceed"})),
+         Then(Asked(), [this] { QTRY_VERIFY(!Window().isVisible()); })},
+    };
+  }
+
+  // Each goes to the text box that has the keyboard, and to the page where none has it.
+  [[nodiscard]] QList<TRow> EditRows() {
+    const auto typed = [this] {
+      Action(TCommand::EditAddress)->trigger();
+      QTest::keyClicks(AddressEdit(), u"typed"_s);
+    };
+    const TStep all = [this] { Action(TCommand::EditAddress)->trigger(); };
+    const TStep page = Then([this] { Load(u"/edit"_s); },
+                            [this] {
+                              Active()->setFocus();
+                              QTRY_VERIFY_WITH_TIMEOUT(Active()->Browser()->EnginePage()->hasSelection(), m_f.LoadTime);
+                            });
+    const TStep cut = Then(page, [this] {
+      Active()->Browser()->Cut();
+      SOON(PageText(), QString());
+    });
+    const auto clipboard = [](const QString &text) { return [text] { QApplication::clipboard()->setText(text); }; };
+    const auto boxShows = [this](const QString &text) {
+      return [this, text] { QCOMPARE(AddressEdit()->text(), text); };
+    };
+    const auto pageShows = [this](const QString &text) { return [this, text] { SOON(PageText(), text); }; };
+    const auto copied = [](const QString &text) { return [text] { SOON(QApplication::clipboard()->text(), text); }; };
+    const QString address = Url(u"/a"_s);
+    return {
+        {TCommand::Undo, typed, boxShows(address)},
+        {TCommand::Redo, Then(typed, [this] { AddressEdit()->undo(); }), boxShows(u"typed"_s)},
+        {TCommand::Cut, all, Then(boxShows(QString()), copied(address))},
+        {TCommand::Copy, Then(clipboard(u"-"_s), all), Then(boxShows(address), copied(address))},
+        {TCommand::Paste, Then(clipboard(u"pasted"_s), all), boxShows(u"pasted"_s)},
+        {TCommand::SelectAll, Then(typed, [this] { AddressEdit()->deselect(); }),
+         [this] { QCOMPARE(AddressEdit()->selectedText(), u"typed"_s); }},
+        {TCommand::Undo, cut, pageShows(u"text"_s)},
+        {TCommand::Redo, Then(cut, Then([this] { Active()->Browser()->Undo(); }, pageShows(u"text"_s))),
+         pageShows(QString())},
+        {TCommand::Cut, page, Then(copied(u"text"_s), pageShows(QString()))},
+        {TCommand::Copy, Then(clipboard(u"-"_s), page), Then(copied(u"text"_s), pageShows(u"text"_s))},
+        {TCommand::Paste, Then(clipboard(u"pasted"_s), page), pageShows(u"pasted"_s)},
+        {TCommand::SelectAll, [] {},
+         [this] { SOON(Active()->Browser()->EnginePage()->selectedText().trimmed(), u"word word word"_s); }},
+        {TCommand::EditAddress, [] {},
+         [this] {
+           QVERIFY(AddressEdit()->hasFocus());
+           QCOMPARE(AddressEdit()->selectedText(), Url(u"/a"_s));
+         }},
+    };
+  }
+
+  // What the page in front, or each page, is told.
+  [[nodiscard]] QList<TRow> PageRows() {
+    const TStep none = [] {};
+    const TStep found = [this] {
+      Action(TCommand::Find)->trigger();
+      auto *bar = Active()->findChild<TFindBar *>();
+      QTest::keyClicks(bar->findChild<QLineEdit *>(), u"word"_s);
+      SOON(FindResult(), u"1 of 3"_s);
+    };
+    const auto finds = [this](const QString &result) { return [this, result] { SOON(FindResult(), result); }; };
+    const TStep moved = [this] { Load(u"/b"_s); };
+    const TStep goneBack =
+        Then(moved, Then([this] { Active()->GoBack(); },
+                         Then(Shows(u"1:0 /a"_s), [this] { QTRY_VERIFY(Action(TCommand::Forward)->isEnabled()); })));
+    const TStep silent = [this] {
+      Active()->Navigate(Url(u"/never"_s));
+      QTRY_VERIFY_WITH_TIMEOUT(m_f.server.RequestCount("/never") > 0, m_f.LoadTime);
+      QTRY_VERIFY(Active()->Busy() && Action(TCommand::Stop)->isEnabled());
+    };
+    const TStep stopped = [this] {
+      QTRY_VERIFY_WITH_TIMEOUT(!Tabs().Tab(0)->Busy() && !Active()->Busy(), m_f.LoadTime);
+      QVERIFY(!Action(TCommand::Stop)->isEnabled());
+    };
+    const auto reloads = [this](bool passesCache) {
+      return [this, passesCache] {
+        SOON(m_f.server.RequestCount("/a"), 1);
+        QCOMPARE(CacheHeader("/a") == "no-cache", passesCache);
+      };
+    };
+    const TStep reloadsAll = [this] {
+      QTRY_VERIFY_WITH_TIMEOUT(m_f.server.RequestCount("/a") > 0 && m_f.server.RequestCount("/b") > 1, m_f.LoadTime);
+    };
+    const auto zooms = [this](int zoom) { return [this, zoom] { QCOMPARE(Active()->Browser()->Zoom(), zoom); }; };
+    const TStep small = [this] { Active()->Browser()->SetZoom(0); };
+    const TStep linked = Then([this] { RunScript(u"location.href = '/b'"_s); }, Shows(u"1:0 /b"_s));
+    QList<TRow> rows{
+        {TCommand::Find, none,
+         [this] { QVERIFY(Active()->findChild<TFindBar *>()->findChild<QLineEdit *>()->hasFocus()); }},
+        {TCommand::FindNext, found, finds(u"2 of 3"_s)},
+        {TCommand::FindPrevious, found, finds(u"3 of 3"_s)},
+        {TCommand::Back, moved, Then(Shows(u"1:0 /a"_s), [this] { SOON(AddressEdit()->text(), Url(u"/a"_s)); })},
+        {TCommand::Forward, goneBack, Shows(u"1:0 /b"_s)},
+        {TCommand::Home, none, Shows(u"1:0 /b"_s)},
+        {TCommand::TabHome, linked, Shows(u"1:0 /a"_s)},
+        {TCommand::Stop, silent, stopped},
+        {TCommand::TabStop, silent, stopped},
+        {TCommand::StopAll, Then(silent, Then([this] { Tabs().NewTab(); }, silent)), stopped},
+        {TCommand::Refresh, none, reloads(false)},
+        {TCommand::TabRefresh, none, reloads(false)},
+        {TCommand::RefreshPlain, none, reloads(false)},
+        {TCommand::RefreshCompletely, none, reloads(true)},
+        {TCommand::RefreshAll, With(u"/b"_s), reloadsAll},
+        {TCommand::FontLargest, none, zooms(4)},
+        {TCommand::FontLarge, none, zooms(3)},
+        {TCommand::FontMedium, small, zooms(2)},
+        {TCommand::FontSmaller, none, zooms(1)},
+        {TCommand::FontSmallest, none, Then(zooms(0), [this] { QCOMPARE(CheckedFonts(), QList<int>{4}); })},
+        {TCommand::ZoomIn, none, Then(zooms(3), [this] { QCOMPARE(CheckedFonts(), QList<int>{1}); })},
+        {TCommand::ZoomOut, none, zooms(1)},
+        {TCommand::ZoomReset, small, zooms(2)},
+        {TCommand::ViewSource, none, Shows(u"2:1 view-source:/a"_s)},
+    };
+    const std::pair<TCommand, int> intervals[] = {
+        {TCommand::AutoRefreshNone, 0},   {TCommand::AutoRefresh15, 15000},   {TCommand::AutoRefresh30, 30000},
+        {TCommand::AutoRefresh60, 60000}, {TCommand::AutoRefresh120, 120000}, {TCommand::AutoRefresh300, 300000},
+    };
+    for (const auto &[command, interval] : intervals) {
+      rows.append({command, Then(With(u"/b"_s), [this] { Action(TCommand::AutoRefresh15)->trigger(); }),
+                   Then(Stores(Setting::AutoRefresh, interval), [this, interval = interval, reloadsAll] {
+                     auto *timer = Window().findChild<QTimer *>(u"tmrRefresh"_s);
+                     QCOMPARE(timer->isActive(), interval != 0);
+                     QCOMPARE(timer->interval(), interval);
+                     if (interval == 0) return;
+                     timer->setSingleShot(true);
+                     timer->start(1);
+                     reloadsAll();
+                   })});
+    }
+    return rows;
+  }
+
+  [[nodiscard]] QList<TRow> ViewRows() {
+    const TStep none = [] {};
+    const TStep full = [this] {
+      Action(TCommand::FullScreen)->setChecked(true);
+      QTRY_VERIFY(Window().isFullScreen());
+    };
+    const auto hides = [this](const char *bar) {
+      return [this, bar] { QVERIFY(!Window().findChild<QWidget *>(QLatin1String(bar))->isVisible()); };
+    };
+    const auto set = [this](const TFlagSetting &setting, bool value) {
+      return [this, setting, value] { Settings().Set(setting, value); };
+    };
+    const auto strip = [this](bool below, bool several) {
+      return [this, below, several] {
+        const auto *pages = Window().findChild<TZVPageControl *>();
+        QCOMPARE(pages->TabsDown(), below);
+        QCOMPARE(pages->MultipleLines(), several);
+        const QList<QAction *> items = Window().Actions().Menu(TMenu::TabPosition)->actions();
+        QCOMPARE(items.first(), Action(below ? TCommand::TabsBelow : TCommand::TabsAbove));
+        QVERIFY(Action(several ? TCommand::TabsSeveralRows : TCommand::TabsOneRow)->isChecked());
+      };
+    };
+    return {
+        {TCommand::ViewToolbar, none, Then(hides("ToolBar"), Stores(Setting::ViewToolbar, false))},
+        {TCommand::ViewAddressBar, none, Then(hides("pnlAddress"), Stores(Setting::ViewAddressBar, false))},
+        {TCommand::ViewStatusBar, none, Then(hides("StatusBar"), Stores(Setting::ViewStatusBar, false))},
+        {TCommand::ViewStatusBar, full,
+         Then(Stores(Setting::FullscreenStatusBar, true),
+              Then(Stores(Setting::ViewStatusBar, true), [this] { QVERIFY(Window().statusBar()->isVisible()); }))},
+        {TCommand::ViewMenuBar, full,
+         Then(Stores(Setting::FullscreenMenuBar, true), [this] { QVERIFY(Window().menuBar()->isVisible()); })},
+        {TCommand::FullScreen, none,
+         Then(Stores(Setting::FullScreen, true),
+              [this] {
+                QTRY_VERIFY(Window().isFullScreen());
+                QVERIFY(!Window().menuBar()->isVisible() && !Window().statusBar()->isVisible());
+              })},
+        {TCommand::FullScreen, full,
+         Then(Stores(Setting::FullScreen, false),
+              [this] {
+                QTRY_VERIFY(!Window().isFullScreen());
+                QVERIFY(Window().menuBar()->isVisible() && Window().statusBar()->isVisible());
+              })},
+        {TCommand::FocusStrip, none, [this] { QVERIFY(Tabs().Pages().StripHasFocus()); }},
+        {TCommand::FocusMenuBar, none,
+         [this] {
+           QMenuBar *bar = Window().menuBar();
+           QCOMPARE(bar->activeAction(), bar->actions().first());
+         }},
+        {TCommand::TabsBelow, set(Setting::TabsDown, false), Then(strip(true, false), Stores(Setting::TabsDown, true))},
+        {TCommand::TabsAbove, none, Then(strip(false, false), Stores(Setting::TabsDown, false))},
+        {TCommand::TabsOneRow, set(Setting::MultipleLines, true),
+         Then(strip(true, false), Stores(Setting::MultipleLines, false))},
+        {TCommand::TabsSeveralRows, none, Then(strip(true, true), Stores(Setting::MultipleLines, true))},
+        {TCommand::OpenNewAtEnd, none, Stores(Setting::OpenNewAtEnd, true)},
+        {TCommand::OpenNewInForeground, none, Stores(Setting::OpenNewInForeground, true)},
+        {TCommand::CloseTabsFirst, none, Stores(Setting::HGCloseFirst, true)},
+        {TCommand::UsePopupBlocker, none, Stores(Setting::UsePopupHalvex, false)},
+    };
+  }
+
+  [[nodiscard]] QList<TRow> TabRows() {
+    const TStep ten = [this] {
+      for (int i = 0; i < 9; ++i) Tabs().NewTab(TTabPlace::AtEnd);
+    };
+    const auto shows = [this](int position) {
+      return [this, position] {
+        QCOMPARE(Tabs().ActiveTabIndex(), position);
+        QTRY_VERIFY(Active()->isAncestorOf(QApplication::focusWidget()));
+      };
+    };
+    QList<TRow> rows{
+        {TCommand::NextTab, ten, shows(0)},
+        {TCommand::PreviousTab, ten, shows(8)},
+        {TCommand::LastTab, Then(ten, [this] { Tabs().Activate(Tabs().Tab(0)); }), shows(9)},
+        {TCommand::EighthTab, With(u"/b"_s), shows(1)},  // there are not so many
+        {TCommand::TabLocked, [] {}, [this] { QVERIFY(Active()->Locked()); }},
+        {TCommand::TabName, Asks<QInputDialog>([](QInputDialog &dialog) {
+           CompareTexts(dialog.textValue(), u"Page A"_s);
+           dialog.setTextValue(u"Mine"_s);
+           dialog.accept();
+         }),
+         [this] { QCOMPARE(Active()->StickyName(), u"Mine"_s); }},
+        {TCommand::TabName, [this] { Active()->SetStickyName(u"Mine"_s); },
+         [this] { QCOMPARE(Active()->StickyName(), QString()); }},
+        {TCommand::TabSpared, [] {}, [this] { QVERIFY(Active()->HideFromCloseAll()); }},
+        {TCommand::TabBlockPopups, Then([this] { Load(u"/a?x=1"_s); }, Asks<QInputDialog>([this](QInputDialog &dialog) {
+                                          CompareTexts(dialog.textValue(), Url(u"/a"_s));
+                                          dialog.reject();
+                                        })),
+         Then(Asked(), Shows(u"1:0 /a?x=1"_s))},
+        {TCommand::TabClose, With(u"/b"_s), Shows(u"1:0 /a"_s)},
+    };
+    for (int i = 0; i < 8; ++i) {
+      rows.append({static_cast<TCommand>(int(TCommand::FirstTab) + i), ten, shows(i)});
+    }
+    return rows;
+  }
+
+  [[nodiscard]] QList<TRow> ToolRows() {
+    const TStep none = [] {};
+    const QString set = TGroupFolder::Path() + u"/Set.hgp"_s;
+    const TStep group = [set] { WriteFile(set, "[HalvexGroup]\n"); };
+    const TStep added = Then(Asked(), [this, set] {
+      QVERIFY(ReadFile(set).contains(Url(u"/a"_s).toUtf8()));
+      QFile::remove(set);
+    });
+    const TStep opened = [this] { QVERIFY(m_asked && State() == u"1:0 /a"_s); };
+    const auto starts = [this](TCommand command, const char *mode) {
+      return TRow{command, [this] { Settings().Set(Setting::StartupMode, u"Other"_s); },
+                  Then(Stores(Setting::StartupMode, QString::fromLatin1(mode)),
+                       [this, command] { QVERIFY(Action(command)->isChecked()); })};
+    };
+    const auto lists = [this](const TTextKey &caption) {
+      return Asks<TfrmSearchEngine>([this, caption](TfrmSearchEngine &dialog) {
+        CompareTexts(dialog.windowTitle(), Window().Language().Text(caption));
+        dialog.reject();
+      });
+    };
+    QList<TRow> rows{
+        {TCommand::AddToGroup, Then(group, AsksFile(set)), added},
+        {TCommand::TabAddToGroup, Then(group, AsksFile(set)), added},
+        {TCommand::SaveAsGroup, AsksFile(set), added},
+        {TCommand::SaveAsGroup,
+         Then(group, Then(AsksFile(set), AsksQuestion({}, {"GLOBAL", "HalvexGroupDuplicate"}, {}))), added},
+        {TCommand::OrganizeGroups, Then(group, Then(AsksFile(set), Asks<TfrmHalvexGroup>(Reject<TfrmHalvexGroup>))),
+         opened},
+        {TCommand::Downloads, none, Opens("TDownloadWindow")},
+        {TCommand::OrganizeSearchEngines, lists({"SEARCH_ENGINE", "OrganizeSearchEngines"}), opened},
+        {TCommand::OrganizeQuickSearch, lists({"QUICK_SEARCH", "OrganizeQuickSearch"}), opened},
+        {TCommand::ClearAddresses,
+         Then(
+             [this] {
+               AddressEdit()->setText(Url(u"/a"_s));
+               QTest::keyClick(AddressEdit(), Qt::Key_Return);
+               SOON(Window().findChild<TAddressBar *>()->count(), 1);
+             },
+             Asks<TfrmConfirm>([this](TfrmConfirm &dialog) {
+               const TLanguage &language = Window().Language();
+               CompareTexts(dialog.findChild<QLabel *>(u"lblTitle"_s)->text(), language.Global("ClearAddressHistory"));
+               dialog.accept();
+             })),
+         [this] { QVERIFY(m_asked && Window().findChild<TAddressBar *>()->count() == 0); }},
+        {TCommand::SetHomePage, none, [this] { QCOMPARE(HomePage::Chosen(*m_f.store), Url(u"/a"_s)); }},
+        starts(TCommand::StartHome, "Home"),
+        starts(TCommand::StartBlank, "Blank"),
+        starts(TCommand::StartLast, "Last"),
+        {TCommand::About, Asks<QDialog>([](QDialog &dialog) {
+           CompareTexts(dialog.objectName(), u"TfrmAbout"_s);
+           dialog.reject();
+         }),
+         opened},
+        {TCommand::Go,
+         [this] {
+           Settings().Set(Setting::ShowGo, true);
+           AddressEdit()->setText(Url(u"/c"_s));
+         },
+         Shows(u"1:0 /c"_s)},
+    };
+    TRow startGroup = starts(TCommand::StartGroup, "HalvexGroup");
+    startGroup.prepare = Then(Then(startGroup.prepare, group), AsksFile(set));
+    rows.append(startGroup);
+    return rows;
+  }
+};
+
+int main(int argc, char **argv) {
+  return RunWithEngine<TestCommands>(argc, argv);
+}
+#include "test_commands.moc"

@@ -1,0 +1,213 @@
+#include <QAbstractButton>
+#include <QDir>
+#include <QGroupBox>
+#include <QInputDialog>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QWebEngineProfile>
+
+#include "browser/downloads/download_list.h"
+#include "browser/downloads/download_window.h"
+#include "browser/engine/print_preview.h"
+#include "browser/page/find_bar.h"
+#include "browser/page/page_menu.h"
+#include "browser/page/permission_bar.h"
+#include "browser/page/properties_dialog.h"
+#include "browser/page/script_dialog.h"
+#include "browser/page/sign_in_dialog.h"
+#include "browser/tabs/close_all_dialog.h"
+#include "groups/halvex_group_dialog.h"
+#include "search/search_engine_dialog.h"
+#include "support/modal_dialogs.h"
+#include "ui/confirm_dialog.h"
+#include "window/main_window_fixture.h"
+
+using namespace Qt::StringLiterals;
+
+// In each language an Alt+letter leads to one place: within a menu, within the main window with all that can stand in
+// it, and within each dialog.
+class TestMnemonics final : public QObject {
+  Q_OBJECT
+
+ private:
+  // The letters that can be pressed at the same time, each with the text that has it.
+  class TLetters final {
+   public:
+    explicit TLetters(const QString &place) : m_place(place) {}
+
+    void Take(const QKeySequence &key, const QString &owner) {
+      if (key.isEmpty()) return;
+      QVERIFY2(!m_owners.contains(key),
+               qPrintable(u"%1: %2 is “%3” and “%4”"_s.arg(m_place, key.toString(), m_owners.value(key), owner)));
+      m_owners.insert(key, owner);
+    }
+    void Take(const QString &text) { Take(QKeySequence::mnemonic(text), text); }
+    // What rests or is hidden does not hear its letter.
+    void TakeAll(const QWidget &form) {
+      for (const QWidget *widget : form.findChildren<QWidget *>()) {
+        if (!widget->isVisibleTo(&form) || !widget->isEnabledTo(&form)) continue;
+        if (const auto *button = qobject_cast<const QAbstractButton *>(widget)) Take(button->text());
+        if (const auto *group = qobject_cast<const QGroupBox *>(widget)) Take(group->title());
+        const auto *label = qobject_cast<const QLabel *>(widget);
+        if (label != nullptr && label->buddy() != nullptr) Take(label->text());
+      }
+    }
+    [[nodiscard]] qsizetype Count() const { return m_owners.size(); }
+
+   private:
+    QString m_place;
+    QHash<QKeySequence, QString> m_owners;
+  };
+
+ private Q_SLOTS:
+  void initTestCase() {
+    m_f.Prepare();
+    const QDir folder(QStringLiteral(ZV_SOURCE_DIR "/Languages"));
+    for (const QString &name : folder.entryList({u"*.ini"_s})) m_languages.append(name);
+    QCOMPARE(m_languages.size(), 5);
+  }
+  void init() { m_f.Begin(); }
+  void cleanup() { m_f.End(); }
+
+  void Windows_data() { Languages(); }
+  void Windows() {
+    QFETCH(QString, file);
+    TZVOptions options(*m_f.store);
+    options.Set(Setting::LanguageFile, file);
+    options.SetSearchEngines({{u"a"_s, u"http://a.test/"_s}});
+    options.SetQuickSearchEntries({{u"a"_s, u"http://a.test/"_s}});
+    m_f.Open();
+    const TLanguage &language = m_f.window->Language();
+    QCOMPARE(language.FileName(), file);
+
+    TLetters window(u"window"_s);
+    for (const TCommandRow &row : CommandRows()) {
+      for (const QKeySequence &key : m_f.window->Actions()[row.command]->shortcuts()) {
+        window.Take(key, QString::fromLatin1(row.name));
+      }
+    }
+    const qsizetype keys = window.Count();
+    for (const QAction *menu : m_f.window->menuBar()->actions()) window.Take(menu->text());
+    QCOMPARE(window.Count(), keys + m_f.window->menuBar()->actions().size());
+    window.TakeAll(*m_f.window);
+    TPermissionBar permission(language);
+    permission.Ask(u"?"_s);
+    QTRY_VERIFY(permission.findChild<QAbstractButton *>(u"cmdAllow"_s)->isEnabled());
+    window.TakeAll(permission);
+    window.TakeAll(TFindBar(language));
+    for (const char *key : {"TryAgain", "GoBack", "GoOnAnyway", "Reload"}) window.Take(language.Text("PAGES", key));
+    QCOMPARE(window.Count(), keys + m_f.window->menuBar()->actions().size() + 8);
+
+    for (const TMenuRow &row : MenuRows()) {
+      if (row.menu == TMenu::Languages || row.menu == TMenu::EditWith) continue;  // names of languages and programs
+      const QMenu *menu = m_f.window->Actions().Menu(row.menu);
+      if (row.menu != TMenu::Tab) Q_EMIT m_f.window->Actions().Menu(row.menu)->aboutToShow();
+      CheckMenu(*menu, QString::fromLatin1(row.name));
+    }
+    for (const TCommand command : {TCommand::OrganizeSearchEngines, TCommand::OrganizeQuickSearch}) {
+      OnModalDialog<TfrmSearchEngine>([this](TfrmSearchEngine &dialog) {
+        CheckEditor(dialog);
+        dialog.reject();
+      });
+      m_f.window->Actions()[command]->trigger();
+    }
+    for (const TCommand command : {TCommand::About, TCommand::TabName}) {
+      OnModalDialog<QDialog>([](QDialog &dialog) {
+        TLetters(dialog.windowTitle()).TakeAll(dialog);
+        dialog.reject();
+      });
+      m_f.window->Actions()[command]->trigger();
+    }
+  }
+
+  void Dialogs_data() { Languages(); }
+  void Dialogs() {
+    QFETCH(QString, file);
+    TLanguage language;
+    QVERIFY(language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/") + file));
+    const QString yes = language.Global("Yes"), no = language.Global("No"), cancel = language.Global("Cancel");
+    Check(TfrmConfirm({.firstLine = u"?"_s, .ok = yes, .cancel = no, .checkBox = language.Text("CONFIRM", "DontAsk")}),
+          3);
+    Check(TfrmConfirm({.ok = language.Global("OK"), .checkBox = language.Global("PopupNotifyDontAsk")}), 1);
+    Check(TfrmConfirm({.ok = language.Text("DOWNLOADS", "Run"), .cancel = cancel}), 1);
+    TScriptDialog leave(TScriptDialog::TKind::BeforeUnload, u"?"_s, u"?"_s, language);
+    leave.OfferToKeep(true);
+    Check(leave, 3);
+    Check(TSignInDialog(u"?"_s, u"?"_s, false, language), 3);
+    Check(TPropertiesDialog(TPageProperties{}, language), 0);
+    Check(TfrmCloseAll(language, {u"a"_s}), 4);
+    Check(TPrintPreview(language, {}, u"?"_s, nullptr), 6);
+
+    QFile group(m_f.Path(u"x.hgp"_s));
+    QVERIFY(group.open(QIODevice::WriteOnly));
+    group.write("[HalvexGroup]\na=http://a.test/\n");
+    group.close();
+    TfrmHalvexGroup editor(language, group.fileName());
+    CheckEditor(editor);
+
+    // Of a download's buttons only those show that it has a use for; together they cover every state.
+    QWebEngineProfile profile;
+    TDownloadList downloads(profile, language, *m_f.store);
+    TDownloadWindow list(downloads, language);
+    for (auto *button : list.findChildren<QAbstractButton *>()) {
+      button->setEnabled(true);
+      button->show();
+    }
+    Check(list, 8);
+
+    using TRequest = QWebEngineContextMenuRequest;
+    const QUrl address(u"http://a.test/"_s);
+    const TRequest::EditFlags all(0xffff);
+    const TPageMenuPlace places[] = {
+        {.canGoBack = true, .canGoForward = true},
+        {.link = address, .media = address, .mediaType = TRequest::MediaTypeImage},
+        {.link = address, .hasSelection = true},
+        {.link = address,
+         .media = address,
+         .mediaType = TRequest::MediaTypeVideo,
+         .mediaFlags = TRequest::MediaFlags(0xffff & ~TRequest::MediaInError)},
+        {.editFlags = all, .hasSelection = true, .editable = true},
+    };
+    for (const TPageMenuPlace &place : places) {
+      const TPageMenu menu(language, place, nullptr);
+      QVERIFY(menu.actions().size() > 3);
+      CheckMenu(menu, u"page menu"_s);
+    }
+  }
+
+ private:
+  void Languages() {
+    QTest::addColumn<QString>("file");
+    for (const QString &file : m_languages) QTest::newRow(qPrintable(file)) << file;
+  }
+  static void CheckMenu(const QMenu &menu, const QString &name) {
+    TLetters letters(name);
+    for (const QAction *item : menu.actions()) letters.Take(item->text());
+  }
+  // `least`: how many letters there are, so that a dialog which hides everything does not pass.
+  static void Check(const QWidget &dialog, int least) {
+    TLetters letters(QString::fromLatin1(dialog.metaObject()->className()));
+    letters.TakeAll(dialog);
+    QVERIFY2(letters.Count() >= least, dialog.metaObject()->className());
+  }
+  // At rest, while an entry is added, and while one is changed.
+  static void CheckEditor(QDialog &editor) {
+    Check(editor, 3);
+    for (const char *button : {"cmdInsert", "cmdUpdate"}) {
+      auto *begin = editor.findChild<QAbstractButton *>(QLatin1String(button));
+      QVERIFY(begin->isEnabled());
+      begin->click();
+      Check(editor, 4);
+      editor.findChild<QAbstractButton *>(u"cmdUrlCancel"_s)->click();
+    }
+  }
+
+  TMainWindowFixture m_f;
+  QStringList m_languages;
+};
+
+int main(int argc, char **argv) {
+  return RunWithEngine<TestMnemonics>(argc, argv);
+}
+#include "test_mnemonics.moc"
