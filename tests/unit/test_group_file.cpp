@@ -1,12 +1,11 @@
 #include <sys/stat.h>
 #include <memory>
-#include <QElapsedTimer>
 #include <QFile>
-#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QtTest>
 
 #include "groups/halvex_group.h"
+#include "support/data_row.h"
 #include "support/named_lines.h"
 
 class TTestGroupFile final : public QObject {
@@ -18,40 +17,18 @@ class TTestGroupFile final : public QObject {
     m_path = m_folder->filePath("group.hgp");
   }
 
-  void KnowsGroupsByName_data() {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<bool>("isGroup");
-    QTest::newRow("plain") << "/a/Work.hgp" << true;
-    QTest::newRow("other spelling") << "/a/Work.HgP" << true;
-    QTest::newRow("nothing before it") << ".hgp" << true;
-    QTest::newRow("longer") << "/a/Work.hgpx" << false;
-    QTest::newRow("no dot") << "/a/Workhgp" << false;
-    QTest::newRow("a folder's name") << "/a.hgp/Work" << false;
-    QTest::newRow("empty") << "" << false;
-  }
-  void KnowsGroupsByName() {
-    QFETCH(QString, path);
-    QTEST(IsHalvexGroupFile(path), "isGroup");
-  }
-
   void Reads_data() {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("lines");
-    QTest::newRow("pages in order") << QByteArray("[HalvexGroup]\nb=http://x/?q=1&r=2\na=*http://y\n")
-                                    << "b=http://x/?q=1&r=2\na=*http://y";
-    QTest::newRow("blanks, other case, carriage returns")
-        << QByteArray("[HALVEXGROUP]\r\n  a b = http://x  \r\n\r\n") << "a b=http://x";
+    Columns<QByteArray, QString>("bytes", "lines");
+    Row("pages in order", QByteArray("[HalvexGroup]\nb=http://x/?q=1&r=2\na=*http://y\n"),
+        "b=http://x/?q=1&r=2\na=*http://y");
+    Row("blanks, other case, carriage returns", QByteArray("[HALVEXGROUP]\r\n  a b = http://x  \r\n\r\n"),
+        "a b=http://x");
     QTest::newRow("other sections") << QByteArray("x=1\n[Other]\na=1\n[HalvexGroup]\nb=2\n[More]\nc=3\n") << "b=2";
     QTest::newRow("same name twice") << QByteArray("[HalvexGroup]\na=1\na=2\n") << "a=1\na=2";
     QTest::newRow("no name, no address") << QByteArray("[HalvexGroup]\n=1\nb=\n=\n") << "=1\nb=\n=";
     QTest::newRow("no section") << QByteArray("a=1\nb=2\n") << "";
-    QTest::newRow("no file format at all") << QByteArray(
-                                                  "\x7F"
-                                                  "ELF\0\1\2\3\n[[[\n=\n\xFF\xFE",
-                                                  16)
-                                           << "";
-    QTest::newRow("zero bytes") << QByteArray("[HalvexGroup]\n\0a=1\0 2\nb\0=3\n", 27)
-                                << QString::fromLatin1("\0a=1\0 2\nb\0=3", 12);
+    Row("no file format at all", QByteArray("\177ELF\0\1\2\3\n[[[\n=\n\xFF\xFE", 16), "");
+    Row("zero bytes", QByteArray("[HalvexGroup]\n\0a=1\0 2\nb\0=3\n", 27), QString::fromLatin1("\0a=1\0 2\nb\0=3", 12));
   }
   void Reads() {
     QFETCH(QByteArray, bytes);
@@ -63,27 +40,23 @@ class TTestGroupFile final : public QObject {
   }
 
   void Saves_data() {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QStringList>("entries");  // name|address|locked, or a line as it stands
-    QTest::addColumn<QByteArray>("after");
+    // An entry is name|address|locked, or a line as it stands.
+    Columns<QByteArray, QStringList, QByteArray>("before", "entries", "after");
     const QByteArray head("[HalvexGroup]\n");
-    QTest::newRow("pages without names") << QByteArray() << QStringList{"|http://a|", "|http://b|"}
-                                         << head + "blank1=http://a\nblank2=http://b\n";
-    QTest::newRow("numbers go by position")
-        << QByteArray() << QStringList{"x|1|", "|2|", "y|3|", "|4|"} << head + "x=1\nblank2=2\ny=3\nblank4=4\n";
-    QTest::newRow("added to a file") << head + "blank1=a\nblank2=b\n"
-                                     << QStringList{"|c|"} << head + "blank1=a\nblank2=b\nblank3=c\n";
-    QTest::newRow("equals signs") << QByteArray() << QStringList{"a=b=|http://x/?q=1=2|"}
-                                  << head + "ab=http://x/?q=1=2\n";
+    Row("pages without names", QByteArray(), QStringList{"|http://a|", "|http://b|"},
+        head + "blank1=http://a\nblank2=http://b\n");
+    Row("numbers go by position", QByteArray(), QStringList{"x|1|", "|2|", "y|3|", "|4|"},
+        head + "x=1\nblank2=2\ny=3\nblank4=4\n");
+    Row("added to a file", head + "blank1=a\nblank2=b\n", QStringList{"|c|"}, head + "blank1=a\nblank2=b\nblank3=c\n");
+    Row("equals signs", QByteArray(), QStringList{"a=b=|http://x/?q=1=2|"}, head + "ab=http://x/?q=1=2\n");
     QTest::newRow("locked") << QByteArray() << QStringList{"a|http://x|locked"} << head + "a=*http://x\n";
     QTest::newRow("same name twice") << QByteArray() << QStringList{"a|1|", "b|2|", "a|3|"} << head + "a=3\nb=2\n";
     QTest::newRow("same name in other case") << QByteArray() << QStringList{"a|1|", "A|2|"} << head + "a=2\n";
     QTest::newRow("line breaks") << QByteArray() << QStringList{"a\nb|1\r\n[X]|"} << head + "a b=1  [X]\n";
-    QTest::newRow("lines without an equals sign")
-        << QByteArray() << QStringList{"loose", "a=1", "loose", "b=2"} << head + "=\na=1\nb=2\n";
-    QTest::newRow("other sections stay") << QByteArray("; note\n[Mine]\nx=1\n") + head + "old=1\n"
-                                         << QStringList{"clear", "a|2|"}
-                                         << QByteArray("; note\n[Mine]\nx=1\n\n") + head + "a=2\n";
+    Row("lines without an equals sign", QByteArray(), QStringList{"loose", "a=1", "loose", "b=2"},
+        head + "=\na=1\nb=2\n");
+    Row("other sections stay", QByteArray("; note\n[Mine]\nx=1\n") + head + "old=1\n", QStringList{"clear", "a|2|"},
+        QByteArray("; note\n[Mine]\nx=1\n\n") + head + "a=2\n");
     QTest::newRow("emptied") << head + "old=1\n" << QStringList{"clear"} << QByteArray();
   }
   void Saves() {
@@ -131,42 +104,6 @@ class TTestGroupFile final : public QObject {
     QVERIFY(unreadable.Count() == 0 && !unreadable.ReadError().isEmpty());
     const THalvexGroup missing(m_folder->filePath("none.hgp"));
     QVERIFY(missing.Count() == 0 && missing.ReadError().isEmpty() && missing.FileName().isEmpty());
-  }
-
-  void TakesAnyBytes() {
-    QRandomGenerator generator(11);
-    const QByteArray alphabet("[]=;*\r\n \t\0aB\xC3\xA4\xFF", 16);
-    for (int round = 0; round < 300; ++round) {
-      QByteArray bytes("[HalvexGroup]\n");
-      for (quint32 i = generator.bounded(80); i > 0; --i) bytes += alphabet.at(generator.bounded(int(alphabet.size())));
-      QVERIFY(Put(bytes));
-      THalvexGroup group(m_path);
-      QString error;
-      QVERIFY2(group.Save(&error), qPrintable(error));
-      // What was once written stays as it is.
-      const QByteArray once = Contents();
-      QVERIFY(THalvexGroup(m_path).Save(&error));
-      QCOMPARE(Contents(), once);
-    }
-  }
-
-  void LargeFiles() {
-    constexpr int Lines = 1'000'000;
-    const QByteArray longAddress = "http://example.test/" + QByteArray(100'000, 'a');
-    QByteArray bytes("[HalvexGroup]\nlong=" + longAddress + '\n');
-    for (int i = 1; i < Lines; ++i) bytes += "blank" + QByteArray::number(i) + "=http://example.test/\n";
-    QVERIFY(Put(bytes));
-    QElapsedTimer timer;
-    timer.start();
-    const THalvexGroup group(m_path);
-    QCOMPARE(group.Count(), Lines);
-    QCOMPARE(group.At(0).address.toLatin1(), longAddress);
-    QString error;
-    QVERIFY2(group.Save(&error), qPrintable(error));
-    QCOMPARE(Contents(), bytes);
-    qInfo("%lld ms", timer.elapsed());
-    // Generous for slow machines; whatever is quadratic takes minutes.
-    QVERIFY(timer.elapsed() < 20000);
   }
 
  private:

@@ -3,6 +3,7 @@
 
 #include "history/history_store.h"
 #include "history/visit_words.h"
+#include "support/data_row.h"
 
 // The pages that were visited, and how they are found.
 class TTestHistoryStore final : public QObject {
@@ -50,8 +51,7 @@ class TTestHistoryStore final : public QObject {
   }
 
   void Unrecorded_data() {
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<bool>("recorded");
+    Columns<QString, bool>("address", "recorded");
     for (const char *address :
          {"about:blank", "zarvela:start", "javascript:x", "data:text/html,x", "view-source:http://a/",
           "VIEW-SOURCE:http://a/", "blob:http://a/1", "", "no address", ":"}) {
@@ -86,8 +86,7 @@ class TTestHistoryStore final : public QObject {
   }
 
   void Finds_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("found");
+    Columns<QString, bool>("text", "found");
     const auto row = [](const char *text, bool found) { QTest::newRow(text) << QString(text) << found; };
     row("news", true);
     row("NE", true);
@@ -163,17 +162,8 @@ class TTestHistoryStore final : public QObject {
     QCOMPARE(store.Search("example page", 1).first().address, QString("http://www.example.org/page8017"));
   }
 
-  void DamagedFileIsSetAside_data() {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::newRow("text") << QByteArray(5000, 'x');
-    QTest::newRow("a few bytes") << QByteArray("x");
-    QByteArray half = "SQLite format 3";
-    half.append('\0');
-    QTest::newRow("header and rubbish") << half + QByteArray(8000, '\x7f');
-  }
-
   void DamagedFileIsSetAside() {
-    QFETCH(QByteArray, bytes);
+    const QByteArray bytes("SQLite format 3\0and rubbish", 27);
     QVERIFY(QDir().mkpath(QFileInfo(m_file).path()));
     QFile file(m_file);
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());

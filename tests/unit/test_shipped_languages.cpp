@@ -36,23 +36,16 @@ constexpr struct {
      "SecurityActiveX SecurityAdd SecurityAddHint SecurityAllow SecurityCookies SecurityCurrentZone "
      "SecurityDisallow SecurityHint SecurityQuery SecurityRemove SecurityRemoveHint SecurityScripting "
      "SecuritySessionCookies SideSearchFavsPrompt TrayMinimize TrayRestore"},
-    {"CONFIRM",
-     "CloseAll CloseAllPrompt DontAsk Proceed ShutDown ShutDownPrompt"},
+    {"CONFIRM", "CloseAll CloseAllPrompt DontAsk Proceed ShutDown ShutDownPrompt"},
     {"OPTIONS",
      "FlyswatDisableNote NewFromAddress NewFromFavorites NewFromHistory NewFromLinks NewFromQuickSearch "
      "NewFromSearch"},
-    {"Default",
-     "NotCurrent AskDefault AlwaysAsk"},
-    {"SEARCH_ENGINE",
-     "OrganizeSearchBar OrganizeSearchEngines"},
-    {"QUICK_SEARCH",
-     "OrganizeQuickSearch"},
-    {"CUSTOMIZE_TOOLBAR",
-     "Separator"},
-    {"FAVORITES_POPUP",
-     "ShowFavoritesHint"},
-    {"HalvexGroups",
-     "HalvexGroup"},
+    {"Default", "NotCurrent AskDefault AlwaysAsk"},
+    {"SEARCH_ENGINE", "OrganizeSearchBar OrganizeSearchEngines"},
+    {"QUICK_SEARCH", "OrganizeQuickSearch"},
+    {"CUSTOMIZE_TOOLBAR", "Separator"},
+    {"FAVORITES_POPUP", "ShowFavoritesHint"},
+    {"HalvexGroups", "HalvexGroup"},
 };
 // clang-format on
 
