@@ -7,6 +7,7 @@
 
 #include "config/registry_paths.h"
 #include "popups/popup_blocker.h"
+#include "support/data_row.h"
 #include "support/modal_dialogs.h"
 #include "ui/confirm_dialog.h"
 #include "window/answering_policy.h"
@@ -40,46 +41,8 @@ class TestPopups final : public QObject {
 
   void cleanup() { m_f.End(); }
 
-  void SavedSorted() {
-    UseList({QStringLiteral("b"), QStringLiteral("a"), QString()});
-    m_blocker->Save();
-    QCOMPARE(Raw(), QStringList({"url1=a", "url2=b"}));
-    // The whole key is replaced.
-    SavePopupList(*m_f.store, {QStringLiteral("c")});
-    QCOMPARE(Raw(), QStringList({"url1=c"}));
-  }
-
-  void Stopped() {
-    Notify(false);
-    UseList({m_f.server.Url(QStringLiteral("/pop"))});
-    TBrowserTab *opener = OpenPage(QStringLiteral("/opener"));
-    AskForWindow(opener, QStringLiteral("/popup?a=1"));
-    QCOMPARE(m_f.tabs->TabCount(), 2);
-    TBrowserTab *popup = m_f.tabs->Tab(1);
-    QVERIFY(popup->Blocked());
-    QVERIFY(!m_f.tabs->Pages().IsPageVisible(popup));
-    QCOMPARE(popup->PopupUrl(), m_f.server.Url(QStringLiteral("/popup?a=1")));
-    QCOMPARE(popup->Opener(), opener);
-    QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->TabCount(), 1, m_f.LoadTime);
-    QCOMPARE(m_f.server.RequestCount("/popup"), 0);
-    QCOMPARE(m_f.tabs->GetActivePage(), opener);
-  }
-
-  void LetIn_data() {
-    QTest::addColumn<QString>("pattern");
-    QTest::addColumn<bool>("enabled");
-    QTest::newRow("no pattern") << QString() << true;
-    QTest::newRow("another address") << "%1/popups" << true;
-    QTest::newRow("another case") << "%1/POPUP" << true;
-    QTest::newRow("without the scheme") << "127.0.0.1" << true;
-    QTest::newRow("switched off") << "%1/popup" << false;
-  }
-
   void LetIn() {
-    QFETCH(QString, pattern);
-    QFETCH(bool, enabled);
-    if (!pattern.isEmpty()) UseList({pattern.replace(QStringLiteral("%1"), m_f.server.Url(QString()))});
-    m_f.settings->Set(Setting::UsePopupHalvex, enabled);
+    UseList({m_f.server.Url(QStringLiteral("/popups"))});
     TBrowserTab *opener = OpenPage(QStringLiteral("/opener"));
     AskForWindow(opener, QStringLiteral("/popup"));
     QTRY_COMPARE_WITH_TIMEOUT(m_f.server.RequestCount("/popup"), 1, m_f.LoadTime);
@@ -98,36 +61,27 @@ class TestPopups final : public QObject {
   }
 
   void NoticeComesAfterwards() {
-    UseList({m_f.server.Url(QStringLiteral("/popup"))});
-    QStringList texts;
-    OnModalDialog<TfrmConfirm>([&](TfrmConfirm &dialog) {
-      texts = {dialog.windowTitle(), dialog.findChild<QTextEdit *>(QStringLiteral("mmoPrompt2"))->toPlainText()};
-      QVERIFY(!dialog.findChild<QPushButton *>(QStringLiteral("cmdCancel"))->isVisible());
-      // The answer was given long before: the page goes on while the notice shows.
-      QVERIFY(m_f.tabs->Tab(1)->Blocked());
-      dialog.findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
-    });
     const QString address = m_f.server.Url(QStringLiteral("/popup"));
-    AskForWindow(OpenPage(QStringLiteral("/opener")), QStringLiteral("/popup"));
-    QTRY_COMPARE_WITH_TIMEOUT(texts, QStringList({m_f.language.Global("PopupNotifyCaption"), address}), m_f.LoadTime);
-    QVERIFY(TZVOptions(*m_f.store).Get(Setting::PopupHalvexNotify));
-  }
-
-  void DontAskAgain() {
-    UseList({m_f.server.Url(QStringLiteral("/popup"))});
-    int notices = 0;
-    OnModalDialog<TfrmConfirm>([&](TfrmConfirm &dialog) {
-      ++notices;
-      dialog.findChild<QCheckBox *>(QStringLiteral("chkConfirm"))->setChecked(true);
-      dialog.reject();  // The box counts however the notice is closed.
-    });
+    UseList({address});
     TBrowserTab *opener = OpenPage(QStringLiteral("/opener"));
+    for (const bool dontAsk : {false, true}) {
+      QStringList texts;
+      OnModalDialog<TfrmConfirm>([&](TfrmConfirm &dialog) {
+        texts = {dialog.windowTitle(), dialog.findChild<QTextEdit *>(QStringLiteral("mmoPrompt2"))->toPlainText()};
+        QVERIFY(!dialog.findChild<QPushButton *>(QStringLiteral("cmdCancel"))->isVisible());
+        // The answer was given long before: the page goes on while the notice shows.
+        QVERIFY(m_f.tabs->Tab(1)->Blocked());
+        dialog.findChild<QCheckBox *>(QStringLiteral("chkConfirm"))->setChecked(dontAsk);
+        // The box counts however the notice is closed.
+        dontAsk ? dialog.reject() : dialog.findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
+      });
+      AskForWindow(opener, QStringLiteral("/popup"));
+      QTRY_COMPARE_WITH_TIMEOUT(texts, QStringList({m_f.language.Global("PopupNotifyCaption"), address}), m_f.LoadTime);
+      QTRY_COMPARE(TZVOptions(*m_f.store).Get(Setting::PopupHalvexNotify), !dontAsk);
+      m_f.tabs->CloseHiddenTabs();
+    }
     AskForWindow(opener, QStringLiteral("/popup"));
-    QTRY_COMPARE_WITH_TIMEOUT(notices, 1, m_f.LoadTime);
-    QTRY_VERIFY(!TZVOptions(*m_f.store).Get(Setting::PopupHalvexNotify));
-    m_f.tabs->CloseHiddenTabs();
-    AskForWindow(opener, QStringLiteral("/popup"));
-    QCOMPARE(m_blocker->Stopped().Count(opener), 2);
+    QCOMPARE(m_blocker->Stopped().Count(opener), 3);
     QCoreApplication::processEvents();
     QVERIFY(QApplication::activeModalWidget() == nullptr);
   }
@@ -235,41 +189,26 @@ class TestPopups final : public QObject {
     QTRY_COMPARE_WITH_TIMEOUT(m_f.server.RequestCount("/popup"), 1, m_f.LoadTime);
   }
 
-  void AddProposes_data() {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("proposed");
-    QTest::newRow("plain") << "/other"
-                           << "/other";
-    QTest::newRow("without the query") << "/other?a=1?b=2"
-                                       << "/other";
-  }
-
-  void AddProposes() {
-    QFETCH(QString, path);
-    QFETCH(QString, proposed);
-    TBrowserTab *tab = OpenPage(path);
-    QString shown;
+  void AddCancelled() {
+    TBrowserTab *tab = OpenPage(QStringLiteral("/other?a=1?b=2"));
+    QString proposed;
     OnModalDialog<QInputDialog>([&](QInputDialog &dialog) {
-      shown = dialog.textValue();
+      proposed = dialog.textValue();
       dialog.reject();
     });
     m_blocker->AddToPopupList(tab);
-    QCOMPARE(shown, m_f.server.Url(proposed));
-    // Cancelled: nothing has changed and the tab is still there with its page.
+    QCOMPARE(proposed, m_f.server.Url(QStringLiteral("/other")));
     QVERIFY(Raw().isEmpty());
-    QCOMPARE(tab->GetLocationUrl(), m_f.server.Url(path));
+    QCOMPARE(tab->GetLocationUrl(), m_f.server.Url(QStringLiteral("/other?a=1?b=2")));
   }
 
   void AddAnswers_data() {
-    QTest::addColumn<QString>("answer");
-    QTest::addColumn<QStringList>("stored");
-    QTest::addColumn<QStringList>("known");
-    QTest::newRow("in its place") << "http://b*" << QStringList{"url1=http://a", "url2=http://b*", "url3=http://c"}
-                                  << QStringList{"http://a", "http://b*", "http://c"};
-    QTest::newRow("there already") << "HTTP://A" << QStringList{"url1=http://a", "url2=http://c"}
-                                   << QStringList{"http://a", "http://c"};
-    QTest::newRow("empty") << "" << QStringList{"url1=", "url2=http://a", "url3=http://c"}
-                           << QStringList{"http://a", "http://c"};
+    Columns<QString, QStringList, QStringList>("answer", "stored", "known");
+    Row("in its place", "http://b*", QStringList{"url1=http://a", "url2=http://b*", "url3=http://c"},
+        QStringList{"http://a", "http://b*", "http://c"});
+    Row("there already", "HTTP://A", QStringList{"url1=http://a", "url2=http://c"},
+        QStringList{"http://a", "http://c"});
+    Row("empty", "", QStringList{"url1=", "url2=http://a", "url3=http://c"}, QStringList{"http://a", "http://c"});
   }
 
   void AddAnswers() {
