@@ -5,9 +5,9 @@
 #include <QMenu>
 #include <QPushButton>
 
-#include "browser/tabs/auto_refresh.h"
 #include "browser/tabs/tab_list_menu.h"
 #include "browser/tabs/tab_menu.h"
+#include "support/data_row.h"
 #include "support/modal_dialogs.h"
 #include "window/answering_policy.h"
 #include "window/page_click.h"
@@ -32,10 +32,7 @@ class TestTabs final : public QObject {
   void cleanup() { m_f.End(); }
 
   void InsertPosition_data() {
-    QTest::addColumn<int>("active");
-    QTest::addColumn<bool>("atEnd");
-    QTest::addColumn<TTabPlace>("place");
-    QTest::addColumn<QStringList>("names");
+    Columns<int, bool, TTabPlace, QStringList>("active", "atEnd", "place", "names");
     const auto row = [](const char *name, int active, bool atEnd, TTabPlace place, const char *names) {
       QTest::newRow(name) << active << atEnd << place << QString::fromLatin1(names).split(u' ');
     };
@@ -62,19 +59,14 @@ class TestTabs final : public QObject {
     QCOMPARE(m_f.tabs->GetActivePage(), tab);
   }
 
-  void BackgroundTab_data() {
-    QTest::addColumn<bool>("foreground");
-    QTest::newRow("the active tab stays") << false;
-    QTest::newRow("brought to the front") << true;
-  }
-
   void BackgroundTab() {
-    QFETCH(bool, foreground);
-    m_f.settings->Set(Setting::OpenNewInForeground, foreground);
     TBrowserTab *first = m_f.tabs->GetActivePage();
-    TBrowserTab *tab = m_f.tabs->NewBackgroundTab();
-    QCOMPARE(m_f.tabs->GetActivePage(), foreground ? tab : first);
-    QCOMPARE(m_f.pages->IndexOf(tab), 1);
+    for (const bool foreground : {false, true}) {
+      m_f.settings->Set(Setting::OpenNewInForeground, foreground);
+      TBrowserTab *tab = m_f.tabs->NewBackgroundTab();
+      QCOMPARE(m_f.tabs->GetActivePage(), foreground ? tab : first);
+      QCOMPARE(m_f.pages->IndexOf(tab), 1);
+    }
   }
 
   void ClosingHandsOver() {
@@ -253,8 +245,7 @@ class TestTabs final : public QObject {
   }
 
   void CloseAll_data() {
-    QTest::addColumn<int>("spared");
-    QTest::addColumn<QStringList>("left");
+    Columns<int, QStringList>("spared", "left");
     QTest::newRow("nothing spared") << -1 << QStringList{""};
     QTest::newRow("first") << 0 << QStringList{"A"};
     QTest::newRow("middle") << 1 << QStringList{"B"};
@@ -328,22 +319,6 @@ class TestTabs final : public QObject {
     QCOMPARE(m_f.tabs->TabCount(), 1);
   }
 
-  void AutoRefresh() {
-    TAutoRefresh refresh(*m_f.actions, *m_f.tabs, *m_f.settings);
-    QAction *none = (*m_f.actions)[TCommand::AutoRefreshNone];
-    QVERIFY(none->isChecked());
-    auto *timer = refresh.findChild<QTimer *>(QStringLiteral("tmrRefresh"));
-    (*m_f.actions)[TCommand::AutoRefresh30]->trigger();
-    QVERIFY(!none->isChecked());
-    QCOMPARE(refresh.Interval(), 30000);
-    QVERIFY(timer->isActive() && timer->interval() == 30000);
-    QCOMPARE(TZVOptions(*m_f.store).Get(Setting::AutoRefresh), 30000);
-    none->trigger();
-    QCOMPARE(refresh.Interval(), 0);
-    QCOMPARE(TZVOptions(*m_f.store).Get(Setting::AutoRefresh), 0);
-    QVERIFY(!timer->isActive());
-  }
-
   void TabListMenu() {
     m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("Fish & chips"));
     m_f.tabs->NewTab();
@@ -358,31 +333,25 @@ class TestTabs final : public QObject {
     QCOMPARE(m_f.tabs->GetActivePage(), m_f.tabs->Tab(0));
   }
 
-  void TabMenuItems() {
-    TTabMenu &menu = *m_f.tabMenu;
+  void TabMenuShowsTheTab() {
     TBrowserTab *first = m_f.tabs->Tab(0);
     m_f.Load(first, QStringLiteral("/a"));
     m_f.tabs->NewTab();
-    const auto item = [this](const char *name) { return m_f.window->findChild<QAction *>(QLatin1String(name)); };
-
-    menu.Open(first, QPoint(0, 0));
-    QVERIFY(item("pmTabHome")->isEnabled());
-    QCOMPARE(item("pmStickyTitle")->text(), m_f.language.Global("StickyNameSet"));
-    item("pmTabLocked")->trigger();
-    QVERIFY(first->Locked());
-    menu.Menu()->close();
-
-    first->SetStickyName(QStringLiteral("A"));
-    menu.Open(first, QPoint(0, 0));
-    QVERIFY(item("pmTabLocked")->isChecked());
-    QCOMPARE(item("pmStickyTitle")->text(), m_f.language.Global("StickyNameClear"));
-    item("pmStickyTitle")->trigger();
-    QVERIFY(first->StickyName().isEmpty());
-    item("pmHideFromCloseAll")->trigger();
-    QVERIFY(first->HideFromCloseAll());
-    item("pmTabClose")->trigger();
-    QCOMPARE(m_f.tabs->TabCount(), 1);
-    menu.Menu()->close();
+    const TActions &actions = *m_f.actions;
+    for (const bool on : {false, true}) {
+      first->SetLocked(on);
+      first->SetHideFromCloseAll(on);
+      first->SetStickyName(on ? QStringLiteral("A") : QString());
+      m_f.tabMenu->Open(first, QPoint(0, 0));
+      QCOMPARE(actions[TCommand::TabLocked]->isChecked(), on);
+      QCOMPARE(actions[TCommand::TabSpared]->isChecked(), on);
+      QCOMPARE(actions[TCommand::TabName]->text(), m_f.language.Global(on ? "StickyNameClear" : "StickyNameSet"));
+      m_f.tabMenu->Menu()->close();
+    }
+    QVERIFY(actions[TCommand::TabHome]->isEnabled());
+    m_f.tabMenu->Open(first, QPoint(0, 0));
+    actions[TCommand::TabClose]->trigger();
+    QVERIFY(m_f.tabs->TabCount() == 1 && m_f.tabs->Tab(0) != first);
   }
 
  private:
