@@ -37,9 +37,8 @@ class TestGroups final : public QObject {
   void cleanup() { m_f.End(); }
 
   void Arguments_data() {
-    QTest::addColumn<QString>("argument");  // %1: the folder
-    QTest::addColumn<bool>("isGroup");
-    QTest::addColumn<bool>("isHandedOver");
+    // In an argument %1 is the folder.
+    Columns<QString, bool, bool>("argument", "isGroup", "isHandedOver");
     QTest::newRow("path") << "%1/Work.hgp" << true << true;
     QTest::newRow("not there") << "%1/None.hgp" << true << false;
     QTest::newRow("other spelling") << "%1/UPPER.HGP" << true << false;
@@ -47,6 +46,10 @@ class TestGroups final : public QObject {
     QTest::newRow("folder") << "%1/Folder.hgp" << true << false;
     QTest::newRow("web address") << "http://example.test/x.hgp" << false << false;
     QTest::newRow("page") << "%1/Work.html" << false << false;
+    QTest::newRow("nothing before it") << ".hgp" << true << false;
+    QTest::newRow("longer") << "/a/Work.hgpx" << false << false;
+    QTest::newRow("no dot") << "/a/Workhgp" << false << false;
+    QTest::newRow("a folder's name") << "/a.hgp/Work" << false << false;
     QTest::newRow("nothing") << "" << false << false;
   }
 
@@ -61,11 +64,8 @@ class TestGroups final : public QObject {
   }
 
   void Opens_data() {
-    QTest::addColumn<bool>("closeFirst");
-    QTest::addColumn<bool>("foreground");
-    QTest::addColumn<int>("spared");  // position of a tab that close-all spares, -1 for none
-    QTest::addColumn<QStringList>("names");
-    QTest::addColumn<QString>("active");
+    // Spared is the position of a tab that close-all spares, -1 for none.
+    Columns<bool, bool, int, QStringList, QString>("closeFirst", "foreground", "spared", "names", "active");
     const QStringList group{"first", "", "BLANK2", "last"};
     QTest::newRow("beside what is open") << false << false << -1 << QStringList{"A", "B"} + group << "A";
     QTest::newRow("in the foreground") << false << true << -1 << QStringList{"A", "B"} + group << "last";
@@ -112,21 +112,18 @@ class TestGroups final : public QObject {
   }
 
   void NothingToOpen_data() {
-    QTest::addColumn<QByteArray>("bytes");  // null: no such file
-    QTest::addColumn<bool>("isTold");
+    // Without bytes there is no such file.
+    Columns<QByteArray, bool>("bytes", "isTold");
     QByteArray many("[HalvexGroup]\n");
     for (int i = 0; i < 1'000'000; ++i) many += "blank=http://example.test/\n";
     QTest::newRow("not there") << QByteArray() << false;
-    QTest::newRow("empty") << QByteArray("") << false;
     QTest::newRow("no section") << QByteArray("a=http://example.test/\n") << false;
-    QTest::newRow("zero bytes") << QByteArray(5000, '\0') << false;
     QTest::newRow("a million lines") << many << true;
     QTest::newRow("no file") << QByteArray("folder") << true;
   }
 
   void NothingToOpen() {
     QFETCH(QByteArray, bytes);
-    QFETCH(bool, isTold);
     const QString path = TGroupFolder::Path() + QStringLiteral("/g.hgp");
     if (bytes == "folder") {
       QVERIFY(QDir().mkpath(path));
@@ -138,7 +135,7 @@ class TestGroups final : public QObject {
     m_f.groups->OpenHalvexGroup(path, true);
     QCOMPARE(m_f.Names(), (QStringList{QString(), QStringLiteral("B")}));
     auto *box = m_f.window->findChild<QMessageBox *>();
-    QCOMPARE(box != nullptr, isTold);
+    QTEST(box != nullptr, "isTold");
     if (box != nullptr) QVERIFY2(box->text().contains(QLatin1String("g.hgp")), qPrintable(box->text()));
   }
 
@@ -198,24 +195,19 @@ class TestGroups final : public QObject {
     QCOMPARE(m_f.Lines(path), lines);
   }
 
-  void AsksBeforeReplacing_data() {
-    QTest::addColumn<bool>("yes");
-    QTest::newRow("yes") << true;
-    QTest::newRow("no") << false;
-  }
-
   void AsksBeforeReplacing() {
-    QFETCH(bool, yes);
     const QString path = m_f.Put(QStringLiteral("g.hgp"), QStringLiteral("old=1"));
     m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("new"));
-    // The name is given without its extension; the question is about the file that is really there.
-    OnModalDialog<QFileDialog>([path, yes](QFileDialog &dialog) {
-      Answer(yes);
-      dialog.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(QString(path).chopped(4));
-      static_cast<QDialog &>(dialog).accept();
-    });
-    m_f.groups->actSaveAsHalvexGroupExecute();
-    QCOMPARE(m_f.Lines(path), yes ? QStringLiteral("new=") : QStringLiteral("old=1"));
+    for (const bool yes : {false, true}) {
+      // The name is given without its extension; the question is about the file that is really there.
+      OnModalDialog<QFileDialog>([path, yes](QFileDialog &dialog) {
+        Answer(yes);
+        dialog.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(QString(path).chopped(4));
+        static_cast<QDialog &>(dialog).accept();
+      });
+      m_f.groups->actSaveAsHalvexGroupExecute();
+      QCOMPARE(m_f.Lines(path), yes ? QStringLiteral("new=") : QStringLiteral("old=1"));
+    }
   }
 
   void RefusedSave() {
@@ -233,21 +225,6 @@ class TestGroups final : public QObject {
     QVERIFY2(box->text().contains(QLatin1String("g.hgp")) && !box->text().contains(QLatin1String("%2")),
              qPrintable(box->text()));
     QCOMPARE(m_f.tabs->TabCount(), 1);
-  }
-
-  void AddsTab() {
-    const QString path = m_f.Put(QStringLiteral("g.hgp"), QStringLiteral("blank1=http://a\nblank2=http://b"));
-    m_f.tabs->Tab(0)->Navigate(m_f.Page(1));
-    QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->Tab(0)->GetLocationUrl(), m_f.Page(1), m_f.LoadTime);
-    const QSignalSpy changed(&m_f.groups->Folder(), &TGroupFolder::Changed);
-    OnModalDialog<QFileDialog>([](QFileDialog &dialog) { dialog.reject(); });
-    QTest::keyClick(m_f.window.get(), Qt::Key_F6);
-    QCOMPARE(changed.size(), 1);
-    m_f.window->activateWindow();
-    QTRY_VERIFY(m_f.window->isActiveWindow());
-    ChooseFile(path);
-    QTest::keyClick(m_f.window.get(), Qt::Key_F6);
-    QCOMPARE(m_f.Lines(path), QStringLiteral("blank1=http://a\nblank2=http://b\nblank3=%1").arg(m_f.Page(1)));
   }
 
   // A file that cannot be read must not be replaced by one with nothing but the new page.
@@ -299,36 +276,9 @@ class TestGroups final : public QObject {
     QTRY_COMPARE(count(), 1);
   }
 
-  void MenuOpensGroup() {
-    QVERIFY(!m_f.Put(QStringLiteral("folder/g.hgp"), m_f.LinesOf(2)).isEmpty());
-    QMenu &menu = *m_f.actions->Menu(TMenu::Groups);
-    for (const bool closeFirst : {false, true}) {
-      m_f.settings->Set(Setting::HGCloseFirst, closeFirst);
-      Q_EMIT menu.aboutToShow();
-      QMenu *folder = menu.actions().at(4)->menu();
-      Q_EMIT folder->aboutToShow();
-      folder->actions().first()->trigger();
-      QCOMPARE(m_f.tabs->TabCount(), closeFirst ? 2 : 3);
-    }
-  }
-
-  void TabMenuAdds() {
-    const QString path = m_f.Put(QStringLiteral("g.hgp"), QString());
-    TTabMenu &menu = *m_f.tabMenu;
-    m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("A"));
-    m_f.tabs->NewTab();
-    menu.Open(m_f.tabs->Tab(0), QPoint(0, 0));
-    ChooseFile(path);
-    (*m_f.actions)[TCommand::TabAddToGroup]->trigger();
-    QCOMPARE(m_f.Lines(path), QStringLiteral("A="));
-    menu.Menu()->close();
-  }
-
   void Rename_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("offered");
-    QTest::addColumn<QString>("answer");
-    QTest::addColumn<QString>("result");  // empty: nothing happens
+    // An empty result: nothing happens.
+    Columns<QString, QString, QString, QString>("name", "offered", "answer", "result");
     Row("plain", "Work.hgp", "Work", "Play", "Play.hgp");
     Row("other spelling", "Work.HGP", "Work.HGP", "Work.HGP", "Work.HGP.hgp");
     Row("two extensions", "a.hgp.hgp", "a.hgp", "b", "b.hgp");
@@ -339,13 +289,12 @@ class TestGroups final : public QObject {
 
   void Rename() {
     QFETCH(QString, name);
-    QFETCH(QString, offered);
     QFETCH(QString, answer);
     QFETCH(QString, result);
     const QString path = m_f.Put(name, QStringLiteral("a=1"));
     const QString taken = m_f.Put(QStringLiteral("Taken.hgp"), QStringLiteral("b=2"));
     OnModalDialog<QInputDialog>([=](QInputDialog &dialog) {
-      QCOMPARE(dialog.textValue(), offered);
+      QTEST(dialog.textValue(), "offered");
       dialog.setTextValue(answer);
       dialog.accept();
     });
