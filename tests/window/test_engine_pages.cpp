@@ -40,8 +40,7 @@ class TestEnginePages final : public QObject {
   }
 
   void LoadErrors_data() {
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<QString>("key");
+    Columns<QString, QString>("address", "key");
     Row("host", "http://nosuch.invalid/x", "ErrorHostNotFound");
     Row("refused", "closed", "ErrorRefused");
     Row("file", "/no/such/file.html", "ErrorNoSuchFile");
@@ -127,8 +126,7 @@ class TestEnginePages final : public QObject {
   }
 
   void NoAddress_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("key");
+    Columns<QString, QString>("text", "key");
     Row("words", "hello world", "ErrorInvalidAddress");
     Row("scheme alone", "http://", "ErrorInvalidAddress");
     Row("unknown scheme", "foo:bar", "ErrorUnknownScheme");

@@ -52,8 +52,7 @@ class TestPagePrompts final : public QObject {
   }
 
   void menuHasWhatWorks_data() {
-    QTest::addColumn<TPageMenuPlace>("place");
-    QTest::addColumn<QString>("lines");
+    Columns<TPageMenuPlace, QString>("place", "lines");
     const QUrl link(u"https://example.test/a"_s);
     const QUrl image(u"https://example.test/a.png"_s);
     const QString page = u"Reload | SaveAs Print Find SelectAll | ViewSource Properties"_s;
@@ -94,13 +93,12 @@ class TestPagePrompts final : public QObject {
 
   void menuHasWhatWorks() {
     QFETCH(TPageMenuPlace, place);
-    QFETCH(QString, lines);
     const TPageMenu menu(m_language, place, m_page);
     QStringList found;
     for (const QAction *action : menu.actions()) {
       found.append(action->isSeparator() ? u"|"_s : (action->isChecked() ? u"+"_s : QString()) + action->objectName());
     }
-    QCOMPARE(found.join(' '), lines);
+    QTEST(found.join(' '), "lines");
   }
 
   void menuOpensAndCommands() {
@@ -143,8 +141,7 @@ class TestPagePrompts final : public QObject {
   }
 
   void signIn_data() {
-    QTest::addColumn<QStringList>("passwords");
-    QTest::addColumn<bool>("in");
+    Columns<QStringList, bool>("passwords", "in");
     QTest::newRow("right") << QStringList{u"secret"_s} << true;
     QTest::newRow("wrong, then right") << QStringList{u"oops"_s, u"secret"_s} << true;
     QTest::newRow("wrong, then cancelled") << QStringList{u"oops"_s, QString()} << false;
@@ -153,7 +150,6 @@ class TestPagePrompts final : public QObject {
 
   void signIn() {
     QFETCH(QStringList, passwords);
-    QFETCH(bool, in);
     m_server->RouteSignIn("/members", "user", "secret", TTestResponse::Page("<title>Welcome</title>"));
     bool refused = false;
     std::function<void()> answerNext = [&] {
@@ -177,17 +173,11 @@ class TestPagePrompts final : public QObject {
     answerNext();
     Load(u"/members"_s);
     QVERIFY(passwords.isEmpty());
-    QCOMPARE(m_page->title() == u"Welcome"_s, in);
+    QTEST(m_page->title() == u"Welcome"_s, "in");
   }
 
   void signInOncePerPlace() {
-    QByteArray body;
-    for (char name = 'a'; name <= 'f'; ++name) {
-      const QByteArray path = QByteArray("/") + name;
-      m_server->RouteSignIn(path, "user", "secret", TTestResponse::Text("picture"));
-      body += "<img src='" + path + "'>";
-    }
-    m_server->RoutePage("/album", "Album", body);
+    RouteAlbum();
     int asked = 0;
     OnModalDialog<TSignInDialog>([&](TSignInDialog &dialog) {
       ++asked;
@@ -204,12 +194,7 @@ class TestPagePrompts final : public QObject {
   }
 
   void signInCancelHoldsForThePage() {
-    QByteArray body;
-    for (char name = 'a'; name <= 'f'; ++name) {
-      m_server->Route(QByteArray("/") + name, TTestResponse::AskSignIn("area"));
-      body += QByteArray("<img src='/") + name + "'>";
-    }
-    m_server->RoutePage("/album", "Album", body);
+    RouteAlbum();
     int asked = 0;
     for (int load = 1; load <= 2; ++load) {
       OnModalDialog<TSignInDialog>([&](TSignInDialog &dialog) {
@@ -222,9 +207,7 @@ class TestPagePrompts final : public QObject {
   }
 
   void permissionIsAskedAndRemembered_data() {
-    QTest::addColumn<QString>("button");
-    QTest::addColumn<QString>("answer");
-    QTest::addColumn<bool>("remembered");
+    Columns<QString, QString, bool>("button", "answer", "remembered");
     QTest::newRow("allow") << u"cmdAllow"_s << u"granted"_s << true;
     QTest::newRow("deny") << u"cmdDeny"_s << u"denied"_s << true;
     QTest::newRow("not now") << u"cmdClose"_s << u"denied"_s << false;
@@ -317,6 +300,15 @@ class TestPagePrompts final : public QObject {
   void EndRun() {
     m_window.reset();
     m_profile.reset();
+  }
+  // A page with pictures that all ask for a sign-in.
+  void RouteAlbum() {
+    QByteArray body;
+    for (const QByteArray path : {"/a", "/b", "/c", "/d", "/e", "/f"}) {
+      m_server->RouteSignIn(path, "user", "secret", TTestResponse::Text("picture"));
+      body += "<img src='" + path + "'>";
+    }
+    m_server->RoutePage("/album", "Album", body);
   }
   void Load(const QString &path) {
     QSignalSpy loaded(m_page, &QWebEnginePage::loadFinished);
