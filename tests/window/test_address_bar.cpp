@@ -6,6 +6,7 @@
 #include <QTextEdit>
 #include <QWheelEvent>
 
+#include "support/data_row.h"
 #include "support/modal_dialogs.h"
 #include "ui/confirm_dialog.h"
 #include "window/address_bar_fixture.h"
@@ -20,10 +21,7 @@ class TestAddressBar final : public QObject {
   void cleanup() { m_f.End(); }
 
   void Enter_data() {
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<Qt::KeyboardModifiers>("keys");
-    QTest::addColumn<QStringList>("opened");
-    QTest::addColumn<bool>("newTab");
+    Columns<QString, Qt::KeyboardModifiers, QStringList, bool>("typed", "keys", "opened", "newTab");
     const Qt::KeyboardModifiers none, ctrl(Qt::ControlModifier), shift(Qt::ShiftModifier), alt(Qt::AltModifier);
     QTest::newRow("as typed") << "a.example/x y" << none << QStringList("a.example/x y") << false;
     QTest::newRow("ctrl") << "word" << ctrl << QStringList("http://www.word.com") << false;
@@ -142,21 +140,15 @@ class TestAddressBar final : public QObject {
     QCOMPARE(again.lineEdit()->text(), "");
   }
 
-  void ListOpensAndForgets_data() {
-    QTest::addColumn<int>("key");
-    QTest::addColumn<Qt::KeyboardModifiers>("keys");
-    QTest::newRow("alt down") << int(Qt::Key_Down) << Qt::KeyboardModifiers(Qt::AltModifier);
-    QTest::newRow("f4") << int(Qt::Key_F4) << Qt::KeyboardModifiers();
-  }
-
   void ListOpensAndForgets() {
-    QFETCH(int, key);
-    QFETCH(Qt::KeyboardModifiers, keys);
     m_f.File({"http://c.example/", "http://b.example/", "http://a.example/"});
     m_f.Make("IE5");
     m_f.bar->ShowAddress("http://page.example/");
-    m_f.Press(Qt::Key(key), keys);
-    QTRY_VERIFY(m_f.bar->view()->isVisible());
+    for (const auto &[key, keys] : {std::pair(Qt::Key_F4, Qt::NoModifier), {Qt::Key_Down, Qt::AltModifier}}) {
+      m_f.bar->hidePopup();
+      m_f.Press(key, keys);
+      QTRY_VERIFY(m_f.bar->view()->isVisible());
+    }
     m_f.bar->view()->setCurrentIndex(m_f.bar->model()->index(1, 0));
     QTest::keyClick(m_f.bar->view(), Qt::Key_Delete, Qt::ShiftModifier);
     QCOMPARE(m_f.Entries(), QStringList({"http://a.example/", "http://c.example/"}));
@@ -204,9 +196,7 @@ class TestAddressBar final : public QObject {
   }
 
   void ClearsAfterAsking_data() {
-    QTest::addColumn<QByteArray>("style");
-    QTest::addColumn<bool>("yes");
-    QTest::addColumn<bool>("hasNote");
+    Columns<QByteArray, bool, bool>("style", "yes", "hasNote");
     QTest::newRow("yes") << QByteArray("IE5") << true << true;
     QTest::newRow("no") << QByteArray("IE5") << false << true;
     QTest::newRow("inline") << QByteArray("IE4") << true << false;
@@ -215,13 +205,12 @@ class TestAddressBar final : public QObject {
   void ClearsAfterAsking() {
     QFETCH(QByteArray, style);
     QFETCH(bool, yes);
-    QFETCH(bool, hasNote);
     m_f.File({"http://a.example/"});
     m_f.Make(style);
     m_f.bar->ShowAddress("http://page.example/");
     OnModalDialog<TfrmConfirm>([&](TfrmConfirm &dialog) {
       QCOMPARE(dialog.windowTitle(), "Clear typed addresses");
-      QCOMPARE(dialog.findChild<QTextEdit *>("mmoPrompt2")->isVisible(), hasNote);
+      QTEST(dialog.findChild<QTextEdit *>("mmoPrompt2")->isVisible(), "hasNote");
       dialog.findChild<QPushButton *>(yes ? "cmdOK" : "cmdCancel")->click();
     });
     m_f.bar->ClearAddressHistory();
@@ -233,9 +222,7 @@ class TestAddressBar final : public QObject {
   }
 
   void TakesDrops_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("isLink");
-    QTest::addColumn<QString>("address");
+    Columns<QString, bool, QString>("text", "isLink", "address");
     QTest::newRow("link") << "http://a.example/x" << true << "http://a.example/x";
     QTest::newRow("address as text") << " https://a.example/ " << false << "https://a.example/";
     QTest::newRow("host as text") << "www.a.example/x" << false << "www.a.example/x";

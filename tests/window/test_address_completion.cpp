@@ -15,6 +15,10 @@ class TestAddressCompletion final : public QObject {
   void InlineCompletion() {
     m_f.File({"http://Example.org/Path"});
     m_f.Make("IE4");
+    m_f.settings->SetAutoCompleteMode(0);
+    m_f.Type("exa");
+    QCOMPARE(m_f.Edit()->text(), "exa");
+    m_f.settings->SetAutoCompleteMode(1);
     m_f.Type("exa");
     QCOMPARE(m_f.Edit()->text(), "Example.org/Path");
     QCOMPARE(m_f.Edit()->selectedText(), "mple.org/Path");
@@ -36,16 +40,6 @@ class TestAddressCompletion final : public QObject {
     QSignalSpy opened(m_f.bar, &TAddressBar::OpenRequested);
     m_f.Press(Qt::Key_Return);
     QCOMPARE(opened.value(0).value(0).toString(), "Example.org/Path");
-  }
-
-  void InlineCompletionIsStyleOneOnly() {
-    m_f.File({"http://example.org/"});
-    m_f.Make("none");
-    m_f.Type("exa");
-    QCOMPARE(m_f.Edit()->text(), "exa");
-    m_f.settings->SetAutoCompleteMode(1);
-    m_f.Type("exa");
-    QCOMPARE(m_f.Edit()->text(), "example.org/");
   }
 
   void SuggestsMostUsedFirst() {

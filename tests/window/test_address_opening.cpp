@@ -3,6 +3,7 @@
 #include "history/history_store.h"
 #include "search/address_search.h"
 #include "search/search_lists.h"
+#include "support/data_row.h"
 #include "window/address_bar_fixture.h"
 #include "window/tabs_fixture.h"
 
@@ -52,8 +53,7 @@ class TestAddressOpening final : public QObject {
   }
 
   void FiledAsOpened_data() {
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("filed");
+    Columns<QString, QString>("typed", "filed");
     const QString host = m_f.server.Url(QString());
     QTest::newRow("host") << host.mid(7) << host + '/';
     QTest::newRow("host and question") << host + "?x=1" << host + "/?x=1";
@@ -73,9 +73,7 @@ class TestAddressOpening final : public QObject {
   }
 
   void LeadsNowhere_data() {
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<bool>("isLocked");
-    QTest::addColumn<QStringList>("filed");
+    Columns<QString, bool, QStringList>("typed", "isLocked", "filed");
     QTest::newRow("no address") << "two words" << false << QStringList();
     QTest::newRow("blank page") << "about:blank" << false << QStringList();
     QTest::newRow("unknown scheme") << "nosuch:thing" << false << QStringList();
@@ -143,23 +141,17 @@ class TestAddressOpening final : public QObject {
     QCOMPARE(m_history->Count(), 3);
   }
 
-  void QuickSearch_data() {
-    QTest::addColumn<bool>("newWin");
-    QTest::addColumn<int>("tabs");
-    QTest::newRow("new tab") << true << 2;
-    QTest::newRow("this tab") << false << 1;
-  }
-
   void QuickSearch() {
-    QFETCH(bool, newWin);
-    TZVOptions options(*m_f.store);
-    options.Set(Setting::QuickSearchNewWin, newWin);
-    options.SetQuickSearchEntries({{"f", m_f.server.Url("/find?q=%s")}});
+    TZVOptions(*m_f.store).SetQuickSearchEntries({{"f", m_f.server.Url("/find?q=%s")}});
     Make();
-    m_box.Enter("F two words");
-    QTRY_COMPARE_WITH_TIMEOUT(m_f.server.RequestCount("/find"), 1, m_f.LoadTime);
-    QCOMPARE(m_f.server.Requests("/find").first().query, "q=two%20words");
-    QTEST(m_f.tabs->TabCount(), "tabs");
+    for (const bool newWin : {false, true}) {
+      m_f.settings->Set(Setting::QuickSearchNewWin, newWin);
+      m_f.server.ForgetRequests();
+      m_box.Enter("F two words");
+      QTRY_COMPARE_WITH_TIMEOUT(m_f.server.RequestCount("/find"), 1, m_f.LoadTime);
+      QCOMPARE(m_f.server.Requests("/find").first().query, "q=two%20words");
+      QCOMPARE(m_f.tabs->TabCount(), newWin ? 2 : 1);
+    }
   }
 
   void FaultyQuickSearch() {
