@@ -2,6 +2,7 @@
 #include <QListView>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QWebEnginePage>
@@ -14,6 +15,7 @@
 #include "config/language.h"
 #include "config/registry_paths.h"
 #include "store/registry_store.h"
+#include "support/data_row.h"
 #include "support/modal_dialogs.h"
 #include "support/test_server.h"
 #include "ui/confirm_dialog.h"
@@ -68,8 +70,7 @@ class TestDownloads final : public QObject {
   }
 
   void safeNames_data() {
-    QTest::addColumn<QString>("suggested");
-    QTest::addColumn<QString>("safe");
+    Columns<QString, QString>("suggested", "safe");
     QTest::newRow("plain") << u"photo.jpg"_s << u"photo.jpg"_s;
     QTest::newRow("other scripts stay") << u"写真 ü.jpg"_s << u"写真 ü.jpg"_s;
     QTest::newRow("folders") << u"../../etc/passwd"_s << u"passwd"_s;
@@ -89,21 +90,17 @@ class TestDownloads final : public QObject {
     QTest::newRow("reserved with an ending") << u"lpt1.txt"_s << u"_lpt1.txt"_s;
     QTest::newRow("not reserved") << u"console.txt"_s << u"console.txt"_s;
     QTest::newRow("too long") << QString(500, 'x') + u".tar.gz"_s << QString(193, 'x') + u".tar.gz"_s;
-    QTest::newRow("too long, wide") << QString(200, QChar(0x5199)) + u".txt"_s
-                                    << QString(65, QChar(0x5199)) + u".txt"_s;
+    Row("too long, wide", QString(200, QChar(0x5199)) + u".txt"_s, QString(65, QChar(0x5199)) + u".txt"_s);
     QTest::newRow("too long ending") << u"x."_s + QString(500, 'y') << u"x."_s + QString(198, 'y');
   }
 
   void safeNames() {
     QFETCH(QString, suggested);
-    QFETCH(QString, safe);
-    QCOMPARE(FileNames::Safe(suggested, u"download"_s), safe);
+    QTEST(FileNames::Safe(suggested, u"download"_s), "safe");
   }
 
   void freePathNumbersNames_data() {
-    QTest::addColumn<QStringList>("there");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("free");
+    Columns<QStringList, QString, QString>("there", "name", "free");
     QTest::newRow("free") << QStringList{} << u"a.txt"_s << u"a.txt"_s;
     QTest::newRow("there") << QStringList{u"a.txt"_s} << u"a.txt"_s << u"a (1).txt"_s;
     QTest::newRow("numbers there") << QStringList{u"a.txt"_s, u"a (1).txt"_s} << u"a.txt"_s << u"a (2).txt"_s;
@@ -124,9 +121,7 @@ class TestDownloads final : public QObject {
   }
 
   void executables_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("permission");
-    QTest::addColumn<bool>("executable");
+    Columns<QString, bool, bool>("name", "permission", "executable");
     QTest::newRow("text") << u"a.txt"_s << false << false;
     QTest::newRow("picture") << u"a.jpg"_s << false << false;
     QTest::newRow("script") << u"a.sh"_s << false << true;
@@ -138,18 +133,14 @@ class TestDownloads final : public QObject {
   void executables() {
     QFETCH(QString, name);
     QFETCH(bool, permission);
-    QFETCH(bool, executable);
     QFile file(In(name));
     QVERIFY(file.open(QIODevice::WriteOnly));
     if (permission) QVERIFY(file.setPermissions(file.permissions() | QFile::ExeOwner));
-    QCOMPARE(FileNames::IsExecutable(In(name)), executable);
+    QTEST(FileNames::IsExecutable(In(name)), "executable");
   }
 
   void paceInWords_data() {
-    QTest::addColumn<qint64>("received");
-    QTest::addColumn<qint64>("total");
-    QTest::addColumn<double>("speed");
-    QTest::addColumn<QString>("words");
+    Columns<qint64, qint64, double, QString>("received", "total", "speed", "words");
     QTest::newRow("seconds") << qint64(0) << qint64(30720) << 1024.0 << u"1.0 kB/s, 30 s left"_s;
     QTest::newRow("almost done") << qint64(30700) << qint64(30720) << 1024.0 << u"1.0 kB/s, 1 s left"_s;
     QTest::newRow("minutes") << qint64(0) << qint64(1024 * 300) << 1024.0 << u"1.0 kB/s, 5 min left"_s;
@@ -164,8 +155,7 @@ class TestDownloads final : public QObject {
     QFETCH(qint64, received);
     QFETCH(qint64, total);
     QFETCH(double, speed);
-    QFETCH(QString, words);
-    QCOMPARE(DownloadText::Pace(received, total, speed, m_language), words);
+    QTEST(DownloadText::Pace(received, total, speed, m_language), "words");
   }
 
   void savesWhereTheUserSays() {
@@ -176,9 +166,7 @@ class TestDownloads final : public QObject {
       suggested = path;
       return In(u"elsewhere/mine.txt"_s);
     });
-    Download(u"/file"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    Get(u"/file"_s);
     QCOMPARE(QFileInfo(suggested).fileName(), u"file.txt"_s);
     QCOMPARE(Content(In(u"elsewhere/mine.txt"_s)), "content");
     QCOMPARE(active.size(), 2);
@@ -190,6 +178,10 @@ class TestDownloads final : public QObject {
     });
     Download(u"/file"_s);
     QTRY_COMPARE_WITH_TIMEOUT(suggested, In(u"elsewhere/file.txt"_s), LongWait);
+    // Cancelled, it leaves nothing.
+    QCOMPARE(m_list->rowCount(), 1);
+    QCOMPARE(QDir(m_folder->path()).entryList({u"file*"_s}, QDir::Files), QStringList());
+    QCOMPARE(QDir(In(u"elsewhere"_s)).entryList(QDir::Files), QStringList{u"mine.txt"_s});
     QCOMPARE(m_store->Read(TRegistryHive::CurrentUser, Key, u"DownloadFolder"_s).value_or(QString()),
              In(u"elsewhere"_s));
     QVERIFY(m_list->Open(0));
@@ -217,28 +209,14 @@ class TestDownloads final : public QObject {
     QTRY_COMPARE_WITH_TIMEOUT(Content(In(u"old.txt"_s)), "content", LongWait);
   }
 
-  void cancelledChoiceLeavesNothing() {
-    int asked = 0;
-    m_list->SetChooseFile([&asked](const QString &) {
-      ++asked;
-      return QString();
-    });
-    Download(u"/file"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(asked, 1, LongWait);
-    QCOMPARE(m_list->rowCount(), 0);
-    QVERIFY(QDir(m_folder->path()).entryList({u"file*"_s}, QDir::Files).isEmpty());
-  }
-
-  void hostileNamesStayInTheFolder() {
+  void hostileNameAndFolderThatIsGone() {
+    QVERIFY(m_store->Write(TRegistryHive::CurrentUser, Key, u"DownloadFolder"_s, In(u"gone"_s)));
     m_list->SetChooseFile({});
-    m_server->Route("/hostile", TTestResponse::Attachment("../../../../tmp/evil\xE2\x80\xAE"
-                                                          "cod.exe",
-                                                          "x"));
-    Download(u"/hostile"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
-    QCOMPARE(QFileInfo(Path(0)).path(), m_folder->path());
-    QVERIFY(!Path(0).contains(QChar(0x202E)));
+    m_server->Route("/hostile", TTestResponse::Attachment("../../../../tmp/evil\342\200\256cod.exe", "x"));
+    Get(u"/hostile"_s);
+    QVERIFY(!QDir(In(u"gone"_s)).exists());
+    QCOMPARE(Path(0), QStandardPaths::writableLocation(QStandardPaths::DownloadLocation) + u"/evilcod.exe"_s);
+    QCOMPARE(Content(Path(0)), "x");
   }
 
   void sameFileTwiceAtOnce() {
@@ -253,16 +231,6 @@ class TestDownloads final : public QObject {
     QCOMPARE(m_list->ActiveCount(), 2);
     m_list->CancelAll();
     QTRY_COMPARE(m_list->ActiveCount(), 0);
-  }
-
-  void rememberedFolderThatIsGone() {
-    QVERIFY(m_store->Write(TRegistryHive::CurrentUser, Key, u"DownloadFolder"_s, In(u"gone"_s)));
-    m_list->SetChooseFile({});
-    Download(u"/file"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
-    QVERIFY(!QDir(In(u"gone"_s)).exists());
-    QCOMPARE(Content(Path(0)), "content");
   }
 
   void chosenFolderThatIsGone() {
@@ -281,7 +249,7 @@ class TestDownloads final : public QObject {
     RouteSlowFile();
     m_list->SetChooseFile([this](const QString &) { return In(u"gone/slow.bin"_s); });
     Download(u"/slow"_s);
-    QTRY_VERIFY_WITH_TIMEOUT(m_list->data(m_list->index(0), TDownloadList::ReceivedRole).toLongLong() > 0, LongWait);
+    QTRY_VERIFY_WITH_TIMEOUT(HasBegun(), LongWait);
     QVERIFY(QDir(In(u"gone"_s)).removeRecursively());
     QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Failed, LongWait);
     QVERIFY(m_list->CanRetry(0));
@@ -306,19 +274,17 @@ class TestDownloads final : public QObject {
   }
 
   void brokenConnectionIsToldAndRetried() {
-    TTestResponse broken = TTestResponse::Attachment("broken.bin", QByteArray(100000, 'b'));
-    broken.stopAfterBytes = 50000;
-    m_server->Route("/broken", broken);
+    const TTestResponse whole = RouteBroken();
     m_server->Route("/there", TTestResponse::Redirect("/broken"));
     Download(u"/there"_s);
-    QTRY_VERIFY_WITH_TIMEOUT(m_list->data(m_list->index(0), TDownloadList::ReceivedRole).toLongLong() > 0, LongWait);
+    QTRY_VERIFY_WITH_TIMEOUT(HasBegun(), LongWait);
     const quint16 port = m_server->Port();
     m_server->Close();
     QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Failed, LongWait);
     QVERIFY(Status(0).size() > m_language.Text("DOWNLOADS", "FailedLine").size());
     QVERIFY(!QFileInfo::exists(In(u"broken.bin"_s)));
     QVERIFY(m_server->Listen(port));
-    m_server->Route("/broken", TTestResponse::Attachment("broken.bin", QByteArray(100000, 'b')));
+    m_server->Route("/broken", whole);
     m_list->Retry(0);
     QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
     QCOMPARE(m_list->rowCount(), 1);
@@ -326,25 +292,22 @@ class TestDownloads final : public QObject {
   }
 
   void interruptedOneGoesOnUnasked() {
-    const QByteArray body(100000, 'b');
-    TTestResponse broken = TTestResponse::Attachment("broken.bin", body);
-    broken.stopAfterBytes = 50000;
-    m_server->Route("/broken", broken);
+    const TTestResponse whole = RouteBroken();
     int asked = 0;
     m_list->SetChooseFile([&](const QString &) {
       ++asked;
       return In(u"mine.bin"_s);
     });
     Download(u"/broken"_s);
-    QTRY_VERIFY_WITH_TIMEOUT(m_list->data(m_list->index(0), TDownloadList::ReceivedRole).toLongLong() > 0, LongWait);
+    QTRY_VERIFY_WITH_TIMEOUT(HasBegun(), LongWait);
     const quint16 port = m_server->Port();
-    m_server->Route("/broken", TTestResponse::Attachment("broken.bin", body));
+    m_server->Route("/broken", whole);
     m_server->Close();
     QVERIFY(m_server->Listen(port));
     QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
     QCOMPARE(m_list->rowCount(), 1);
     QCOMPARE(asked, 1);
-    QCOMPARE(Content(In(u"mine.bin"_s)), body);
+    QCOMPARE(Content(In(u"mine.bin"_s)), whole.body);
   }
 
   // A page that starts many downloads at once gets one dialog; the others wait for the user in the list.
@@ -391,7 +354,7 @@ class TestDownloads final : public QObject {
   void outlivesItsPage() {
     RouteSlowFile();
     Download(u"/slow"_s);
-    QTRY_VERIFY_WITH_TIMEOUT(m_list->data(m_list->index(0), TDownloadList::ReceivedRole).toLongLong() > 0, LongWait);
+    QTRY_VERIFY_WITH_TIMEOUT(HasBegun(), LongWait);
     m_page.reset();
     QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
     QCOMPARE(QFileInfo(Path(0)).size(), 4 * 1024 * 1024);
@@ -399,8 +362,7 @@ class TestDownloads final : public QObject {
 
   void removeAndClear() {
     RouteSlowFile();
-    Download(u"/file"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    Get(u"/file"_s);
     Download(u"/slow"_s);
     QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
     QCOMPARE(m_list->State(0), TDownloadState::Running);
@@ -460,14 +422,10 @@ class TestDownloads final : public QObject {
     TDownloadWindow window(*m_list, m_language);
     window.show();
     auto &view = *window.findChild<QListView *>("lvDownloads");
-    Download(u"/file"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    Get(u"/file"_s);
     QTest::keyClick(&view, Qt::Key_Return);
     QCOMPARE(m_opened.size(), 1);
-    Download(u"/script"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    Get(u"/script"_s);
     // Enter is the safe answer.
     OnModalDialog<TfrmConfirm>([](TfrmConfirm &question) { QTest::keyClick(&question, Qt::Key_Return); });
     QTest::keyClick(&view, Qt::Key_Return);
@@ -495,6 +453,24 @@ class TestDownloads final : public QObject {
     m_server->Route("/slow", response);
   }
   void Download(const QString &path) { m_page->download(QUrl(m_server->Url(path))); }
+  // The same to its end.
+  void Get(const QString &path) {
+    const int row = m_list->rowCount();
+    Download(path);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), row + 1, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+  }
+  [[nodiscard]] bool HasBegun() const {
+    return m_list->data(m_list->index(0), TDownloadList::ReceivedRole).toLongLong() > 0;
+  }
+  // A file whose sending stops in the middle; the whole one.
+  TTestResponse RouteBroken() {
+    const TTestResponse whole = TTestResponse::Attachment("broken.bin", QByteArray(100000, 'b'));
+    TTestResponse broken = whole;
+    broken.stopAfterBytes = 50000;
+    m_server->Route("/broken", broken);
+    return whole;
+  }
 
   TLanguage m_language;
   std::unique_ptr<QTemporaryDir> m_folder;
