@@ -32,7 +32,6 @@ class TestMainWindow final : public QObject {
   void cleanup() { m_f.End(); }
 
   void NoMarkerIsLeft();
-  void KeysAreNotTakenTwice();
   void AddressBox();
   void KeyboardAfterAnotherSite();
   void EditingGoesWhereTheKeyboardIs();
@@ -41,7 +40,6 @@ class TestMainWindow final : public QObject {
   void NewTabFromClipboard();
   void HomePageOfOnesOwn();
   void BackAndForward();
-  void TabKeys();
   void FontMenu();
   void RefreshAndStop();
   void MailLink();
@@ -98,27 +96,6 @@ void TestMainWindow::NoMarkerIsLeft() {
     if (const auto *label = qobject_cast<const QLabel *>(widget)) check(label->text(), label);
   }
   for (const QMenu *menu : m_f.window->findChildren<QMenu *>()) check(menu->title(), menu);
-}
-
-void TestMainWindow::KeysAreNotTakenTwice() {
-  QHash<QKeySequence, QString> owners;
-  for (const QAction *action : m_f.window->actions()) {
-    for (const QKeySequence &key : action->shortcuts()) {
-      QVERIFY2(!key.isEmpty(), qPrintable(action->objectName()));
-      QVERIFY2(!owners.contains(key), qPrintable(key.toString() + action->objectName() + owners.value(key)));
-      owners.insert(key, action->objectName());
-    }
-  }
-  QVERIFY(owners.contains(QKeySequence(QStringLiteral("F9"))));
-  // Labels and the menus of the bar have keys by their texts.
-  QStringList texts;
-  for (const QLabel *label : m_f.window->findChildren<QLabel *>()) texts.append(label->text());
-  for (const QAction *menu : m_f.window->menuBar()->actions()) texts.append(menu->text());
-  for (const QString &text : std::as_const(texts)) {
-    const QKeySequence key = QKeySequence::mnemonic(text);
-    QVERIFY2(key.isEmpty() || !owners.contains(key), qPrintable(text));
-    owners.insert(key, text);
-  }
 }
 
 void TestMainWindow::AddressBox() {
@@ -236,27 +213,6 @@ void TestMainWindow::BackAndForward() {
   QVERIFY(!Action(TCommand::Back)->isEnabled() && !Action(TCommand::Forward)->isEnabled());
   Action(TCommand::PreviousTab)->trigger();
   QVERIFY(Action(TCommand::Forward)->isEnabled());
-}
-
-void TestMainWindow::TabKeys() {
-  for (int i = 0; i < 3; ++i) Action(TCommand::NewBlank)->trigger();
-  const auto position = [this] { return m_f.window->Tabs().ActiveTabIndex(); };
-  QTest::keyClick(m_f.window.get(), Qt::Key_1, Qt::ControlModifier);
-  QCOMPARE(position(), 0);
-  QTest::keyClick(m_f.window.get(), Qt::Key_3, Qt::ControlModifier);
-  QCOMPARE(position(), 2);
-  QTest::keyClick(m_f.window.get(), Qt::Key_8, Qt::ControlModifier);
-  QCOMPARE(position(), 2);
-  QTest::keyClick(m_f.window.get(), Qt::Key_9, Qt::ControlModifier);
-  QCOMPARE(position(), 3);
-  QTest::keyClick(m_f.window.get(), Qt::Key_PageDown, Qt::ControlModifier);
-  QCOMPARE(position(), 0);
-  QTest::keyClick(m_f.window.get(), Qt::Key_PageUp, Qt::ControlModifier);
-  QCOMPARE(position(), 3);
-  QTest::keyClick(m_f.window.get(), Qt::Key_Tab, Qt::ControlModifier);
-  QCOMPARE(position(), 0);
-  QTest::keyClick(m_f.window.get(), Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
-  QCOMPARE(position(), 3);
 }
 
 void TestMainWindow::FontMenu() {

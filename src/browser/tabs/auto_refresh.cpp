@@ -18,7 +18,8 @@ constexpr TInterval Intervals[] = {
 
 }  // namespace
 
-TAutoRefresh::TAutoRefresh(TActions &actions, TTabStrip &tabs, TSettings &settings) : QObject(&tabs), m_settings(settings) {
+TAutoRefresh::TAutoRefresh(TActions &actions, TTabStrip &tabs, TSettings &settings)
+    : QObject(&tabs), m_settings(settings) {
   m_timer.setObjectName(QStringLiteral("tmrRefresh"));
   connect(&m_timer, &QTimer::timeout, &tabs, &TTabStrip::RefreshAll);
   for (const TInterval &interval : Intervals) {
