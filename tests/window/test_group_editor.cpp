@@ -30,10 +30,13 @@ class TestGroupEditor final : public QObject {
     editor.Enter(QStringLiteral("a"), QStringLiteral("  "));
     QVERIFY(editor.IsEditing());  // A page needs an address...
     editor.Enter(QStringLiteral(" A=A"), QStringLiteral(" 11 "));
+    editor.Select(1);
+    editor.Click("cmdUpdate");
+    editor.Enter(QString(), QStringLiteral("22"));  // its lock stays
     editor.Click("cmdInsert");
     editor.Part<QCheckBox>("chkTabLocked").setChecked(true);
     editor.Enter(QString(), QStringLiteral("5"));  // ... and no name.
-    QCOMPARE(editor.Shown(), (QStringList{" A=A|11|", "|2|X", "b|3|", "|4|", "|5|X"}));
+    QCOMPARE(editor.Shown(), (QStringList{" A=A|11|", "|22|X", "b|3|", "|4|", "|5|X"}));
     editor.Select(2);
     editor.Click("cmdDelete");
     // Somebody has removed the file meanwhile: the user's work is written all the same.
@@ -41,7 +44,7 @@ class TestGroupEditor final : public QObject {
     editor.Click("cmdOk");
     QCOMPARE(m_editor->result(), int(QDialog::Accepted));
     // Names are free of "=", and what has none is numbered by its position.
-    QCOMPARE(m_f.Lines(path), QStringLiteral("AA=11\nblank2=*2\nblank3=4\nblank4=*5"));
+    QCOMPARE(m_f.Lines(path), QStringLiteral("AA=11\nblank2=*22\nblank3=4\nblank4=*5"));
   }
 
   void Cancels() {
