@@ -45,7 +45,6 @@ class TestMainWindow final : public QObject {
   void MailLink();
   void FullScreenAndBars();
   void ClosingTheFullScreenPage();
-  void TabPlace();
   void TabColors_data();
   void TabColors();
   void LanguageMenu();
@@ -342,22 +341,6 @@ void TestMainWindow::TabColors() {
   const auto *pages = m_f.window->findChild<TZVPageControl *>();
   QTEST(pages->InactiveTabColor(), "tab");
   QTEST(pages->InactiveFontColor(), "font");
-}
-
-void TestMainWindow::TabPlace() {
-  auto *pages = m_f.window->findChild<TZVPageControl *>();
-  QMenu *menu = m_f.window->Actions().Menu(TMenu::TabPosition);
-  QVERIFY(pages->TabsDown());
-  QCOMPARE(menu->actions().first(), Action(TCommand::TabsBelow));
-  Action(TCommand::TabsAbove)->trigger();
-  QVERIFY(!pages->TabsDown());
-  QCOMPARE(menu->actions().first(), Action(TCommand::TabsAbove));
-  QVERIFY(Action(TCommand::TabsAbove)->isChecked() && !Action(TCommand::TabsBelow)->isChecked());
-  Action(TCommand::TabsSeveralRows)->trigger();
-  m_f.Open();
-  pages = m_f.window->findChild<TZVPageControl *>();
-  QVERIFY(!pages->TabsDown() && pages->MultipleLines());
-  QCOMPARE(m_f.window->Actions().Menu(TMenu::TabPosition)->actions().first(), Action(TCommand::TabsAbove));
 }
 
 void TestMainWindow::LanguageMenu() {
