@@ -276,6 +276,10 @@ class TestPopups final : public QObject {
     QVERIFY(m_blocker->IsPopupBlocked(QStringLiteral("http://ads.example")));
     OnModalDialog<TfrmConfirm>([](TfrmConfirm &dialog) { dialog.accept(); });
     QTRY_VERIFY(QApplication::activeModalWidget() == nullptr);
+    // What is known is written back, over what others have made of it.
+    SavePopupList(*m_f.store, {QStringLiteral("http://other"), QStringLiteral("http://more")});
+    m_blocker->Save();
+    QCOMPARE(Raw(), QStringList("url1=http://ads"));
   }
 
  private:
