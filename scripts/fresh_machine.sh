@@ -67,9 +67,13 @@ take_down() {
   done
 }
 trap take_down EXIT
-trap 'exit 129' HUP
-trap 'exit 130' INT
-trap 'exit 143' TERM
+interrupted() {
+  say 'interrupted'
+  exit "$1"
+}
+trap 'interrupted 129' HUP
+trap 'interrupted 130' INT
+trap 'interrupted 143' TERM
 # Every longer step runs in the background and is waited for: a shell that waits for its foreground hears an interrupt
 # only once that has ended.
 exec 8<&0
