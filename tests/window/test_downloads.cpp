@@ -409,6 +409,7 @@ class TestDownloads final : public QObject {
     QTest::keyClick(&view, Qt::Key_Delete);
     QCOMPARE(m_list->rowCount(), 1);
     button("cmdCancel")->click();
+    QTRY_COMPARE(m_list->State(0), TDownloadState::Cancelled);
     QTRY_VERIFY(button("cmdRetry")->isEnabled());
     QVERIFY(view.currentIndex().data(Qt::AccessibleTextRole).toString().contains(Status(0)));
     QTest::keyClick(&view, Qt::Key_Delete);
