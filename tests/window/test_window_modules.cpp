@@ -25,10 +25,11 @@ class TestWindowModules final : public QObject {
   void init();
   void cleanup();
 
-  void GroupsFromTheToolbar();
+  void GroupsFromTheMenu();
   void GroupToStartWith();
   void PopupsAreStopped();
   void PopupBlockerIsSwitchedOff();
+  void PopupListIsWrittenAtTheEnd();
   void EnginesFromTheMenu_data();
   void EnginesFromTheMenu();
   void WhatIsTypedIsKept();
@@ -77,7 +78,7 @@ int TestWindowModules::HiddenTabs() const {
   return hidden;
 }
 
-void TestWindowModules::GroupsFromTheToolbar() {
+void TestWindowModules::GroupsFromTheMenu() {
   QFile file(TGroupFolder::Path() + QStringLiteral("/Set.hgp"));
   QVERIFY(file.open(QIODevice::WriteOnly));
   file.write("[HalvexGroup]\n");
@@ -87,8 +88,7 @@ void TestWindowModules::GroupsFromTheToolbar() {
   }
   file.close();
 
-  QMenu *menu = Button("tbHalvexGroups")->menu();
-  QVERIFY(menu != nullptr && menu == m_f.window->Actions().Menu(TMenu::Groups));
+  QMenu *menu = m_f.window->Actions().Menu(TMenu::Groups);
   Action(TCommand::CloseTabsFirst)->setChecked(false);
   ItemsOf(menu).last()->trigger();
   QCOMPARE(Tabs().TabCount(), 11);
@@ -105,6 +105,9 @@ void TestWindowModules::GroupsFromTheToolbar() {
   Action(TCommand::CloseTabsFirst)->setChecked(true);
   ItemsOf(menu).last()->trigger();
   QCOMPARE(Tabs().TabCount(), 10);
+  QVERIFY(toCome->isVisible());
+  Action(TCommand::StopAll)->trigger();
+  QTRY_VERIFY_WITH_TIMEOUT(!toCome->isVisible(), m_f.LoadTime);
   m_f.Open();
   QVERIFY(Action(TCommand::CloseTabsFirst)->isChecked());
 }
@@ -185,6 +188,19 @@ void TestWindowModules::PopupBlockerIsSwitchedOff() {
   QCOMPARE(HiddenTabs(), 0);
   m_f.Open();
   QVERIFY(!Action(TCommand::UsePopupBlocker)->isChecked());
+}
+
+// Whatever it was read from: in its order, and numbered.
+void TestWindowModules::PopupListIsWrittenAtTheEnd() {
+  const QString key = QString::fromLatin1(RegistryKey::PopupHalvex);
+  constexpr TRegistryHive Hive = TRegistryHive::CurrentUser;
+  m_f.window.reset();
+  QVERIFY(m_f.store->ReplaceKey(Hive, key, {{"url7", "http://b.test/"}, {"old", "http://a.test/"}}));
+  m_f.Open();
+  m_f.window.reset();
+  QStringList lines;
+  for (const TRegistryValue &value : m_f.store->Values(Hive, key)) lines.append(value.name + u'=' + value.data);
+  QCOMPARE(lines, (QStringList{"url1=http://a.test/", "url2=http://b.test/"}));
 }
 
 void TestWindowModules::EnginesFromTheMenu_data() {
