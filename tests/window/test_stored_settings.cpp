@@ -4,6 +4,7 @@
 #include <QMenuBar>
 #include <QStatusBar>
 
+#include "config/registry_paths.h"
 #include "search/address_bar.h"
 #include "window/main_window_fixture.h"
 

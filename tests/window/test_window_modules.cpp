@@ -8,6 +8,7 @@
 #include <QToolButton>
 
 #include "actions/actions.h"
+#include "config/registry_paths.h"
 #include "groups/group_folder.h"
 #include "search/address_bar.h"
 #include "search/typed_addresses.h"
