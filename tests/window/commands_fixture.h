@@ -152,6 +152,8 @@ class TCommandsFixture {
     Action(command)->trigger();
   }
   void ClickButton(TCommand command) {
+    // Wide enough for every button, whatever the desktop's font is.
+    Window().resize(1600, Window().height());
     for (QToolButton *button : Window().findChildren<QToolButton *>()) {
       if (button->defaultAction() == Action(command)) {
         QTRY_VERIFY(button->isVisible() && button->isEnabled());
