@@ -1,21 +1,30 @@
 #include "browser/strip/tab_bar_view.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <QAccessible>
+#include <QContextMenuEvent>
 #include <QCoreApplication>
+#include <QDragEnterEvent>
+#include <QMimeData>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPaintEvent>
-#include <QScrollBar>
-#include <QSignalBlocker>
+#include <QPointer>
 #include <QStyle>
-#include <QToolButton>
+#include <QToolTip>
+#include <QWheelEvent>
 #include <utility>
-#include <vector>
+#include "browser/strip/link_mime.h"
 #include "browser/strip/tab_bar_accessible.h"
+#include "browser/strip/tab_drag.h"
+#include "browser/strip/tab_scrollers.h"
+#include "ui/shown_text.h"
 
 namespace {
-constexpr double kGreatestShare = 1.0 / 3;  // of the control's height, so that 500 tabs leave room for the page
-constexpr int kScrolledTabs = 2;            // narrowest tabs per click on a scroll button
+constexpr int kScrolledTabs = 2;       // narrowest tabs per click on a scroll button
+constexpr int kWheelStep = 120;        // eighths of a degree: one notch
+constexpr int kGreatestWheelWalk = 3;  // tabs per wheel event, however wild the wheel
 
 TTabMetrics MetricsFor(const QWidget *widget) {
   return TTabMetrics(widget->fontMetrics(), widget->style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, widget));
@@ -31,36 +40,32 @@ QString PlainText(const QString &caption) {
   }
   return text.simplified();
 }
+
+QWidget *PageOf(const TTab *tab) {
+  return tab ? tab->page : nullptr;
+}
 }  // namespace
 
 TTabBarView::TTabBarView(const TTabList &tabs, QWidget *parent)
     : QWidget(parent),
       m_tabs(tabs),
-      m_metrics(MetricsFor(this)),
-      m_scrollLeft(new QToolButton(this)),
-      m_scrollRight(new QToolButton(this)),
-      m_scrollBar(new QScrollBar(Qt::Vertical, this)) {
+      m_geometry(MetricsFor(this)),
+      m_scrollers(new TTabScrollers(this)),
+      m_drag(new TTabDrag(tabs, m_geometry, this)) {
   TTabBarAccessible::Install();
   setFocusPolicy(Qt::TabFocus);  // a click leaves the keyboard with the page
   setMouseTracking(true);
   setAcceptDrops(true);
-  for (QToolButton *button : {m_scrollLeft, m_scrollRight}) {
-    button->setAutoRepeat(true);
-    button->setFocusPolicy(Qt::NoFocus);
-    button->hide();
-  }
-  m_scrollLeft->setArrowType(Qt::LeftArrow);
-  m_scrollRight->setArrowType(Qt::RightArrow);
-  m_scrollLeft->setObjectName(QStringLiteral("tbScrollLeft"));
-  m_scrollRight->setObjectName(QStringLiteral("tbScrollRight"));
-  m_scrollBar->setObjectName(QStringLiteral("sbRows"));
-  m_scrollBar->setFocusPolicy(Qt::NoFocus);
-  m_scrollBar->hide();
-  connect(m_scrollLeft, &QToolButton::clicked, this, [this] { ScrollByHand(-1); });
-  connect(m_scrollRight, &QToolButton::clicked, this, [this] { ScrollByHand(1); });
-  connect(m_scrollBar, &QScrollBar::valueChanged, this, [this](int row) {
-    m_scrolledByHand = true;
-    ScrollTo(row);
+  m_geometry.direction = layoutDirection();
+  connect(m_scrollers, &TTabScrollers::Scrolled, this, &TTabBarView::ScrollByHand);
+  connect(m_scrollers, &TTabScrollers::Stepped, this, [this](int visualDirection) {
+    const int direction = layoutDirection() == Qt::RightToLeft ? -visualDirection : visualDirection;
+    ScrollByHand(m_geometry.Offset() + direction * kScrolledTabs * m_geometry.metrics.narrowest);
+  });
+  connect(m_drag, &TTabDrag::MoveWanted, this, &TTabBarView::MoveWanted);
+  connect(m_drag, &TTabDrag::ScrollWanted, this, [this](int direction) {
+    LayOut();
+    ScrollByHand(m_geometry.Offset() + direction * (m_geometry.multiple ? 1 : m_geometry.metrics.narrowest));
   });
 }
 
@@ -75,7 +80,7 @@ void TTabBarView::TabShown(TTab *tab) {
 void TTabBarView::TabAboutToGo(TTab *tab) {
   UpdateTab(tab);
   if (tab->visible) Announce(QAccessible::ObjectDestroyed, tab);
-  if (m_dragging && m_pressed == tab->page) StopDragging();
+  m_drag->Forget(tab->page);
 }
 
 void TTabBarView::TabRemoved() {
@@ -135,53 +140,42 @@ void TTabBarView::SetInactiveColors(const QColor &tab, const QColor &font) {
 }
 
 void TTabBarView::SetMultipleLines(bool multiple) {
-  if (m_multiple == multiple) return;
-  m_multiple = multiple;
+  if (m_geometry.multiple == multiple) return;
+  m_geometry.multiple = multiple;
+  m_geometry.ScrollTo(0);
   m_scrolledByHand = false;
-  m_offset = 0;
   Invalidate();
 }
 
 void TTabBarView::SetTabsDown(bool down) {
-  if (m_tabsDown == down) return;
-  m_tabsDown = down;
+  if (m_geometry.tabsDown == down) return;
+  m_geometry.tabsDown = down;
   update();
   Invalidate();
 }
 
 void TTabBarView::SetButtonTexts(const QString &closeTab, const QString &scrollLeft, const QString &scrollRight) {
   m_closeText = closeTab;
-  m_scrollLeft->setToolTip(scrollLeft);
-  m_scrollLeft->setAccessibleName(scrollLeft);
-  m_scrollRight->setToolTip(scrollRight);
-  m_scrollRight->setAccessibleName(scrollRight);
+  m_scrollers->SetTexts(scrollLeft, scrollRight);
 }
 
 int TTabBarView::HeightFor(const QSize &control) {
-  const int maxRows = std::max(1, static_cast<int>(control.height() * kGreatestShare) / m_metrics.rowHeight);
-  if (control.width() != m_extent || maxRows != m_maxRows) {
-    m_extent = control.width();
-    m_maxRows = maxRows;
+  if (m_geometry.SetControl(control)) {
     m_scrolledByHand = false;
     m_stale = true;
   }
   LayOut();
-  return RowsShown() * m_metrics.rowHeight + m_metrics.edge;
+  return m_geometry.Height();
 }
 
 QRect TTabBarView::TabRect(const TTab *tab) {
   LayOut();
-  return ShownPartOf(tab);
+  return m_geometry.ShownPartOf(tab);
 }
 
 TTab *TTabBarView::TabAt(const QPoint &position) {
   LayOut();
-  const QPoint point = Mirrored(position);
-  const QRect area = Area();
-  if (!area.contains(point)) return nullptr;
-  const int row = (point.y() - area.y()) / m_metrics.rowHeight;
-  return m_tabs.At(m_multiple ? m_layout.IndexAt(row + m_offset, point.x())
-                              : m_layout.IndexAt(0, point.x() + m_offset));
+  return m_tabs.At(m_geometry.IndexAt(position));
 }
 
 void TTabBarView::Announce(QAccessible::Event type, const TTab *tab) {
@@ -211,9 +205,11 @@ void TTabBarView::changeEvent(QEvent *event) {
   switch (event->type()) {
     case QEvent::FontChange:
     case QEvent::StyleChange:
-      RefreshMetrics();
+      m_geometry.metrics = MetricsFor(this);
+      MeasureAll();
       break;
     case QEvent::LayoutDirectionChange:
+      m_geometry.direction = layoutDirection();
       update();
       Invalidate();
       break;
@@ -226,15 +222,269 @@ void TTabBarView::changeEvent(QEvent *event) {
 void TTabBarView::paintEvent(QPaintEvent *event) {
   LayOut();
   QPainter painter(this);
-  TTabPainter tabPainter(painter, m_metrics, palette(), layoutDirection(), m_tabsDown);
+  TTabPainter tabPainter(painter, m_geometry.metrics, palette(), layoutDirection(), m_geometry.tabsDown);
   tabPainter.inactiveTab = m_inactiveTab;
   tabPainter.inactiveFont = m_inactiveFont;
   tabPainter.DrawBackground(rect());
 
-  painter.setClipRect(Mirrored(Area()));
+  painter.setClipRect(m_geometry.Area());
   for (int i = 0; i < m_tabs.Count(); ++i) {
-    if (ShownPartOf(m_tabs.At(i)).intersects(event->rect())) DrawTab(tabPainter, m_tabs.At(i));
+    if (m_geometry.ShownPartOf(m_tabs.At(i)).intersects(event->rect())) DrawTab(tabPainter, m_tabs.At(i));
   }
+}
+
+void TTabBarView::mousePressEvent(QMouseEvent *event) {
+  m_mouse = event->position().toPoint();
+  m_mouseInside = true;
+  TTab *tab = TabAt(m_mouse);
+  UpdateHover();
+  if (event->button() == Qt::MiddleButton) m_pressedMiddle = PageOf(tab);
+  if (event->button() != Qt::LeftButton) return;
+  m_drag->Release();
+  m_pressedClose = nullptr;
+  if (!tab) return;
+  if (CloseRect(tab).contains(m_mouse)) {
+    m_pressedClose = tab->page;
+    UpdateTab(tab);
+    return;
+  }
+  m_drag->Press(tab->page, m_mouse);
+  Q_EMIT Activated(tab->page);
+}
+
+void TTabBarView::mouseMoveEvent(QMouseEvent *event) {
+  m_mouse = event->position().toPoint();
+  m_mouseInside = true;
+  UpdateHover();
+  if (!event->buttons().testFlag(Qt::LeftButton)) {
+    m_drag->Release();
+    return;
+  }
+  LayOut();
+  m_drag->Follow(m_mouse);
+}
+
+void TTabBarView::mouseReleaseEvent(QMouseEvent *event) {
+  m_mouse = event->position().toPoint();
+  const TTab *tab = TabAt(m_mouse);
+  QWidget *page = PageOf(tab);
+  if (event->button() == Qt::MiddleButton) {
+    const bool same = page && page == m_pressedMiddle;
+    m_pressedMiddle = nullptr;
+    if (same) Q_EMIT CloseWanted(page);
+    return;
+  }
+  if (event->button() != Qt::LeftButton) return;
+  const bool close = page && page == m_pressedClose && CloseRect(tab).contains(m_mouse);
+  if (const TTab *was = m_tabs.Find(m_pressedClose)) UpdateTab(was);
+  m_pressedClose = nullptr;
+  m_drag->Release();
+  if (close) Q_EMIT CloseWanted(page);
+}
+
+void TTabBarView::mouseDoubleClickEvent(QMouseEvent *event) {
+  if (event->button() == Qt::LeftButton && !TabAt(event->position().toPoint())) {
+    Q_EMIT EmptyDoubleClicked();
+    return;
+  }
+  // Closing one tab after the other in the same place, the second press comes as a double click.
+  mousePressEvent(event);
+}
+
+void TTabBarView::leaveEvent(QEvent *event) {
+  m_mouseInside = false;
+  SetHover(nullptr, false);
+  QWidget::leaveEvent(event);
+}
+
+void TTabBarView::UpdateHover() {
+  TTab *tab = m_mouseInside && !m_stale ? TabAt(m_mouse) : nullptr;
+  SetHover(PageOf(tab), tab && CloseRect(tab).contains(m_mouse));
+}
+
+void TTabBarView::SetHover(QWidget *page, bool overClose) {
+  if (page == m_hover && overClose == m_overClose) return;
+  const TTab *before = m_tabs.Find(m_hover);
+  m_hover = page;
+  m_overClose = overClose;
+  if (before) UpdateTab(before);
+  if (const TTab *now = m_tabs.Find(page)) UpdateTab(now);
+}
+
+void TTabBarView::wheelEvent(QWheelEvent *event) {
+  event->accept();
+  const QPoint delta = event->angleDelta();
+  if (event->phase() == Qt::ScrollBegin) m_wheelRest = 0;
+  if (!m_geometry.multiple && std::abs(delta.x()) > std::abs(delta.y())) {
+    ScrollByHand(m_geometry.Offset() - (layoutDirection() == Qt::RightToLeft ? -delta.x() : delta.x()));
+    return;
+  }
+  if (delta.y() == 0) return;
+  // Touch pads send many small turns: they add up, and start anew when the direction changes.
+  const int turn = std::clamp(delta.y(), -kGreatestWheelWalk * kWheelStep, kGreatestWheelWalk * kWheelStep);
+  if ((turn > 0) != (m_wheelRest > 0)) m_wheelRest = 0;
+  m_wheelRest += turn;
+  const int steps = m_wheelRest / kWheelStep;
+  m_wheelRest %= kWheelStep;
+  if (steps != 0) WalkByWheel(-steps);
+}
+
+// Unlike the keys, the wheel stops at the ends: nobody counts its notches.
+void TTabBarView::WalkByWheel(int steps) {
+  const TTab *active = m_tabs.Active();
+  if (!active) return;
+  const int ordinal = m_tabs.Ordinal(active);
+  TTab *target = m_tabs.VisibleAt(std::clamp(ordinal + steps, 0, m_tabs.VisibleCount() - 1));
+  if (target && target != active) Q_EMIT Activated(target->page);
+}
+
+void TTabBarView::contextMenuEvent(QContextMenuEvent *event) {
+  // The menu key comes as a key press too, and is answered there.
+  if (event->reason() == QContextMenuEvent::Keyboard) return;
+  if (const TTab *tab = TabAt(event->pos())) {
+    Q_EMIT MenuWanted(tab->page, event->globalPos());
+  } else {
+    event->ignore();
+  }
+}
+
+void TTabBarView::ShowTip(const QPoint &position, const QPoint &globalPosition) {
+  const TTab *tab = TabAt(position);
+  if (!tab) {
+    QToolTip::hideText();
+    return;
+  }
+  const QRect close = CloseRect(tab);
+  const bool onClose = close.contains(position) && !m_closeText.isEmpty();
+  const QString text = onClose ? m_closeText : tab->hint.isEmpty() ? tab->text : tab->hint;
+  if (text.isEmpty()) {
+    QToolTip::hideText();
+    return;
+  }
+  QToolTip::showText(globalPosition, PlainTip(text), this, onClose ? close : TabRect(tab));
+}
+
+void TTabBarView::keyPressEvent(QKeyEvent *event) {
+  const TTab *active = m_tabs.Active();
+  if (!active) {
+    QWidget::keyPressEvent(event);
+    return;
+  }
+  const TTab *target = nullptr;
+  switch (event->key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+      LayOut();
+      target = TabTowards(event->key());
+      break;
+    case Qt::Key_Delete:
+      Q_EMIT CloseWanted(active->page);
+      return;
+    case Qt::Key_F10:
+      if (event->modifiers() != Qt::ShiftModifier) {
+        QWidget::keyPressEvent(event);
+        return;
+      }
+      [[fallthrough]];
+    case Qt::Key_Menu:
+      Q_EMIT MenuWanted(active->page, mapToGlobal(TabRect(active).center()));
+      return;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Space:
+    case Qt::Key_Escape:
+      Q_EMIT PageFocusWanted();
+      return;
+    default:
+      QWidget::keyPressEvent(event);
+      return;
+  }
+  if (!target || target == active) return;
+  // With Ctrl the tab itself goes there: what dragging does for the mouse.
+  if (event->modifiers().testFlag(Qt::ControlModifier)) {
+    Q_EMIT MoveWanted(m_tabs.Position(active), m_tabs.Position(target));
+  } else {
+    Q_EMIT Activated(target->page);
+  }
+}
+
+// Where a key leads from the active tab: round the ends of the strip, and to the tab above or below its middle; nullptr
+// above the first and below the last row.
+TTab *TTabBarView::TabTowards(int key) const {
+  const TTab *active = m_tabs.Active();
+  const int last = m_tabs.VisibleCount() - 1;
+  switch (key) {
+    case Qt::Key_Home:
+      return m_tabs.VisibleAt(0);
+    case Qt::Key_End:
+      return m_tabs.VisibleAt(last);
+    case Qt::Key_Left:
+    case Qt::Key_Right: {
+      const bool on = (key == Qt::Key_Right) == (layoutDirection() == Qt::LeftToRight);
+      const int next = m_tabs.Ordinal(active) + (on ? 1 : -1);
+      return m_tabs.VisibleAt(next < 0 ? last : next > last ? 0 : next);
+    }
+    default: {
+      int index = m_geometry.IndexInNextRow(active, key == Qt::Key_Down);
+      while (index > 0 && !m_tabs.At(index)->visible) --index;
+      return m_tabs.At(index);
+    }
+  }
+}
+
+void TTabBarView::focusInEvent(QFocusEvent *event) {
+  QWidget::focusInEvent(event);
+  const TTab *active = m_tabs.Active();
+  if (!active) return;
+  LayOut();
+  m_scrolledByHand = false;
+  Reveal(active);
+  UpdateTab(active);
+  Announce(QAccessible::Focus, active);
+}
+
+void TTabBarView::focusOutEvent(QFocusEvent *event) {
+  QWidget::focusOutEvent(event);
+  if (const TTab *active = m_tabs.Active()) UpdateTab(active);
+}
+
+void TTabBarView::dragEnterEvent(QDragEnterEvent *event) {
+  if (!LinksIn(*event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void TTabBarView::dragMoveEvent(QDragMoveEvent *event) {
+  SetDropTarget(PageOf(TabAt(event->position().toPoint())));
+  event->acceptProposedAction();
+}
+
+void TTabBarView::dragLeaveEvent(QDragLeaveEvent *event) {
+  SetDropTarget(nullptr);
+  QWidget::dragLeaveEvent(event);
+}
+
+void TTabBarView::dropEvent(QDropEvent *event) {
+  SetDropTarget(nullptr);
+  QWidget *page = PageOf(TabAt(event->position().toPoint()));
+  QStringList links = LinksIn(*event->mimeData());
+  if (links.isEmpty()) return;
+  event->acceptProposedAction();
+  if (page) links = links.mid(0, 1);  // one tab shows one page
+  const QPointer<TTabBarView> alive(this);
+  for (const QString &link : std::as_const(links)) {
+    if (alive) Q_EMIT LinkDropped(link, page);
+  }
+}
+
+void TTabBarView::SetDropTarget(QWidget *page) {
+  if (page == m_dropTarget) return;
+  const TTab *before = m_tabs.Find(m_dropTarget);
+  m_dropTarget = page;
+  if (before) UpdateTab(before);
+  if (const TTab *now = m_tabs.Find(page)) UpdateTab(now);
 }
 
 void TTabBarView::Invalidate() {
@@ -247,59 +497,16 @@ void TTabBarView::Invalidate() {
 void TTabBarView::LayOut() {
   if (!m_stale) return;
   m_stale = false;
-  TTabLayout::TSpace space;
-  space.extent = m_extent;
-  space.narrowest = m_metrics.narrowest;
-  space.maxRows = m_maxRows;
-  space.multiple = m_multiple;
-  space.lineReserve = 2 * m_metrics.rowHeight;
-  space.rowsReserve = m_scrollBar->sizeHint().width();
-  std::vector<int> wishes(m_tabs.Count());
-  for (int i = 0; i < m_tabs.Count(); ++i) wishes[i] = m_tabs.At(i)->wish;
-  m_layout = TTabLayout(wishes, space);
-  // Only what comes to lie elsewhere is painted anew. A strip of another size is painted whole anyway, and so is what
-  // lies below scroll buttons that come or go.
-  QRect changed;
-  for (int i = 0; i < m_tabs.Count(); ++i) {
-    TTab *tab = m_tabs.At(i);
-    if (tab->place == m_layout.Place(i)) continue;
-    changed |= ShownPartOf(tab);
-    tab->place = m_layout.Place(i);
-    changed |= ShownPartOf(tab);
-  }
-  update(changed);
-  PlaceScrollers();
+  update(m_geometry.LayOut(m_tabs, m_scrollers->BarWidth()));
+  m_scrollers->Place(m_geometry);
+  ScrollTo(m_geometry.Offset());
   const TTab *active = m_tabs.Active();
   if (active && !m_scrolledByHand) Reveal(active);
   UpdateHover();
 }
 
-void TTabBarView::PlaceScrollers() {
-  const QRect area = Area();
-  const int left = area.x() + area.width();
-  const bool line = m_layout.Overflows() && !m_multiple;
-  const bool rows = m_layout.Overflows() && m_multiple;
-  if (line) {
-    const int size = m_metrics.rowHeight;
-    // The left one stays on the left in every reading direction: it scrolls to where it points.
-    const bool mirrored = layoutDirection() == Qt::RightToLeft;
-    m_scrollLeft->setGeometry(Mirrored(QRect(mirrored ? left + size : left, area.y(), size, size)));
-    m_scrollRight->setGeometry(Mirrored(QRect(mirrored ? left : left + size, area.y(), size, size)));
-  }
-  m_scrollLeft->setVisible(line);
-  m_scrollRight->setVisible(line);
-  if (rows) {
-    m_scrollBar->setGeometry(Mirrored(QRect(left, area.y(), m_scrollBar->sizeHint().width(), area.height())));
-    const QSignalBlocker quiet(m_scrollBar);
-    m_scrollBar->setRange(0, GreatestOffset());
-    m_scrollBar->setPageStep(RowsShown());
-  }
-  m_scrollBar->setVisible(rows);
-  ScrollTo(m_offset);
-}
-
 void TTabBarView::Measure(TTab *tab) {
-  const int wish = tab->visible ? m_metrics.WidthOf(fontMetrics(), tab->text, KeepsImagePlace(tab)) : 0;
+  const int wish = tab->visible ? m_geometry.metrics.WidthOf(fontMetrics(), tab->text, KeepsImagePlace(tab)) : 0;
   if (std::exchange(tab->wish, wish) != wish) Invalidate();
 }
 
@@ -312,11 +519,6 @@ void TTabBarView::MeasureAll() {
   Invalidate();
 }
 
-void TTabBarView::RefreshMetrics() {
-  m_metrics = MetricsFor(this);
-  MeasureAll();
-}
-
 bool TTabBarView::KeepsImagePlace(const TTab *tab) const {
   return !m_images.isEmpty() || !tab->icon.isNull();
 }
@@ -325,55 +527,17 @@ QIcon TTabBarView::ImageOf(const TTab *tab) const {
   return tab->image >= 0 && tab->image < m_images.size() ? m_images[tab->image] : tab->icon;
 }
 
-int TTabBarView::RowsShown() const {
-  return m_multiple ? std::clamp(m_layout.RowCount(), 1, m_maxRows) : 1;
-}
-
-int TTabBarView::Room() const {
-  return m_multiple ? RowsShown() : m_layout.Extent();
-}
-
-QRect TTabBarView::Area() const {
-  return QRect(0, m_tabsDown ? m_metrics.edge : 0, m_layout.Extent(), RowsShown() * m_metrics.rowHeight);
-}
-
-QRect TTabBarView::Bounds() const {
-  return QRect(0, 0, m_extent, Area().height() + m_metrics.edge);
-}
-
-QRect TTabBarView::PlaceOf(const TTab *tab) const {
-  const int x = m_multiple ? tab->place.x : tab->place.x - m_offset;
-  const int row = m_multiple ? tab->place.row - m_offset : 0;
-  return QRect(x, Area().y() + row * m_metrics.rowHeight, tab->place.width, m_metrics.rowHeight);
-}
-
-QRect TTabBarView::ShownPartOf(const TTab *tab) const {
-  // Most tabs of a long strip are out of sight, which plain numbers tell.
-  const int start = m_multiple ? tab->place.row : tab->place.x;
-  const int end = m_multiple ? start + 1 : start + tab->place.width;
-  if (end <= m_offset || start >= m_offset + Room()) return {};
-  return Mirrored(PlaceOf(tab) & Area());
-}
-
-QRect TTabBarView::Mirrored(const QRect &rect) const {
-  return rect.isEmpty() ? QRect() : QStyle::visualRect(layoutDirection(), Bounds(), rect);
-}
-
-QPoint TTabBarView::Mirrored(const QPoint &point) const {
-  return QStyle::visualPos(layoutDirection(), Bounds(), point);
-}
-
 QRect TTabBarView::CloseRect(const TTab *tab) const {
-  const QRect place = Mirrored(PlaceOf(tab));
-  return TTabParts(m_metrics, place, KeepsImagePlace(tab), layoutDirection()).close;
+  const QRect place = m_geometry.PlaceOf(tab);
+  return TTabParts(m_geometry.metrics, place, KeepsImagePlace(tab), layoutDirection()).close;
 }
 
 void TTabBarView::DrawTab(TTabPainter &painter, TTab *tab) {
   TTabLook look;
-  look.rect = Mirrored(PlaceOf(tab));
+  look.rect = m_geometry.PlaceOf(tab);
   look.hasImage = KeepsImagePlace(tab);
   look.image = ImageOf(tab);
-  const int room = TTabParts(m_metrics, look.rect, look.hasImage, layoutDirection()).text.width();
+  const int room = TTabParts(m_geometry.metrics, look.rect, look.hasImage, layoutDirection()).text.width();
   if (tab->elidedWidth != room) {
     tab->elidedWidth = room;
     tab->elided = fontMetrics().elidedText(tab->text, Qt::ElideRight, room);
@@ -389,37 +553,22 @@ void TTabBarView::DrawTab(TTabPainter &painter, TTab *tab) {
 }
 
 void TTabBarView::UpdateTab(const TTab *tab) {
-  update(ShownPartOf(tab));
-}
-
-int TTabBarView::GreatestOffset() const {
-  return std::max(0, (m_multiple ? m_layout.RowCount() : m_layout.Length()) - Room());
+  update(m_geometry.ShownPartOf(tab));
 }
 
 void TTabBarView::ScrollTo(int offset) {
-  const int greatest = GreatestOffset();
-  offset = std::clamp(offset, 0, greatest);
-  const bool mirrored = layoutDirection() == Qt::RightToLeft;
-  m_scrollLeft->setEnabled(mirrored ? offset < greatest : offset > 0);
-  m_scrollRight->setEnabled(mirrored ? offset > 0 : offset < greatest);
-  if (m_multiple) {
-    const QSignalBlocker quiet(m_scrollBar);
-    m_scrollBar->setValue(offset);
-  }
-  if (offset == m_offset) return;
-  m_offset = offset;
+  const bool moved = m_geometry.ScrollTo(offset);
+  m_scrollers->Show(m_geometry);
+  if (!moved) return;
   update();
   UpdateHover();
 }
 
-void TTabBarView::ScrollByHand(int visualDirection) {
+void TTabBarView::ScrollByHand(int offset) {
   m_scrolledByHand = true;
-  const int direction = layoutDirection() == Qt::RightToLeft ? -visualDirection : visualDirection;
-  ScrollTo(m_offset + direction * (m_multiple ? 1 : kScrolledTabs * m_metrics.narrowest));
+  ScrollTo(offset);
 }
 
 void TTabBarView::Reveal(const TTab *tab) {
-  const int start = m_multiple ? tab->place.row : tab->place.x;
-  const int size = m_multiple ? 1 : tab->place.width;
-  ScrollTo(std::min(start, std::max(m_offset, start + size - Room())));
+  ScrollTo(m_geometry.OffsetRevealing(tab));
 }

@@ -1,16 +1,15 @@
 #pragma once
 
-#include <QBasicTimer>
 #include <QColor>
 #include <QList>
 #include <QPoint>
 #include <QWidget>
-#include "browser/strip/tab_layout.h"
+#include "browser/strip/tab_geometry.h"
 #include "browser/strip/tab_list.h"
 #include "browser/strip/tab_painter.h"
 
-class QScrollBar;
-class QToolButton;
+class TTabDrag;
+class TTabScrollers;
 
 // The strip itself: shows the tabs of a list and turns what the mouse and the keyboard do there into wishes. It changes
 // nothing in the list; the page control does, and tells the strip right after. Changes only mark the layout as stale;
@@ -35,9 +34,9 @@ class TTabBarView final : public QWidget {
   [[nodiscard]] QColor InactiveTabColor() const { return m_inactiveTab; }
   [[nodiscard]] QColor InactiveFontColor() const { return m_inactiveFont; }
   void SetInactiveColors(const QColor &tab, const QColor &font);
-  [[nodiscard]] bool MultipleLines() const { return m_multiple; }
+  [[nodiscard]] bool MultipleLines() const { return m_geometry.multiple; }
   void SetMultipleLines(bool multiple);
-  [[nodiscard]] bool TabsDown() const { return m_tabsDown; }
+  [[nodiscard]] bool TabsDown() const { return m_geometry.tabsDown; }
   void SetTabsDown(bool down);
   void SetButtonTexts(const QString &closeTab, const QString &scrollLeft, const QString &scrollRight);
 
@@ -65,7 +64,6 @@ class TTabBarView final : public QWidget {
   bool event(QEvent *event) override;
   void changeEvent(QEvent *event) override;
   void paintEvent(QPaintEvent *event) override;
-  void timerEvent(QTimerEvent *event) override;
   void focusInEvent(QFocusEvent *event) override;
   void focusOutEvent(QFocusEvent *event) override;
   void mousePressEvent(QMouseEvent *event) override;
@@ -84,72 +82,45 @@ class TTabBarView final : public QWidget {
  private:
   void Invalidate();
   void LayOut();
-  void PlaceScrollers();
   void Measure(TTab *tab);
   void MeasureAll();
-  void RefreshMetrics();
   [[nodiscard]] bool KeepsImagePlace(const TTab *tab) const;
   [[nodiscard]] QIcon ImageOf(const TTab *tab) const;
-
-  // Rectangles and points are worked out left to right and mirrored at the very end.
-  [[nodiscard]] int RowsShown() const;
-  [[nodiscard]] int Room() const;    // how much of the strip shows, measured like the offset
-  [[nodiscard]] QRect Area() const;  // where tabs show, beside the scroll buttons
-  [[nodiscard]] QRect Bounds() const;
-  // Where the tab lay when the strip was laid out last; the part that shows there, mirrored, empty when none does.
-  [[nodiscard]] QRect PlaceOf(const TTab *tab) const;
-  [[nodiscard]] QRect ShownPartOf(const TTab *tab) const;
-  [[nodiscard]] QRect Mirrored(const QRect &rect) const;
-  [[nodiscard]] QPoint Mirrored(const QPoint &point) const;
   [[nodiscard]] QRect CloseRect(const TTab *tab) const;
   void DrawTab(TTabPainter &painter, TTab *tab);
   void UpdateTab(const TTab *tab);
 
-  [[nodiscard]] int GreatestOffset() const;
   void ScrollTo(int offset);
-  void ScrollByHand(int visualDirection);
+  void ScrollByHand(int offset);
   void Reveal(const TTab *tab);
 
   void UpdateHover();
   void SetHover(QWidget *page, bool overClose);
-  void DragTo(const QPoint &position);
-  void StopDragging();
+  void SetDropTarget(QWidget *page);
   void ShowTip(const QPoint &position, const QPoint &globalPosition);
   void WalkByWheel(int steps);
-  [[nodiscard]] TTab *TabInNextRow(bool down) const;
-  void SetDropTarget(QWidget *page);
+  [[nodiscard]] TTab *TabTowards(int key) const;
 
   const TTabList &m_tabs;
-  TTabLayout m_layout;  // out of date while m_stale
-  TTabMetrics m_metrics;
+  TTabGeometry m_geometry;  // out of date while m_stale
+  TTabScrollers *m_scrollers;
+  TTabDrag *m_drag;
   QList<QIcon> m_images;
   QColor m_inactiveTab{0xAA, 0xAA, 0xAA};
   QColor m_inactiveFont{Qt::black};
-  bool m_multiple = true;
-  bool m_tabsDown = true;
   QString m_closeText;
-  QToolButton *m_scrollLeft;
-  QToolButton *m_scrollRight;
-  QScrollBar *m_scrollBar;
 
   bool m_stale = true;
   bool m_arrangePosted = false;
-  int m_extent = 0;
-  int m_maxRows = 1;
-  int m_offset = 0;               // pixels in one row, rows in several
   bool m_scrolledByHand = false;  // then the active tab is not brought back until it changes
 
   // Pages are kept as keys into the list: what a signal sets off may have removed them.
   QWidget *m_hover = nullptr;
   bool m_overClose = false;
-  QWidget *m_pressed = nullptr;       // left button went down on this tab
-  QWidget *m_pressedClose = nullptr;  // ... on its close button
+  QWidget *m_pressedClose = nullptr;  // left button went down on its close button
   QWidget *m_pressedMiddle = nullptr;
   QWidget *m_dropTarget = nullptr;
-  QPoint m_pressedAt;
   QPoint m_mouse;
   bool m_mouseInside = false;
-  bool m_dragging = false;
-  QBasicTimer m_dragScroll;
   int m_wheelRest = 0;
 };

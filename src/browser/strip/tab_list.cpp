@@ -47,8 +47,8 @@ void TTabList::Clear() {
   m_tabs.clear();
 }
 
-int TTabList::VisibleCount() const {
-  return static_cast<int>(std::ranges::count_if(m_tabs, IsVisible));
+int TTabList::VisibleBefore(int position) const {
+  return static_cast<int>(std::count_if(m_tabs.begin(), m_tabs.begin() + position, IsVisible));
 }
 
 TTab *TTabList::At(int position) const {
@@ -67,8 +67,7 @@ int TTabList::Position(const TTab *tab) const {
 }
 
 int TTabList::Ordinal(const TTab *tab) const {
-  if (!tab->visible) return -1;
-  return static_cast<int>(std::count_if(m_tabs.begin(), m_tabs.begin() + Position(tab), IsVisible));
+  return tab->visible ? VisibleBefore(Position(tab)) : -1;
 }
 
 TTab *TTabList::Neighbour(const TTab *tab) const {

@@ -47,7 +47,8 @@ class TTabList final {
   void Clear();
 
   [[nodiscard]] int Count() const { return static_cast<int>(m_tabs.size()); }
-  [[nodiscard]] int VisibleCount() const;
+  [[nodiscard]] int VisibleCount() const { return VisibleBefore(Count()); }
+  [[nodiscard]] int VisibleBefore(int position) const;
   [[nodiscard]] TTab *Find(const QObject *page) const { return m_byPage.value(page, nullptr); }
   [[nodiscard]] TTab *At(int position) const;         // nullptr when out of range
   [[nodiscard]] TTab *VisibleAt(int ordinal) const;   // nullptr when out of range
