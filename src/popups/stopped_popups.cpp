@@ -76,7 +76,7 @@ void TStoppedPopups::FillMenu(QMenu *menu, const TBrowserTab *tab) {
     QMenu *choices = menu->addMenu(MenuText(popup.address, LongestItem));
     choices->menuAction()->setToolTip(PlainTip(popup.address));
     connect(choices->addAction(m_language.Text("POPUPS", "Open")), &QAction::triggered, this,
-            [this, address = popup.address] { Q_EMIT OpenRequested(address); });
+            [this, address = popup.address] { Q_EMIT OpenRequested(TAddress::OfEngine(address)); });
     QAction *remove =
         choices->addAction(m_language.Text("POPUPS", "RemovePattern").arg(MenuText(popup.pattern, LongestItem)));
     remove->setEnabled(m_patterns.Patterns().contains(popup.pattern));

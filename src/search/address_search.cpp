@@ -103,7 +103,7 @@ void TAddressSearch::OpenAddress(const TAddress &address, bool newTab) {
 void TAddressSearch::FileWhenItStarts(TBrowserTab *tab, const TAddress &address) {
   delete m_typed;
   // The engine opens the blank page without being asked about it.
-  const bool isAsked = address.Kind() == TAddress::TKind::Url && address.Url() != QUrl(QStringLiteral("about:blank"));
+  const bool isAsked = address.Kind() == TAddress::TKind::Url && !address.IsBlankPage();
   if (!isAsked || tab->Browser() == nullptr) {
     m_bar.ForgetTypedAddress();
     return;

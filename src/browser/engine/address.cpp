@@ -37,13 +37,35 @@ TAddress::TAddress(const QString &text) : m_text(text) {
   FixUp();
 }
 
-void TAddress::FixUp() {
-  const QString trimmed = m_text.trimmed();
-  if (trimmed.startsWith(JavaScript, Qt::CaseInsensitive)) {
-    m_kind = TKind::Script;
-    m_script = QUrl::fromPercentEncoding(trimmed.mid(JavaScript.size()).toUtf8());
-    return;
+TAddress TAddress::OfEngine(const QString &text) {
+  TAddress address;
+  address.m_text = text;
+  if (address.TakeScript(text)) return address;
+  address.TakeUrl(QUrl::fromEncoded(text.toLatin1(), QUrl::StrictMode));
+  if (address.m_kind != TKind::Url) return TAddress(text);  // the engine is not as strict about spelling
+  const QString scheme = address.m_url.scheme();
+  if (Holds(ExternalSchemes, scheme)) {
+    address.m_kind = TKind::External;
+  } else if (!IsEngineScheme(scheme)) {
+    address.m_kind = TKind::UnknownKind;
   }
+  return address;
+}
+
+bool TAddress::IsBlankPage() const {
+  return m_kind == TKind::Url && m_url == QUrl(BlankPageAddress);
+}
+
+bool TAddress::TakeScript(const QString &text) {
+  const QString trimmed = text.trimmed();
+  if (!trimmed.startsWith(JavaScript, Qt::CaseInsensitive)) return false;
+  m_kind = TKind::Script;
+  m_script = QUrl::fromPercentEncoding(trimmed.mid(JavaScript.size()).toUtf8());
+  return true;
+}
+
+void TAddress::FixUp() {
+  if (TakeScript(m_text)) return;
   const QString clean = WithoutControls(m_text);
   if (clean.isEmpty()) return;
   m_kind = TKind::Invalid;

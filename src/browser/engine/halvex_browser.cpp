@@ -20,11 +20,6 @@
 
 namespace {
 
-const QString &AboutBlank() {
-  static const QString address = QStringLiteral("about:blank");
-  return address;
-}
-
 // Runs a command of the engine when there is a page to run it on.
 void Trigger(TEnginePage *page, QWebEnginePage::WebAction action) {
   if (page) page->triggerAction(action);
@@ -144,7 +139,7 @@ void THalvexBrowser::Navigate(const TAddress &address) {
     case TAddress::TKind::Url:
       break;
   }
-  if (!m_page && AddressOf(address.Url()) == AboutBlank()) {
+  if (!m_page && AddressOf(address.Url()) == BlankPageAddress) {
     ShowBlank();
     return;
   }
@@ -161,7 +156,7 @@ void THalvexBrowser::Navigate(const TAddress &address) {
 void THalvexBrowser::ShowBlank() {
   if (m_page) {
     if (IsLocalFailure()) m_stack->HideNotice();
-    m_page->load(QUrl(AboutBlank()));
+    m_page->load(QUrl(BlankPageAddress));
     return;
   }
   m_stack->HideNotice();
@@ -171,9 +166,9 @@ void THalvexBrowser::ShowBlank() {
       this,
       [this] {
         if (!m_blank || m_page || ShowsNotice()) return;
-        Q_EMIT AddressChanged(AboutBlank());
-        Q_EMIT NavigateComplete(AboutBlank());
-        Q_EMIT DocumentComplete(AboutBlank());
+        Q_EMIT AddressChanged(BlankPageAddress);
+        Q_EMIT NavigateComplete(BlankPageAddress);
+        Q_EMIT DocumentComplete(BlankPageAddress);
       },
       Qt::QueuedConnection);
 }
@@ -216,13 +211,13 @@ void THalvexBrowser::RefreshCompletely() {
 QString THalvexBrowser::LocationUrl() const {
   if (IsLocalFailure()) return m_stack->FailedText();
   if (m_page) return AddressOf(m_page->url());
-  return m_blank ? AboutBlank() : QString();
+  return m_blank ? BlankPageAddress : QString();
 }
 
 QString THalvexBrowser::LocationName() const {
   if (IsLocalFailure()) return m_stack->FailedText();
   if (m_page) return m_page->title();
-  return m_blank ? AboutBlank() : QString();
+  return m_blank ? BlankPageAddress : QString();
 }
 
 QIcon THalvexBrowser::Icon() const {
@@ -339,7 +334,7 @@ void THalvexBrowser::FindNext(bool forward) {
 
 void THalvexBrowser::ViewSource() {
   if (!HasLivePage() || m_page->url().scheme() == QLatin1String("view-source")) return;
-  Q_EMIT ViewSourceRequested(QStringLiteral("view-source:") + LocationUrl());
+  Q_EMIT ViewSourceRequested(TAddress::OfEngine(QStringLiteral("view-source:") + LocationUrl()));
 }
 
 void THalvexBrowser::SaveToTemporaryFile(bool insertBase, const std::function<void(const QString &)> &done) {
@@ -449,7 +444,9 @@ void THalvexBrowser::ShowPageMenu(const QPoint &position) {
   if (!request) return;
   auto *menu = new TPageMenu(m_engine.Language(), TPageMenuPlace::Of(*request, *m_page), m_page, this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
-  connect(menu, &TPageMenu::OpenRequested, this, &THalvexBrowser::OpenInNewTabRequested);
+  connect(menu, &TPageMenu::OpenRequested, this, [this](const QString &address, bool background) {
+    Q_EMIT OpenInNewTabRequested(TAddress::OfEngine(address), background);
+  });
   connect(menu, &TPageMenu::CommandRequested, this, [this](TPageMenuCommand wanted) {
     static constexpr std::pair<TPageMenuCommand, void (THalvexBrowser::*)()> Commands[] = {
         {TPageMenuCommand::SaveAs, &THalvexBrowser::SaveAs},

@@ -15,7 +15,6 @@
 
 namespace {
 
-const QString AboutBlank = QStringLiteral("about:blank");
 constexpr int StickyNameWidth = 60;      // characters
 constexpr int LongestListCaption = 250;  // characters; more fits on no screen
 constexpr int MostEmptyWindows = 20;     // of one page
@@ -84,7 +83,7 @@ void TBrowserTab::Navigate(const TAddress &address) {
     m_load = isLoad ? TLoad::Waiting : Settled();
   }
   if (!Locked()) SetCaption(Url());
-  if (Url() == AboutBlank) {
+  if (Url() == BlankPageAddress) {
     MakeBlank();
   } else {
     m_browser->Navigate(m_url);
@@ -115,7 +114,7 @@ void TBrowserTab::ShowAwaitedAddress() {
 TLoad TBrowserTab::Settled() const {
   if (m_browser->ShowsNotice()) return TLoad::Failed;
   const QString shown = GetLocationUrl();
-  return shown.isEmpty() || shown == AboutBlank ? TLoad::Blank : TLoad::Shown;
+  return shown.isEmpty() || shown == BlankPageAddress ? TLoad::Blank : TLoad::Shown;
 }
 
 void TBrowserTab::NavigateStored() {
@@ -157,7 +156,7 @@ void TBrowserTab::MakeBlank() {
   if (!m_browser) return;
   if (!Busy()) m_load = TLoad::Blank;
   m_browser->ShowBlank();
-  SetCaption(AboutBlank);
+  SetCaption(BlankPageAddress);
   Q_EMIT Changed();
 }
 
@@ -173,12 +172,12 @@ QString TBrowserTab::AddressToSave() const {
   const QString shown = GetLocationUrl();
   // A tab whose first page is still on its way is saved by what it was asked to open.
   const bool isOnItsWay = m_load == TLoad::Announced || m_load == TLoad::Waiting || m_load == TLoad::Loading;
-  return isOnItsWay && !Url().isEmpty() && (shown.isEmpty() || shown == AboutBlank) ? Url() : shown;
+  return isOnItsWay && !Url().isEmpty() && (shown.isEmpty() || shown == BlankPageAddress) ? Url() : shown;
 }
 
 QString TBrowserTab::ListCaption() const {
   const QString &name = m_stickyName.isEmpty() ? m_title : m_stickyName;
-  if (name.isEmpty() || name == AboutBlank) return m_environment.language.Global("Blank");
+  if (name.isEmpty() || name == BlankPageAddress) return m_environment.language.Global("Blank");
   return name.size() > LongestListCaption ? name.left(LongestListCaption) + QChar(0x2026) : name;
 }
 
@@ -186,7 +185,7 @@ void TBrowserTab::SetCaption(const QString &title) {
   m_title = title;
   const QString caption = TabCaption(title, m_stickyName, m_environment.settings.Get(Setting::LimitTitleLength),
                                      m_environment.language.Global("Blank"));
-  m_strip.Pages().SetPageHint(this, title == AboutBlank ? m_environment.language.Global("Blank") : title);
+  m_strip.Pages().SetPageHint(this, title == BlankPageAddress ? m_environment.language.Global("Blank") : title);
   m_strip.Pages().SetPageCaption(this, caption);
   Q_EMIT TitleChanged(ListCaption());
 }
@@ -289,7 +288,7 @@ void TBrowserTab::OnBeforeNavigate(TNavigation *navigation) {
   }
   if (Hidden()) {
     // A frame counts too: a window may stay at its empty page and fill itself with one.
-    if (navigation->address == AboutBlank) return;
+    if (navigation->address == BlankPageAddress) return;
     TestHiddenTab(navigation);
     if (navigation->cancel) return;
     // What is let in goes on as any navigation does: the tab turns busy below.
@@ -334,7 +333,7 @@ void TBrowserTab::SendAway(TNavigation *navigation) {
   if (m_load == TLoad::Waiting) m_load = Settled();
   TBrowserTab *tab = m_strip.NewBackgroundTab();
   tab->m_openedAsNewWindow = true;
-  tab->Navigate(navigation->address);
+  tab->Navigate(TAddress::OfEngine(navigation->address));
 }
 
 void TBrowserTab::OnNewWindowRequested(QWebEngineNewWindowRequest *request) {
@@ -354,7 +353,7 @@ void TBrowserTab::OnNavigateComplete(const QString &address) {
   // While the tab waits for its turn only the blank page that it was left with can have something to say.
   if (!m_browser || Announced()) return;
   // The blank page that a tab is left with before it opens something is not the page to keep.
-  if (LockPending() && (address != AboutBlank || Url() == AboutBlank)) SetLocked(true);
+  if (LockPending() && (address != BlankPageAddress || Url() == BlankPageAddress)) SetLocked(true);
   if (!IsHttps(address)) m_nonHttpsSeen = true;
   Q_EMIT AddressChanged(address);
   if (m_openedAsNewWindow && IsActive()) {
@@ -379,7 +378,7 @@ void TBrowserTab::OnDocumentComplete(const QString &address) {
   const bool active = IsActive();
   const bool wasBusy = Busy();
   // The blank page that a tab is left with before it opens something may still be about to finish.
-  const bool isAwaitedStill = m_load == TLoad::Waiting && address == AboutBlank && Url() != AboutBlank;
+  const bool isAwaitedStill = m_load == TLoad::Waiting && address == BlankPageAddress && Url() != BlankPageAddress;
   if (!isAwaitedStill) m_load = Settled();
   Q_EMIT AddressChanged(address);
   if (!wasBusy) return;

@@ -91,6 +91,7 @@ class TBrowserTab final : public QWidget {
   // The sticky name, else the full title, else "Blank" for an empty page: what lists of tabs show.
   [[nodiscard]] QString ListCaption() const;
   [[nodiscard]] const QString &Url() const { return m_url.Text(); }
+  [[nodiscard]] const TAddress &Asked() const { return m_url; }
   // What "Last Open Sites" keeps and the address bar shows: the page's address, or the one still on its way to an empty
   // tab.
   [[nodiscard]] QString AddressToSave() const;

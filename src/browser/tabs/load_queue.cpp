@@ -110,10 +110,9 @@ bool TLoadQueue::Start(qsizetype place) {
   connect(hold, &QTimer::timeout, this, [this, hold] { Finish(hold); });
   connect(entry.tab, &QObject::destroyed, hold, [this, hold] { Finish(hold); });
   connect(entry.tab->Browser(), &THalvexBrowser::DocumentComplete, hold,
-          [this, hold, wanted = entry.tab->Url()](const QString &address) {
+          [this, hold, isBlank = entry.tab->Asked().IsBlankPage()](const QString &address) {
             // A tab that was made blank before may still be about to say so.
-            const QString blank = QStringLiteral("about:blank");
-            if (address != blank || wanted == blank) Finish(hold);
+            if (isBlank || address != BlankPageAddress) Finish(hold);
           });
   m_holds.append(hold);
   hold->start(LongestHold);

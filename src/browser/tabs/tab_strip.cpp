@@ -43,7 +43,7 @@ TTabStrip::TTabStrip(QWidget *owner, TZVPageControl *pages, TTabEnvironment &env
     if (!m_closingLocked) AsTab(page)->Close();
   });
   connect(pages, &TZVPageControl::LinkDropped, this, [this](const QString &address, QWidget *page) {
-    (page != nullptr ? AsTab(page) : NewTab())->Navigate(address);
+    (page != nullptr ? AsTab(page) : NewTab())->Navigate(TAddress::OfEngine(address));
   });
 }
 
@@ -95,7 +95,7 @@ TBrowserTab *TTabStrip::InsertTab(TTabPlace place, bool hidden) {
   Relay(tab);
   m_pages->InsertPage(position, tab, !hidden);
   m_pages->SetPageIcon(tab, m_plainPage);
-  tab->SetCaption(QStringLiteral("about:blank"));
+  tab->SetCaption(BlankPageAddress);
   m_pages->SetActivePage(tab);
   Q_EMIT TabOpened(tab);
   Q_EMIT TabsChanged();
