@@ -1,7 +1,7 @@
 #include "app/command_line.h"
 
 #include "config/options.h"
-#include "platform/hand_off_sender.h"
+#include "platform/hand_off.h"
 
 QStringList Arguments(int argc, char **argv) {
   QStringList arguments;
@@ -9,12 +9,12 @@ QStringList Arguments(int argc, char **argv) {
   return arguments;
 }
 
-TProgramEntry ReadArguments(const QStringList &arguments) {
-  TProgramEntry entry;
+TCommandLine ReadArguments(const QStringList &arguments) {
+  TCommandLine entry;
   if (arguments.size() != 1) return entry;
   const QString &only = arguments.first();
   if (only == QLatin1String("--undef") || only == QLatin1String("--uninstall")) {
-    entry.action = TProgramEntry::TAction::Unregister;
+    entry.action = TCommandLine::TAction::Unregister;
     return entry;
   }
   entry.forceNewInstance = only == QLatin1String("--new");
@@ -23,9 +23,9 @@ TProgramEntry ReadArguments(const QStringList &arguments) {
   return entry;
 }
 
-TProgramEntry ReadCommandLine(const QStringList &arguments, TRegistryStore &store) {
-  TProgramEntry entry = ReadArguments(arguments);
-  if (entry.action == TProgramEntry::TAction::Run && !entry.forceNewInstance) {
+TCommandLine ReadCommandLine(const QStringList &arguments, TRegistryStore &store) {
+  TCommandLine entry = ReadArguments(arguments);
+  if (entry.action == TCommandLine::TAction::Run && !entry.forceNewInstance) {
     entry.forceNewInstance = TZVOptions(store).Get(Setting::AllowMultiInstance);
   }
   return entry;

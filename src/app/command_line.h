@@ -6,7 +6,7 @@
 class TRegistryStore;
 
 // What the command line asks for, decided before any window or the engine exists.
-struct TProgramEntry {
+struct TCommandLine {
   enum class TAction { Run, Unregister };
 
   TAction action = TAction::Run;
@@ -20,7 +20,7 @@ struct TProgramEntry {
 
 // Reads the arguments (without the program's name). A switch is only recognised when it stands alone; with two
 // arguments and more none of them means anything.
-[[nodiscard]] TProgramEntry ReadArguments(const QStringList &arguments);
+[[nodiscard]] TCommandLine ReadArguments(const QStringList &arguments);
 
 // The same with the setting AllowMultiInstance, which does what "--new" does.
-[[nodiscard]] TProgramEntry ReadCommandLine(const QStringList &arguments, TRegistryStore &store);
+[[nodiscard]] TCommandLine ReadCommandLine(const QStringList &arguments, TRegistryStore &store);

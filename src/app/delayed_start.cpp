@@ -5,7 +5,7 @@
 #include <QUrl>
 
 #include "app/last_open_sites.h"
-#include "app/later_navigation.h"
+#include "app/later_home_page.h"
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/home_page.h"
 #include "browser/tabs/load_queue.h"
@@ -79,7 +79,7 @@ void TDelayedStart::OpenStartupGroup() {
 void TDelayedStart::OpenHome() {
   TBrowserTab *tab = TakeTab();
   if (HasArgument()) {
-    new TLaterNavigation(m_tabs, tab, [tab] { tab->GoHome(); });
+    new TLaterHomePage(m_tabs, tab);
   } else {
     tab->GoHome();
   }

@@ -1,6 +1,7 @@
-#include "app/later_navigation.h"
+#include "app/later_home_page.h"
 
 #include <QTimer>
+#include <utility>
 
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/tab_strip.h"
@@ -11,22 +12,20 @@ constexpr int LongestWait = 1000;  // milliseconds
 
 }  // namespace
 
-TLaterNavigation::TLaterNavigation(TTabStrip &tabs, TBrowserTab *tab, std::function<void()> navigate)
-    : QObject(tab), m_tab(tab), m_navigate(std::move(navigate)) {
-  connect(&tabs, &TTabStrip::TabLoaded, this, &TLaterNavigation::Run);
+TLaterHomePage::TLaterHomePage(TTabStrip &tabs, TBrowserTab *tab) : QObject(tab), m_tab(tab) {
+  connect(&tabs, &TTabStrip::TabLoaded, this, &TLaterHomePage::Open);
   // The tab that is made beside it takes the front within the same turn of the event loop.
   QTimer::singleShot(0, this, [this, &tabs, tab] {
-    if (tabs.GetActivePage() == tab) Run();
+    if (tabs.GetActivePage() == tab) Open();
     connect(&tabs, &TTabStrip::ActiveTabChanged, this, [this, tab](const TBrowserTab *active) {
-      if (active == tab) Run();
+      if (active == tab) Open();
     });
   });
-  QTimer::singleShot(LongestWait, this, &TLaterNavigation::Run);
+  QTimer::singleShot(LongestWait, this, &TLaterHomePage::Open);
 }
 
-void TLaterNavigation::Run() {
-  if (!m_navigate) return;
-  const std::function<void()> navigate = std::exchange(m_navigate, nullptr);
+void TLaterHomePage::Open() {
+  if (std::exchange(m_opened, true)) return;
   deleteLater();
-  if (m_tab->Url().isEmpty()) navigate();
+  if (m_tab->Url().isEmpty()) m_tab->GoHome();
 }

@@ -1,23 +1,22 @@
 #pragma once
 
-#include <functional>
 #include <QObject>
 
 class TBrowserTab;
 class TTabStrip;
 
-// A navigation of a tab in the background that gives way to the page in front: it runs as soon as some page has loaded,
-// the user turns to the tab, or a second has passed. A tab that is closed before takes it along, and one that is
-// sent elsewhere meanwhile stays there. Deletes itself.
-class TLaterNavigation final : public QObject {
+// The home page of a tab in the background, which gives way to the page in front: it is opened as soon as some page has
+// loaded, the user turns to the tab, or a second has passed. A tab that is closed before takes it along, and one that
+// is sent elsewhere meanwhile stays there. Deletes itself.
+class TLaterHomePage final : public QObject {
   Q_OBJECT
 
  public:
-  TLaterNavigation(TTabStrip &tabs, TBrowserTab *tab, std::function<void()> navigate);
+  TLaterHomePage(TTabStrip &tabs, TBrowserTab *tab);
 
  private:
-  void Run();
+  void Open();
 
   TBrowserTab *m_tab;
-  std::function<void()> m_navigate;
+  bool m_opened = false;
 };

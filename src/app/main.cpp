@@ -6,7 +6,7 @@
 
 #include "app/command_line.h"
 #include "app/module/program_module.h"
-#include "platform/hand_off_sender.h"
+#include "platform/hand_off.h"
 #include "platform/instance_lock.h"
 #include "platform/program_folders.h"
 #include "store/registry_store.h"
@@ -26,7 +26,7 @@ bool MayRunBeside(const QStringList &arguments) {
 
 // True when this process has to run; otherwise another instance has got, or did not want, what it was started with.
 bool HasToRun(const QStringList &arguments, TInstanceLock &lock) {
-  if (ReadArguments(arguments).action == TProgramEntry::TAction::Unregister) return true;
+  if (ReadArguments(arguments).action == TCommandLine::TAction::Unregister) return true;
   if (lock.CreateInstanceMutex() || !lock.IsUsable() || MayRunBeside(arguments)) return true;
   return HandOffCommandLine(lock, arguments) == THandOff::BecameFirst;
 }

@@ -23,8 +23,8 @@ void SetNames() {
 
 int RunProgram(int argc, char **argv, TInstanceLock &lock) {
   TRegistryStore store(ProgramFolders::RegistryFile());
-  const TProgramEntry entry = ReadArguments(Arguments(argc, argv));
-  if (entry.action == TProgramEntry::TAction::Unregister) {
+  const TCommandLine entry = ReadArguments(Arguments(argc, argv));
+  if (entry.action == TCommandLine::TAction::Unregister) {
     TShellAssociation(store).SetAll(false);
     return 0;
   }

@@ -1,4 +1,4 @@
-#include "platform/hand_off_sender.h"
+#include "platform/hand_off.h"
 
 #include <poll.h>
 #include <sys/socket.h>

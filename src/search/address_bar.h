@@ -2,7 +2,7 @@
 
 #include <QTimer>
 
-#include "search/address_rules.h"
+#include "search/address_forms.h"
 #include "search/typed_addresses.h"
 #include "search/zv_combo_box.h"
 

@@ -1,4 +1,4 @@
-#include "search/address_rules.h"
+#include "search/address_forms.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include <QtTest>
 
-#include "search/address_rules.h"
+#include "search/address_forms.h"
 #include "search/inline_completion.h"
 #include "search/typed_addresses.h"
 #include "store/registry_store.h"

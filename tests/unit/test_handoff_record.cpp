@@ -12,8 +12,8 @@
 #include <QTest>
 #include <QThread>
 
+#include "platform/hand_off.h"
 #include "platform/hand_off_record.h"
-#include "platform/hand_off_sender.h"
 #include "platform/instance_channel.h"
 #include "platform/instance_lock.h"
 #include "platform/local_socket.h"

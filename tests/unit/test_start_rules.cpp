@@ -43,8 +43,8 @@ class TestStartRules final : public QObject {
 
   void CommandLine() {
     QFETCH(QStringList, arguments);
-    const TProgramEntry entry = ReadCommandLine(arguments, *m_store);
-    QTEST(entry.action == TProgramEntry::TAction::Unregister, "unregister");
+    const TCommandLine entry = ReadCommandLine(arguments, *m_store);
+    QTEST(entry.action == TCommandLine::TAction::Unregister, "unregister");
     QTEST(entry.forceNewInstance, "forceNew");
     QTEST(entry.argument, "argument");
   }

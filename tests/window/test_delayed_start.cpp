@@ -1,7 +1,7 @@
 #include <QDir>
 #include <QFile>
 
-#include "app/later_navigation.h"
+#include "app/later_home_page.h"
 #include "browser/tabs/home_page.h"
 #include "platform/program_folders.h"
 #include "support/data_row.h"
@@ -107,7 +107,7 @@ class TestDelayedStart final : public QObject {
   void Start() {
     m_f.Open();
     // The home page may be held back until the page in front has come.
-    QTRY_VERIFY_WITH_TIMEOUT(m_f.window->findChild<TLaterNavigation *>() == nullptr, m_f.LoadTime);
+    QTRY_VERIFY_WITH_TIMEOUT(m_f.window->findChild<TLaterHomePage *>() == nullptr, m_f.LoadTime);
     const auto allCame = [this] {
       const QList<TBrowserTab *> tabs = m_f.window->Tabs().Tabs();
       return std::ranges::all_of(tabs, [](TBrowserTab *tab) {
