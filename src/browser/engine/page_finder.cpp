@@ -9,7 +9,7 @@
 TPageFinder::TPageFinder(QWebEnginePage *page, QVBoxLayout *layout, const TLanguage &language, QWidget *browser)
     : QObject(browser), m_page(page), m_layout(layout), m_language(language), m_browser(browser) {
   connect(page, &QWebEnginePage::findTextFinished, this, [this](const QWebEngineFindTextResult &result) {
-    if (m_bar) m_bar->ShowResult(result.activeMatch(), result.numberOfMatches());
+    if (m_bar && m_bar->isVisible()) m_bar->ShowResult(result.activeMatch(), result.numberOfMatches());
   });
 }
 
@@ -19,7 +19,10 @@ void TPageFinder::Open() {
     m_layout->addWidget(m_bar);
     connect(m_bar, &TFindBar::FindRequested, this,
             [this](const QString &text, bool forward, bool matchCase, bool) { Find(text, forward, matchCase); });
-    connect(m_bar, &TFindBar::Closed, this, &TPageFinder::Closed);
+    connect(m_bar, &TFindBar::Closed, this, [this] {
+      m_page->findText(QString());  // the marks go, and the match in front stays selected
+      Q_EMIT Closed();
+    });
   }
   m_bar->Open(m_page->selectedText());
 }
