@@ -29,9 +29,11 @@ QStringList TLastOpenSites::Read(TRegistryStore &store) {
 
 TNamedAddresses TLastOpenSites::Sites(bool close) const {
   TNamedAddresses sites;
-  for (int i = m_tabs.TabCount() - 1; i >= 0; --i) {
-    TBrowserTab *tab = m_tabs.Tab(i);
-    if (tab == nullptr || tab->Blocked()) continue;
+  const QList<TBrowserTab *> tabs = m_tabs.Tabs();
+  for (qsizetype i = tabs.size() - 1; i >= 0; --i) {
+    TBrowserTab *tab = tabs.at(i);
+    // A window that never showed has no place that it could come back to.
+    if (tab->Blocked() || tab->Hidden()) continue;
     const QString address = tab->AddressToSave();
     if (address.isEmpty()) continue;
     // The number counts hidden pages too, so numbers may have gaps.

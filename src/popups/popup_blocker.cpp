@@ -47,6 +47,7 @@ TPopupBlocker::TPopupBlocker(QWidget *window, TTabStrip &tabs, TTabMenu &tabMenu
           [this](const TAddress &address) { m_tabs.NewTab()->Navigate(address); });
   connect(m_stopped, &TStoppedPopups::RemovalRequested, this, &TPopupBlocker::RemovePattern);
   connect(&tabs, &TTabStrip::PopupRejected, this, &TPopupBlocker::OnPopupRejected);
+  connect(&tabs, &TTabStrip::WindowStopped, this, &TPopupBlocker::OnWindowStopped);
   tabMenu.On(TCommand::TabBlockPopups, this, [this](TBrowserTab *tab) { AddToPopupList(tab); });
   Reload();
 }
@@ -102,10 +103,12 @@ void TPopupBlocker::ShowNotice() {
 }
 
 void TPopupBlocker::OnPopupRejected(TBrowserTab *tab) {
-  const int match = m_patterns.FirstMatch(tab->PopupUrl());
   TBrowserTab *opener = tab->Opener() != nullptr ? tab->Opener() : m_tabs.GetActivePage();
-  if (match < 0 || opener == nullptr) return;
-  m_stopped->Add(opener, {tab->PopupUrl(), m_patterns.Patterns()[match]});
+  if (opener != nullptr) OnWindowStopped(opener, tab->PopupUrl());
+}
+
+void TPopupBlocker::OnWindowStopped(TBrowserTab *opener, const QString &address) {
+  m_stopped->Add(opener, {address, m_patterns.Patterns().value(m_patterns.FirstMatch(address))});
 }
 
 void TPopupBlocker::AddToPopupList(TBrowserTab *tab) {

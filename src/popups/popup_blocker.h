@@ -43,6 +43,7 @@ class TPopupBlocker final : public QObject {
 
  private:
   void OnPopupRejected(TBrowserTab *tab);
+  void OnWindowStopped(TBrowserTab *opener, const QString &address);
   void RemovePattern(const QString &pattern);
   void ShowNotice();
 

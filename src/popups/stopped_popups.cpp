@@ -77,6 +77,7 @@ void TStoppedPopups::FillMenu(QMenu *menu, const TBrowserTab *tab) {
     choices->menuAction()->setToolTip(PlainTip(popup.address));
     connect(choices->addAction(m_language.Text("POPUPS", "Open")), &QAction::triggered, this,
             [this, address = popup.address] { Q_EMIT OpenRequested(TAddress::OfEngine(address)); });
+    if (popup.pattern.isEmpty()) continue;
     QAction *remove =
         choices->addAction(m_language.Text("POPUPS", "RemovePattern").arg(MenuText(popup.pattern, LongestItem)));
     remove->setEnabled(m_patterns.Patterns().contains(popup.pattern));

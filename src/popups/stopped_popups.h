@@ -16,7 +16,7 @@ class TPopupPatterns;
 // A window that a page asked for and that was stopped.
 struct TStoppedPopup {
   QString address;
-  QString pattern;  // the one of the pop-up list that stopped it
+  QString pattern;  // the one of the pop-up list that stopped it; empty when there were too many
 };
 
 // What was stopped on the page that each tab shows now. A tab's list begins anew when it goes to another page.

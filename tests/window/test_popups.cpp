@@ -50,16 +50,6 @@ class TestPopups final : public QObject {
     QCOMPARE(m_blocker->Stopped().Count(opener), 0);
   }
 
-  // Windows that stay empty are never shown, and there is an end to them.
-  void EmptyWindows() {
-    TBrowserTab *opener = OpenPage(QStringLiteral("/opener"));
-    m_f.Run(opener, QStringLiteral("for (let i = 0; i < 50; ++i) window.open('about:blank')"));
-    QTRY_VERIFY(m_f.tabs->TabCount() > 5);
-    m_f.Run(opener, QStringLiteral("window.open('about:blank')"));
-    QVERIFY2(m_f.tabs->TabCount() < 50, qPrintable(QString::number(m_f.tabs->TabCount())));
-    QCOMPARE(m_f.tabs->Pages().VisiblePageCount(), 1);
-  }
-
   void NoticeComesAfterwards() {
     const QString address = m_f.server.Url(QStringLiteral("/popup"));
     UseList({address});

@@ -85,6 +85,10 @@ QSslCertificate TEnginePage::Certificate() const {
   return m_certificates.value(url().host());
 }
 
+QString TEnginePage::PendingAddress() const {
+  return AddressOf(m_pending);
+}
+
 void TEnginePage::triggerAction(WebAction action, bool checked) {
   if (action == Back || action == Forward || action == Reload || action == ReloadAndBypassCache) NoteUserAction();
   QWebEnginePage::triggerAction(action, checked);
@@ -158,17 +162,20 @@ void TEnginePage::ApplyPermissions(const QUrl &url) {
 void TEnginePage::OnUrlChanged(const QUrl &url) {
   const QPointer<TEnginePage> self(this);
   Q_EMIT AddressChanged(AddressOf(url));
-  if (self) CommitIfPending();
+  // A window that another page asked for tells its first address before there is anything of it.
+  if (self && !m_isUnsettled) CommitIfPending();
 }
 
 void TEnginePage::OnProgress(int progress) {
   // A reload keeps the address, so that only the arriving bytes tell of its start.
-  if (progress > ProgressBeforeContent) CommitIfPending();
+  // All of it may also mean that a window came to nothing, which only the end of its load tells apart.
+  if (progress > ProgressBeforeContent && !(m_isUnsettled && progress == 100)) CommitIfPending();
 }
 
 void TEnginePage::CommitIfPending() {
   if (!m_underWay || m_committed || WithoutViewSource(url()) != m_pending) return;
   m_committed = true;
+  if (!url().isEmpty() && url().scheme() != BlankPage.scheme()) m_isUnsettled = false;
   m_insecureParts = false;
   Q_EMIT Committed(AddressOf(url()));
 }

@@ -35,6 +35,13 @@ class TEnginePage final : public QWebEnginePage {
   void DismissDialogs();
 
   [[nodiscard]] bool IsUnderWay() const { return m_underWay; }
+  // From now on it is the page of a window that another page asked for.
+  void BecomeWindow() { m_isUnsettled = true; }
+  // Such a window has had no page yet but the empty one that the other page may write into.
+  [[nodiscard]] bool IsUnsettled() const { return m_isUnsettled; }
+  // Of the last navigation: whether its content has begun to arrive, and where it led.
+  [[nodiscard]] bool HasCommitted() const { return m_committed; }
+  [[nodiscard]] QString PendingAddress() const;
   [[nodiscard]] TEncryptionLevel EncryptionLevel() const;
   // The certificate of the page where it is known: only those with errors are shown by the engine.
   [[nodiscard]] QSslCertificate Certificate() const;
@@ -84,6 +91,7 @@ class TEnginePage final : public QWebEnginePage {
   bool m_underWay = false;   // An allowed navigation has not finished yet.
   bool m_committed = false;  // Its content has begun to arrive.
   QUrl m_cancelled;          // A refused navigation whose beginning and end the engine is about to report.
+  bool m_isUnsettled = false;
   bool m_insecureParts = false;
   bool m_askedToLeave = false;
   std::optional<TCertificateProblem> m_problem;

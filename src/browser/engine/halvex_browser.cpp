@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QDesktopServices>
 #include <QVBoxLayout>
+#include <QWebEngineNewWindowRequest>
 #include <QWebEngineView>
 
 #include "browser/engine/engine_page.h"
@@ -19,6 +20,10 @@
 #include "config/language.h"
 
 namespace {
+
+// Up to 6.4 the engine crashes when the view of a window is shown whose empty page another page has written into, now
+// or ever after, until the window gets a page of its own.
+constexpr bool WrittenWindowsCanBeShown = QT_VERSION >= QT_VERSION_CHECK(6, 8, 0);
 
 // Runs a command of the engine when there is a page to run it on.
 void Trigger(TEnginePage *page, QWebEnginePage::WebAction action) {
@@ -72,8 +77,15 @@ void THalvexBrowser::EnsureView() {
   m_stack->SetView(m_view);
 }
 
+void THalvexBrowser::TakeWindow(QWebEngineNewWindowRequest *request) {
+  EnsureView();
+  m_page->BecomeWindow();
+  if constexpr (WrittenWindowsCanBeShown) m_stack->ShowView();
+  request->openIn(m_page);
+}
+
 void THalvexBrowser::ConnectPage() {
-  connect(m_page, &TEnginePage::BeforeNavigate, this, &THalvexBrowser::BeforeNavigate);
+  connect(m_page, &TEnginePage::BeforeNavigate, this, &THalvexBrowser::OnBeforeNavigate);
   connect(m_page, &TEnginePage::AddressChanged, this, [this](const QString &address) {
     if (!IsLocalFailure()) Q_EMIT AddressChanged(address);
   });
@@ -94,6 +106,7 @@ void THalvexBrowser::ConnectPage() {
   connect(m_page, &QWebEnginePage::linkHovered, this, &THalvexBrowser::StatusTextChanged);
   connect(m_page, &QWebEnginePage::newWindowRequested, this,
           [this](QWebEngineNewWindowRequest &request) { Q_EMIT NewWindowRequested(&request); });
+  connect(m_page, &QWebEnginePage::windowCloseRequested, this, &THalvexBrowser::CloseRequested);
   connect(m_page, &QWebEnginePage::printRequested, m_printing, &TPagePrinting::PrintForPage);
   connect(m_fullScreen, &TPageFullScreen::Changed, this, &THalvexBrowser::PageFullScreenRequested);
   connect(m_finder, &TPageFinder::Closed, this, &THalvexBrowser::GivePageTheFocus);
@@ -144,6 +157,7 @@ void THalvexBrowser::Navigate(const TAddress &address) {
     return;
   }
   EnsureView();
+  if (!m_page->IsUnsettled()) m_stack->ShowView();
   m_page->NoteUserAction();
   m_printing->Forgive();
   const QUrl before = m_page->url();
@@ -403,7 +417,9 @@ void THalvexBrowser::ShowLocalFailure(const TAddress &address, const QString &te
 }
 
 void THalvexBrowser::OnNoticePrimary() {
-  if (m_stack->Notice() != TPageStack::TNotice::Certificate) {
+  if (m_stack->Notice() == TPageStack::TNotice::WrittenWindow) {
+    Navigate(TAddress(m_stack->FailedAddress()));
+  } else if (m_stack->Notice() != TPageStack::TNotice::Certificate) {
     Refresh();
   } else if (CanGoBack()) {
     GoBack();
@@ -425,8 +441,24 @@ void THalvexBrowser::OnNoticeChanged() {
   Q_EMIT IconChanged();
 }
 
+void THalvexBrowser::OnBeforeNavigate(TNavigation *navigation) {
+  const QPointer<THalvexBrowser> self(this);
+  Q_EMIT BeforeNavigate(navigation);
+  if (!self || navigation->mainFrame || navigation->cancel || !m_page->IsUnsettled()) return;
+  // A frame in a window without a page: another page has made it there.
+  QMetaObject::invokeMethod(
+      this,
+      [this, address = navigation->address] {
+        if (m_page->IsUnsettled()) ShowWrittenWindow(address);
+      },
+      Qt::QueuedConnection);
+}
+
 void THalvexBrowser::OnCommitted(const QString &address) {
-  m_stack->HideNotice();
+  if (!m_page->IsUnsettled()) {
+    m_stack->ShowView();
+    m_stack->HideNotice();
+  }
   // A page of another site may get a renderer of its own, which starts at the plain size.
   if (!qFuzzyCompare(m_page->zoomFactor(), m_zoom)) m_page->setZoomFactor(m_zoom);
   UpdateEncryptionLevel();
@@ -434,6 +466,7 @@ void THalvexBrowser::OnCommitted(const QString &address) {
 }
 
 void THalvexBrowser::OnFinished(const QString &address) {
+  if (m_page->IsUnsettled() && !m_page->HasCommitted()) SettleWindow(m_page->PendingAddress());
   UpdateCommandStates();
   RepeatTitle();
   Q_EMIT DocumentComplete(IsLocalFailure() ? m_stack->FailedText() : address);
@@ -479,6 +512,22 @@ void THalvexBrowser::UpdateCommandStates() {
     m_canGoForward = forward;
     Q_EMIT CommandStateChanged(static_cast<int>(TBrowserCommand::Forward), forward);
   }
+}
+
+void THalvexBrowser::SettleWindow(const QString &wanted) {
+  // Who writes into an empty page gives it the address of his own.
+  m_page->runJavaScript(QStringLiteral("location.href"), [self = QPointer(this), wanted](const QVariant &place) {
+    if (!self || !self->m_page->IsUnsettled() || self->m_page->IsUnderWay() || self->ShowsNotice()) return;
+    if (place.toString().isEmpty() || place.toString() == BlankPageAddress) {
+      Q_EMIT self->WindowCameToNothing();
+    } else {
+      self->ShowWrittenWindow(wanted);
+    }
+  });
+}
+
+void THalvexBrowser::ShowWrittenWindow(const QString &address) {
+  if constexpr (!WrittenWindowsCanBeShown) m_stack->ShowWrittenWindow(TAddress::OfEngine(address));
 }
 
 void THalvexBrowser::RepeatTitle() {

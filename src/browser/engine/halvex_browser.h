@@ -96,7 +96,9 @@ class THalvexBrowser final : public QWidget {
   [[nodiscard]] TDownloadControlOptionSet DownloadControlOptionSet() const;
   void SetDownloadControlOptionSet(TDownloadControlOptionSet options);
 
-  // The engine's page, made when it is not there yet. For a new-window request and for tests.
+  // Becomes the window that another page asked for. Its page may never come: WindowCameToNothing.
+  void TakeWindow(QWebEngineNewWindowRequest *request);
+  // The engine's page, made when it is not there yet. For tests.
   [[nodiscard]] QWebEnginePage *EnginePage();
   // The page if there is one.
   [[nodiscard]] QWebEnginePage *EnginePageIfAny() const;
@@ -114,6 +116,9 @@ class THalvexBrowser final : public QWidget {
   void AddressChanged(const QString &address);                   // also for jumps inside the page
   void NavigateComplete(const QString &address);                 // top-level: the page's content has begun to arrive
   void DocumentComplete(const QString &address);                 // top-level: loaded, or failed
+  // What this window was opened for became a download, belongs to another program, or has no content.
+  void WindowCameToNothing();
+  void CloseRequested();  // by the page's script
   void SecureLockIconChanged(TEncryptionLevel level);
   void OpenInNewTabRequested(const TAddress &address, bool background);
   // `address` begins with "view-source:"; opened like any other, it shows the page as it was sent.
@@ -133,6 +138,7 @@ class THalvexBrowser final : public QWidget {
   void OnNoticePrimary();
   void OnNoticeSecondary();
   void OnNoticeChanged();
+  void OnBeforeNavigate(TNavigation *navigation);
   void OnCommitted(const QString &address);
   void OnFinished(const QString &address);
   void ShowPageMenu(const QPoint &position);
@@ -140,6 +146,9 @@ class THalvexBrowser final : public QWidget {
   void UpdateCommandStates();
   // A tab's caption shows what was asked for until the page is known; this brings the page's own title back.
   void RepeatTitle();
+  // A window has ended its first load without a page.
+  void SettleWindow(const QString &wanted);
+  void ShowWrittenWindow(const QString &address);
 
   QPointer<QWidget> m_owner;
   TEngine &m_engine;

@@ -1,6 +1,7 @@
 #include "browser/engine/page_stack.h"
 
 #include <QApplication>
+#include <utility>
 
 #include "browser/engine/load_failure.h"
 #include "browser/page/page_notice.h"
@@ -28,7 +29,11 @@ TPageStack::TPageStack(const TLanguage &language, QWidget *browser)
 void TPageStack::SetView(QWidget *view) {
   m_view = view;
   addWidget(view);
-  Show(view);
+}
+
+void TPageStack::ShowView() {
+  if (std::exchange(m_isViewShown, true)) return;
+  if (m_notice == TNotice::None) Show(m_view);
 }
 
 void TPageStack::Show(QWidget *widget) {
@@ -56,7 +61,7 @@ void TPageStack::HideNotice() {
   if (m_notice == TNotice::None) return;
   m_notice = TNotice::None;
   m_failedAddress = {};
-  Show(m_view ? m_view : m_sheet);
+  Show(m_isViewShown ? m_view : m_sheet);
   Q_EMIT NoticeChanged();
 }
 
@@ -85,6 +90,15 @@ void TPageStack::ShowLocalFailure(const TAddress &address, const QString &text) 
                                    .text = text,
                                    .address = FailedText(),
                                    .primary = m_language.Text("PAGES", "TryAgain")});
+}
+
+void TPageStack::ShowWrittenWindow(const TAddress &address) {
+  m_failedAddress = address;
+  ShowNotice(TNotice::WrittenWindow,
+             {.title = m_language.Text("PAGES", "WrittenWindowTitle"),
+              .text = m_language.Text("PAGES", "WrittenWindowText"),
+              .address = ShownAddress(FailedText()),
+              .primary = FailedText().isEmpty() ? QString() : m_language.Text("PAGES", "OpenItsAddress")});
 }
 
 void TPageStack::ShowCrash(const QUrl &page) {

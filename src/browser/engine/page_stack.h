@@ -17,15 +17,16 @@ class TPageStack final : public QStackedWidget {
 
  public:
   // An address that the engine was never given fails locally: the page behind the notice lives on.
-  enum class TNotice { None, LoadError, Certificate, Crash, LocalError };
+  enum class TNotice { None, LoadError, Certificate, Crash, LocalError, WrittenWindow };
 
   // Who gives `browser` the keyboard gives it to what stands here.
   TPageStack(const TLanguage &language, QWidget *browser);
 
-  // Takes the sheet's place for good, and is shown.
   void SetView(QWidget *view);
+  // The view takes the sheet's place for good.
+  void ShowView();
   [[nodiscard]] TNotice Notice() const { return m_notice; }
-  // What a local failure is about.
+  // What a local failure, or a window that was written into, is about.
   [[nodiscard]] const TAddress &FailedAddress() const { return m_failedAddress; }
   [[nodiscard]] QString FailedText() const { return m_failedAddress.Text().trimmed(); }
   // Whose certificate the last notice of that kind was about.
@@ -35,6 +36,8 @@ class TPageStack final : public QStackedWidget {
   void ShowCertificateProblem(const TCertificateProblem &problem, const QUrl &page);
   void ShowCrash(const QUrl &page);
   void ShowLocalFailure(const TAddress &address, const QString &text);
+  // Another page wrote into the window before it had a page of its own; `address` is what can be opened instead.
+  void ShowWrittenWindow(const TAddress &address);
   void HideNotice();
 
  Q_SIGNALS:
@@ -54,6 +57,7 @@ class TPageStack final : public QStackedWidget {
   QWidget *m_browser;
   QWidget *m_sheet;
   QWidget *m_view = nullptr;
+  bool m_isViewShown = false;
   TPageNotice *m_noticeWidget = nullptr;  // made with the first one
   TNotice m_notice = TNotice::None;
   TAddress m_failedAddress;

@@ -17,7 +17,6 @@ namespace {
 
 constexpr int StickyNameWidth = 60;      // characters
 constexpr int LongestListCaption = 250;  // characters; more fits on no screen
-constexpr int MostEmptyWindows = 20;     // of one page
 
 bool IsHttps(const QString &address) {
   // Exact and case-sensitive: the engine always gives schemes in lower case.
@@ -63,6 +62,8 @@ void TBrowserTab::ConnectBrowser() {
   connect(m_browser, &THalvexBrowser::ViewSourceRequested, this,
           [this](const TAddress &address) { m_strip.NewTab()->Navigate(address); });
   connect(m_browser, &THalvexBrowser::PageFullScreenRequested, this, &TBrowserTab::PageFullScreenRequested);
+  connect(m_browser, &THalvexBrowser::WindowCameToNothing, this, &TBrowserTab::CloseByScript);
+  connect(m_browser, &THalvexBrowser::CloseRequested, this, &TBrowserTab::CloseByScript);
   connect(m_browser, &THalvexBrowser::BringToFrontRequested, this, [this] { m_strip.Activate(this); });
 }
 
@@ -224,6 +225,7 @@ void TBrowserTab::ResetToBlank() {
   SetLocked(false);
   m_restored = false;
   m_openedAsNewWindow = false;
+  m_isPageWindow = false;
   m_opener = nullptr;
   m_popupUrl.clear();
   m_stickyName.clear();
@@ -239,6 +241,7 @@ void TBrowserTab::Close() {
     return;
   }
   if (m_browser->HasPageFullScreen()) Q_EMIT PageFullScreenRequested(false);
+  m_strip.CloseEmptyWindowsOf(this);
   m_strip.ActivateNeighbourOf(this);
   THalvexBrowser *browser = m_browser;
   m_browser = nullptr;
@@ -248,6 +251,11 @@ void TBrowserTab::Close() {
   // Closing may be asked from inside one of the browser's own events, so it goes when the event is done.
   browser->deleteLater();
   m_strip.Remove(this);
+}
+
+void TBrowserTab::CloseByScript() {
+  // A tab that the user opened or locked is his.
+  if (m_isPageWindow && !Locked()) Close();
 }
 
 void TBrowserTab::MarkSeen() {
@@ -328,25 +336,35 @@ void TBrowserTab::TestHiddenTab(TNavigation *navigation) {
   SetCaption(m_environment.language.Global("Loading"));
 }
 
+bool TBrowserTab::StopsWindow(const QString &address, bool userActed) {
+  if (m_windows.Take(userActed)) return false;
+  Q_EMIT WindowStopped(address);
+  return true;
+}
+
 void TBrowserTab::SendAway(TNavigation *navigation) {
   navigation->cancel = true;
   if (m_load == TLoad::Waiting) m_load = Settled();
+  // What the page's script does by itself is a window that it opens, and tested like one.
+  const bool byScript = !navigation->linkClicked && navigation->address != AddressOf(m_url.Url());
+  if (byScript && m_environment.engine.Policy().IsPopup(navigation->address)) {
+    Q_EMIT WindowStopped(navigation->address);
+    return;
+  }
+  if (byScript && StopsWindow(navigation->address, false)) return;
   TBrowserTab *tab = m_strip.NewBackgroundTab();
   tab->m_openedAsNewWindow = true;
   tab->Navigate(TAddress::OfEngine(navigation->address));
 }
 
 void TBrowserTab::OnNewWindowRequested(QWebEngineNewWindowRequest *request) {
-  // Windows that stay empty are never shown; a page that goes on asking for them gets no more.
-  const QList<TBrowserTab *> tabs = m_strip.Tabs();
-  const auto empty =
-      std::ranges::count_if(tabs, [this](TBrowserTab *tab) { return tab->Hidden() && tab->m_opener == this; });
-  if (empty >= MostEmptyWindows) return;
+  if (StopsWindow(AddressOf(request->requestedUrl()), request->isUserInitiated())) return;
   TBrowserTab *tab = m_strip.NewHiddenTab();
   if (!tab->m_browser) return;  // A request that nobody opens is cancelled by the engine.
   tab->m_openedAsNewWindow = true;
+  tab->m_isPageWindow = true;
   tab->m_opener = this;
-  request->openIn(tab->m_browser->EnginePage());
+  tab->m_browser->TakeWindow(request);
 }
 
 void TBrowserTab::OnNavigateComplete(const QString &address) {
@@ -355,6 +373,9 @@ void TBrowserTab::OnNavigateComplete(const QString &address) {
   // The blank page that a tab is left with before it opens something is not the page to keep.
   if (LockPending() && (address != BlankPageAddress || Url() == BlankPageAddress)) SetLocked(true);
   if (!IsHttps(address)) m_nonHttpsSeen = true;
+  // Nobody can fill the empty windows of a page that is gone.
+  m_windows.BeginPage();
+  m_strip.CloseEmptyWindowsOf(this);
   Q_EMIT AddressChanged(address);
   if (m_openedAsNewWindow && IsActive()) {
     m_openedAsNewWindow = false;

@@ -6,6 +6,7 @@
 #include "browser/engine/halvex_browser.h"
 #include "browser/engine/policy.h"
 #include "browser/tabs/tab_environment.h"
+#include "browser/tabs/window_budget.h"
 
 class TTabStrip;
 
@@ -129,12 +130,16 @@ class TBrowserTab final : public QWidget {
   void Loaded();
   void PageFullScreenRequested(bool on);
   void PopupRejected();
+  // Its page asked for more windows than it may have, or, being locked, for one that the pop-up test stops.
+  void WindowStopped(const QString &address);
 
  private:
   void ConnectBrowser();
   void OnBeforeNavigate(TNavigation *navigation);
   void TestHiddenTab(TNavigation *navigation);
   void SendAway(TNavigation *navigation);
+  [[nodiscard]] bool StopsWindow(const QString &address, bool userActed);
+  void CloseByScript();
   void OnNewWindowRequested(QWebEngineNewWindowRequest *request);
   void OnNavigateComplete(const QString &address);
   void OnDocumentComplete(const QString &address);
@@ -154,6 +159,7 @@ class TBrowserTab final : public QWidget {
   QString m_title;
   TAddress m_url;  // the last address that the program asked this tab to open
   QPointer<TBrowserTab> m_opener;
+  TWindowBudget m_windows;
   QString m_popupUrl;  // the first address of a window that a page asked for
   QString m_stickyName;
   TSecurityZone m_secureZone = TSecurityZone::LocalMachine;
@@ -164,6 +170,7 @@ class TBrowserTab final : public QWidget {
   TLock m_lock = TLock::Open;
   TLoad m_load = TLoad::Blank;
   bool m_openedAsNewWindow = false;
+  bool m_isPageWindow = false;  // a page asked for it, and its script may close it
   bool m_backEnabled = false;
   bool m_forwardEnabled = false;
   bool m_secure = false;

@@ -45,9 +45,10 @@ void TCloseAllTabs::CloseAll(bool skipConfirmation) {
     first->ResetToBlank();
   }
   TBrowserTab *kept = m_tabs.GetActivePage();
-  for (int i = m_tabs.TabCount() - 1; i >= 0; --i) {
-    TBrowserTab *tab = m_tabs.Tab(i);
-    if (tab != nullptr && tab != kept && !tab->HideFromCloseAll() && m_tabs.TabCount() > 1) tab->Close();
+  // A tab that goes takes the empty windows of its page along.
+  const QList<TBrowserTab *> tabs = m_tabs.Tabs();
+  for (auto tab = tabs.crbegin(); tab != tabs.crend(); ++tab) {
+    if (*tab != kept && !(*tab)->HideFromCloseAll() && m_tabs.TabCount() > 1) (*tab)->Close();
   }
 }
 

@@ -79,6 +79,8 @@ void TTabStrip::Relay(TBrowserTab *tab) {
   connect(tab, &TBrowserTab::Loaded, this, [this, tab] { Q_EMIT TabLoaded(tab); });
   connect(tab, &TBrowserTab::PageFullScreenRequested, this,
           [this, tab](bool on) { Q_EMIT PageFullScreenRequested(tab, on); });
+  connect(tab, &TBrowserTab::WindowStopped, this,
+          [this, tab](const QString &address) { Q_EMIT WindowStopped(tab, address); });
   connect(tab, &TBrowserTab::PopupRejected, this, [this, tab] { OnPopupRejected(tab); });
 }
 
@@ -197,8 +199,7 @@ void TTabStrip::CloseActive() {
 }
 
 void TTabStrip::CloseHiddenTabs() {
-  for (int i = TabCount() - 1; i >= 0; --i) {
-    TBrowserTab *tab = Tab(i);
+  for (TBrowserTab *tab : Tabs()) {
     if (tab->Blocked()) tab->Close();
   }
 }
@@ -233,6 +234,12 @@ void TTabStrip::Remove(TBrowserTab *tab) {
   tab->hide();
   tab->deleteLater();
   Q_EMIT TabsChanged();
+}
+
+void TTabStrip::CloseEmptyWindowsOf(const TBrowserTab *opener) {
+  for (TBrowserTab *tab : Tabs()) {
+    if (tab->Hidden() && tab->Opener() == opener) tab->Close();
+  }
 }
 
 void TTabStrip::OnActivePageChanged(QWidget *page) {

@@ -76,6 +76,8 @@ class TTabStrip final : public QObject {
   // For TBrowserTab.
   void ShowTab(TBrowserTab *tab);
   void Remove(TBrowserTab *tab);
+  // The windows that its page asked for and that never showed.
+  void CloseEmptyWindowsOf(const TBrowserTab *opener);
 
  Q_SIGNALS:
   // About the active tab; what it says of itself is passed on.
@@ -93,6 +95,8 @@ class TTabStrip final : public QObject {
   void PageFullScreenRequested(TBrowserTab *tab, bool on);
   // The pop-up test has stopped the window that `tab` was made for; the tab goes away soon.
   void PopupRejected(TBrowserTab *tab);
+  // The page of `tab` did not get a window with this address.
+  void WindowStopped(TBrowserTab *tab, const QString &address);
 
  private:
   TBrowserTab *InsertTab(TTabPlace place, bool hidden);
