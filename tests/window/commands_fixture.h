@@ -42,6 +42,7 @@ class TCommandsFixture {
     m_f.server.RoutePage("/a", "Page A", "word word word");
     m_f.server.RoutePage("/b", "Page B");
     m_f.server.RoutePage("/c", "Page C");
+    m_f.server.RoutePage("/odd", "Q&amp;A? 100% #1");
     m_f.server.RoutePage("/edit", "Edit", "<textarea id=t>text</textarea><script>t.focus();t.select()</script>");
     m_f.server.Route("/never", TTestResponse{.neverAnswer = true});
     m_f.Begin();

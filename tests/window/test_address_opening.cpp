@@ -50,6 +50,8 @@ class TestAddressOpening final : public QObject {
     TZVOptions(*m_f.store).Set(Setting::AddressNewWin, true);
     QVERIFY(m_search->Open(m_f.server.Url("/a"), false));
     QCOMPARE(m_f.tabs->TabCount(), 3);
+    Q_EMIT m_lists->EngineChosen(m_f.server.Url("/b"));
+    QCOMPARE(m_f.tabs->TabCount(), 4);
   }
 
   void FiledAsOpened_data() {

@@ -1,5 +1,4 @@
 #include <QFileDialog>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPdfDocument>
 #include <QPrintDialog>
@@ -11,8 +10,8 @@
 #include "browser/downloads/download_list.h"
 #include "browser/engine/page_layout_store.h"
 #include "browser/engine/print_preview.h"
-#include "browser/page/find_bar.h"
 #include "config/registry_paths.h"
+#include "support/modal_dialogs.h"
 #include "window/browser_fixture.h"
 #include "window/page_click.h"
 
@@ -23,65 +22,32 @@ class TestPageCommands final : public QObject {
  private Q_SLOTS:
   void init() {
     m.Begin();
-    m.Server().RoutePage("/a", "Page A", "<p>The end.</p><p style='margin-top:3000px'>The END.</p>");
+    m.Server().RoutePage("/a", "Page A", "a");
     m.Server().RoutePage("/b", "Page B", "b");
   }
 
   void cleanup() { m.End(); }
 
-  void Find() {
-    QVERIFY(m.OpenPath(QStringLiteral("/a")));
-    m.Browser().activateWindow();
-    m.Browser().FindOnPage();
-    auto *bar = m.Browser().findChild<TFindBar *>();
-    QVERIFY(bar && bar->isVisible());
-    auto *text = bar->findChild<QLineEdit *>();
-    const auto *count = bar->findChild<QLabel *>(QStringLiteral("lblResult"));
-    QVERIFY(text && count);
-    const auto match = [this](int active) { return m.Language().Text("FIND_BAR", "Count").arg(active).arg(2); };
-    QTest::keyClicks(text, QStringLiteral("the end"));
-    QTRY_COMPARE(count->text(), match(1));
-    m.Browser().FindNext(true);
-    QTRY_COMPARE(count->text(), match(2));
-    m.Browser().FindNext(false);
-    QTRY_COMPARE(count->text(), match(1));
-    QTest::keyClick(text, Qt::Key_Escape);
-    QVERIFY(!bar->isVisible());
-    QTRY_VERIFY(m.Browser().findChild<QWebEngineView *>()->isAncestorOf(QApplication::focusWidget()) ||
-                m.Browser().findChild<QWebEngineView *>() == QApplication::focusWidget());
-  }
-
   void ViewSource() {
     // The source is what was sent, not what scripts made of it.
     m.Server().RoutePage("/s", "Source", "<p>sent</p><script>document.body.innerHTML = 'changed'</script>");
-    QVERIFY(m.OpenPath(QStringLiteral("/s")));
-    QSignalSpy wanted(&m.Browser(), &THalvexBrowser::ViewSourceRequested);
-    m.Browser().ViewSource();
-    QCOMPARE(wanted.size(), 1);
-    const QString address = wanted.first().first().value<TAddress>().Text();
-    QCOMPARE(address, QStringLiteral("view-source:") + Url("/s"));
-    m.ForgetEvents();
-    QVERIFY(m.Open(address));
-    QCOMPARE(m.Browser().LocationUrl(), address);
-    QVERIFY(m.Events().contains(QStringLiteral("navigated ") + address));
+    QVERIFY(m.Open(QStringLiteral("view-source:") + Url("/s")));
     QVERIFY(m.Script(QStringLiteral("document.body.innerText")).toString().contains(QLatin1String("<p>sent</p>")));
+    const QSignalSpy wanted(&m.Browser(), &THalvexBrowser::ViewSourceRequested);
     m.Browser().ViewSource();
-    QCOMPARE(wanted.size(), 1);
+    QCOMPARE(wanted.size(), 0);
   }
 
   void TemporaryFile() {
     QVERIFY(m.OpenPath(QStringLiteral("/a")));
-    for (const bool base : {true, false}) {
-      QString path;
-      m.Browser().SaveToTemporaryFile(base, [&](const QString &written) { path = written; });
-      QTRY_VERIFY(!path.isEmpty());
-      QFile file(path);
-      QVERIFY(file.open(QIODevice::ReadOnly));
-      const QString html = QString::fromUtf8(file.readAll());
-      QVERIFY(html.contains(QLatin1String("<title>Page A</title>")));
-      QCOMPARE(html.contains(QStringLiteral("<head><BASE HREF=\"%1\">").arg(Url("/a"))), base);
-      file.remove();
-    }
+    QString path;
+    m.Browser().SaveToTemporaryFile(false, [&](const QString &written) { path = written; });
+    QTRY_VERIFY(!path.isEmpty());
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray html = file.readAll();
+    QVERIFY(html.contains("<title>Page A</title>") && !html.contains("<BASE"));
+    file.remove();
   }
 
   void SavePage() {
@@ -112,19 +78,22 @@ class TestPageCommands final : public QObject {
   }
 
   void Properties() {
+    TPageProperties properties;
+    const auto collect = [&] {
+      bool done = false;
+      m.Browser().CollectProperties([&](const TPageProperties &found) {
+        properties = found;
+        done = true;
+      });
+      QTRY_VERIFY(done);
+      QCOMPARE(properties.contentType, QStringLiteral("text/html"));
+    };
     m.Server().Route("/dated", TTestResponse{.body = "<title>Dated</title>x",
                                              .headers = {{"Last-Modified", "Mon, 03 Feb 2020 10:20:30 GMT"}}});
     QVERIFY(m.OpenPath(QStringLiteral("/dated")));
-    TPageProperties properties;
-    bool done = false;
-    m.Browser().CollectProperties([&](const TPageProperties &found) {
-      properties = found;
-      done = true;
-    });
-    QTRY_VERIFY(done);
+    collect();
     QCOMPARE(properties.title, QStringLiteral("Dated"));
     QCOMPARE(properties.address, Url("/dated"));
-    QCOMPARE(properties.contentType, QStringLiteral("text/html"));
     QCOMPARE(properties.size, qint64(21));
     QVERIFY2(properties.modified.contains(QLatin1String("2020")), qPrintable(properties.modified));
     QCOMPARE(properties.encryptionLevel, TEncryptionLevel::None);
@@ -132,28 +101,18 @@ class TestPageCommands final : public QObject {
     m.Server().RoutePage("/undated", "Undated",
                          "<script>Object.defineProperty(document, 'contentType', {value: 'a/lie'})</script>");
     QVERIFY(m.OpenPath(QStringLiteral("/undated")));
-    done = false;
-    m.Browser().CollectProperties([&](const TPageProperties &found) {
-      properties = found;
-      done = true;
-    });
-    QTRY_VERIFY(done);
+    collect();
     QCOMPARE(properties.modified, QString());
-    QCOMPARE(properties.contentType, QStringLiteral("text/html"));
   }
 
   void FilePickerCanBeCancelled() {
     m.Server().RoutePage("/pick", "Pick", "<input type='file' style='width:400px;height:300px'>");
     QVERIFY(m.OpenPath(QStringLiteral("/pick")));
     bool cancelled = false;
-    QTimer user;
-    connect(&user, &QTimer::timeout, this, [&] {
-      if (auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget())) {
-        dialog->reject();
-        cancelled = true;
-      }
+    OnModalDialog<QFileDialog>([&](QFileDialog &dialog) {
+      dialog.reject();
+      cancelled = true;
     });
-    user.start(30);
     ClickPage(m.Browser(), QPoint(60, 150));
     QTRY_VERIFY_WITH_TIMEOUT(cancelled, 10000);
     QCOMPARE(m.Script(QStringLiteral("document.querySelector('input').files.length")).toInt(), 0);
@@ -222,19 +181,16 @@ class TestPageCommands final : public QObject {
     store.DeleteKey(TRegistryHive::CurrentUser, key);
   }
 
-  void FocusAndCommands() {
+  // What changes the text takes the keyboard along, what only marks it does not.
+  void FocusFollowsCommands() {
     QWidget window;
     auto *line = new QLineEdit(&window);
-    m.Server().RoutePage("/edit", "Edit", "<textarea id='t'>some text</textarea>");
-    QVERIFY(m.OpenPath(QStringLiteral("/edit")));
+    QVERIFY(m.OpenPath(QStringLiteral("/a")));
     m.Browser().setParent(&window);
-    m.Browser().setGeometry(0, 40, 400, 300);
-    window.resize(400, 400);
     window.show();
     m.Browser().show();
     window.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&window));
-    (void)m.Script(QStringLiteral("document.getElementById('t').focus(); document.getElementById('t').select()"));
     line->setFocus();
     QSignalSpy received(&m.Browser(), &THalvexBrowser::FocusReceived);
     m.Browser().SelectAll();
@@ -242,10 +198,6 @@ class TestPageCommands final : public QObject {
     m.Browser().Cut();
     QVERIFY(!line->hasFocus());
     QCOMPARE(received.size(), 1);
-    QTRY_COMPARE(m.Script(QStringLiteral("document.getElementById('t').value")).toString(), QString());
-    m.Browser().Undo();
-    QTRY_COMPARE(m.Script(QStringLiteral("document.getElementById('t').value")).toString(),
-                 QStringLiteral("some text"));
     m.Browser().setParent(nullptr);
   }
 

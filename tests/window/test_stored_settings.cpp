@@ -144,7 +144,33 @@ class TestStoredSettings final : public QObject {
         QCOMPARE(Tabs().GetActivePage() == opened, expected);
       };
     };
+    const QPalette desktop = QApplication::palette();
+    const QStringList own{"InactiveTabColor=1122867", "InactiveFontColor=16772829"};
+    const auto colors = [this](const QColor &tab, const QColor &font) {
+      return [this, tab, font] {
+        QCOMPARE(Strip().InactiveTabColor(), tab);
+        QCOMPARE(Strip().InactiveFontColor(), font);
+      };
+    };
+    const auto newTab = [this](const QString &address) {
+      return [this, address] {
+        Tabs().GetActivePage()->Navigate(m_f.server.Url(u"/a"_s));
+        QTRY_COMPARE_WITH_TIMEOUT(Tabs().GetActivePage()->GetLocationName(), u"Page A"_s, m_f.LoadTime);
+        Action(TCommand::NewBlank)->trigger();
+        QTRY_COMPARE_WITH_TIMEOUT(Tabs().GetActivePage()->GetLocationUrl(), address, m_f.LoadTime);
+        QCOMPARE(Tabs().TabCount(), 2);
+      };
+    };
     return {
+        {"new tabs are blank", {"NewAction=0"}, newTab(u"about:blank"_s)},
+        {"new tabs show the same page", {"NewAction=1"}, newTab(site + u'a')},
+        {"a negative action counts as blank", {"NewAction=-4"}, newTab(u"about:blank"_s)},
+        {"colours of the desktop", own + QStringList{"TabColorScheme=std"},
+         colors(desktop.color(QPalette::Button), desktop.color(QPalette::WindowText))},
+        {"colours of the desktop's highlight", own + QStringList{"TabColorScheme=rev"},
+         colors(desktop.color(QPalette::Inactive, QPalette::Highlight), desktop.color(QPalette::HighlightedText))},
+        {"own colours", own, colors(0x112233, 0xffeedd)},
+        {"own colours by any other name", own + QStringList{"TabColorScheme=STD"}, colors(0x112233, 0xffeedd)},
         {"short captions",
          {"LimitTitleLength=4"},
          [this] {
