@@ -23,12 +23,8 @@ class TTestGroupFile final : public QObject {
         "b=http://x/?q=1&r=2\na=*http://y");
     Row("blanks, other case, carriage returns", QByteArray("[HALVEXGROUP]\r\n  a b = http://x  \r\n\r\n"),
         "a b=http://x");
-    QTest::newRow("other sections") << QByteArray("x=1\n[Other]\na=1\n[HalvexGroup]\nb=2\n[More]\nc=3\n") << "b=2";
     QTest::newRow("same name twice") << QByteArray("[HalvexGroup]\na=1\na=2\n") << "a=1\na=2";
     QTest::newRow("no name, no address") << QByteArray("[HalvexGroup]\n=1\nb=\n=\n") << "=1\nb=\n=";
-    QTest::newRow("no section") << QByteArray("a=1\nb=2\n") << "";
-    Row("no file format at all", QByteArray("\177ELF\0\1\2\3\n[[[\n=\n\xFF\xFE", 16), "");
-    Row("zero bytes", QByteArray("[HalvexGroup]\n\0a=1\0 2\nb\0=3\n", 27), QString::fromLatin1("\0a=1\0 2\nb\0=3", 12));
   }
   void Reads() {
     QFETCH(QByteArray, bytes);
@@ -43,15 +39,11 @@ class TTestGroupFile final : public QObject {
     // An entry is name|address|locked, or a line as it stands.
     Columns<QByteArray, QStringList, QByteArray>("before", "entries", "after");
     const QByteArray head("[HalvexGroup]\n");
-    Row("pages without names", QByteArray(), QStringList{"|http://a|", "|http://b|"},
-        head + "blank1=http://a\nblank2=http://b\n");
     Row("numbers go by position", QByteArray(), QStringList{"x|1|", "|2|", "y|3|", "|4|"},
         head + "x=1\nblank2=2\ny=3\nblank4=4\n");
-    Row("added to a file", head + "blank1=a\nblank2=b\n", QStringList{"|c|"}, head + "blank1=a\nblank2=b\nblank3=c\n");
     Row("equals signs", QByteArray(), QStringList{"a=b=|http://x/?q=1=2|"}, head + "ab=http://x/?q=1=2\n");
     QTest::newRow("locked") << QByteArray() << QStringList{"a|http://x|locked"} << head + "a=*http://x\n";
     QTest::newRow("same name twice") << QByteArray() << QStringList{"a|1|", "b|2|", "a|3|"} << head + "a=3\nb=2\n";
-    QTest::newRow("same name in other case") << QByteArray() << QStringList{"a|1|", "A|2|"} << head + "a=2\n";
     QTest::newRow("line breaks") << QByteArray() << QStringList{"a\nb|1\r\n[X]|"} << head + "a b=1  [X]\n";
     Row("lines without an equals sign", QByteArray(), QStringList{"loose", "a=1", "loose", "b=2"},
         head + "=\na=1\nb=2\n");

@@ -111,15 +111,10 @@ class TTestOptions final : public QObject {
     QTest::newRow("zero") << "0" << 0 << false;
     QTest::newRow("negative") << "-7" << -7 << true;
     QTest::newRow("blanks around") << " 12\t" << 12 << true;
-    QTest::newRow("leading zeros") << "00" << 0 << false;
     QTest::newRow("word") << "abc" << 35 << true;
     QTest::newRow("empty") << "" << 35 << true;
-    QTest::newRow("number with more") << "0x" << 35 << true;
     QTest::newRow("hexadecimal") << "0x10" << 35 << true;
-    QTest::newRow("fraction") << "0.0" << 35 << true;
-    QTest::newRow("largest") << "2147483647" << 2147483647 << true;
     QTest::newRow("too large") << "2147483648" << 35 << true;
-    QTest::newRow("smallest") << "-2147483648" << int(-2147483647 - 1) << true;
   }
   void NumbersAreReadFromText() {
     QFETCH(QString, stored);
