@@ -12,7 +12,6 @@ class TestAddressOpening final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-
   void initTestCase() {
     m_f.Prepare();
     m_f.server.RoutePage("/a", "Page A");
@@ -54,30 +53,20 @@ class TestAddressOpening final : public QObject {
     QCOMPARE(m_f.tabs->TabCount(), 4);
   }
 
-  void FiledAsOpened_data() {
-    Columns<QString, QString>("typed", "filed");
-    const QString host = m_f.server.Url(QString());
-    QTest::newRow("host") << host.mid(7) << host + '/';
-    QTest::newRow("host and question") << host + "?x=1" << host + "/?x=1";
-    QTest::newRow("path with steps") << host + "/x/../a" << host + "/a";
-    QTest::newRow("apostrophe") << host + "/a?q='x'" << host + "/a?q=%27x%27";
-    QTest::newRow("place on the page") << host + "/a#here" << host + "/a#here";
-  }
-
   // What goes into the list is the engine's own spelling, not the typed one.
   void FiledAsOpened() {
-    QFETCH(QString, typed);
     Make();
     m_f.Load(m_f.tabs->GetActivePage(), "/a");
-    m_box.Enter(typed);
-    QFETCH(QString, filed);
-    QTRY_COMPARE_WITH_TIMEOUT(m_box.Entries(), QStringList(filed), m_f.LoadTime);
+    const QString host = m_f.server.Url(QString());
+    m_box.Enter(host.mid(7));
+    QTRY_COMPARE_WITH_TIMEOUT(m_box.Entries(), QStringList(host + '/'), m_f.LoadTime);
+    m_box.Enter(host + "/x/../a?q='x'#here");
+    QTRY_COMPARE_WITH_TIMEOUT(m_box.Entries().value(0), host + "/a?q=%27x%27#here", m_f.LoadTime);
   }
 
   void LeadsNowhere_data() {
     Columns<QString, bool, QStringList>("typed", "isLocked", "filed");
     QTest::newRow("no address") << "two words" << false << QStringList();
-    QTest::newRow("blank page") << "about:blank" << false << QStringList();
     QTest::newRow("unknown scheme") << "nosuch:thing" << false << QStringList();
     QTest::newRow("script") << "javascript:void 0" << false << QStringList();
     QTest::newRow("away from a locked tab") << m_f.server.Url("/b") << true << QStringList();
@@ -173,7 +162,6 @@ class TestAddressOpening final : public QObject {
 
  private:
   // After the settings, which the bar reads when it is made.
-
   void Make() {
     m_box.Make(*m_f.window, m_f.language, *m_f.settings, *m_history);
     m_lists = std::make_unique<TSearchLists>(m_f.language, *m_f.store, *m_f.actions, nullptr);

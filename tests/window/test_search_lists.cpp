@@ -1,4 +1,3 @@
-#include <QAction>
 #include <QApplication>
 #include <QFile>
 #include <QLabel>
@@ -18,6 +17,7 @@
 #include "search/search_lists.h"
 #include "store/private_folder.h"
 #include "store/registry_store.h"
+#include "support/data_row.h"
 #include "support/list_editor_driver.h"
 #include "support/modal_dialogs.h"
 #include "support/named_lines.h"
@@ -37,22 +37,6 @@ class TestSearchLists final : public QObject {
     m_store = std::make_unique<TRegistryStore>(m_folder->filePath("registry.sqlite"));
     m_settings = std::make_unique<TSettings>(*m_store);
     m_actions = std::make_unique<TActions>(&m_window, m_language, *m_settings);
-  }
-
-  void SavesAsItStands() {
-    TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
-    lists.Save(TSearchList::SearchEngines, {{"B & b", "http://b.example/?x=1"},
-                                            {"a", "http://a.example/"},
-                                            {"odd=title", "rest"},
-                                            {"A", "http://later.example/"}});
-    const QStringList kept = {"B & b=http://b.example/?x=1", "a=http://later.example/", "odd=title=rest"};
-    QCOMPARE(Stored(RegistryKey::SearchEngines), kept);
-    QCOMPARE(ToLines(lists.Load(TSearchList::SearchEngines)), kept);
-    QCOMPARE(m_store->Read(TRegistryHive::CurrentUser, RegistryKey::SearchEngines, "odd"), QString("title=rest"));
-    lists.Save(TSearchList::SearchEngines, {{"z", "http://z.example/"}});
-    QCOMPARE(Stored(RegistryKey::SearchEngines), QStringList("z=http://z.example/"));
-    QVERIFY(lists.Load(TSearchList::SearchBar).isEmpty());
-    QVERIFY(!m_store->KeyExists(TRegistryHive::CurrentUser, RegistryKey::SearchBar));
   }
 
   void ExamplesComeOnce() {
@@ -92,23 +76,16 @@ class TestSearchLists final : public QObject {
   }
 
   void DialogRefuses_data() {
-    QTest::addColumn<TSearchList>("list");
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("location");
-    QTest::addColumn<QStringList>("rows");
+    Columns<TSearchList, QString, QString, QStringList>("list", "title", "location", "rows");
+    using L = TSearchList;
     const QString http("http://a/");
-    QTest::newRow("keyword of two words") << TSearchList::QuickSearch << "two words" << http << QStringList();
-    QTest::newRow("title of two words") << TSearchList::SearchEngines << "two words" << http
-                                        << QStringList("two words|http://a/");
-    QTest::newRow("panel page of two words")
-        << TSearchList::SearchBar << "two words" << http << QStringList("two words|http://a/");
-    QTest::newRow("trimmed") << TSearchList::QuickSearch << " g "
-                             << " http://a/%s " << QStringList("g|http://a/%s");
-    QTest::newRow("no title") << TSearchList::SearchEngines << "  " << http << QStringList();
-    QTest::newRow("no location") << TSearchList::SearchEngines << "a"
-                                 << "  " << QStringList();
+    Row("keyword of two words", L::QuickSearch, "two words", http, QStringList());
+    Row("title of two words", L::SearchEngines, "two words", http, QStringList("two words|http://a/"));
+    Row("panel page of two words", L::SearchBar, "two words", http, QStringList("two words|http://a/"));
+    Row("trimmed", L::QuickSearch, " g ", " http://a/%s ", QStringList("g|http://a/%s"));
+    Row("no title", L::SearchEngines, "  ", http, QStringList());
+    Row("no location", L::SearchEngines, "a", "  ", QStringList());
   }
-
   void DialogRefuses() {
     QFETCH(TSearchList, list);
     QFETCH(QString, title);
@@ -122,7 +99,6 @@ class TestSearchLists final : public QObject {
     const TListEditorDriver editor = DriverOf(dialog);
     QCOMPARE(editor.Part<QLabel>("lblNote").isVisible(), list == TSearchList::QuickSearch);
     editor.Click("cmdInsert");
-    QCOMPARE(editor.Enabled(), QString());
     editor.Enter(title, location);
     QCOMPARE(editor.Shown(), rows);
     QCOMPARE(editor.IsEditing(), rows.isEmpty());
@@ -130,33 +106,26 @@ class TestSearchLists final : public QObject {
     QCOMPARE(editor.Entered(), QStringList({title.trimmed(), location.trimmed()}));
   }
 
-  void OrganizeSavesOrNot_data() {
-    QTest::addColumn<TSearchList>("list");
-    QTest::addColumn<QByteArray>("button");
-    for (const auto &[name, list] :
-         {std::pair("bar", TSearchList::SearchBar), std::pair("engines", TSearchList::SearchEngines),
-          std::pair("quick", TSearchList::QuickSearch)}) {
-      QTest::newRow(qPrintable(QString("ok, ") + name)) << list << QByteArray("cmdOk");
-      QTest::newRow(qPrintable(QString("cancel, ") + name)) << list << QByteArray("cmdCancel");
-    }
-  }
-
   void OrganizeSavesOrNot() {
-    QFETCH(TSearchList, list);
-    QFETCH(QByteArray, button);
     TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
-    lists.Save(list, FromLines({"a=1", "b=2"}));
-    OnModalDialog<TfrmSearchEngine>([&](TfrmSearchEngine &dialog) {
-      const TListEditorDriver editor = DriverOf(dialog);
-      editor.Select(1);
-      editor.Click("cmdUp");
-      editor.Click(button);
-    });
-    const bool saved = lists.Organize(list);
-    QCOMPARE(saved, button == "cmdOk");
-    const QStringList expected = saved ? QStringList{"b=2", "a=1"} : QStringList{"a=1", "b=2"};
-    QCOMPARE(ToLines(lists.Load(list)), expected);
-    if (list == TSearchList::QuickSearch) QCOMPARE(ToLines(lists.QuickSearches()), expected);
+    for (const auto &[list, key] : {std::pair(TSearchList::SearchBar, RegistryKey::SearchBar),
+                                    {TSearchList::SearchEngines, RegistryKey::SearchEngines},
+                                    {TSearchList::QuickSearch, RegistryKey::QuickSearch}}) {
+      lists.Save(list, FromLines({"a=1", "b=2"}));
+      for (const bool save : {false, true}) {
+        OnModalDialog<TfrmSearchEngine>([&](TfrmSearchEngine &dialog) {
+          const TListEditorDriver editor = DriverOf(dialog);
+          editor.Select(1);
+          editor.Click("cmdUp");
+          editor.Click(save ? "cmdOk" : "cmdCancel");
+        });
+        QCOMPARE(lists.Organize(list), save);
+        const QStringList expected = save ? QStringList{"b=2", "a=1"} : QStringList{"a=1", "b=2"};
+        QCOMPARE(Stored(key), expected);
+        QCOMPARE(ToLines(lists.Load(list)), expected);
+      }
+    }
+    QCOMPARE(ToLines(lists.QuickSearches()), QStringList({"b=2", "a=1"}));
   }
 
   // The user is told, and what was changed is still in the dialog to be kept after all.
