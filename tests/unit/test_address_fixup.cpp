@@ -55,7 +55,6 @@ class TestAddressFixup final : public QObject {
     other("unknown scheme", "foo:bar", TKind::UnknownKind);
     other("drive letter", "C:\\x", TKind::UnknownKind);
   }
-
   void Addresses() {
     QFETCH(QString, text);
     QFETCH(QString, address);
@@ -69,27 +68,19 @@ class TestAddressFixup final : public QObject {
     QCOMPARE(script.Script(), QStringLiteral("alert('a b')"));
   }
 
-  void LocalFiles_data() {
-    QTest::addColumn<QString>("name");
-    for (const char *name : {"plain.html", "with blank.html", "hash#1.html", "100%.html", "what?.html", "%41.html",
-                             "semi;colon&amp.html", "\xC3\xBC.html"}) {
-      QTest::newRow(name) << QString::fromUtf8(name);
-    }
-  }
-
   void LocalFiles() {
-    QFETCH(QString, name);
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(name);
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.close();
-    QCOMPARE(TAddress(path).Url().toLocalFile(), path);
-    // The address that is shown for it leads back to it.
-    QCOMPARE(TAddress(AddressOf(TAddress(path).Url())).Url().toLocalFile(), path);
-    const TAddress part(path + QStringLiteral("#part"));
-    QCOMPARE(part.Url().toLocalFile(), path);
-    QCOMPARE(part.Url().fragment(), QStringLiteral("part"));
+    for (const QString name : {"plain.html", "with blank.html", "hash#1.html", "100%.html", "what?.html", "%41.html",
+                               "semi;colon&amp.html", "\xC3\xBC.html"}) {
+      const QTemporaryDir folder;
+      const QString path = folder.filePath(name);
+      QVERIFY(QFile(path).open(QIODevice::WriteOnly));
+      QCOMPARE(TAddress(path).Url().toLocalFile(), path);
+      // The address that is shown for it leads back to it.
+      QCOMPARE(TAddress(AddressOf(TAddress(path).Url())).Url().toLocalFile(), path);
+      const TAddress part(path + "#part");
+      QCOMPARE(part.Url().toLocalFile(), path);
+      QCOMPARE(part.Url().fragment(), "part");
+    }
   }
 
   void InsertBase_data() {
@@ -101,7 +92,6 @@ class TestAddressFixup final : public QObject {
     Row("open comment", "<!-- <head>", "|<!-- <head>");
     Row("open tag", "<head lang='", "|<head lang='");
   }
-
   void InsertBase() {
     QFETCH(QString, html);
     QFETCH(QString, expected);
@@ -134,7 +124,6 @@ class TestAddressFixup final : public QObject {
     QTest::newRow("unknown media") << media << "http://example.org/play" << int(TDownloadControlOption::Videos);
     QTest::newRow("site icon") << int(QWebEngineUrlRequestInfo::ResourceTypeFavicon) << "http://example.org/i.png" << 0;
   }
-
   void ContentKinds() {
     QFETCH(int, resource);
     QFETCH(QString, address);

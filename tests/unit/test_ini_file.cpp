@@ -93,7 +93,8 @@ class TTestIniFile final : public QObject {
 
   // Whatever is set is found in memory and in the file that is written.
   void HostileTextsReadBack() {
-    for (const char *key : {";comment", "; ;x", "a=b", "[section]", "two\nlines", "  blanks ", "", "\uFEFF=;"}) {
+    for (const QString &key :
+         QStringList{";comment", "; ;x", "a=b", "[section]", "two\nlines", "  blanks ", "", u"\uFEFF=;"_s}) {
       TIniFile file;
       file.SetValue("S]\n[T=", key, " v\r\nw] ");
       file.SetValue("S", "other", "1");

@@ -32,7 +32,6 @@ class TestWildcard final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-
   void Rules_data() {
     Columns<QString, QString, bool>("pattern", "text", "fits");
     const auto row = [](const char *pattern, const char *text, bool fits) {
@@ -61,42 +60,34 @@ class TestWildcard final : public QObject {
     QTEST(MatchWildcard(text, pattern), "fits");
   }
 
-  void Hostile_data() {
-    QTest::addColumn<QString>("pattern");
-    QTest::newRow("many stars") << QStringLiteral("*a").repeated(500) + QStringLiteral("b");
-    QTest::newRow("nearly fitting parts") << QStringLiteral("*aaaaaaab").repeated(50);
-  }
-
+  // Tried star by star this would not end in anybody's life.
   void Hostile() {
-    QFETCH(QString, pattern);
-    // Tried star by star this would not end in anybody's life.
     const QString text(100000, u'a');
-    QVERIFY(!MatchWildcard(text, pattern));
-    QVERIFY(!MatchWildcard(text, QStringLiteral("a") + pattern));
-    TPopupPatterns patterns;
-    QStringList list;
-    for (int i = 0; i < 100; ++i) list.append(pattern + QString::number(i));
-    patterns.Set(list);
-    QCOMPARE(patterns.FirstMatch(text), -1);
+    for (const QString &pattern :
+         {QStringLiteral("*a").repeated(500) + u'b', QString(5000, u'*') + u'b',
+          QStringLiteral("*?").repeated(500) + u'b', QStringLiteral("*aaaaaaab").repeated(50)}) {
+      QVERIFY(!MatchWildcard(text, pattern));
+      TPopupPatterns patterns;
+      QStringList list;
+      for (int i = 0; i < 100; ++i) list.append(pattern + QString::number(i));
+      patterns.Set(list);
+      QCOMPARE(patterns.FirstMatch(text), -1);
+    }
   }
 
   void Prefixes_data() {
     Columns<QStringList, QString, int>("patterns", "address", "first");
-    const QString host = QStringLiteral("ads.example");
-    const QString page = QStringLiteral("http://ads.example/x");
-    QTest::newRow("itself") << QStringList{host} << host << 0;
-    QTest::newRow("not behind a scheme") << QStringList{host} << page << -1;
-    QTest::newRow("case counts") << QStringList{"http://ADS.example"} << page << -1;
-    QTest::newRow("a star in the host") << QStringList{"http://*.example"} << page << 0;
-    QTest::newRow("two stars want more") << QStringList{"http://ads.example/x**"} << page << -1;
-    QTest::newRow("an empty pattern is none") << QStringList{QString()} << page << -1;
-    QTest::newRow("the first, not the longest") << QStringList{"zzz", "http://ads", "http://ads.example/"} << page << 1;
-    QTest::newRow("the first, not the shortest") << QStringList{"http://ads.example/", "http://ads"} << page << 0;
-    QTest::newRow("a wildcard before a plain one") << QStringList{"*ads", "http://ads"} << page << 0;
-    QTest::newRow("a plain one before a wildcard") << QStringList{"http://ads", "*ads"} << page << 0;
-    QTest::newRow("everything") << QStringList{"*"} << QString() << 0;
+    const QString page = "http://ads.example/x";
+    Row("its beginning", QStringList{"http://ads"}, page, 0);
+    Row("not behind a scheme", QStringList{"ads.example"}, page, -1);
+    Row("case counts", QStringList{"http://ADS.example"}, page, -1);
+    Row("a star in the host", QStringList{"http://*.example"}, page, 0);
+    Row("two stars want more", QStringList{"http://ads.example/x**"}, page, -1);
+    Row("an empty pattern is none", QStringList{QString()}, page, -1);
+    Row("the first, not the longest", QStringList{"zzz", "http://ads", "http://ads.example/"}, page, 1);
+    Row("a wildcard before a plain one", QStringList{"*ads", "http://ads"}, page, 0);
+    Row("everything", QStringList{"*"}, "", 0);
   }
-
   void Prefixes() {
     QFETCH(QStringList, patterns);
     QFETCH(QString, address);
@@ -105,33 +96,27 @@ class TestWildcard final : public QObject {
     QTEST(list.FirstMatch(address), "first");
   }
 
-  void LikeWalking_data() {
-    QTest::addColumn<QByteArray>("letters");
-    QTest::newRow("few wildcards") << QByteArray("aaabbbc*");
-    QTest::newRow("many wildcards") << QByteArray("abc*?");
-    QTest::newRow("no wildcards") << QByteArray("ab");
-  }
-
   void LikeWalking() {
-    QFETCH(QByteArray, letters);
     QRandomGenerator random(815);
-    int matches = 0;
-    for (int round = 0; round < 300; ++round) {
-      QStringList patterns;
-      for (int i = 0; i < 30; ++i) patterns.append(RandomText(random, letters.constData(), 9));
-      // The same object takes one list after the other.
-      static TPopupPatterns list;
-      list.Set(patterns);
-      for (int i = 0; i < 40; ++i) {
-        const QString address = RandomText(random, "aaabbc", 12);
-        const int expected = FirstByWalking(patterns, address);
-        matches += expected >= 0 ? 1 : 0;
-        if (list.FirstMatch(address) != expected) {
-          QFAIL(qPrintable(patterns.join(u' ') + QStringLiteral(" and ") + address));
+    // The same object takes one list after the other.
+    TPopupPatterns list;
+    // With few wildcards, with many, and with none.
+    for (const char *letters : {"aaabbbc*", "abc*?", "ab"}) {
+      int matches = 0;
+      for (int round = 0; round < 300; ++round) {
+        QStringList patterns;
+        for (int i = 0; i < 30; ++i) patterns.append(RandomText(random, letters, 9));
+        list.Set(patterns);
+        for (int i = 0; i < 40; ++i) {
+          const QString address = RandomText(random, "aaabbc", 12);
+          const int expected = FirstByWalking(patterns, address);
+          matches += expected >= 0 ? 1 : 0;
+          const bool isSame = list.FirstMatch(address) == expected;
+          QVERIFY2(isSame, qPrintable(patterns.join(u' ') + " and " + address));
         }
       }
+      QVERIFY(matches > 1000 && matches < 300 * 40);
     }
-    QVERIFY(matches > 1000 && matches < 300 * 40);
   }
 };
 

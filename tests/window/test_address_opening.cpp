@@ -73,7 +73,6 @@ class TestAddressOpening final : public QObject {
     // The tab has set out for it; only on the way it turned out that nobody is there.
     QTest::newRow("nobody answers") << "127.0.0.1:1/" << false << QStringList("http://127.0.0.1:1/");
   }
-
   void LeadsNowhere() {
     QFETCH(QString, typed);
     QFETCH(bool, isLocked);

@@ -11,6 +11,7 @@
 #include "config/registry_paths.h"
 #include "groups/group_folder.h"
 #include "search/address_bar.h"
+#include "support/data_row.h"
 #include "support/modal_dialogs.h"
 #include "support/named_lines.h"
 #include "window/main_window_fixture.h"
@@ -183,6 +184,83 @@ class TestMainWindow final : public QObject {
     QTRY_COMPARE_WITH_TIMEOUT(Bar()->count(), 1, m_f.LoadTime);
     m_f.Open();
     QCOMPARE(Bar()->itemText(0), page);
+  }
+
+  // What the window makes of the text that a later start hands over.
+  void ReceivedText_data() {
+    // The text of a file is its name, which is made in the test's folder.
+    Columns<QString, bool, bool>("text", "asGroup", "asTab");
+    Row("an address", "about:blank#a", false, true);
+    Row("a group", "My set.hgp", true, false);
+    Row("capitals are another extension", "set.HGP", false, true);
+    Row("a switch is an address", "--new", false, true);
+    Row("nothing", "", false, false);
+  }
+  void ReceivedText() {
+    QFETCH(QString, text);
+    QFETCH(bool, asGroup);
+    QFETCH(bool, asTab);
+    // What is opened as a group gives its name to the tab.
+    if (text.endsWith(u".hgp"_s, Qt::CaseInsensitive)) {
+      text = m_f.Path(text);
+      QFile made(text);
+      QVERIFY(made.open(QIODevice::WriteOnly));
+      made.write("[HalvexGroup]\nfrom the group=about:blank#a\n");
+    }
+    m_f.window->wmCopyDataDataReceived(text);
+    QCOMPARE(Tabs().TabCount(), asTab || asGroup ? 2 : 1);
+    QCOMPARE(Tabs().Tab(Tabs().TabCount() - 1)->StickyName(), QString(asGroup ? "from the group" : ""));
+    if (asTab) QCOMPARE(Active()->Url(), text);
+  }
+
+  void ReceivedTextComesToTheFront_data() {
+    Columns<Qt::WindowState>("state");
+    QTest::newRow("normal") << Qt::WindowNoState;
+    QTest::newRow("maximised") << Qt::WindowMaximized;
+    QTest::newRow("full screen") << Qt::WindowFullScreen;
+  }
+  void ReceivedTextComesToTheFront() {
+    QFETCH(Qt::WindowState, state);
+    if (state == Qt::WindowFullScreen) {
+      Action(TCommand::FullScreen)->trigger();
+    } else {
+      m_f.window->setWindowState(state);
+    }
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    m_f.window->wmCopyDataDataReceived(QString());
+    QVERIFY(QTest::qWaitForWindowActive(m_f.window.get()));
+    QCOMPARE(m_f.window->windowState() & ~Qt::WindowActive, state);
+    m_f.window->setWindowState(m_f.window->windowState() | Qt::WindowMinimized);
+    m_f.window->wmCopyDataDataReceived(QString());
+    QVERIFY(QTest::qWaitForWindowActive(m_f.window.get()));
+    QCOMPARE(m_f.window->windowState() & ~Qt::WindowActive, state);
+    QCOMPARE(Tabs().TabCount(), 1);
+  }
+
+  void ReceivedTextIsDroppedWhileADialogAsks() {
+    QDialog dialog(m_f.window.get());
+    dialog.open();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    m_f.window->wmCopyDataDataReceived(u"about:blank"_s);
+    QCOMPARE(Tabs().TabCount(), 1);
+    QTRY_VERIFY(dialog.isActiveWindow());
+    dialog.reject();
+    m_f.window->wmCopyDataDataReceived(u"about:blank"_s);
+    QCOMPARE(Tabs().TabCount(), 2);
+  }
+
+  void ReceivedTextBeforeTheStartIsDone() {
+    m_f.Show();
+    QVERIFY(m_f.IsStarting());
+    m_f.window->wmCopyDataDataReceived(u"about:blank#later"_s);
+    QCOMPARE(Tabs().TabCount(), 1);
+    QTRY_COMPARE(Tabs().TabCount(), 2);
+    // The tab that was there belongs to the pages of the start.
+    QVERIFY(Tabs().Tab(0)->Url() != u"about:blank#later"_s);
+    QCOMPARE(Active()->Url(), u"about:blank#later"_s);
   }
 
  private:

@@ -1,5 +1,4 @@
 #include <QApplication>
-#include <QFile>
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
@@ -11,11 +10,9 @@
 #include "config/language.h"
 #include "config/registry_paths.h"
 #include "config/settings.h"
-#include "platform/program_folders.h"
 #include "search/quick_search.h"
 #include "search/search_engine_dialog.h"
 #include "search/search_lists.h"
-#include "store/private_folder.h"
 #include "store/registry_store.h"
 #include "support/data_row.h"
 #include "support/list_editor_driver.h"
@@ -55,16 +52,6 @@ class TestSearchLists final : public QObject {
     init();
     m_store->CreateKey(TRegistryHive::CurrentUser, RegistryKey::SearchBar);
     QVERIFY(TSearchLists(m_language, *m_store, *m_actions, nullptr).QuickSearches().isEmpty());
-
-    // The user's own file wins over the shipped one.
-    init();
-    QVERIFY(MakePrivateFolder(ProgramFolders::UserData()));
-    QFile own(ProgramFolders::UserData() + "/searches.ini");
-    QVERIFY(own.open(QIODevice::WriteOnly) && own.write("[QuickSearch]\nmine=http://mine.example/%s\n") > 0);
-    own.close();
-    QCOMPARE(TSearchLists(m_language, *m_store, *m_actions, nullptr).QuickSearches(),
-             (TNamedAddresses{{"mine", "http://mine.example/%s"}}));
-    QVERIFY(own.remove());
   }
 
   void ExamplesAreSound() {
