@@ -18,7 +18,6 @@
 #include "browser/page/sign_in_dialog.h"
 #include "browser/tabs/close_all_dialog.h"
 #include "groups/halvex_group_dialog.h"
-#include "search/search_engine_dialog.h"
 #include "support/modal_dialogs.h"
 #include "ui/confirm_dialog.h"
 #include "window/main_window_fixture.h"
@@ -116,16 +115,10 @@ class TestMnemonics final : public QObject {
       if (row.menu != TMenu::Tab) Q_EMIT m_f.window->Actions().Menu(row.menu)->aboutToShow();
       CheckMenu(*menu, QString::fromLatin1(row.name));
     }
-    for (const TCommand command : {TCommand::OrganizeSearchEngines, TCommand::OrganizeQuickSearch}) {
-      OnModalDialog<TfrmSearchEngine>([this](TfrmSearchEngine &dialog) {
-        CheckEditor(dialog);
-        dialog.reject();
-      });
-      m_f.window->Actions()[command]->trigger();
-    }
-    for (const TCommand command : {TCommand::About, TCommand::TabName}) {
+    for (const TCommand command :
+         {TCommand::OrganizeSearchEngines, TCommand::OrganizeQuickSearch, TCommand::About, TCommand::TabName}) {
       OnModalDialog<QDialog>([](QDialog &dialog) {
-        TLetters(dialog.windowTitle()).TakeAll(dialog);
+        dialog.inherits("TfrmSearchEngine") ? CheckEditor(dialog) : Check(dialog, 0);
         dialog.reject();
       });
       m_f.window->Actions()[command]->trigger();

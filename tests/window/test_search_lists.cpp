@@ -1,3 +1,4 @@
+#include <optional>
 #include <QApplication>
 #include <QLabel>
 #include <QMenu>
@@ -26,36 +27,27 @@ class TestSearchLists final : public QObject {
  private Q_SLOTS:
   void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
 
-  void init() {
-    m_actions.reset();
-    m_settings.reset();
-    m_store.reset();
-    m_folder = std::make_unique<QTemporaryDir>();
-    m_store = std::make_unique<TRegistryStore>(m_folder->filePath("registry.sqlite"));
-    m_settings = std::make_unique<TSettings>(*m_store);
-    m_actions = std::make_unique<TActions>(&m_window, m_language, *m_settings);
-  }
+  void init() { m_f.emplace(m_language); }
+  void cleanup() { m_f.reset(); }
 
   void ExamplesComeOnce() {
     {
-      TSearchLists first(m_language, *m_store, *m_actions, nullptr);
+      TSearchLists first(m_language, m_f->store, m_f->actions, nullptr);
       QVERIFY(!first.QuickSearches().isEmpty());
       QCOMPARE(Stored(RegistryKey::QuickSearch), ToLines(first.QuickSearches()));
       QVERIFY(first.Load(TSearchList::SearchEngines).isEmpty());
       first.Save(TSearchList::QuickSearch, {});
     }
-    QVERIFY(m_store->KeyExists(TRegistryHive::CurrentUser, RegistryKey::QuickSearch));
-    const TSearchLists again(m_language, *m_store, *m_actions, nullptr);
-    QVERIFY(again.QuickSearches().isEmpty());
-
+    QVERIFY(m_f->store.KeyExists(TRegistryHive::CurrentUser, RegistryKey::QuickSearch));
+    QVERIFY(TSearchLists(m_language, m_f->store, m_f->actions, nullptr).QuickSearches().isEmpty());
     // Any list at all means that this is no first start.
     init();
-    m_store->CreateKey(TRegistryHive::CurrentUser, RegistryKey::SearchBar);
-    QVERIFY(TSearchLists(m_language, *m_store, *m_actions, nullptr).QuickSearches().isEmpty());
+    m_f->store.CreateKey(TRegistryHive::CurrentUser, RegistryKey::SearchBar);
+    QVERIFY(TSearchLists(m_language, m_f->store, m_f->actions, nullptr).QuickSearches().isEmpty());
   }
 
   void ExamplesAreSound() {
-    const TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
+    const TSearchLists lists(m_language, m_f->store, m_f->actions, nullptr);
     for (const auto &[keyword, format] : lists.QuickSearches()) {
       const TQuickSearch found = TQuickSearch::Of(keyword + " word", lists.QuickSearches());
       QVERIFY2(found.kind == TQuickSearch::TKind::Address && found.address.contains("word"), qPrintable(keyword));
@@ -78,7 +70,7 @@ class TestSearchLists final : public QObject {
     QFETCH(QString, title);
     QFETCH(QString, location);
     QFETCH(QStringList, rows);
-    TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
+    TSearchLists lists(m_language, m_f->store, m_f->actions, nullptr);
     lists.Save(list, {});
     TfrmSearchEngine dialog(m_language, lists, list);
     dialog.show();
@@ -94,7 +86,7 @@ class TestSearchLists final : public QObject {
   }
 
   void OrganizeSavesOrNot() {
-    TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
+    TSearchLists lists(m_language, m_f->store, m_f->actions, nullptr);
     for (const auto &[list, key] : {std::pair(TSearchList::SearchBar, RegistryKey::SearchBar),
                                     {TSearchList::SearchEngines, RegistryKey::SearchEngines},
                                     {TSearchList::QuickSearch, RegistryKey::QuickSearch}}) {
@@ -117,7 +109,7 @@ class TestSearchLists final : public QObject {
 
   // The user is told, and what was changed is still in the dialog to be kept after all.
   void RefusedSave() {
-    TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
+    TSearchLists lists(m_language, m_f->store, m_f->actions, nullptr);
     lists.Save(TSearchList::QuickSearch, FromLines({"a=1", "b=2"}));
     QString told;
     OnModalDialog<TfrmSearchEngine>([&](TfrmSearchEngine &dialog) {
@@ -131,17 +123,17 @@ class TestSearchLists final : public QObject {
       dialog.reject();
     });
     // Somebody else writes all the while.
-    TRegistryStore other(m_store->FilePath());
+    TRegistryStore other(m_f->store.FilePath());
     QVERIFY(other.InTransaction([&] { return !lists.Organize(TSearchList::QuickSearch); }));
     QCOMPARE(told, m_language.Text("MAIN", "StoreNotKept"));
     QCOMPARE(ToLines(lists.QuickSearches()), QStringList({"a=1", "b=2"}));
   }
 
   void Menus() {
-    TSearchLists(m_language, *m_store, *m_actions, nullptr)
+    TSearchLists(m_language, m_f->store, m_f->actions, nullptr)
         .Save(TSearchList::SearchEngines, {{"Tom & co", "http://tom.example/?a=1&b=2"}, {"b", "http://b.example/"}});
-    TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
-    QMenu &engines = *m_actions->Menu(TMenu::SearchEngines);
+    TSearchLists lists(m_language, m_f->store, m_f->actions, nullptr);
+    QMenu &engines = *m_f->actions.Menu(TMenu::SearchEngines);
     Q_EMIT engines.aboutToShow();
     QCOMPARE(engines.actions().size(), 4);
     QVERIFY(engines.actions().at(1)->isSeparator());
@@ -180,7 +172,7 @@ class TestSearchLists final : public QObject {
  private:
   [[nodiscard]] QStringList Stored(const char *key) const {
     QStringList lines;
-    for (const TRegistryValue &value : m_store->Values(TRegistryHive::CurrentUser, key)) {
+    for (const TRegistryValue &value : m_f->store.Values(TRegistryHive::CurrentUser, key)) {
       lines.append(value.name + u'=' + value.data);
     }
     return lines;
@@ -189,12 +181,18 @@ class TestSearchLists final : public QObject {
     return {dialog, "lstEngines", {"txtTitle", "txtUrl"}};
   }
 
+  // What the lists need.
+  struct TParts {
+    explicit TParts(const TLanguage &language) : actions(&window, language, settings) {}
+
+    QTemporaryDir folder;
+    TRegistryStore store{folder.filePath("registry.sqlite")};
+    TSettings settings{store};
+    QWidget window;
+    TActions actions;
+  };
   TLanguage m_language;
-  std::unique_ptr<QTemporaryDir> m_folder;
-  std::unique_ptr<TRegistryStore> m_store;
-  std::unique_ptr<TSettings> m_settings;
-  QWidget m_window;
-  std::unique_ptr<TActions> m_actions;
+  std::optional<TParts> m_f;
 };
 
 QTEST_MAIN(TestSearchLists)
