@@ -41,10 +41,13 @@ class TestAddressFixup final : public QObject {
     url("start page", "zarvela:start", "zarvela:start");
     url("data", "data:text/plain,hello", "data:text/plain,hello");
     url("source", "view-source:example.org/x", "view-source:http://example.org/x");
+    url("colon in the query", "example.org/?a=b:c", "http://example.org/?a=b:c");
     other("nothing", "", TKind::Empty);
     other("two words", "hello world", TKind::Invalid);
     other("scheme alone", "http://", TKind::Invalid);
     other("scheme and path", "http:///x", TKind::Url);
+    other("question mark", "?", TKind::Invalid);
+    other("fragment", "#x", TKind::Invalid);
     other("colons", "::::", TKind::Invalid);
     other("bad port", "http://example.org:99999999/", TKind::Invalid);
     other("source of a source", "view-source:view-source:example.org", TKind::Invalid);

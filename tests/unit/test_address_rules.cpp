@@ -26,12 +26,14 @@ class TTestAddressRules final : public QObject {
     row("known ending in capitals", "example.COM", ".com", "http://www.example.COM.com");
     row("own suffix comes twice", "a.co.uk", ".co.uk", "http://www.a.co.uk.co.uk");
     row("own suffix and one character", "a.co.uk/", ".co.uk", "http://www.a.co.uk/");
+    row("own suffix and two characters", "a.co.uk/b", ".co.uk", "http://www.a.co.uk/b.co.uk");
     row("any one character", "a.edux", ".edu", "http://www.a.edux");
     row("prefix in capitals", "HTTP://WWW.word", ".net", "http://www.HTTP://WWW.word.net");
     row("prefix is there", "http://www.word", ".net", "http://www.word.net");
     row("empty suffix", "word", "", "http://www.word");
     row("empty prefix", "word", ".com", "word.com", "");
     row("the suffix alone", ".edu", ".edu", ".edu.edu", "");
+    row("shorter than the suffix", "a", ".museum", "a.museum", "");
     row("nothing at all", "", ".com", ".com", "");
   }
   void FrameAddress() {
@@ -87,6 +89,8 @@ class TTestAddressRules final : public QObject {
     Columns<QString, TKind, QString>("text", "kind", "address");
     Row("one word", "g word", TKind::Address, "http://a.example/?q=word");
     Row("all words, as they are", "g two  words ", TKind::Address, "http://a.example/?q=two  words ");
+    Row("no query", "g ", TKind::Address, "http://a.example/?q=");
+    Row("blank first", " g word", TKind::None, "");
     Row("keyword's case", "G word", TKind::Address, "http://a.example/?q=word");
     Row("keyword alone", "g", TKind::None, "");
     Row("other blank than the blank", "g\tword", TKind::None, "");

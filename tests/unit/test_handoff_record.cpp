@@ -124,6 +124,7 @@ class TestHandoffRecord final : public QObject {
     QTest::newRow("the session's") << qgetenv("XDG_RUNTIME_DIR") << false;
     QTest::newRow("none") << QByteArray() << true;
     QTest::newRow("relative") << QByteArray("run") << true;
+    QTest::newRow("missing") << QByteArray("/nonexistent/run") << true;
     QTest::newRow("too long for a socket") << qgetenv("XDG_RUNTIME_DIR") + "/" + QByteArray(100, 'x') << true;
   }
   void Folder() {

@@ -84,6 +84,7 @@ class TTestHistoryStore final : public QObject {
     Columns<QString, bool>("text", "found");
     const auto row = [](const char *text, bool found) { QTest::newRow(text) << QString(text) << found; };
     row("news", true);
+    row("NE", true);
     row("ews", false);
     row("weather news", true);
     row("example.org/new", true);
@@ -92,6 +93,7 @@ class TTestHistoryStore final : public QObject {
     row("example.net", false);
     row("news example", true);
     row("strasse", true);
+    row("straße", true);
     row("bucher", true);
     row("索の", true);
     row("索検", false);

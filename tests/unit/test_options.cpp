@@ -104,6 +104,8 @@ class TTestOptions final : public QObject {
     QTest::newRow("word") << "abc" << 35 << true;
     QTest::newRow("empty") << "" << 35 << true;
     QTest::newRow("hexadecimal") << "0x10" << 35 << true;
+    QTest::newRow("largest") << "2147483647" << 2147483647 << true;
+    QTest::newRow("smallest") << "-2147483648" << int(-2147483647 - 1) << true;
     QTest::newRow("too large") << "2147483648" << 35 << true;
   }
   void NumbersAreReadFromText() {

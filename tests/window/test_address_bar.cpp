@@ -213,6 +213,9 @@ class TestAddressBar final : public QObject {
     QTest::newRow("address as text") << " https://a.example/ " << false << "https://a.example/";
     QTest::newRow("host as text") << "www.a.example/x" << false << "www.a.example/x";
     QTest::newRow("the own machine") << "localhost:8080" << false << "localhost:8080";
+    QTest::newRow("host and port as text") << "127.0.0.1:8080/x" << false << "127.0.0.1:8080/x";
+    QTest::newRow("time of day") << "12:30" << false << "";
+    QTest::newRow("prose") << "see www.a.example there" << false << "";
     QTest::newRow("word") << "word" << false << "";
     QTest::newRow("script") << "javascript:alert(1.5)" << false << "";
     QTest::newRow("script as link") << "javascript:alert(1)" << true << "";
