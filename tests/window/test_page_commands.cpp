@@ -199,7 +199,6 @@ class TestPageCommands final : public QObject {
   void StatusText() {
     QVERIFY(OpenPage("Link", "<a href='/b' style='display:block;width:400px;height:300px'>b</a>"));
     QSignalSpy text(&m.Browser(), &THalvexBrowser::StatusTextChanged);
-    QSignalSpy opened(&m.Browser(), &THalvexBrowser::NewWindowRequested);
     int destination = -1;
     connect(&m.Browser(), &THalvexBrowser::NewWindowRequested, this,
             [&](QWebEngineNewWindowRequest *request) { destination = request->destination(); });
