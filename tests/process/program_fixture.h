@@ -36,11 +36,6 @@ class TProgramFixture {
       options.Set(Setting::StartupMode, QStringLiteral("Blank"));
     });
   }
-  void End() {
-    server.Close();
-    server.ForgetRequests();
-  }
-
   // A store to prepare or to look at; close it before the program starts.
   [[nodiscard]] static std::unique_ptr<TRegistryStore> Store() {
     return std::make_unique<TRegistryStore>(ProgramFolders::RegistryFile());

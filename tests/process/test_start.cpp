@@ -1,178 +1,132 @@
 #include <QDeadlineTimer>
+#include <QLocalSocket>
 
-#include "config/registry_paths.h"
+#include "platform/hand_off_record.h"
+#include "platform/instance_lock.h"
 #include "process/program_fixture.h"
+#include "support/data_row.h"
 #include "support/named_lines.h"
 
-// The built program as a process, with folders of its own for every case.
-class TestStart final : public QObject {
+using namespace Qt::StringLiterals;
+
+// The built program as a process, alone and beside a running one, with folders of its own for every case.
+class TestStart final : public QObject, private TProgramFixture {
   Q_OBJECT
 
  private Q_SLOTS:
-  void init() { m_f.Begin(); }
-  void cleanup() { m_f.End(); }
-
-  void Switches_data() {
-    QTest::addColumn<QString>("argument");
-    QTest::newRow("--undef") << "--undef";
-    QTest::newRow("--uninstall") << "--uninstall";
+  void init() { Begin(); }
+  void cleanup() {
+    server.Close();
+    server.ForgetRequests();
   }
 
-  void Switches() {
-    QFETCH(QString, argument);
-    const QString shell = QStringLiteral("http\\shell");
-    m_f.Store()->Write(TRegistryHive::ClassesRoot, shell, {}, QStringLiteral("Zarvela"));
+  void Unregisters() {
+    const QString shell = u"http\\shell"_s;
+    Store()->Write(TRegistryHive::ClassesRoot, shell, {}, u"Zarvela"_s);
     // The switch must end the program before it needs one.
-    const auto program = m_f.StartWithoutScreen({argument});
-    m_f.WaitForEnd(*program);
-    QCOMPARE(m_f.Store()->Read(TRegistryHive::ClassesRoot, shell, {}), QStringLiteral("open"));
-  }
-
-  void OpensAddress() {
-    const auto program = m_f.Start({m_f.Url(1)});
-    QTRY_VERIFY_WITH_TIMEOUT(m_f.Requests(1) > 0, m_f.Soon);
-    m_f.Quit(*program);
-    const auto store = m_f.Store();
-    QVERIFY(TZVOptions(*store).Get(Setting::CommandLine).isEmpty());
-    QVERIFY(store->Subkeys(TRegistryHive::ClassesRoot, QString()).isEmpty());
+    const auto program = StartWithoutScreen({u"--undef"_s});
+    WaitForEnd(*program);
+    QCOMPARE(Store()->Read(TRegistryHive::ClassesRoot, shell, {}), u"open"_s);
   }
 
   void OpensFile_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("contents");  // %1: the address to come to
+    Columns<QString, QString>("name", "contents");  // %1: the address to come to
     // A name with everything that an address would read as something else.
-    QTest::newRow("page") << "my page #1 100%.html"
-                          << "<script>location = '%1'</script>";
-    QTest::newRow("group") << "my group #1 100%.hgp"
-                           << "[HalvexGroup]\na=%1\n";
+    Row("page", "my page #1 100%.html", "<script>location = '%1'</script>");
+    Row("group", "my group #1 100%.hgp", "[HalvexGroup]\na=%1\n");
   }
-
   void OpensFile() {
     QFETCH(QString, name);
     QFETCH(QString, contents);
-    QFile file(m_f.home + QLatin1Char('/') + name);
+    QFile file(home + QLatin1Char('/') + name);
     QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(contents.arg(m_f.Url(2)).toUtf8());
+    file.write(contents.arg(Url(2)).toUtf8());
     file.close();
     // Relative to the working directory.
-    const auto program = m_f.Start({name});
-    QTRY_VERIFY_WITH_TIMEOUT(m_f.Requests(2) > 0, m_f.Soon);
-    m_f.Quit(*program);
+    const auto program = Start({name});
+    QTRY_VERIFY_WITH_TIMEOUT(Requests(2) > 0, Soon);
+    Quit(*program);
   }
 
   void TwoArguments() {
-    m_f.Prepare([this](TZVOptions &options) { options.Set(Setting::StartupPage, m_f.Url(9)); });
-    const auto program = m_f.Start({m_f.Url(1), m_f.Url(2)});
-    QTRY_VERIFY_WITH_TIMEOUT(m_f.Requests(9) > 0, m_f.Soon);
-    m_f.Quit(*program);
-    QVERIFY(m_f.Requests(1) == 0 && m_f.Requests(2) == 0);
-    QVERIFY(TZVOptions(*m_f.Store()).Get(Setting::CommandLine).isEmpty());
+    Prepare([this](TZVOptions &options) {
+      options.Set(Setting::StartupPage, Url(9));
+      options.Set(Setting::AutoRefresh, 30000);
+    });
+    const auto program = Start({Url(1), Url(2)});
+    QTRY_VERIFY_WITH_TIMEOUT(Requests(9) > 0, Soon);
+    Quit(*program);
+    QVERIFY(Requests(1) == 0 && Requests(2) == 0);
+    const auto store = Store();
+    QVERIFY(TZVOptions(*store).Get(Setting::CommandLine).isEmpty());
+    QVERIFY(store->Subkeys(TRegistryHive::ClassesRoot, QString()).isEmpty());
+    QCOMPARE(TZVOptions(*store).Get(Setting::AutoRefresh), 0);  // what the window writes when it goes
   }
 
   void KilledWithManyTabs() {
     constexpr int Count = 200;
     TNamedAddresses sites;
     for (int i = Count; i >= 1; --i) {
-      sites.append({QStringLiteral("url%1").arg(i), m_f.server.Url(QStringLiteral("/page%1").arg(i - 1))});
+      sites.append({u"url%1"_s.arg(i), server.Url(u"/page%1"_s.arg(i - 1))});
     }
-    m_f.Prepare([&](TZVOptions &options) {
-      options.Set(Setting::StartupMode, QStringLiteral("Last"));
+    Prepare([&](TZVOptions &options) {
+      options.Set(Setting::StartupMode, u"Last"_s);
       options.SetLastOpenSites(sites);
     });
     // One more than the list holds, so that it must have been written anew.
-    const QString added = m_f.server.Url(QStringLiteral("/added"));
-    auto program = m_f.Start({added});
+    const QString added = server.Url(u"/added"_s);
+    auto program = Start({added});
     // In the middle of opening, with another process that writes settings all the while.
-    const auto busy = m_f.Store();
+    const auto busy = Store();
     TZVOptions options(*busy);
-    sites.prepend({QStringLiteral("url%1").arg(Count + 1), added});
+    sites.prepend({u"url%1"_s.arg(Count + 1), added});
     QDeadlineTimer deadline(60000);
-    for (int i = 0; (m_f.Requests(20) == 0 || options.LastOpenSites().size() <= Count) && !deadline.hasExpired(); ++i) {
+    for (int i = 0; (Requests(20) == 0 || options.LastOpenSites().size() <= Count) && !deadline.hasExpired(); ++i) {
       options.Set(Setting::LimitTitleLength, 30 + i % 20);
       QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
     }
-    QVERIFY(m_f.Requests(20) > 0);
+    QVERIFY(Requests(20) > 0);
     program->kill();
     QVERIFY(program->waitForFinished());
     QVERIFY(busy->SetAsideFile().isEmpty());
     QCOMPARE(ToLines(options.LastOpenSites()), ToLines(sites));
 
-    m_f.server.ForgetRequests();
-    program = m_f.Start({});
+    server.ForgetRequests();
+    program = Start({});
     // The pages load side by side, in no order.
     const auto missing = [&] {
       QSet<QByteArray> wanted{"/added"};
       for (int i = 0; i < Count; ++i) wanted.insert("/page" + QByteArray::number(i));
-      for (const TTestRequest &request : m_f.server.Requests()) wanted.remove(request.path);
+      for (const TTestRequest &request : server.Requests()) wanted.remove(request.path);
       return wanted;
     };
     QTRY_COMPARE_WITH_TIMEOUT(missing(), QSet<QByteArray>{}, 120000);
+    // It has also taken the place that the killed one had.
+    HandsOver(Count);
     program->kill();
     QVERIFY(program->waitForFinished());
-  }
-
-  void SettingsAtTheEnd() {
-    m_f.Prepare([](TZVOptions &options) {
-      options.Set(Setting::AutoRefresh, 30000);
-      options.Set(Setting::Left, 40);
-      options.Set(Setting::Top, 30);
-      options.Set(Setting::Width, 640);
-      options.Set(Setting::Height, 480);
-      options.Set(Setting::OpenNewInForeground, true);
-      options.Set(Setting::AutoCompleteStyle, QStringLiteral("nonsense"));
-    });
-    m_f.Store()->Write(TRegistryHive::CurrentUser, QString::fromLatin1(RegistryKey::CurrentVersion),
-                       QStringLiteral("ZVID"), QStringLiteral("x"));
-    const auto program = m_f.Start({m_f.Url(7)});
-    QTRY_VERIFY_WITH_TIMEOUT(m_f.Requests(7) > 0, m_f.Soon);
-    m_f.Quit(*program);
-    const auto store = m_f.Store();
-    const TZVOptions options(*store);
-    QCOMPARE(options.Get(Setting::AutoRefresh), 0);
-    QCOMPARE(options.Get(Setting::Left), 40);
-    QCOMPARE(options.Get(Setting::Top), 30);
-    QCOMPARE(options.Get(Setting::Width), 640);
-    QCOMPARE(options.Get(Setting::Height), 480);
-    QVERIFY(options.Get(Setting::OpenNewInForeground));
-    QVERIFY(!options.Get(Setting::Maximized));
-    QCOMPARE(options.Get(Setting::AutoCompleteStyle), QStringLiteral("none"));
-    QVERIFY(!store->Read(TRegistryHive::CurrentUser, QString::fromLatin1(RegistryKey::CurrentVersion),
-                         QStringLiteral("ZVID")));
   }
 
   void BrokenStore() {
     const QFileInfo file(ProgramFolders::RegistryFile());
     QVERIFY(QDir(file.absolutePath()).removeRecursively());
     QVERIFY(QDir().mkpath(file.absolutePath()));
-    QByteArray noise(64 * 1024, Qt::Uninitialized);
-    quint32 seed = 12345;
-    for (char &byte : noise) byte = static_cast<char>((seed = seed * 1664525 + 1013904223) >> 24);
     QFile broken(file.absoluteFilePath());
-    QVERIFY(broken.open(QIODevice::WriteOnly));
-    broken.write(noise);
+    QVERIFY(broken.open(QIODevice::WriteOnly) && broken.write(QByteArray(64 * 1024, 'x')) > 0);
     broken.close();
-
-    const auto program = m_f.Start({m_f.Url(8)});
-    QTRY_VERIFY_WITH_TIMEOUT(m_f.Requests(8) > 0, m_f.Soon);
+    const auto program = Start({Url(8)});
+    QTRY_VERIFY_WITH_TIMEOUT(Requests(8) > 0, Soon);
     program->kill();  // the defaults ask before closing
     QVERIFY(program->waitForFinished());
-
-    // The damaged file is still there, whole, under another name.
-    bool found = false;
-    for (const QFileInfo &entry : file.absoluteDir().entryInfoList(QDir::Files)) {
-      QFile candidate(entry.absoluteFilePath());
-      found = found || (candidate.open(QIODevice::ReadOnly) && candidate.readAll() == noise);
-    }
-    QVERIFY(found);
-    QVERIFY(m_f.Store()->SetAsideFile().isEmpty());
+    QCOMPARE(file.absoluteDir().entryList({u"*damaged*"_s}).size(), 1);
+    QVERIFY(Store()->SetAsideFile().isEmpty());
   }
 
   void RefusedSettings_data() {
-    QTest::addColumn<bool>("noFolder");
-    QTest::newRow("read-only") << false;
-    QTest::newRow("a file where the folder should be") << true;
+    Columns<bool>("noFolder");
+    Row("read-only", false);
+    Row("a file where the folder should be", true);
   }
-
   void RefusedSettings() {
     QFETCH(bool, noFolder);
     const QString folder = QFileInfo(ProgramFolders::RegistryFile()).absolutePath();
@@ -187,30 +141,124 @@ class TestStart final : public QObject {
       QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
     }
     // The address reaches the window even though it cannot be parked in the store.
-    const auto program = m_f.Start({m_f.Url(10)});
-    QTRY_VERIFY_WITH_TIMEOUT(m_f.Requests(10) > 0, m_f.Soon);
-    m_f.Quit(*program);
-    if (noFolder) {
-      QVERIFY(QFile::remove(folder));
-    } else {
-      QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-      QVERIFY(!TZVOptions(*m_f.Store()).Get(Setting::ConfirmShutdown));
+    const auto program = Start({Url(10)});
+    QTRY_VERIFY_WITH_TIMEOUT(Requests(10) > 0, Soon);
+    Quit(*program);
+    if (noFolder) QVERIFY(QFile::remove(folder));
+  }
+
+  // ---- beside a running one ----
+
+  void SecondStart_data() {
+    Columns<QStringList, bool>("arguments", "opens");
+    const QString address = u"%1"_s;  // of page 1, where the server listens
+    QTest::newRow("an address") << QStringList{address} << true;
+    QTest::newRow("only the first of several") << QStringList{address, u"--new"_s} << true;
+    QTest::newRow("a file of its own folder") << QStringList{u"a page.html"_s} << true;
+    QTest::newRow("a page group") << QStringList{u"set.hgp"_s} << true;
+    QTest::newRow("nothing") << QStringList{} << false;
+  }
+  void SecondStart() {
+    QFETCH(QStringList, arguments);
+    QFETCH(bool, opens);
+    const QString folder = home + u"/tmp/elsewhere"_s;
+    QVERIFY(QDir().mkpath(folder));
+    const auto put = [&folder](const QString &name, const QByteArray &contents) {
+      QFile file(folder + u'/' + name);
+      QVERIFY(file.open(QIODevice::WriteOnly));
+      file.write(contents);
+    };
+    put(u"a page.html"_s, "<script>location = '" + Url(1).toUtf8() + "'</script>");
+    put(u"set.hgp"_s, "[HalvexGroup]\nblank1=" + Url(1).toUtf8() + "\n");
+    const auto first = StartFirst();
+    for (QString &argument : arguments) argument.replace(u"%1"_s, Url(1));
+    const auto second = Start(arguments, folder);
+    WaitForEnd(*second);
+    if (opens) QTRY_COMPARE_WITH_TIMEOUT(Requests(1), 1, Soon);
+    // What was handed over went to the running window and nowhere else; it is still there with its own page.
+    HandsOver(2);
+    QCOMPARE(Requests(0), 1);
+    QCOMPARE(Requests(1), opens ? 1 : 0);
+    Quit(*first);
+  }
+
+  void OwnInstances_data() {
+    Columns<bool>("setting");
+    Row("--new", false);
+    Row("AllowMultiInstance", true);
+  }
+  void OwnInstances() {
+    QFETCH(bool, setting);
+    const auto first = StartFirst();
+    Prepare([&](TZVOptions &options) {
+      options.Set(Setting::AllowMultiInstance, setting);
+      options.Set(Setting::StartupPage, Url(1));
+    });
+    const auto second = Start(setting ? QStringList{Url(2)} : QStringList{u"--new"_s});
+    // The page of its start shows that it has a window of its own.
+    QTRY_COMPARE_WITH_TIMEOUT(Requests(1), 1, Soon);
+    if (setting) QTRY_COMPARE_WITH_TIMEOUT(Requests(2), 1, Soon);
+    Quit(*second);
+    Quit(*first);
+  }
+
+  void TenFirstStarts() {
+    // Nobody runs yet: one of them becomes the instance and the others wait for its window.
+    std::vector<std::unique_ptr<QProcess>> all;
+    for (int i = 1; i <= 10; ++i) all.push_back(Start({Url(i)}));
+    for (int i = 1; i <= 10; ++i) QTRY_COMPARE_WITH_TIMEOUT(Requests(i), 1, Soon);
+    const auto running = [&all] {
+      return std::count_if(all.begin(), all.end(), [](const auto &each) { return each->state() == QProcess::Running; });
+    };
+    QTRY_COMPARE_WITH_TIMEOUT(running(), 1, Soon);
+    for (const auto &each : all) {
+      if (each->state() == QProcess::Running) Quit(*each);
     }
   }
 
-  void TwoAtOnce() {
-    m_f.Prepare([](TZVOptions &options) { options.Set(Setting::AllowMultiInstance, true); });
-    const auto first = m_f.Start({m_f.Url(12)});
-    QTRY_VERIFY_WITH_TIMEOUT(m_f.Requests(12) > 0, m_f.Soon);
-    const auto second = m_f.Start({m_f.Url(13)});
-    QTRY_VERIFY_WITH_TIMEOUT(m_f.Requests(13) > 0, m_f.Soon);
-    QCOMPARE(first->state(), QProcess::Running);
-    m_f.Quit(*second);
-    m_f.Quit(*first);
+  void HandsOverToTheOneThatIsLeft() {
+    const auto first = StartFirst();
+    Prepare([&](TZVOptions &options) { options.Set(Setting::StartupPage, Url(1)); });
+    const auto second = Start({u"--new"_s});
+    QTRY_COMPARE_WITH_TIMEOUT(Requests(1), 1, Soon);
+    // A start that looks and goes changes nothing.
+    QVERIFY(!TInstanceLock().CreateInstanceMutex());
+    Quit(*first);
+    // The instance that is left has taken the first one's place as soon as it answers to it.
+    QTRY_VERIFY_WITH_TIMEOUT(
+        [this] {
+          QLocalSocket probe;
+          probe.connectToServer(TInstanceLock().SocketFile());
+          if (!probe.waitForConnected(1000)) return false;
+          probe.write(HandOffRecord::Encode(HandOffRecord::Tag, QString()));
+          return probe.waitForReadyRead(1000) && probe.read(1) == QByteArray(1, HandOffRecord::Taken);
+        }(),
+        Soon);
+    HandsOver(2);
+    Quit(*second);
+  }
+
+  void HolderThatNeverAnswers() {
+    TInstanceLock holder;
+    QVERIFY(holder.CreateInstanceMutex());
+    const auto second = Start({Url(1)});
+    WaitForEnd(*second);
+    QCOMPARE(Requests(1), 0);
   }
 
  private:
-  TProgramFixture m_f;
+  // Where no window could be made: what to do with the address must have been decided before one is.
+  void HandsOver(int page) {
+    const auto start = StartWithoutScreen({Url(page)});
+    WaitForEnd(*start);
+    QTRY_COMPARE_WITH_TIMEOUT(Requests(page), 1, Soon);
+  }
+  // The first instance, once it shows its first page.
+  std::unique_ptr<QProcess> StartFirst() {
+    auto program = Start({Url(0)});
+    if (!QTest::qWaitFor([this] { return Requests(0) > 0; }, Soon)) qWarning("the first instance opened nothing");
+    return program;
+  }
 };
 
 QTEST_GUILESS_MAIN(TestStart)

@@ -1,7 +1,6 @@
 #include "support/test_server.h"
 
 #include <QFile>
-#include <QPointer>
 #include <QSslCertificate>
 #include <QSslConfiguration>
 #include <QSslKey>
@@ -12,29 +11,11 @@
 
 namespace {
 
-// A request larger than this is none that a test sends.
-constexpr qsizetype MaxRequest = 64 * 1024 * 1024;
+constexpr int TrickleInterval = 20;  // milliseconds
 
 QByteArray ReadSupportFile(const char *name) {
   QFile file(QStringLiteral(ZV_SOURCE_DIR "/tests/support/") + QString::fromLatin1(name));
   return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QByteArray ReasonOf(int status) {
-  switch (status) {
-    case 200:
-      return "OK";
-    case 204:
-      return "No Content";
-    case 302:
-      return "Found";
-    case 401:
-      return "Unauthorized";
-    case 404:
-      return "Not Found";
-    default:
-      return "Status";
-  }
 }
 
 // Splits off one whole request; false while bytes are missing.
@@ -60,10 +41,6 @@ bool TakeRequest(const QByteArray &buffer, TTestRequest &request) {
 
 }  // namespace
 
-TTestResponse TTestResponse::Text(const QByteArray &text) {
-  return {.body = text, .headers = {{"Content-Type", "text/plain; charset=utf-8"}}};
-}
-
 TTestResponse TTestResponse::Redirect(const QByteArray &address, int status) {
   return {.status = status, .headers = {{"Location", address}}};
 }
@@ -74,12 +51,6 @@ TTestResponse TTestResponse::Attachment(const QByteArray &fileName, const QByteA
                       {"Content-Disposition", "attachment; filename=\"" + fileName + "\""}}};
 }
 
-TTestResponse TTestResponse::AskSignIn(const QByteArray &realm) {
-  return {.status = 401,
-          .body = "<title>Sign in</title>",
-          .headers = {{"WWW-Authenticate", "Basic realm=\"" + realm + "\""}}};
-}
-
 TTestServer::TTestServer(QObject *parent) : QObject(parent) {}
 
 TTestServer::~TTestServer() {
@@ -87,23 +58,21 @@ TTestServer::~TTestServer() {
 }
 
 bool TTestServer::Listen(quint16 port) {
-  Close();
-  m_tls = false;
-  m_server = std::make_unique<QTcpServer>();
-  connect(m_server.get(), &QTcpServer::pendingConnectionAvailable, this, &TTestServer::TakeConnections);
-  if (!m_server->listen(QHostAddress::LocalHost, port)) return false;
-  m_port = m_server->serverPort();
-  return true;
+  return ListenWith(std::make_unique<QTcpServer>(), false, port);
 }
 
-bool TTestServer::ListenWithTls(quint16 port) {
-  Close();
-  m_tls = true;
+bool TTestServer::ListenWithTls() {
   auto server = std::make_unique<QSslServer>();
   QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
   configuration.setLocalCertificate(QSslCertificate(ReadSupportFile("test_certificate.pem")));
   configuration.setPrivateKey(QSslKey(ReadSupportFile("test_key.pem"), QSsl::Rsa));
   server->setSslConfiguration(configuration);
+  return ListenWith(std::move(server), true, 0);
+}
+
+bool TTestServer::ListenWith(std::unique_ptr<QTcpServer> server, bool tls, quint16 port) {
+  Close();
+  m_tls = tls;
   m_server = std::move(server);
   connect(m_server.get(), &QTcpServer::pendingConnectionAvailable, this, &TTestServer::TakeConnections);
   if (!m_server->listen(QHostAddress::LocalHost, port)) return false;
@@ -135,7 +104,8 @@ void TTestServer::RouteSignIn(const QByteArray &path, const QByteArray &user, co
                               const TTestResponse &response) {
   const QByteArray wanted = "Basic " + (user + ":" + password).toBase64();
   Route(path, [wanted, response](const TTestRequest &request) {
-    return request.Header("authorization") == wanted ? response : TTestResponse::AskSignIn("Test realm");
+    if (request.Header("authorization") == wanted) return response;
+    return TTestResponse{.status = 401, .headers = {{"WWW-Authenticate", "Basic realm=\"Test realm\""}}};
   });
 }
 
@@ -164,10 +134,6 @@ void TTestServer::ReadFrom(QTcpSocket *socket) {
   const auto buffer = m_buffers.find(socket);
   if (buffer == m_buffers.end()) return;
   buffer->append(socket->readAll());
-  if (buffer->size() > MaxRequest) {
-    socket->abort();
-    return;
-  }
   TTestRequest request;
   if (!TakeRequest(*buffer, request)) return;
   buffer->clear();
@@ -175,9 +141,7 @@ void TTestServer::ReadFrom(QTcpSocket *socket) {
   const THandler handler = m_routes.value(request.path);
   const TTestResponse response =
       handler ? handler(request) : TTestResponse::Status(404, "<title>Nothing here</title><p>Nothing here</p>");
-  const QPointer<QTcpSocket> guarded(socket);
-  Q_EMIT RequestReceived(request.path);
-  if (!guarded || response.neverAnswer) return;
+  if (response.neverAnswer) return;
   if (response.delayMs <= 0) {
     Answer(socket, response);
   } else {
@@ -190,7 +154,7 @@ void TTestServer::Answer(QTcpSocket *socket, const TTestResponse &response) {
     socket->disconnectFromHost();
     return;
   }
-  QByteArray head = "HTTP/1.1 " + QByteArray::number(response.status) + " " + ReasonOf(response.status) + "\r\n";
+  QByteArray head = "HTTP/1.1 " + QByteArray::number(response.status) + " Status\r\n";
   bool hasType = false;
   for (const auto &[name, value] : response.headers) {
     head += name + ": " + value + "\r\n";
@@ -213,7 +177,7 @@ void TTestServer::SendBody(QTcpSocket *socket, const TTestResponse &response) {
     return;
   }
   auto *timer = new QTimer(socket);
-  timer->setInterval(response.trickleMs);
+  timer->setInterval(TrickleInterval);
   connect(timer, &QTimer::timeout, socket, [socket, timer, response, sent = qsizetype(0)]() mutable {
     socket->write(response.body.mid(sent, response.trickleBytes));
     sent += response.trickleBytes;

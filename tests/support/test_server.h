@@ -31,20 +31,19 @@ struct TTestResponse {
   int delayMs = 0;              // wait this long before the first byte
   bool neverAnswer = false;     // take the request and stay silent until the server is closed
   bool dropConnection = false;  // close without a byte
-  int trickleBytes = 0;         // send the body in pieces of this size, one every trickleMs
-  int trickleMs = 20;
-  int stopAfterBytes = -1;  // send only so much of the body, then stay silent
+  int trickleBytes = 0;         // send the body in pieces of this size, one after the other
+  int stopAfterBytes = -1;      // send only so much of the body, then stay silent
 
   [[nodiscard]] static TTestResponse Page(const QByteArray &html) { return {.body = html}; }
-  [[nodiscard]] static TTestResponse Text(const QByteArray &text);
   [[nodiscard]] static TTestResponse Status(int status, const QByteArray &html = {}) {
     return {.status = status, .body = html};
+  }
+  [[nodiscard]] static TTestResponse Text(const QByteArray &text) {
+    return {.body = text, .headers = {{"Content-Type", "text/plain; charset=utf-8"}}};
   }
   [[nodiscard]] static TTestResponse Redirect(const QByteArray &address, int status = 302);
   // A file to be saved, sent as an attachment.
   [[nodiscard]] static TTestResponse Attachment(const QByteArray &fileName, const QByteArray &body);
-  // Asks for a user name and a password.
-  [[nodiscard]] static TTestResponse AskSignIn(const QByteArray &realm);
 };
 
 // A small HTTP server on 127.0.0.1 that runs on the test's own event loop and on a free port. Every answer closes its
@@ -61,7 +60,7 @@ class TTestServer final : public QObject {
   // Begins to listen; `port` 0 takes a free one. False when the port is taken.
   [[nodiscard]] bool Listen(quint16 port = 0);
   // The same with TLS and a self-signed certificate for "localhost" and 127.0.0.1.
-  [[nodiscard]] bool ListenWithTls(quint16 port = 0);
+  [[nodiscard]] bool ListenWithTls();
   // Closes the port and every connection. Listen may be called again.
   void Close();
 
@@ -86,10 +85,8 @@ class TTestServer final : public QObject {
   [[nodiscard]] int RequestCount(const QByteArray &path) const { return int(Requests(path).size()); }
   void ForgetRequests() { m_requests.clear(); }
 
- Q_SIGNALS:
-  void RequestReceived(const QByteArray &path);
-
  private:
+  [[nodiscard]] bool ListenWith(std::unique_ptr<QTcpServer> server, bool tls, quint16 port);
   void TakeConnections();
   void ReadFrom(QTcpSocket *socket);
   void Answer(QTcpSocket *socket, const TTestResponse &response);

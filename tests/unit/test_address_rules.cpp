@@ -2,45 +2,26 @@
 
 #include "search/address_forms.h"
 #include "search/inline_completion.h"
+#include "search/quick_search.h"
 #include "search/typed_addresses.h"
 #include "store/registry_store.h"
+#include "support/data_row.h"
 #include "ui/shown_address.h"
+
+using TFault = QuickSearchFormat::TFault;
+using TKind = TQuickSearch::TKind;
 
 // What is made of a text that was typed into the address bar, and of an address that is shown there.
 class TTestAddressRules final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-
-  void EnterForms_data() {
-    QTest::addColumn<Qt::KeyboardModifiers>("keys");
-    QTest::addColumn<QString>("result");
-    QTest::newRow("plain") << Qt::KeyboardModifiers() << " word ";
-    QTest::newRow("ctrl") << Qt::KeyboardModifiers(Qt::ControlModifier) << "c: word .c";
-    QTest::newRow("shift") << Qt::KeyboardModifiers(Qt::ShiftModifier) << "s: word .s";
-    QTest::newRow("both") << (Qt::ControlModifier | Qt::ShiftModifier) << "cs: word .cs";
-    QTest::newRow("alt is no form") << Qt::KeyboardModifiers(Qt::AltModifier) << " word ";
-    QTest::newRow("keypad") << (Qt::KeypadModifier | Qt::ControlModifier) << "c: word .c";
-  }
-
-  void EnterForms() {
-    const TAddressForms forms{{"c:", ".c"}, {"s:", ".s"}, {"cs:", ".cs"}};
-    QFETCH(Qt::KeyboardModifiers, keys);
-    QTEST(forms.Apply(" word ", keys), "result");
-  }
-
   void FrameAddress_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("prefix");
-    QTest::addColumn<QString>("suffix");
-    QTest::addColumn<QString>("result");
+    Columns<QString, QString, QString, QString>("text", "prefix", "suffix", "result");
     const auto row = [](const char *name, const char *text, const char *suffix, const char *result,
-                        const char *prefix = "http://www.") {
-      QTest::newRow(name) << text << prefix << suffix << result;
-    };
+                        const char *prefix = "http://www.") { Row(name, text, prefix, suffix, result); };
     row("bare word", "word", ".com", "http://www.word.com");
     row("has the suffix", "example.com", ".com", "http://www.example.com");
-    row("has another known ending", "http://www.example.net", ".com", "http://www.example.net");
     row("known ending with a slash", "example.org/", ".com", "http://www.example.org/");
     row("known ending in capitals", "example.COM", ".com", "http://www.example.COM.com");
     row("own suffix comes twice", "a.co.uk", ".co.uk", "http://www.a.co.uk.co.uk");
@@ -49,16 +30,12 @@ class TTestAddressRules final : public QObject {
     row("any one character", "a.edux", ".edu", "http://www.a.edux");
     row("prefix in capitals", "HTTP://WWW.word", ".net", "http://www.HTTP://WWW.word.net");
     row("prefix is there", "http://www.word", ".net", "http://www.word.net");
-    row("other scheme", "https://word", ".com", "http://www.https://word.com");
-    row("path", "word/path", ".com", "http://www.word/path.com");
-    row("empty text", "", ".com", "http://www..com");
     row("empty suffix", "word", "", "http://www.word");
     row("empty prefix", "word", ".com", "word.com", "");
     row("the suffix alone", ".edu", ".edu", ".edu.edu", "");
     row("shorter than the suffix", "a", ".museum", "a.museum", "");
     row("nothing at all", "", ".com", ".com", "");
   }
-
   void FrameAddress() {
     QFETCH(QString, text);
     QFETCH(QString, prefix);
@@ -67,21 +44,16 @@ class TTestAddressRules final : public QObject {
   }
 
   void Completion_data() {
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<int>("entry");  // -1: none
-    QTest::addColumn<QString>("text");
-    QTest::newRow("behind the scheme") << "exam" << 1 << "example.org/Path";
-    QTest::newRow("case is one, and becomes the entry's") << "EXAMPLE.ORG/p" << 1 << "example.org/Path";
-    QTest::newRow("direct match wins") << "exact" << 3 << "exact.example";
-    QTest::newRow("first entry wins") << "http://e" << 1 << "http://example.org/Path";
-    QTest::newRow("scheme, direct") << "ht" << 0 << "http://";
-    QTest::newRow("the whole scheme, direct") << "http://" << 0 << "http://";
-    QTest::newRow("begins like the scheme, and is not") << "ho" << 5 << "hotel.example";
-    QTest::newRow("nothing") << "zebra" << -1 << QString();
-    QTest::newRow("long and behind the scheme") << "intranet.ex" << 2 << "intranet.example";
-    QTest::newRow("https is not taken off") << "secure" << -1 << QString();
+    Columns<QString, int, QString>("typed", "entry", "text");  // -1: none
+    Row("behind the scheme", "exam", 1, "example.org/Path");
+    Row("case is one, and becomes the entry's", "EXAMPLE.ORG/p", 1, "example.org/Path");
+    Row("direct match wins", "exact", 3, "exact.example");
+    Row("first entry wins", "http://e", 1, "http://example.org/Path");
+    Row("scheme, direct", "ht", 0, "http://");
+    Row("begins like the scheme, and is not", "ho", 5, "hotel.example");
+    Row("nothing", "zebra", -1, "");
+    Row("https is not taken off", "secure", -1, "");
   }
-
   void Completion() {
     const QStringList entries = {"http://",       "http://example.org/Path", "http://intranet.example",
                                  "exact.example", "https://secure.example",  "http://hotel.example"};
@@ -90,6 +62,52 @@ class TTestAddressRules final : public QObject {
     const auto found = TInlineCompletion::Of(typed, entries);
     QCOMPARE(found ? int(found->entry) : -1, entry);
     if (found) QTEST(found->text, "text");
+  }
+
+  void Formats_data() {
+    Columns<QString, TFault, QString>("format", "fault", "address");
+    const auto good = [](const char *format, const char *address) { Row(format, format, TFault::None, address); };
+    const auto bad = [](const char *format, TFault fault) { Row(format, format, fault, QString()); };
+    good("http://a.example/?q=%s", "http://a.example/?q=two  %s words");
+    good("http://a.example/%%20%s%%", "http://a.example/%20two  %s words%");
+    good("http://a.example/", "http://a.example/");
+    good("%%%s", "%two  %s words");
+    bad("%s%s", TFault::SeveralPlaces);
+    bad("http://a.example/%20%s", TFault::BadPlace);
+    bad("%d", TFault::BadPlace);
+    bad("%S", TFault::BadPlace);
+    bad("%s%", TFault::BadPlace);
+  }
+  void Formats() {
+    QFETCH(QString, format);
+    auto fault = TFault::SeveralPlaces;
+    QTEST(QuickSearchFormat::Fill(format, "two  %s words", fault), "address");
+    QTEST(fault, "fault");
+  }
+
+  void Keywords_data() {
+    Columns<QString, TKind, QString>("text", "kind", "address");
+    Row("one word", "g word", TKind::Address, "http://a.example/?q=word");
+    Row("all words, as they are", "g two  words ", TKind::Address, "http://a.example/?q=two  words ");
+    Row("no query", "g ", TKind::Address, "http://a.example/?q=");
+    Row("blank first", " g word", TKind::None, "");
+    Row("keyword's case", "G word", TKind::Address, "http://a.example/?q=word");
+    Row("keyword alone", "g", TKind::None, "");
+    Row("other blank than the blank", "g\tword", TKind::None, "");
+    Row("unknown", "x word", TKind::None, "");
+    Row("empty format", "none word", TKind::None, "");
+    Row("format with =", "long word", TKind::Address, "http://b.example/?a=1&q=word");
+    Row("first of two", "twice word", TKind::Address, "http://1.example/");
+    Row("bad", "bad word", TKind::BadFormat, "");
+  }
+  void Keywords() {
+    const TNamedAddresses searches = {
+        {"g", "http://a.example/?q=%s"}, {"none", ""},          {"long", "http://b.example/?a=1&q=%s"},
+        {"twice", "http://1.example/"},  {"TWICE", "http://2"}, {"bad", "http://c.example/%s%s"}};
+    QFETCH(QString, text);
+    const TQuickSearch found = TQuickSearch::Of(text, searches);
+    QTEST(found.kind, "kind");
+    QTEST(found.address, "address");
   }
 
   void TypedAddressesMoveAndEnd() {
@@ -137,28 +155,14 @@ class TTestAddressRules final : public QObject {
   }
 
   void Shown_data() {
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<QString>("shown");
-    QTest::newRow("blank") << "about:blank"
-                           << "";
-    QTest::newRow("plain") << "http://example.org/a%20b"
-                           << "http://example.org/a%20b";
-    QTest::newRow("german") << "http://xn--bcher-kva.example/a%20b?c#d"
-                            << "http://bücher.example/a%20b?c#d";
-    QTest::newRow("user and port") << "http://xn--u@xn--bcher-kva.example:8080/"
-                                   << "http://xn--u@bücher.example:8080/";
-    QTest::newRow("japanese") << "http://xn--eckwd4c7c.xn--zckzah/"
-                              << "http://ドメイン.テスト/";
-    QTest::newRow("russian") << "http://xn--e1afmkfd.xn--80akhbyknj4f/"
-                             << "http://пример.испытание/";
-    QTest::newRow("only that label") << "http://xn--80ak6aa92e.xn--bcher-kva.example/"
-                                     << "http://xn--80ak6aa92e.bücher.example/";
-    QTest::newRow("no valid name") << "http://xn--a.example/"
-                                   << "http://xn--a.example/";
-    QTest::newRow("in the path only") << "http://example.org/xn--bcher-kva"
-                                      << "http://example.org/xn--bcher-kva";
+    Columns<QString, QString>("address", "shown");
+    Row("blank", "about:blank", "");
+    Row("german", "http://xn--bcher-kva.example/a%20b?c#d", "http://bücher.example/a%20b?c#d");
+    Row("user and port", "http://xn--u@xn--bcher-kva.example:8080/", "http://xn--u@bücher.example:8080/");
+    Row("only that label", "http://xn--80ak6aa92e.xn--bcher-kva.example/", "http://xn--80ak6aa92e.bücher.example/");
+    Row("no valid name", "http://xn--a.example/", "http://xn--a.example/");
+    Row("in the path only", "http://example.org/xn--bcher-kva", "http://example.org/xn--bcher-kva");
   }
-
   void Shown() {
     QFETCH(QString, address);
     const QString shown = ShownAddress(address);
@@ -167,58 +171,43 @@ class TTestAddressRules final : public QObject {
   }
 
   // What people write their names with.
-  void HonestNames_data() {
-    QTest::addColumn<QString>("name");
-    for (const char *name :
+  void HonestNames() {
+    for (const QString name :
          {"paral\u00B7lel", "việtnam", "コーヒー", "東京tower", "tokyo-カラオケ", "서울abc", "æble",
           "œuvre",          "straße",  "łódź",     "þór",       "smørrebrød",     "тест",    "ёлка",
           "київ",           "ελλάδα",  "հայ",      "שלום",      "مرحبا",          "हिन्दी",   "ไทย"}) {
-      QTest::newRow(name) << QString(name);
+      const QString ace = QString::fromLatin1(QUrl::toAce(name));
+      QVERIFY(ace.startsWith("xn--"));
+      QCOMPARE(ShownHost(ace), name);
     }
   }
 
-  void HonestNames() {
-    QFETCH(QString, name);
-    const QString ace = QString::fromLatin1(QUrl::toAce(name));
-    QVERIFY(ace.startsWith("xn--"));
-    QCOMPARE(ShownHost(ace), name);
-  }
-
   void LookAlikes_data() {
-    QTest::addColumn<QString>("name");
-    const struct {
-      const char *what;
-      QString name;
-    } names[] = {
-        {"one Cyrillic letter among Latin ones", "ex\u0430mple"},
-        {"one Greek letter among Latin ones", "g\u03BFogle"},
-        {"all Cyrillic", "\u0430\u0440\u0440\u04CF\u0435"},
-        {"all Cyrillic, longer", "\u0440\u0430\u0443\u0440\u0430\u04CF"},
-        {"with a digit", "\u0455\u04BB\u043E\u04402"},
-        {"with a mark upon it", "\u0430\u0440\u0440\u04CF\u0435\u0323"},
-        {"all Greek", "\u03BF\u03BD\u03BF"},
-        {"all Armenian", "\u0585\u057D\u0581"},
-        {"Cyrillic and Greek", "\u0436\u03BB"},
-        {"a letter without its dot", "g\u0131thub"},
-        {"a small capital", "\u0262oogle"},
-        {"a letter of phonetics", "\u0251pple"},
-        {"a stroke that is a letter", "paypa\u01C0"},
-        {"a stroke through a letter", "a\u0338b"},
-        {"a line below a letter", "micros\u0331oft"},
-        {"a dot that is none", "paypal\u00B7com"},
-        {"a point that is none", "paypal・com"},
-        {"a slash that is none", "comノa"},
-        {"a dash that is none", "paypal一com"},
-        {"a long vowel as a dash", "paypalー日本"},
-        {"... behind a word", "日本ーcom"},
-        {"a quotation mark", "l\u02BCoreal"},
-        {"digits of two scripts", "1\u0968\u09E8"},
-        {"no letter of its own", "xn--abc-"},
-        {"nothing to be seen", "xn--paypal-rf0c"},
-    };
-    for (const auto &row : names) QTest::newRow(row.what) << row.name;
+    Columns<QString>("name");
+    Row("one Cyrillic letter among Latin ones", "ex\u0430mple");
+    Row("one Greek letter among Latin ones", "g\u03BFogle");
+    Row("all Cyrillic", "\u0430\u0440\u0440\u04CF\u0435");
+    Row("with a digit", "\u0455\u04BB\u043E\u04402");
+    Row("with a mark upon it", "\u0430\u0440\u0440\u04CF\u0435\u0323");
+    Row("all Greek", "\u03BF\u03BD\u03BF");
+    Row("all Armenian", "\u0585\u057D\u0581");
+    Row("Cyrillic and Greek", "\u0436\u03BB");
+    Row("a letter without its dot", "g\u0131thub");
+    Row("a small capital", "\u0262oogle");
+    Row("a letter of phonetics", "\u0251pple");
+    Row("a stroke that is a letter", "paypa\u01C0");
+    Row("a stroke through a letter", "a\u0338b");
+    Row("a dot that is none", "paypal\u00B7com");
+    Row("a point that is none", "paypal・com");
+    Row("a slash that is none", "comノa");
+    Row("a dash that is none", "paypal一com");
+    Row("a long vowel as a dash", "paypalー日本");
+    Row("... behind a word", "日本ーcom");
+    Row("a quotation mark", "l\u02BCoreal");
+    Row("digits of two scripts", "1\u0968\u09E8");
+    Row("no letter of its own", "xn--abc-");
+    Row("nothing to be seen", "xn--paypal-rf0c");
   }
-
   void LookAlikes() {
     QFETCH(QString, name);
     const QString ace = name.startsWith("xn--") ? name : QString::fromLatin1(QUrl::toAce(name));

@@ -3,16 +3,14 @@
 #include <QTest>
 
 #include "platform/desktop_services.h"
+#include "support/data_row.h"
 
 class TestDesktopServices final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-
   void CommandLine_data() {
-    QTest::addColumn<QString>("exec");
-    QTest::addColumn<QStringList>("command");
-
+    Columns<QString, QStringList>("exec", "command");
     const QString file = QStringLiteral("/tmp/a b.htm");
     QTest::newRow("file") << "edit %f" << QStringList{"edit", file};
     QTest::newRow("address") << "edit %u" << QStringList{"edit", "file:///tmp/a%20b.htm"};
@@ -23,7 +21,6 @@ class TestDesktopServices final : public QObject {
     QTest::newRow("lone percent at the end") << "edit %" << QStringList{"edit", "%", file};
     QTest::newRow("empty") << "" << QStringList{};
   }
-
   void CommandLine() {
     QFETCH(QString, exec);
     QTEST(DesktopServices::CommandLine(exec, QStringLiteral("/tmp/a b.htm")), "command");

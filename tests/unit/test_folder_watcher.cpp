@@ -7,6 +7,7 @@
 #include <QtTest>
 
 #include "platform/folder_watcher.h"
+#include "support/data_row.h"
 
 namespace {
 
@@ -37,29 +38,25 @@ class TTestFolderWatcher final : public QObject {
   }
 
   void Tells_data() {
-    QTest::addColumn<QStringList>("steps");  // Each is waited for before the next.
-    QTest::newRow("new file") << QStringList{"write root/new"};
-    QTest::newRow("removed file") << QStringList{"remove root/old"};
-    QTest::newRow("renamed file") << QStringList{"rename root/old root/other"};
-    QTest::newRow("file far below") << QStringList{"write root/deep/deeper/new"};
-    QTest::newRow("file in a new folder") << QStringList{"make root/a", "write root/a/new"};
-    QTest::newRow("file far below in new folders") << QStringList{"make root/a/b/c", "write root/a/b/c/new"};
-    QTest::newRow("file in a renamed folder")
-        << QStringList{"rename root/deep root/other", "write root/other/new", "write root/other/deeper/new"};
-    QTest::newRow("file in a folder of a name used before")
-        << QStringList{"replace root/deep", "write root/deep/new", "write root/deep-old/new"};
-    QTest::newRow("file in a folder moved here")
-        << QStringList{"rename outside root/outside", "write root/outside/new"};
-    QTest::newRow("the folder itself goes and comes") << QStringList{"clear root", "make root", "write root/new"};
-    QTest::newRow("its name is taken by another")
-        << QStringList{"rename root other", "rename outside root", "write root/new"};
+    Columns<QString>("steps");  // Each is waited for before the next.
+    Row("new file", "write root/new");
+    Row("removed file", "remove root/old");
+    Row("renamed file", "rename root/old root/other");
+    Row("file far below", "write root/deep/deeper/new");
+    Row("file in a new folder", "make root/a, write root/a/new");
+    Row("file far below in new folders", "make root/a/b/c, write root/a/b/c/new");
+    Row("file in a renamed folder", "rename root/deep root/other, write root/other/new, write root/other/deeper/new");
+    Row("file in a folder of a name used before", "replace root/deep, write root/deep/new, write root/deep-old/new");
+    Row("file in a folder moved here", "rename outside root/outside, write root/outside/new");
+    Row("the folder itself goes and comes", "clear root, make root, write root/new");
+    Row("its name is taken by another", "rename root other, rename outside root, write root/new");
   }
   void Tells() {
-    QFETCH(QStringList, steps);
+    QFETCH(QString, steps);
     QVERIFY(QDir(m_folder->path()).mkdir("outside"));
     m_watcher->Watch(Path("root"));
     QVERIFY(m_changes->wait(Patience));
-    for (const QString &step : steps) {
+    for (const QString &step : steps.split(", ")) {
       m_changes->clear();
       const QStringList words = step.split(u' ');
       const QString path = Path(words.at(1));

@@ -2,7 +2,6 @@
 #include <QLocale>
 #include <QRegularExpression>
 #include <QtTest>
-#include <QXmlStreamReader>
 
 #include "actions/command_table.h"
 #include "config/language.h"
@@ -99,22 +98,17 @@ QHash<QString, QString> FormSections() {
 }
 
 QList<TUse> UsesInForms(QStringList &problems) {
+  static const QRegularExpression marked(R"re(>(~~|__)(\w+)</string>)re");
   const QHash<QString, QString> sections = FormSections();
   QList<TUse> uses;
   for (const QString &path : Sources({"*.ui"})) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) problems.append(ShortName(path) + ": cannot be read");
     const QString section = sections.value(QFileInfo(path).completeBaseName());
-    QXmlStreamReader reader(&file);
-    while (!reader.atEnd()) {
-      if (reader.readNext() != QXmlStreamReader::StartElement || reader.name() != u"string") continue;
-      const QString text = reader.readElementText(QXmlStreamReader::IncludeChildElements);
-      if (text.size() > 2 && text.startsWith(u"~~")) uses.append({"GLOBAL", text.mid(2), ShortName(path)});
-      if (text.size() <= 2 || !text.startsWith(u"__")) continue;
-      if (section.isEmpty()) problems.append(ShortName(path) + ": no source translates this form, which has " + text);
-      uses.append({section, text.mid(2), ShortName(path)});
+    const QString form = Contents(path);
+    for (auto matches = marked.globalMatch(form); matches.hasNext();) {
+      const QRegularExpressionMatch match = matches.next();
+      if (section.isEmpty() && match.captured(1) == "__") problems.append(ShortName(path) + ": is not translated");
+      uses.append({match.captured(1) == "~~" ? "GLOBAL" : section, match.captured(2), ShortName(path)});
     }
-    if (reader.hasError()) problems.append(ShortName(path) + ": " + reader.errorString());
   }
   return uses;
 }

@@ -6,41 +6,30 @@
 #include "chrome/window_placement.h"
 #include "config/settings.h"
 #include "config/shell_association.h"
+#include "support/data_row.h"
 #include "support/named_lines.h"
 
 class TestStartRules final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-
   void init() {
-    m_folder = std::make_unique<QTemporaryDir>();
-    m_store = std::make_unique<TRegistryStore>(m_folder->filePath(QStringLiteral("registry.sqlite")));
-  }
-
-  void cleanup() {
     m_store.reset();
-    m_folder.reset();
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_store = std::make_unique<TRegistryStore>(m_folder->filePath("registry.sqlite"));
   }
 
   void CommandLine_data() {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<bool>("unregister");
-    QTest::addColumn<bool>("forceNew");
-    QTest::addColumn<QString>("argument");
-
-    const QString address = QStringLiteral("http://127.0.0.1/");
-    QTest::newRow("nothing") << QStringList{} << false << false << QString();
-    QTest::newRow("address") << QStringList{address} << false << false << address;
-    QTest::newRow("--undef") << QStringList{"--undef"} << true << false << QString();
-    QTest::newRow("--uninstall") << QStringList{"--uninstall"} << true << false << QString();
-    QTest::newRow("--new") << QStringList{"--new"} << false << true << QString();
-    QTest::newRow("a switch counts in its own case only") << QStringList{"--NEW"} << false << false << "--NEW";
-    QTest::newRow("an unknown switch is an address") << QStringList{"--help"} << false << false << "--help";
-    QTest::newRow("two arguments mean nothing") << QStringList{"--new", address} << false << false << QString();
-    QTest::newRow("nor do two switches") << QStringList{"--undef", "--undef"} << false << false << QString();
+    Columns<QStringList, bool, bool, QString>("arguments", "unregister", "forceNew", "argument");
+    const QString address = "http://127.0.0.1/";
+    Row("nothing", QStringList{}, false, false, "");
+    Row("address", QStringList{address}, false, false, address);
+    Row("--undef", QStringList{"--undef"}, true, false, "");
+    Row("--uninstall", QStringList{"--uninstall"}, true, false, "");
+    Row("--new", QStringList{"--new"}, false, true, "");
+    Row("a switch counts in its own case only", QStringList{"--NEW"}, false, false, "--NEW");
+    Row("two arguments mean nothing", QStringList{"--new", address}, false, false, "");
   }
-
   void CommandLine() {
     QFETCH(QStringList, arguments);
     const TCommandLine entry = ReadCommandLine(arguments, *m_store);
@@ -49,34 +38,21 @@ class TestStartRules final : public QObject {
     QTEST(entry.argument, "argument");
   }
 
-  void MultiInstanceSetting() {
-    TZVOptions(*m_store).Set(Setting::AllowMultiInstance, true);
-    QVERIFY(ReadCommandLine({}, *m_store).forceNewInstance);
-    QVERIFY(ReadCommandLine({QStringLiteral("a"), QStringLiteral("b")}, *m_store).forceNewInstance);
-  }
-
   void Placement_data() {
-    QTest::addColumn<QRect>("stored");
-    QTest::addColumn<QList<QRect>>("screens");
-    QTest::addColumn<QRect>("placed");
-
+    Columns<QRect, QList<QRect>, QRect>("stored", "screens", "placed");
     const QList<QRect> one{QRect(0, 0, 1920, 1080)};
     const QList<QRect> two{QRect(0, 0, 1920, 1080), QRect(1920, 0, 1280, 1024)};
-    QTest::newRow("on the screen") << QRect(10, 10, 800, 600) << one << QRect(10, 10, 800, 600);
-    QTest::newRow("on the second screen") << QRect(2000, 50, 800, 600) << two << QRect(2000, 50, 800, 600);
-    QTest::newRow("the second screen is gone") << QRect(2000, 50, 800, 600) << one << QRect(0, 0, 800, 600);
-    QTest::newRow("above every screen") << QRect(100, -500, 800, 600) << one << QRect(0, 0, 800, 600);
-    QTest::newRow("below every screen") << QRect(100, 5000, 800, 600) << one << QRect(0, 0, 800, 600);
-    QTest::newRow("partly off, still to be taken hold of")
-        << QRect(1700, 900, 800, 600) << one << QRect(1700, 900, 800, 600);
-    QTest::newRow("a sliver is not enough") << QRect(1900, 10, 800, 600) << one << QRect(0, 0, 800, 600);
-    QTest::newRow("larger than the screen") << QRect(0, 0, 4000, 3000) << one << QRect(0, 0, 1920, 1080);
-    QTest::newRow("stored at half the scale")
-        << QRect(150, 100, 1000, 700) << QList<QRect>{QRect(0, 0, 640, 450)} << QRect(0, 0, 640, 450);
-    QTest::newRow("no size at all") << QRect(10, 10, 0, 0) << one << QRect(10, 10, 320, 240);
-    QTest::newRow("no screen") << QRect(10, 10, 800, 600) << QList<QRect>{} << QRect(10, 10, 800, 600);
+    const QRect second(2000, 50, 800, 600), edge(1700, 900, 800, 600), top(0, 0, 800, 600);
+    Row("on the second screen", second, two, second);
+    Row("the second screen is gone", second, one, top);
+    Row("above every screen", QRect(100, -500, 800, 600), one, top);
+    Row("partly off, still to be taken hold of", edge, one, edge);
+    Row("a sliver is not enough", QRect(1900, 10, 800, 600), one, top);
+    Row("larger than the screen", QRect(0, 0, 4000, 3000), one, QRect(0, 0, 1920, 1080));
+    Row("stored at half the scale", QRect(150, 100, 1000, 700), QList{QRect(0, 0, 640, 450)}, QRect(0, 0, 640, 450));
+    Row("no size at all", QRect(10, 10, 0, 0), one, QRect(10, 10, 320, 240));
+    Row("no screen", top, QList<QRect>{}, top);
   }
-
   void Placement() {
     QFETCH(QRect, stored);
     QFETCH(QList<QRect>, screens);
@@ -89,25 +65,11 @@ class TestStartRules final : public QObject {
     QCOMPARE(TWindowPlacement::Stored(settings), QRect(0, 0, 700, 500));
   }
 
-  void LastSites_data() {
-    QTest::addColumn<QStringList>("lines");
-    QTest::addColumn<QStringList>("opened");
-
-    QTest::newRow("none") << QStringList{} << QStringList{};
-    QTest::newRow("read from the end") << QStringList{"url3=http://c/", "url1=http://a/"}
-                                       << QStringList{"http://a/", "http://c/"};
-    QTest::newRow("an address that holds = itself")
-        << QStringList{"url1=https://a/?x=1&y==2"} << QStringList{"https://a/?x=1&y==2"};
-    QTest::newRow("a local file") << QStringList{"url1=file:///tmp/a=b.html"} << QStringList{"file:///tmp/a=b.html"};
-    QTest::newRow("an empty page") << QStringList{"url2=about:blank"} << QStringList{"about:blank"};
-    QTest::newRow("an empty address opens nothing")
-        << QStringList{"url1=", "url2=http://b/"} << QStringList{"http://b/"};
-  }
-
   void LastSites() {
-    QFETCH(QStringList, lines);
-    TZVOptions(*m_store).SetLastOpenSites(FromLines(lines));
-    QTEST(TLastOpenSites::Read(*m_store), "opened");
+    TZVOptions(*m_store).SetLastOpenSites(
+        FromLines({"url3=http://c/", "url2=", "url1=https://a/?x=1&y==2", "url0=file:///tmp/a=b.html"}));
+    const QStringList opened{"file:///tmp/a=b.html", "https://a/?x=1&y==2", "http://c/"};
+    QCOMPARE(TLastOpenSites::Read(*m_store), opened);
   }
 
   void Association() {
@@ -115,16 +77,16 @@ class TestStartRules final : public QObject {
     QVERIFY(!association.IsDefaultBrowser());
     association.SetAll(true);
     QVERIFY(association.IsDefaultBrowser());
-    const auto command = m_store->Read(TRegistryHive::ClassesRoot, QStringLiteral("http\\shell\\Zarvela\\command"), {});
+    const auto command = m_store->Read(TRegistryHive::ClassesRoot, "http\\shell\\Zarvela\\command", {});
     QVERIFY(command && command->endsWith(QStringLiteral(" \"%1\"")) && !command->startsWith(QLatin1Char('"')));
 
     // A class that another program has taken over is left to it.
-    m_store->Write(TRegistryHive::ClassesRoot, QStringLiteral("https\\shell"), {}, QStringLiteral("Other"));
+    m_store->Write(TRegistryHive::ClassesRoot, "https\\shell", {}, "Other");
     QVERIFY(!association.IsDefaultBrowser());
     association.SetAll(false);
-    QCOMPARE(association.Read(QStringLiteral("http")).defaultVerb, QStringLiteral("open"));
-    QCOMPARE(association.Read(QStringLiteral("https")).defaultVerb, QStringLiteral("Other"));
-    QVERIFY(m_store->KeyExists(TRegistryHive::ClassesRoot, QStringLiteral("http\\shell\\Zarvela")));
+    QCOMPARE(association.Read("http").defaultVerb, "open");
+    QCOMPARE(association.Read("https").defaultVerb, "Other");
+    QVERIFY(m_store->KeyExists(TRegistryHive::ClassesRoot, "http\\shell\\Zarvela"));
   }
 
  private:

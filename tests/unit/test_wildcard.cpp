@@ -32,7 +32,6 @@ class TestWildcard final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-
   void Rules_data() {
     Columns<QString, QString, bool>("pattern", "text", "fits");
     const auto row = [](const char *pattern, const char *text, bool fits) {
@@ -41,79 +40,54 @@ class TestWildcard final : public QObject {
     row("", "", true);
     row("", "a", false);
     row("*", "", true);
-    row("*", "abc", true);
     row("**", "", false);  // only a single star fits nothing at all
     row("**", "a", true);
-    row("***", "", false);
-    row("***", "a", true);
     row("a**", "a", false);
     row("a**", "ab", true);
     row("a*", "a", true);
-    row("**a", "a", true);
     row("a**b", "ab", true);
     row("?", "", false);
     row("?", "ab", false);
-    row("?*", "a", true);
-    row("*?", "", false);
-    row("a?c", "abc", true);
     row("a?c", "ac", false);
     row("ABC*", "abcd", false);
     row("a*b*c", "a-b-c-b-c", true);
-    row("a*b*c", "a-c-b", false);
     row("*ab", "aab", true);
-    row("*ab*ab", "ab", false);
     row("*a?b*", "aacb", true);
   }
-
   void Rules() {
     QFETCH(QString, pattern);
     QFETCH(QString, text);
     QTEST(MatchWildcard(text, pattern), "fits");
   }
 
-  void Hostile_data() {
-    QTest::addColumn<QString>("pattern");
-    QTest::newRow("many stars") << QStringLiteral("*a").repeated(500) + QStringLiteral("b");
-    QTest::newRow("many stars, open end") << QStringLiteral("*a").repeated(500) + QStringLiteral("b*");
-    QTest::newRow("stars in a row") << QString(5000, u'*') + u'b';
-    QTest::newRow("stars and question marks") << QStringLiteral("*?").repeated(500) + QStringLiteral("b");
-    QTest::newRow("nearly fitting parts") << QStringLiteral("*aaaaaaab").repeated(50);
-  }
-
+  // Tried star by star this would not end in anybody's life.
   void Hostile() {
-    QFETCH(QString, pattern);
-    // Tried star by star this would not end in anybody's life.
     const QString text(100000, u'a');
-    QVERIFY(!MatchWildcard(text, pattern));
-    QVERIFY(!MatchWildcard(text, QStringLiteral("a") + pattern));
-    TPopupPatterns patterns;
-    QStringList list;
-    for (int i = 0; i < 100; ++i) list.append(pattern + QString::number(i));
-    patterns.Set(list);
-    QCOMPARE(patterns.FirstMatch(text), -1);
+    for (const QString &pattern :
+         {QStringLiteral("*a").repeated(500) + u'b', QString(5000, u'*') + u'b',
+          QStringLiteral("*?").repeated(500) + u'b', QStringLiteral("*aaaaaaab").repeated(50)}) {
+      QVERIFY(!MatchWildcard(text, pattern));
+      TPopupPatterns patterns;
+      QStringList list;
+      for (int i = 0; i < 100; ++i) list.append(pattern + QString::number(i));
+      patterns.Set(list);
+      QCOMPARE(patterns.FirstMatch(text), -1);
+    }
   }
 
   void Prefixes_data() {
     Columns<QStringList, QString, int>("patterns", "address", "first");
-    const QString host = QStringLiteral("ads.example");
-    const QString page = QStringLiteral("http://ads.example/x");
-    QTest::newRow("itself") << QStringList{host} << host << 0;
-    QTest::newRow("its beginning") << QStringList{host} << host + QStringLiteral("/x") << 0;
-    QTest::newRow("not behind a scheme") << QStringList{host} << page << -1;
-    QTest::newRow("case counts") << QStringList{"http://ADS.example"} << page << -1;
-    QTest::newRow("a star in the host") << QStringList{"http://*.example"} << page << 0;
-    QTest::newRow("a star at the end stays one") << QStringList{"http://ads.example/x*"} << page << 0;
-    QTest::newRow("two stars want more") << QStringList{"http://ads.example/x**"} << page << -1;
-    QTest::newRow("a question mark") << QStringList{"http://ad?.example"} << page << 0;
-    QTest::newRow("an empty pattern is none") << QStringList{QString()} << page << -1;
-    QTest::newRow("the first, not the longest") << QStringList{"zzz", "http://ads", "http://ads.example/"} << page << 1;
-    QTest::newRow("the first, not the shortest") << QStringList{"http://ads.example/", "http://ads"} << page << 0;
-    QTest::newRow("a wildcard before a plain one") << QStringList{"*ads", "http://ads"} << page << 0;
-    QTest::newRow("a plain one before a wildcard") << QStringList{"http://ads", "*ads"} << page << 0;
-    QTest::newRow("everything") << QStringList{"*"} << QString() << 0;
-    QTest::newRow("any one character") << QStringList{"?"} << page << 0;
+    const QString page = "http://ads.example/x";
+    Row("its beginning", QStringList{"http://ads"}, page, 0);
+    Row("not behind a scheme", QStringList{"ads.example"}, page, -1);
+    Row("case counts", QStringList{"http://ADS.example"}, page, -1);
+    Row("a star in the host", QStringList{"http://*.example"}, page, 0);
+    Row("two stars want more", QStringList{"http://ads.example/x**"}, page, -1);
+    Row("an empty pattern is none", QStringList{QString()}, page, -1);
+    Row("the first, not the longest", QStringList{"zzz", "http://ads", "http://ads.example/"}, page, 1);
+    Row("a wildcard before a plain one", QStringList{"*ads", "http://ads"}, page, 0);
+    Row("everything", QStringList{"*"}, "", 0);
   }
-
   void Prefixes() {
     QFETCH(QStringList, patterns);
     QFETCH(QString, address);
@@ -122,56 +96,27 @@ class TestWildcard final : public QObject {
     QTEST(list.FirstMatch(address), "first");
   }
 
-  void LikeWalking_data() {
-    QTest::addColumn<QByteArray>("letters");
-    QTest::newRow("few wildcards") << QByteArray("aaabbbc*");
-    QTest::newRow("many wildcards") << QByteArray("abc*?");
-    QTest::newRow("no wildcards") << QByteArray("ab");
-  }
-
   void LikeWalking() {
-    QFETCH(QByteArray, letters);
     QRandomGenerator random(815);
-    int matches = 0;
-    for (int round = 0; round < 300; ++round) {
-      QStringList patterns;
-      for (int i = 0; i < 30; ++i) patterns.append(RandomText(random, letters.constData(), 9));
-      // The same object takes one list after the other.
-      static TPopupPatterns list;
-      list.Set(patterns);
-      for (int i = 0; i < 40; ++i) {
-        const QString address = RandomText(random, "aaabbc", 12);
-        const int expected = FirstByWalking(patterns, address);
-        matches += expected >= 0 ? 1 : 0;
-        if (list.FirstMatch(address) != expected) {
-          QFAIL(qPrintable(patterns.join(u' ') + QStringLiteral(" and ") + address));
+    // The same object takes one list after the other.
+    TPopupPatterns list;
+    // With few wildcards, with many, and with none.
+    for (const char *letters : {"aaabbbc*", "abc*?", "ab"}) {
+      int matches = 0;
+      for (int round = 0; round < 300; ++round) {
+        QStringList patterns;
+        for (int i = 0; i < 30; ++i) patterns.append(RandomText(random, letters, 9));
+        list.Set(patterns);
+        for (int i = 0; i < 40; ++i) {
+          const QString address = RandomText(random, "aaabbc", 12);
+          const int expected = FirstByWalking(patterns, address);
+          matches += expected >= 0 ? 1 : 0;
+          const bool isSame = list.FirstMatch(address) == expected;
+          QVERIFY2(isSame, qPrintable(patterns.join(u' ') + " and " + address));
         }
       }
+      QVERIFY(matches > 1000 && matches < 300 * 40);
     }
-    QVERIFY(matches > 1000 && matches < 300 * 40);
-  }
-
-  void LongList_data() {
-    Columns<QString, QString>("form", "address");
-    Row("hosts", "http://ads%1.example/", "http://ads%1.example/banner?x=1");
-    Row("stars in the host", "http://*.ads%1.example/", "http://www.ads%1.example/banner");
-    Row("anywhere", "*/banner%1-", "http://www.example/a/banner%1-/page");
-    Row("hostile", "*a*a*a*a*a*b%1-", "http://aaaaaaaaaaaaaaaaaaaaaaaa/b%1-x");
-  }
-
-  void LongList() {
-    QFETCH(QString, form);
-    QFETCH(QString, address);
-    constexpr int Count = 100000;
-    QStringList patterns;
-    patterns.reserve(Count);
-    for (int i = 0; i < Count; ++i) patterns.append(form.arg(i));
-    TPopupPatterns list;
-    list.Set(patterns);
-    // So many that walking through the list each time would take minutes.
-    for (int i = 0; i < Count; i += 37) QCOMPARE(list.FirstMatch(address.arg(i)), i);
-    const QString stranger(2000, u'a');
-    for (int i = 0; i < 500; ++i) QCOMPARE(list.FirstMatch(stranger + QString::number(i)), -1);
   }
 };
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <memory>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QTemporaryDir>
@@ -66,45 +65,35 @@ class TAddressBarFixture {
 // The bar with nothing beside it.
 class TLoneAddressBarFixture : public TAddressBarFixture {
  public:
-  // Once for all tests.
-  void Prepare() { QVERIFY(language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
-  void Begin() {
-    m_folder = std::make_unique<QTemporaryDir>();
-    store = std::make_unique<TRegistryStore>(m_folder->filePath(QStringLiteral("registry.sqlite")));
-    settings = std::make_unique<TSettings>(*store);
-    history = std::make_unique<THistoryStore>(m_folder->filePath(QStringLiteral("history.sqlite")));
-    window = std::make_unique<QMainWindow>();
-    window->resize(800, 600);
+  TLoneAddressBarFixture() {
+    window.resize(800, 600);
+    if (!language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))) qFatal("no language");
   }
   // With one of the styles of completion.
   void Make(const char *style = "none") {
-    settings->Set(Setting::AutoCompleteStyle, QString::fromLatin1(style));
-    TAddressBarFixture::Make(*window, language, *settings, *history);
-  }
-  void End() {
-    window.reset();
-    history.reset();
-    settings.reset();
-    store.reset();
-    m_folder.reset();
+    settings.Set(Setting::AutoCompleteStyle, QString::fromLatin1(style));
+    TAddressBarFixture::Make(window, language, settings, history);
   }
   // Typed addresses of earlier, the last one on top.
   void File(std::initializer_list<const char *> addresses) {
     TTypedAddresses typed;
     for (const char *address : addresses) typed.File(QString::fromLatin1(address));
-    typed.Save(*store);
+    typed.Save(store);
+  }
+  [[nodiscard]] QStringList Filed() const {
+    TTypedAddresses typed;
+    typed.Load(store);
+    return typed.List();
   }
   void Visit(const QString &address, const QString &title, int times) {
-    for (int i = 0; i < times; ++i) history->AddVisit(address, title);
-    QVERIFY(history->Flush());
+    for (int i = 0; i < times; ++i) history.AddVisit(address, title);
+    QVERIFY(history.Flush());
   }
 
+  QTemporaryDir folder;
   TLanguage language;
-  std::unique_ptr<TRegistryStore> store;
-  std::unique_ptr<TSettings> settings;
-  std::unique_ptr<THistoryStore> history;
-  std::unique_ptr<QMainWindow> window;
-
- private:
-  std::unique_ptr<QTemporaryDir> m_folder;
+  TRegistryStore store{folder.filePath(QStringLiteral("registry.sqlite"))};
+  TSettings settings{store};
+  THistoryStore history{folder.filePath(QStringLiteral("history.sqlite"))};
+  QMainWindow window;
 };

@@ -42,6 +42,7 @@ class TCommandsFixture {
     m_f.server.RoutePage("/a", "Page A", "word word word");
     m_f.server.RoutePage("/b", "Page B");
     m_f.server.RoutePage("/c", "Page C");
+    m_f.server.RoutePage("/odd", "Q&amp;A? 100% #1");
     m_f.server.RoutePage("/edit", "Edit", "<textarea id=t>text</textarea><script>t.focus();t.select()</script>");
     m_f.server.Route("/never", TTestResponse{.neverAnswer = true});
     m_f.Begin();
@@ -197,14 +198,9 @@ class TCommandsFixture {
   [[nodiscard]] TStep AsksQuestion(const TTextKey &caption, const TTextKey &first, const TTextKey &second) {
     return Asks<TfrmConfirm>([this, caption, first, second](TfrmConfirm &dialog) {
       const TLanguage &language = Window().Language();
-      const auto text = [&language](const TTextKey &key) {
-        return key.section == nullptr ? QString() : language.Text(key);
-      };
-      if (caption.section != nullptr) CompareTexts(dialog.windowTitle(), text(caption));
-      CompareTexts(dialog.findChild<QLabel *>(u"lblTitle"_s)->text(), text(first));
-      if (second.section != nullptr) {
-        CompareTexts(dialog.findChild<QTextEdit *>(u"mmoPrompt2"_s)->toPlainText(), text(second));
-      }
+      CompareTexts(dialog.windowTitle(), language.Text(caption));
+      CompareTexts(dialog.findChild<QLabel *>(u"lblTitle"_s)->text(), language.Text(first));
+      CompareTexts(dialog.findChild<QTextEdit *>(u"mmoPrompt2"_s)->toPlainText(), language.Text(second));
       dialog.findChild<QPushButton *>(u"cmdOK"_s)->click();
     });
   }

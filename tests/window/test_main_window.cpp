@@ -1,343 +1,296 @@
 #include <QCheckBox>
-#include <QClipboard>
-#include <QComboBox>
-#include <QDir>
-#include <QLabel>
+#include <QFile>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QPushButton>
-#include <QStatusBar>
-#include <QToolBar>
+#include <QToolButton>
 #include <QWebEnginePage>
 
-#include "actions/actions.h"
-#include "browser/tabs/home_page.h"
-#include "browser/tabs/page_commands.h"
 #include "config/registry_paths.h"
+#include "groups/group_folder.h"
 #include "search/address_bar.h"
+#include "support/data_row.h"
 #include "support/modal_dialogs.h"
 #include "support/named_lines.h"
 #include "window/main_window_fixture.h"
 #include "window/page_click.h"
 
-// The main window with the real engine, driven through its keys, menus and boxes.
+using namespace Qt::StringLiterals;
+
+// What the modules of the main window are to each other, with real pages, and what is there after the next start.
 class TestMainWindow final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase();
-  void init();
-  void cleanup() { m_f.End(); }
+  void initTestCase() {
+    m_f.Prepare();
+    for (int i = 0; i < 10; ++i) m_f.server.RoutePage("/p" + QByteArray::number(i), "Page " + QByteArray::number(i));
+    m_f.server.RoutePage("/link", "Link", "<a href='/p1'>1</a>");
+    m_f.server.RoutePage("/full", "Full", "<div onclick='this.requestFullscreen()' style='height:300px'>big</div>");
+    m_f.server.RoutePage("/opener", "Opener", "<script>window.open('/p0?from=page')</script>");
+  }
+  void init() {
+    m_f.Begin();
+    TZVOptions(*m_f.store).Set(Setting::PopupHalvexNotify, false);
+    m_f.Open();
+    QCOMPARE(m_f.window->windowTitle(), m_f.window->Language().Global("Blank") + u" — Zarvela"_s);
+  }
+  void cleanup() {
+    m_f.End();
+    QDir(TGroupFolder::Path()).removeRecursively();
+  }
 
-  void NoMarkerIsLeft();
-  void AddressBox();
-  void KeyboardAfterAnotherSite();
-  void NewTabCommands_data();
-  void NewTabCommands();
-  void NewTabFromClipboard();
-  void BackAndForward();
-  void MailLink();
-  void FullScreenAndBars();
-  void ClosingTheFullScreenPage();
-  void TabColors_data();
-  void TabColors();
-  void LanguageMenu();
-  void ListFollowsTabs();
-  void ShutdownQuestion();
-  void PlacementSurvives();
+  // A page of another site has a widget of its own; the keyboard is on the page then and not on its first link.
+  void KeyboardAfterAnotherSite() {
+    TBrowserTab *tab = Active();
+    tab->Navigate(u"zarvela:start"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(tab->GetLocationUrl() == u"zarvela:start"_s && !tab->Busy(), m_f.LoadTime);
+    Type(m_f.server.Url(u"/link"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(m_f.window->windowTitle(), u"Link — Zarvela"_s, m_f.LoadTime);
+    QVERIFY(tab->Browser()->isAncestorOf(QApplication::focusWidget()));
+    QString focused;
+    tab->Browser()->EnginePage()->runJavaScript(u"document.activeElement.tagName"_s,
+                                                [&](const QVariant &name) { focused = name.toString(); });
+    QTRY_COMPARE_WITH_TIMEOUT(focused, u"BODY"_s, m_f.LoadTime);
+  }
+
+  void ClosingTheFullScreenPage() {
+    m_f.window->Tabs().NewTab();
+    Load(u"/full"_s);
+    ClickPage(*Active()->Browser(), QPoint(60, 150));
+    QTRY_VERIFY(m_f.window->isFullScreen());
+    QVERIFY(!m_f.window->menuBar()->isVisible());
+    Action(TCommand::CloseTab)->trigger();
+    QTRY_VERIFY(!m_f.window->isFullScreen());
+    QVERIFY(m_f.window->menuBar()->isVisible());
+  }
+
+  void ListFollowsTabs() {
+    TZVOptions options(*m_f.store);
+    Load(u"/p0"_s);
+    QVERIFY(options.LastOpenSites().isEmpty());
+    Action(TCommand::StartLast)->trigger();
+    const QString first = u"url1="_s + m_f.server.Url(u"/p0"_s);
+    QTRY_COMPARE(ToLines(options.LastOpenSites()), QStringList{first});
+    Tabs().NewTab()->Navigate(m_f.server.Url(u"/p1"_s));
+    const QString second = u"url2="_s + m_f.server.Url(u"/p1"_s);
+    QTRY_COMPARE(ToLines(options.LastOpenSites()), (QStringList{second, first}));
+    Action(TCommand::CloseTab)->trigger();
+    QTRY_COMPARE(ToLines(options.LastOpenSites()), QStringList{first});
+    // However it stands: when the window goes it is written.
+    QVERIFY(options.SetLastOpenSites({}));
+    m_f.window.reset();
+    QCOMPARE(ToLines(options.LastOpenSites()), QStringList{first});
+  }
+
+  void ShutdownQuestion() {
+    TZVOptions options(*m_f.store);
+    options.Set(Setting::ConfirmShutdown, true);
+    for (const bool tick : {false, true}) {
+      OnModalDialog<QDialog>([tick](QDialog &dialog) {
+        dialog.findChild<QCheckBox *>(u"chkConfirm"_s)->setChecked(tick);
+        dialog.findChild<QPushButton *>(u"cmdCancel"_s)->click();
+      });
+      QVERIFY(!m_f.window->close() && m_f.window->isVisible());
+      QCOMPARE(options.Get(Setting::ConfirmShutdown), !tick);
+    }
+    QVERIFY(m_f.window->close());  // asks no more
+  }
+
+  // A window that ends maximised keeps the placement that a normal one has stored.
+  void PlacementIsStored() {
+    m_f.window->move(30, 20);
+    m_f.window->resize(620, 410);
+    QTRY_COMPARE(m_f.window->size(), QSize(620, 410));
+    m_f.Open();
+    m_f.window->resize(700, 500);
+    m_f.window->showMaximized();
+    QTRY_VERIFY(m_f.window->isMaximized());
+    m_f.window.reset();
+    const TZVOptions options(*m_f.store);
+    QVERIFY(options.Get(Setting::Maximized));
+    QCOMPARE(QRect(options.Get(Setting::Left), options.Get(Setting::Top), options.Get(Setting::Width),
+                   options.Get(Setting::Height)),
+             QRect(30, 20, 620, 410));
+  }
+
+  void PagesToCome() {
+    QByteArray lines;
+    for (int i = 0; i < 10; ++i)
+      lines += "n" + QByteArray::number(i) + '=' + m_f.server.Url(u"/p%1"_s.arg(i)).toUtf8() + '\n';
+    WriteGroup(u"Set.hgp"_s, lines);
+    auto *toCome = m_f.window->findChild<QToolButton *>(u"tbPagesToCome"_s);
+    for (const bool byButton : {true, false}) {
+      QMenu *menu = m_f.window->Actions().Menu(TMenu::Groups);
+      Q_EMIT menu->aboutToShow();
+      menu->actions().last()->trigger();
+      // Before the event loop turns nothing can have begun.
+      QCOMPARE(toCome->text(), m_f.window->Language().Text("MAIN", "PagesToCome").arg(10));
+      QVERIFY(toCome->isVisible());
+      byButton ? toCome->click() : Action(TCommand::StopAll)->trigger();
+      QTRY_VERIFY_WITH_TIMEOUT(!toCome->isVisible(), m_f.LoadTime);
+      QCOMPARE(m_f.server.RequestCount("/p9"), 0);
+    }
+  }
+
+  void GroupToStartWith() {
+    WriteGroup(u"Start.hgp"_s, "first=about:blank#1\n");
+    OnModalDialog<QFileDialog>([](QFileDialog &dialog) { dialog.reject(); });
+    Action(TCommand::StartGroup)->trigger();
+    QVERIFY(Action(TCommand::StartBlank)->isChecked());
+    OnModalDialog<QFileDialog>([](QFileDialog &dialog) {
+      // The extension need not be typed.
+      dialog.findChild<QLineEdit *>()->setText(u"Start"_s);
+      QTest::keyClick(dialog.findChild<QLineEdit *>(), Qt::Key_Return);
+    });
+    Action(TCommand::StartGroup)->trigger();
+    m_f.Open();
+    QCOMPARE(Tabs().Tab(0)->StickyName(), u"first"_s);
+  }
+
+  void PopupsAreStopped() {
+    // Whatever it was read from, the list is written at the end: in its order, and numbered.
+    const QString stopped = m_f.server.Url(u"/p0"_s);
+    const QString key = QString::fromLatin1(RegistryKey::PopupHalvex);
+    m_f.window.reset();
+    QVERIFY(m_f.store->ReplaceKey(TRegistryHive::CurrentUser, key, {{"url7", stopped}, {"old", "http://1.test/"}}));
+    m_f.Open();
+    auto *counter = m_f.window->findChild<QToolButton *>(u"tbPopupsStopped"_s);
+    QVERIFY(!counter->isVisible());
+    Active()->Navigate(m_f.server.Url(u"/opener"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(counter->isVisible(), m_f.LoadTime);
+    QCOMPARE(counter->text(), m_f.window->Language().Text("POPUPS", "Stopped").arg(1));
+    QTRY_COMPARE_WITH_TIMEOUT(Tabs().TabCount(), 1, 3 * TTabStrip::CloseHiddenInterval);
+    // The counter is that of the page in front.
+    Tabs().NewTab();
+    QVERIFY(!counter->isVisible());
+    Active()->Close();
+    QVERIFY(counter->isVisible());
+    Q_EMIT counter->menu()->aboutToShow();
+    QCOMPARE(counter->menu()->actions().size(), 1);
+    m_f.window.reset();
+    QStringList lines;
+    for (const TRegistryValue &value : m_f.store->Values(TRegistryHive::CurrentUser, key)) {
+      lines.append(value.name + u'=' + value.data);
+    }
+    QCOMPARE(lines, (QStringList{u"url1=http://1.test/"_s, u"url2="_s + stopped}));
+  }
+
+  void WhatIsTypedIsKept() {
+    const QString page = m_f.server.Url(u"/p2"_s);
+    Type(page);
+    QTRY_COMPARE_WITH_TIMEOUT(Bar()->count(), 1, m_f.LoadTime);
+    m_f.Open();
+    QCOMPARE(Bar()->itemText(0), page);
+  }
+
+  // What the window makes of the text that a later start hands over.
+  void ReceivedText_data() {
+    // The text of a file is its name, which is made in the test's folder.
+    Columns<QString, bool, bool>("text", "asGroup", "asTab");
+    Row("an address", "about:blank#a", false, true);
+    Row("a group", "My set.hgp", true, false);
+    Row("capitals are another extension", "set.HGP", false, true);
+    Row("a switch is an address", "--new", false, true);
+    Row("nothing", "", false, false);
+  }
+  void ReceivedText() {
+    QFETCH(QString, text);
+    QFETCH(bool, asGroup);
+    QFETCH(bool, asTab);
+    // What is opened as a group gives its name to the tab.
+    if (text.endsWith(u".hgp"_s, Qt::CaseInsensitive)) {
+      text = m_f.Path(text);
+      QFile made(text);
+      QVERIFY(made.open(QIODevice::WriteOnly));
+      made.write("[HalvexGroup]\nfrom the group=about:blank#a\n");
+    }
+    m_f.window->wmCopyDataDataReceived(text);
+    QCOMPARE(Tabs().TabCount(), asTab || asGroup ? 2 : 1);
+    QCOMPARE(Tabs().Tab(Tabs().TabCount() - 1)->StickyName(), QString(asGroup ? "from the group" : ""));
+    if (asTab) QCOMPARE(Active()->Url(), text);
+  }
+
+  void ReceivedTextComesToTheFront_data() {
+    Columns<Qt::WindowState>("state");
+    QTest::newRow("normal") << Qt::WindowNoState;
+    QTest::newRow("maximised") << Qt::WindowMaximized;
+    QTest::newRow("full screen") << Qt::WindowFullScreen;
+  }
+  void ReceivedTextComesToTheFront() {
+    QFETCH(Qt::WindowState, state);
+    if (state == Qt::WindowFullScreen) {
+      Action(TCommand::FullScreen)->trigger();
+    } else {
+      m_f.window->setWindowState(state);
+    }
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    m_f.window->wmCopyDataDataReceived(QString());
+    QVERIFY(QTest::qWaitForWindowActive(m_f.window.get()));
+    QCOMPARE(m_f.window->windowState() & ~Qt::WindowActive, state);
+    m_f.window->setWindowState(m_f.window->windowState() | Qt::WindowMinimized);
+    m_f.window->wmCopyDataDataReceived(QString());
+    QVERIFY(QTest::qWaitForWindowActive(m_f.window.get()));
+    QCOMPARE(m_f.window->windowState() & ~Qt::WindowActive, state);
+    QCOMPARE(Tabs().TabCount(), 1);
+  }
+
+  void ReceivedTextIsDroppedWhileADialogAsks() {
+    QDialog dialog(m_f.window.get());
+    dialog.open();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    m_f.window->wmCopyDataDataReceived(u"about:blank"_s);
+    QCOMPARE(Tabs().TabCount(), 1);
+    QTRY_VERIFY(dialog.isActiveWindow());
+    dialog.reject();
+    m_f.window->wmCopyDataDataReceived(u"about:blank"_s);
+    QCOMPARE(Tabs().TabCount(), 2);
+  }
+
+  void ReceivedTextBeforeTheStartIsDone() {
+    m_f.Show();
+    QVERIFY(m_f.IsStarting());
+    m_f.window->wmCopyDataDataReceived(u"about:blank#later"_s);
+    QCOMPARE(Tabs().TabCount(), 1);
+    QTRY_COMPARE(Tabs().TabCount(), 2);
+    // The tab that was there belongs to the pages of the start.
+    QVERIFY(Tabs().Tab(0)->Url() != u"about:blank#later"_s);
+    QCOMPARE(Active()->Url(), u"about:blank#later"_s);
+  }
 
  private:
-  [[nodiscard]] TBrowserTab *Active() const { return m_f.window->Tabs().GetActivePage(); }
+  [[nodiscard]] TTabStrip &Tabs() const { return m_f.window->Tabs(); }
+  [[nodiscard]] TBrowserTab *Active() const { return Tabs().GetActivePage(); }
   [[nodiscard]] QAction *Action(TCommand command) const { return m_f.window->Actions()[command]; }
-  [[nodiscard]] QLineEdit *AddressEdit() const { return m_f.window->findChild<TAddressBar *>()->lineEdit(); }
-  void Load(const QString &path);
+  [[nodiscard]] TAddressBar *Bar() const { return m_f.window->findChild<TAddressBar *>(); }
+
+  void Load(const QString &path) {
+    TBrowserTab *tab = Active();
+    tab->Navigate(m_f.server.Url(path));
+    QTRY_VERIFY_WITH_TIMEOUT(tab->GetLocationUrl() == m_f.server.Url(path) && !tab->Busy(), m_f.LoadTime);
+  }
+  // Opens what is typed in the address bar.
+  void Type(const QString &address) const {
+    Action(TCommand::EditAddress)->trigger();
+    QTest::keyClicks(Bar()->lineEdit(), address);
+    QTest::keyClick(Bar()->lineEdit(), Qt::Key_Return);
+  }
+  static void WriteGroup(const QString &name, const QByteArray &lines) {
+    QFile file(TGroupFolder::Path() + u'/' + name);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("[HalvexGroup]\n" + lines);
+  }
 
   TMainWindowFixture m_f;
 };
 
-void TestMainWindow::initTestCase() {
-  m_f.Prepare();
-  m_f.server.RoutePage("/a", "Page A", "<a href='/b' id='link'>b</a>");
-  m_f.server.RoutePage("/b", "Page B");
-  m_f.server.RoutePage("/full", "Full", "<div onclick='this.requestFullscreen()' style='height:300px'>big</div>");
-}
-
-void TestMainWindow::init() {
-  m_f.Begin();
-  m_f.Open();
-  QCOMPARE(m_f.window->windowTitle(), m_f.window->Language().Global("Blank") + QStringLiteral(" — Zarvela"));
-}
-
-void TestMainWindow::Load(const QString &path) {
-  TBrowserTab *tab = Active();
-  tab->Navigate(m_f.server.Url(path));
-  QTRY_VERIFY_WITH_TIMEOUT(tab->GetLocationUrl() == m_f.server.Url(path) && !tab->Busy(), m_f.LoadTime);
-}
-
-void TestMainWindow::NoMarkerIsLeft() {
-  const auto check = [](const QString &text, const QObject *object) {
-    const bool bad = text.startsWith(QLatin1String("__")) || text.startsWith(QLatin1String("~~")) ||
-                     text.contains(QLatin1String("UNDEFINED"));
-    QVERIFY2(!bad, qPrintable(object->objectName() + QStringLiteral(": ") + text));
-  };
-  for (const QAction *action : m_f.window->findChildren<QAction *>()) {
-    for (const QString &text : {action->text(), action->toolTip(), action->statusTip()}) check(text, action);
-  }
-  for (const QWidget *widget : m_f.window->findChildren<QWidget *>()) {
-    for (const QString &text : {widget->windowTitle(), widget->toolTip(), widget->accessibleName()})
-      check(text, widget);
-    if (const auto *label = qobject_cast<const QLabel *>(widget)) check(label->text(), label);
-  }
-  for (const QMenu *menu : m_f.window->findChildren<QMenu *>()) check(menu->title(), menu);
-}
-
-void TestMainWindow::AddressBox() {
-  QTest::keyClick(m_f.window.get(), Qt::Key_L, Qt::ControlModifier);
-  QTRY_VERIFY(AddressEdit()->hasFocus());
-  QTest::keyClicks(QApplication::focusWidget(), m_f.server.Url(QStringLiteral("/a")));
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-  QTRY_COMPARE(Active()->Title(), QStringLiteral("Page A"));
-  QCOMPARE(m_f.window->Tabs().TabCount(), 1);
-  QTRY_COMPARE(AddressEdit()->text(), m_f.server.Url(QStringLiteral("/a")));
-  QCOMPARE(m_f.window->windowTitle(), QStringLiteral("Page A — Zarvela"));
-
-  QTest::keyClick(m_f.window.get(), Qt::Key_L, Qt::ControlModifier);
-  QTRY_COMPARE(AddressEdit()->selectedText(), AddressEdit()->text());
-  QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("half an addr"));
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-  QCOMPARE(AddressEdit()->text(), m_f.server.Url(QStringLiteral("/a")));
-
-  QTest::keyClicks(QApplication::focusWidget(), m_f.server.Url(QStringLiteral("/b")));
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return, Qt::AltModifier);
-  QTRY_COMPARE(m_f.window->Tabs().TabCount(), 2);
-  QTRY_COMPARE(Active()->Title(), QStringLiteral("Page B"));
-}
-
-// A page of another site has a widget of its own; the keyboard is on the page then and not on its first link.
-void TestMainWindow::KeyboardAfterAnotherSite() {
-  TBrowserTab *tab = Active();
-  tab->Navigate(QStringLiteral("zarvela:start"));
-  QTRY_VERIFY_WITH_TIMEOUT(tab->GetLocationUrl() == QStringLiteral("zarvela:start") && !tab->Busy(), m_f.LoadTime);
-  Action(TCommand::EditAddress)->trigger();
-  QTest::keyClicks(AddressEdit(), m_f.server.Url(QStringLiteral("/a")));
-  QTest::keyClick(AddressEdit(), Qt::Key_Return);
-  QTRY_COMPARE_WITH_TIMEOUT(tab->GetLocationName(), QStringLiteral("Page A"), m_f.LoadTime);
-  QVERIFY(tab->Browser()->isAncestorOf(QApplication::focusWidget()));
-  QString focused;
-  tab->Browser()->EnginePage()->runJavaScript(QStringLiteral("document.activeElement.tagName"),
-                                              [&](const QVariant &name) { focused = name.toString(); });
-  QTRY_COMPARE_WITH_TIMEOUT(focused, QStringLiteral("BODY"), m_f.LoadTime);
-}
-
-void TestMainWindow::NewTabCommands_data() {
-  QTest::addColumn<int>("action");
-  QTest::addColumn<QString>("address");
-  QTest::newRow("blank") << 0 << "about:blank";
-  QTest::newRow("current") << 1 << m_f.server.Url(QStringLiteral("/a"));
-  QTest::newRow("home") << 2 << TEngine::StartPageAddress();
-  QTest::newRow("a negative number counts as blank") << -4 << "about:blank";
-}
-
-void TestMainWindow::NewTabCommands() {
-  QFETCH(int, action);
-  m_f.store->Write(TRegistryHive::CurrentUser, QString::fromLatin1(RegistryKey::CurrentVersion),
-                   QStringLiteral("NewAction"), QString::number(action));
-  m_f.Open();
-  Load(QStringLiteral("/a"));
-  QTest::keyClick(m_f.window.get(), Qt::Key_T, Qt::ControlModifier);
-  QCOMPARE(m_f.window->Tabs().TabCount(), 2);
-  QVERIFY(AddressEdit()->hasFocus());
-  QFETCH(QString, address);
-  QTRY_COMPARE(Active()->GetLocationUrl(), address);
-  QTest::keyClick(m_f.window.get(), Qt::Key_W, Qt::ControlModifier);
-  QCOMPARE(m_f.window->Tabs().TabCount(), 1);
-}
-
-void TestMainWindow::NewTabFromClipboard() {
-  QMenu *menu = m_f.window->Actions().Menu(TMenu::NewTab);
-  QApplication::clipboard()->clear();
-  Q_EMIT menu->aboutToShow();
-  QVERIFY(!Action(TCommand::NewClipboard)->isEnabled());
-  QApplication::clipboard()->setText(QStringLiteral("text"));
-  Q_EMIT menu->aboutToShow();
-  QVERIFY(Action(TCommand::NewClipboard)->isEnabled());
-}
-
-void TestMainWindow::BackAndForward() {
-  QVERIFY(!Action(TCommand::Back)->isEnabled());
-  Load(QStringLiteral("/a"));
-  Load(QStringLiteral("/b"));
-  QTRY_VERIFY(Action(TCommand::Back)->isEnabled());
-  QVERIFY(!Action(TCommand::Forward)->isEnabled());
-
-  // A new tab has no past; the old one keeps its own.
-  Action(TCommand::NewBlank)->trigger();
-  QVERIFY(!Action(TCommand::Back)->isEnabled() && !Action(TCommand::Forward)->isEnabled());
-  Action(TCommand::PreviousTab)->trigger();
-  QVERIFY(Action(TCommand::Back)->isEnabled());
-}
-
-void TestMainWindow::FullScreenAndBars() {
-  QTest::keyClick(m_f.window.get(), Qt::Key_F11);
-  QTRY_VERIFY(m_f.window->isFullScreen());
-  QVERIFY(!m_f.window->menuBar()->isVisible() && !m_f.window->statusBar()->isVisible());
-  QVERIFY(Action(TCommand::FullScreen)->isChecked());
-  // What is chosen in full screen is for full screen.
-  Action(TCommand::ViewMenuBar)->trigger();
-  QVERIFY(m_f.window->menuBar()->isVisible());
-  QVERIFY(TZVOptions(*m_f.store).Get(Setting::FullscreenMenuBar));
-  QTest::keyClick(m_f.window.get(), Qt::Key_F11);
-  QTRY_VERIFY(!m_f.window->isFullScreen());
-  QVERIFY(m_f.window->statusBar()->isVisible());
-  Action(TCommand::ViewToolbar)->trigger();
-  QVERIFY(!m_f.window->findChild<QToolBar *>(QStringLiteral("ToolBar"))->isVisible());
-
-  QTest::keyClick(m_f.window.get(), Qt::Key_F11);
-  m_f.window->CloseWithoutAsking();
-  m_f.window.reset();
-  const TZVOptions options(*m_f.store);
-  QVERIFY(options.Get(Setting::FullScreen) && !options.Get(Setting::Maximized));
-  QVERIFY(options.Get(Setting::ViewStatusBar));
-  QVERIFY(!options.Get(Setting::ViewToolbar));
-
-  m_f.Open();
-  QTRY_VERIFY(m_f.window->isFullScreen());
-  QVERIFY(m_f.window->menuBar()->isVisible() && !m_f.window->statusBar()->isVisible());
-}
-
-void TestMainWindow::MailLink() {
-  QCOMPARE(TPageCommands::MailLinkAddress(QStringLiteral("Q&A? 100% #1"), QStringLiteral("http://h/?a=b&c=d")),
-           QStringLiteral("mailto:?subject=Q&A? 100% #1 (http://h/?a=b&c=d)&body=http://h/?a=b&c=d"));
-}
-
-void TestMainWindow::ClosingTheFullScreenPage() {
-  m_f.window->Tabs().NewTab();
-  Load(QStringLiteral("/full"));
-  THalvexBrowser *browser = Active()->Browser();
-  ClickPage(*browser, QPoint(60, 150));
-  QTRY_VERIFY(m_f.window->isFullScreen());
-  QVERIFY(browser->HasPageFullScreen());
-  QVERIFY(!m_f.window->menuBar()->isVisible());
-  Action(TCommand::CloseTab)->trigger();
-  QTRY_VERIFY(!m_f.window->isFullScreen());
-  QVERIFY(m_f.window->menuBar()->isVisible());
-}
-
-void TestMainWindow::TabColors_data() {
-  QTest::addColumn<QString>("scheme");
-  QTest::addColumn<QColor>("tab");
-  QTest::addColumn<QColor>("font");
-  const QPalette palette = QApplication::palette();
-  QTest::newRow("std") << "std" << palette.color(QPalette::Button) << palette.color(QPalette::WindowText);
-  QTest::newRow("rev") << "rev" << palette.color(QPalette::Inactive, QPalette::Highlight)
-                       << palette.color(QPalette::HighlightedText);
-  QTest::newRow("custom") << "custom" << QColor(0x11, 0x22, 0x33) << QColor(0xff, 0xee, 0xdd);
-  QTest::newRow("anything else is custom") << "STD" << QColor(0x11, 0x22, 0x33) << QColor(0xff, 0xee, 0xdd);
-}
-
-void TestMainWindow::TabColors() {
-  QFETCH(QString, scheme);
-  TZVOptions options(*m_f.store);
-  options.Set(Setting::TabColorScheme, scheme);
-  options.Set(Setting::InactiveTabColor, 0x112233);
-  options.Set(Setting::InactiveFontColor, 0xffeedd);
-  m_f.Open();
-  const auto *pages = m_f.window->findChild<TZVPageControl *>();
-  QTEST(pages->InactiveTabColor(), "tab");
-  QTEST(pages->InactiveFontColor(), "font");
-}
-
-void TestMainWindow::LanguageMenu() {
-  QMenu *menu = m_f.window->Actions().Menu(TMenu::Languages);
-  Q_EMIT menu->aboutToShow();
-  Q_EMIT menu->aboutToShow();
-  const QStringList files = QDir(QStringLiteral(ZV_SOURCE_DIR "/Languages")).entryList({QStringLiteral("*.ini")});
-  QCOMPARE(menu->actions().size(), files.size());
-  QAction *german = nullptr;
-  for (QAction *entry : menu->actions()) {
-    QCOMPARE(entry->isChecked(), entry->text() == QStringLiteral("English"));
-    if (entry->text() == QStringLiteral("Deutsch")) german = entry;
-  }
-  QVERIFY(german != nullptr);
-  bool told = false;
-  OnModalDialog<QDialog>([&told](QDialog &dialog) {
-    told = true;
-    dialog.accept();
-  });
-  german->trigger();
-  QTRY_VERIFY(told);
-  QCOMPARE(TZVOptions(*m_f.store).Get(Setting::LanguageFile), QStringLiteral("zvdeu.ini"));
-  const QString english = Action(TCommand::Exit)->text();
-  m_f.Show();
-  QVERIFY(Action(TCommand::Exit)->text() != english);
-  NoMarkerIsLeft();
-}
-
-void TestMainWindow::ListFollowsTabs() {
-  TZVOptions options(*m_f.store);
-  Load(QStringLiteral("/a"));
-  QVERIFY(options.LastOpenSites().isEmpty());
-  Action(TCommand::StartLast)->trigger();
-  QCOMPARE(options.Get(Setting::StartupMode), QStringLiteral("Last"));
-  const QString first = QStringLiteral("url1=") + m_f.server.Url(QStringLiteral("/a"));
-  QTRY_COMPARE(ToLines(options.LastOpenSites()), QStringList{first});
-  m_f.window->Tabs().NewTab()->Navigate(m_f.server.Url(QStringLiteral("/b")));
-  const QString second = QStringLiteral("url2=") + m_f.server.Url(QStringLiteral("/b"));
-  QTRY_COMPARE(ToLines(options.LastOpenSites()), (QStringList{second, first}));
-  Action(TCommand::CloseTab)->trigger();
-  QTRY_COMPARE(ToLines(options.LastOpenSites()), QStringList{first});
-  // However it stands: when the window goes it is written.
-  QVERIFY(options.SetLastOpenSites({}));
-  m_f.window.reset();
-  QCOMPARE(ToLines(options.LastOpenSites()), QStringList{first});
-}
-
-void TestMainWindow::ShutdownQuestion() {
-  TZVOptions options(*m_f.store);
-  options.Set(Setting::ConfirmShutdown, true);
-  const auto answer = [](const char *button, bool tick) {
-    OnModalDialog<QDialog>([button, tick](QDialog &dialog) {
-      dialog.findChild<QCheckBox *>(QStringLiteral("chkConfirm"))->setChecked(tick);
-      dialog.findChild<QPushButton *>(QLatin1String(button))->click();
-    });
-  };
-  answer("cmdCancel", false);
-  QVERIFY(!m_f.window->close());
-  QVERIFY(options.Get(Setting::ConfirmShutdown));
-  answer("cmdCancel", true);
-  QVERIFY(!m_f.window->close());
-  QVERIFY(m_f.window->isVisible());
-  QVERIFY(!options.Get(Setting::ConfirmShutdown));
-  QVERIFY(m_f.window->close());  // asks no more
-}
-
-void TestMainWindow::PlacementSurvives() {
-  const TZVOptions options(*m_f.store);
-  m_f.window->move(30, 20);
-  m_f.window->resize(620, 410);
-  QTRY_COMPARE(m_f.window->size(), QSize(620, 410));
-  m_f.Open();
-  QCOMPARE(m_f.window->size(), QSize(620, 410));
-  QCOMPARE(m_f.window->pos(), QPoint(30, 20));
-
-  // A maximised window keeps the last normal placement.
-  m_f.window->resize(700, 500);
-  m_f.window->showMaximized();
-  QTRY_VERIFY(m_f.window->isMaximized());
-  m_f.Open();
-  QTRY_VERIFY(m_f.window->isMaximized());
-  m_f.window.reset();
-  QVERIFY(options.Get(Setting::Maximized));
-  QCOMPARE(options.Get(Setting::Width), 620);
-  QCOMPARE(options.Get(Setting::Height), 410);
-  QCOMPARE(options.Get(Setting::Left), 30);
-}
-
 int main(int argc, char **argv) {
-  QGuiApplication::setApplicationDisplayName(QStringLiteral("Zarvela"));
+  QGuiApplication::setApplicationDisplayName(u"Zarvela"_s);
   return RunWithEngine<TestMainWindow>(argc, argv);
 }
-
 #include "test_main_window.moc"

@@ -1,6 +1,5 @@
-#include <QAction>
+#include <optional>
 #include <QApplication>
-#include <QFile>
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
@@ -12,12 +11,11 @@
 #include "config/language.h"
 #include "config/registry_paths.h"
 #include "config/settings.h"
-#include "platform/program_folders.h"
 #include "search/quick_search.h"
 #include "search/search_engine_dialog.h"
 #include "search/search_lists.h"
-#include "store/private_folder.h"
 #include "store/registry_store.h"
+#include "support/data_row.h"
 #include "support/list_editor_driver.h"
 #include "support/modal_dialogs.h"
 #include "support/named_lines.h"
@@ -29,62 +27,27 @@ class TestSearchLists final : public QObject {
  private Q_SLOTS:
   void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
 
-  void init() {
-    m_actions.reset();
-    m_settings.reset();
-    m_store.reset();
-    m_folder = std::make_unique<QTemporaryDir>();
-    m_store = std::make_unique<TRegistryStore>(m_folder->filePath("registry.sqlite"));
-    m_settings = std::make_unique<TSettings>(*m_store);
-    m_actions = std::make_unique<TActions>(&m_window, m_language, *m_settings);
-  }
-
-  void SavesAsItStands() {
-    TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
-    lists.Save(TSearchList::SearchEngines, {{"B & b", "http://b.example/?x=1"},
-                                            {"a", "http://a.example/"},
-                                            {"odd=title", "rest"},
-                                            {"A", "http://later.example/"}});
-    const QStringList kept = {"B & b=http://b.example/?x=1", "a=http://later.example/", "odd=title=rest"};
-    QCOMPARE(Stored(RegistryKey::SearchEngines), kept);
-    QCOMPARE(ToLines(lists.Load(TSearchList::SearchEngines)), kept);
-    QCOMPARE(m_store->Read(TRegistryHive::CurrentUser, RegistryKey::SearchEngines, "odd"), QString("title=rest"));
-    lists.Save(TSearchList::SearchEngines, {{"z", "http://z.example/"}});
-    QCOMPARE(Stored(RegistryKey::SearchEngines), QStringList("z=http://z.example/"));
-    QVERIFY(lists.Load(TSearchList::SearchBar).isEmpty());
-    QVERIFY(!m_store->KeyExists(TRegistryHive::CurrentUser, RegistryKey::SearchBar));
-  }
+  void init() { m_f.emplace(m_language); }
+  void cleanup() { m_f.reset(); }
 
   void ExamplesComeOnce() {
     {
-      TSearchLists first(m_language, *m_store, *m_actions, nullptr);
+      TSearchLists first(m_language, m_f->store, m_f->actions, nullptr);
       QVERIFY(!first.QuickSearches().isEmpty());
       QCOMPARE(Stored(RegistryKey::QuickSearch), ToLines(first.QuickSearches()));
       QVERIFY(first.Load(TSearchList::SearchEngines).isEmpty());
       first.Save(TSearchList::QuickSearch, {});
     }
-    QVERIFY(m_store->KeyExists(TRegistryHive::CurrentUser, RegistryKey::QuickSearch));
-    const TSearchLists again(m_language, *m_store, *m_actions, nullptr);
-    QVERIFY(again.QuickSearches().isEmpty());
-
+    QVERIFY(m_f->store.KeyExists(TRegistryHive::CurrentUser, RegistryKey::QuickSearch));
+    QVERIFY(TSearchLists(m_language, m_f->store, m_f->actions, nullptr).QuickSearches().isEmpty());
     // Any list at all means that this is no first start.
     init();
-    m_store->CreateKey(TRegistryHive::CurrentUser, RegistryKey::SearchBar);
-    QVERIFY(TSearchLists(m_language, *m_store, *m_actions, nullptr).QuickSearches().isEmpty());
-
-    // The user's own file wins over the shipped one.
-    init();
-    QVERIFY(MakePrivateFolder(ProgramFolders::UserData()));
-    QFile own(ProgramFolders::UserData() + "/searches.ini");
-    QVERIFY(own.open(QIODevice::WriteOnly) && own.write("[QuickSearch]\nmine=http://mine.example/%s\n") > 0);
-    own.close();
-    QCOMPARE(TSearchLists(m_language, *m_store, *m_actions, nullptr).QuickSearches(),
-             (TNamedAddresses{{"mine", "http://mine.example/%s"}}));
-    QVERIFY(own.remove());
+    m_f->store.CreateKey(TRegistryHive::CurrentUser, RegistryKey::SearchBar);
+    QVERIFY(TSearchLists(m_language, m_f->store, m_f->actions, nullptr).QuickSearches().isEmpty());
   }
 
   void ExamplesAreSound() {
-    const TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
+    const TSearchLists lists(m_language, m_f->store, m_f->actions, nullptr);
     for (const auto &[keyword, format] : lists.QuickSearches()) {
       const TQuickSearch found = TQuickSearch::Of(keyword + " word", lists.QuickSearches());
       QVERIFY2(found.kind == TQuickSearch::TKind::Address && found.address.contains("word"), qPrintable(keyword));
@@ -92,29 +55,22 @@ class TestSearchLists final : public QObject {
   }
 
   void DialogRefuses_data() {
-    QTest::addColumn<TSearchList>("list");
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("location");
-    QTest::addColumn<QStringList>("rows");
+    Columns<TSearchList, QString, QString, QStringList>("list", "title", "location", "rows");
+    using L = TSearchList;
     const QString http("http://a/");
-    QTest::newRow("keyword of two words") << TSearchList::QuickSearch << "two words" << http << QStringList();
-    QTest::newRow("title of two words") << TSearchList::SearchEngines << "two words" << http
-                                        << QStringList("two words|http://a/");
-    QTest::newRow("panel page of two words")
-        << TSearchList::SearchBar << "two words" << http << QStringList("two words|http://a/");
-    QTest::newRow("trimmed") << TSearchList::QuickSearch << " g "
-                             << " http://a/%s " << QStringList("g|http://a/%s");
-    QTest::newRow("no title") << TSearchList::SearchEngines << "  " << http << QStringList();
-    QTest::newRow("no location") << TSearchList::SearchEngines << "a"
-                                 << "  " << QStringList();
+    Row("keyword of two words", L::QuickSearch, "two words", http, QStringList());
+    Row("title of two words", L::SearchEngines, "two words", http, QStringList("two words|http://a/"));
+    Row("panel page of two words", L::SearchBar, "two words", http, QStringList("two words|http://a/"));
+    Row("trimmed", L::QuickSearch, " g ", " http://a/%s ", QStringList("g|http://a/%s"));
+    Row("no title", L::SearchEngines, "  ", http, QStringList());
+    Row("no location", L::SearchEngines, "a", "  ", QStringList());
   }
-
   void DialogRefuses() {
     QFETCH(TSearchList, list);
     QFETCH(QString, title);
     QFETCH(QString, location);
     QFETCH(QStringList, rows);
-    TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
+    TSearchLists lists(m_language, m_f->store, m_f->actions, nullptr);
     lists.Save(list, {});
     TfrmSearchEngine dialog(m_language, lists, list);
     dialog.show();
@@ -122,7 +78,6 @@ class TestSearchLists final : public QObject {
     const TListEditorDriver editor = DriverOf(dialog);
     QCOMPARE(editor.Part<QLabel>("lblNote").isVisible(), list == TSearchList::QuickSearch);
     editor.Click("cmdInsert");
-    QCOMPARE(editor.Enabled(), QString());
     editor.Enter(title, location);
     QCOMPARE(editor.Shown(), rows);
     QCOMPARE(editor.IsEditing(), rows.isEmpty());
@@ -130,38 +85,31 @@ class TestSearchLists final : public QObject {
     QCOMPARE(editor.Entered(), QStringList({title.trimmed(), location.trimmed()}));
   }
 
-  void OrganizeSavesOrNot_data() {
-    QTest::addColumn<TSearchList>("list");
-    QTest::addColumn<QByteArray>("button");
-    for (const auto &[name, list] :
-         {std::pair("bar", TSearchList::SearchBar), std::pair("engines", TSearchList::SearchEngines),
-          std::pair("quick", TSearchList::QuickSearch)}) {
-      QTest::newRow(qPrintable(QString("ok, ") + name)) << list << QByteArray("cmdOk");
-      QTest::newRow(qPrintable(QString("cancel, ") + name)) << list << QByteArray("cmdCancel");
-    }
-  }
-
   void OrganizeSavesOrNot() {
-    QFETCH(TSearchList, list);
-    QFETCH(QByteArray, button);
-    TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
-    lists.Save(list, FromLines({"a=1", "b=2"}));
-    OnModalDialog<TfrmSearchEngine>([&](TfrmSearchEngine &dialog) {
-      const TListEditorDriver editor = DriverOf(dialog);
-      editor.Select(1);
-      editor.Click("cmdUp");
-      editor.Click(button);
-    });
-    const bool saved = lists.Organize(list);
-    QCOMPARE(saved, button == "cmdOk");
-    const QStringList expected = saved ? QStringList{"b=2", "a=1"} : QStringList{"a=1", "b=2"};
-    QCOMPARE(ToLines(lists.Load(list)), expected);
-    if (list == TSearchList::QuickSearch) QCOMPARE(ToLines(lists.QuickSearches()), expected);
+    TSearchLists lists(m_language, m_f->store, m_f->actions, nullptr);
+    for (const auto &[list, key] : {std::pair(TSearchList::SearchBar, RegistryKey::SearchBar),
+                                    {TSearchList::SearchEngines, RegistryKey::SearchEngines},
+                                    {TSearchList::QuickSearch, RegistryKey::QuickSearch}}) {
+      lists.Save(list, FromLines({"a=1", "b=2"}));
+      for (const bool save : {false, true}) {
+        OnModalDialog<TfrmSearchEngine>([&](TfrmSearchEngine &dialog) {
+          const TListEditorDriver editor = DriverOf(dialog);
+          editor.Select(1);
+          editor.Click("cmdUp");
+          editor.Click(save ? "cmdOk" : "cmdCancel");
+        });
+        QCOMPARE(lists.Organize(list), save);
+        const QStringList expected = save ? QStringList{"b=2", "a=1"} : QStringList{"a=1", "b=2"};
+        QCOMPARE(Stored(key), expected);
+        QCOMPARE(ToLines(lists.Load(list)), expected);
+      }
+    }
+    QCOMPARE(ToLines(lists.QuickSearches()), QStringList({"b=2", "a=1"}));
   }
 
   // The user is told, and what was changed is still in the dialog to be kept after all.
   void RefusedSave() {
-    TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
+    TSearchLists lists(m_language, m_f->store, m_f->actions, nullptr);
     lists.Save(TSearchList::QuickSearch, FromLines({"a=1", "b=2"}));
     QString told;
     OnModalDialog<TfrmSearchEngine>([&](TfrmSearchEngine &dialog) {
@@ -175,17 +123,17 @@ class TestSearchLists final : public QObject {
       dialog.reject();
     });
     // Somebody else writes all the while.
-    TRegistryStore other(m_store->FilePath());
+    TRegistryStore other(m_f->store.FilePath());
     QVERIFY(other.InTransaction([&] { return !lists.Organize(TSearchList::QuickSearch); }));
     QCOMPARE(told, m_language.Text("MAIN", "StoreNotKept"));
     QCOMPARE(ToLines(lists.QuickSearches()), QStringList({"a=1", "b=2"}));
   }
 
   void Menus() {
-    TSearchLists(m_language, *m_store, *m_actions, nullptr)
+    TSearchLists(m_language, m_f->store, m_f->actions, nullptr)
         .Save(TSearchList::SearchEngines, {{"Tom & co", "http://tom.example/?a=1&b=2"}, {"b", "http://b.example/"}});
-    TSearchLists lists(m_language, *m_store, *m_actions, nullptr);
-    QMenu &engines = *m_actions->Menu(TMenu::SearchEngines);
+    TSearchLists lists(m_language, m_f->store, m_f->actions, nullptr);
+    QMenu &engines = *m_f->actions.Menu(TMenu::SearchEngines);
     Q_EMIT engines.aboutToShow();
     QCOMPARE(engines.actions().size(), 4);
     QVERIFY(engines.actions().at(1)->isSeparator());
@@ -224,7 +172,7 @@ class TestSearchLists final : public QObject {
  private:
   [[nodiscard]] QStringList Stored(const char *key) const {
     QStringList lines;
-    for (const TRegistryValue &value : m_store->Values(TRegistryHive::CurrentUser, key)) {
+    for (const TRegistryValue &value : m_f->store.Values(TRegistryHive::CurrentUser, key)) {
       lines.append(value.name + u'=' + value.data);
     }
     return lines;
@@ -233,12 +181,18 @@ class TestSearchLists final : public QObject {
     return {dialog, "lstEngines", {"txtTitle", "txtUrl"}};
   }
 
+  // What the lists need.
+  struct TParts {
+    explicit TParts(const TLanguage &language) : actions(&window, language, settings) {}
+
+    QTemporaryDir folder;
+    TRegistryStore store{folder.filePath("registry.sqlite")};
+    TSettings settings{store};
+    QWidget window;
+    TActions actions;
+  };
   TLanguage m_language;
-  std::unique_ptr<QTemporaryDir> m_folder;
-  std::unique_ptr<TRegistryStore> m_store;
-  std::unique_ptr<TSettings> m_settings;
-  QWidget m_window;
-  std::unique_ptr<TActions> m_actions;
+  std::optional<TParts> m_f;
 };
 
 QTEST_MAIN(TestSearchLists)

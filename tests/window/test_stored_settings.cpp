@@ -53,6 +53,7 @@ class TestStoredSettings final : public QObject {
       expected.append(name + u'=' + data);
     }
     Write(u"of somebody else"_s, u"?"_s);
+    Write(u"ZVID"_s, u"of an early version"_s);
     expected.append(u"of somebody else=?"_s);
     TZVOptions options(*m_f.store);
     const TNamedAddresses list{{u"b"_s, u"http://b.test/"_s}, {u"a"_s, u"http://a.test/?q=%s"_s}};
@@ -85,7 +86,6 @@ class TestStoredSettings final : public QObject {
     QFETCH(int, row);
     const TRow chosen = Rows().at(row);
     for (const QString &value : chosen.values) Write(value.section(u'=', 0, 0), value.section(u'=', 1));
-    TZVOptions(*m_f.store).SetQuickSearchEntries({{u"find"_s, m_f.server.Url(u"/b?q=%s"_s)}});
     m_f.Open();
     chosen.check();
   }
@@ -115,15 +115,14 @@ class TestStoredSettings final : public QObject {
       QTRY_COMPARE(m_f.window->findChild<QWidget *>(QLatin1String(widget))->isVisible(), shown);
     };
   }
-  // That what is typed comes to this page, in so many tabs.
-  [[nodiscard]] TCheck Opens(const QString &text, Qt::KeyboardModifiers keys, const QString &path, int tabs) {
-    return [this, text, keys, path, tabs] {
+  // That what is typed comes to this page.
+  [[nodiscard]] TCheck Opens(const QString &text, Qt::KeyboardModifiers keys, const QString &path) {
+    return [this, text, keys, path] {
       auto *box = m_f.window->findChild<TAddressBar *>()->lineEdit();
       box->setFocus();
-      box->setText(text == u"/a"_s ? m_f.server.Url(text) : text);
+      box->setText(text);
       QTest::keyClick(box, Qt::Key_Return, keys);
       QTRY_COMPARE_WITH_TIMEOUT(Tabs().GetActivePage()->GetLocationUrl(), m_f.server.Url(path), m_f.LoadTime);
-      QCOMPARE(Tabs().TabCount(), tabs);
     };
   }
 
@@ -131,30 +130,39 @@ class TestStoredSettings final : public QObject {
     const QString site = m_f.server.Url(u"/"_s);
     const QString host = site.section(u':', 0, 1) + u':';
     const QString port = QString::number(m_f.server.Port());
-    const auto inserts = [this](int expected) {
-      return [this, expected] {
-        Tabs().NewTab();
-        Tabs().Activate(Tabs().Tab(0));
-        QCOMPARE(Tabs().Pages().IndexOf(Tabs().NewTab()), expected);
+    const QPalette desktop = QApplication::palette();
+    const QStringList own{"InactiveTabColor=1122867", "InactiveFontColor=16772829"};
+    const auto colors = [this](const QColor &tab, const QColor &font) {
+      return [this, tab, font] {
+        QCOMPARE(Strip().InactiveTabColor(), tab);
+        QCOMPARE(Strip().InactiveFontColor(), font);
       };
     };
-    const auto front = [this](bool expected) {
-      return [this, expected] {
-        const TBrowserTab *opened = Tabs().NewBackgroundTab();
-        QCOMPARE(Tabs().GetActivePage() == opened, expected);
+    const auto newTab = [this](const QString &address) {
+      return [this, address] {
+        Tabs().GetActivePage()->Navigate(m_f.server.Url(u"/a"_s));
+        QTRY_COMPARE_WITH_TIMEOUT(Tabs().GetActivePage()->GetLocationName(), u"Page A"_s, m_f.LoadTime);
+        Action(TCommand::NewBlank)->trigger();
+        QTRY_COMPARE_WITH_TIMEOUT(Tabs().GetActivePage()->GetLocationUrl(), address, m_f.LoadTime);
+        QCOMPARE(Tabs().TabCount(), 2);
       };
     };
     return {
+        {"new tabs are blank", {"NewAction=0"}, newTab(u"about:blank"_s)},
+        {"new tabs show the same page", {"NewAction=1"}, newTab(site + u'a')},
+        {"a negative action counts as blank", {"NewAction=-4"}, newTab(u"about:blank"_s)},
+        {"colours of the desktop", own + QStringList{"TabColorScheme=std"},
+         colors(desktop.color(QPalette::Button), desktop.color(QPalette::WindowText))},
+        {"colours of the desktop's highlight", own + QStringList{"TabColorScheme=rev"},
+         colors(desktop.color(QPalette::Inactive, QPalette::Highlight), desktop.color(QPalette::HighlightedText))},
+        {"own colours", own, colors(0x112233, 0xffeedd)},
+        {"own colours by any other name", own + QStringList{"TabColorScheme=STD"}, colors(0x112233, 0xffeedd)},
         {"short captions",
          {"LimitTitleLength=4"},
          [this] {
            Tabs().GetActivePage()->SetCaption(u"Page A"_s);
            QCOMPARE(Strip().PageCaption(Tabs().GetActivePage()), u"Page..."_s);
          }},
-        {"new tabs at the end", {"OpenNewAtEnd=1"}, inserts(2)},
-        {"new tabs beside", {"OpenNewAtEnd=0"}, inserts(1)},
-        {"new tabs in front", {"OpenNewInForeground=1"}, front(true)},
-        {"new tabs behind", {"OpenNewInForeground=0"}, front(false)},
         {"tabs above, in rows",
          {"TabsDown=0", "MultipleLines=1"},
          [this] {
@@ -185,16 +193,18 @@ class TestStoredSettings final : public QObject {
          [this] { QVERIFY(!m_f.window->menuBar()->isVisible() && m_f.window->statusBar()->isVisible()); }},
         {"groups close tabs", {"HGCloseFirst=1"}, [this] { QVERIFY(Action(TCommand::CloseTabsFirst)->isChecked()); }},
         {"no blocker", {"UsePopupHalvex=0"}, [this] { QVERIFY(!Action(TCommand::UsePopupBlocker)->isChecked()); }},
+        {"a style of completion that there is not",
+         {"AutoCompleteStyle=nonsense"},
+         [this] {
+           m_f.window.reset();
+           QCOMPARE(TZVOptions(*m_f.store).Get(Setting::AutoCompleteStyle), u"none"_s);
+         }},
         {"last pages", {"StartupMode=Last"}, [this] { QVERIFY(Action(TCommand::StartLast)->isChecked()); }},
-        {"typed in a new tab", {"AddressNewWin=1"}, Opens(u"/a"_s, {}, u"/a"_s, 2)},
-        {"typed in this tab", {}, Opens(u"/a"_s, {}, u"/a"_s, 1)},
-        {"quick search in a new tab", {}, Opens(u"find x"_s, {}, u"/b?q=x"_s, 2)},
-        {"quick search in this tab", {"QuickSearchNewWin=0"}, Opens(u"find x"_s, {}, u"/b?q=x"_s, 1)},
-        {"Ctrl", {"CtrlPre=" + host, "CtrlPost=/a"}, Opens(port, Qt::ControlModifier, u"/a"_s, 1)},
-        {"Shift", {"ShiftPre=" + host, "ShiftPost=/b"}, Opens(port, Qt::ShiftModifier, u"/b"_s, 1)},
+        {"Ctrl", {"CtrlPre=" + host, "CtrlPost=/a"}, Opens(port, Qt::ControlModifier, u"/a"_s)},
+        {"Shift", {"ShiftPre=" + host, "ShiftPost=/b"}, Opens(port, Qt::ShiftModifier, u"/b"_s)},
         {"Ctrl and Shift",
          {"CtrlShiftPre=" + host, "CtrlShiftPost=/a"},
-         Opens(port, Qt::ControlModifier | Qt::ShiftModifier, u"/a"_s, 1)},
+         Opens(port, Qt::ControlModifier | Qt::ShiftModifier, u"/a"_s)},
     };
   }
 
