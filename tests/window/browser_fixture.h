@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <QApplication>
 #include <QDialog>
@@ -18,6 +19,9 @@
 #include "store/registry_store.h"
 #include "support/test_server.h"
 #include "window/engine_main.h"
+#include "window/page_click.h"
+
+using namespace Qt::StringLiterals;
 
 // A browser in a window of its own with a local server; everything that it signals is written down in order.
 class TBrowserFixture {
@@ -43,7 +47,7 @@ class TBrowserFixture {
     QVERIFY(m_server->Listen());
     QVERIFY(m_secureServer->ListenWithTls());
     m_browser = NewBrowser(options);
-    Record(m_browser.get());
+    Record(*m_browser);
     m_browser->resize(800, 600);
     m_browser->show();
   }
@@ -59,25 +63,23 @@ class TBrowserFixture {
     return std::make_unique<THalvexBrowser>(nullptr, *m_engine, options);
   }
 
-  // Opens and waits for the end of the load.
-  [[nodiscard]] bool Open(const QString &address) {
+  // Whether a load that is begun so ends.
+  [[nodiscard]] bool Completes(const std::function<void()> &begin) {
     QSignalSpy done(m_browser.get(), &THalvexBrowser::DocumentComplete);
-    m_browser->Navigate(address);
+    begin();
     return !done.isEmpty() || done.wait(LoadTime);
+  }
+  [[nodiscard]] bool Open(const QString &address) {
+    return Completes([&] { m_browser->Navigate(address); });
+  }
+  [[nodiscard]] bool Refresh() {
+    return Completes([&] { m_browser->Refresh(); });
   }
   [[nodiscard]] bool OpenPath(const QString &path) { return Open(m_server->Url(path)); }
 
-  // What a script in the page answers.
-  [[nodiscard]] QVariant Script(const QString &source) { return Script(m_browser->EnginePage(), source); }
-  [[nodiscard]] static QVariant Script(QWebEnginePage *page, const QString &source) {
-    QVariant answer;
-    bool done = false;
-    page->runJavaScript(source, [&](const QVariant &value) {
-      answer = value;
-      done = true;
-    });
-    return QTest::qWaitFor([&] { return done; }, LoadTime) ? answer : QVariant();
-  }
+  // What a script in the page answers, or a script that is not waited for.
+  [[nodiscard]] QVariant Script(const QString &source) { return AnswerOf(*m_browser->EnginePage(), source); }
+  void Run(const QString &source) { m_browser->EnginePage()->runJavaScript(source); }
 
   [[nodiscard]] const QStringList &Events() const { return m_events; }
   void ForgetEvents() { m_events.clear(); }
@@ -85,24 +87,23 @@ class TBrowserFixture {
   void Cancel(const QString &address) { m_cancel = address; }
 
   // The notice that stands in the page's place, if one does.
-  [[nodiscard]] TPageNotice *Notice() { return NoticeOf(*m_browser); }
-  [[nodiscard]] static TPageNotice *NoticeOf(THalvexBrowser &browser) {
-    auto *notice = browser.findChild<TPageNotice *>();
-    return notice && notice->isVisibleTo(&browser) ? notice : nullptr;
+  [[nodiscard]] TPageNotice *Notice() {
+    auto *notice = m_browser->findChild<TPageNotice *>();
+    return notice && notice->isVisibleTo(m_browser.get()) ? notice : nullptr;
   }
 
  private:
-  void Record(THalvexBrowser *browser) {
-    QObject::connect(browser, &THalvexBrowser::BeforeNavigate, browser, [this](TNavigation *navigation) {
+  void Record(THalvexBrowser &browser) {
+    QObject::connect(&browser, &THalvexBrowser::BeforeNavigate, &browser, [this](TNavigation *navigation) {
       navigation->cancel = !m_cancel.isEmpty() && navigation->address == m_cancel;
-      m_events.append(QStringLiteral("before ") + navigation->address);
+      m_events.append(u"before "_s + navigation->address);
     });
-    QObject::connect(browser, &THalvexBrowser::NavigateComplete, browser,
-                     [this](const QString &address) { m_events.append(QStringLiteral("navigated ") + address); });
-    QObject::connect(browser, &THalvexBrowser::DocumentComplete, browser,
-                     [this](const QString &address) { m_events.append(QStringLiteral("complete ") + address); });
-    QObject::connect(browser, &THalvexBrowser::TitleChanged, browser,
-                     [this](const QString &title) { m_events.append(QStringLiteral("title ") + title); });
+    const auto note = [&](auto signal, const QString &word) {
+      QObject::connect(&browser, signal, &browser, [this, word](const QString &text) { m_events.append(word + text); });
+    };
+    note(&THalvexBrowser::NavigateComplete, u"navigated "_s);
+    note(&THalvexBrowser::DocumentComplete, u"complete "_s);
+    note(&THalvexBrowser::TitleChanged, u"title "_s);
   }
 
   QTemporaryDir m_folder;

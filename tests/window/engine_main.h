@@ -14,3 +14,8 @@ int RunWithEngine(int argc, char **argv) {
   T test;
   return QTest::qExec(&test, argc, argv);
 }
+
+#define ENGINE_MAIN(T)                   \
+  int main(int argc, char **argv) {      \
+    return RunWithEngine<T>(argc, argv); \
+  }

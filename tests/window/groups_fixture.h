@@ -38,6 +38,8 @@ class TGroupsFixture : public TTabsFixture {
     const QByteArray bytes = "[HalvexGroup]\n" + lines.toUtf8() + '\n';
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() ? path : QString();
   }
+  // Opens a group of these lines in the place of all tabs.
+  void OpenLines(const QString &lines) { groups->OpenHalvexGroup(Put(u"g.hgp"_s, lines), true); }
   // The lines of a group file without its section.
   [[nodiscard]] static QString Lines(const QString &path) {
     QFile file(path);

@@ -38,6 +38,16 @@ struct TStrip {
     return page;
   }
 
+  // The name that a page was added with, "-" for none.
+  static QString NameOf(const QWidget *page) {
+    return page ? static_cast<const QLineEdit *>(page)->text() : QStringLiteral("-");
+  }
+
+  void AddMany(int count) {
+    for (int i = 0; i < count; ++i) Add(QStringLiteral("a-longer-caption-%1").arg(i));
+    Settle();
+  }
+
   QWidget *Named(const QString &name) const {
     for (int i = 0; i < control.PageCount(); ++i) {
       if (control.PageCaption(control.Page(i)) == name) return control.Page(i);
@@ -50,9 +60,8 @@ struct TStrip {
     QStringList names;
     for (int i = 0; i < control.PageCount(); ++i) {
       QWidget *page = control.Page(i);
-      const QString mark = page == control.ActivePage() ? QStringLiteral("*%1") : QStringLiteral("%1");
-      names << mark.arg(control.IsPageVisible(page) ? control.PageCaption(page)
-                                                    : QStringLiteral("(%1)").arg(control.PageCaption(page)));
+      const QString name = control.PageCaption(page);
+      names << (page == control.ActivePage() ? u'*' + name : control.IsPageVisible(page) ? name : u'(' + name + u')');
     }
     return names.join(u' ');
   }
@@ -78,12 +87,12 @@ struct TStrip {
   }
   void Drag(const QPoint &from, const QPoint &to, int steps = 40) {
     QTest::mousePress(View(), Qt::LeftButton, {}, from);
-    for (int i = 1; i <= steps; ++i) {
-      const QPointF at = from + (to - from) * (qreal(i) / steps);
-      QMouseEvent move(QEvent::MouseMove, at, View()->mapToGlobal(at), Qt::NoButton, Qt::LeftButton, {});
-      QApplication::sendEvent(View(), &move);
-    }
+    for (int i = 1; i <= steps; ++i) DragTo(from + (to - from) * (qreal(i) / steps));
     QTest::mouseRelease(View(), Qt::LeftButton, {}, to);
+  }
+  void DragTo(const QPointF &at) {
+    QMouseEvent move(QEvent::MouseMove, at, View()->mapToGlobal(at), Qt::NoButton, Qt::LeftButton, {});
+    QApplication::sendEvent(View(), &move);
   }
   static void Settle() { QCoreApplication::processEvents(); }
 

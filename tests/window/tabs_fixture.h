@@ -6,7 +6,6 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QWebEnginePage>
 
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/close_all_tabs.h"
@@ -17,6 +16,9 @@
 #include "platform/product_info.h"
 #include "support/test_server.h"
 #include "window/engine_main.h"
+#include "window/page_click.h"
+
+using namespace Qt::StringLiterals;
 
 // A window with tabs, the real engine behind them, and a local server.
 class TTabsFixture {
@@ -73,12 +75,14 @@ class TTabsFixture {
     tab->Navigate(server.Url(path));
     QTRY_VERIFY_WITH_TIMEOUT(!loaded.isEmpty() && loaded.last().first().value<TBrowserTab *>() == tab, LoadTime);
   }
-  // Runs a script in the tab's page to its end.
-  static void Run(TBrowserTab *tab, const QString &script) {
-    bool done = false;
-    tab->Browser()->EnginePage()->runJavaScript(script, [&done](const QVariant &) { done = true; });
-    QTRY_VERIFY_WITH_TIMEOUT(done, LoadTime);
+  // The tab in front, with the page that is loaded into it.
+  TBrowserTab *OpenPage(const QString &path) {
+    TBrowserTab *tab = tabs->GetActivePage();
+    Load(tab, path);
+    return tab;
   }
+  // Runs a script in the tab's page to its end.
+  static void Run(TBrowserTab *tab, const QString &script) { (void)AnswerOf(*tab->Browser()->EnginePage(), script); }
 
   TTestServer server;
   TLanguage language;

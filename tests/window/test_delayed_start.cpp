@@ -7,31 +7,29 @@
 #include "support/data_row.h"
 #include "window/main_window_fixture.h"
 
+using namespace Qt::StringLiterals;
+
 // The pages that a start opens once the window is shown. Addresses are paths on the local server.
-class TestDelayedStart final : public QObject {
+class TestDelayedStart final : public QObject, private TMainWindowFixture {
   Q_OBJECT
 
  private Q_SLOTS:
-
   void initTestCase() {
-    m_f.Prepare();
-    for (const char *path : {"/home", "/own", "/a", "/b", "/c", "/maker-ext"}) m_f.server.RoutePage(path, path);
-    QFile product(ProgramFolders::UserData() + QStringLiteral("/product.ini"));
+    Prepare();
+    for (const char *path : {"/home", "/own", "/a", "/b", "/c", "/maker-ext"}) server.RoutePage(path, path);
+    QFile product(ProgramFolders::UserData() + u"/product.ini"_s);
     QVERIFY(product.open(QIODevice::WriteOnly));
-    product.write("[Addresses]\nDefaultHomePage=" + m_f.server.Url(QStringLiteral("/home")).toUtf8() +
-                  "\nStartupPage=" + m_f.server.Url(QStringLiteral("/maker-%s")).toUtf8() + '\n');
+    product.write("[Addresses]\nDefaultHomePage=" + server.Url(u"/home"_s).toUtf8() +
+                  "\nStartupPage=" + server.Url(u"/maker-%s"_s).toUtf8() + '\n');
   }
-  void init() { m_f.Begin(); }
-  void cleanup() { m_f.End(); }
+  void init() { Begin(); }
+  void cleanup() { End(); }
 
   void Opens_data() {
-    QTest::addColumn<QString>("mode");
-    QTest::addColumn<QString>("home");      // the user's own
-    QTest::addColumn<QStringList>("kept");  // what the modes with a list or a group have in store
-    QTest::addColumn<QString>("once");      // StartupPage
-    QTest::addColumn<QString>("argument");  // of the command line
-    QTest::addColumn<QStringList>("pages");
+    // The home page of the user's own, what the modes with a list or a group have in store, StartupPage, and the
+    // argument of the command line.
     using L = QStringList;
+    Columns<QString, QString, L, QString, QString, L>("mode", "home", "kept", "once", "argument", "pages");
     // The maker's page comes only when something of the user's own was opened.
     Row("blank", "Blank", "", L{}, "", "", L{"blank"});
     Row("default home page", "Home", "/home", L{}, "", "", L{"/home"});
@@ -53,16 +51,16 @@ class TestDelayedStart final : public QObject {
     QFETCH(QStringList, kept);
     QFETCH(QString, once);
     QFETCH(QString, argument);
-    const auto url = [this](const QString &path) { return path.isEmpty() ? path : m_f.server.Url(path); };
-    TZVOptions options(*m_f.store);
+    const auto url = [this](const QString &path) { return path.isEmpty() ? path : server.Url(path); };
+    TZVOptions options(*store);
     options.Set(Setting::StartupMode, mode);
     options.Set(Setting::StartupPage, url(once));
     options.Set(Setting::CommandLine, url(argument));
-    HomePage::Choose(*m_f.store, url(home));
-    TNamedAddresses sites{{QStringLiteral("url1"), QStringLiteral("left over from another mode")}};
-    if (mode == QStringLiteral("Last")) {
+    HomePage::Choose(*store, url(home));
+    TNamedAddresses sites{{u"url1"_s, u"left over from another mode"_s}};
+    if (mode == u"Last"_s) {
       sites.clear();
-      for (const QString &path : kept) sites.prepend({QStringLiteral("url%1").arg(sites.size() + 1), url(path)});
+      for (const QString &path : kept) sites.prepend({u"url%1"_s.arg(sites.size() + 1), url(path)});
     } else if (!kept.isEmpty()) {
       options.Set(Setting::StartupHalvexGroup, WriteGroup(kept));
     }
@@ -71,14 +69,13 @@ class TestDelayedStart final : public QObject {
     QTEST(Pages(), "pages");
     QVERIFY(options.Get(Setting::StartupPage).isEmpty() && options.Get(Setting::CommandLine).isEmpty());
     // A list that no mode needs does not outlive the window.
-    m_f.window->CloseWithoutAsking();
-    m_f.window.reset();
-    QCOMPARE(options.LastOpenSites().isEmpty(), mode != QStringLiteral("Last"));
+    window->CloseWithoutAsking();
+    window.reset();
+    QCOMPARE(options.LastOpenSites().isEmpty(), mode != u"Last"_s);
   }
 
   void GroupTakesAllPlaces_data() {
-    QTest::addColumn<QString>("mode");
-    QTest::addColumn<bool>("closeFirst");
+    Columns<QString, bool>("mode", "closeFirst");
     for (const char *mode : {"Home", "Blank", "Last", "HalvexGroup"}) {
       for (const bool closeFirst : {false, true}) {
         QTest::addRow("%s%s", mode, closeFirst ? ", HGCloseFirst" : "") << QString::fromLatin1(mode) << closeFirst;
@@ -90,52 +87,43 @@ class TestDelayedStart final : public QObject {
   void GroupTakesAllPlaces() {
     QFETCH(QString, mode);
     QFETCH(bool, closeFirst);
-    TZVOptions options(*m_f.store);
+    TZVOptions options(*store);
     options.Set(Setting::StartupMode, mode);
     options.Set(Setting::HGCloseFirst, closeFirst);
-    options.Set(Setting::CommandLine, WriteGroup({QStringLiteral("/a"), QStringLiteral("/b")}));
-    options.SetLastOpenSites({{QStringLiteral("url1"), m_f.server.Url(QStringLiteral("/c"))}});
-    HomePage::Choose(*m_f.store, m_f.server.Url(QStringLiteral("/own")));
+    options.Set(Setting::CommandLine, WriteGroup({u"/a"_s, u"/b"_s}));
+    options.SetLastOpenSites({{u"url1"_s, server.Url(u"/c"_s)}});
+    HomePage::Choose(*store, server.Url(u"/own"_s));
     Start();
     QCOMPARE(Pages(), (QStringList{"/a", "/maker-ext", "/b"}));
-    QCOMPARE(m_f.server.RequestCount("/own"), 0);
+    QCOMPARE(server.RequestCount("/own"), 0);
   }
 
  private:
   // Opens the window and waits until the start has wholly run and its pages have come.
-
   void Start() {
-    m_f.Open();
+    Open();
     // The home page may be held back until the page in front has come.
-    QTRY_VERIFY_WITH_TIMEOUT(m_f.window->findChild<TLaterHomePage *>() == nullptr, m_f.LoadTime);
-    const auto allCame = [this] {
-      const QList<TBrowserTab *> tabs = m_f.window->Tabs().Tabs();
-      return std::ranges::all_of(tabs, [](TBrowserTab *tab) {
-        return !tab->Busy() && (tab->Url().isEmpty() || tab->GetLocationUrl() == tab->Url());
-      });
+    QTRY_VERIFY_WITH_TIMEOUT(window->findChild<TLaterHomePage *>() == nullptr, LoadTime);
+    const auto came = [](TBrowserTab *tab) {
+      return !tab->Busy() && (tab->Url().isEmpty() || tab->GetLocationUrl() == tab->Url());
     };
-    QTRY_VERIFY_WITH_TIMEOUT(allCame(), m_f.LoadTime);
+    QTRY_VERIFY_WITH_TIMEOUT(std::ranges::all_of(window->Tabs().Tabs(), came), LoadTime);
   }
 
   [[nodiscard]] QStringList Pages() const {
     QStringList paths;
-    for (TBrowserTab *tab : m_f.window->Tabs().Tabs()) paths.append(QUrl(tab->GetLocationUrl()).path());
+    for (TBrowserTab *tab : window->Tabs().Tabs()) paths.append(QUrl(tab->GetLocationUrl()).path());
     return paths;
   }
 
   [[nodiscard]] QString WriteGroup(const QStringList &paths) const {
-    QFile group(m_f.Path(QStringLiteral("morning.hgp")));
+    QFile group(Path(u"morning.hgp"_s));
     if (!group.open(QIODevice::WriteOnly)) return {};
     group.write("[HalvexGroup]\n");
-    for (const QString &path : paths) group.write(QStringLiteral("%1=%2\n").arg(path, m_f.server.Url(path)).toUtf8());
+    for (const QString &path : paths) group.write(u"%1=%2\n"_s.arg(path, server.Url(path)).toUtf8());
     return group.fileName();
   }
-
-  TMainWindowFixture m_f;
 };
 
-int main(int argc, char **argv) {
-  return RunWithEngine<TestDelayedStart>(argc, argv);
-}
-
+ENGINE_MAIN(TestDelayedStart)
 #include "test_delayed_start.moc"

@@ -38,7 +38,6 @@ class TestDownloads final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-
   void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
 
   void init() {
@@ -53,10 +52,16 @@ class TestDownloads final : public QObject {
     m_list->SetPauseBetweenDialogs(0);
     m_opened.clear();
     m_list->SetOpener([this](const QUrl &address) {
-      m_opened.append(address);
+      m_opened.append(address.toLocalFile());
       return true;
     });
-    ChooseSuggested();
+    m_asked = 0;
+    m_answer = QString();
+    m_list->SetChooseFile([this](const QString &suggested) {
+      ++m_asked;
+      m_suggested = suggested;
+      return m_answer.isNull() ? In(QFileInfo(suggested).fileName()) : m_answer;
+    });
     m_page = std::make_unique<QWebEnginePage>(m_profile.get());
   }
 
@@ -71,22 +76,16 @@ class TestDownloads final : public QObject {
 
   void safeNames_data() {
     Columns<QString, QString>("suggested", "safe");
-    QTest::newRow("plain") << u"photo.jpg"_s << u"photo.jpg"_s;
     QTest::newRow("other scripts stay") << u"写真 ü.jpg"_s << u"写真 ü.jpg"_s;
     QTest::newRow("folders") << u"../../etc/passwd"_s << u"passwd"_s;
     QTest::newRow("backslash folders") << u"..\\..\\start\\run.bat"_s << u"run.bat"_s;
     QTest::newRow("only dots") << u".."_s << u"download"_s;
-    QTest::newRow("empty") << QString() << u"download"_s;
-    QTest::newRow("only a folder") << u"folder/"_s << u"download"_s;
     QTest::newRow("hidden") << u".bashrc"_s << u"bashrc"_s;
     QTest::newRow("dots and blanks at the end") << u" name.txt. . "_s << u"name.txt"_s;
-    QTest::newRow("control characters") << u"a\nb\tc\x7f\x01.txt"_s << u"abc.txt"_s;
-    QTest::newRow("null character") << QString::fromUtf16(u"a\0b.txt", 7) << u"ab.txt"_s;
-    QTest::newRow("direction override") << u"photo\u202Egpj.exe"_s << u"photogpj.exe"_s;
-    QTest::newRow("isolates and marks") << u"\u2066a\u2069\u200F\u061C.txt"_s << u"a.txt"_s;
+    QTest::newRow("control characters") << QString::fromUtf16(u"a\0b\nc\x7f.txt", 10) << u"abc.txt"_s;
+    QTest::newRow("direction marks") << u"photo\u202Egpj\u2069\u061C.exe"_s << u"photogpj.exe"_s;
     QTest::newRow("half a pair") << QString(QChar(0xD800)) + u"a.txt"_s << u"a.txt"_s;
     QTest::newRow("characters of other systems") << u"a<b>c:d\"e|f?g*.txt"_s << u"a_b_c_d_e_f_g_.txt"_s;
-    QTest::newRow("reserved") << u"CON"_s << u"_CON"_s;
     QTest::newRow("reserved with an ending") << u"lpt1.txt"_s << u"_lpt1.txt"_s;
     QTest::newRow("not reserved") << u"console.txt"_s << u"console.txt"_s;
     QTest::newRow("too long") << QString(500, 'x') + u".tar.gz"_s << QString(193, 'x') + u".tar.gz"_s;
@@ -102,7 +101,6 @@ class TestDownloads final : public QObject {
   void freePathNumbersNames_data() {
     Columns<QStringList, QString, QString>("there", "name", "free");
     QTest::newRow("free") << QStringList{} << u"a.txt"_s << u"a.txt"_s;
-    QTest::newRow("there") << QStringList{u"a.txt"_s} << u"a.txt"_s << u"a (1).txt"_s;
     QTest::newRow("numbers there") << QStringList{u"a.txt"_s, u"a (1).txt"_s} << u"a.txt"_s << u"a (2).txt"_s;
     QTest::newRow("two endings") << QStringList{u"a.tar.gz"_s} << u"a.tar.gz"_s << u"a (1).tar.gz"_s;
     QTest::newRow("no ending") << QStringList{u"a"_s} << u"a"_s << u"a (1)"_s;
@@ -122,7 +120,6 @@ class TestDownloads final : public QObject {
 
   void executables_data() {
     Columns<QString, bool, bool>("name", "permission", "executable");
-    QTest::newRow("text") << u"a.txt"_s << false << false;
     QTest::newRow("picture") << u"a.jpg"_s << false << false;
     QTest::newRow("script") << u"a.sh"_s << false << true;
     QTest::newRow("starter") << u"a.desktop"_s << false << true;
@@ -161,52 +158,39 @@ class TestDownloads final : public QObject {
   void savesWhereTheUserSays() {
     QSignalSpy active(m_list.get(), &TDownloadList::ActiveChanged);
     QVERIFY(QDir(m_folder->path()).mkdir("elsewhere"));
-    QString suggested;
-    m_list->SetChooseFile([&](const QString &path) {
-      suggested = path;
-      return In(u"elsewhere/mine.txt"_s);
-    });
+    m_answer = In(u"elsewhere/mine.txt"_s);
     Get(u"/file"_s);
-    QCOMPARE(QFileInfo(suggested).fileName(), u"file.txt"_s);
+    QCOMPARE(QFileInfo(m_suggested).fileName(), u"file.txt"_s);
     QCOMPARE(Content(In(u"elsewhere/mine.txt"_s)), "content");
     QCOMPARE(active.size(), 2);
     QCOMPARE(active.last().first().toInt(), 0);
     // The next one starts in the folder that was used last.
-    m_list->SetChooseFile([&](const QString &path) {
-      suggested = path;
-      return QString();
-    });
+    m_answer = u""_s;
     Download(u"/file"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(suggested, In(u"elsewhere/file.txt"_s), LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(m_suggested, In(u"elsewhere/file.txt"_s), LongWait);
     // Cancelled, it leaves nothing.
     QCOMPARE(m_list->rowCount(), 1);
     QCOMPARE(QDir(m_folder->path()).entryList({u"file*"_s}, QDir::Files), QStringList());
     QCOMPARE(QDir(In(u"elsewhere"_s)).entryList(QDir::Files), QStringList{u"mine.txt"_s});
     QCOMPARE(m_store->Read(TRegistryHive::CurrentUser, Key, u"DownloadFolder"_s).value_or(QString()),
              In(u"elsewhere"_s));
-    QVERIFY(m_list->Open(0));
-    QVERIFY(m_list->OpenFolder(0));
-    QCOMPARE(m_opened,
-             (QList<QUrl>{QUrl::fromLocalFile(In(u"elsewhere/mine.txt"_s)), QUrl::fromLocalFile(In(u"elsewhere"_s))}));
+    QVERIFY(m_list->Open(0) && m_list->OpenFolder(0));
+    QCOMPARE(m_opened, (QStringList{In(u"elsewhere/mine.txt"_s), In(u"elsewhere"_s)}));
     QVERIFY(QFile::remove(In(u"elsewhere/mine.txt"_s)));
     QVERIFY(!m_list->Open(0));
   }
 
   void neverOverwritesWithoutAsking() {
     m_list->SetChooseFile({});
-    for (const QString &name : {u"file.txt"_s, u"file (1).txt"_s, u"file (2).txt"_s}) {
-      Download(u"/file"_s);
-      QTRY_COMPARE_WITH_TIMEOUT(Content(In(name)), "content", LongWait);
-      QTRY_COMPARE(m_list->State(0), TDownloadState::Finished);
+    for (const QString &name : {u"file.txt"_s, u"file (1).txt"_s}) {
+      Get(u"/file"_s);
+      QCOMPARE(Content(In(name)), "content");
     }
     // The user's own choice of a file that is there has been asked about by the dialog.
-    QFile old(In(u"old.txt"_s));
-    QVERIFY(old.open(QIODevice::WriteOnly));
-    old.write("old");
-    old.close();
-    m_list->SetChooseFile([this](const QString &) { return In(u"old.txt"_s); });
-    Download(u"/file"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(Content(In(u"old.txt"_s)), "content", LongWait);
+    QVERIFY(QFile::resize(In(u"file.txt"_s), 0));
+    m_list->SetChooseFile([this](const QString &) { return In(u"file.txt"_s); });
+    Get(u"/file"_s);
+    QCOMPARE(Content(In(u"file.txt"_s)), "content");
   }
 
   void hostileNameAndFolderThatIsGone() {
@@ -221,7 +205,7 @@ class TestDownloads final : public QObject {
 
   void sameFileTwiceAtOnce() {
     RouteSlowFile();
-    m_list->SetChooseFile([this](const QString &) { return In(u"one.bin"_s); });
+    m_answer = In(u"one.bin"_s);
     Download(u"/slow"_s);
     QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
     Download(u"/slow"_s);
@@ -234,7 +218,7 @@ class TestDownloads final : public QObject {
   }
 
   void chosenFolderThatIsGone() {
-    m_list->SetChooseFile([this](const QString &) { return In(u"gone/file.txt"_s); });
+    m_answer = In(u"gone/file.txt"_s);
     Download(u"/file"_s);
     QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
     QCOMPARE(m_list->State(0), TDownloadState::Failed);
@@ -247,30 +231,12 @@ class TestDownloads final : public QObject {
 
     // Deleted while the file is being written.
     RouteSlowFile();
-    m_list->SetChooseFile([this](const QString &) { return In(u"gone/slow.bin"_s); });
+    m_answer = In(u"gone/slow.bin"_s);
     Download(u"/slow"_s);
     QTRY_VERIFY_WITH_TIMEOUT(HasBegun(), LongWait);
     QVERIFY(QDir(In(u"gone"_s)).removeRecursively());
     QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Failed, LongWait);
     QVERIFY(m_list->CanRetry(0));
-  }
-
-  void pauseResumeAndCancel() {
-    RouteSlowFile();
-    Download(u"/slow"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
-    QTRY_VERIFY_WITH_TIMEOUT(m_list->data(m_list->index(0), TDownloadList::PercentRole).toInt() > 0, LongWait);
-    m_list->Pause(0);
-    QTRY_COMPARE(m_list->State(0), TDownloadState::Paused);
-    QCOMPARE(m_list->ActiveCount(), 1);
-    QVERIFY(m_list->CanResume(0) && !m_list->CanPause(0));
-    m_list->Resume(0);
-    QTRY_COMPARE(m_list->State(0), TDownloadState::Running);
-    m_list->Cancel(0);
-    QTRY_COMPARE(m_list->State(0), TDownloadState::Cancelled);
-    QCOMPARE(m_list->ActiveCount(), 0);
-    QTRY_VERIFY(QDir(m_folder->path()).entryList({u"slow*"_s}, QDir::Files).isEmpty());
-    QVERIFY(m_list->CanRetry(0) && !m_list->CanCancel(0) && !m_list->CanOpen(0));
   }
 
   void brokenConnectionIsToldAndRetried() {
@@ -293,11 +259,7 @@ class TestDownloads final : public QObject {
 
   void interruptedOneGoesOnUnasked() {
     const TTestResponse whole = RouteBroken();
-    int asked = 0;
-    m_list->SetChooseFile([&](const QString &) {
-      ++asked;
-      return In(u"mine.bin"_s);
-    });
+    m_answer = In(u"mine.bin"_s);
     Download(u"/broken"_s);
     QTRY_VERIFY_WITH_TIMEOUT(HasBegun(), LongWait);
     const quint16 port = m_server->Port();
@@ -305,50 +267,28 @@ class TestDownloads final : public QObject {
     m_server->Close();
     QVERIFY(m_server->Listen(port));
     QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
-    QCOMPARE(m_list->rowCount(), 1);
-    QCOMPARE(asked, 1);
+    QVERIFY(m_list->rowCount() == 1 && m_asked == 1);
     QCOMPARE(Content(In(u"mine.bin"_s)), whole.body);
   }
 
   // A page that starts many downloads at once gets one dialog; the others wait for the user in the list.
   void requestsWhileAskingWaitInTheList() {
     m_server->Route("/second", TTestResponse::Attachment("second.txt", "second"));
-    int asked = 0;
     m_list->SetPauseBetweenDialogs(2 * LongWait);
-    m_list->SetChooseFile([&](const QString &suggested) {
-      ++asked;
-      return In(QFileInfo(suggested).fileName());
-    });
     for (const QString &path : {u"/file"_s, u"/second"_s, u"/second"_s, u"/second"_s}) Download(path);
     QTRY_COMPARE_WITH_TIMEOUT(m_server->RequestCount("/second"), 3, LongWait);
     QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
     QTRY_COMPARE_WITH_TIMEOUT(m_list->ActiveCount(), 0, LongWait);
-    QCOMPARE(asked, 1);
+    QCOMPARE(m_asked, 1);
     const int waiting = m_list->State(0) == TDownloadState::NotStarted ? 0 : 1;
     QCOMPARE(m_list->State(waiting), TDownloadState::NotStarted);
     const QString name = m_list->data(m_list->index(waiting)).toString();
     m_list->Retry(waiting);
     QTRY_COMPARE_WITH_TIMEOUT(m_list->State(waiting), TDownloadState::Finished, LongWait);
     QCOMPARE(m_list->rowCount(), 2);
-    QCOMPARE(asked, 2);
+    QCOMPARE(m_asked, 2);
     QCOMPARE(QFileInfo(Path(waiting)).fileName(), name);
     QVERIFY(QFileInfo::exists(In(u"file.txt"_s)));
-  }
-
-  void savedPageGoesWhereDecided() {
-    m_server->RoutePage("/page", "Title", "words");
-    m_list->SetChooseFile([](const QString &) {
-      QTest::qFail("asked", __FILE__, __LINE__);
-      return QString();
-    });
-    QSignalSpy loaded(m_page.get(), &QWebEnginePage::loadFinished);
-    m_page->load(QUrl(m_server->Url(u"/page"_s)));
-    QVERIFY(loaded.wait(LongWait));
-    m_page->save(In(u"page.html"_s), QWebEngineDownloadRequest::SingleHtmlSaveFormat);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
-    QCOMPARE(Path(0), In(u"page.html"_s));
-    QVERIFY(Content(Path(0)).contains("words"));
   }
 
   void outlivesItsPage() {
@@ -373,19 +313,14 @@ class TestDownloads final : public QObject {
     // Taking a line out of the list never takes the file.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCOMPARE(Content(In(u"file.txt"_s)), "content");
-    m_list->Cancel(0);
-    QTRY_COMPARE(m_list->State(0), TDownloadState::Cancelled);
-    m_list->Remove(0);
-    QCOMPARE(m_list->rowCount(), 0);
     // Rows that are not there are left alone.
-    for (const int row : {-1, 0, 7}) {
+    for (const int row : {-1, 1, 7}) {
       m_list->Pause(row);
       m_list->Resume(row);
       m_list->Cancel(row);
       m_list->Retry(row);
       m_list->Remove(row);
-      QVERIFY(!m_list->Open(row));
-      QVERIFY(!m_list->OpenFolder(row));
+      QVERIFY(!m_list->Open(row) && !m_list->OpenFolder(row));
     }
   }
 
@@ -401,21 +336,27 @@ class TestDownloads final : public QObject {
     QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
     QVERIFY(view.isVisible());
     QTRY_VERIFY(button("cmdPause")->isEnabled());
+    QTRY_VERIFY_WITH_TIMEOUT(m_list->data(m_list->index(0), TDownloadList::PercentRole).toInt() > 0, LongWait);
     QTest::keyClick(&view, Qt::Key_Space);
     QTRY_COMPARE(m_list->State(0), TDownloadState::Paused);
+    QCOMPARE(m_list->ActiveCount(), 1);
     QTRY_VERIFY(button("cmdResume")->isEnabled() && !button("cmdPause")->isEnabled());
     QVERIFY(!button("cmdOpen")->isEnabled() && !button("cmdRemove")->isEnabled());
     // Delete does not throw away a download that is under way.
     QTest::keyClick(&view, Qt::Key_Delete);
     QCOMPARE(m_list->rowCount(), 1);
+    button("cmdResume")->click();
+    QTRY_COMPARE(m_list->State(0), TDownloadState::Running);
     button("cmdCancel")->click();
     QTRY_COMPARE(m_list->State(0), TDownloadState::Cancelled);
-    QTRY_VERIFY(button("cmdRetry")->isEnabled());
+    QCOMPARE(m_list->ActiveCount(), 0);
+    QTRY_VERIFY(QDir(m_folder->path()).entryList({u"slow*"_s}, QDir::Files).isEmpty());
+    QTRY_VERIFY(button("cmdRetry")->isEnabled() && !button("cmdCancel")->isEnabled() &&
+                !button("cmdOpen")->isEnabled());
     QVERIFY(view.currentIndex().data(Qt::AccessibleTextRole).toString().contains(Status(0)));
     QTest::keyClick(&view, Qt::Key_Delete);
     QCOMPARE(m_list->rowCount(), 0);
     QVERIFY(!view.isVisible());
-    for (const QPushButton *each : window.findChildren<QPushButton *>()) QVERIFY(!each->text().startsWith("__"));
   }
 
   void programsAreNotOpenedUnasked() {
@@ -433,7 +374,7 @@ class TestDownloads final : public QObject {
     QCOMPARE(m_opened.size(), 1);
     OnModalDialog<TfrmConfirm>([](TfrmConfirm &question) { question.accept(); });
     QTest::keyClick(&view, Qt::Key_Return);
-    QCOMPARE(m_opened, (QList<QUrl>{m_opened.first(), QUrl::fromLocalFile(In(u"run.sh"_s))}));
+    QCOMPARE(m_opened, (QStringList{In(u"file.txt"_s), In(u"run.sh"_s)}));
   }
 
  private:
@@ -444,9 +385,6 @@ class TestDownloads final : public QObject {
     return m_list->data(m_list->index(row), TDownloadList::PathRole).toString();
   }
   [[nodiscard]] QString In(const QString &name) const { return m_folder->filePath(name); }
-  void ChooseSuggested() {
-    m_list->SetChooseFile([this](const QString &suggested) { return In(QFileInfo(suggested).fileName()); });
-  }
   // A big file that arrives slowly, so that there is time to do something to it.
   void RouteSlowFile() {
     TTestResponse response = TTestResponse::Attachment("slow.bin", QByteArray(4 * 1024 * 1024, 's'));
@@ -480,7 +418,10 @@ class TestDownloads final : public QObject {
   std::unique_ptr<TRegistryStore> m_store;
   std::unique_ptr<TDownloadList> m_list;
   std::unique_ptr<QWebEnginePage> m_page;
-  QList<QUrl> m_opened;
+  QStringList m_opened;
+  int m_asked = 0;      // where to save
+  QString m_suggested;  // then
+  QString m_answer;     // to that; null takes the suggested name
 };
 
 QTEST_MAIN(TestDownloads)

@@ -7,35 +7,35 @@
 #include "window/groups_fixture.h"
 
 // The editor of page groups: what it makes of a file, and what it writes.
-class TestGroupEditor final : public QObject {
+class TestGroupEditor final : public QObject, private TGroupsFixture {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase() { m_f.Prepare(); }
-  void init() { m_f.Begin(); }
+  void initTestCase() { Prepare(); }
+  void init() { Begin(); }
   void cleanup() {
     m_editor.reset();
-    m_f.End();
+    End();
   }
 
   void Edits() {
-    const QString path = m_f.Put(QStringLiteral("g.hgp"), QStringLiteral("a=1\nBlank9=*2\nb=3\nblank4=4"));
+    const QString path = Put(u"g.hgp"_s, u"a=1\nBlank9=*2\nb=3\nblank4=4"_s);
     const TListEditorDriver editor = Open(path);
-    const QString caption = m_f.language.Text("HalvexGroups", "HalvexGroup");
-    QCOMPARE(m_editor->windowTitle(), caption + QStringLiteral(": g.hgp"));
+    const QString caption = language.Text("HalvexGroups", "HalvexGroup");
+    QCOMPARE(m_editor->windowTitle(), caption + u": g.hgp"_s);
     QCOMPARE(editor.Shown(), (QStringList{"a|1|", "|2|X", "b|3|", "|4|"}));
     editor.Click("cmdUpdate");
     QVERIFY(!editor.List().isEnabled());
-    QCOMPARE(m_editor->focusWidget()->objectName(), QStringLiteral("edtLocation"));
-    editor.Enter(QStringLiteral("a"), QStringLiteral("  "));
+    QCOMPARE(m_editor->focusWidget()->objectName(), u"edtLocation"_s);
+    editor.Enter(u"a"_s, u"  "_s);
     QVERIFY(editor.IsEditing());  // A page needs an address...
-    editor.Enter(QStringLiteral(" A=A"), QStringLiteral(" 11 "));
+    editor.Enter(u" A=A"_s, u" 11 "_s);
     editor.Select(1);
     editor.Click("cmdUpdate");
-    editor.Enter(QString(), QStringLiteral("22"));  // its lock stays
+    editor.Enter(QString(), u"22"_s);  // its lock stays
     editor.Click("cmdInsert");
     editor.Part<QCheckBox>("chkTabLocked").setChecked(true);
-    editor.Enter(QString(), QStringLiteral("5"));  // ... and no name.
+    editor.Enter(QString(), u"5"_s);  // ... and no name.
     QCOMPARE(editor.Shown(), (QStringList{" A=A|11|", "|22|X", "b|3|", "|4|", "|5|X"}));
     editor.Select(2);
     editor.Click("cmdDelete");
@@ -44,11 +44,11 @@ class TestGroupEditor final : public QObject {
     editor.Click("cmdOk");
     QCOMPARE(m_editor->result(), int(QDialog::Accepted));
     // Names are free of "=", and what has none is numbered by its position.
-    QCOMPARE(m_f.Lines(path), QStringLiteral("AA=11\nblank2=*22\nblank3=4\nblank4=*5"));
+    QCOMPARE(Lines(path), u"AA=11\nblank2=*22\nblank3=4\nblank4=*5"_s);
   }
 
   void Cancels() {
-    const QString path = m_f.Put(QStringLiteral("g.hgp"), QStringLiteral("a = 1\n;note\n\nb=2"));
+    const QString path = Put(u"g.hgp"_s, u"a = 1\n;note\n\nb=2"_s);
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray before = file.readAll();
@@ -57,22 +57,22 @@ class TestGroupEditor final : public QObject {
       editor.Click("cmdDelete");
       editor.Click("cmdCancel");
     });
-    m_f.groups->Organize(path);
+    groups->Organize(path);
     QVERIFY(file.seek(0));
     QCOMPARE(file.readAll(), before);
   }
 
   void TellsRefusedWrite() {
-    const QString path = m_f.Put(QStringLiteral("sub/g.hgp"), QStringLiteral("a=1"));
+    const QString path = Put(u"sub/g.hgp"_s, u"a=1"_s);
     const TListEditorDriver editor = Open(path);
     QVERIFY(QDir(QFileInfo(path).path()).removeRecursively());
     editor.Click("cmdOk");
     QVERIFY(m_editor->isVisible());
     const auto &box = *m_editor->findChild<QMessageBox *>();
-    QVERIFY2(box.text().contains(QLatin1String("g.hgp")), qPrintable(box.text()));
+    QVERIFY2(box.text().contains(u"g.hgp"_s), qPrintable(box.text()));
     QVERIFY(QDir().mkpath(QFileInfo(path).path()));
     editor.Click("cmdOk");
-    QCOMPARE(m_f.Lines(path), QStringLiteral("a=1"));
+    QCOMPARE(Lines(path), u"a=1"_s);
   }
 
  private:
@@ -80,17 +80,13 @@ class TestGroupEditor final : public QObject {
     return {dialog, "lstSites", {"edtTitle", "edtLocation"}};
   }
   [[nodiscard]] TListEditorDriver Open(const QString &path) {
-    m_editor = std::make_unique<TfrmHalvexGroup>(m_f.language, path);
+    m_editor = std::make_unique<TfrmHalvexGroup>(language, path);
     m_editor->show();
     return DriverOf(*m_editor);
   }
 
   std::unique_ptr<TfrmHalvexGroup> m_editor;
-  TGroupsFixture m_f;
 };
 
-int main(int argc, char **argv) {
-  return RunWithEngine<TestGroupEditor>(argc, argv);
-}
-
+ENGINE_MAIN(TestGroupEditor)
 #include "test_group_editor.moc"

@@ -8,20 +8,20 @@
 #include "window/groups_fixture.h"
 
 // The queue that opens the pages of many tabs, with the real engine and groups of pages.
-class TestLoadQueue final : public QObject {
+class TestLoadQueue final : public QObject, private TGroupsFixture {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase() { m_f.Prepare(); }
-  void init() { m_f.Begin(); }
-  void cleanup() { m_f.End(); }
+  void initTestCase() { Prepare(); }
+  void init() { Begin(); }
+  void cleanup() { End(); }
 
   void LoadsAFewAtATime() {
     int most = 0;
     QStringList order;
-    connect(m_f.tabs.get(), &TTabStrip::TabsChanged, m_f.queue.get(), [&] {
+    connect(tabs.get(), &TTabStrip::TabsChanged, queue.get(), [&] {
       int open = 0;
-      for (const TBrowserTab *tab : m_f.tabs->Tabs()) {
+      for (const TBrowserTab *tab : tabs->Tabs()) {
         if (tab->Busy()) ++open;
         if (tab->Browser()->EnginePageIfAny() != nullptr && !order.contains(tab->StickyName())) {
           order.append(tab->StickyName());
@@ -29,19 +29,17 @@ class TestLoadQueue final : public QObject {
       }
       most = qMax(most, open);
     });
-    const QSignalSpy told(m_f.queue.get(), &TLoadQueue::ToComeChanged);
-    m_f.groups->OpenHalvexGroup(m_f.Put(QStringLiteral("g.hgp"), m_f.LinesOf(20)), true);
-    QCOMPARE(m_f.queue->ToCome(), 20);
-    m_f.tabs->MakeMeActiveTab(7);
-    QTRY_VERIFY_WITH_TIMEOUT(AllLoaded(), m_f.LoadTime);
+    const QSignalSpy told(queue.get(), &TLoadQueue::ToComeChanged);
+    OpenLines(LinesOf(20));
+    QCOMPARE(queue->ToCome(), 20);
+    tabs->MakeMeActiveTab(7);
+    QTRY_VERIFY_WITH_TIMEOUT(AllLoaded(), LoadTime);
     QVERIFY2(most <= TLoadQueue::AtOnce, qPrintable(QString::number(most)));
-    QCOMPARE(order.first(), QStringLiteral("n7"));
-    order.removeFirst();
-    QStringList sorted = order;
-    std::sort(sorted.begin(), sorted.end(),
-              [](const QString &a, const QString &b) { return a.mid(1).toInt() < b.mid(1).toInt(); });
-    QCOMPARE(order, sorted);
-    QCOMPARE(order.size(), 19);
+    QStringList expected{u"n7"_s};
+    for (int i = 0; i < 20; ++i) {
+      if (i != 7) expected.append(u"n%1"_s.arg(i));
+    }
+    QCOMPARE(order, expected);
     // Down to nothing, one by one.
     int last = 20;
     for (const QList<QVariant> &news : told.mid(told.indexOf({20}) + 1)) {
@@ -53,73 +51,73 @@ class TestLoadQueue final : public QObject {
 
   // Servers that never answer keep the rest waiting for a while only.
   void SilentPagesHoldNobody() {
-    OpenBehindSilentPages(QStringLiteral("end=%1").arg(m_f.Page(1)));
-    TBrowserTab *last = m_f.tabs->Tab(m_f.tabs->TabCount() - 1);
+    OpenBehindSilentPages(u"end=%1"_s.arg(Page(1)));
+    TBrowserTab *last = tabs->Tab(tabs->TabCount() - 1);
     QCOMPARE(last->Browser()->EnginePageIfAny(), nullptr);
-    QTRY_COMPARE_WITH_TIMEOUT(last->GetLocationName(), QStringLiteral("Page 1"), m_f.LoadTime);
-    QTRY_COMPARE_WITH_TIMEOUT(m_f.queue->ToCome(), 0, m_f.LoadTime);
+    QTRY_COMPARE_WITH_TIMEOUT(last->GetLocationName(), u"Page 1"_s, LoadTime);
+    QTRY_COMPARE_WITH_TIMEOUT(queue->ToCome(), 0, LoadTime);
   }
 
   // The page that the user turns to comes next, even while others take all places.
   void TurningToATab() {
-    OpenBehindSilentPages(m_f.LinesOf(5));
+    OpenBehindSilentPages(LinesOf(5));
     QElapsedTimer timer;
     timer.start();
-    m_f.tabs->MakeMeActiveTab(TLoadQueue::AtOnce + 3);
-    QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->GetActivePage()->GetLocationName(), QStringLiteral("Page 3"), m_f.LoadTime);
+    tabs->MakeMeActiveTab(TLoadQueue::AtOnce + 3);
+    QTRY_COMPARE_WITH_TIMEOUT(tabs->GetActivePage()->GetLocationName(), u"Page 3"_s, LoadTime);
     QVERIFY(timer.elapsed() < TLoadQueue::LongestHold);
-    QCOMPARE(m_f.server.RequestCount("/page0"), 0);
+    QCOMPARE(server.RequestCount("/page0"), 0);
   }
 
   void StopsLoading() {
-    m_f.groups->OpenHalvexGroup(m_f.Put(QStringLiteral("g.hgp"), m_f.LinesOf(30)), true);
-    QTRY_VERIFY_WITH_TIMEOUT(m_f.queue->ToCome() < 29, m_f.LoadTime);
-    m_f.queue->Stop();
-    QVERIFY(m_f.queue->ToCome() <= TLoadQueue::AtOnce);
-    QTRY_COMPARE_WITH_TIMEOUT(m_f.queue->ToCome(), 0, m_f.LoadTime);
-    TBrowserTab *last = m_f.tabs->Tab(29);
+    OpenLines(LinesOf(30));
+    QTRY_VERIFY_WITH_TIMEOUT(queue->ToCome() < 29, LoadTime);
+    queue->Stop();
+    QVERIFY(queue->ToCome() <= TLoadQueue::AtOnce);
+    QTRY_COMPARE_WITH_TIMEOUT(queue->ToCome(), 0, LoadTime);
+    TBrowserTab *last = tabs->Tab(29);
     QVERIFY(last->Browser()->EnginePageIfAny() == nullptr);
-    QCOMPARE(last->AddressToSave(), m_f.Page(29));
-    m_f.tabs->Activate(last);
-    QTRY_COMPARE_WITH_TIMEOUT(last->GetLocationName(), QStringLiteral("Page 29"), m_f.LoadTime);
+    QCOMPARE(last->AddressToSave(), Page(29));
+    tabs->Activate(last);
+    QTRY_COMPARE_WITH_TIMEOUT(last->GetLocationName(), u"Page 29"_s, LoadTime);
     // Refreshing all pages leaves those alone that were never opened; a single one it opens.
-    m_f.tabs->RefreshAll();
-    QVERIFY(m_f.tabs->Tab(28)->Browser()->EnginePageIfAny() == nullptr);
-    m_f.tabs->Tab(28)->Refresh();
-    QTRY_COMPARE_WITH_TIMEOUT(m_f.tabs->Tab(28)->GetLocationName(), QStringLiteral("Page 28"), m_f.LoadTime);
+    tabs->RefreshAll();
+    QVERIFY(tabs->Tab(28)->Browser()->EnginePageIfAny() == nullptr);
+    tabs->Tab(28)->Refresh();
+    QTRY_COMPARE_WITH_TIMEOUT(tabs->Tab(28)->GetLocationName(), u"Page 28"_s, LoadTime);
     // A page that was stopped is locked once it is there.
-    TBrowserTab *locked = m_f.tabs->Tab(27);
-    m_f.tabs->Activate(locked);
-    m_f.tabMenu->Open(locked, {});
-    m_f.window->findChild<QAction *>(QStringLiteral("pmTabLocked"))->trigger();
+    TBrowserTab *locked = tabs->Tab(27);
+    tabs->Activate(locked);
+    tabMenu->Open(locked, {});
+    window->findChild<QAction *>(u"pmTabLocked"_s)->trigger();
     QVERIFY(!locked->Locked());
-    QTRY_VERIFY_WITH_TIMEOUT(locked->Locked(), m_f.LoadTime);
-    QTRY_COMPARE_WITH_TIMEOUT(locked->GetLocationName(), QStringLiteral("Page 27"), m_f.LoadTime);
-    QCOMPARE(m_f.tabs->TabCount(), 30);
+    QTRY_VERIFY_WITH_TIMEOUT(locked->Locked(), LoadTime);
+    QTRY_COMPARE_WITH_TIMEOUT(locked->GetLocationName(), u"Page 27"_s, LoadTime);
+    QCOMPARE(tabs->TabCount(), 30);
     // What is opened after that loads again.
-    TBrowserTab *other = m_f.tabs->NewBackgroundTab();
-    m_f.queue->Navigate(other, m_f.Page(50));
-    QTRY_COMPARE_WITH_TIMEOUT(other->GetLocationName(), QStringLiteral("Page 50"), m_f.LoadTime);
+    TBrowserTab *other = tabs->NewBackgroundTab();
+    queue->Navigate(other, Page(50));
+    QTRY_COMPARE_WITH_TIMEOUT(other->GetLocationName(), u"Page 50"_s, LoadTime);
   }
 
   void TabsThatDropOut() {
-    m_f.groups->OpenHalvexGroup(m_f.Put(QStringLiteral("g.hgp"), m_f.LinesOf(20)), true);
-    m_f.tabs->Tab(19)->Navigate(m_f.Page(60));
-    m_f.tabs->Tab(18)->MakeBlank();
-    m_f.tabs->Tab(18)->Navigate(m_f.Page(61));
-    for (int i = 17; i >= 5; --i) m_f.tabs->Tab(i)->Close();
-    QTRY_COMPARE_WITH_TIMEOUT(m_f.queue->ToCome(), 0, m_f.LoadTime);
-    QTRY_VERIFY_WITH_TIMEOUT(AllLoaded(), m_f.LoadTime);
-    QCOMPARE(m_f.tabs->TabCount(), 7);
-    QCOMPARE(m_f.tabs->Tab(6)->GetLocationUrl(), m_f.Page(60));
-    for (const char *path : {"/page19", "/page18", "/page10"}) QCOMPARE(m_f.server.RequestCount(path), 0);
+    OpenLines(LinesOf(20));
+    tabs->Tab(19)->Navigate(Page(60));
+    tabs->Tab(18)->MakeBlank();
+    tabs->Tab(18)->Navigate(Page(61));
+    for (int i = 17; i >= 5; --i) tabs->Tab(i)->Close();
+    QTRY_COMPARE_WITH_TIMEOUT(queue->ToCome(), 0, LoadTime);
+    QTRY_VERIFY_WITH_TIMEOUT(AllLoaded(), LoadTime);
+    QCOMPARE(tabs->TabCount(), 7);
+    QCOMPARE(tabs->Tab(6)->GetLocationUrl(), Page(60));
+    for (const char *path : {"/page19", "/page18", "/page10"}) QCOMPARE(server.RequestCount(path), 0);
 
     // Everything closed in the middle of it.
-    m_f.groups->OpenHalvexGroup(m_f.Put(QStringLiteral("g.hgp"), m_f.LinesOf(20)), true);
-    QTRY_VERIFY_WITH_TIMEOUT(m_f.queue->ToCome() < 19, m_f.LoadTime);
-    m_f.closeAll->CloseAll(true);
-    QTRY_COMPARE_WITH_TIMEOUT(m_f.queue->ToCome(), 0, m_f.LoadTime);
-    QCOMPARE(m_f.tabs->TabCount(), 1);
+    OpenLines(LinesOf(20));
+    QTRY_VERIFY_WITH_TIMEOUT(queue->ToCome() < 19, LoadTime);
+    closeAll->CloseAll(true);
+    QTRY_COMPARE_WITH_TIMEOUT(queue->ToCome(), 0, LoadTime);
+    QCOMPARE(tabs->TabCount(), 1);
   }
 
  private:
@@ -127,23 +125,17 @@ class TestLoadQueue final : public QObject {
   void OpenBehindSilentPages(QString lines) {
     for (int i = 0; i < TLoadQueue::AtOnce; ++i) {
       // Different addresses: the engine lets requests for one and the same wait for each other.
-      lines.prepend(QStringLiteral("s%1=%2?%1\n").arg(QString::number(i), m_f.server.Url(QStringLiteral("/silent"))));
+      lines.prepend(u"s%1=%2?%1\n"_s.arg(QString::number(i), server.Url(u"/silent"_s)));
     }
-    m_f.groups->OpenHalvexGroup(m_f.Put(QStringLiteral("g.hgp"), lines), true);
-    QTRY_VERIFY_WITH_TIMEOUT(m_f.server.RequestCount("/silent") == TLoadQueue::AtOnce, m_f.LoadTime);
+    OpenLines(lines);
+    QTRY_VERIFY_WITH_TIMEOUT(server.RequestCount("/silent") == TLoadQueue::AtOnce, LoadTime);
   }
   [[nodiscard]] bool AllLoaded() const {
-    const QList<TBrowserTab *> tabs = m_f.tabs->Tabs();
-    return m_f.queue->ToCome() == 0 && std::none_of(tabs.begin(), tabs.end(), [](TBrowserTab *tab) {
-             return tab->Busy() || tab->GetLocationUrl() != tab->Url();
+    return queue->ToCome() == 0 && std::ranges::all_of(tabs->Tabs(), [](TBrowserTab *tab) {
+             return !tab->Busy() && tab->GetLocationUrl() == tab->Url();
            });
   }
-
-  TGroupsFixture m_f;
 };
 
-int main(int argc, char **argv) {
-  return RunWithEngine<TestLoadQueue>(argc, argv);
-}
-
+ENGINE_MAIN(TestLoadQueue)
 #include "test_load_queue.moc"

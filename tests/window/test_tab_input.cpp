@@ -13,10 +13,7 @@ namespace {
 
 QStringList Names(const QSignalSpy &spy) {
   QStringList names;
-  for (const QList<QVariant> &arguments : spy) {
-    const auto *page = qobject_cast<const QLineEdit *>(arguments.first().value<QWidget *>());
-    names << (page ? page->text() : QStringLiteral("-"));
-  }
+  for (const QList<QVariant> &arguments : spy) names << TStrip::NameOf(arguments.first().value<QWidget *>());
   return names;
 }
 
@@ -27,9 +24,7 @@ class TTabInputTest final : public QObject {
 
  private Q_SLOTS:
   void KeysInTheStrip_data() {
-    QTest::addColumn<Qt::LayoutDirection>("direction");
-    QTest::addColumn<QString>("keys");
-    QTest::addColumn<QString>("state");
+    Columns<Qt::LayoutDirection, QString, QString>("direction", "keys", "state");
     Row("right", Qt::LeftToRight, "Right", "A B *C");
     Row("left", Qt::LeftToRight, "Left", "*A B C");
     Row("round", Qt::LeftToRight, "Right, Right", "*A B C");
@@ -55,8 +50,7 @@ class TTabInputTest final : public QObject {
     QSignalSpy closes(&strip.control, &TZVPageControl::CloseRequested);
     QSignalSpy menus(&strip.control, &TZVPageControl::TabMenuRequested);
     QTest::keyClick(strip.View(), Qt::Key_Delete);
-    QCOMPARE(closes.size(), 1);
-    QCOMPARE(closes[0][0].value<QWidget *>(), strip.control.ActivePage());
+    QCOMPARE(Names(closes), QStringList{TStrip::NameOf(strip.control.ActivePage())});
     QTest::keyClick(strip.View(), Qt::Key_Menu);
     QTest::keyClick(strip.View(), Qt::Key_F10, Qt::ShiftModifier);
     QCOMPARE(menus.size(), 2);
@@ -124,11 +118,8 @@ class TTabInputTest final : public QObject {
   }
 
   void DraggingMovesTabs_data() {
-    QTest::addColumn<Qt::LayoutDirection>("direction");
-    QTest::addColumn<QString>("dragged");
-    QTest::addColumn<QString>("onto");
-    QTest::addColumn<int>("beyond");  // pixels right of its middle
-    QTest::addColumn<QString>("state");
+    // Beyond: pixels right of its middle.
+    Columns<Qt::LayoutDirection, QString, QString, int, QString>("direction", "dragged", "onto", "beyond", "state");
     Row("to the right, over hidden ones", Qt::LeftToRight, "A", "C", 4, "(H) B (I) C *A D");
     Row("not yet half over", Qt::LeftToRight, "A", "B", -4, "*A (H) B (I) C D");
     Row("to the left", Qt::LeftToRight, "D", "B", -4, "A (H) *D B (I) C");
@@ -142,8 +133,7 @@ class TTabInputTest final : public QObject {
     QFETCH(Qt::LayoutDirection, direction);
     TStrip strip("A H B I C D");
     strip.control.setLayoutDirection(direction);
-    strip.control.SetPageVisible(strip.Named("H"), false);
-    strip.control.SetPageVisible(strip.Named("I"), false);
+    for (const char *hidden : {"H", "I"}) strip.control.SetPageVisible(strip.Named(hidden), false);
     strip.Drag(strip.Centre(dragged), strip.Centre(onto) + QPoint(beyond, 0));
     QTEST(strip.State(), "state");
   }
@@ -152,17 +142,13 @@ class TTabInputTest final : public QObject {
   void DraggingTellsEveryMove() {
     TStrip strip(QString(), {700, 600});
     for (int i = 0; i < 30; ++i) {
-      QWidget *page = strip.Add(QString::number(i), -1, i % 5 != 0);
-      strip.control.SetPageCaption(page, QString(i % 7 * 5, u'x') + QString::number(i));
+      strip.Add(QString(i % 7 * 5, u'x') + QString::number(i), -1, i % 5 != 0);
     }
     TStrip::Settle();
     QList<QWidget *> followed;
     for (int i = 0; i < 30; ++i) followed << strip.control.Page(i);
-    int moves = 0;
-    connect(&strip.control, &TZVPageControl::PageMoved, this, [&](int from, int to) {
-      followed.move(from, to);
-      ++moves;
-    });
+    connect(&strip.control, &TZVPageControl::PageMoved, this, [&](int from, int to) { followed.move(from, to); });
+    const QSignalSpy moves(&strip.control, &TZVPageControl::PageMoved);
     QRandomGenerator random(3);
     const auto somewhere = [&] {
       return QPoint(random.bounded(strip.View()->width()), random.bounded(strip.View()->height()));
@@ -171,20 +157,18 @@ class TTabInputTest final : public QObject {
       strip.Drag(somewhere(), somewhere());
       for (int p = 0; p < 30; ++p) QCOMPARE(strip.control.Page(p), followed[p]);
     }
-    QVERIFY(moves > 40);
+    QVERIFY(moves.size() > 40);
   }
 
   void DraggingBeyondTheEndGoesOn() {
     TStrip strip;
-    for (int i = 0; i < 40; ++i) strip.Add(QStringLiteral("Tab-%1").arg(i));
+    strip.AddMany(40);
     strip.control.SetMultipleLines(false);
-    TStrip::Settle();
-    QWidget *page = strip.Named("Tab-1");
-    const QPoint from = strip.Centre("Tab-1");
+    QWidget *page = strip.control.Page(1);
+    const QPoint from = strip.Centre(strip.NameOf(page));
     const QPointF beyond(strip.View()->width() + 50, from.y());
     QTest::mousePress(strip.View(), Qt::LeftButton, {}, from);
-    QMouseEvent move(QEvent::MouseMove, beyond, strip.View()->mapToGlobal(beyond), Qt::NoButton, Qt::LeftButton, {});
-    QApplication::sendEvent(strip.View(), &move);
+    strip.DragTo(beyond);
     QTRY_VERIFY(strip.control.IndexOf(page) > 12);  // far behind what was in sight, without the mouse moving
     QVERIFY(!strip.control.TabRect(page).isEmpty());
     QTest::mouseRelease(strip.View(), Qt::LeftButton, {}, beyond.toPoint());
@@ -202,17 +186,13 @@ class TTabInputTest final : public QObject {
     QCOMPARE(tip(strip.Centre("A")), "<qt>&lt;b&gt;5 &amp;lt; 6&lt;/b&gt;&lt;img src='x'&gt;</qt>");
     QCOMPARE(tip(strip.CloseButton("B")), "<qt>close it</qt>");
     strip.control.SetPageCaption(strip.Named("B"), "R && D");
-    QVERIFY(
-        tip(strip.InView(strip.control.TabRect(strip.Named("R && D")).center()) - QPoint(8, 0)).contains("R &amp; D"));
+    QVERIFY(tip(strip.Centre("R && D") - QPoint(8, 0)).contains("R &amp; D"));
     strip.control.SetPageHint(strip.Named("A"), QString(1000000, u'w'));
     QVERIFY(tip(strip.Centre("A")).size() < 2000);
   }
 
   void DroppedLinks_data() {
-    QTest::addColumn<QStringList>("urls");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("onTab");
-    QTest::addColumn<QStringList>("dropped");
+    Columns<QStringList, QString, bool, QStringList>("urls", "text", "onTab", "dropped");
     const QStringList two{"http://a.test/", "https://b.test/x?y=1"};
     QTest::newRow("beside the tabs: all") << two << "" << false << two;
     QTest::newRow("on a tab: the first") << two << "" << true << QStringList{"http://a.test/"};
@@ -235,9 +215,7 @@ class TTabInputTest final : public QObject {
       QCOMPARE(page, onTab ? strip.Named("B") : nullptr);
     });
     QMimeData data;
-    QList<QUrl> list;
-    for (const QString &url : urls) list << QUrl(url);
-    if (!list.isEmpty()) data.setUrls(list);
+    if (!urls.isEmpty()) data.setUrls(QUrl::fromStringList(urls));
     if (!text.isEmpty()) data.setText(text);
     const QPoint at = onTab ? strip.Centre("B") : QPoint(strip.View()->width() - 5, 10);
     QDragEnterEvent enter(at, Qt::CopyAction | Qt::LinkAction, &data, Qt::LeftButton, {});

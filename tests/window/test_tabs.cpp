@@ -1,6 +1,5 @@
 #include <QCheckBox>
-#include <QClipboard>
-#include <QInputDialog>
+#include <QDialog>
 #include <QListWidget>
 #include <QMenu>
 #include <QPushButton>
@@ -10,37 +9,32 @@
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"
 #include "window/answering_policy.h"
-#include "window/page_click.h"
 #include "window/tabs_fixture.h"
 
 // Tabs with the real engine behind them, against a local server.
-class TestTabs final : public QObject {
+class TestTabs final : public QObject, private TTabsFixture {
   Q_OBJECT
 
  private Q_SLOTS:
   void initTestCase() {
-    m_f.Prepare();
-    m_f.server.RoutePage("/a", "Page A", "<a id='link' href='/b'>b</a><a id='anchor' href='#down'>down</a>");
-    m_f.server.RoutePage("/b", "Page B");
-    m_f.server.RoutePage("/c", "Page <C> & co");
-    m_f.server.RoutePage("/frames", "Frames", "<iframe id='f' src='/c' style='height:300px'></iframe>Text");
-    m_f.server.RoutePage("/inner", "Inner", "<a href='/b' style='display:block;height:200px'>b</a>");
-    m_f.server.RoutePage("/opener", "Opener", "<a id='link' href='/b' target='_blank'>new window</a>");
+    Prepare();
+    server.RoutePage("/a", "Page A", "<a id='link' href='/b'>b</a><a id='anchor' href='#down'>down</a>");
+    server.RoutePage("/b", "Page B");
+    server.RoutePage("/c", "Page <C> & co");
+    server.RoutePage("/frames", "Frames", "<iframe id='f' src='/c' style='height:300px'></iframe>Text");
+    server.RoutePage("/inner", "Inner", "<a href='/b' style='display:block;height:200px'>b</a>");
+    server.RoutePage("/opener", "Opener", "<a id='link' href='/b' target='_blank'>new window</a>");
   }
 
-  void init() { m_f.Begin(); }
-  void cleanup() { m_f.End(); }
+  void init() { Begin(); }
+  void cleanup() { End(); }
 
   void InsertPosition_data() {
     Columns<int, bool, TTabPlace, QStringList>("active", "atEnd", "place", "names");
-    const auto row = [](const char *name, int active, bool atEnd, TTabPlace place, const char *names) {
-      QTest::newRow(name) << active << atEnd << place << QString::fromLatin1(names).split(u' ');
-    };
-    row("after the last", 2, false, TTabPlace::BySetting, "A B C D");
-    row("after the active one", 1, false, TTabPlace::BySetting, "A B D C");
-    row("after the first", 0, false, TTabPlace::BySetting, "A D B C");
-    row("at the end by the setting", 0, true, TTabPlace::BySetting, "A B C D");
-    row("at the end in any case", 0, false, TTabPlace::AtEnd, "A B C D");
+    Row("after the last", 2, false, TTabPlace::BySetting, QStringList{"A", "B", "C", "D"});
+    Row("after the active one", 1, false, TTabPlace::BySetting, QStringList{"A", "B", "D", "C"});
+    Row("at the end by the setting", 0, true, TTabPlace::BySetting, QStringList{"A", "B", "C", "D"});
+    Row("at the end in any case", 0, false, TTabPlace::AtEnd, QStringList{"A", "B", "C", "D"});
   }
 
   void InsertPosition() {
@@ -48,71 +42,57 @@ class TestTabs final : public QObject {
     QFETCH(bool, atEnd);
     QFETCH(TTabPlace, place);
     OpenNamed("ABC");
-    m_f.tabs->MakeMeActiveTab(active);
-    m_f.settings->Set(Setting::OpenNewAtEnd, atEnd);
-    TBrowserTab *tab = m_f.tabs->NewTab(place);
-    tab->SetStickyName(QStringLiteral("D"));
-    QTEST(m_f.Names(), "names");
-    QCOMPARE(m_f.tabs->GetActivePage(), tab);
-    m_f.tabs->MakeMeActiveTab(99);
-    m_f.tabs->MakeMeActiveTab(-1);
-    QCOMPARE(m_f.tabs->GetActivePage(), tab);
-  }
-
-  void BackgroundTab() {
-    TBrowserTab *first = m_f.tabs->GetActivePage();
-    for (const bool foreground : {false, true}) {
-      m_f.settings->Set(Setting::OpenNewInForeground, foreground);
-      TBrowserTab *tab = m_f.tabs->NewBackgroundTab();
-      QCOMPARE(m_f.tabs->GetActivePage(), foreground ? tab : first);
-      QCOMPARE(m_f.pages->IndexOf(tab), 1);
-    }
+    tabs->MakeMeActiveTab(active);
+    settings->Set(Setting::OpenNewAtEnd, atEnd);
+    TBrowserTab *tab = tabs->NewTab(place);
+    tab->SetStickyName(u"D"_s);
+    QTEST(Names(), "names");
+    QCOMPARE(pages->IndexOf(tabs->NewBackgroundTab(place)), pages->IndexOf(tab) + 1);
+    tabs->MakeMeActiveTab(99);
+    tabs->MakeMeActiveTab(-1);
+    QCOMPARE(tabs->GetActivePage(), tab);
   }
 
   void ClosingHandsOver() {
     OpenNamed("ABCD");
     const auto close = [this](int position) {
-      m_f.tabs->MakeMeActiveTab(position);
-      m_f.tabs->CloseActive();
-      return m_f.tabs->GetActivePage()->StickyName();
+      tabs->MakeMeActiveTab(position);
+      tabs->CloseActive();
+      return tabs->GetActivePage()->StickyName();
     };
-    QCOMPARE(close(1), QStringLiteral("C"));  // the next one
-    QCOMPARE(close(0), QStringLiteral("D"));  // the first hands over backwards, round the end
-    m_f.tabs->MakeMeActiveTab(1);
-    m_f.tabs->Tab(0)->Close();  // one in the background changes nothing
-    QCOMPARE(m_f.Names(), QStringList{QStringLiteral("D")});
+    QCOMPARE(close(1), u"C"_s);  // the next one
+    QCOMPARE(close(0), u"D"_s);  // the first hands over backwards, round the end
+    tabs->MakeMeActiveTab(1);
+    tabs->Tab(0)->Close();  // one in the background changes nothing
+    QCOMPARE(Names(), QStringList{u"D"_s});
   }
 
   void ClosingTheOnlyTab() {
-    TBrowserTab *tab = m_f.tabs->GetActivePage();
-    m_f.Load(tab, QStringLiteral("/a"));
-    tab->SetStickyName(QStringLiteral("Mine"));
+    TBrowserTab *tab = OpenPage(u"/a"_s);
+    tab->SetStickyName(u"Mine"_s);
     tab->SetHideFromCloseAll(true);
     tab->SetLocked(true);
-    m_f.tabs->CloseActive();
-    QCOMPARE(m_f.tabs->TabCount(), 1);
-    QCOMPARE(m_f.tabs->GetActivePage(), tab);
-    QCOMPARE(m_f.pages->PageCaption(tab), m_f.language.Global("Blank"));
+    tabs->CloseActive();
+    QCOMPARE(tabs->TabCount(), 1);
+    QCOMPARE(tabs->GetActivePage(), tab);
+    QCOMPARE(pages->PageCaption(tab), language.Global("Blank"));
     QVERIFY(!tab->Locked() && tab->StickyName().isEmpty() && !tab->HideFromCloseAll() && tab->Url().isEmpty());
-    QCOMPARE(m_f.pages->PageImage(tab), -1);
-    QTRY_COMPARE(tab->GetLocationUrl(), QStringLiteral("about:blank"));
-    QTRY_COMPARE(m_f.pages->PageCaption(tab), m_f.language.Global("Blank"));
-    QCOMPARE(m_f.server.RequestCount("/b"), 0);
+    QCOMPARE(pages->PageImage(tab), -1);
+    QTRY_COMPARE(tab->GetLocationUrl(), u"about:blank"_s);
+    QTRY_COMPARE(pages->PageCaption(tab), language.Global("Blank"));
+    QCOMPARE(server.RequestCount("/b"), 0);
   }
 
   void TitleAndStates() {
-    TBrowserTab *front = m_f.tabs->GetActivePage();
-    m_f.Load(front, QStringLiteral("/c"));
-    QCOMPARE(m_f.pages->PageCaption(front), QStringLiteral("Page <C> && co"));
+    TBrowserTab *front = OpenPage(u"/c"_s);
+    QCOMPARE(pages->PageCaption(front), u"Page <C> && co"_s);
     QCOMPARE(front->State(), TTabState::None);
-    QVERIFY(!front->Busy() && !front->Secure());
-
-    TBrowserTab *back = m_f.tabs->NewBackgroundTab();
-    QSignalSpy loaded(m_f.tabs.get(), &TTabStrip::TabLoaded);
+    TBrowserTab *back = tabs->NewBackgroundTab();
+    QSignalSpy loaded(tabs.get(), &TTabStrip::TabLoaded);
     // A tab says all of itself; what is passed on is about the one in front.
     const QSignalSpy address(back, &TBrowserTab::AddressChanged);
-    const QSignalSpy shownAddress(m_f.tabs.get(), &TTabStrip::AddressChanged);
-    const QSignalSpy indicators(m_f.tabs.get(), &TTabStrip::IndicatorsChanged);
+    const QSignalSpy shownAddress(tabs.get(), &TTabStrip::AddressChanged);
+    const QSignalSpy indicators(tabs.get(), &TTabStrip::IndicatorsChanged);
     QList<TTabState> seen;
     QList<TLoad> course{back->Load()};
     const auto look = [&] {
@@ -121,127 +101,113 @@ class TestTabs final : public QObject {
     };
     connect(back, &TBrowserTab::Changed, this, look);
     connect(back, &TBrowserTab::IndicatorsChanged, this, look);
-    back->Announce(m_f.server.Url(QStringLiteral("/b")));
+    back->Announce(server.Url(u"/b"_s));
     back->NavigateStored();
     QTRY_VERIFY(!loaded.isEmpty());
     QCOMPARE(back->State(), TTabState::FinishedInBackground);
-    QCOMPARE(m_f.pages->PageImage(back), 1);
+    QCOMPARE(pages->PageImage(back), 1);
     QVERIFY(seen.contains(TTabState::Started));
     QVERIFY(!address.isEmpty() && shownAddress.isEmpty() && indicators.isEmpty());
-    m_f.tabs->Activate(back);
+    tabs->Activate(back);
     QCOMPARE(back->State(), TTabState::None);
-    back->Navigate(QStringLiteral("no address"));
+    back->Navigate(u"no address"_s);
     QVERIFY(!shownAddress.isEmpty());
     back->MakeBlank();
-    QTRY_COMPARE(back->GetLocationUrl(), QStringLiteral("about:blank"));
+    QTRY_COMPARE(back->GetLocationUrl(), u"about:blank"_s);
     QCOMPARE(course, (QList<TLoad>{TLoad::Blank, TLoad::Announced, TLoad::Waiting, TLoad::Loading, TLoad::Shown,
                                    TLoad::Failed, TLoad::Blank}));
-    back->disconnect(this);
   }
 
   void LockedTabSendsLinksAway() {
-    TBrowserTab *locked = m_f.tabs->GetActivePage();
-    m_f.Load(locked, QStringLiteral("/a"));
+    TBrowserTab *locked = OpenPage(u"/a"_s);
     locked->SetLocked(true);
-    QCOMPARE(m_f.pages->PageImage(locked), 3);
+    QCOMPARE(pages->PageImage(locked), 3);
 
-    m_f.Run(locked, QStringLiteral("document.getElementById('anchor').click()"));
-    QTRY_VERIFY(locked->GetLocationUrl().endsWith(QStringLiteral("#down")));
-    QCOMPARE(m_f.tabs->TabCount(), 1);
+    Run(locked, u"document.getElementById('anchor').click()"_s);
+    QTRY_VERIFY(locked->GetLocationUrl().endsWith(u"#down"_s));
+    QCOMPARE(tabs->TabCount(), 1);
 
-    m_f.Run(locked, QStringLiteral("document.getElementById('link').click()"));
-    QTRY_COMPARE(m_f.tabs->TabCount(), 2);
-    TBrowserTab *beside = m_f.tabs->Tab(1);
-    QTRY_COMPARE(beside->GetLocationUrl(), m_f.server.Url(QStringLiteral("/b")));
-    QVERIFY(beside->OpenedAsNewWindow());
-    QCOMPARE(m_f.tabs->GetActivePage(), locked);
-    QVERIFY(locked->GetLocationUrl().startsWith(m_f.server.Url(QStringLiteral("/a"))));
+    Run(locked, u"document.getElementById('link').click()"_s);
+    QTRY_COMPARE(tabs->TabCount(), 2);
+    QTRY_COMPARE(tabs->Tab(1)->GetLocationUrl(), server.Url(u"/b"_s));
+    QVERIFY(tabs->Tab(1)->OpenedAsNewWindow());
+    QCOMPARE(tabs->GetActivePage(), locked);
+    QVERIFY(locked->GetLocationUrl().startsWith(server.Url(u"/a"_s)));
 
     // A reload is not leaving.
-    const int before = m_f.server.RequestCount("/a");
+    const int before = server.RequestCount("/a");
     locked->Refresh();
-    QTRY_COMPARE(m_f.server.RequestCount("/a"), before + 1);
-    QCOMPARE(m_f.tabs->TabCount(), 2);
-    QCOMPARE(m_f.pages->PageImage(locked), 3);
+    QTRY_COMPARE(server.RequestCount("/a"), before + 1);
+    QCOMPARE(tabs->TabCount(), 2);
+    QCOMPARE(pages->PageImage(locked), 3);
   }
 
   // What the page does with its frames stays in them; a link that the user clicks in one leads out of the tab.
   void LockedTabKeepsItsFrames() {
-    TBrowserTab *locked = m_f.tabs->GetActivePage();
+    TBrowserTab *locked = tabs->GetActivePage();
     locked->SetLockPending(true);
     QVERIFY(!locked->Locked());
-    m_f.Load(locked, QStringLiteral("/frames"));
+    Load(locked, u"/frames"_s);
     QVERIFY(locked->Locked());
-    m_f.Run(locked, QStringLiteral("let f = document.getElementById('f'); f.src = '/inner';"
-                                   "f.onload = () => document.title = 'frame changed'"));
-    QTRY_COMPARE(locked->Title(), QStringLiteral("frame changed"));
-    QCOMPARE(m_f.tabs->TabCount(), 1);
+    Run(locked, QStringLiteral("let f = document.getElementById('f'); f.src = '/inner';"
+                               "f.onload = () => document.title = 'frame changed'"));
+    QTRY_COMPARE(locked->Title(), u"frame changed"_s);
+    QCOMPARE(tabs->TabCount(), 1);
 
     ClickPage(*locked->Browser(), QPoint(60, 100));
-    QTRY_COMPARE(m_f.tabs->TabCount(), 2);
-    QTRY_COMPARE(m_f.tabs->Tab(1)->GetLocationUrl(), m_f.server.Url(QStringLiteral("/b")));
-    QVERIFY(m_f.tabs->Tab(1)->OpenedAsNewWindow());
-    QCOMPARE(m_f.tabs->GetActivePage(), locked);
-    QCOMPARE(locked->GetLocationUrl(), m_f.server.Url(QStringLiteral("/frames")));
-    QCOMPARE(m_f.server.RequestCount("/b"), 1);
+    QTRY_COMPARE(tabs->TabCount(), 2);
+    QTRY_COMPARE(tabs->Tab(1)->GetLocationUrl(), server.Url(u"/b"_s));
+    QCOMPARE(locked->GetLocationUrl(), server.Url(u"/frames"_s));
+    QCOMPARE(server.RequestCount("/b"), 1);
   }
 
   void StickyName() {
-    TBrowserTab *tab = m_f.tabs->GetActivePage();
-    m_f.Load(tab, QStringLiteral("/b"));
-    OnModalDialog<QInputDialog>([](QInputDialog &box) {
-      const QString offered = box.textValue();
-      box.setTextValue(QStringLiteral("My tab"));
-      box.accept();
-      QCOMPARE(offered, QStringLiteral("Page B"));
-    });
-    tab->AskStickyName();
-    QCOMPARE(m_f.pages->PageCaption(tab), QStringLiteral("My tab"));
-    m_f.Load(tab, QStringLiteral("/a"));
-    QCOMPARE(m_f.pages->PageCaption(tab), QStringLiteral("My tab"));
-    QCOMPARE(tab->Title(), QStringLiteral("Page A"));
+    TBrowserTab *tab = OpenPage(u"/b"_s);
+    tab->SetStickyName(u"My tab"_s);
+    QCOMPARE(pages->PageCaption(tab), u"My tab"_s);
+    Load(tab, u"/a"_s);
+    QCOMPARE(pages->PageCaption(tab), u"My tab"_s);
+    QCOMPARE(tab->Title(), u"Page A"_s);
     tab->SetStickyName(QString());
-    QCOMPARE(m_f.pages->PageCaption(tab), QStringLiteral("Page A"));
+    QCOMPARE(pages->PageCaption(tab), u"Page A"_s);
   }
 
   void WindowOfAPage() {
-    TBrowserTab *opener = m_f.tabs->GetActivePage();
+    TBrowserTab *opener = tabs->GetActivePage();
     TAnsweringPolicy policy;
-    policy.AnswerFor(m_f.Engine());
-    m_f.Load(opener, QStringLiteral("/opener"));
-    const QString click = QStringLiteral("document.getElementById('link').click()");
-    m_f.Run(opener, click);
-    QTRY_COMPARE(m_f.pages->VisiblePageCount(), 2);
-    QCOMPARE(m_f.tabs->GetActivePage(), opener);
-    const TBrowserTab *opened = m_f.tabs->Tab(1);
-    QTRY_COMPARE(opened->Title(), QStringLiteral("Page B"));
-    QCOMPARE(policy.tested, QStringList{m_f.server.Url(QStringLiteral("/b"))});
+    policy.AnswerFor(Engine());
+    Load(opener, u"/opener"_s);
+    const QString click = u"document.getElementById('link').click()"_s;
+    Run(opener, click);
+    QTRY_COMPARE(pages->VisiblePageCount(), 2);
+    QCOMPARE(tabs->GetActivePage(), opener);
+    const TBrowserTab *opened = tabs->Tab(1);
+    QTRY_COMPARE(opened->Title(), u"Page B"_s);
+    QCOMPARE(policy.tested, QStringList{server.Url(u"/b"_s)});
     QCOMPARE(opened->PopupUrl(), policy.tested.first());
-    QVERIFY(!opened->Hidden());
     // A rejected one is never asked of the server, never seen, and in no list.
     policy.isPopup = [](const QString &) { return true; };
-    m_f.Run(opener, click);
-    QTRY_COMPARE(m_f.tabs->TabCount(), 3);
-    QTRY_VERIFY(m_f.tabs->Tab(1)->Blocked());
-    QCOMPARE(m_f.pages->VisiblePageCount(), 2);
+    Run(opener, click);
+    QTRY_COMPARE(tabs->TabCount(), 3);
+    QTRY_VERIFY(tabs->Tab(1)->Blocked());
+    QCOMPARE(pages->VisiblePageCount(), 2);
     QMenu menu;
-    const TTabListMenu list(&menu, *m_f.tabs);
+    const TTabListMenu list(&menu, *tabs);
     Q_EMIT menu.aboutToShow();
     QCOMPARE(menu.actions().size(), 2);
-    QCOMPARE(m_f.tabs->TabCount(), 2);
-    QCOMPARE(m_f.server.RequestCount("/b"), 1);
+    QCOMPARE(tabs->TabCount(), 2);
+    QCOMPARE(server.RequestCount("/b"), 1);
   }
 
   void EmptyWindowStaysHidden() {
-    TBrowserTab *opener = m_f.tabs->GetActivePage();
-    m_f.Load(opener, QStringLiteral("/opener"));
-    m_f.Run(opener, QStringLiteral("window.w = window.open('about:blank')"));
-    QTRY_COMPARE(m_f.tabs->TabCount(), 2);
-    QCOMPARE(m_f.pages->VisiblePageCount(), 1);
-    QVERIFY(m_f.tabs->Tab(1)->Hidden());
-    m_f.Run(opener, QStringLiteral("window.w.location = '/b'"));
-    QTRY_COMPARE(m_f.pages->VisiblePageCount(), 2);
-    QTRY_COMPARE(m_f.tabs->Tab(1)->Title(), QStringLiteral("Page B"));
+    TBrowserTab *opener = OpenPage(u"/opener"_s);
+    Run(opener, u"window.w = window.open('about:blank')"_s);
+    QTRY_COMPARE(tabs->TabCount(), 2);
+    QCOMPARE(pages->VisiblePageCount(), 1);
+    QVERIFY(tabs->Tab(1)->Hidden());
+    Run(opener, u"window.w.location = '/b'"_s);
+    QTRY_COMPARE(pages->VisiblePageCount(), 2);
+    QTRY_COMPARE(tabs->Tab(1)->Title(), u"Page B"_s);
   }
 
   void CloseAll_data() {
@@ -255,118 +221,97 @@ class TestTabs final : public QObject {
   void CloseAll() {
     QFETCH(int, spared);
     OpenNamed("ABC");
-    m_f.tabs->Tab(0)->SetLocked(true);
-    if (spared >= 0) m_f.tabs->Tab(spared)->SetHideFromCloseAll(true);
-    m_f.closeAll->CloseAll(true);
-    QTEST(m_f.Names(), "left");
-    const TBrowserTab *left = m_f.tabs->GetActivePage();
-    QCOMPARE(m_f.tabs->Tab(0), left);
-    if (spared < 0) {
-      QVERIFY(!left->Locked());
-      QCOMPARE(m_f.pages->PageCaption(left), m_f.language.Global("Blank"));
-    }
-  }
-
-  void CloseAllKeepCurrent() {
-    TZVOptions(*m_f.store).Set(Setting::ConfirmCloseAll, false);
-    OpenNamed("ABC");
-    m_f.tabs->MakeMeActiveTab(1);
-    m_f.closeAll->KeepCurrent();
-    QCOMPARE(m_f.Names(), QStringList{QStringLiteral("B")});
-    QVERIFY(!m_f.tabs->GetActivePage()->HideFromCloseAll());
+    tabs->Tab(0)->SetLocked(true);
+    if (spared >= 0) tabs->Tab(spared)->SetHideFromCloseAll(true);
+    closeAll->CloseAll(true);
+    QTEST(Names(), "left");
+    QCOMPARE(tabs->Tab(0)->Locked(), spared == 0);
+    if (spared < 0) QCOMPARE(pages->PageCaption(tabs->Tab(0)), language.Global("Blank"));
   }
 
   void CloseAllAsks() {
     OpenNamed("AB");
     OnModalDialog<QDialog>([](QDialog &dialog) {
-      dialog.findChild<QCheckBox *>(QStringLiteral("chkConfirm"))->setChecked(true);
-      dialog.findChild<QPushButton *>(QStringLiteral("cmdCancel"))->click();
+      dialog.findChild<QCheckBox *>(u"chkConfirm"_s)->setChecked(true);
+      dialog.findChild<QPushButton *>(u"cmdCancel"_s)->click();
     });
-    m_f.closeAll->CloseAll(false);
-    QCOMPARE(m_f.tabs->TabCount(), 2);
-    QVERIFY(!TZVOptions(*m_f.store).Get(Setting::ConfirmCloseAll));
-    m_f.closeAll->CloseAll(false);  // asks no more
-    QCOMPARE(m_f.tabs->TabCount(), 1);
+    closeAll->CloseAll(false);
+    QCOMPARE(tabs->TabCount(), 2);
+    QVERIFY(!TZVOptions(*store).Get(Setting::ConfirmCloseAll));
+    closeAll->KeepCurrent();  // asks no more
+    QCOMPARE(Names(), QStringList{u"B"_s});
+    QVERIFY(!tabs->GetActivePage()->HideFromCloseAll());
   }
 
   void CloseAllFromList() {
     OpenNamed("ABC");
-    m_f.tabs->Tab(2)->SetHideFromCloseAll(true);
+    tabs->Tab(2)->SetHideFromCloseAll(true);
     OnModalDialog<QDialog>([](QDialog &dialog) { dialog.reject(); });
-    m_f.closeAll->ShowList();
-    QCOMPARE(m_f.tabs->TabCount(), 3);
+    closeAll->ShowList();
+    QCOMPARE(tabs->TabCount(), 3);
     OnModalDialog<QDialog>([](QDialog &dialog) {
-      auto *list = dialog.findChild<QListWidget *>(QStringLiteral("CheckListBox1"));
-      const bool allTicked = list->count() == 3 && list->item(2)->checkState() == Qt::Checked;
-      list->item(1)->setCheckState(Qt::Unchecked);
-      dialog.findChild<QPushButton *>(QStringLiteral("cmdClose"))->click();
-      QVERIFY(allTicked);
+      dialog.findChild<QListWidget *>(u"CheckListBox1"_s)->item(1)->setCheckState(Qt::Unchecked);
+      dialog.findChild<QPushButton *>(u"cmdClose"_s)->click();
     });
-    m_f.closeAll->ShowList();
-    QCOMPARE(m_f.Names(), QStringList{QStringLiteral("B")});  // being spared plays no part here
+    closeAll->ShowList();
+    QCOMPARE(Names(), QStringList{u"B"_s});  // being spared plays no part here
   }
 
   void ClosingLock() {
-    TZVOptions(*m_f.store).Set(Setting::ConfirmCloseAll, false);
+    TZVOptions(*store).Set(Setting::ConfirmCloseAll, false);
     OpenNamed("AB");
-    m_f.tabs->SetClosingLocked(true);
-    m_f.tabs->CloseActive();
-    m_f.closeAll->CloseAll(false);
-    Q_EMIT m_f.pages->CloseRequested(m_f.tabs->Tab(0));
-    QCOMPARE(m_f.tabs->TabCount(), 2);
-    m_f.tabs->SetClosingLocked(false);
-    m_f.tabs->CloseActive();
-    QCOMPARE(m_f.tabs->TabCount(), 1);
+    tabs->SetClosingLocked(true);
+    tabs->CloseActive();
+    closeAll->CloseAll(false);
+    Q_EMIT pages->CloseRequested(tabs->Tab(0));
+    QCOMPARE(tabs->TabCount(), 2);
+    tabs->SetClosingLocked(false);
+    tabs->CloseActive();
+    QCOMPARE(tabs->TabCount(), 1);
   }
 
   void TabListMenu() {
-    m_f.tabs->Tab(0)->SetStickyName(QStringLiteral("Fish & chips"));
-    m_f.tabs->NewTab();
+    tabs->Tab(0)->SetStickyName(u"Fish & chips"_s);
+    tabs->NewTab();
     QMenu menu;
-    const TTabListMenu list(&menu, *m_f.tabs);
+    const TTabListMenu list(&menu, *tabs);
     Q_EMIT menu.aboutToShow();
     Q_EMIT menu.aboutToShow();
     QCOMPARE(menu.actions().size(), 2);
-    QCOMPARE(menu.actions().at(0)->text(), QStringLiteral("Fish && chips"));
-    QCOMPARE(menu.actions().at(1)->text(), m_f.language.Global("Blank"));
+    QCOMPARE(menu.actions().at(0)->text(), u"Fish && chips"_s);
+    QCOMPARE(menu.actions().at(1)->text(), language.Global("Blank"));
     menu.actions().at(0)->trigger();
-    QCOMPARE(m_f.tabs->GetActivePage(), m_f.tabs->Tab(0));
+    QCOMPARE(tabs->GetActivePage(), tabs->Tab(0));
   }
 
   void TabMenuShowsTheTab() {
-    TBrowserTab *first = m_f.tabs->Tab(0);
-    m_f.Load(first, QStringLiteral("/a"));
-    m_f.tabs->NewTab();
-    const TActions &actions = *m_f.actions;
+    TBrowserTab *first = tabs->Tab(0);
+    Load(first, u"/a"_s);
+    tabs->NewTab();
     for (const bool on : {false, true}) {
       first->SetLocked(on);
       first->SetHideFromCloseAll(on);
-      first->SetStickyName(on ? QStringLiteral("A") : QString());
-      m_f.tabMenu->Open(first, QPoint(0, 0));
-      QCOMPARE(actions[TCommand::TabLocked]->isChecked(), on);
-      QCOMPARE(actions[TCommand::TabSpared]->isChecked(), on);
-      QCOMPARE(actions[TCommand::TabName]->text(), m_f.language.Global(on ? "StickyNameClear" : "StickyNameSet"));
-      m_f.tabMenu->Menu()->close();
+      first->SetStickyName(on ? u"A"_s : QString());
+      tabMenu->Open(first, QPoint(0, 0));
+      QCOMPARE((*actions)[TCommand::TabLocked]->isChecked(), on);
+      QCOMPARE((*actions)[TCommand::TabSpared]->isChecked(), on);
+      QCOMPARE((*actions)[TCommand::TabName]->text(), language.Global(on ? "StickyNameClear" : "StickyNameSet"));
+      tabMenu->Menu()->close();
     }
-    QVERIFY(actions[TCommand::TabHome]->isEnabled());
-    m_f.tabMenu->Open(first, QPoint(0, 0));
-    actions[TCommand::TabClose]->trigger();
-    QVERIFY(m_f.tabs->TabCount() == 1 && m_f.tabs->Tab(0) != first);
+    QVERIFY((*actions)[TCommand::TabHome]->isEnabled());
+    tabMenu->Open(first, QPoint(0, 0));
+    (*actions)[TCommand::TabClose]->trigger();
+    QVERIFY(tabs->TabCount() == 1 && tabs->Tab(0) != first);
   }
 
  private:
   // Tabs of these names; the first is the one that is there.
   void OpenNamed(const char *names) {
     for (const char *name = names; *name != 0; ++name) {
-      (name == names ? m_f.tabs->Tab(0) : m_f.tabs->NewTab())->SetStickyName(QChar::fromLatin1(*name));
+      (name == names ? tabs->Tab(0) : tabs->NewTab())->SetStickyName(QChar::fromLatin1(*name));
     }
   }
-
-  TTabsFixture m_f;
 };
 
-int main(int argc, char **argv) {
-  return RunWithEngine<TestTabs>(argc, argv);
-}
-
+ENGINE_MAIN(TestTabs)
 #include "test_tabs.moc"
