@@ -66,12 +66,8 @@ class TestDownloads final : public QObject {
   }
 
   void cleanup() {
-    m_page.reset();
-    m_list.reset();
-    m_store.reset();
-    m_profile.reset();
-    m_server.reset();
-    m_folder.reset();
+    const auto reset = [](auto &...owners) { (owners.reset(), ...); };
+    reset(m_page, m_list, m_store, m_profile, m_server, m_folder);
   }
 
   void safeNames_data() {
@@ -118,22 +114,13 @@ class TestDownloads final : public QObject {
         In(free));
   }
 
-  void executables_data() {
-    Columns<QString, bool, bool>("name", "permission", "executable");
-    QTest::newRow("picture") << u"a.jpg"_s << false << false;
-    QTest::newRow("script") << u"a.sh"_s << false << true;
-    QTest::newRow("starter") << u"a.desktop"_s << false << true;
-    QTest::newRow("program, capitals") << u"A.EXE"_s << false << true;
-    QTest::newRow("picture with permission") << u"a.jpg"_s << true << true;
-  }
-
   void executables() {
-    QFETCH(QString, name);
-    QFETCH(bool, permission);
-    QFile file(In(name));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    if (permission) QVERIFY(file.setPermissions(file.permissions() | QFile::ExeOwner));
-    QTEST(FileNames::IsExecutable(In(name)), "executable");
+    for (const char *name : {"a.sh", "a.desktop", "A.EXE"}) QVERIFY2(FileNames::IsExecutable(In(name)), name);
+    QFile picture(In(u"a.jpg"_s));
+    QVERIFY(picture.open(QIODevice::WriteOnly));
+    QVERIFY(!FileNames::IsExecutable(picture.fileName()));
+    QVERIFY(picture.setPermissions(picture.permissions() | QFile::ExeOwner));
+    QVERIFY(FileNames::IsExecutable(picture.fileName()));
   }
 
   void paceInWords_data() {

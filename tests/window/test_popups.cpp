@@ -7,8 +7,6 @@
 
 #include "config/registry_paths.h"
 #include "popups/popup_blocker.h"
-#include "support/data_row.h"
-#include "support/modal_dialogs.h"
 #include "ui/confirm_dialog.h"
 #include "window/answering_policy.h"
 #include "window/tabs_fixture.h"
