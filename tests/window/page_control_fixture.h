@@ -7,19 +7,6 @@
 #include "browser/strip/page_control.h"
 #include "browser/strip/tab_bar_view.h"
 
-// A page that counts how often it is given a size while it cannot be seen.
-class TPage final : public QLineEdit {
- public:
-  using QLineEdit::QLineEdit;
-  int hiddenResizes = 0;
-
- protected:
-  void resizeEvent(QResizeEvent *event) override {
-    if (!isVisible()) ++hiddenResizes;
-    QLineEdit::resizeEvent(event);
-  }
-};
-
 // A control in a window, its pages known by their one-word captions.
 struct TStrip {
   explicit TStrip(const QString &names = QString(), QSize size = {800, 400}) {
@@ -31,8 +18,8 @@ struct TStrip {
     Settle();
   }
 
-  TPage *Add(const QString &name, int position = -1, bool visible = true) {
-    auto *page = new TPage(name);
+  QWidget *Add(const QString &name, int position = -1, bool visible = true) {
+    auto *page = new QLineEdit(name);
     control.InsertPage(position, page, visible);
     control.SetPageCaption(page, name);
     return page;

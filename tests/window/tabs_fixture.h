@@ -1,11 +1,9 @@
 #pragma once
 
 #include <memory>
-#include <QApplication>
 #include <QMainWindow>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/close_all_tabs.h"
@@ -14,6 +12,8 @@
 #include "config/language.h"
 #include "config/settings.h"
 #include "platform/product_info.h"
+#include "support/data_row.h"
+#include "support/modal_dialogs.h"
 #include "support/test_server.h"
 #include "window/engine_main.h"
 #include "window/page_click.h"
@@ -50,16 +50,8 @@ class TTabsFixture {
     server.ForgetRequests();
   }
   void End() {
-    tabMenu.reset();
-    closeAll.reset();
-    tabs.reset();
-    actions.reset();
-    window.reset();
-    environment.reset();
-    settings.reset();
-    m_engine.reset();
-    store.reset();
-    m_temporary.reset();
+    const auto reset = [](auto &...owners) { (owners.reset(), ...); };
+    reset(tabMenu, closeAll, tabs, actions, window, environment, settings, m_engine, store, m_temporary);
   }
 
   [[nodiscard]] TEngine &Engine() { return *m_engine; }

@@ -43,6 +43,13 @@ class TestDelayedStart final : public QObject, private TMainWindowFixture {
     Row("home page and argument", "Home", "/own", L{}, "", "/a", L{"/own", "/a", "/maker-ext"});
     Row("last pages and argument", "Last", "", L{"/b"}, "", "/a", L{"/b", "/a", "/maker-ext"});
     Row("page for one start", "Blank", "", L{}, "/c", "/a", L{"/c", "blank", "/a", "/maker-ext"});
+    // A group takes the place of what the mode opened, whatever the mode and HGCloseFirst are.
+    for (const char *argument : {"group", "group, others closed first"}) {
+      for (const char *mode : {"Home", "Blank", "Last", "HalvexGroup"}) {
+        QTest::addRow("%s, %s", mode, argument) << mode << "/own" << (qstrcmp(mode, "Last") == 0 ? L{"/c"} : L{}) << ""
+                                                << argument << L{"/a", "/maker-ext", "/b"};
+      }
+    }
   }
 
   void Opens() {
@@ -55,7 +62,9 @@ class TestDelayedStart final : public QObject, private TMainWindowFixture {
     TZVOptions options(*store);
     options.Set(Setting::StartupMode, mode);
     options.Set(Setting::StartupPage, url(once));
-    options.Set(Setting::CommandLine, url(argument));
+    const bool isGroup = argument.startsWith(u"group"_s);
+    options.Set(Setting::CommandLine, isGroup ? WriteGroup({u"/a"_s, u"/b"_s}) : url(argument));
+    options.Set(Setting::HGCloseFirst, isGroup && argument != u"group"_s);
     HomePage::Choose(*store, url(home));
     TNamedAddresses sites{{u"url1"_s, u"left over from another mode"_s}};
     if (mode == u"Last"_s) {
@@ -67,35 +76,12 @@ class TestDelayedStart final : public QObject, private TMainWindowFixture {
     options.SetLastOpenSites(sites);
     Start();
     QTEST(Pages(), "pages");
+    if (isGroup) QCOMPARE(server.RequestCount("/own"), 0);
     QVERIFY(options.Get(Setting::StartupPage).isEmpty() && options.Get(Setting::CommandLine).isEmpty());
     // A list that no mode needs does not outlive the window.
     window->CloseWithoutAsking();
     window.reset();
     QCOMPARE(options.LastOpenSites().isEmpty(), mode != u"Last"_s);
-  }
-
-  void GroupTakesAllPlaces_data() {
-    Columns<QString, bool>("mode", "closeFirst");
-    for (const char *mode : {"Home", "Blank", "Last", "HalvexGroup"}) {
-      for (const bool closeFirst : {false, true}) {
-        QTest::addRow("%s%s", mode, closeFirst ? ", HGCloseFirst" : "") << QString::fromLatin1(mode) << closeFirst;
-      }
-    }
-  }
-
-  // A group on the command line takes the place of what the mode opened, whatever the mode and HGCloseFirst are.
-  void GroupTakesAllPlaces() {
-    QFETCH(QString, mode);
-    QFETCH(bool, closeFirst);
-    TZVOptions options(*store);
-    options.Set(Setting::StartupMode, mode);
-    options.Set(Setting::HGCloseFirst, closeFirst);
-    options.Set(Setting::CommandLine, WriteGroup({u"/a"_s, u"/b"_s}));
-    options.SetLastOpenSites({{u"url1"_s, server.Url(u"/c"_s)}});
-    HomePage::Choose(*store, server.Url(u"/own"_s));
-    Start();
-    QCOMPARE(Pages(), (QStringList{"/a", "/maker-ext", "/b"}));
-    QCOMPARE(server.RequestCount("/own"), 0);
   }
 
  private:

@@ -66,12 +66,8 @@ class TestDownloads final : public QObject {
   }
 
   void cleanup() {
-    m_page.reset();
-    m_list.reset();
-    m_store.reset();
-    m_profile.reset();
-    m_server.reset();
-    m_folder.reset();
+    const auto reset = [](auto &...owners) { (owners.reset(), ...); };
+    reset(m_page, m_list, m_store, m_profile, m_server, m_folder);
   }
 
   void safeNames_data() {
@@ -118,22 +114,13 @@ class TestDownloads final : public QObject {
         In(free));
   }
 
-  void executables_data() {
-    Columns<QString, bool, bool>("name", "permission", "executable");
-    QTest::newRow("picture") << u"a.jpg"_s << false << false;
-    QTest::newRow("script") << u"a.sh"_s << false << true;
-    QTest::newRow("starter") << u"a.desktop"_s << false << true;
-    QTest::newRow("program, capitals") << u"A.EXE"_s << false << true;
-    QTest::newRow("picture with permission") << u"a.jpg"_s << true << true;
-  }
-
   void executables() {
-    QFETCH(QString, name);
-    QFETCH(bool, permission);
-    QFile file(In(name));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    if (permission) QVERIFY(file.setPermissions(file.permissions() | QFile::ExeOwner));
-    QTEST(FileNames::IsExecutable(In(name)), "executable");
+    for (const char *name : {"a.sh", "a.desktop", "A.EXE"}) QVERIFY2(FileNames::IsExecutable(In(name)), name);
+    QFile picture(In(u"a.jpg"_s));
+    QVERIFY(picture.open(QIODevice::WriteOnly));
+    QVERIFY(!FileNames::IsExecutable(picture.fileName()));
+    QVERIFY(picture.setPermissions(picture.permissions() | QFile::ExeOwner));
+    QVERIFY(FileNames::IsExecutable(picture.fileName()));
   }
 
   void paceInWords_data() {
@@ -206,10 +193,8 @@ class TestDownloads final : public QObject {
   void sameFileTwiceAtOnce() {
     RouteSlowFile();
     m_answer = In(u"one.bin"_s);
-    Download(u"/slow"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
-    Download(u"/slow"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
+    Start(u"/slow"_s);
+    Start(u"/slow"_s);
     QCOMPARE(Path(1), In(u"one.bin"_s));
     QCOMPARE(Path(0), In(u"one (1).bin"_s));
     QCOMPARE(m_list->ActiveCount(), 2);
@@ -232,8 +217,7 @@ class TestDownloads final : public QObject {
     // Deleted while the file is being written.
     RouteSlowFile();
     m_answer = In(u"gone/slow.bin"_s);
-    Download(u"/slow"_s);
-    QTRY_VERIFY_WITH_TIMEOUT(HasBegun(), LongWait);
+    Start(u"/slow"_s);
     QVERIFY(QDir(In(u"gone"_s)).removeRecursively());
     QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Failed, LongWait);
     QVERIFY(m_list->CanRetry(0));
@@ -242,8 +226,7 @@ class TestDownloads final : public QObject {
   void brokenConnectionIsToldAndRetried() {
     const TTestResponse whole = RouteBroken();
     m_server->Route("/there", TTestResponse::Redirect("/broken"));
-    Download(u"/there"_s);
-    QTRY_VERIFY_WITH_TIMEOUT(HasBegun(), LongWait);
+    Start(u"/there"_s);
     const quint16 port = m_server->Port();
     m_server->Close();
     QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Failed, LongWait);
@@ -260,8 +243,7 @@ class TestDownloads final : public QObject {
   void interruptedOneGoesOnUnasked() {
     const TTestResponse whole = RouteBroken();
     m_answer = In(u"mine.bin"_s);
-    Download(u"/broken"_s);
-    QTRY_VERIFY_WITH_TIMEOUT(HasBegun(), LongWait);
+    Start(u"/broken"_s);
     const quint16 port = m_server->Port();
     m_server->Route("/broken", whole);
     m_server->Close();
@@ -293,8 +275,7 @@ class TestDownloads final : public QObject {
 
   void outlivesItsPage() {
     RouteSlowFile();
-    Download(u"/slow"_s);
-    QTRY_VERIFY_WITH_TIMEOUT(HasBegun(), LongWait);
+    Start(u"/slow"_s);
     m_page.reset();
     QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
     QCOMPARE(QFileInfo(Path(0)).size(), 4 * 1024 * 1024);
@@ -303,8 +284,7 @@ class TestDownloads final : public QObject {
   void removeAndClear() {
     RouteSlowFile();
     Get(u"/file"_s);
-    Download(u"/slow"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
+    Start(u"/slow"_s);
     QCOMPARE(m_list->State(0), TDownloadState::Running);
     m_list->Remove(0);
     m_list->ClearFinished();
@@ -332,8 +312,7 @@ class TestDownloads final : public QObject {
     QVERIFY(!view.isVisible());
     QVERIFY(!button("cmdClear")->isEnabled());
     RouteSlowFile();
-    Download(u"/slow"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
+    Start(u"/slow"_s);
     QVERIFY(view.isVisible());
     QTRY_VERIFY(button("cmdPause")->isEnabled());
     QTRY_VERIFY_WITH_TIMEOUT(m_list->data(m_list->index(0), TDownloadList::PercentRole).toInt() > 0, LongWait);
@@ -399,8 +378,12 @@ class TestDownloads final : public QObject {
     QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), row + 1, LongWait);
     QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
   }
-  [[nodiscard]] bool HasBegun() const {
-    return m_list->data(m_list->index(0), TDownloadList::ReceivedRole).toLongLong() > 0;
+  // The same until its first bytes have come.
+  void Start(const QString &path) {
+    const int row = m_list->rowCount();
+    Download(path);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), row + 1, LongWait);
+    QTRY_VERIFY_WITH_TIMEOUT(m_list->data(m_list->index(0), TDownloadList::ReceivedRole).toLongLong() > 0, LongWait);
   }
   // A file whose sending stops in the middle; the whole one.
   TTestResponse RouteBroken() {

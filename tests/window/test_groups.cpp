@@ -1,25 +1,23 @@
+#include <QCheckBox>
+#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
-#include <QSignalSpy>
-#include <QTest>
 
-#include "browser/tabs/tab_menu.h"
-#include "support/data_row.h"
-#include "support/modal_dialogs.h"
+#include "groups/halvex_group_dialog.h"
+#include "support/list_editor_driver.h"
 #include "ui/confirm_dialog.h"
 #include "window/groups_fixture.h"
 
 namespace {
 
-void ChooseFile(
-    const QString &path, const std::function<void()> &after = [] {}) {
+void ChooseFile(const QString &path, const std::function<void()> &after = nullptr) {
   OnModalDialog<QFileDialog>([path, after](QFileDialog &dialog) {
     dialog.findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(path);
     static_cast<QDialog &>(dialog).accept();
-    after();
+    if (after) after();
   });
 }
 
@@ -29,14 +27,18 @@ void Answer(bool yes) {
 
 }  // namespace
 
-// Page groups with the real engine: opening, saving, the menu and the folder.
+// Page groups with the real engine: opening through the queue of pages to load, saving, the menu, the folder, the
+// editor.
 class TestGroups final : public QObject, private TGroupsFixture {
   Q_OBJECT
 
  private Q_SLOTS:
   void initTestCase() { Prepare(); }
   void init() { Begin(); }
-  void cleanup() { End(); }
+  void cleanup() {
+    m_editor.reset();
+    End();
+  }
 
   void Arguments_data() {
     // In an argument %1 is the folder.
@@ -235,24 +237,18 @@ class TestGroups final : public QObject, private TGroupsFixture {
     QMenu *zoo = menu.actions().at(5)->menu();
     Q_EMIT zoo->aboutToShow();
     QCOMPARE(zoo->actions().first()->text(), language.Global("EmptyFolder"));
-  }
-
-  void MenuFollowsTheFolder() {
-    QMenu &menu = *actions->Menu(TMenu::Groups);
+    // It follows the folder, and is not filled anew for nothing.
     const auto count = [&menu] {
       Q_EMIT menu.aboutToShow();
       return int(menu.actions().size()) - 4;
     };
-    QCOMPARE(count(), 0);
-    QVERIFY(!Put(u"new.hgp"_s, QString()).isEmpty());
-    QTRY_COMPARE(count(), 1);
-    QVERIFY(!Put(u"folder/new.hgp"_s, QString()).isEmpty());
-    QTRY_COMPARE(count(), 2);
+    QVERIFY(!Put(u"new/new.hgp"_s, QString()).isEmpty());
+    QTRY_COMPARE(count(), 7);
     const QAction *kept = menu.actions().last();
-    QCOMPARE(count(), 2);
-    QCOMPARE(menu.actions().last(), kept);  // not filled anew for nothing
-    QVERIFY(QFile::remove(TGroupFolder::Path() + u"/new.hgp"_s));
-    QTRY_COMPARE(count(), 1);
+    QCOMPARE(count(), 7);
+    QCOMPARE(menu.actions().last(), kept);
+    QVERIFY(QFile::remove(TGroupFolder::Path() + u"/beta.hgp"_s));
+    QTRY_COMPARE(count(), 6);
   }
 
   void Rename_data() {
@@ -311,7 +307,189 @@ class TestGroups final : public QObject, private TGroupsFixture {
     QVERIFY(QFileInfo(TGroupFolder::Path()).isDir());
   }
 
+  void EditorEdits() {
+    const QString path = Put(u"g.hgp"_s, u"a=1\nBlank9=*2\nb=3\nblank4=4"_s);
+    const TListEditorDriver editor = Open(path);
+    const QString caption = language.Text("HalvexGroups", "HalvexGroup");
+    QCOMPARE(m_editor->windowTitle(), caption + u": g.hgp"_s);
+    QCOMPARE(editor.Shown(), (QStringList{"a|1|", "|2|X", "b|3|", "|4|"}));
+    editor.Click("cmdUpdate");
+    QVERIFY(!editor.List().isEnabled());
+    QCOMPARE(m_editor->focusWidget()->objectName(), u"edtLocation"_s);
+    editor.Enter(u"a"_s, u"  "_s);
+    QVERIFY(editor.IsEditing());  // A page needs an address...
+    editor.Enter(u" A=A"_s, u" 11 "_s);
+    editor.Select(1);
+    editor.Click("cmdUpdate");
+    editor.Enter(QString(), u"22"_s);  // its lock stays
+    editor.Click("cmdInsert");
+    editor.Part<QCheckBox>("chkTabLocked").setChecked(true);
+    editor.Enter(QString(), u"5"_s);  // ... and no name.
+    QCOMPARE(editor.Shown(), (QStringList{" A=A|11|", "|22|X", "b|3|", "|4|", "|5|X"}));
+    editor.Select(2);
+    editor.Click("cmdDelete");
+    // Somebody has removed the file meanwhile: the user's work is written all the same.
+    QVERIFY(QFile::remove(path));
+    editor.Click("cmdOk");
+    QCOMPARE(m_editor->result(), int(QDialog::Accepted));
+    // Names are free of "=", and what has none is numbered by its position.
+    QCOMPARE(Lines(path), u"AA=11\nblank2=*22\nblank3=4\nblank4=*5"_s);
+  }
+
+  void EditorCancels() {
+    const QString lines = u"a = 1\n;note\n\nb=2"_s;
+    const QString path = Put(u"g.hgp"_s, lines);
+    OnModalDialog<TfrmHalvexGroup>([](TfrmHalvexGroup &dialog) {
+      const TListEditorDriver editor = DriverOf(dialog);
+      editor.Click("cmdDelete");
+      editor.Click("cmdCancel");
+    });
+    groups->Organize(path);
+    QCOMPARE(Lines(path), lines);
+  }
+
+  void EditorTellsRefusedWrite() {
+    const QString path = Put(u"sub/g.hgp"_s, u"a=1"_s);
+    const TListEditorDriver editor = Open(path);
+    QVERIFY(QDir(QFileInfo(path).path()).removeRecursively());
+    editor.Click("cmdOk");
+    QVERIFY(m_editor->isVisible());
+    const auto &box = *m_editor->findChild<QMessageBox *>();
+    QVERIFY2(box.text().contains(u"g.hgp"_s), qPrintable(box.text()));
+    QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+    editor.Click("cmdOk");
+    QCOMPARE(Lines(path), u"a=1"_s);
+  }
+
+  void LoadsAFewAtATime() {
+    int most = 0;
+    QStringList order;
+    connect(tabs.get(), &TTabStrip::TabsChanged, queue.get(), [&] {
+      int open = 0;
+      for (const TBrowserTab *tab : tabs->Tabs()) {
+        if (tab->Busy()) ++open;
+        if (tab->Browser()->EnginePageIfAny() != nullptr && !order.contains(tab->StickyName())) {
+          order.append(tab->StickyName());
+        }
+      }
+      most = qMax(most, open);
+    });
+    const QSignalSpy told(queue.get(), &TLoadQueue::ToComeChanged);
+    OpenLines(LinesOf(20));
+    QCOMPARE(queue->ToCome(), 20);
+    tabs->MakeMeActiveTab(7);
+    QTRY_VERIFY_WITH_TIMEOUT(AllLoaded(), LoadTime);
+    QVERIFY2(most <= TLoadQueue::AtOnce, qPrintable(QString::number(most)));
+    QStringList expected{u"n7"_s};
+    for (int i = 0; i < 20; ++i) {
+      if (i != 7) expected.append(u"n%1"_s.arg(i));
+    }
+    QCOMPARE(order, expected);
+    // Down to nothing, one by one.
+    int last = 20;
+    for (const QList<QVariant> &news : told.mid(told.indexOf({20}) + 1)) {
+      QCOMPARE(news.first().toInt(), last - 1);
+      last = news.first().toInt();
+    }
+    QCOMPARE(last, 0);
+  }
+
+  // Servers that never answer keep the rest waiting for a while only.
+  void SilentPagesHoldNobody() {
+    OpenBehindSilentPages(u"end=%1"_s.arg(Page(1)));
+    TBrowserTab *last = tabs->Tab(tabs->TabCount() - 1);
+    QCOMPARE(last->Browser()->EnginePageIfAny(), nullptr);
+    QTRY_COMPARE_WITH_TIMEOUT(last->GetLocationName(), u"Page 1"_s, LoadTime);
+    QTRY_COMPARE_WITH_TIMEOUT(queue->ToCome(), 0, LoadTime);
+  }
+
+  // The page that the user turns to comes next, even while others take all places.
+  void TurningToATab() {
+    OpenBehindSilentPages(LinesOf(5));
+    QElapsedTimer timer;
+    timer.start();
+    tabs->MakeMeActiveTab(TLoadQueue::AtOnce + 3);
+    QTRY_COMPARE_WITH_TIMEOUT(tabs->GetActivePage()->GetLocationName(), u"Page 3"_s, LoadTime);
+    QVERIFY(timer.elapsed() < TLoadQueue::LongestHold);
+    QCOMPARE(server.RequestCount("/page0"), 0);
+  }
+
+  void StopsLoading() {
+    OpenLines(LinesOf(30));
+    QTRY_VERIFY_WITH_TIMEOUT(queue->ToCome() < 29, LoadTime);
+    queue->Stop();
+    QVERIFY(queue->ToCome() <= TLoadQueue::AtOnce);
+    QTRY_COMPARE_WITH_TIMEOUT(queue->ToCome(), 0, LoadTime);
+    TBrowserTab *last = tabs->Tab(29);
+    QVERIFY(last->Browser()->EnginePageIfAny() == nullptr);
+    QCOMPARE(last->AddressToSave(), Page(29));
+    tabs->Activate(last);
+    QTRY_COMPARE_WITH_TIMEOUT(last->GetLocationName(), u"Page 29"_s, LoadTime);
+    // Refreshing all pages leaves those alone that were never opened; a single one it opens.
+    tabs->RefreshAll();
+    QVERIFY(tabs->Tab(28)->Browser()->EnginePageIfAny() == nullptr);
+    tabs->Tab(28)->Refresh();
+    QTRY_COMPARE_WITH_TIMEOUT(tabs->Tab(28)->GetLocationName(), u"Page 28"_s, LoadTime);
+    // A page that was stopped is locked once it is there.
+    TBrowserTab *locked = tabs->Tab(27);
+    tabs->Activate(locked);
+    tabMenu->Open(locked, {});
+    window->findChild<QAction *>(u"pmTabLocked"_s)->trigger();
+    QVERIFY(!locked->Locked());
+    QTRY_VERIFY_WITH_TIMEOUT(locked->Locked(), LoadTime);
+    QTRY_COMPARE_WITH_TIMEOUT(locked->GetLocationName(), u"Page 27"_s, LoadTime);
+    QCOMPARE(tabs->TabCount(), 30);
+    // What is opened after that loads again.
+    TBrowserTab *other = tabs->NewBackgroundTab();
+    queue->Navigate(other, Page(50));
+    QTRY_COMPARE_WITH_TIMEOUT(other->GetLocationName(), u"Page 50"_s, LoadTime);
+  }
+
+  void TabsThatDropOut() {
+    OpenLines(LinesOf(20));
+    tabs->Tab(19)->Navigate(Page(60));
+    tabs->Tab(18)->MakeBlank();
+    tabs->Tab(18)->Navigate(Page(61));
+    for (int i = 17; i >= 5; --i) tabs->Tab(i)->Close();
+    QTRY_COMPARE_WITH_TIMEOUT(queue->ToCome(), 0, LoadTime);
+    QTRY_VERIFY_WITH_TIMEOUT(AllLoaded(), LoadTime);
+    QCOMPARE(tabs->TabCount(), 7);
+    QCOMPARE(tabs->Tab(6)->GetLocationUrl(), Page(60));
+    for (const char *path : {"/page19", "/page18", "/page10"}) QCOMPARE(server.RequestCount(path), 0);
+
+    // Everything closed in the middle of it.
+    OpenLines(LinesOf(20));
+    QTRY_VERIFY_WITH_TIMEOUT(queue->ToCome() < 19, LoadTime);
+    closeAll->CloseAll(true);
+    QTRY_COMPARE_WITH_TIMEOUT(queue->ToCome(), 0, LoadTime);
+    QCOMPARE(tabs->TabCount(), 1);
+  }
+
  private:
+  // Opens a group whose first pages take all places and never come.
+  void OpenBehindSilentPages(QString lines) {
+    for (int i = 0; i < TLoadQueue::AtOnce; ++i) {
+      // Different addresses: the engine lets requests for one and the same wait for each other.
+      lines.prepend(u"s%1=%2?%1\n"_s.arg(QString::number(i), server.Url(u"/silent"_s)));
+    }
+    OpenLines(lines);
+    QTRY_VERIFY_WITH_TIMEOUT(server.RequestCount("/silent") == TLoadQueue::AtOnce, LoadTime);
+  }
+  [[nodiscard]] bool AllLoaded() const {
+    return queue->ToCome() == 0 && std::ranges::all_of(tabs->Tabs(), [](TBrowserTab *tab) {
+             return !tab->Busy() && tab->GetLocationUrl() == tab->Url();
+           });
+  }
+  [[nodiscard]] static TListEditorDriver DriverOf(TfrmHalvexGroup &dialog) {
+    return {dialog, "lstSites", {"edtTitle", "edtLocation"}};
+  }
+  [[nodiscard]] TListEditorDriver Open(const QString &path) {
+    m_editor = std::make_unique<TfrmHalvexGroup>(language, path);
+    m_editor->show();
+    return DriverOf(*m_editor);
+  }
+
+  std::unique_ptr<TfrmHalvexGroup> m_editor;
 };
 
 ENGINE_MAIN(TestGroups)

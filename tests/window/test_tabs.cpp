@@ -5,13 +5,24 @@
 #include <QPushButton>
 
 #include "browser/tabs/tab_list_menu.h"
-#include "browser/tabs/tab_menu.h"
-#include "support/data_row.h"
-#include "support/modal_dialogs.h"
 #include "window/answering_policy.h"
 #include "window/tabs_fixture.h"
 
-// Tabs with the real engine behind them, against a local server.
+namespace {
+
+using TLifetime = TCookie::TLifetime;
+
+// What the page tells once it knows that neither its video nor its sound plays: they were kept from it, or there is
+// nothing to play.
+constexpr const char *Parts =
+    "<img src='/i.png'><script>let missing = 0; function miss() {"
+    "if (++missing == 2) document.title = navigator.pdfViewerEnabled ? 'plug-ins' : 'no plug-ins' }</script>"
+    "<video src='/v.mp4' preload='auto' onerror='miss()'></video>"
+    "<audio src='/s.mp3' preload='auto' onerror='miss()'></audio>";
+
+}  // namespace
+
+// Tabs with the real engine behind them, against a local server, and what the policy's answers do to their pages.
 class TestTabs final : public QObject, private TTabsFixture {
   Q_OBJECT
 
@@ -23,6 +34,8 @@ class TestTabs final : public QObject, private TTabsFixture {
     server.RoutePage("/c", "Page <C> & co");
     server.RoutePage("/frames", "Frames", "<iframe id='f' src='/c' style='height:300px'></iframe>Text");
     server.RoutePage("/inner", "Inner", "<a href='/b' style='display:block;height:200px'>b</a>");
+    server.RoutePage("/parts", "Parts", Parts);
+    server.RoutePage("/other", "Other", Parts);
     server.RoutePage("/opener", "Opener", "<a id='link' href='/b' target='_blank'>new window</a>");
   }
 
@@ -80,7 +93,6 @@ class TestTabs final : public QObject, private TTabsFixture {
     QCOMPARE(pages->PageImage(tab), -1);
     QTRY_COMPARE(tab->GetLocationUrl(), u"about:blank"_s);
     QTRY_COMPARE(pages->PageCaption(tab), language.Global("Blank"));
-    QCOMPARE(server.RequestCount("/b"), 0);
   }
 
   void TitleAndStates() {
@@ -116,6 +128,7 @@ class TestTabs final : public QObject, private TTabsFixture {
     QTRY_COMPARE(back->GetLocationUrl(), u"about:blank"_s);
     QCOMPARE(course, (QList<TLoad>{TLoad::Blank, TLoad::Announced, TLoad::Waiting, TLoad::Loading, TLoad::Shown,
                                    TLoad::Failed, TLoad::Blank}));
+    back->disconnect(this);
   }
 
   void LockedTabSendsLinksAway() {
@@ -304,7 +317,97 @@ class TestTabs final : public QObject, private TTabsFixture {
     QVERIFY(tabs->TabCount() == 1 && tabs->Tab(0) != first);
   }
 
+  void Permissions_data() {
+    Columns<TPagePermissions, QString, QStringList>("permissions", "title", "fetched");
+    const QString all = u"plug-ins"_s;
+    const QStringList parts{"/i.png", "/s.mp3", "/v.mp4"};
+    QTest::newRow("all") << TPagePermissions{} << all << parts;
+    QTest::newRow("no images") << TPagePermissions{.images = false} << all << QStringList{"/s.mp3", "/v.mp4"};
+    QTest::newRow("no sounds") << TPagePermissions{.sounds = false} << all << QStringList{"/i.png", "/v.mp4"};
+    QTest::newRow("no videos") << TPagePermissions{.videos = false} << all << QStringList{"/i.png", "/s.mp3"};
+    QTest::newRow("no plug-ins") << TPagePermissions{.plugIns = false} << u"no plug-ins"_s << parts;
+    QTest::newRow("no scripts") << TPagePermissions{.scripts = false} << u"Parts"_s << parts;
+  }
+  void Permissions() {
+    QFETCH(TPagePermissions, permissions);
+    QFETCH(QString, title);
+    QFETCH(QStringList, fetched);
+    TAnsweringPolicy policy;
+    policy.permissions = permissions;
+    policy.restrictedPath = u"/parts"_s;
+    policy.AnswerFor(Engine());
+    TBrowserTab *tab = OpenPage(u"/parts"_s);
+    QTRY_COMPARE(tab->Title(), title);
+    QTRY_COMPARE(Fetched(), fetched);
+    QCOMPARE(tab->SecureZone(), TSecurityZone::Restricted);
+    // What is asked of the page from outside is answered all the same.
+    QString type;
+    tab->Browser()->CollectProperties([&type](const TPageProperties &properties) { type = properties.contentType; });
+    QTRY_COMPARE(type, u"text/html"_s);
+    // Another page is another question.
+    server.ForgetRequests();
+    Load(tab, u"/other"_s);
+    QTRY_COMPARE(tab->Title(), u"plug-ins"_s);
+    QCOMPARE(Fetched(), (QStringList{"/i.png", "/s.mp3", "/v.mp4"}));
+    QCOMPARE(tab->SecureZone(), TSecurityZone::Internet);
+    Engine().SetPolicy(nullptr);
+    Load(tab, u"/parts"_s);
+    QTRY_COMPARE(tab->Title(), u"plug-ins"_s);
+    QCOMPARE(tab->SecureZone(), TSecurityZone::LocalMachine);
+  }
+
+  void Cookies_data() {
+    Columns<bool, TLifetime, QString>("allowed", "refused", "kept");
+    QTest::newRow("all") << true << TLifetime::NotTold << "script=1; session=1; stored=1";
+    QTest::newRow("none") << false << TLifetime::NotTold << "";
+    QTest::newRow("for the session") << true << TLifetime::Stored << "script=1; session=1";
+    QTest::newRow("stored ones") << true << TLifetime::Session << "stored=1";
+  }
+  void Cookies() {
+    QFETCH(bool, allowed);
+    QFETCH(TLifetime, refused);
+    QFETCH(QString, kept);
+    // The profile outlives the row, so every row has a folder of its own.
+    const QByteArray folder = '/' + QByteArray(QTest::currentDataTag()).replace(' ', '_');
+    server.Route(folder + "/set",
+                 TTestResponse{.body = "<title>Set</title><script>document.cookie='script=1'</script>",
+                               .headers = {{"Set-Cookie", "session=1"}, {"Set-Cookie", "stored=1; Max-Age=9999"}}});
+    server.RoutePage(folder + "/sent", "Sent");
+    TAnsweringPolicy policy;
+    policy.cookies = allowed;
+    policy.refused = refused;
+    policy.AnswerFor(Engine());
+    OpenPage(QString::fromLatin1(folder + "/set"));
+    // The engine tells of a cookie's lifetime a moment after it was set.
+    const auto sent = [&] {
+      OpenPage(QString::fromLatin1(folder + "/sent"));
+      QStringList cookies = QString::fromLatin1(server.Requests(folder + "/sent").last().Header("cookie")).split("; ");
+      cookies.sort();
+      return cookies.join("; ");
+    };
+    QTRY_COMPARE(sent(), kept);
+    QCOMPARE(sent(), kept);
+  }
+
+  void UserAgent() {
+    TAnsweringPolicy policy;
+    policy.token = u"Token/1"_s;
+    for (const bool isAsked : {true, false}) {
+      Engine().SetPolicy(isAsked ? &policy : nullptr);
+      OpenPage(u"/other"_s);
+      QCOMPARE(server.Requests("/other").last().Header("user-agent").endsWith(" Token/1"), isAsked);
+    }
+  }
+
  private:
+  // The parts that the server was asked for, each once.
+  [[nodiscard]] QStringList Fetched() const {
+    QStringList paths;
+    for (const char *path : {"/i.png", "/s.mp3", "/v.mp4"}) {
+      if (server.RequestCount(path) > 0) paths.append(QString::fromLatin1(path));
+    }
+    return paths;
+  }
   // Tabs of these names; the first is the one that is there.
   void OpenNamed(const char *names) {
     for (const char *name = names; *name != 0; ++name) {
