@@ -10,6 +10,7 @@
 #include "app/modules.h"
 #include "app/shutdown_question.h"
 #include "app/store_notice.h"
+#include "ui/dialog_gate.h"
 
 namespace {
 
@@ -87,6 +88,7 @@ void TfrmMain::wmCopyDataDataReceived(const QString &text) {
 
 void TfrmMain::CloseWithoutAsking() {
   m_closeConfirmed = true;
+  DialogGate::Close();
   // A question that is open is answered with no: it stands in the way of the end, and its answer does not matter any
   // more.
   constexpr int MostDialogs = 20;
@@ -100,7 +102,9 @@ void TfrmMain::CloseWithoutAsking() {
 }
 
 void TfrmMain::FormCloseQuery(bool &canClose) {
-  canClose = m_closeConfirmed || AskShutdown(this, m_language, m_settings, m_modules->downloads) || m_closeConfirmed;
+  canClose = m_closeConfirmed ||
+             (AskShutdown(this, m_language, m_settings, m_modules->downloads) && m_modules->PagesMayGo()) ||
+             m_closeConfirmed;
 }
 
 void TfrmMain::closeEvent(QCloseEvent *event) {
@@ -121,4 +125,5 @@ void TfrmMain::FormDestroy() {
   m_loadCoolbar.stop();
   m_modules->Save();
   m_modules.reset();
+  DialogGate::Open();
 }

@@ -75,6 +75,11 @@ void TModules::OpenFirstPages(const QString &argument) {
   handedOver.Begin();
 }
 
+bool TModules::PagesMayGo() {
+  const QList<TBrowserTab *> all = tabs.Tabs();
+  return tabs.Leaving().AllMayGo({all.begin(), all.end()});
+}
+
 void TModules::Save() {
   // The pages that are closed on the way are not to be shown any more.
   QObject::disconnect(&tabs, nullptr, &activeTab, nullptr);

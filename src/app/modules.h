@@ -46,6 +46,8 @@ class TModules final {
   // `language` is loaded already; all must outlive this object.
   TModules(QMainWindow *window, TSettings &settings, TLanguage &language);
 
+  // Asks all pages whether they may be closed; false when one stays.
+  [[nodiscard]] bool PagesMayGo();
   // Writes what lasts beyond the window, in one piece, and ends what runs on its own.
   void Save();
   // Opens the first pages; once, a moment after the window is up. `argument` is this process's own.

@@ -131,7 +131,7 @@ void TPopupBlocker::AddToPopupList(TBrowserTab *tab) {
     if (!SavePopupList(m_settings.Store(), patterns)) {
       ShowWarning(m_window, language, language.Text("MAIN", "StoreNotKept"));
     } else if (target) {
-      target->Close();
+      m_tabs.CloseByUser(target);
     }
   }
   Reload();

@@ -4,6 +4,7 @@
 #include <QScreen>
 #include <QStyle>
 
+#include "ui/dialog_gate.h"
 #include "ui/dialog_placing.h"
 #include "ui/shown_text.h"
 #include "ui_confirm_dialog.h"
@@ -93,6 +94,7 @@ void TfrmConfirm::FitToContents() {
 }
 
 TAnswer ShowConfirm(QWidget *owner, const TQuestion &question) {
+  if (DialogGate::IsClosed()) return {.accepted = false, .checked = question.checkBoxState};
   const QPointer<TfrmConfirm> dialog(new TfrmConfirm(question, owner));
   const bool accepted = dialog->exec() == QDialog::Accepted;
   if (!dialog) return {.accepted = false, .checked = question.checkBoxState};

@@ -5,6 +5,7 @@
 #include <QPointer>
 
 #include "config/language.h"
+#include "ui/dialog_gate.h"
 
 namespace {
 
@@ -22,7 +23,7 @@ QInputDialog *MakeDialog(QWidget *owner, const TLanguage &language, const QStrin
 
 std::optional<QString> Run(QInputDialog *dialog) {
   const QPointer<QInputDialog> open(dialog);
-  const bool accepted = dialog->exec() == QDialog::Accepted;
+  const bool accepted = !DialogGate::IsClosed() && dialog->exec() == QDialog::Accepted;
   if (!open) return std::nullopt;  // The owner has gone and has taken the dialog along.
   const QString answer = open->textValue();
   delete open;

@@ -4,11 +4,13 @@
 #include <QMessageBox>
 
 #include "config/language.h"
+#include "ui/dialog_gate.h"
 
 namespace {
 
 void Show(QMessageBox::Icon icon, QWidget *owner, const TLanguage &language, const QString &text,
           const QString &caption) {
+  if (DialogGate::IsClosed()) return;
   const QString title = caption.isEmpty() ? QApplication::applicationDisplayName() : caption;
   auto *box = new QMessageBox(icon, title, text, QMessageBox::NoButton, owner);
   box->setTextFormat(Qt::PlainText);

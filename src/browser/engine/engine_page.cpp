@@ -20,6 +20,10 @@ namespace {
 // Until its first bytes are there a load reports this much at most.
 constexpr int ProgressBeforeContent = 10;
 
+// A page that takes longer than these to say whether it may go hangs.
+constexpr int LeaveInterval = 1000;  // milliseconds
+constexpr int MostLeaveTries = 5;
+
 const QUrl BlankPage(QStringLiteral("about:blank"));
 
 // A page's source is asked for under the page's own address.
@@ -55,6 +59,23 @@ TEnginePage::TEnginePage(TEngine &engine, QWidget *owner, QObject *parent)
   connect(this, &QWebEnginePage::loadingChanged, this, &TEnginePage::OnLoadingChanged);
   connect(this, &QWebEnginePage::certificateError, this, &TEnginePage::OnCertificateError);
   connect(this, &QWebEnginePage::renderProcessTerminated, this, &TEnginePage::OnRendererDied);
+  connect(this, &QWebEnginePage::windowCloseRequested, this, [this] {
+    if (m_leaveWait.isActive()) {
+      AnswerLeave(true);
+    } else {
+      Q_EMIT CloseRequested();
+    }
+  });
+  m_leaveWait.setInterval(LeaveInterval);
+  connect(&m_leaveWait, &QTimer::timeout, this, [this] {
+    if (m_dialogs->IsOpen()) return;
+    if (++m_leaveTries >= MostLeaveTries) {
+      AnswerLeave(true);
+    } else {
+      // The engine does not take a request while it still deals with the answer to the one before.
+      QWebEnginePage::triggerAction(RequestClose);
+    }
+  });
 }
 
 TEnginePage::~TEnginePage() {
@@ -69,6 +90,25 @@ void TEnginePage::WatchInput(QWidget *view) {
 void TEnginePage::NoteUserAction() {
   m_dialogs->Reset();
   m_askedToLeave = false;
+  Q_EMIT UserActed();
+}
+
+void TEnginePage::AskToLeave() {
+  if (m_leaveWait.isActive()) return;
+  if (m_leaveGranted || !m_input || !m_input->UserHasActed() || renderProcessPid() == 0) {
+    AnswerLeave(true);
+    return;
+  }
+  NoteUserAction();
+  m_leaveTries = 0;
+  m_leaveWait.start();
+  QWebEnginePage::triggerAction(RequestClose);
+}
+
+void TEnginePage::AnswerLeave(bool mayGo) {
+  m_leaveWait.stop();
+  m_leaveGranted = mayGo;
+  Q_EMIT LeaveAnswered(mayGo);
 }
 
 void TEnginePage::DismissDialogs() {
@@ -175,6 +215,8 @@ void TEnginePage::OnProgress(int progress) {
 void TEnginePage::CommitIfPending() {
   if (!m_underWay || m_committed || WithoutViewSource(url()) != m_pending) return;
   m_committed = true;
+  m_leaveGranted = false;
+  if (m_input) m_input->BeginPage();
   if (!url().isEmpty() && url().scheme() != BlankPage.scheme()) m_isUnsettled = false;
   m_insecureParts = false;
   Q_EMIT Committed(AddressOf(url()));
@@ -237,6 +279,8 @@ void TEnginePage::OnCertificateError(QWebEngineCertificateError error) {
 void TEnginePage::OnRendererDied() {
   const QPointer<TEnginePage> self(this);
   m_dialogs->Dismiss();
+  if (m_leaveWait.isActive()) AnswerLeave(true);
+  if (!self) return;
   // Engines from 6.8 on also tell of the renderer that a page gives up to fall asleep, which is no death.
   if (lifecycleState() != LifecycleState::Discarded) Q_EMIT Died();
   if (self) Finish();
@@ -251,9 +295,18 @@ bool TEnginePage::javaScriptConfirm(const QUrl &origin, const QString &message) 
   // page could borrow them, so they are believed once and after that only when the user has acted again.
   const QString leaveQuestion = QCoreApplication::translate(
       "QWebEnginePage", "Are you sure you want to leave this page? Changes that you made may not be saved.");
+  if (message == leaveQuestion && m_leaveGranted) return true;
   if (message == leaveQuestion && !m_askedToLeave) {
     m_askedToLeave = true;
-    return m_dialogs->BeforeUnload(m_owner, origin);
+    const QPointer<TEnginePage> self(this);
+    const bool mayGo = m_dialogs->BeforeUnload(m_owner, origin);
+    if (!self || mayGo) return mayGo;
+    if (m_leaveWait.isActive()) {
+      AnswerLeave(false);
+    } else {
+      Q_EMIT StayChosen();
+    }
+    return false;
   }
   return m_dialogs->Confirm(m_owner, origin, message);
 }

@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 #include <QHash>
+#include <QTimer>
 #include <QWebEnginePage>
 
 #include "browser/engine/engine.h"
@@ -31,6 +32,10 @@ class TEnginePage final : public QWebEnginePage {
   void WatchInput(QWidget *view);
   // The user acts himself: script dialogs that were switched off may come again.
   void NoteUserAction();
+  // Asks the page, if it has anything to lose, whether it may be closed; LeaveAnswered comes, not always later. A page
+  // that does not answer for five seconds is given up, unless it is the user who is being asked.
+  void AskToLeave();
+  void ForgetLeave() { m_leaveGranted = false; }
   // Answers open script dialogs; the page is going away.
   void DismissDialogs();
 
@@ -58,6 +63,10 @@ class TEnginePage final : public QWebEnginePage {
   void Finished(const QString &address);
   void Died();  // the renderer; comes before Finished
   void EncryptionLevelChanged();
+  void UserActed();
+  void LeaveAnswered(bool mayGo);
+  void CloseRequested();  // by the page's script
+  void StayChosen();      // the user has kept the page instead of following a navigation
   void BringToFrontRequested();
   void ZoomWanted(bool in);  // by the wheel with Ctrl
 
@@ -80,6 +89,7 @@ class TEnginePage final : public QWebEnginePage {
   void OnRendererDied();
   void CommitIfPending();
   void Finish();
+  void AnswerLeave(bool mayGo);
 
   TEngine &m_engine;
   QWidget *m_owner = nullptr;
@@ -94,6 +104,9 @@ class TEnginePage final : public QWebEnginePage {
   bool m_isUnsettled = false;
   bool m_insecureParts = false;
   bool m_askedToLeave = false;
+  bool m_leaveGranted = false;  // what comes next may take the page's place without another question
+  int m_leaveTries = 0;
+  QTimer m_leaveWait{this};  // active while the page has not answered yet
   std::optional<TCertificateProblem> m_problem;
   QHash<QString, QSslCertificate> m_certificates;  // by host: those accepted in spite of errors
 };

@@ -67,6 +67,7 @@ void THalvexBrowser::EnsureView() {
   m_view->setContextMenuPolicy(Qt::CustomContextMenu);
   auto *prompts = new TPagePrompts(m_page, this, m_engine.Language());
   m_layout->insertWidget(0, prompts->Bar());
+  connect(m_page, &TEnginePage::UserActed, prompts, &TPagePrompts::AllowSignIns);
   m_finder = new TPageFinder(m_page, m_layout, m_engine.Language(), this);
   m_fullScreen = new TPageFullScreen(m_view, prompts, this);
   m_printing = new TPagePrinting(m_engine, m_view, this);
@@ -75,6 +76,18 @@ void THalvexBrowser::EnsureView() {
   m_page->setZoomFactor(m_zoom);
   ConnectPage();
   m_stack->SetView(m_view);
+}
+
+void THalvexBrowser::AskToLeave() {
+  if (HasLivePage()) {
+    m_page->AskToLeave();
+  } else {
+    Q_EMIT LeaveAnswered(true);
+  }
+}
+
+void THalvexBrowser::ForgetLeave() {
+  if (m_page) m_page->ForgetLeave();
 }
 
 void THalvexBrowser::TakeWindow(QWebEngineNewWindowRequest *request) {
@@ -106,7 +119,8 @@ void THalvexBrowser::ConnectPage() {
   connect(m_page, &QWebEnginePage::linkHovered, this, &THalvexBrowser::StatusTextChanged);
   connect(m_page, &QWebEnginePage::newWindowRequested, this,
           [this](QWebEngineNewWindowRequest &request) { Q_EMIT NewWindowRequested(&request); });
-  connect(m_page, &QWebEnginePage::windowCloseRequested, this, &THalvexBrowser::CloseRequested);
+  connect(m_page, &TEnginePage::CloseRequested, this, &THalvexBrowser::CloseRequested);
+  connect(m_page, &TEnginePage::LeaveAnswered, this, &THalvexBrowser::LeaveAnswered);
   connect(m_page, &QWebEnginePage::printRequested, m_printing, &TPagePrinting::PrintForPage);
   connect(m_fullScreen, &TPageFullScreen::Changed, this, &THalvexBrowser::PageFullScreenRequested);
   connect(m_finder, &TPageFinder::Closed, this, &THalvexBrowser::GivePageTheFocus);

@@ -96,6 +96,9 @@ class THalvexBrowser final : public QWidget {
   [[nodiscard]] TDownloadControlOptionSet DownloadControlOptionSet() const;
   void SetDownloadControlOptionSet(TDownloadControlOptionSet options);
 
+  // Asks the page whether it may be closed; LeaveAnswered comes, at once when nothing can be lost.
+  void AskToLeave();
+  void ForgetLeave();  // it is not closed after all, and will be asked again
   // Becomes the window that another page asked for. Its page may never come: WindowCameToNothing.
   void TakeWindow(QWebEngineNewWindowRequest *request);
   // The engine's page, made when it is not there yet. For tests.
@@ -119,6 +122,7 @@ class THalvexBrowser final : public QWidget {
   // What this window was opened for became a download, belongs to another program, or has no content.
   void WindowCameToNothing();
   void CloseRequested();  // by the page's script
+  void LeaveAnswered(bool mayGo);
   void SecureLockIconChanged(TEncryptionLevel level);
   void OpenInNewTabRequested(const TAddress &address, bool background);
   // `address` begins with "view-source:"; opened like any other, it shows the page as it was sent.

@@ -46,6 +46,7 @@ bool TInputWatch::eventFilter(QObject *watched, QEvent *event) {
     case QEvent::KeyPress:
     case QEvent::TouchEnd:
       m_since.start();
+      m_hasActed = true;
       break;
     case QEvent::Wheel: {
       const auto *wheel = static_cast<QWheelEvent *>(event);

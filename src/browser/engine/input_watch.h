@@ -16,6 +16,9 @@ class TInputWatch final : public QObject {
   TInputWatch(QWidget *view, QObject *parent);
 
   [[nodiscard]] bool UserJustActed() const;
+  // Whether the user has clicked or typed at all since the page came: before that it may not ask anything when it goes.
+  [[nodiscard]] bool UserHasActed() const { return m_hasActed; }
+  void BeginPage() { m_hasActed = false; }
 
   bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -27,6 +30,7 @@ class TInputWatch final : public QObject {
 
   QWidget *m_view = nullptr;
   QElapsedTimer m_since;
+  bool m_hasActed = false;
   bool m_swapping = false;  // an inner widget that had the keyboard was hidden, and none has it since
   int m_wheelAngle = 0;     // eighths of a degree that have not made a whole step yet
 };

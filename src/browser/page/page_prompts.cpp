@@ -15,6 +15,7 @@
 #include "browser/page/permission_decisions.h"
 #include "browser/page/sign_in_dialog.h"
 #include "config/language.h"
+#include "ui/dialog_gate.h"
 #include "ui/input_box.h"
 
 namespace {
@@ -22,6 +23,7 @@ namespace {
 constexpr int MostPermissionRequests = 16;                 // a page that asks for more at a time gets no answer
 constexpr qint64 LargestQuota = qint64(64) * 1024 * 1024;  // bytes that a page may store without being asked about
 constexpr int LongestCertificateName = 80;
+constexpr int MostSignInsRefused = 2;
 
 struct TPermissionText {
   TPermission permission;
@@ -163,6 +165,9 @@ void TPagePrompts::SignIn(const QUrl &url, const QString &proxyHost, QAuthentica
 
 bool TPagePrompts::AskSignIn(const QUrl &url, const QString &proxyHost, const QString &realm,
                              const QString &refusedUser, TSignInAnswer &answer) {
+  // A page that comes back for more after having been refused twice is not heard before the user does something.
+  answer.refused = true;
+  if (m_signInsRefused >= MostSignInsRefused || DialogGate::IsClosed()) return true;
   const QPointer<TPagePrompts> self(this);
   const bool proxy = !proxyHost.isEmpty();
   const QString prompt = proxy ? m_language.Text("SIGN_IN", "ProxyPrompt").arg(proxyHost)
@@ -178,7 +183,9 @@ bool TPagePrompts::AskSignIn(const QUrl &url, const QString &proxyHost, const QS
     answer.password = dialog->Password();
   }
   delete dialog;
-  return self != nullptr;
+  if (!self) return false;
+  m_signInsRefused = answer.refused ? m_signInsRefused + 1 : 0;
+  return true;
 }
 
 void TPagePrompts::SelectClientCertificate(QWebEngineClientCertificateSelection selection) {

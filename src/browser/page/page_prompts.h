@@ -34,6 +34,9 @@ class TPagePrompts final : public QObject {
   void ShowFullScreenNotice(QWidget *over, const QUrl &origin);
   void HideFullScreenNotice();
 
+  // The user acts himself: sign-in dialogs that were kept from opening may come again.
+  void AllowSignIns() { m_signInsRefused = 0; }
+
  private:
   // How the user answered a site or a proxy, and which addresses have been given that answer.
   struct TSignInAnswer {
@@ -62,5 +65,6 @@ class TPagePrompts final : public QObject {
   QList<TPermissionRequest> m_permissionRequests;
   // By place that asks, for the page being shown.
   QHash<QString, TSignInAnswer> m_signIns;
+  int m_signInsRefused = 0;  // one after the other, since the user did something
   QPointer<TSignInDialog> m_openSignIn;
 };

@@ -6,6 +6,7 @@
 #include "browser/page/origin_text.h"
 #include "browser/page/script_dialog.h"
 #include "config/language.h"
+#include "ui/dialog_gate.h"
 
 TScriptDialogs::TScriptDialogs(const TLanguage &language, QObject *parent) : QObject(parent), m_language(language) {}
 
@@ -52,7 +53,7 @@ bool TScriptDialogs::Run(TScriptDialog::TKind kind, QWidget *owner, const QStrin
                          QString *value) {
   // A page must not be able to stack dialogs: while one is open, others are answered with Cancel.
   const bool guardsInput = kind == TScriptDialog::TKind::BeforeUnload;
-  if ((m_kept && !guardsInput) || m_open != nullptr) return false;
+  if ((m_kept && !guardsInput) || m_open != nullptr || DialogGate::IsClosed()) return false;
   const QPointer<TScriptDialogs> self(this);
   const QPointer<QWidget> window(owner);
   Q_EMIT BringToFrontRequested();

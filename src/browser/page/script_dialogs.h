@@ -30,6 +30,7 @@ class TScriptDialogs final : public QObject {
 
   // Dialogs are allowed again. Call it when the user navigates or reloads, never for a page's own navigation.
   void Reset();
+  [[nodiscard]] bool IsOpen() const { return m_open != nullptr; }
   // Answers an open dialog with Cancel, for a page that is going away.
   void Dismiss();
 

@@ -1,5 +1,6 @@
 #include "browser/tabs/close_all_tabs.h"
 
+#include <algorithm>
 #include <QPointer>
 #include <QWidget>
 
@@ -30,15 +31,18 @@ void TCloseAllTabs::CloseAll(bool skipConfirmation) {
   if (m_tabs.ClosingLocked()) return;
   m_tabs.CloseHiddenTabs();
 
-  TBrowserTab *spared = nullptr;
+  // A page that the user keeps when it asks is spared like one that is marked so.
+  TLeaveQuestion::TTabs asked;
   for (TBrowserTab *tab : m_tabs.Tabs()) {
-    if (tab->HideFromCloseAll()) {
-      spared = tab;
-      break;
-    }
+    if (!tab->HideFromCloseAll()) asked.append(tab);
   }
-  if (spared != nullptr) {
-    m_tabs.Activate(spared);
+  const TLeaveQuestion::TTabs staying = m_tabs.Leaving().Staying(asked);
+  if (m_tabs.ClosingLocked()) return;
+  const auto isSpared = [&](TBrowserTab *tab) { return tab->HideFromCloseAll() || staying.contains(tab); };
+
+  const QList<TBrowserTab *> tabs = m_tabs.Tabs();
+  if (const auto spared = std::ranges::find_if(tabs, isSpared); spared != tabs.end()) {
+    m_tabs.Activate(*spared);
   } else if (TBrowserTab *first = m_tabs.Tab(0)) {
     m_tabs.Pages().SetPageVisible(first, true);
     m_tabs.Activate(first);
@@ -46,9 +50,8 @@ void TCloseAllTabs::CloseAll(bool skipConfirmation) {
   }
   TBrowserTab *kept = m_tabs.GetActivePage();
   // A tab that goes takes the empty windows of its page along.
-  const QList<TBrowserTab *> tabs = m_tabs.Tabs();
   for (auto tab = tabs.crbegin(); tab != tabs.crend(); ++tab) {
-    if (*tab != kept && !(*tab)->HideFromCloseAll() && m_tabs.TabCount() > 1) (*tab)->Close();
+    if (*tab != kept && !isSpared(*tab) && m_tabs.TabCount() > 1) (*tab)->Close();
   }
 }
 
@@ -79,7 +82,10 @@ void TCloseAllTabs::ShowList() {
   const QList<int> ticked = dialog->Ticked();
   delete dialog;
   if (!accepted) return;
-  for (const int position : ticked) {
-    if (!m_tabs.ClosingLocked() && listed.at(position)) listed.at(position)->Close();
+  TLeaveQuestion::TTabs chosen;
+  for (const int position : ticked) chosen.append(listed.at(position));
+  const TLeaveQuestion::TTabs staying = m_tabs.Leaving().Staying(chosen);
+  for (const QPointer<TBrowserTab> &tab : chosen) {
+    if (!m_tabs.ClosingLocked() && tab && !staying.contains(tab)) tab->Close();
   }
 }

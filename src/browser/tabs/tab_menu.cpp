@@ -49,9 +49,7 @@ void TTabMenu::ConnectItems() {
   On(TCommand::TabCloseAll, this, [this](TBrowserTab *) { m_closeAll.CloseAll(false); });
   On(TCommand::TabCloseAllKeepCurrent, this, [this](TBrowserTab *) { m_closeAll.KeepCurrent(); });
   On(TCommand::TabCloseAllShowList, this, [this](TBrowserTab *) { m_closeAll.ShowList(); });
-  On(TCommand::TabClose, this, [this](TBrowserTab *tab) {
-    if (!m_tabs.ClosingLocked()) tab->Close();
-  });
+  On(TCommand::TabClose, this, [this](TBrowserTab *tab) { m_tabs.CloseByUser(tab); });
 }
 
 void TTabMenu::Open(TBrowserTab *tab, const QPoint &globalPosition) {

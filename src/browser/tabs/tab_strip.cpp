@@ -39,9 +39,7 @@ TTabStrip::TTabStrip(QWidget *owner, TZVPageControl *pages, TTabEnvironment &env
 
   connect(pages, &TZVPageControl::ActivePageChanged, this, &TTabStrip::OnActivePageChanged);
   connect(pages, &TZVPageControl::PageMoved, this, &TTabStrip::TabsChanged);
-  connect(pages, &TZVPageControl::CloseRequested, this, [this](QWidget *page) {
-    if (!m_closingLocked) AsTab(page)->Close();
-  });
+  connect(pages, &TZVPageControl::CloseRequested, this, [this](QWidget *page) { CloseByUser(AsTab(page)); });
   connect(pages, &TZVPageControl::LinkDropped, this, [this](const QString &address, QWidget *page) {
     (page != nullptr ? AsTab(page) : NewTab())->Navigate(TAddress::OfEngine(address));
   });
@@ -193,9 +191,14 @@ void TTabStrip::ActivateNeighbourOf(const TBrowserTab *tab) {
   m_pages->SelectNextPage(!first);
 }
 
+void TTabStrip::CloseByUser(TBrowserTab *tab) {
+  const QPointer<TBrowserTab> wanted(tab);
+  if (m_closingLocked || !m_leaving.Staying({wanted}).isEmpty()) return;
+  if (wanted) wanted->Close();
+}
+
 void TTabStrip::CloseActive() {
-  if (m_closingLocked) return;
-  if (TBrowserTab *tab = GetActivePage()) tab->Close();
+  CloseByUser(GetActivePage());
 }
 
 void TTabStrip::CloseHiddenTabs() {

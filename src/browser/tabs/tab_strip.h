@@ -6,6 +6,7 @@
 #include <QTimer>
 
 #include "browser/strip/page_control.h"
+#include "browser/tabs/leave_question.h"
 #include "browser/tabs/tab_environment.h"
 
 class TAddress;
@@ -60,11 +61,14 @@ class TTabStrip final : public QObject {
   // of the strip. That a closed first tab hands over to the last one is meant.
   void ActivateNeighbourOf(const TBrowserTab *tab);
 
+  // As the user's wish: asks the page, unless closing is locked.
+  void CloseByUser(TBrowserTab *tab);
   void CloseActive();
   void CloseHiddenTabs();
   // While set, the close commands and close-all do nothing.
   void SetClosingLocked(bool locked) { m_closingLocked = locked; }
   [[nodiscard]] bool ClosingLocked() const { return m_closingLocked; }
+  [[nodiscard]] TLeaveQuestion &Leaving() { return m_leaving; }
 
   void StopAll();
   void RefreshAll();
@@ -111,6 +115,7 @@ class TTabStrip final : public QObject {
   QList<QIcon> m_images;
   QIcon m_plainPage;           // for a page without an icon of its own
   QTimer m_closeHidden{this};  // tmrCloseHidden
+  TLeaveQuestion m_leaving;
   bool m_closingLocked = false;
   bool m_quiet = false;  // Changes of the active tab are not told.
 };
