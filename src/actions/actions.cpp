@@ -1,7 +1,10 @@
 #include "actions/actions.h"
 
+#include <algorithm>
+#include <iterator>
 #include <map>
 #include <QActionGroup>
+#include <QGuiApplication>
 #include <QMenu>
 #include <QMenuBar>
 #include <QToolBar>
@@ -37,6 +40,18 @@ QString WithoutMnemonic(const QString &text) {
   return plain;
 }
 
+// What stands for a picture that means a direction where reading runs from right to left.
+constexpr const char *MirroredIcons[][2] = {{"back", "forward"}, {"forward", "back"}, {"go", "go_mirrored"}};
+
+QIcon IconOf(const char *name) {
+  if (QGuiApplication::isRightToLeft()) {
+    const auto *pair =
+        std::ranges::find_if(MirroredIcons, [name](auto &icons) { return qstrcmp(icons[0], name) == 0; });
+    if (pair != std::end(MirroredIcons)) name = (*pair)[1];
+  }
+  return QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(name)));
+}
+
 }  // namespace
 
 TActions::TActions(QWidget *window, const TLanguage &language, TSettings &settings)
@@ -54,7 +69,7 @@ void TActions::MakeActions() {
     action->setObjectName(QString::fromLatin1(row.name));
     action->setCheckable(row.traits.checkable);
     action->setShortcuts(KeysOf(row.keys));
-    if (*row.icon != '\0') action->setIcon(QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(row.icon))));
+    if (*row.icon != '\0') action->setIcon(IconOf(row.icon));
     m_language.TranslateForm(action, CommandSection);
     m_actions[static_cast<size_t>(row.command)] = action;
     GiveHint(row);
