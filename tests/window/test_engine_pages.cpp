@@ -30,6 +30,14 @@ class TestEnginePages final : public QObject {
     QVERIFY(text.contains(m.Language().Text("PAGES", "StartIntro").toHtmlEscaped()));
     QVERIFY2(!text.contains(QLatin1String("{{")) && !text.contains(QLatin1String("UNDEFINED")), qPrintable(text));
     QVERIFY(!text.contains(QRegularExpression(QStringLiteral("(src|href)="))));
+    // It is as light or dark as the window around it.
+    const auto ground = [this] { return m.Script(QStringLiteral("getComputedStyle(document.body).backgroundColor")); };
+    QCOMPARE(ground(), QStringLiteral("rgb(247, 249, 251)"));
+    const QPalette light = QApplication::palette();
+    QApplication::setPalette(QPalette(QColor(49, 54, 59)));
+    QVERIFY(m.Open(TEngine::StartPageAddress()));
+    QCOMPARE(ground(), QStringLiteral("rgb(27, 33, 40)"));
+    QApplication::setPalette(light);
     // A page of the web cannot get at it.
     QVERIFY(m.OpenPath(QStringLiteral("/a")));
     m.Browser().EnginePage()->runJavaScript(QStringLiteral(
