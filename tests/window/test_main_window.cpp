@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QTranslator>
 #include <QWebEnginePage>
 
 #include "actions/actions.h"
@@ -44,6 +45,7 @@ class TestMainWindow final : public QObject {
   void TabColors_data();
   void TabColors();
   void LanguageMenu();
+  void RightToLeft();
   void ListFollowsTabs();
   void ShutdownQuestion();
   void PlacementSurvives();
@@ -273,6 +275,38 @@ void TestMainWindow::LanguageMenu() {
   m_f.Show();
   QVERIFY(Action(TCommand::Exit)->text() != english);
   NoMarkerIsLeft();
+}
+
+void TestMainWindow::RightToLeft() {
+  const auto picture = [](const QIcon &icon) { return icon.pixmap(24).toImage(); };
+  const QImage back = picture(Action(TCommand::Back)->icon());
+  const QImage forward = picture(Action(TCommand::Forward)->icon());
+  QCOMPARE(m_f.window->layoutDirection(), Qt::LeftToRight);
+  TZVOptions(*m_f.store).Set(Setting::LanguageFile, QStringLiteral("zvara.ini"));
+  m_f.Open();
+  // The file says so, whether or not the system has the toolkit's translation, which says so too.
+  qDeleteAll(qApp->findChildren<QTranslator *>());
+  QCoreApplication::processEvents();
+  QCOMPARE(m_f.window->layoutDirection(), Qt::RightToLeft);
+  QVERIFY(back != forward);
+  QCOMPARE(picture(Action(TCommand::Back)->icon()), forward);
+  QCOMPARE(picture(Action(TCommand::Forward)->icon()), back);
+  const auto *bar = m_f.window->findChild<QToolBar *>(QStringLiteral("ToolBar"));
+  QVERIFY(bar->widgetForAction(Action(TCommand::Back))->x() > bar->widgetForAction(Action(TCommand::Forward))->x());
+
+  const TBrowserTab *first = Active();
+  Action(TCommand::NewBlank)->trigger();
+  const auto *strip = m_f.window->findChild<TZVPageControl *>();
+  QTRY_VERIFY(strip->TabRect(Active()).right() < strip->TabRect(first).left());
+
+  Active()->Navigate(TEngine::StartPageAddress());
+  QTRY_COMPARE_WITH_TIMEOUT(Active()->GetLocationName(), m_f.window->Language().Text("PAGES", "StartTitle"),
+                            m_f.LoadTime);
+  QString shown;
+  Active()->Browser()->EnginePage()->runJavaScript(
+      QStringLiteral("document.documentElement.lang + ' ' + getComputedStyle(document.body).direction"),
+      [&](const QVariant &value) { shown = value.toString(); });
+  QTRY_COMPARE_WITH_TIMEOUT(shown, QStringLiteral("ar-AE rtl"), m_f.LoadTime);
 }
 
 void TestMainWindow::ListFollowsTabs() {

@@ -65,7 +65,7 @@ class TestMnemonics final : public QObject {
     m_f.Prepare();
     const QDir folder(QStringLiteral(ZV_SOURCE_DIR "/Languages"));
     for (const QString &name : folder.entryList({u"*.ini"_s})) m_languages.append(name);
-    QCOMPARE(m_languages.size(), 5);
+    QCOMPARE(m_languages.size(), 6);
   }
   void init() { m_f.Begin(); }
   void cleanup() { m_f.End(); }
