@@ -22,7 +22,8 @@ QList<QKeySequence> KeysOf(const char *keys) {
   return sequences;
 }
 
-// Also without the letter that some languages put behind the text only for the sake of the key: "File(&F)".
+// Also without the letter that some languages put behind the text only for the sake of the key: "File(&F)", "File
+// (&F)".
 QString WithoutMnemonic(const QString &text) {
   QString plain;
   for (qsizetype i = 0; i < text.size(); ++i) {
@@ -30,7 +31,7 @@ QString WithoutMnemonic(const QString &text) {
       if (++i == text.size()) break;
       const bool isAside = text[i] != u'&' && plain.endsWith(u'(') && i + 1 < text.size() && text[i + 1] == u')';
       if (isAside) {
-        plain.chop(1);
+        plain.chop(plain.endsWith(QLatin1String(" (")) ? 2 : 1);
         ++i;
         continue;
       }

@@ -294,6 +294,11 @@ void TestMainWindow::RightToLeft() {
   const auto *bar = m_f.window->findChild<QToolBar *>(QStringLiteral("ToolBar"));
   QVERIFY(bar->widgetForAction(Action(TCommand::Back))->x() > bar->widgetForAction(Action(TCommand::Forward))->x());
 
+  // The letter behind a text goes with the blank before it.
+  TZVOptions(*m_f.store).Set(Setting::DisableALTShortcuts, true);
+  m_f.Open();
+  QCOMPARE(m_f.window->Actions().Menu(TMenu::File)->title(), QStringLiteral("ملف"));
+
   const TBrowserTab *first = Active();
   Action(TCommand::NewBlank)->trigger();
   const auto *strip = m_f.window->findChild<TZVPageControl *>();
