@@ -1,7 +1,10 @@
 #include "actions/actions.h"
 
+#include <algorithm>
+#include <iterator>
 #include <map>
 #include <QActionGroup>
+#include <QGuiApplication>
 #include <QMenu>
 #include <QMenuBar>
 #include <QToolBar>
@@ -19,7 +22,8 @@ QList<QKeySequence> KeysOf(const char *keys) {
   return sequences;
 }
 
-// Also without the letter that some languages put behind the text only for the sake of the key: "File(&F)".
+// Also without the letter that some languages put behind the text only for the sake of the key: "File(&F)", "File
+// (&F)".
 QString WithoutMnemonic(const QString &text) {
   QString plain;
   for (qsizetype i = 0; i < text.size(); ++i) {
@@ -27,7 +31,7 @@ QString WithoutMnemonic(const QString &text) {
       if (++i == text.size()) break;
       const bool isAside = text[i] != u'&' && plain.endsWith(u'(') && i + 1 < text.size() && text[i + 1] == u')';
       if (isAside) {
-        plain.chop(1);
+        plain.chop(plain.endsWith(QLatin1String(" (")) ? 2 : 1);
         ++i;
         continue;
       }
@@ -35,6 +39,18 @@ QString WithoutMnemonic(const QString &text) {
     plain += text[i];
   }
   return plain;
+}
+
+// What stands for a picture that means a direction where reading runs from right to left.
+constexpr const char *MirroredIcons[][2] = {{"back", "forward"}, {"forward", "back"}, {"go", "go_mirrored"}};
+
+QIcon IconOf(const char *name) {
+  if (QGuiApplication::isRightToLeft()) {
+    const auto *pair =
+        std::ranges::find_if(MirroredIcons, [name](auto &icons) { return qstrcmp(icons[0], name) == 0; });
+    if (pair != std::end(MirroredIcons)) name = (*pair)[1];
+  }
+  return QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(name)));
 }
 
 }  // namespace
@@ -54,7 +70,7 @@ void TActions::MakeActions() {
     action->setObjectName(QString::fromLatin1(row.name));
     action->setCheckable(row.traits.checkable);
     action->setShortcuts(KeysOf(row.keys));
-    if (*row.icon != '\0') action->setIcon(QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(row.icon))));
+    if (*row.icon != '\0') action->setIcon(IconOf(row.icon));
     m_language.TranslateForm(action, CommandSection);
     m_actions[static_cast<size_t>(row.command)] = action;
     GiveHint(row);

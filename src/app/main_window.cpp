@@ -63,6 +63,7 @@ void TfrmMain::FormCreate() {
 
 void TfrmMain::LoadLanguage() {
   m_language.Load(m_settings.Lists());
+  QApplication::setLayoutDirection(m_language.Direction());
   m_language.InstallToolkitTranslations(qApp);
   if (const QString locale = m_language.LocaleName(); !locale.isEmpty()) QLocale::setDefault(QLocale(locale));
 }

@@ -13,6 +13,21 @@ namespace {
 
 constexpr const char *ToolkitTranslations[] = {"qtbase", "qtwebengine"};
 
+// The names of keys. The toolkit's own differ from what stands on keyboards, and from the names in our texts.
+class TKeyNames final : public QTranslator {
+ public:
+  TKeyNames(const TIniFile &texts, QObject *owner) : QTranslator(owner) {
+    for (const auto &[key, name] : texts.Pairs("KEYS")) m_names.insert(key, name);
+  }
+  [[nodiscard]] bool isEmpty() const override { return m_names.isEmpty(); }
+  [[nodiscard]] QString translate(const char *context, const char *text, const char *, int) const override {
+    return qstrcmp(context, "QShortcut") == 0 ? m_names.value(QLatin1String(text)) : QString();
+  }
+
+ private:
+  QHash<QString, QString> m_names;
+};
+
 }  // namespace
 
 void TLanguage::Load(TZVOptions &options) {
@@ -33,18 +48,24 @@ QString TLanguage::LocaleName() const {
   return m_texts.Value("INFO", "Locale");
 }
 
+Qt::LayoutDirection TLanguage::Direction() const {
+  return m_texts.Value("INFO", "Direction") == u"rtl" ? Qt::RightToLeft : Qt::LeftToRight;
+}
+
 void TLanguage::InstallToolkitTranslations(QObject *owner) const {
   const QString locale = LocaleName();
   // It becomes part of a file name.
   const auto isNamePart = [](QChar c) { return c.isLetterOrNumber() || c == u'_' || c == u'-'; };
-  if (locale.isEmpty() || !std::all_of(locale.begin(), locale.end(), isNamePart)) return;
-  for (const char *library : ToolkitTranslations) {
-    auto translator = std::make_unique<QTranslator>(owner);
-    if (!translator->load(QString(library) + u'_' + locale, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
-      continue;
+  if (!locale.isEmpty() && std::all_of(locale.begin(), locale.end(), isNamePart)) {
+    for (const char *library : ToolkitTranslations) {
+      auto translator = std::make_unique<QTranslator>(owner);
+      if (!translator->load(QString(library) + u'_' + locale, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+        continue;
+      }
+      QCoreApplication::installTranslator(translator.release());
     }
-    QCoreApplication::installTranslator(translator.release());
   }
+  QCoreApplication::installTranslator(new TKeyNames(m_texts, owner));
 }
 
 QString TLanguage::Text(const char *section, const char *key) const {

@@ -32,8 +32,12 @@ class TLanguage final {
   void SetFileName(const QString &name) { m_fileName = name; }
   // The language's locale ("de", "pt_BR") from "INFO", "Locale"; empty when the file has none.
   [[nodiscard]] QString LocaleName() const;
-  // Installs, as children of `owner`, the toolkit's own translations for that locale, as far as the system has them, so
-  // that the texts which the toolkit brings along follow the language. Needs the application object.
+  // Which way the language is read: "INFO", "Direction" is "rtl" where it runs from right to left; absent or anything
+  // else, it runs from left to right.
+  [[nodiscard]] Qt::LayoutDirection Direction() const;
+  // Installs, as children of `owner`, the toolkit's own translations for that locale, as far as the system has them,
+  // and over them the names of keys from the section "KEYS", so that the texts which the toolkit brings along follow
+  // the language. Needs the application object.
   void InstallToolkitTranslations(QObject *owner) const;
 
   // The text of `key` in `section`; "UNDEFINED: section > key" when the file has none.

@@ -18,10 +18,6 @@ constexpr TListColumn Columns[] = {
 };
 constexpr TListForm Form{.list = "lstSites",
                          .columns = Columns,
-                         .insert = {"HalvexGroups", "InsertPage"},
-                         .update = {"HalvexGroups", "UpdatePage"},
-                         .remove = {"HalvexGroups", "DeletePage"},
-                         .discard = {"HalvexGroups", "DiscardPage"},
                          .editTitle = {"HalvexGroups", "EditPage"},
                          .updateBox = LocationColumn,
                          .rests = TListForm::TRests::List};

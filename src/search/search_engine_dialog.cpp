@@ -12,7 +12,7 @@ constexpr TListColumn Columns[] = {
     {{"SEARCH_ENGINE", "TitleColumn"}, {"SEARCH_ENGINE", "EditTitle"}, "txtTitle"},
     {{"SEARCH_ENGINE", "LocationColumn"}, {"SEARCH_ENGINE", "EditLocation"}, "txtUrl"},
 };
-constexpr TListForm Form{.list = "lstEngines", .columns = Columns, .discard = {"SEARCH_ENGINE", "EditCancel"}};
+constexpr TListForm Form{.list = "lstEngines", .columns = Columns};
 
 QString CaptionOf(TSearchList list, const TLanguage &language) {
   switch (list) {

@@ -34,10 +34,10 @@ TListEditor::TListEditor(const TLanguage &language, const TListForm &form, QWidg
   list.setObjectName(QLatin1String(form.list));
   list.setModel(m_rows);
   list.installEventFilter(this);
-  m_ui->cmdInsert->setText(language.Text(form.insert));
-  m_ui->cmdUpdate->setText(language.Text(form.update));
-  m_ui->cmdDelete->setText(language.Text(form.remove));
-  m_ui->cmdUrlCancel->setText(language.Text(form.discard));
+  m_ui->cmdInsert->setText(language.Global("NewEntry"));
+  m_ui->cmdUpdate->setText(language.Global("EditEntry"));
+  m_ui->cmdDelete->setText(language.Global("Delete"));
+  m_ui->cmdUrlCancel->setText(language.Global("Discard"));
   if (form.editTitle.key != nullptr) m_ui->grpEdit->setTitle(language.Text(form.editTitle));
   MakeBoxes();
   SetTabOrder();

@@ -28,10 +28,6 @@ struct TListColumn {
 struct TListForm {
   const char *list;  // the list's object name
   std::span<const TListColumn> columns;
-  TTextKey insert{"GLOBAL", "Insert"};  // the buttons beside the list
-  TTextKey update{"GLOBAL", "Update"};
-  TTextKey remove{"GLOBAL", "Delete"};
-  TTextKey discard{};    // the button that gives up an entry
   TTextKey editTitle{};  // above the edit area; none where it has no key
   int updateBox = 0;     // the box that gets the keyboard when an entry is changed
   // What rests while an entry is edited: the buttons beside the list, or, while one is changed, the list.

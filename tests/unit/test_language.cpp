@@ -32,7 +32,7 @@
 namespace {
 
 constexpr const char *Texts =
-    "[INFO]\nLanguage=Testish\nLocale=xx\n"
+    "[INFO]\nLanguage=Testish\nLocale=xx\n[KEYS]\nReturn=Send\n"
     "[GLOBAL]\nOK=Fine\nChangeRestart=Start again\nx=single\n"
     "[FORM]\nCaption=The form\nKey=Text\nHint=Short|A longer one\nEmpty=\nain=carried\n";
 
@@ -100,6 +100,31 @@ class TTestLanguage final : public QObject {
     QCOMPARE(TLanguage::ShortHint("a|b|c"), "a");
     QCOMPARE(TLanguage::LongHint("a|b|c"), "b|c");
     QCOMPARE(TLanguage::ShortHint("a") + TLanguage::LongHint("a"), "aa");
+  }
+
+  void ReadsTheDirection_data() {
+    Columns<QByteArray, Qt::LayoutDirection>("info", "direction");
+    QTest::newRow("absent") << QByteArray() << Qt::LeftToRight;
+    QTest::newRow("empty") << QByteArray("Direction=") << Qt::LeftToRight;
+    QTest::newRow("ltr") << QByteArray("Direction=ltr") << Qt::LeftToRight;
+    QTest::newRow("rtl") << QByteArray("Direction=rtl") << Qt::RightToLeft;
+    QTest::newRow("other spelling") << QByteArray("Direction=RTL") << Qt::LeftToRight;
+    QTest::newRow("elsewhere") << QByteArray("[MAIN]\nDirection=rtl") << Qt::LeftToRight;
+  }
+  void ReadsTheDirection() {
+    QFETCH(QByteArray, info);
+    QVERIFY(m_language.LoadFile(WriteLanguage(m_folder->path(), "direction.ini", "[INFO]\n" + info + '\n')));
+    QTEST(m_language.Direction(), "direction");
+  }
+
+  void NamesKeys() {
+    const QKeySequence keys(Qt::ALT | Qt::Key_Return);
+    {
+      QObject owner;
+      m_language.InstallToolkitTranslations(&owner);
+      QCOMPARE(keys.toString(QKeySequence::NativeText), "Alt+Send");
+    }
+    QCOMPARE(keys.toString(QKeySequence::NativeText), "Alt+Return");
   }
 
   void Markers_data() {

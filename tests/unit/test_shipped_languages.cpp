@@ -174,6 +174,13 @@ QStringList Shape(const QString &text) {
   return parts;
 }
 
+// Signs of one kind throughout: French has a no-break space inside its quotes and before these signs.
+const std::pair<QString, QRegularExpression> WrongSigns[] = {
+    {"fr", QRegularExpression(" [:;!?»]|« |\u202f|[“”]")},
+    {"es", QRegularExpression("[“”]")},
+    {"de", QRegularExpression("[”«»]")},
+};
+
 }  // namespace
 
 class TTestShippedLanguages final : public QObject {
@@ -223,6 +230,7 @@ class TTestShippedLanguages final : public QObject {
       }
     }
 
+    const QString locale = file.Value("INFO", "Locale");
     QSet<QString> seen;
     for (const QString &section : file.Sections()) {
       for (const auto &[key, value] : file.Pairs(section)) {
@@ -232,6 +240,9 @@ class TTestShippedLanguages final : public QObject {
         if (value.isEmpty()) problems.append("empty: " + name);
         if (value.startsWith(u"__") || value.startsWith(u"~~") || value.contains("UNDEFINED")) {
           problems.append("a marker: " + name + "=" + value);
+        }
+        for (const auto &[language, wrong] : WrongSigns) {
+          if (locale == language && value.contains(wrong)) problems.append("punctuation: " + name + "=" + value);
         }
         if (Shape(value) != Shape(m_english.Value(section, key, value))) {
           problems.append("other placeholders or parts than in English: " + name + "=" + value);
@@ -245,8 +256,10 @@ class TTestShippedLanguages final : public QObject {
     for (const QString &name : wanted - present) problems.append("not translated: " + name);
     for (const QString &name : present - wanted) problems.append("not in English: " + name);
 
-    const QString locale = file.Value("INFO", "Locale");
     if (QLocale(locale).language() == QLocale::C) problems.append("no such locale: " + locale);
+    TLanguage language;
+    QVERIFY(language.LoadFile(path));
+    if (language.Direction() != QLocale(locale).textDirection()) problems.append("other direction than " + locale);
     problems.sort();
     problems.removeDuplicates();
     QVERIFY2(problems.isEmpty(), qPrintable(Listed(problems)));

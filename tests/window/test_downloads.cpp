@@ -142,6 +142,15 @@ class TestDownloads final : public QObject {
     QTEST(DownloadText::Pace(received, total, speed, m_language), "words");
   }
 
+  void oneOfItIsSingular() {
+    TLanguage french;
+    QVERIFY(french.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zvfra.ini")));
+    for (const auto &[total, words] : {std::pair(1, "1 s restante"), std::pair(2, "2 s restantes"),
+                                       std::pair(70, "1 min restante"), std::pair(100, "2 min restantes")}) {
+      QVERIFY(DownloadText::Pace(0, 1024 * total, 1024, french).endsWith(QLatin1String(words)));
+    }
+  }
+
   void savesWhereTheUserSays() {
     QSignalSpy active(m_list.get(), &TDownloadList::ActiveChanged);
     QVERIFY(QDir(m_folder->path()).mkdir("elsewhere"));

@@ -281,6 +281,14 @@ class TestHalvexBrowser final : public QObject, private TBrowserFixture {
     const QString text = Script(u"document.documentElement.outerHTML"_s).toString();
     QVERIFY(text.contains(Language().Text("PAGES", "StartIntro").toHtmlEscaped()));
     QVERIFY2(!text.contains(QRegularExpression(uR"(\{\{|UNDEFINED|(src|href)=)"_s)), qPrintable(text));
+    // It is as light or dark as the window around it.
+    const auto ground = [this] { return Script(u"getComputedStyle(document.body).backgroundColor"_s); };
+    QCOMPARE(ground(), u"rgb(247, 249, 251)"_s);
+    const QPalette light = QApplication::palette();
+    QApplication::setPalette(QPalette(QColor(49, 54, 59)));
+    QVERIFY(Open(TEngine::StartPageAddress()));
+    QCOMPARE(ground(), u"rgb(27, 33, 40)"_s);
+    QApplication::setPalette(light);
     // A page of the web cannot get at it.
     QVERIFY(OpenPath(u"/a"_s));
     QCOMPARE(Server().Requests("/a").last().Header("accept-language"), QByteArray("en"));

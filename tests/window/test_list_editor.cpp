@@ -18,9 +18,8 @@ constexpr TListColumn Parts[] = {
     {{"GLOBAL", "Yes"}, {"GLOBAL", "Yes"}, "edtAddress"},
     {{"GLOBAL", "No"}, {"GLOBAL", "No"}, "chkFlag", true},
 };
-constexpr TListForm ButtonsRest{.list = "lstTest", .columns = Parts, .discard = {"GLOBAL", "No"}};
-constexpr TListForm ListRests{
-    .list = "lstTest", .columns = Parts, .discard = {"GLOBAL", "No"}, .updateBox = 1, .rests = TRests::List};
+constexpr TListForm ButtonsRest{.list = "lstTest", .columns = Parts};
+constexpr TListForm ListRests{.list = "lstTest", .columns = Parts, .updateBox = 1, .rests = TRests::List};
 
 // Takes every entry with an address, in upper case.
 class TTestEditor final : public TListEditor {

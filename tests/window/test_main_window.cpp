@@ -5,7 +5,9 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QToolBar>
 #include <QToolButton>
+#include <QTranslator>
 #include <QWebEnginePage>
 
 #include "config/registry_paths.h"
@@ -65,6 +67,43 @@ class TestMainWindow final : public QObject {
     Action(TCommand::CloseTab)->trigger();
     QTRY_VERIFY(!m_f.window->isFullScreen());
     QVERIFY(m_f.window->menuBar()->isVisible());
+  }
+
+  void RightToLeft() {
+    const auto picture = [](const QIcon &icon) { return icon.pixmap(24).toImage(); };
+    const QImage back = picture(Action(TCommand::Back)->icon());
+    const QImage forward = picture(Action(TCommand::Forward)->icon());
+    QCOMPARE(m_f.window->layoutDirection(), Qt::LeftToRight);
+    TZVOptions(*m_f.store).Set(Setting::LanguageFile, QStringLiteral("zvara.ini"));
+    m_f.Open();
+    // The file says so, whether or not the system has the toolkit's translation, which says so too.
+    qDeleteAll(qApp->findChildren<QTranslator *>());
+    QCoreApplication::processEvents();
+    QCOMPARE(m_f.window->layoutDirection(), Qt::RightToLeft);
+    QVERIFY(back != forward);
+    QCOMPARE(picture(Action(TCommand::Back)->icon()), forward);
+    QCOMPARE(picture(Action(TCommand::Forward)->icon()), back);
+    const auto *bar = m_f.window->findChild<QToolBar *>(QStringLiteral("ToolBar"));
+    QVERIFY(bar->widgetForAction(Action(TCommand::Back))->x() > bar->widgetForAction(Action(TCommand::Forward))->x());
+
+    // The letter behind a text goes with the blank before it.
+    TZVOptions(*m_f.store).Set(Setting::DisableALTShortcuts, true);
+    m_f.Open();
+    QCOMPARE(m_f.window->Actions().Menu(TMenu::File)->title(), QStringLiteral("ملف"));
+
+    const TBrowserTab *first = Active();
+    Action(TCommand::NewBlank)->trigger();
+    const auto *strip = m_f.window->findChild<TZVPageControl *>();
+    QTRY_VERIFY(strip->TabRect(Active()).right() < strip->TabRect(first).left());
+
+    Active()->Navigate(TEngine::StartPageAddress());
+    QTRY_COMPARE_WITH_TIMEOUT(Active()->GetLocationName(), m_f.window->Language().Text("PAGES", "StartTitle"),
+                              m_f.LoadTime);
+    QString shown;
+    Active()->Browser()->EnginePage()->runJavaScript(
+        QStringLiteral("document.documentElement.lang + ' ' + getComputedStyle(document.body).direction"),
+        [&](const QVariant &value) { shown = value.toString(); });
+    QTRY_COMPARE_WITH_TIMEOUT(shown, QStringLiteral("ar-AE rtl"), m_f.LoadTime);
   }
 
   void ListFollowsTabs() {

@@ -63,7 +63,7 @@ class TestMnemonics final : public QObject {
   void initTestCase() {
     m_f.Prepare();
     m_languages = QDir(QStringLiteral(ZV_SOURCE_DIR "/Languages")).entryList({u"*.ini"_s});
-    QCOMPARE(m_languages.size(), 5);
+    QCOMPARE(m_languages.size(), 6);
   }
   void init() { m_f.Begin(); }
   void cleanup() { m_f.End(); }

@@ -54,8 +54,13 @@ QString Size(qint64 bytes) {
 QString TimeLeft(double seconds, const TLanguage &language) {
   if (seconds > LongestWait) return {};
   const int whole = qMax(1, qRound(seconds));
+  if (whole == 1) return language.Text("DOWNLOADS", "SecondLeft").arg(whole);
   if (whole < SecondsPerMinute) return language.Text("DOWNLOADS", "SecondsLeft").arg(whole);
-  if (whole < SecondsPerHour) return language.Text("DOWNLOADS", "MinutesLeft").arg(qRound(seconds / SecondsPerMinute));
+  if (whole < SecondsPerHour) {
+    const int minutes = qRound(seconds / SecondsPerMinute);
+    if (minutes == 1) return language.Text("DOWNLOADS", "MinuteLeft").arg(minutes);
+    return language.Text("DOWNLOADS", "MinutesLeft").arg(minutes);
+  }
   return language.Text("DOWNLOADS", "HoursLeft")
       .arg(whole / SecondsPerHour)
       .arg(whole % SecondsPerHour / SecondsPerMinute);
