@@ -11,8 +11,8 @@ set -u
 
 # The compiler, the build, and what checks the form of the sources; Qt with its web engine, SVG and PDF parts; SQLite;
 # ICU. xdg-utils speaks to the desktop (default browser, mail), the fonts give a bare machine something to write with,
-# in Latin and in Japanese.
-build_packages='g++ cmake ninja-build ccache pkg-config clang-format
+# in Latin, Arabic and Japanese.
+build_packages='g++ cmake ninja-build ccache mold pkg-config clang-format
   qt6-base-dev qt6-webengine-dev qt6-svg-dev qt6-pdf-dev qt6-translations-l10n
   libsqlite3-dev libicu-dev xdg-utils fonts-dejavu-core fonts-vlgothic'
 screen_packages='xvfb xdotool imagemagick'

@@ -3,6 +3,7 @@
 #include <QMainWindow>
 
 #include "app/delayed_start.h"
+#include "browser/tabs/browser_tab.h"
 #include "platform/program_folders.h"
 
 namespace {

@@ -171,6 +171,11 @@ class TestPagePrompts final : public QObject {
     int asked = 0;
     int loads = 0;
     for (const bool signsIn : {false, false, true}) {
+      if (loads == 2) {
+        // Refused twice, it is not heard again before the user does something.
+        Load(u"/album"_s);
+        m_prompts->AllowSignIns();
+      }
       OnModalDialog<TSignInDialog>([&](TSignInDialog &dialog) {
         ++asked;
         dialog.findChild<QLineEdit *>("txtUser")->setText(u"user"_s);
