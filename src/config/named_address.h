@@ -14,8 +14,8 @@ struct TNamedAddress {
   // As the line would be read: its name ends at its first "=", so that of a name which holds one the rest goes to the
   // address.
   [[nodiscard]] TNamedAddress AsRead() const;
-  // The address of a line whose name may hold "=": what follows the "=" before "http://" or, failing that, "https://",
-  // anywhere in the line. A line with neither has its address behind the name.
+  // The address of a line whose name may hold "=": what follows the first "=" before "http://" or "https://", so that
+  // an address which holds another one stays whole. A line with neither has its address behind the name.
   [[nodiscard]] QString WebAddress() const;
 };
 

@@ -1,5 +1,6 @@
 #include "groups/halvex_group.h"
 
+#include <algorithm>
 #include <QFileInfo>
 
 #include "store/ini_file.h"
@@ -25,9 +26,21 @@ TNamedAddress THalvexGroup::At(int line) const {
 }
 
 void THalvexGroup::AddEntry(const QString &name, const QString &address, bool locked) {
-  QString key = name.isEmpty() ? QStringLiteral("blank%1").arg(Count() + 1) : name;
+  QString key = name;
   key.remove(QLatin1Char('='));
+  if (name.isEmpty()) {
+    // After a deletion by hand the number may be taken; the page that has it must not be written over.
+    int number = Count();
+    do key = QStringLiteral("blank%1").arg(++number);
+    while (Names(key));
+  }
   AddLine(key + (locked ? QLatin1String("=*") : QLatin1String("=")) + address);
+}
+
+bool THalvexGroup::Names(const QString &key) const {
+  return std::ranges::any_of(m_lines, [start = key + QLatin1Char('=')](const QString &line) {
+    return line.startsWith(start, Qt::CaseInsensitive);
+  });
 }
 
 bool THalvexGroup::Save(QString *error) const {

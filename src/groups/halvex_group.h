@@ -13,7 +13,7 @@
 // and a number for a tab that has none; a "*" before the address means that the tab is to be locked. Other sections are
 // kept as they are.
 //
-// Names are not made unique: when the file is written, a second line of the same name replaces the address of the first
+// Names that tabs have are not made unique: when the file is written, a second line of the same name replaces the address of the first
 // in its place. That two tabs of one name leave only one page is how the format is.
 class THalvexGroup final {
  public:
@@ -34,7 +34,7 @@ class THalvexGroup final {
   // address.
   [[nodiscard]] TNamedAddress At(int line) const;
 
-  // Appends a page; an empty name becomes "blank" and the new number of lines.
+  // Appends a page; an empty name becomes "blank" and the new number of lines, or the next one that is free.
   void AddEntry(const QString &name, const QString &address, bool locked);
   // Appends a line as it stands.
   void AddLine(const QString &line) { m_lines.append(line); }
@@ -46,6 +46,8 @@ class THalvexGroup final {
   [[nodiscard]] bool Save(QString *error) const;
 
  private:
+  [[nodiscard]] bool Names(const QString &key) const;  // there is a line of that name, in whatever case
+
   QString m_fileName;
   QString m_readError;
   QStringList m_lines;

@@ -114,7 +114,7 @@ void TPopupBlocker::OnWindowStopped(TBrowserTab *opener, const QString &address)
 void TPopupBlocker::AddToPopupList(TBrowserTab *tab) {
   if (tab == nullptr || tab->Browser() == nullptr) return;
   const TLanguage &language = m_tabs.Environment().language;
-  QString address = tab->PopupUrl().isEmpty() ? tab->GetLocationUrl() : tab->PopupUrl();
+  QString address = tab->PopupUrl().isEmpty() ? tab->AddressToSave() : tab->PopupUrl();
   address.truncate(address.indexOf(u'?') < 0 ? address.size() : address.indexOf(u'?'));
   const QPointer<TBrowserTab> target(tab);
   const QPointer<TPopupBlocker> self(this);

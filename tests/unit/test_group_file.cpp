@@ -32,6 +32,8 @@ class TTestGroupFile final : public QObject {
     const QByteArray head("[HalvexGroup]\n");
     Row("numbers go by position", QByteArray(), QStringList{"x|1|", "|2|", "y|3|", "|4|"},
         head + "x=1\nblank2=2\ny=3\nblank4=4\n");
+    Row("a number that is taken", head + "a=1\nBlank3=3\nblank5=5\n", QStringList{"|6|", "|7|"},
+        head + "a=1\nBlank3=3\nblank5=5\nblank4=6\nblank6=7\n");
     Row("equals signs", QByteArray(), QStringList{"a=b=|http://x/?q=1=2|"}, head + "ab=http://x/?q=1=2\n");
     QTest::newRow("locked") << QByteArray() << QStringList{"a|http://x|locked"} << head + "a=*http://x\n";
     QTest::newRow("same name twice") << QByteArray() << QStringList{"a|1|", "b|2|", "a|3|"} << head + "a=3\nb=2\n";

@@ -193,7 +193,7 @@ class TTestOptions final : public QObject {
     m_store->Write(User, key, "url5", "");
     m_store->Write(User, key, "url6", "a=https://x=http://a.test");
     QCOMPARE(options.PopupList(),
-             (QStringList{"*.ads.test/*", "http://a.test", "http://C.test", "https://b.test/x=1"}));
+             (QStringList{"*.ads.test/*", "http://C.test", "https://b.test/x=1", "https://x=http://a.test"}));
     // Written back and read again it stays itself.
     const QStringList list = options.PopupList();
     options.SetPopupList(list);
@@ -220,7 +220,8 @@ class TTestOptions final : public QObject {
     Columns<QString, QString>("line", "address");
     Row("plain", "url1=http://a.test/?x=1", "http://a.test/?x=1");
     Row("secure", "url1=https://a.test", "https://a.test");
-    Row("plain one is looked for first", "u=https://a.test/?to=http://b.test", "http://b.test");
+    Row("one in the other", "u=https://a.test/?to=http://b.test", "https://a.test/?to=http://b.test");
+    Row("the other in the one", "u=http://a.test/?to=https://b.test", "http://a.test/?to=https://b.test");
     Row("neither", "url1=ftp://a.test", "ftp://a.test");
     Row("case counts", "url1=HTTP://a.test", "HTTP://a.test");
     Row("a name with =", "a=b=http://a.test", "http://a.test");

@@ -160,7 +160,10 @@ class TestPopups final : public QObject, private TTabsFixture {
     QFETCH(QString, answer);
     UseList({u"http://a"_s, u"http://c"_s});
     TBrowserTab *tab = tabs->NewTab();
+    // A page that waits for its turn is proposed by what it will be.
+    tab->Announce(u"http://a.test/later?x"_s);
     OnModalDialog<QInputDialog>([&](QInputDialog &dialog) {
+      QCOMPARE(dialog.textValue(), u"http://a.test/later"_s);
       dialog.setTextValue(answer);
       answer.isNull() ? dialog.reject() : dialog.accept();
     });
