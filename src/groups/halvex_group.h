@@ -13,8 +13,8 @@
 // and a number for a tab that has none; a "*" before the address means that the tab is to be locked. Other sections are
 // kept as they are.
 //
-// Names that tabs have are not made unique: when the file is written, a second line of the same name replaces the address of the first
-// in its place. That two tabs of one name leave only one page is how the format is.
+// Names that tabs have are not made unique: when the file is written, a second line of the same name replaces the
+// address of the first in its place. That two tabs of one name leave only one page is how the format is.
 class THalvexGroup final {
  public:
   static constexpr const char *Section = "HalvexGroup";

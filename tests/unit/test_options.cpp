@@ -198,7 +198,7 @@ class TTestOptions final : public QObject {
     const QStringList list = options.PopupList();
     options.SetPopupList(list);
     QCOMPARE(options.PopupList(), list);
-    QCOMPARE(m_store->Read(User, key, "url2"), "http://a.test");
+    QCOMPARE(m_store->Read(User, key, "url2"), "http://C.test");
     QCOMPARE(m_store->Values(User, key).size(), list.size());
     options.SetPopupList({"url1=*.ads.test"});
     QCOMPARE(options.PopupList(), QStringList("url1=*.ads.test"));
