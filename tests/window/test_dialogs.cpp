@@ -246,9 +246,9 @@ class TestDialogs final : public QObject {
     QVERIFY(!m_dialogs->Confirm(m_owner.get(), Site, u"5"_s));
     QVERIFY(!m_dialogs->Prompt(m_owner.get(), Site, u"6"_s, u"x"_s, &result) && result.isEmpty());
     QCOMPARE(opened, 3);
-    // Unsaved input is guarded all the same.
+    // Unsaved input is guarded all the same, and Enter keeps it.
     answer(false, false);
-    QVERIFY(m_dialogs->BeforeUnload(m_owner.get(), Site));
+    QVERIFY(!m_dialogs->BeforeUnload(m_owner.get(), Site));
     m_dialogs->Reset();
     answer(false, false);
     QVERIFY(m_dialogs->Confirm(m_owner.get(), Site, u"7"_s));

@@ -116,6 +116,7 @@ class TestLeaving final : public QObject, private TTabsFixture {
     OnModalDialog<TScriptDialog>([=, this, &asked](TScriptDialog &dialog) {
       ++asked;
       QCOMPARE(tabs->GetActivePage(), inFront);
+      QVERIFY(dialog.findChild<QPushButton *>(u"cmdCancel"_s)->isDefault());
       leave ? dialog.accept() : dialog.reject();
     });
   }

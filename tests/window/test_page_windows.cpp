@@ -72,6 +72,8 @@ class TestPageWindows final : public QObject {
     if (end == Notice) {
       QTRY_VERIFY_WITH_TIMEOUT(window->Browser()->ShowsNotice(), m_f.LoadTime);
       QVERIFY(!ViewOf(window)->isVisible());
+      QCOMPARE(window->Title(), window->AddressToSave());
+      QVERIFY(window->Title().startsWith(m_f.server.Url()));
       // Turning away and back is what crashed the engine, too.
       m_f.tabs->Activate(m_opener);
       m_f.tabs->Activate(window);

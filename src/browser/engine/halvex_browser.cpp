@@ -135,7 +135,8 @@ bool THalvexBrowser::HasLivePage() const {
 }
 
 bool THalvexBrowser::IsLocalFailure() const {
-  return m_stack->Notice() == TPageStack::TNotice::LocalError;
+  return m_stack->Notice() == TPageStack::TNotice::LocalError ||
+         m_stack->Notice() == TPageStack::TNotice::WrittenWindow;
 }
 
 void THalvexBrowser::GivePageTheFocus() {
@@ -431,9 +432,7 @@ void THalvexBrowser::ShowLocalFailure(const TAddress &address, const QString &te
 }
 
 void THalvexBrowser::OnNoticePrimary() {
-  if (m_stack->Notice() == TPageStack::TNotice::WrittenWindow) {
-    Navigate(TAddress(m_stack->FailedAddress()));
-  } else if (m_stack->Notice() != TPageStack::TNotice::Certificate) {
+  if (m_stack->Notice() != TPageStack::TNotice::Certificate) {
     Refresh();
   } else if (CanGoBack()) {
     GoBack();
@@ -541,7 +540,11 @@ void THalvexBrowser::SettleWindow(const QString &wanted) {
 }
 
 void THalvexBrowser::ShowWrittenWindow(const QString &address) {
-  if constexpr (!WrittenWindowsCanBeShown) m_stack->ShowWrittenWindow(TAddress::OfEngine(address));
+  if constexpr (!WrittenWindowsCanBeShown) {
+    m_stack->ShowWrittenWindow(TAddress::OfEngine(address));
+    Q_EMIT AddressChanged(LocationUrl());
+    RepeatTitle();
+  }
 }
 
 void THalvexBrowser::RepeatTitle() {

@@ -16,7 +16,8 @@ class TPageStack final : public QStackedWidget {
   Q_OBJECT
 
  public:
-  // An address that the engine was never given fails locally: the page behind the notice lives on.
+  // An address that the engine was never given fails locally: the page behind the notice lives on. So it does in a
+  // window that another page has written into.
   enum class TNotice { None, LoadError, Certificate, Crash, LocalError, WrittenWindow };
 
   // Who gives `browser` the keyboard gives it to what stands here.

@@ -41,6 +41,9 @@ TScriptDialog::TScriptDialog(TKind kind, const QString &heading, const QString &
   if (kind == TKind::BeforeUnload) {
     m_ui->cmdOK->setText(language.Text("SCRIPT_DIALOG", "Leave"));
     m_ui->cmdCancel->setText(language.Text("SCRIPT_DIALOG", "Stay"));
+    // Enter pressed too soon must not lose what was typed.
+    m_ui->cmdCancel->setDefault(true);
+    m_ui->cmdCancel->setFocus();
   }
 }
 
