@@ -187,7 +187,7 @@ class TestHalvexBrowser final : public QObject, private TBrowserFixture {
     QTRY_COMPARE(Browser().LocationName(), u"Posted"_s);
     QTRY_VERIFY(!Browser().EnginePage()->isLoading());
     QVERIFY(Refresh());
-    QCOMPARE(Server().RequestCount("/post"), 2);
+    QTRY_COMPARE(Server().RequestCount("/post"), 2);
     QCOMPARE(Server().Requests("/post").last().body, QByteArray("q=1"));
   }
 
