@@ -41,6 +41,7 @@ constexpr TCommandRow Rows[] = {
     {CloseAll, "actCloseAll", "__CloseAllDefault", "", "Ctrl+Shift+W"},
     {CloseAllKeepCurrent, "pmCloseAllKeepCurrent", "__CloseAllKeepCurrent", "", ""},
     {CloseAllShowList, "pmCloseAllShowList", "__CloseAllShowList", "", ""},
+    {ReopenTab, "actReopenTab", "__ReopenTab", "", "Ctrl+Shift+T"},
     {Exit, "actExit", "__Exit", "", "Ctrl+Q"},
     {Undo, "actUndo", "__Undo", "", "Ctrl+Z"},
     {Redo, "actRedo", "__Redo", "", "Ctrl+Shift+Z"},
@@ -180,7 +181,7 @@ constexpr TMenuEntry Entries[] = {
     Put(TMenu::File, SaveAs), Put(TMenu::File, TMenu::EditWith), Put(TMenu::File, TMenu::Send), Line(TMenu::File),
     Put(TMenu::File, PageSetup), Put(TMenu::File, PrintPreview), Put(TMenu::File, Print), Put(TMenu::File, PrintNow),
     Line(TMenu::File), Put(TMenu::File, Properties), Line(TMenu::File), Put(TMenu::File, CloseTab),
-    Put(TMenu::File, TMenu::CloseAll), Put(TMenu::File, Exit),
+    Put(TMenu::File, TMenu::CloseAll), Put(TMenu::File, ReopenTab), Put(TMenu::File, Exit),
 
     Put(TMenu::NewTab, NewHome), Put(TMenu::NewTab, NewCurrent), Put(TMenu::NewTab, NewClipboard),
     Put(TMenu::Send, MailNewMessage), Put(TMenu::Send, MailLink), Put(TMenu::Send, MailPage),
@@ -215,7 +216,7 @@ constexpr TMenuEntry Entries[] = {
     Put(TMenu::Tab, TabLocked), Put(TMenu::Tab, TabName), Put(TMenu::Tab, TabSpared), Line(TMenu::Tab),
     Put(TMenu::Tab, TabHome), Put(TMenu::Tab, TabStop), Put(TMenu::Tab, TabRefresh), Line(TMenu::Tab),
     Put(TMenu::Tab, TabAddToGroup), Put(TMenu::Tab, TabBlockPopups), Line(TMenu::Tab), Put(TMenu::Tab, TabCloseAll),
-    Put(TMenu::Tab, TabCloseAllKeepCurrent), Put(TMenu::Tab, TabCloseAllShowList), Put(TMenu::Tab, TabClose),
+    Put(TMenu::Tab, TabCloseAllKeepCurrent), Put(TMenu::Tab, TabCloseAllShowList), Put(TMenu::Tab, TabClose), Put(TMenu::Tab, ReopenTab),
     ContentsOf(TMenu::ThisTab, TMenu::Tab),
 
     Put(TMenu::Groups, AddToGroup), Put(TMenu::Groups, SaveAsGroup), Put(TMenu::Groups, OrganizeGroups),

@@ -26,6 +26,7 @@ enum class TCommand {
   CloseAll,
   CloseAllKeepCurrent,
   CloseAllShowList,
+  ReopenTab,
   Exit,
   Undo,
   Redo,

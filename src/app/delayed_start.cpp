@@ -35,6 +35,8 @@ void TDelayedStart::Run() {
   OpenMode();
   OpenCommandLine();
   OpenMakersPage();
+  // The others wait until the user turns to them.
+  m_queue.Wake(m_tabs.GetActivePage());
 }
 
 TBrowserTab *TDelayedStart::TakeTab() {
@@ -92,13 +94,20 @@ void TDelayedStart::OpenHome() {
 void TDelayedStart::OpenLastSites() {
   m_opened = true;
   bool defaultSeen = false;
-  for (const QString &address : TLastOpenSites::Read(m_settings.Store())) {
+  TBrowserTab *front = nullptr;
+  for (const TKeptTabs::TKeptTab &kept : m_lastSites.Take()) {
     TBrowserTab *tab = TakeTab();
     tab->SetRestored(true);
-    m_queue.Navigate(tab, address);
+    if (kept.record) {
+      m_queue.Wait(tab, *kept.record);
+      if (kept.inFront && front == nullptr) front = tab;
+    } else {
+      m_queue.Navigate(tab, kept.address);
+    }
     // Once the default home page was among them this stays so, whatever the other pages are.
-    defaultSeen = defaultSeen || address == HomePage::Default(m_product);
+    defaultSeen = defaultSeen || kept.address == HomePage::Default(m_product);
   }
+  if (front != nullptr) m_tabs.Activate(front);
   if (defaultSeen) m_opened = false;
 }
 

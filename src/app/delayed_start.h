@@ -3,6 +3,7 @@
 #include <QString>
 
 class TBrowserTab;
+class TLastOpenSites;
 class TLoadQueue;
 class TPageGroups;
 class TTabStrip;
@@ -15,11 +16,12 @@ class TDelayedStart final {
  public:
   // The argument of the command line comes through the setting CommandLine; `argument`, when it is not empty, is this
   // process's own and comes before what stands there.
-  TDelayedStart(TTabStrip &tabs, TPageGroups &groups, TLoadQueue &queue, TSettings &settings,
+  TDelayedStart(TTabStrip &tabs, TPageGroups &groups, TLoadQueue &queue, TLastOpenSites &lastSites, TSettings &settings,
                 const TProductInfo &product, const QString &argument)
       : m_tabs(tabs),
         m_groups(groups),
         m_queue(queue),
+        m_lastSites(lastSites),
         m_settings(settings),
         m_product(product),
         m_argument(argument) {}
@@ -40,6 +42,7 @@ class TDelayedStart final {
   TTabStrip &m_tabs;
   TPageGroups &m_groups;
   TLoadQueue &m_queue;
+  TLastOpenSites &m_lastSites;
   TSettings &m_settings;
   const TProductInfo &m_product;
   QString m_argument;

@@ -2,74 +2,85 @@
 
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/tab_strip.h"
-#include "config/options.h"
+#include "platform/profile_folder.h"
+#include "store/registry_store.h"
 
 namespace {
 
-// Long enough that a burst of changes is one write, short enough that a crash costs next to nothing.
-constexpr int FollowDelay = 400;  // milliseconds
+// Milliseconds. Long enough that a burst of changes is one write, short enough that a crash costs next to nothing.
+constexpr int FollowDelay = 400;
+// The engine takes a second to know how far a page was scrolled.
+constexpr int CalmDelay = 1500;
 
 }  // namespace
 
-TLastOpenSites::TLastOpenSites(TTabStrip &tabs, TRegistryStore &store, QObject *parent)
-    : QObject(parent), m_tabs(tabs), m_store(store) {
-  m_delay.setSingleShot(true);
-  m_delay.setInterval(FollowDelay);
-  connect(&m_delay, &QTimer::timeout, this, [this] { Write(false); });
-}
-
-QStringList TLastOpenSites::Read(TRegistryStore &store) {
-  QStringList addresses;
-  const TNamedAddresses sites = TZVOptions(store).LastOpenSites();
-  for (auto site = sites.crbegin(); site != sites.crend(); ++site) {
-    if (const QString address = site->WebAddress(); !address.isEmpty()) addresses.append(address);
+TLastOpenSites::TLastOpenSites(TTabStrip &tabs, TRegistryStore &store, int window, QObject *parent)
+    : QObject(parent), m_tabs(tabs), m_store(store), m_kept(store, window, &TProfileFolder::IsInUse) {
+  for (QTimer *timer : {&m_delay, &m_calm}) {
+    timer->setSingleShot(true);
+    connect(timer, &QTimer::timeout, this, &TLastOpenSites::Write);
   }
-  return addresses;
+  m_delay.setInterval(FollowDelay);
+  m_calm.setInterval(CalmDelay);
 }
 
-TNamedAddresses TLastOpenSites::Sites(bool close) const {
-  TNamedAddresses sites;
+QList<TKeptTabs::TOpenTab> TLastOpenSites::OpenTabs() const {
+  QList<TKeptTabs::TOpenTab> open;
   const QList<TBrowserTab *> tabs = m_tabs.Tabs();
-  for (qsizetype i = tabs.size() - 1; i >= 0; --i) {
-    TBrowserTab *tab = tabs.at(i);
+  for (qsizetype i = 0; i < tabs.size(); ++i) {
+    const TBrowserTab *tab = tabs.at(i);
     // A window that never showed has no place that it could come back to.
     if (tab->Blocked() || tab->Hidden()) continue;
     const QString address = tab->AddressToSave();
     if (address.isEmpty()) continue;
     // The number counts hidden pages too, so numbers may have gaps.
-    sites.append({QStringLiteral("url%1").arg(i + 1), address});
-    if (close) tab->Close();
+    TKeptTabs::TOpenTab kept{.id = tab->Id(), .position = int(i) + 1, .address = address};
+    const auto told = m_addresses.constFind(tab->Id());
+    if (told == m_addresses.cend() || *told != address || m_changed.contains(tab->Id())) kept.record = tab->Record();
+    open.append(std::move(kept));
   }
-  return sites;
+  return open;
 }
 
 void TLastOpenSites::Follow() {
   StopFollowing();
-  // Another window may have written its own list meanwhile.
-  m_written.clear();
-  // The timer is not started anew while it runs: a page that changes its address all the time must not put the write
-  // off for ever.
-  connect(&m_tabs, &TTabStrip::TabsChanged, &m_delay, [this] {
-    if (!m_delay.isActive()) m_delay.start();
+  connect(&m_tabs, &TTabStrip::TabsChanged, &m_delay, [this] { WriteSoon(); });
+  connect(&m_tabs, &TTabStrip::ActiveTabChanged, &m_delay, [this] { WriteSoon(); });
+  connect(&m_tabs, &TTabStrip::TabRecordChanged, &m_delay, [this](const TBrowserTab *tab) {
+    m_changed.insert(tab->Id());
+    WriteSoon();
+  });
+  connect(&m_tabs, &TTabStrip::TabPlaceChanged, &m_delay, [this](const TBrowserTab *tab) {
+    m_changed.insert(tab->Id());
+    if (!m_calm.isActive()) m_calm.start();
   });
   m_delay.start();
 }
 
+void TLastOpenSites::WriteSoon() {
+  // Not started anew while it runs: a page that changes its address all the time must not put the write off for ever.
+  if (!m_delay.isActive()) m_delay.start();
+}
+
 void TLastOpenSites::StopFollowing() {
   m_delay.stop();
+  m_calm.stop();
   m_tabs.disconnect(&m_delay);
+  // What changes from now on is not heard of, so the next write tells all.
+  m_kept.Forget();
+  m_addresses.clear();
+  m_changed.clear();
 }
 
-void TLastOpenSites::Write(bool close) {
-  const TNamedAddresses sites = Sites(close);
-  if (sites == m_written && !close) return;
-  if (TZVOptions(m_store).SetLastOpenSites(sites)) {
-    m_written = sites;
-  } else if (!close && m_store.IsWritable()) {
-    m_delay.start();  // The store was busy for long; the list must not stay behind the tabs.
+void TLastOpenSites::Write() {
+  const QList<TKeptTabs::TOpenTab> tabs = OpenTabs();
+  const TBrowserTab *front = m_tabs.GetActivePage();
+  const bool isWritten = m_kept.Write(tabs, front != nullptr ? front->Id() : 0);
+  m_addresses.clear();
+  if (isWritten) {
+    for (const TKeptTabs::TOpenTab &tab : tabs) m_addresses.insert(tab.id, tab.address);
+    m_changed.clear();
+  } else if (m_store.IsWritable()) {
+    m_delay.start();  // The store was busy for long; what is kept must not stay behind the tabs.
   }
-}
-
-void TLastOpenSites::Clear(TRegistryStore &store) {
-  TZVOptions(store).SetLastOpenSites({});
 }

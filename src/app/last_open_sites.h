@@ -1,38 +1,43 @@
 #pragma once
 
 #include <QObject>
-#include <QStringList>
+#include <QSet>
 #include <QTimer>
 
-#include "config/named_address.h"
+#include "app/kept_tabs.h"
 
+class TBrowserTab;
 class TTabStrip;
-class TRegistryStore;
 
-// The list of pages that a start in mode "Last" opens again. It is written when the window closes; and while the
-// program runs in that mode it follows the open tabs, so that even a killed program finds all of them again.
+// Keeps the open tabs for a start in mode "Last". They are written when the window closes; and while the program runs
+// in that mode they are followed, so that even a killed program finds all of them again, as they were.
 class TLastOpenSites final : public QObject {
   Q_OBJECT
 
  public:
-  TLastOpenSites(TTabStrip &tabs, TRegistryStore &store, QObject *parent);
+  // `window` is the number that no other running process has.
+  TLastOpenSites(TTabStrip &tabs, TRegistryStore &store, int window, QObject *parent);
 
-  // One address per saved tab, in the order in which they are opened at start (the list read from its end).
-  [[nodiscard]] static QStringList Read(TRegistryStore &store);
+  // What the windows that are gone have left, in the order in which it is opened at start.
+  [[nodiscard]] QList<TKeptTabs::TKeptTab> Take() { return m_kept.Take(); }
 
   // Begins to follow the tabs; nothing is written before (a half-restored strip would overwrite the list).
   void Follow();
   void StopFollowing();
-  // Writes the list as it stands, last tab first; with `close` every page is closed on the way.
-  void Write(bool close);
-  // Leaves an empty list, as every mode but "Last" does.
-  static void Clear(TRegistryStore &store);
+  // Writes what has changed, at once.
+  void Write();
+  // Leaves nothing, as every mode but "Last" does.
+  void Clear() { m_kept.Clear(); }
 
  private:
-  [[nodiscard]] TNamedAddresses Sites(bool close) const;
+  void WriteSoon();
+  [[nodiscard]] QList<TKeptTabs::TOpenTab> OpenTabs() const;
 
   TTabStrip &m_tabs;
   TRegistryStore &m_store;
+  TKeptTabs m_kept;
   QTimer m_delay;
-  TNamedAddresses m_written;
+  QTimer m_calm;                        // for what changes without end, as by scrolling
+  QSet<quint64> m_changed;              // the ids of tabs that are to be told anew
+  QHash<quint64, QString> m_addresses;  // as they were told last
 };

@@ -102,6 +102,10 @@ void TfrmMain::CloseWithoutAsking() {
       this, [this] { close(); }, Qt::QueuedConnection);
 }
 
+void TfrmMain::WriteAll() {
+  m_modules->Write();
+}
+
 void TfrmMain::FormCloseQuery(bool &canClose) {
   canClose = m_closeConfirmed ||
              (AskShutdown(this, m_language, m_settings, m_modules->downloads) && m_modules->PagesMayGo()) ||

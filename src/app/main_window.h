@@ -28,6 +28,8 @@ class TfrmMain final : public QMainWindow {
   [[nodiscard]] const TLanguage &Language() const { return m_language; }
   // Closes the window without the shutdown question, with everything written as always.
   void CloseWithoutAsking();
+  // The desktop is about to end, perhaps: all that lasts is on disk when this returns, and the window stays.
+  void WriteAll();
   // What a later start was given, from the instance channel; see THandedOverText.
   void wmCopyDataDataReceived(const QString &text);
 

@@ -30,14 +30,15 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       status(new TMainStatusBar(language, window)),
       pages(MakePages(window)),
       tabs(window, pages, environment),
-      closeAll(window, tabs),
+      loadQueue(tabs),
+      closedTabs(actions, tabs, loadQueue),
+      closeAll(window, tabs, closedTabs),
       tabMenu(actions, tabs, closeAll),
       tabListMenu(actions.Menu(TMenu::TabList), tabs),
       autoRefresh(actions, tabs, settings),
       stripSettings(actions, *pages, settings),
       tabCommands(actions, tabs, closeAll, settings),
       pageCommands(window, actions, tabs),
-      loadQueue(tabs),
       downloads(engine.Profile(), language, settings.Store()),
       searchLists(language, settings.Store(), actions, window),
       search(window, actions, *address, tabs, searchLists, history),
@@ -50,7 +51,7 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       activeTab(window, tabs, pageCommands, *address, *status, toolbars.Busy(), popups.Stopped()),
       downloadsView(actions, *status, downloads, language),
       languageMenu(*actions.Menu(TMenu::Languages), language, settings),
-      lastSites(tabs, settings.Store(), nullptr),
+      lastSites(tabs, settings.Store(), engine.ProcessNumber(), nullptr),
       startupModes(actions, groups, lastSites, settings),
       handedOver(window, tabs, groups) {
   Join();
@@ -70,7 +71,7 @@ void TModules::Join() {
 }
 
 void TModules::OpenFirstPages(const QString &argument) {
-  TDelayedStart(tabs, groups, loadQueue, settings, product, argument).Run();
+  TDelayedStart(tabs, groups, loadQueue, lastSites, settings, product, argument).Run();
   startupModes.FollowPages();
   activeTab.Show();
   handedOver.Begin();
@@ -82,10 +83,14 @@ bool TModules::PagesMayGo() {
 }
 
 void TModules::Save() {
-  // The pages that are closed on the way are not to be shown any more.
-  QObject::disconnect(&tabs, nullptr, &activeTab, nullptr);
   lastSites.StopFollowing();
+  closedTabs.StopFollowing();
   autoRefresh.Save();
+  Write();
+  downloads.CancelAll();
+}
+
+void TModules::Write() {
   settings.Store().InTransaction([this] {
     startupModes.Save();
     actions.Save();
@@ -99,5 +104,4 @@ void TModules::Save() {
   });
   popups.Save();
   address->SaveTypedAddresses();
-  downloads.CancelAll();
 }

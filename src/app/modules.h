@@ -11,6 +11,7 @@
 #include "browser/engine/engine.h"
 #include "browser/tabs/auto_refresh.h"
 #include "browser/tabs/close_all_tabs.h"
+#include "browser/tabs/closed_tabs.h"
 #include "browser/tabs/load_queue.h"
 #include "browser/tabs/page_commands.h"
 #include "browser/tabs/strip_settings.h"
@@ -48,7 +49,9 @@ class TModules final {
 
   // Asks all pages whether they may be closed; false when one stays.
   [[nodiscard]] bool PagesMayGo();
-  // Writes what lasts beyond the window, in one piece, and ends what runs on its own.
+  // Writes what lasts beyond the window, in one piece.
+  void Write();
+  // The same as the last thing, and ends what runs on its own.
   void Save();
   // Opens the first pages; once, a moment after the window is up. `argument` is this process's own.
   void OpenFirstPages(const QString &argument);
@@ -68,6 +71,8 @@ class TModules final {
   TMainStatusBar *status;
   TZVPageControl *pages;  // pcPage
   TTabStrip tabs;
+  TLoadQueue loadQueue;
+  TClosedTabs closedTabs;
   TCloseAllTabs closeAll;
   TTabMenu tabMenu;
   TTabListMenu tabListMenu;
@@ -75,7 +80,6 @@ class TModules final {
   TStripSettings stripSettings;
   TTabCommands tabCommands;
   TPageCommands pageCommands;
-  TLoadQueue loadQueue;
   TDownloadList downloads;
   TSearchLists searchLists;
   TAddressSearch search;

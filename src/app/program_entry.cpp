@@ -37,7 +37,7 @@ int RunProgram(int argc, char **argv, TInstanceLock &lock) {
   TfrmMain window(store, entry.argument);
   const TTerminationSignals signalsToEnd;
   QObject::connect(&signalsToEnd, &TTerminationSignals::EndRequested, &window, &TfrmMain::CloseWithoutAsking);
-  QObject::connect(&application, &QGuiApplication::commitDataRequest, &window, &TfrmMain::CloseWithoutAsking);
+  QObject::connect(&application, &QGuiApplication::commitDataRequest, &window, &TfrmMain::WriteAll);
   // Goes before the window does, so that nothing is taken in that could not be opened any more.
   TInstanceChannel channel;
   channel.Serve(lock);

@@ -69,8 +69,8 @@ void TStartupModes::ShowChosen() {
 
 void TStartupModes::Save() {
   if (IsLast()) {
-    m_lastSites.Write(true);
+    m_lastSites.Write();
   } else {
-    TLastOpenSites::Clear(m_settings.Store());
+    m_lastSites.Clear();
   }
 }

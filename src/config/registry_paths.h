@@ -8,6 +8,8 @@ namespace RegistryKey {
 // The settings, and the lists and other subkeys beside them.
 inline constexpr const char *CurrentVersion = R"(Software\Velmora\Zarvela\CurrentVersion)";
 inline constexpr const char *LastOpenSites = R"(Software\Velmora\Zarvela\CurrentVersion\Last Open Sites)";
+// Below it a key for each window, with what the list does not say of its tabs.
+inline constexpr const char *OpenTabs = R"(Software\Velmora\Zarvela\CurrentVersion\Open Tabs)";
 inline constexpr const char *SearchEngines = R"(Software\Velmora\Zarvela\CurrentVersion\Search Engines)";
 inline constexpr const char *SearchBar = R"(Software\Velmora\Zarvela\CurrentVersion\Search Bar)";
 inline constexpr const char *QuickSearch = R"(Software\Velmora\Zarvela\CurrentVersion\QuickSearch)";

@@ -11,11 +11,16 @@ class TProfileFolder final {
  public:
   TProfileFolder();
   [[nodiscard]] bool IsHeld() const { return m_lock != nullptr; }
+  // Which of them it is, from 1; 1 where none is held.
+  [[nodiscard]] int Number() const { return m_number; }
+  // Whether a running process, this one too, holds the folder of that number.
+  [[nodiscard]] static bool IsInUse(int number);
   [[nodiscard]] const QString &StoragePath() const { return m_storagePath; }
   [[nodiscard]] const QString &CachePath() const { return m_cachePath; }
 
  private:
   std::unique_ptr<QLockFile> m_lock;
+  int m_number = 1;
   QString m_storagePath;
   QString m_cachePath;
 };

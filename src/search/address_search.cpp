@@ -118,6 +118,10 @@ void TAddressSearch::FileWhenItStarts(TBrowserTab *tab, const TAddress &address)
     }
     m_typed->deleteLater();
   });
+  connect(tab->Browser(), &THalvexBrowser::StayChosen, m_typed, [this] {
+    m_bar.ForgetTypedAddress();
+    m_typed->deleteLater();
+  });
   // A jump inside the page is never asked about.
   connect(tab->Browser(), &THalvexBrowser::AddressChanged, m_typed,
           [this, tab, url = address.Url()](const QString &shown) {

@@ -1,13 +1,30 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "app/last_open_sites.h"
+#include "app/kept_tabs.h"
 #include "app/program_entry.h"
 #include "chrome/window_placement.h"
+#include "config/registry_paths.h"
 #include "config/settings.h"
 #include "config/shell_association.h"
 #include "support/data_row.h"
 #include "support/named_lines.h"
+
+namespace {
+
+const QString OwnKey = QLatin1String(RegistryKey::OpenTabs) + "\\1";
+
+bool NoneRuns(int) {
+  return false;
+}
+
+QStringList AddressesOf(const QList<TKeptTabs::TKeptTab> &tabs) {
+  QStringList addresses;
+  for (const TKeptTabs::TKeptTab &tab : tabs) addresses.append(tab.address);
+  return addresses;
+}
+
+}  // namespace
 
 class TestStartRules final : public QObject {
   Q_OBJECT
@@ -68,8 +85,60 @@ class TestStartRules final : public QObject {
   void LastSites() {
     TZVOptions(*m_store).SetLastOpenSites(
         FromLines({"url3=http://c/", "url2=", "url1=https://a/?x=1&y==2", "url0=file:///tmp/a=b.html"}));
-    const QStringList opened{"file:///tmp/a=b.html", "https://a/?x=1&y==2", "http://c/"};
-    QCOMPARE(TLastOpenSites::Read(*m_store), opened);
+    TKeptTabs window(*m_store, 1, NoneRuns);
+    QCOMPARE(AddressesOf(window.Take()), (QStringList{"file:///tmp/a=b.html", "https://a/?x=1&y==2", "http://c/"}));
+  }
+
+  void LastTabs() {
+    TKeptTabs first(*m_store, 1, NoneRuns);
+    const auto tab = [](quint64 id, int position, const QString &address, bool told = true) {
+      TKeptTabs::TOpenTab open{.id = id, .position = position, .address = address};
+      if (told) open.record = TTabRecord{.address = address, .stickyName = QString::number(id), .history = "history"};
+      return open;
+    };
+    // Two tabs of one address, and one that cannot be told from its line by the rule for web addresses.
+    const QString same = "http://same/", odd = "file:///a?b=http://c/";
+    QVERIFY(first.Write({tab(7, 1, same), tab(8, 3, odd), tab(9, 4, same)}, 8));
+    // Moved, renamed in the store but not told, closed.
+    QVERIFY(first.Write({tab(9, 1, same, false), tab(8, 2, odd, false)}, 9));
+    const QList<TKeptTabs::TKeptTab> kept = TKeptTabs(*m_store, 1, NoneRuns).Take();
+    QCOMPARE(AddressesOf(kept), (QStringList{same, odd}));
+    QVERIFY(kept[0].inFront && !kept[1].inFront);
+    QCOMPARE(kept[0].record.value().stickyName, QString("9"));
+    QCOMPARE(kept[1].record.value().history, QByteArray("history"));
+    QCOMPARE(m_store->Values(TRegistryHive::CurrentUser, OwnKey).size(), 4);  // two tabs, their order, the front
+
+    // What is no record any more leaves the address.
+    QVERIFY(m_store->Write(TRegistryHive::CurrentUser, OwnKey, "9", "AAAAAA=="));
+    const QList<TKeptTabs::TKeptTab> broken = TKeptTabs(*m_store, 1, NoneRuns).Take();
+    QCOMPARE(AddressesOf(broken), (QStringList{same, odd}));
+    QVERIFY(!broken[0].record && broken[1].record);
+  }
+
+  void TabsOfTwoWindows() {
+    bool secondRuns = true;
+    const auto runs = [&](int window) { return window == 2 && secondRuns; };
+    const auto tab = [](const QString &address, int number = 1) {
+      return TKeptTabs::TOpenTab{quint64(number), number, address, TTabRecord{.address = address}};
+    };
+    TKeptTabs first(*m_store, 1, runs), second(*m_store, 2, runs);
+    QVERIFY(first.Write({tab("http://first/")}, 1));
+    QVERIFY(second.Write({tab("http://second/")}, 1));
+    QVERIFY(first.Write({tab("http://first/"), tab("http://more/", 2)}, 1));
+    QCOMPARE(TZVOptions(*m_store).LastOpenSites().last().name, QString("url1"));
+    // The one that runs on keeps its tabs to itself.
+    QCOMPARE(AddressesOf(TKeptTabs(*m_store, 1, runs).Take()), (QStringList{"http://first/", "http://more/"}));
+    secondRuns = false;
+    TKeptTabs next(*m_store, 1, runs);
+    QCOMPARE(AddressesOf(next.Take()), (QStringList{"http://first/", "http://more/", "http://second/"}));
+    // Until they are written anew they are not lost.
+    QCOMPARE(TKeptTabs(*m_store, 3, NoneRuns).Take().size(), 3);
+    QVERIFY(next.Write({tab("http://all/")}, 1));
+    QCOMPARE(AddressesOf(TKeptTabs(*m_store, 3, NoneRuns).Take()), QStringList{"http://all/"});
+    secondRuns = true;
+    QVERIFY(second.Write({tab("http://late/")}, 1));
+    QVERIFY(next.Clear());
+    QCOMPARE(AddressesOf(TKeptTabs(*m_store, 3, NoneRuns).Take()), QStringList{"http://late/"});
   }
 
   void Association() {

@@ -199,7 +199,10 @@ class TCommandsFixture {
     return Asks<TfrmConfirm>([this, caption, first, second](TfrmConfirm &dialog) {
       const TLanguage &language = Window().Language();
       CompareTexts(dialog.windowTitle(), language.Text(caption));
-      CompareTexts(dialog.findChild<QLabel *>(u"lblTitle"_s)->text(), language.Text(first));
+      const QList<TBrowserTab *> tabs = Tabs().Tabs();
+      const auto going = std::ranges::count_if(tabs, [](TBrowserTab *tab) { return !tab->HideFromCloseAll(); });
+      CompareTexts(dialog.findChild<QLabel *>(u"lblTitle"_s)->text(),
+                   language.Text(first).replace(u"%1"_s, QString::number(going)));
       CompareTexts(dialog.findChild<QTextEdit *>(u"mmoPrompt2"_s)->toPlainText(), language.Text(second));
       dialog.findChild<QPushButton *>(u"cmdOK"_s)->click();
     });

@@ -5,7 +5,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include "browser/tabs/load_queue.h"
 #include "groups/page_groups.h"
 #include "window/tabs_fixture.h"
 
@@ -20,12 +19,10 @@ class TGroupsFixture : public TTabsFixture {
   }
   void Begin() {
     TTabsFixture::Begin();
-    queue = std::make_unique<TLoadQueue>(*tabs);
     groups = std::make_unique<TPageGroups>(window.get(), *actions, *tabs, *tabMenu, *closeAll, *queue);
   }
   void End() {
     groups.reset();
-    queue.reset();
     TTabsFixture::End();
     QDir(TGroupFolder::Path()).removeRecursively();
   }
@@ -54,6 +51,5 @@ class TGroupsFixture : public TTabsFixture {
     return lines.join(QLatin1Char('\n'));
   }
 
-  std::unique_ptr<TLoadQueue> queue;
   std::unique_ptr<TPageGroups> groups;
 };

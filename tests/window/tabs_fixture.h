@@ -7,6 +7,8 @@
 
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/close_all_tabs.h"
+#include "browser/tabs/closed_tabs.h"
+#include "browser/tabs/load_queue.h"
 #include "browser/tabs/tab_menu.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
@@ -44,14 +46,16 @@ class TTabsFixture {
     window->resize(800, 600);
     window->show();
     tabs = std::make_unique<TTabStrip>(window.get(), pages, *environment);
-    closeAll = std::make_unique<TCloseAllTabs>(window.get(), *tabs);
+    queue = std::make_unique<TLoadQueue>(*tabs);
+    closed = std::make_unique<TClosedTabs>(*actions, *tabs, *queue);
+    closeAll = std::make_unique<TCloseAllTabs>(window.get(), *tabs, *closed);
     tabMenu = std::make_unique<TTabMenu>(*actions, *tabs, *closeAll);
     tabs->NewTab();
     server.ForgetRequests();
   }
   void End() {
     const auto reset = [](auto &...owners) { (owners.reset(), ...); };
-    reset(tabMenu, closeAll, tabs, actions, window, environment, settings, m_engine, store, m_temporary);
+    reset(tabMenu, closeAll, closed, queue, tabs, actions, window, environment, settings, m_engine, store, m_temporary);
   }
 
   [[nodiscard]] TEngine &Engine() { return *m_engine; }
@@ -85,6 +89,8 @@ class TTabsFixture {
   std::unique_ptr<TActions> actions;
   TZVPageControl *pages = nullptr;
   std::unique_ptr<TTabStrip> tabs;
+  std::unique_ptr<TLoadQueue> queue;
+  std::unique_ptr<TClosedTabs> closed;
   std::unique_ptr<TCloseAllTabs> closeAll;
   std::unique_ptr<TTabMenu> tabMenu;
 

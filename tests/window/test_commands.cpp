@@ -240,6 +240,7 @@ class TestCommands final : public QObject, private TCommandsFixture {
         {TCommand::TabCloseAllKeepCurrent, middle, Shows(u"1:0 /b"_s)},
         {TCommand::CloseAllShowList, list, Then(Asked(), Shows(u"1:0 about:blank"_s))},
         {TCommand::TabCloseAllShowList, list, Then(Asked(), Shows(u"1:0 about:blank"_s))},
+        {TCommand::ReopenTab, Then(With(u"/b"_s), [this] { Tabs().CloseActive(); }), Shows(u"2:1 /b"_s)},
         {TCommand::Exit,
          Then([this] { Settings().Set(Setting::ConfirmShutdown, true); },
               AsksQuestion({"CONFIRM", "ShutDown"}, {"CONFIRM", "ShutDownPrompt"}, {"CONFIRM", "Proceed"})),

@@ -46,6 +46,8 @@ class TEngine final : public QObject {
   [[nodiscard]] QWebEngineProfile &Profile() const { return *m_profile; }
   [[nodiscard]] const TLanguage &Language() const { return m_language; }
   [[nodiscard]] TRegistryStore &Store() const { return m_store; }
+  // A number that no other running process has, from 1; the lowest that is free.
+  [[nodiscard]] int ProcessNumber() const { return m_folder.Number(); }
 
   // Who answers for all pages from now on, until the next call; nullptr for nobody, which allows everything. When the
   // call returns, the one before is not asked any more. The user agent is asked for here and only here: changing it

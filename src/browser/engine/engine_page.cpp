@@ -1,8 +1,10 @@
 #include "browser/engine/engine_page.h"
 
 #include <QCoreApplication>
+#include <QDataStream>
 #include <QPointer>
 #include <QWebEngineCertificateError>
+#include <QWebEngineHistory>
 #include <QWebEngineLoadingInfo>
 #include <QWebEngineProfile>
 #include <QWebEngineSettings>
@@ -25,6 +27,9 @@ constexpr int LeaveInterval = 1000;  // milliseconds
 constexpr int MostLeaveTries = 5;
 
 const QUrl BlankPage(QStringLiteral("about:blank"));
+
+// Of the lists of pages that are kept from one start to the next, whatever the toolkit is then.
+constexpr QDataStream::Version HistoryVersion = QDataStream::Qt_6_4;
 
 // A page's source is asked for under the page's own address.
 QUrl WithoutViewSource(const QUrl &url) {
@@ -109,6 +114,26 @@ void TEnginePage::AnswerLeave(bool mayGo) {
   m_leaveWait.stop();
   m_leaveGranted = mayGo;
   Q_EMIT LeaveAnswered(mayGo);
+}
+
+QByteArray TEnginePage::History() const {
+  const bool isEmpty = history()->count() == 0 || (history()->count() == 1 && url() == BlankPage);
+  if (m_isUnsettled || isEmpty) return {};
+  QByteArray bytes;
+  QDataStream stream(&bytes, QIODevice::WriteOnly);
+  stream.setVersion(HistoryVersion);
+  stream << *history();
+  return bytes;
+}
+
+QString TEnginePage::RestoreHistory(const QByteArray &bytes) {
+  QDataStream stream(bytes);
+  stream.setVersion(HistoryVersion);
+  stream >> *history();
+  // The engine makes its inner page anew for it, and forgets who looks at the requests.
+  setUrlRequestInterceptor(m_filter);
+  if (stream.status() != QDataStream::Ok || history()->count() == 0) return {};
+  return AddressOf(history()->currentItem().url());
 }
 
 void TEnginePage::DismissDialogs() {

@@ -36,6 +36,11 @@ class TEnginePage final : public QWebEnginePage {
   // that does not answer for five seconds is given up, unless it is the user who is being asked.
   void AskToLeave();
   void ForgetLeave() { m_leaveGranted = false; }
+  // Takes over a history that History() gave once, and loads its current page as it was left, whose address
+  // is the answer. Empty, and nothing is loaded, when it is no such thing.
+  QString RestoreHistory(const QByteArray &history);
+  // Back, forward and the place in each page; empty where nothing was shown yet.
+  [[nodiscard]] QByteArray History() const;
   // Answers open script dialogs; the page is going away.
   void DismissDialogs();
 

@@ -116,11 +116,13 @@ void THalvexBrowser::ConnectPage() {
     if (!IsLocalFailure()) Q_EMIT TitleChanged(title);
   });
   connect(m_page, &QWebEnginePage::iconChanged, this, &THalvexBrowser::IconChanged);
+  connect(m_page, &QWebEnginePage::scrollPositionChanged, this, &THalvexBrowser::PlaceChanged);
   connect(m_page, &QWebEnginePage::linkHovered, this, &THalvexBrowser::StatusTextChanged);
   connect(m_page, &QWebEnginePage::newWindowRequested, this,
           [this](QWebEngineNewWindowRequest &request) { Q_EMIT NewWindowRequested(&request); });
   connect(m_page, &TEnginePage::CloseRequested, this, &THalvexBrowser::CloseRequested);
   connect(m_page, &TEnginePage::LeaveAnswered, this, &THalvexBrowser::LeaveAnswered);
+  connect(m_page, &TEnginePage::StayChosen, this, &THalvexBrowser::StayChosen);
   connect(m_page, &QWebEnginePage::printRequested, m_printing, &TPagePrinting::PrintForPage);
   connect(m_fullScreen, &TPageFullScreen::Changed, this, &THalvexBrowser::PageFullScreenRequested);
   connect(m_finder, &TPageFinder::Closed, this, &THalvexBrowser::GivePageTheFocus);
@@ -180,6 +182,18 @@ void THalvexBrowser::Navigate(const TAddress &address) {
   m_page->load(address.Url());
   // A jump inside the page is no load that would report a title.
   if (address.Url().hasFragment() && before.matches(address.Url(), QUrl::RemoveFragment)) RepeatTitle();
+}
+
+QString THalvexBrowser::RestoreHistory(const QByteArray &history) {
+  EnsureView();
+  if (IsLocalFailure()) m_stack->HideNotice();
+  const QString address = m_page->RestoreHistory(history);
+  if (!address.isEmpty()) m_stack->ShowView();
+  return address;
+}
+
+QByteArray THalvexBrowser::History() const {
+  return m_page ? m_page->History() : QByteArray();
 }
 
 void THalvexBrowser::ShowBlank() {
@@ -297,31 +311,36 @@ void THalvexBrowser::Properties() {
   });
 }
 
+// Never in a page that is hidden behind a notice.
+void THalvexBrowser::Edit(int action) {
+  if (HasLivePage()) m_page->triggerAction(QWebEnginePage::WebAction(action));
+}
+
 void THalvexBrowser::Cut() {
   GivePageTheFocus();
-  Trigger(m_page, QWebEnginePage::Cut);
+  Edit(QWebEnginePage::Cut);
 }
 
 void THalvexBrowser::Copy() {
   GivePageTheFocus();
-  Trigger(m_page, QWebEnginePage::Copy);
+  Edit(QWebEnginePage::Copy);
 }
 
 void THalvexBrowser::Paste() {
   GivePageTheFocus();
-  Trigger(m_page, QWebEnginePage::Paste);
+  Edit(QWebEnginePage::Paste);
 }
 
 void THalvexBrowser::SelectAll() {
-  Trigger(m_page, QWebEnginePage::SelectAll);
+  Edit(QWebEnginePage::SelectAll);
 }
 
 void THalvexBrowser::Undo() {
-  Trigger(m_page, QWebEnginePage::Undo);
+  Edit(QWebEnginePage::Undo);
 }
 
 void THalvexBrowser::Redo() {
-  Trigger(m_page, QWebEnginePage::Redo);
+  Edit(QWebEnginePage::Redo);
 }
 
 void THalvexBrowser::SetZoom(int zoom) {

@@ -49,6 +49,10 @@ class THalvexBrowser final : public QWidget {
   // Never fails: what cannot be loaded shows the load-error page.
   void Navigate(const TAddress &address);
   void ShowBlank();
+  // As the page's own, which it gives for a later start. The address that it comes back to; empty when `history` is no
+  // such thing.
+  QString RestoreHistory(const QByteArray &history);
+  [[nodiscard]] QByteArray History() const;
   void GoBack();
   void GoForward();
   void Stop();
@@ -114,6 +118,7 @@ class THalvexBrowser final : public QWidget {
   void CommandStateChanged(int command, bool enabled);  // 1 forward, 2 back
   void TitleChanged(const QString &title);
   void IconChanged();
+  void PlaceChanged();                                           // the page was scrolled
   void BeforeNavigate(TNavigation *navigation);                  // handled synchronously; set `cancel` to stop
   void NewWindowRequested(QWebEngineNewWindowRequest *request);  // handled synchronously
   void AddressChanged(const QString &address);                   // also for jumps inside the page
@@ -123,6 +128,7 @@ class THalvexBrowser final : public QWidget {
   void WindowCameToNothing();
   void CloseRequested();  // by the page's script
   void LeaveAnswered(bool mayGo);
+  void StayChosen();  // the user has kept the page instead of following a navigation
   void SecureLockIconChanged(TEncryptionLevel level);
   void OpenInNewTabRequested(const TAddress &address, bool background);
   // `address` begins with "view-source:"; opened like any other, it shows the page as it was sent.
@@ -137,6 +143,7 @@ class THalvexBrowser final : public QWidget {
   [[nodiscard]] bool HasLivePage() const;
   [[nodiscard]] bool IsLocalFailure() const;
   void GivePageTheFocus();
+  void Edit(int action);  // one of the engine's
   void ShowLoadFailure(const TLoadFailure &failure);
   void ShowLocalFailure(const TAddress &address, const QString &text);
   void OnNoticePrimary();

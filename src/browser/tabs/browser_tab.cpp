@@ -1,19 +1,22 @@
 #include "browser/tabs/browser_tab.h"
 
-#include <algorithm>
 #include <QGuiApplication>
 #include <QVBoxLayout>
 #include <QWebEngineNewWindowRequest>
+#include <utility>
 
 #include "browser/engine/address.h"
 #include "browser/tabs/home_page.h"
 #include "browser/tabs/tab_caption.h"
+#include "browser/tabs/tab_record.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
 #include "config/settings.h"
 #include "ui/input_box.h"
 
 namespace {
+
+quint64 lastId = 0;
 
 constexpr int StickyNameWidth = 60;      // characters
 constexpr int LongestListCaption = 250;  // characters; more fits on no screen
@@ -26,7 +29,10 @@ bool IsHttps(const QString &address) {
 }  // namespace
 
 TBrowserTab::TBrowserTab(QWidget *owner, TTabEnvironment &environment, TTabStrip &strip, bool hidden)
-    : m_environment(environment), m_strip(strip), m_gate(hidden ? TPopupGate::Untested : TPopupGate::None) {
+    : m_environment(environment),
+      m_strip(strip),
+      m_id(++lastId),
+      m_gate(hidden ? TPopupGate::Untested : TPopupGate::None) {
   m_browser = new THalvexBrowser(owner, environment.engine, AllDownloadControlOptions, this);
   auto *layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -45,6 +51,7 @@ void TBrowserTab::ConnectBrowser() {
   connect(m_browser, &THalvexBrowser::TitleChanged, this, &TBrowserTab::SetCaption);
   connect(m_browser, &THalvexBrowser::IconChanged, this,
           [this] { m_strip.Pages().SetPageIcon(this, m_strip.PageIconOf(this)); });
+  connect(m_browser, &THalvexBrowser::PlaceChanged, this, &TBrowserTab::PlaceChanged);
   connect(m_browser, &THalvexBrowser::BeforeNavigate, this, &TBrowserTab::OnBeforeNavigate);
   connect(m_browser, &THalvexBrowser::NewWindowRequested, this, &TBrowserTab::OnNewWindowRequested);
   connect(m_browser, &THalvexBrowser::NavigateComplete, this, &TBrowserTab::OnNavigateComplete);
@@ -64,6 +71,7 @@ void TBrowserTab::ConnectBrowser() {
   connect(m_browser, &THalvexBrowser::PageFullScreenRequested, this, &TBrowserTab::PageFullScreenRequested);
   connect(m_browser, &THalvexBrowser::WindowCameToNothing, this, &TBrowserTab::CloseByScript);
   connect(m_browser, &THalvexBrowser::CloseRequested, this, &TBrowserTab::CloseByScript);
+  connect(m_browser, &THalvexBrowser::StayChosen, this, &TBrowserTab::ShowOwnPage);
   connect(m_browser, &THalvexBrowser::BringToFrontRequested, this, [this] { m_strip.Activate(this); });
 }
 
@@ -77,6 +85,14 @@ void TBrowserTab::Navigate(const TAddress &address) {
     MakeBlank();
     return;
   }
+  if (Locked() && !KeepsPage(address)) {
+    m_strip.NewBackgroundTab()->Navigate(address);
+    return;
+  }
+  // What it said was about the page that goes.
+  Q_EMIT StatusTextChanged(QString());
+  // The page that the tab was left with stays behind the new one.
+  if (!m_history.isEmpty()) RestoreHistory();
   m_url = address;
   // A load that is under way goes on until the new one takes its place; a jump inside the page is none.
   if (m_load != TLoad::Loading) {
@@ -96,6 +112,7 @@ void TBrowserTab::Navigate(const TAddress &address) {
 void TBrowserTab::Announce(const TAddress &address) {
   if (!m_browser) return;
   m_url = address;
+  m_history.clear();
   const bool wasBusy = Busy();
   m_load = TLoad::Announced;
   if (!Locked()) SetCaption(Url());
@@ -105,6 +122,21 @@ void TBrowserTab::Announce(const TAddress &address) {
   // Nothing is heard any more of the load that was under way.
   ShowState(TTabState::None);
   Q_EMIT IndicatorsChanged();
+}
+
+bool TBrowserTab::KeepsPage(const TAddress &address) const {
+  // The rest is asked about when the engine sets out for it.
+  const bool isShownAtOnce = address.IsBlankPage() || address.Kind() == TAddress::TKind::UnknownKind ||
+                             address.Kind() == TAddress::TKind::Invalid;
+  return !isShownAtOnce || address.Text() == GetLocationUrl();
+}
+
+void TBrowserTab::ShowOwnPage() {
+  if (!m_browser || Announced()) return;
+  if (m_load == TLoad::Waiting) m_load = Settled();
+  if (const QString title = GetLocationName(); !title.isEmpty()) SetCaption(title);
+  Q_EMIT AddressChanged(AddressToSave());
+  Q_EMIT Changed();
 }
 
 void TBrowserTab::ShowAwaitedAddress() {
@@ -119,7 +151,33 @@ TLoad TBrowserTab::Settled() const {
 }
 
 void TBrowserTab::NavigateStored() {
+  // A tab that was left behind a notice, or on its way, was for another address than its page's.
+  if (!m_history.isEmpty() && RestoreHistory() == Url()) return;
   if (!Url().isEmpty()) Navigate(m_url);
+}
+
+TTabRecord TBrowserTab::Record() const {
+  return {.address = AddressToSave(),
+          .title = m_title,
+          .stickyName = m_stickyName,
+          .locked = Locked() || LockPending(),
+          .spared = m_hideFromCloseAll,
+          .history = Announced() || !m_browser ? m_history : m_browser->History()};
+}
+
+void TBrowserTab::Announce(const TTabRecord &record) {
+  m_stickyName = record.stickyName;
+  m_hideFromCloseAll = record.spared;
+  Announce(TAddress(record.address));
+  m_history = record.history;
+  if (!record.title.isEmpty()) SetCaption(record.title);
+  SetLockPending(record.locked);
+}
+
+QString TBrowserTab::RestoreHistory() {
+  const QByteArray history = std::exchange(m_history, {});
+  m_load = TLoad::Waiting;
+  return m_browser->RestoreHistory(history);
 }
 
 void TBrowserTab::GoHome() {
@@ -150,7 +208,12 @@ void TBrowserTab::Reload(bool passCache) {
 }
 
 void TBrowserTab::Stop() {
-  if (m_browser) m_browser->Stop();
+  if (!m_browser) return;
+  const bool isOnItsWay = m_load == TLoad::Waiting || m_load == TLoad::Loading;
+  const bool isFirstPage = isOnItsWay && AddressToSave() == Url() && GetLocationUrl() != Url();
+  m_browser->Stop();
+  // What was typed is not lost because nothing of it has come: that is what the tab is still for.
+  if (isFirstPage) Announce(TAddress(m_url));
 }
 
 void TBrowserTab::MakeBlank() {
@@ -170,7 +233,8 @@ QString TBrowserTab::GetLocationName() const {
 }
 
 QString TBrowserTab::AddressToSave() const {
-  const QString shown = GetLocationUrl();
+  // The page that a tab was emptied of may be there for a moment more.
+  const QString shown = m_leavesPage ? BlankPageAddress : GetLocationUrl();
   // A tab whose first page is still on its way is saved by what it was asked to open.
   const bool isOnItsWay = m_load == TLoad::Announced || m_load == TLoad::Waiting || m_load == TLoad::Loading;
   return isOnItsWay && !Url().isEmpty() && (shown.isEmpty() || shown == BlankPageAddress) ? Url() : shown;
@@ -183,17 +247,20 @@ QString TBrowserTab::ListCaption() const {
 }
 
 void TBrowserTab::SetCaption(const QString &title) {
+  const bool isNew = m_title != title;
   m_title = title;
   const QString caption = TabCaption(title, m_stickyName, m_environment.settings.Get(Setting::LimitTitleLength),
                                      m_environment.language.Global("Blank"));
   m_strip.Pages().SetPageHint(this, title == BlankPageAddress ? m_environment.language.Global("Blank") : title);
   m_strip.Pages().SetPageCaption(this, caption);
   Q_EMIT TitleChanged(ListCaption());
+  if (isNew) Q_EMIT RecordChanged();
 }
 
 void TBrowserTab::SetStickyName(const QString &name) {
   m_stickyName = name;
   SetCaption(m_title);
+  Q_EMIT RecordChanged();
 }
 
 void TBrowserTab::AskStickyName() {
@@ -213,10 +280,19 @@ void TBrowserTab::SetLocked(bool locked) {
   if (Locked() == locked) return;
   m_lock = locked ? TLock::Locked : TLock::Open;
   ShowState(locked ? TTabState::Locked : TTabState::None);
+  Q_EMIT RecordChanged();
 }
 
 void TBrowserTab::SetLockPending(bool pending) {
-  if (!Locked()) m_lock = pending ? TLock::Pending : TLock::Open;
+  if (Locked() || LockPending() == pending) return;
+  m_lock = pending ? TLock::Pending : TLock::Open;
+  // Of a tab that waits the lock is all there is to be seen.
+  if (Announced()) ShowState(TTabState::None);
+  Q_EMIT RecordChanged();
+}
+
+void TBrowserTab::SetHideFromCloseAll(bool hide) {
+  if (std::exchange(m_hideFromCloseAll, hide) != hide) Q_EMIT RecordChanged();
 }
 
 void TBrowserTab::ResetToBlank() {
@@ -229,13 +305,16 @@ void TBrowserTab::ResetToBlank() {
   m_opener = nullptr;
   m_popupUrl.clear();
   m_stickyName.clear();
+  m_leavesPage = m_browser && m_browser->EnginePageIfAny() != nullptr;
+  m_history.clear();
   MakeBlank();
   m_url = {};
-  m_hideFromCloseAll = false;
+  SetHideFromCloseAll(false);
 }
 
 void TBrowserTab::Close() {
   if (!m_browser) return;
+  Q_EMIT Closing();
   if (IsActive() && m_strip.Pages().VisiblePageCount() == 1) {
     ResetToBlank();
     return;
@@ -263,7 +342,7 @@ void TBrowserTab::MarkSeen() {
 }
 
 void TBrowserTab::ShowState(TTabState state) {
-  if (Locked()) state = TTabState::Locked;
+  if (Locked() || (Announced() && LockPending())) state = TTabState::Locked;
   m_state = state;
   m_strip.Pages().SetPageImage(this, static_cast<int>(state) - 1);
 }
@@ -344,7 +423,7 @@ bool TBrowserTab::StopsWindow(const QString &address, bool userActed) {
 
 void TBrowserTab::SendAway(TNavigation *navigation) {
   navigation->cancel = true;
-  if (m_load == TLoad::Waiting) m_load = Settled();
+  ShowOwnPage();
   // What the page's script does by itself is a window that it opens, and tested like one.
   const bool byScript = !navigation->linkClicked && navigation->address != AddressOf(m_url.Url());
   if (byScript && m_environment.engine.Policy().IsPopup(navigation->address)) {
@@ -369,6 +448,7 @@ void TBrowserTab::OnNewWindowRequested(QWebEngineNewWindowRequest *request) {
 
 void TBrowserTab::OnNavigateComplete(const QString &address) {
   // While the tab waits for its turn only the blank page that it was left with can have something to say.
+  m_leavesPage = false;
   if (!m_browser || Announced()) return;
   // The blank page that a tab is left with before it opens something is not the page to keep.
   if (LockPending() && (address != BlankPageAddress || Url() == BlankPageAddress)) SetLocked(true);
@@ -394,6 +474,12 @@ void TBrowserTab::OnNavigateComplete(const QString &address) {
   m_nonHttpsSeen = false;
 }
 
+void TBrowserTab::ShowNobodysPage(const QString &address) {
+  m_secure = false;
+  m_secureZone = m_environment.engine.Policy().ZoneOf(address);
+  Q_EMIT IndicatorsChanged();
+}
+
 void TBrowserTab::OnDocumentComplete(const QString &address) {
   if (!m_browser || Announced()) return;
   const bool active = IsActive();
@@ -402,6 +488,9 @@ void TBrowserTab::OnDocumentComplete(const QString &address) {
   const bool isAwaitedStill = m_load == TLoad::Waiting && address == BlankPageAddress && Url() != BlankPageAddress;
   if (!isAwaitedStill) m_load = Settled();
   Q_EMIT AddressChanged(address);
+  Q_EMIT RecordChanged();
+  // A sheet or a notice is nobody's page.
+  if (m_load == TLoad::Blank || m_load == TLoad::Failed) ShowNobodysPage(address);
   if (!wasBusy) return;
   m_wasActiveAtCompletion = active;
   ShowState(active ? TTabState::None : TTabState::FinishedInBackground);

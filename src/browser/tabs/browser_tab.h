@@ -9,6 +9,7 @@
 #include "browser/tabs/window_budget.h"
 
 class TTabStrip;
+struct TTabRecord;
 
 // What a tab shows in front of its caption; the image index in the strip is the state less 1.
 enum class TTabState {
@@ -57,8 +58,12 @@ class TBrowserTab final : public QWidget {
   void Navigate(const TAddress &address);
   // Shows `address` as what the tab is for and opens nothing: NavigateStored does that, or Refresh.
   void Announce(const TAddress &address);
-  // Opens `Url` again when there is one.
+  // Opens `Url` again when there is one; with its history and where it was scrolled to, if that was announced too.
   void NavigateStored();
+  // What brings the tab back later.
+  [[nodiscard]] TTabRecord Record() const;
+  // Becomes the tab of the record, with its page announced.
+  void Announce(const TTabRecord &record);
   void GoHome();
   void GoBack();
   void GoForward();
@@ -79,7 +84,7 @@ class TBrowserTab final : public QWidget {
   void SetRestored(bool restored) { m_restored = restored; }
   // Of a locked tab, nothing changes.
   void SetLockPending(bool pending);
-  void SetHideFromCloseAll(bool hide) { m_hideFromCloseAll = hide; }
+  void SetHideFromCloseAll(bool hide);
   // Removes the tab; the last visible one is made blank instead.
   void Close();
   // The blank, unlocked, nameless state that the last tab is left in.
@@ -88,6 +93,8 @@ class TBrowserTab final : public QWidget {
   void MarkSeen();
 
   [[nodiscard]] THalvexBrowser *Browser() const { return m_browser; }
+  // No other tab of this process has or had it.
+  [[nodiscard]] quint64 Id() const { return m_id; }
   [[nodiscard]] const QString &Title() const { return m_title; }
   // The sticky name, else the full title, else "Blank" for an empty page: what lists of tabs show.
   [[nodiscard]] QString ListCaption() const;
@@ -127,6 +134,9 @@ class TBrowserTab final : public QWidget {
   void TitleChanged(const QString &title);      // as lists show it
   void IndicatorsChanged();                     // busy, secure or zone
   void Changed();                               // what it shows, or is for, is another address
+  void RecordChanged();                         // what Record() gives, the address aside
+  void PlaceChanged();                          // the same, by scrolling
+  void Closing();                               // it is about to go, or to be made blank in its place
   void Loaded();
   void PageFullScreenRequested(bool on);
   void PopupRejected();
@@ -147,6 +157,11 @@ class TBrowserTab final : public QWidget {
   void OnCommandState(int command, bool enabled);
   void ShowState(TTabState state);
   void ShowAwaitedAddress();
+  // What was on its way does not come: caption and address are the page's own again.
+  void ShowOwnPage();
+  void ShowNobodysPage(const QString &address);
+  [[nodiscard]] bool KeepsPage(const TAddress &address) const;
+  QString RestoreHistory();  // the address that the tab comes back to
   [[nodiscard]] bool IsActive() const;
   // What the load comes to when nothing is under way.
   [[nodiscard]] TLoad Settled() const;
@@ -156,8 +171,10 @@ class TBrowserTab final : public QWidget {
   TTabEnvironment &m_environment;
   TTabStrip &m_strip;
   QPointer<THalvexBrowser> m_browser;
+  quint64 m_id;
   QString m_title;
-  TAddress m_url;  // the last address that the program asked this tab to open
+  TAddress m_url;        // the last address that the program asked this tab to open
+  QByteArray m_history;  // of the page that is announced
   QPointer<TBrowserTab> m_opener;
   TWindowBudget m_windows;
   QString m_popupUrl;  // the first address of a window that a page asked for
@@ -178,4 +195,5 @@ class TBrowserTab final : public QWidget {
   bool m_hideFromCloseAll = false;
   bool m_wasActiveAtCompletion = false;
   bool m_restored = false;
+  bool m_leavesPage = false;  // what it still shows is not its page any more
 };

@@ -6,17 +6,27 @@
 
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/close_all_dialog.h"
+#include "browser/tabs/closed_tabs.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
 #include "config/settings.h"
 #include "ui/confirm_dialog.h"
 
+int TCloseAllTabs::HowMany() const {
+  const QList<TBrowserTab *> tabs = m_tabs.Tabs();
+  return int(std::ranges::count_if(
+      tabs, [this](TBrowserTab *tab) { return !tab->HideFromCloseAll() && m_tabs.Pages().IsPageVisible(tab); }));
+}
+
 bool TCloseAllTabs::Confirmed() const {
   TSettings &options = m_tabs.Environment().settings;
   if (!options.Get(Setting::ConfirmCloseAll)) return true;
   const TLanguage &language = m_tabs.Environment().language;
+  // A language file of the user's own may leave the number out.
+  const QString prompt =
+      language.Text("CONFIRM", "CloseAllPrompt").replace(QLatin1String("%1"), QString::number(HowMany()));
   const TAnswer answer = ShowConfirm(m_owner, {.caption = language.Text("CONFIRM", "CloseAll"),
-                                               .firstLine = language.Text("CONFIRM", "CloseAllPrompt"),
+                                               .firstLine = prompt,
                                                .secondText = language.Text("CONFIRM", "Proceed"),
                                                .ok = language.Global("Yes"),
                                                .cancel = language.Global("No"),
@@ -40,12 +50,14 @@ void TCloseAllTabs::CloseAll(bool skipConfirmation) {
   if (m_tabs.ClosingLocked()) return;
   const auto isSpared = [&](TBrowserTab *tab) { return tab->HideFromCloseAll() || staying.contains(tab); };
 
+  const TClosedTabs::TTogether together(m_closed);
   const QList<TBrowserTab *> tabs = m_tabs.Tabs();
   if (const auto spared = std::ranges::find_if(tabs, isSpared); spared != tabs.end()) {
     m_tabs.Activate(*spared);
   } else if (TBrowserTab *first = m_tabs.Tab(0)) {
     m_tabs.Pages().SetPageVisible(first, true);
     m_tabs.Activate(first);
+    m_closed.Remember(first);
     first->ResetToBlank();
   }
   TBrowserTab *kept = m_tabs.GetActivePage();
@@ -55,9 +67,10 @@ void TCloseAllTabs::CloseAll(bool skipConfirmation) {
   }
 }
 
-void TCloseAllTabs::KeepCurrent() {
-  const QPointer<TBrowserTab> current(m_tabs.GetActivePage());
+void TCloseAllTabs::KeepOnly(TBrowserTab *tab) {
+  const QPointer<TBrowserTab> current(tab);
   if (!current) return;
+  m_tabs.Activate(tab);
   const bool before = current->HideFromCloseAll();
   current->SetHideFromCloseAll(true);
   CloseAll(false);
@@ -85,6 +98,7 @@ void TCloseAllTabs::ShowList() {
   TLeaveQuestion::TTabs chosen;
   for (const int position : ticked) chosen.append(listed.at(position));
   const TLeaveQuestion::TTabs staying = m_tabs.Leaving().Staying(chosen);
+  const TClosedTabs::TTogether together(m_closed);
   for (const QPointer<TBrowserTab> &tab : chosen) {
     if (!m_tabs.ClosingLocked() && tab && !staying.contains(tab)) tab->Close();
   }

@@ -3,23 +3,29 @@
 #include <QFont>
 
 class QWidget;
+class TBrowserTab;
+class TClosedTabs;
 class TTabStrip;
 
 // Closing many tabs at once. Tabs that are marked as spared stay; when none is, one blank tab remains.
 class TCloseAllTabs final {
  public:
-  TCloseAllTabs(QWidget *owner, TTabStrip &tabs) : m_owner(owner), m_tabs(tabs) {}
+  // What is closed here can be taken back from `closed` in one.
+  TCloseAllTabs(QWidget *owner, TTabStrip &tabs, TClosedTabs &closed)
+      : m_owner(owner), m_tabs(tabs), m_closed(closed) {}
 
   // Asks first when ConfirmCloseAll is set, unless `skipConfirmation`.
   void CloseAll(bool skipConfirmation);
-  // Spares the active tab for this once.
-  void KeepCurrent();
+  // Spares `tab`, which becomes the active one, for this once.
+  void KeepOnly(TBrowserTab *tab);
   // Lets the user tick which tabs go.
   void ShowList();
 
  private:
   [[nodiscard]] bool Confirmed() const;
+  [[nodiscard]] int HowMany() const;
 
   QWidget *m_owner;
   TTabStrip &m_tabs;
+  TClosedTabs &m_closed;
 };

@@ -5,6 +5,7 @@
 
 #include "browser/engine/address.h"
 #include "browser/tabs/browser_tab.h"
+#include "browser/tabs/tab_record.h"
 #include "browser/tabs/tab_strip.h"
 
 namespace {
@@ -34,7 +35,7 @@ TLoadQueue::TLoadQueue(TTabStrip &tabs, QObject *parent) : QObject(parent), m_ta
   m_dwell.setSingleShot(true);
   m_dwell.setInterval(Dwell);
   connect(&m_dwell, &QTimer::timeout, this, &TLoadQueue::StartActive);
-  connect(&tabs, &TTabStrip::ActiveTabChanged, this, &TLoadQueue::OnActiveTabChanged);
+  connect(&tabs, &TTabStrip::ActiveTabChanged, this, &TLoadQueue::Wake);
 }
 
 void TLoadQueue::Navigate(TBrowserTab *tab, const TAddress &address) {
@@ -48,6 +49,13 @@ void TLoadQueue::Navigate(TBrowserTab *tab, const TAddress &address) {
     m_turn.start();
   }
   Tell();
+}
+
+void TLoadQueue::Wait(TBrowserTab *tab, const TTabRecord &record) {
+  tab->Announce(record);
+  if (!IsPage(tab->Asked())) return;
+  connect(tab, &QObject::destroyed, this, &TLoadQueue::ForgetClosed, Qt::UniqueConnection);
+  m_waiting.append({tab, true});
 }
 
 int TLoadQueue::ToCome() const {
@@ -66,7 +74,7 @@ qsizetype TLoadQueue::PlaceOf(const TBrowserTab *tab) const {
   return found == m_waiting.cend() ? -1 : found - m_waiting.cbegin();
 }
 
-void TLoadQueue::OnActiveTabChanged(TBrowserTab *tab) {
+void TLoadQueue::Wake(TBrowserTab *tab) {
   const qsizetype place = PlaceOf(tab);
   if (place < 0) return;
   // Turning to a tab is reason enough to open it, stopped or not.

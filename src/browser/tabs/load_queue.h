@@ -8,6 +8,7 @@
 class TAddress;
 class TBrowserTab;
 class TTabStrip;
+struct TTabRecord;
 
 // Opens the pages of many tabs a few at a time, so that the window answers while they come. The page in front comes
 // first, the others in the order in which they were given; a tab that the user turns to is next. A tab that is closed,
@@ -27,6 +28,10 @@ class TLoadQueue final : public QObject {
   // The tab shows `address` at once and opens it when its turn comes. What is no page (an empty text, a script, an
   // address of another program) is shown and never opened. A tab that waits already gets the new address.
   void Navigate(TBrowserTab *tab, const TAddress &address);
+  // The tab becomes that of the record, and opens its page when the user turns to it.
+  void Wait(TBrowserTab *tab, const TTabRecord &record);
+  // The user has turned to the tab: if it waits, its page is next.
+  void Wake(TBrowserTab *tab);
   // Pages still to come: those that wait and those that are loading.
   [[nodiscard]] int ToCome() const;
   // What is loading goes on; of the others each opens when the user turns to its tab or refreshes it.
@@ -42,7 +47,6 @@ class TLoadQueue final : public QObject {
   };
 
   [[nodiscard]] qsizetype PlaceOf(const TBrowserTab *tab) const;
-  void OnActiveTabChanged(TBrowserTab *tab);
   void StartNext();
   void StartActive();
   bool Start(qsizetype place);

@@ -39,7 +39,6 @@ const TPageCommands::TSimple TPageCommands::SimpleCommands[] = {
     {TCommand::Properties, &THalvexBrowser::Properties},
     {TCommand::Find, &THalvexBrowser::FindOnPage},
     {TCommand::ViewSource, &THalvexBrowser::ViewSource},
-    {TCommand::RefreshCompletely, &THalvexBrowser::RefreshCompletely},
     {TCommand::ZoomIn, &THalvexBrowser::ZoomIn},
     {TCommand::ZoomOut, &THalvexBrowser::ZoomOut},
     {TCommand::ZoomReset, &THalvexBrowser::ResetZoom},
@@ -101,6 +100,9 @@ void TPageCommands::ConnectNavigation() {
   connect(m_actions[TCommand::RefreshPlain], &QAction::triggered, this, [this] {
     if (TBrowserTab *tab = m_tabs.GetActivePage()) tab->Reload(false);
   });
+  connect(m_actions[TCommand::RefreshCompletely], &QAction::triggered, this, [this] {
+    if (TBrowserTab *tab = m_tabs.GetActivePage()) tab->Reload(true);
+  });
   connect(m_actions[TCommand::StopAll], &QAction::triggered, &m_tabs, &TTabStrip::StopAll);
   connect(m_actions[TCommand::RefreshAll], &QAction::triggered, &m_tabs, &TTabStrip::RefreshAll);
   connect(m_actions[TCommand::OpenFile], &QAction::triggered, this, &TPageCommands::OpenFile);
@@ -125,19 +127,21 @@ void TPageCommands::ConnectClipboard() {
     TCommand command;
     TOperation page;
     void (*edit)(QLineEdit *);
+    bool needsSelection = false;
   };
-  // The text box that has the keyboard comes first, then the page.
+  // The text box that has the keyboard comes first, if it can do it, then the page.
   static constexpr TRoute Routes[] = {
       {TCommand::Undo, &THalvexBrowser::Undo, [](QLineEdit *edit) { edit->undo(); }},
       {TCommand::Redo, &THalvexBrowser::Redo, [](QLineEdit *edit) { edit->redo(); }},
-      {TCommand::Cut, &THalvexBrowser::Cut, [](QLineEdit *edit) { edit->cut(); }},
-      {TCommand::Copy, &THalvexBrowser::Copy, [](QLineEdit *edit) { edit->copy(); }},
+      {TCommand::Cut, &THalvexBrowser::Cut, [](QLineEdit *edit) { edit->cut(); }, true},
+      {TCommand::Copy, &THalvexBrowser::Copy, [](QLineEdit *edit) { edit->copy(); }, true},
       {TCommand::Paste, &THalvexBrowser::Paste, [](QLineEdit *edit) { edit->paste(); }},
       {TCommand::SelectAll, &THalvexBrowser::SelectAll, [](QLineEdit *edit) { edit->selectAll(); }},
   };
   for (const TRoute &route : Routes) {
     connect(m_actions[route.command], &QAction::triggered, this, [this, &route] {
-      if (QLineEdit *edit = FocusedEdit()) {
+      QLineEdit *edit = FocusedEdit();
+      if (edit != nullptr && (edit->hasSelectedText() || !route.needsSelection)) {
         route.edit(edit);
       } else if (THalvexBrowser *browser = Browser()) {
         (browser->*route.page)();

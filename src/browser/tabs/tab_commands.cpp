@@ -34,7 +34,7 @@ void TTabCommands::ConnectOpening() {
   connect(m_actions[TCommand::NewCurrent], &QAction::triggered, this, [this] {
     const TBrowserTab *current = m_tabs.GetActivePage();
     if (current == nullptr) return;
-    const QString address = current->GetLocationUrl();
+    const QString address = current->AddressToSave();
     m_tabs.NewTab()->Navigate(address);
   });
   connect(m_actions[TCommand::NewClipboard], &QAction::triggered, this, &TTabCommands::NewFromClipboard);
@@ -43,7 +43,7 @@ void TTabCommands::ConnectOpening() {
 
 void TTabCommands::NewBlank() {
   const TBrowserTab *current = m_tabs.GetActivePage();
-  const QString address = current != nullptr ? current->GetLocationUrl() : QString();
+  const QString address = current != nullptr ? current->AddressToSave() : QString();
   TBrowserTab *tab = m_tabs.NewTab();
   // A negative number counts as 0.
   switch (std::max(m_settings.Get(Setting::NewAction), 0)) {
@@ -72,7 +72,8 @@ void TTabCommands::NewFromClipboard() {
 void TTabCommands::ConnectClosing() {
   connect(m_actions[TCommand::CloseTab], &QAction::triggered, &m_tabs, &TTabStrip::CloseActive);
   connect(m_actions[TCommand::CloseAll], &QAction::triggered, this, [this] { m_closeAll.CloseAll(false); });
-  connect(m_actions[TCommand::CloseAllKeepCurrent], &QAction::triggered, this, [this] { m_closeAll.KeepCurrent(); });
+  connect(m_actions[TCommand::CloseAllKeepCurrent], &QAction::triggered, this,
+          [this] { m_closeAll.KeepOnly(m_tabs.GetActivePage()); });
   connect(m_actions[TCommand::CloseAllShowList], &QAction::triggered, this, [this] { m_closeAll.ShowList(); });
 }
 

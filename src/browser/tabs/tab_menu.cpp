@@ -47,7 +47,7 @@ void TTabMenu::ConnectItems() {
   On(TCommand::TabStop, this, [](TBrowserTab *tab) { tab->Stop(); });
   On(TCommand::TabRefresh, this, [](TBrowserTab *tab) { tab->Refresh(); });
   On(TCommand::TabCloseAll, this, [this](TBrowserTab *) { m_closeAll.CloseAll(false); });
-  On(TCommand::TabCloseAllKeepCurrent, this, [this](TBrowserTab *) { m_closeAll.KeepCurrent(); });
+  On(TCommand::TabCloseAllKeepCurrent, this, [this](TBrowserTab *tab) { m_closeAll.KeepOnly(tab); });
   On(TCommand::TabCloseAllShowList, this, [this](TBrowserTab *) { m_closeAll.ShowList(); });
   On(TCommand::TabClose, this, [this](TBrowserTab *tab) { m_tabs.CloseByUser(tab); });
 }

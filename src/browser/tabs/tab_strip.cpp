@@ -74,6 +74,9 @@ void TTabStrip::Relay(TBrowserTab *tab) {
     if (GetActivePage() == tab) Q_EMIT IndicatorsChanged(tab);
   });
   connect(tab, &TBrowserTab::Changed, this, &TTabStrip::TabsChanged);
+  connect(tab, &TBrowserTab::RecordChanged, this, [this, tab] { Q_EMIT TabRecordChanged(tab); });
+  connect(tab, &TBrowserTab::PlaceChanged, this, [this, tab] { Q_EMIT TabPlaceChanged(tab); });
+  connect(tab, &TBrowserTab::Closing, this, [this, tab] { Q_EMIT TabClosing(tab); });
   connect(tab, &TBrowserTab::Loaded, this, [this, tab] { Q_EMIT TabLoaded(tab); });
   connect(tab, &TBrowserTab::PageFullScreenRequested, this,
           [this, tab](bool on) { Q_EMIT PageFullScreenRequested(tab, on); });
@@ -88,9 +91,12 @@ void TTabStrip::OnPopupRejected(TBrowserTab *tab) {
   Q_EMIT PopupRejected(tab);
 }
 
-TBrowserTab *TTabStrip::InsertTab(TTabPlace place, bool hidden) {
+int TTabStrip::PositionFor(TTabPlace place) const {
   const bool atEnd = place == TTabPlace::AtEnd || m_environment.settings.Get(Setting::OpenNewAtEnd);
-  const int position = atEnd ? m_pages->PageCount() : m_pages->ActivePageIndex() + 1;
+  return atEnd ? m_pages->PageCount() : m_pages->ActivePageIndex() + 1;
+}
+
+TBrowserTab *TTabStrip::InsertTab(int position, bool hidden) {
   auto *tab = new TBrowserTab(m_owner, m_environment, *this, hidden);
   Relay(tab);
   m_pages->InsertPage(position, tab, !hidden);
@@ -102,32 +108,38 @@ TBrowserTab *TTabStrip::InsertTab(TTabPlace place, bool hidden) {
   return tab;
 }
 
-TBrowserTab *TTabStrip::InsertInBackground(TTabPlace place, bool hidden) {
+TBrowserTab *TTabStrip::InsertInBackground(int position, bool hidden, bool staysBehind) {
   TBrowserTab *previous = GetActivePage();
   const TPresentationPause pause(*m_pages);
   // The tab is active for a moment, but nobody is told: the keyboard must not leave the page or box that has it.
   m_quiet = true;
-  TBrowserTab *tab = InsertTab(place, hidden);
-  if (!m_environment.settings.Get(Setting::OpenNewInForeground) && previous != nullptr)
-    m_pages->SetActivePage(previous);
+  TBrowserTab *tab = InsertTab(position, hidden);
+  if (staysBehind && previous != nullptr) m_pages->SetActivePage(previous);
   m_quiet = false;
   if (GetActivePage() != previous) OnActivePageChanged(GetActivePage());
   return tab;
 }
 
 TBrowserTab *TTabStrip::NewTab(TTabPlace place) {
-  return InsertTab(place, false);
+  return InsertTab(PositionFor(place), false);
 }
 
 TBrowserTab *TTabStrip::NewBackgroundTab(TTabPlace place) {
-  TBrowserTab *tab = InsertInBackground(place, false);
+  const bool inForeground = m_environment.settings.Get(Setting::OpenNewInForeground);
+  TBrowserTab *tab = InsertInBackground(PositionFor(place), false, !inForeground);
   // Only what waits for the strip itself: this runs inside the engine's own events, where nothing else may be let in.
   QCoreApplication::sendPostedEvents(m_pages);
   return tab;
 }
 
+TBrowserTab *TTabStrip::NewTabAt(int position) {
+  const bool isInside = position >= 0 && position < TabCount();
+  return InsertInBackground(isInside ? position : TabCount(), false, true);
+}
+
 TBrowserTab *TTabStrip::NewHiddenTab() {
-  return InsertInBackground(TTabPlace::BySetting, true);
+  const bool inForeground = m_environment.settings.Get(Setting::OpenNewInForeground);
+  return InsertInBackground(PositionFor(TTabPlace::BySetting), true, !inForeground);
 }
 
 TBrowserTab *TTabStrip::GetActivePage() const {

@@ -35,6 +35,9 @@ class TTabStrip final : public QObject {
   TBrowserTab *NewTab(TTabPlace place = TTabPlace::BySetting);
   // As NewTab, but the active tab stays active unless OpenNewInForeground is set.
   TBrowserTab *NewBackgroundTab(TTabPlace place = TTabPlace::BySetting);
+  // As NewTab at that position in the strip, but the active tab stays active. Positions count hidden tabs too; one
+  // outside the strip is its end.
+  TBrowserTab *NewTabAt(int position);
   // As NewBackgroundTab, for a window that a page asked for: it gets its place in the strip when its first address has
   // passed the pop-up test.
   TBrowserTab *NewHiddenTab();
@@ -95,6 +98,9 @@ class TTabStrip final : public QObject {
   // About any tab.
   void TabOpened(TBrowserTab *tab);
   void TabsChanged();  // opened, closed, moved, or showing another address
+  void TabRecordChanged(TBrowserTab *tab);
+  void TabPlaceChanged(TBrowserTab *tab);  // scrolled
+  void TabClosing(TBrowserTab *tab);       // see TBrowserTab::Closing
   void TabLoaded(TBrowserTab *tab);
   void PageFullScreenRequested(TBrowserTab *tab, bool on);
   // The pop-up test has stopped the window that `tab` was made for; the tab goes away soon.
@@ -103,8 +109,9 @@ class TTabStrip final : public QObject {
   void WindowStopped(TBrowserTab *tab, const QString &address);
 
  private:
-  TBrowserTab *InsertTab(TTabPlace place, bool hidden);
-  TBrowserTab *InsertInBackground(TTabPlace place, bool hidden);
+  [[nodiscard]] int PositionFor(TTabPlace place) const;
+  TBrowserTab *InsertTab(int position, bool hidden);
+  TBrowserTab *InsertInBackground(int position, bool hidden, bool staysBehind);
   void Relay(TBrowserTab *tab);
   void OnPopupRejected(TBrowserTab *tab);
   void OnActivePageChanged(QWidget *page);
