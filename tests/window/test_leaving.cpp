@@ -49,6 +49,19 @@ class TestLeaving final : public QObject, private TTabsFixture {
     QVERIFY(!tabs->Tabs().contains(tab));
   }
 
+  // Kept instead of going where the user wanted: the page is what is shown again.
+  void StayOnAWay() {
+    TBrowserTab *tab = Open("/form", true);
+    const QSignalSpy shown(tabs.get(), &TTabStrip::AddressChanged);
+    int asked = 0;
+    AnswerQuestion(false, asked, tab);
+    tab->Navigate(server.Url(u"/plain"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(asked, 1, LoadTime);
+    QTRY_COMPARE(tab->Load(), TLoad::Shown);
+    QCOMPARE(tab->Title(), u"painted"_s);
+    QCOMPARE(shown.last().first().toString(), server.Url(u"/form"_s));
+  }
+
   // The last tab is made blank instead, which is no second reason to ask.
   void LastTab() {
     TBrowserTab *tab = Open("/form", true);

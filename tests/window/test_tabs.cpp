@@ -155,6 +155,35 @@ class TestTabs final : public QObject, private TTabsFixture {
     QCOMPARE(pages->PageImage(locked), 3);
   }
 
+  // Nothing takes the place of its page, and nothing but its page is shown as what it has.
+  void LockedTabKeepsItsPage_data() {
+    Columns<QString, QString>("typed", "script");
+    Row("another page", "%1/b", "");
+    Row("blank page, typed", "about:blank", "");
+    Row("no address", "no address", "");
+    Row("unknown kind", "nothing-knows://this", "");
+    Row("blank page, by a link", "", "let a = document.createElement('a'); a.href = 'about:blank'; a.click()");
+    Row("blank page, by a script", "", "location = 'about:blank'");
+  }
+  void LockedTabKeepsItsPage() {
+    QFETCH(QString, typed);
+    QFETCH(QString, script);
+    TBrowserTab *locked = OpenPage(u"/a"_s);
+    locked->SetLocked(true);
+    const QSignalSpy shown(tabs.get(), &TTabStrip::AddressChanged);
+    if (script.isEmpty()) {
+      locked->Navigate(typed.replace(u"%1"_s, server.Url({})));
+    } else {
+      Run(locked, script);
+    }
+    QTRY_COMPARE(tabs->TabCount(), 2);
+    QTRY_VERIFY_WITH_TIMEOUT(!tabs->Tab(1)->Busy(), LoadTime);
+    QTRY_COMPARE(locked->GetLocationUrl(), server.Url(u"/a"_s));
+    QCOMPARE(locked->Title(), u"Page A"_s);
+    QVERIFY(shown.isEmpty() || shown.last().first() == locked->GetLocationUrl());
+    QCOMPARE(AnswerOf(*locked->Browser()->EnginePage(), u"location.pathname"_s).toString(), u"/a"_s);
+  }
+
   // What the page does with its frames stays in them; a link that the user clicks in one leads out of the tab.
   void LockedTabKeepsItsFrames() {
     TBrowserTab *locked = tabs->GetActivePage();
@@ -254,6 +283,15 @@ class TestTabs final : public QObject, private TTabsFixture {
     closeAll->KeepOnly(tabs->GetActivePage());  // asks no more
     QCOMPARE(Names(), QStringList{u"B"_s});
     QVERIFY(!tabs->GetActivePage()->HideFromCloseAll());
+  }
+
+  // From the menu of a tab that is not in front.
+  void CloseAllButThis() {
+    TZVOptions(*store).Set(Setting::ConfirmCloseAll, false);
+    OpenNamed("ABC");
+    Q_EMIT pages->TabMenuRequested(tabs->Tab(0), QPoint());
+    (*actions)[TCommand::TabCloseAllKeepCurrent]->trigger();
+    QCOMPARE(Names(), QStringList{u"A"_s});
   }
 
   void CloseAllFromList() {

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QDesktopServices>
 #include <QVBoxLayout>
+#include <QWebEngineHistory>
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineView>
 
@@ -229,6 +230,16 @@ void THalvexBrowser::GoBack() {
 
 void THalvexBrowser::GoForward() {
   Trigger(m_page, QWebEnginePage::Forward);
+}
+
+void THalvexBrowser::ComeBack() {
+  // Once the engine is done with the page that it has just begun.
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        if (m_page) m_page->history()->goToItem(m_page->history()->backItem());
+      },
+      Qt::QueuedConnection);
 }
 
 void THalvexBrowser::Stop() {

@@ -55,6 +55,7 @@ class THalvexBrowser final : public QWidget {
   [[nodiscard]] QByteArray History() const;
   void GoBack();
   void GoForward();
+  void ComeBack();  // to the page before, though it may be one that Back passes over
   void Stop();
   void Refresh();            // normal
   void RefreshCompletely();  // past the cache

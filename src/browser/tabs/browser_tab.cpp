@@ -382,7 +382,7 @@ void TBrowserTab::OnBeforeNavigate(TNavigation *navigation) {
   } else if (Locked()) {
     // Frames fill themselves in place unless the user clicked; a locked page full of frames must not spawn tabs. The
     // page itself may reload, by itself too, and what an allowed load is sent on to belongs to that load.
-    const bool inPlace = navigation->reload ||
+    const bool inPlace = navigation->reload || (navigation->historyMove && std::exchange(m_comesBack, false)) ||
                          (navigation->redirect && (Busy() || IsOwnPage(QUrl(navigation->address)))) ||
                          (!navigation->mainFrame && !navigation->linkClicked);
     if (!inPlace) {
@@ -450,6 +450,13 @@ void TBrowserTab::OnNavigateComplete(const QString &address) {
   // While the tab waits for its turn only the blank page that it was left with can have something to say.
   m_leavesPage = false;
   if (!m_browser || Announced()) return;
+  if (Locked() && address == BlankPageAddress) {
+    // The engine does not ask about this one, so all that can be done is to come back from it.
+    m_comesBack = true;
+    m_browser->ComeBack();
+    m_strip.NewBackgroundTab()->MakeBlank();
+    return;
+  }
   // The blank page that a tab is left with before it opens something is not the page to keep.
   if (LockPending() && (address != BlankPageAddress || Url() == BlankPageAddress)) SetLocked(true);
   if (!IsHttps(address)) m_nonHttpsSeen = true;

@@ -195,5 +195,6 @@ class TBrowserTab final : public QWidget {
   bool m_hideFromCloseAll = false;
   bool m_wasActiveAtCompletion = false;
   bool m_restored = false;
+  bool m_comesBack = false;   // to the page that it is locked to
   bool m_leavesPage = false;  // what it still shows is not its page any more
 };
