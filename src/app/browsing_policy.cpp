@@ -2,8 +2,11 @@
 
 #include "browser/engine/engine.h"
 #include "popups/popup_blocker.h"
+#include "search/quick_search.h"
+#include "search/search_lists.h"
 
-TBrowsingPolicy::TBrowsingPolicy(TEngine &engine, TPopupBlocker &popups) : m_engine(engine), m_popups(popups) {
+TBrowsingPolicy::TBrowsingPolicy(TEngine &engine, TPopupBlocker &popups, const TSearchLists &searches)
+    : m_engine(engine), m_popups(popups), m_searches(searches) {
   m_engine.SetPolicy(this);
 }
 
@@ -13,4 +16,12 @@ TBrowsingPolicy::~TBrowsingPolicy() {
 
 bool TBrowsingPolicy::IsPopup(const QString &address) {
   return m_popups.IsPopupBlocked(address);
+}
+
+TWordSearch TBrowsingPolicy::SearchFor(const QString &words) const {
+  for (const TNamedAddress &search : m_searches.QuickSearches()) {
+    const TQuickSearch found = TQuickSearch::Of(search.name + u' ' + words.trimmed(), {search});
+    if (found.kind == TQuickSearch::TKind::Address) return {search.name, found.address};
+  }
+  return {};
 }

@@ -17,9 +17,14 @@ TCommandLine ReadArguments(const QStringList &arguments) {
     entry.action = TCommandLine::TAction::Unregister;
     return entry;
   }
+  if (only == QLatin1String("--help") || only == QLatin1String("--version")) {
+    entry.action = only == QLatin1String("--help") ? TCommandLine::TAction::Help : TCommandLine::TAction::Version;
+    return entry;
+  }
   entry.forceNewInstance = only == QLatin1String("--new");
   // A file of the working directory is named in full, since the folder means nothing later on.
   if (!entry.forceNewInstance) entry.argument = FullFileName(only);
+  entry.isUnknownSwitch = entry.argument == only && only.startsWith(QLatin1String("--"));
   return entry;
 }
 

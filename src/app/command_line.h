@@ -7,12 +7,24 @@ class TRegistryStore;
 
 // What the command line asks for, decided before any window or the engine exists.
 struct TCommandLine {
-  enum class TAction { Run, Unregister };
+  enum class TAction {
+    Run,
+    Unregister,
+    Help,     // what it is called with, on the terminal
+    Version,  // likewise
+  };
 
   TAction action = TAction::Run;
   bool forceNewInstance = false;
   // Opened once by the delayed start; empty when there is none.
   QString argument;
+  // The argument looks like a switch and is none: it is taken for an address all the same.
+  bool isUnknownSwitch = false;
+
+  // Whether there is something to be said on the terminal.
+  [[nodiscard]] bool IsForTerminal() const {
+    return action == TAction::Help || action == TAction::Version || isUnknownSwitch;
+  }
 };
 
 // The process's arguments without the program's name.

@@ -31,24 +31,37 @@ bool HasToRun(const QStringList &arguments, TInstanceLock &lock) {
   return HandOffCommandLine(lock, arguments) == THandOff::BecameFirst;
 }
 
-int RunModule(int argc, char **argv, TInstanceLock &lock) {
+// A function of the module; tells on the terminal why there is none.
+void *FromModule(const char *name, const char *program) {
   const QString folder = QFileInfo(QFile::symLinkTarget(QStringLiteral("/proc/self/exe"))).path();
   for (const char *place : ModulePlaces) {
     const QString path = folder + QLatin1String(place);
     if (!QFileInfo::exists(path)) continue;
     void *module = ::dlopen(QFile::encodeName(path).constData(), RTLD_LAZY | RTLD_GLOBAL);
-    void *run = module != nullptr ? ::dlsym(module, ZarvelaRunName) : nullptr;
-    if (run != nullptr) return reinterpret_cast<TZarvelaRun *>(run)(argc, argv, &lock);
-    std::fprintf(stderr, "%s: %s\n", argv[0], ::dlerror());
-    return 1;
+    void *function = module != nullptr ? ::dlsym(module, name) : nullptr;
+    if (function == nullptr) std::fprintf(stderr, "%s: %s\n", program, ::dlerror());
+    return function;
   }
-  std::fprintf(stderr, "%s: libzarvela.so?\n", argv[0]);
-  return 1;
+  std::fprintf(stderr, "%s: libzarvela.so?\n", program);
+  return nullptr;
+}
+
+int RunModule(int argc, char **argv, TInstanceLock &lock) {
+  void *run = FromModule(ZarvelaRunName, argv[0]);
+  return run != nullptr ? reinterpret_cast<TZarvelaRun *>(run)(argc, argv, &lock) : 1;
 }
 
 }  // namespace
 
 int main(int argc, char **argv) {
+  const QStringList arguments = Arguments(argc, argv);
+  const TCommandLine entry = ReadArguments(arguments);
+  if (entry.IsForTerminal()) {
+    void *tell = FromModule(ZarvelaTellName, argv[0]);
+    if (tell == nullptr) return 1;
+    reinterpret_cast<TZarvelaTell *>(tell)(argc, argv);
+    if (entry.action != TCommandLine::TAction::Run) return 0;
+  }
   TInstanceLock lock;
-  return HasToRun(Arguments(argc, argv), lock) ? RunModule(argc, argv, lock) : 0;
+  return HasToRun(arguments, lock) ? RunModule(argc, argv, lock) : 0;
 }

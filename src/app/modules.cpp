@@ -44,7 +44,7 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       search(window, actions, *address, tabs, searchLists, history),
       groups(window, actions, tabs, tabMenu, closeAll, loadQueue),
       popups(window, tabs, tabMenu),
-      policy(engine, popups),
+      policy(engine, popups, searchLists),
       fullScreen(window, actions, tabs, settings),
       bars(window, actions, toolbars, *status, *pages, fullScreen, settings),
       placement(window, fullScreen, settings),

@@ -44,6 +44,7 @@ TAddressSearch::TAddressSearch(QWidget *window, TActions &actions, TAddressBar &
 }
 
 void TAddressSearch::EditAddress() {
+  if (!m_bar.isVisible() && !m_window->isFullScreen()) m_settings.Set(Setting::ViewAddressBar, true);
   if (m_bar.isVisible()) m_bar.FocusAll();
 }
 
@@ -109,12 +110,14 @@ void TAddressSearch::FileWhenItStarts(TBrowserTab *tab, const TAddress &address)
     return;
   }
   m_typed = new QObject(this);
-  connect(tab->Browser(), &THalvexBrowser::BeforeNavigate, m_typed, [this, tab](const TNavigation *navigation) {
+  // Of a page's source the engine asks about the page.
+  const QString source = address.Url().scheme() == QLatin1String("view-source") ? AddressOf(address.Url()) : QString();
+  connect(tab->Browser(), &THalvexBrowser::BeforeNavigate, m_typed, [this, tab, source](const TNavigation *navigation) {
     if (!navigation->mainFrame || navigation->linkClicked || navigation->historyMove || navigation->redirect) return;
     if (navigation->cancel) {
       m_bar.ForgetTypedAddress();
     } else {
-      File(tab, navigation->address);
+      File(tab, source.isEmpty() ? navigation->address : source);
     }
     m_typed->deleteLater();
   });

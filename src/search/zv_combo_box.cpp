@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QRegularExpression>
 #include <QWheelEvent>
 #include <utility>
 
@@ -49,13 +50,26 @@ TZVComboBox::TZVComboBox(QWidget *parent) : QComboBox(parent) {
   lineEdit()->installEventFilter(this);
   view()->installEventFilter(this);
   view()->setTextElideMode(Qt::ElideRight);
-  connect(lineEdit(), &QLineEdit::textEdited, this, [this] { m_typed = true; });
+  connect(lineEdit(), &QLineEdit::textEdited, this, &TZVComboBox::TakeEdited);
+  connect(lineEdit(), &QLineEdit::textChanged, this, [this](const QString &text) { m_lastText = text; });
 }
 
 void TZVComboBox::ShowAddress(const QString &address) {
   m_pageAddress = address;
   if (m_typed && lineEdit()->hasFocus()) return;
   PutBack();
+}
+
+// A script that comes in one piece was not typed. Whoever was talked into pasting it would let a stranger act in the
+// page, so it loses what makes it one; typed letter by letter it runs.
+void TZVComboBox::TakeEdited(const QString &text) {
+  m_typed = true;
+  static const QRegularExpression script(QStringLiteral("^\\s*(javascript:\\s*)+"),
+                                         QRegularExpression::CaseInsensitiveOption);
+  const QRegularExpressionMatch match = script.match(text);
+  const bool isTyped = m_lastText.trimmed().startsWith(QLatin1String("javascript"), Qt::CaseInsensitive);
+  if (!match.hasMatch() || isTyped) return;
+  lineEdit()->setText(text.sliced(match.capturedEnd()));
 }
 
 void TZVComboBox::PutBack() {

@@ -36,6 +36,7 @@ class TZVComboBox : public QComboBox {
   void ShowTyped(const QString &text, qsizetype selectFrom);
   void ForgetTyped() { m_typed = false; }
   void PutBack();
+  void TakeEdited(const QString &text);
 
   bool eventFilter(QObject *watched, QEvent *event) override;
   void dragEnterEvent(QDragEnterEvent *event) override;
@@ -50,5 +51,6 @@ class TZVComboBox : public QComboBox {
 
   QString m_pageAddress;
   bool m_typed = false;
+  QString m_lastText;  // before what is being edited
   bool m_selectOnRelease = false;
 };

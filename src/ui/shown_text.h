@@ -10,13 +10,23 @@
   return text.left(longest - longest / 3) + QChar(0x2026) + text.right(longest / 3);
 }
 
+// In one line, without what would stand for nothing or turn the text round: control characters, and the marks that
+// switch the direction of writing.
+[[nodiscard]] inline QString OneLine(const QString &text) {
+  const auto isHidden = [](QChar c) {
+    return c.category() == QChar::Other_Control || (c >= QChar(0x202A) && c <= QChar(0x202E)) ||
+           (c >= QChar(0x2066) && c <= QChar(0x2069)) || c == QChar(0x2028) || c == QChar(0x2029);
+  };
+  QString shown = text;
+  for (QChar &c : shown) {
+    if (isHidden(c)) c = u' ';
+  }
+  return shown;
+}
+
 // As the text of a menu item, which takes "&" for a mnemonic and a tab for the place of a short-cut.
 [[nodiscard]] inline QString MenuText(const QString &text, qsizetype longest = 250) {
-  QString shown = Shortened(text, longest);
-  for (QChar &c : shown) {
-    if (c.category() == QChar::Other_Control) c = u' ';
-  }
-  return shown.replace(u'&', QLatin1String("&&"));
+  return OneLine(Shortened(text, longest)).replace(u'&', QLatin1String("&&"));
 }
 
 // As a tool tip, which the toolkit would otherwise take for markup when it looks like it.

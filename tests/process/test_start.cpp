@@ -29,6 +29,27 @@ class TestStart final : public QObject, private TProgramFixture {
     QCOMPARE(Store()->Read(TRegistryHive::ClassesRoot, shell, {}), u"open"_s);
   }
 
+  // Without a screen, and without a window to be found by a later start.
+  void Terminal_data() {
+    Columns<QString, QString, QString>("argument", "said", "told");
+    Row("help", "--help", "--new", "");
+    Row("version", "--version", "Zarvela", "");
+    Row("unknown switch", "--what", "", "--what");
+  }
+  void Terminal() {
+    QFETCH(QString, argument);
+    QFETCH(QString, said);
+    QFETCH(QString, told);
+    qputenv("QT_QPA_PLATFORM", "no-such-platform");
+    QProcess process;
+    process.start(program, {argument});
+    QVERIFY(process.waitForFinished(Soon));
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QVERIFY(QString::fromLocal8Bit(process.readAllStandardOutput()).contains(said));
+    QVERIFY(QString::fromLocal8Bit(process.readAllStandardError()).contains(told));
+    QCOMPARE(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0, told.isEmpty());
+  }
+
   void OpensFile_data() {
     Columns<QString, QString>("name", "contents");  // %1: the address to come to
     // A name with everything that an address would read as something else.

@@ -44,6 +44,7 @@ class TestStartRules final : public QObject {
     Row("--undef", QStringList{"--undef"}, true, false, "");
     Row("--uninstall", QStringList{"--uninstall"}, true, false, "");
     Row("--new", QStringList{"--new"}, false, true, "");
+    Row("unknown switch", QStringList{"--what"}, false, false, "--what");
     Row("a switch counts in its own case only", QStringList{"--NEW"}, false, false, "--NEW");
     Row("two arguments mean nothing", QStringList{"--new", address}, false, false, "");
   }

@@ -1,5 +1,6 @@
 #include <memory>
 #include <QAbstractItemView>
+#include <QClipboard>
 #include <QDropEvent>
 #include <QMimeData>
 #include <QPushButton>
@@ -49,6 +50,24 @@ class TestAddressBar final : public QObject {
     for (const auto &call : opened) texts.append(call.at(0).toString());
     QTEST(texts, "opened");
     if (!opened.isEmpty()) QTEST(opened.at(0).at(1).toBool(), "newTab");
+  }
+
+  void Scripts_data() {
+    Columns<QString, QString, QString>("before", "pasted", "text");
+    Row("alone", "", " javascript:JavaScript: alert(1)", "alert(1)");
+    Row("over a longer text", "http://page.example/with/a/long/path", "javascript:a", "a");
+    Row("not at the start", "", "see javascript:a", "see javascript:a");
+    Row("behind what was typed", "javascript:", "alert(1)", "javascript:alert(1)");
+  }
+  void Scripts() {
+    QFETCH(QString, before);
+    QFETCH(QString, pasted);
+    m_f->Make();
+    m_f->Type(before);
+    if (before.startsWith("http")) m_f->Edit()->selectAll();
+    QApplication::clipboard()->setText(pasted);
+    m_f->Edit()->paste();
+    QTEST(m_f->Edit()->text(), "text");
   }
 
   void EscapeAndLeaving() {

@@ -53,6 +53,12 @@ class TestAddressOpening final : public QObject {
     QCOMPARE(m_f.tabs->TabCount(), 4);
   }
 
+  void PageSource() {
+    Make();
+    m_box.Enter("view-source:" + m_f.server.Url("/a"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_box.Entries(), QStringList("view-source:" + m_f.server.Url("/a")), m_f.LoadTime);
+  }
+
   // What goes into the list is the engine's own spelling, not the typed one.
   void FiledAsOpened() {
     Make();

@@ -106,6 +106,19 @@ class TestMainWindow final : public QObject {
     QTRY_COMPARE_WITH_TIMEOUT(shown, QStringLiteral("ar-AE rtl"), m_f.LoadTime);
   }
 
+  // Words that are no address can be searched for by the first quick search that works, which is what Enter chooses.
+  void WordsAreSearchedFor() {
+    TZVOptions(*m_f.store).SetQuickSearchEntries({{u"bad"_s, u"%d"_s}, {u"f"_s, m_f.server.Url(u"/p2?q=%s"_s)}});
+    m_f.Open();
+    // Only words are.
+    for (const QString &typed : {u"http://"_s, u"two words"_s}) {
+      Type(typed);
+      QTRY_COMPARE(Active()->Load(), TLoad::Failed);
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(Active()->GetLocationUrl().endsWith(u"/p2?q=two%20words"_s), m_f.LoadTime);
+  }
+
   void ListFollowsTabs() {
     TZVOptions options(*m_f.store);
     Load(u"/p0"_s);

@@ -252,6 +252,13 @@ class TestTabs final : public QObject, private TTabsFixture {
     QTRY_COMPARE(tabs->Tab(1)->Title(), u"Page B"_s);
   }
 
+  void HostileTitle() {
+    TBrowserTab *tab = tabs->GetActivePage();
+    tab->SetCaption(u"a\tb\u202Ec\nd"_s);
+    QCOMPARE(tab->Title(), u"a b c d"_s);
+    QCOMPARE(pages->PageCaption(tab), u"a b c d"_s);
+  }
+
   void CloseAll_data() {
     Columns<int, QStringList>("spared", "left");
     QTest::newRow("nothing spared") << -1 << QStringList{""};

@@ -1,7 +1,12 @@
 #include "app/module/program_module.h"
 
 #include "app/program_entry.h"
+#include "app/terminal_help.h"
 
 int ZarvelaRun(int argc, char **argv, TInstanceLock *lock) {
   return RunProgram(argc, argv, *lock);
+}
+
+void ZarvelaTell(int argc, char **argv) {
+  TellOnTerminal(argc, argv);
 }

@@ -14,6 +14,7 @@
 #include "browser/engine/page_probe.h"
 #include "browser/engine/page_saving.h"
 #include "browser/engine/page_stack.h"
+#include "browser/engine/policy.h"
 #include "browser/engine/zoom_table.h"
 #include "browser/page/page_menu.h"
 #include "browser/page/page_prompts.h"
@@ -454,7 +455,8 @@ void THalvexBrowser::ShowLoadFailure(const TLoadFailure &failure) {
 void THalvexBrowser::ShowLocalFailure(const TAddress &address, const QString &text) {
   Trigger(m_page, QWebEnginePage::Stop);
   m_blank = false;
-  m_stack->ShowLocalFailure(address, text);
+  const bool isWords = address.Kind() == TAddress::TKind::Invalid && !address.Text().contains(QLatin1String("://"));
+  m_stack->ShowLocalFailure(address, text, isWords ? m_engine.Policy().SearchFor(address.Text()) : TWordSearch());
   const QString shown = m_stack->FailedText();
   Q_EMIT AddressChanged(shown);
   Q_EMIT TitleChanged(shown);
@@ -462,7 +464,9 @@ void THalvexBrowser::ShowLocalFailure(const TAddress &address, const QString &te
 }
 
 void THalvexBrowser::OnNoticePrimary() {
-  if (m_stack->Notice() != TPageStack::TNotice::Certificate) {
+  if (m_stack->Notice() == TPageStack::TNotice::LocalError && !m_stack->SearchAddress().isEmpty()) {
+    Navigate(TAddress(m_stack->SearchAddress()));
+  } else if (m_stack->Notice() != TPageStack::TNotice::Certificate) {
     Refresh();
   } else if (CanGoBack()) {
     GoBack();
@@ -472,8 +476,7 @@ void THalvexBrowser::OnNoticePrimary() {
 }
 
 void THalvexBrowser::OnNoticeSecondary() {
-  if (m_stack->Notice() != TPageStack::TNotice::Certificate) return;
-  m_engine.AcceptCertificateErrors(m_stack->BlockedHost());
+  if (m_stack->Notice() == TPageStack::TNotice::Certificate) m_engine.AcceptCertificateErrors(m_stack->BlockedHost());
   Refresh();
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "browser/engine/load_failure.h"
+#include "browser/engine/policy.h"
 #include "browser/page/page_notice.h"
 #include "config/language.h"
 #include "ui/shown_address.h"
@@ -84,12 +85,17 @@ void TPageStack::ShowCertificateProblem(const TCertificateProblem &problem, cons
   ShowNotice(TNotice::Certificate, text);
 }
 
-void TPageStack::ShowLocalFailure(const TAddress &address, const QString &text) {
+void TPageStack::ShowLocalFailure(const TAddress &address, const QString &text, const TWordSearch &search) {
   m_failedAddress = address;
-  ShowNotice(TNotice::LocalError, {.title = m_language.Text("PAGES", "ErrorTitle"),
-                                   .text = text,
-                                   .address = FailedText(),
-                                   .primary = m_language.Text("PAGES", "TryAgain")});
+  m_searchAddress = search.address;
+  TPageNoticeText notice{.title = m_language.Text("PAGES", "ErrorTitle"),
+                         .text = text,
+                         .address = FailedText(),
+                         .primary = m_language.Text("PAGES", "TryAgain")};
+  if (!m_searchAddress.isEmpty()) {
+    notice.secondary = std::exchange(notice.primary, m_language.Text("PAGES", "SearchInstead").arg(search.name));
+  }
+  ShowNotice(TNotice::LocalError, notice);
 }
 
 void TPageStack::ShowWrittenWindow(const TAddress &address) {

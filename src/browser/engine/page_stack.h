@@ -5,6 +5,7 @@
 #include "browser/engine/address.h"
 
 class TLanguage;
+struct TWordSearch;
 class TPageNotice;
 struct TCertificateProblem;
 struct TLoadFailure;
@@ -36,7 +37,9 @@ class TPageStack final : public QStackedWidget {
   void ShowLoadFailure(const TLoadFailure &failure);
   void ShowCertificateProblem(const TCertificateProblem &problem, const QUrl &page);
   void ShowCrash(const QUrl &page);
-  void ShowLocalFailure(const TAddress &address, const QString &text);
+  // Where there is a search for what is no address, that is offered first.
+  void ShowLocalFailure(const TAddress &address, const QString &text, const TWordSearch &search);
+  [[nodiscard]] const QString &SearchAddress() const { return m_searchAddress; }
   // Another page wrote into the window before it had a page of its own; `address` is what can be opened instead.
   void ShowWrittenWindow(const TAddress &address);
   void HideNotice();
@@ -63,4 +66,5 @@ class TPageStack final : public QStackedWidget {
   TNotice m_notice = TNotice::None;
   TAddress m_failedAddress;
   QString m_blockedHost;
+  QString m_searchAddress;  // what the notice offers; empty where it offers none
 };

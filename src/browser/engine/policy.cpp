@@ -16,6 +16,10 @@ bool TPolicy::IsPopup(const QString & /*address*/) {
   return false;
 }
 
+TWordSearch TPolicy::SearchFor(const QString & /*words*/) const {
+  return {};
+}
+
 QString TPolicy::UserAgentToken() const {
   return {};
 }

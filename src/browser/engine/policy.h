@@ -34,6 +34,12 @@ struct TCookie {
   TLifetime lifetime = TLifetime::NotTold;
 };
 
+// Where the words that somebody typed in place of an address can be searched for.
+struct TWordSearch {
+  QString name{};     // as the user calls it
+  QString address{};  // with the words in it; empty where there is no such search
+};
+
 // What pages ask at each navigation, request, cookie and new window. The floors above answer; what they leave open is
 // allowed. Answers are asked for inside the engine's own events: they come at once and never run an event loop.
 class TPolicy {
@@ -49,6 +55,8 @@ class TPolicy {
   [[nodiscard]] virtual TSecurityZone ZoneOf(const QString &address) const;
   // True to stop the window that a page has asked for. Asked once, of its first real address.
   [[nodiscard]] virtual bool IsPopup(const QString &address);
+  // Asked for a text that is no address.
+  [[nodiscard]] virtual TWordSearch SearchFor(const QString &words) const;
   // What is put behind the engine's own user agent, for all pages; empty for nothing.
   [[nodiscard]] virtual QString UserAgentToken() const;
 

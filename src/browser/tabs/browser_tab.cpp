@@ -13,6 +13,7 @@
 #include "config/language.h"
 #include "config/settings.h"
 #include "ui/input_box.h"
+#include "ui/shown_text.h"
 
 namespace {
 
@@ -246,7 +247,8 @@ QString TBrowserTab::ListCaption() const {
   return name.size() > LongestListCaption ? name.left(LongestListCaption) + QChar(0x2026) : name;
 }
 
-void TBrowserTab::SetCaption(const QString &title) {
+void TBrowserTab::SetCaption(const QString &given) {
+  const QString title = OneLine(given);
   const bool isNew = m_title != title;
   m_title = title;
   const QString caption = TabCaption(title, m_stickyName, m_environment.settings.Get(Setting::LimitTitleLength),
@@ -265,13 +267,16 @@ void TBrowserTab::SetStickyName(const QString &name) {
 
 void TBrowserTab::AskStickyName() {
   if (!m_browser) return;
-  const QString title = GetLocationName();
+  const QString title = OneLine(GetLocationName());
+  // The engine calls a page without a title by its address, with or without the scheme.
+  const QString address = GetLocationUrl();
+  const bool isUntitled = title == address || title == address.section(QLatin1String("://"), 1);
   const TLanguage &language = m_environment.language;
   const QPointer<TBrowserTab> self(this);
   const auto name = AskText(window(), language,
                             {.caption = language.Global("StickyNameTitle"),
                              .prompt = language.Global("StickyNamePrompt"),
-                             .text = title == GetLocationUrl() ? QString() : title,
+                             .text = isUntitled ? QString() : title,
                              .width = StickyNameWidth});
   if (name && self) SetStickyName(*name);
 }
