@@ -411,8 +411,11 @@ bool TRegistryStore::IsReadable() const {
 bool TRegistryStore::HasMissedReads() const {
   return d->missedReads;
 }
+bool TRegistryStore::IsWaiting() const {
+  return !d->waiting.isEmpty();
+}
 bool TRegistryStore::IsRefused() const {
-  return !d->waiting.isEmpty() && d->writeState == TState::Refused;
+  return IsWaiting() && d->writeState == TState::Refused;
 }
 
 bool TRegistryStore::Flush(int milliseconds) {

@@ -61,7 +61,9 @@ class TRegistryStore final {
   // True once a read of this object could not look into the file: who has taken that for an answer must not write what
   // he made of it.
   [[nodiscard]] bool HasMissedReads() const;
-  // True while changes wait because the disk refuses them.
+  // True while changes wait to be written.
+  [[nodiscard]] bool IsWaiting() const;
+  // True while they wait because the disk refuses them.
   [[nodiscard]] bool IsRefused() const;
   // Is called, from within the call that finds it out, when the store was set aside or fell back to memory after it was
   // opened, and when the disk begins to refuse what is to be written. It must not use the store.

@@ -81,7 +81,7 @@ class TestStart final : public QObject, private TProgramFixture {
     TZVOptions options(*busy);
     sites.prepend({u"url%1"_s.arg(Count + 1), added});
     QDeadlineTimer deadline(60000);
-    for (int i = 0; (Requests(20) == 0 || options.LastOpenSites().size() <= Count) && !deadline.hasExpired(); ++i) {
+    for (int i = 0; (Requests(20) == 0 || options.LastOpenSites()->size() <= Count) && !deadline.hasExpired(); ++i) {
       options.Set(Setting::LimitTitleLength, 30 + i % 20);
       QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
     }
