@@ -24,21 +24,32 @@ bool MayRunBeside(const QStringList &arguments) {
   return ReadCommandLine(arguments, store).forceNewInstance;
 }
 
-// True when this process has to run; otherwise another instance has got, or did not want, what it was started with.
-bool HasToRun(const QStringList &arguments, TInstanceLock &lock) {
-  if (ReadArguments(arguments).action == TCommandLine::TAction::Unregister) return true;
-  if (lock.CreateInstanceMutex() || !lock.IsUsable() || MayRunBeside(arguments)) return true;
-  return HandOffCommandLine(lock, arguments) == THandOff::BecameFirst;
+enum class TStart { Run, Ask, End };
+
+// Whether this process has to run, or another instance has got what it was started with. The user decides where another
+// one is in the way and does not answer.
+TStart Decide(const QStringList &arguments, TInstanceLock &lock) {
+  if (ReadArguments(arguments).action == TCommandLine::TAction::Unregister) return TStart::Run;
+  if (lock.CreateInstanceMutex() || !lock.IsUsable() || MayRunBeside(arguments)) return TStart::Run;
+  switch (HandOffCommandLine(lock, arguments)) {
+    case THandOff::BecameFirst:
+      return TStart::Run;
+    case THandOff::Nobody:
+      return TStart::Ask;
+    case THandOff::Delivered:
+      break;
+  }
+  return TStart::End;
 }
 
-int RunModule(int argc, char **argv, TInstanceLock &lock) {
+int RunModule(int argc, char **argv, TInstanceLock &lock, bool ask) {
   const QString folder = QFileInfo(QFile::symLinkTarget(QStringLiteral("/proc/self/exe"))).path();
   for (const char *place : ModulePlaces) {
     const QString path = folder + QLatin1String(place);
     if (!QFileInfo::exists(path)) continue;
     void *module = ::dlopen(QFile::encodeName(path).constData(), RTLD_LAZY | RTLD_GLOBAL);
     void *run = module != nullptr ? ::dlsym(module, ZarvelaRunName) : nullptr;
-    if (run != nullptr) return reinterpret_cast<TZarvelaRun *>(run)(argc, argv, &lock);
+    if (run != nullptr) return reinterpret_cast<TZarvelaRun *>(run)(argc, argv, &lock, ask);
     std::fprintf(stderr, "%s: %s\n", argv[0], ::dlerror());
     return 1;
   }
@@ -50,5 +61,6 @@ int RunModule(int argc, char **argv, TInstanceLock &lock) {
 
 int main(int argc, char **argv) {
   TInstanceLock lock;
-  return HasToRun(Arguments(argc, argv), lock) ? RunModule(argc, argv, lock) : 0;
+  const TStart start = Decide(Arguments(argc, argv), lock);
+  return start != TStart::End ? RunModule(argc, argv, lock, start == TStart::Ask) : 0;
 }

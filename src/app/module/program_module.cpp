@@ -2,6 +2,6 @@
 
 #include "app/program_entry.h"
 
-int ZarvelaRun(int argc, char **argv, TInstanceLock *lock) {
-  return RunProgram(argc, argv, *lock);
+int ZarvelaRun(int argc, char **argv, TInstanceLock *lock, bool ask) {
+  return RunProgram(argc, argv, *lock, ask);
 }
