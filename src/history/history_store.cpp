@@ -43,9 +43,10 @@ constexpr const char *Tables = R"(
 
 constexpr const char *Queries[] = {"SELECT id, address, title, first, last, count, words FROM visits LIMIT 1"};
 constexpr TStoreFile::TSchema Schema{1, Tables, Queries};
-// The writer may wait a little for another process, but must be able to end; readers are called while somebody types.
+// The writer may wait a little for another process, but must be able to end; readers are called many times
+// while somebody types.
 constexpr TStoreFile::TPatience WriterPatience{.first = 250, .usual = 250};
-constexpr TStoreFile::TPatience ReaderPatience{.first = 50, .usual = 50};
+constexpr TStoreFile::TPatience ReaderPatience{.first = 50, .usual = 3};
 
 constexpr qsizetype LongestAddress = 8192;
 constexpr qsizetype LongestTitle = 1024;

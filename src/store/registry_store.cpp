@@ -405,9 +405,6 @@ void TRegistryStore::SetTroubleHandler(std::function<void()> handler) {
   d->onTrouble = std::move(handler);
 }
 
-bool TRegistryStore::IsReadable() const {
-  return d->StoredKeyExists(TRegistryHive::CurrentUser, TKeyPath({})).has_value();
-}
 bool TRegistryStore::HasMissedReads() const {
   return d->missedReads;
 }

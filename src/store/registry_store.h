@@ -55,11 +55,9 @@ class TRegistryStore final {
   [[nodiscard]] bool IsWritable() const;
   // True when no file could be used: writes succeed, but only for as long as this object lives.
   [[nodiscard]] bool IsInMemory() const;
-  // False while the file cannot be looked into, since another process keeps it locked. What a read gives then is not
-  // known, which is not the same as absent.
-  [[nodiscard]] bool IsReadable() const;
-  // True once a read of this object could not look into the file: who has taken that for an answer must not write what
-  // he made of it.
+  // True once a read of this object could not look into the file, since another process kept it locked. What such a
+  // read gives is not known, which is not the same as absent; who has taken it for an answer must not write what he
+  // made of it.
   [[nodiscard]] bool HasMissedReads() const;
   // True while changes wait to be written.
   [[nodiscard]] bool IsWaiting() const;

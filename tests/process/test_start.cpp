@@ -99,9 +99,9 @@ class TestStart final : public QObject, private TProgramFixture {
       QTRY_COMPARE_WITH_TIMEOUT(Requests(more), 1, Soon);
       // It has also taken the place that the killed one had.
       HandsOver(more + 10);
-      QTRY_COMPARE_WITH_TIMEOUT(options.LastOpenSites().size(), sites.size() + 2, Soon);
+      QTRY_COMPARE_WITH_TIMEOUT(options.LastOpenSites()->size(), sites.size() + 2, Soon);
       QVERIFY(server.Requests().size() < 10);
-      sites = options.LastOpenSites();
+      sites = *options.LastOpenSites();
       program->kill();
       QVERIFY(program->waitForFinished());
     }

@@ -302,7 +302,7 @@ class TTestRegistryStore final : public QObject {
     // It was waited for once; from then on nothing waits long.
     QElapsedTimer timer;
     timer.start();
-    QVERIFY(!store.IsReadable() && !store.KnownValues(User, Key) && !store.KnownKeyExists(User, Key));
+    QVERIFY(!store.HasMissedReads() && !store.KnownValues(User, Key) && !store.KnownKeyExists(User, Key));
     QVERIFY(store.Write(User, Key, "a", "1"));
     QVERIFY(timer.elapsed() < 500);
     // What is written here is known here; what others have written is not.
@@ -312,7 +312,7 @@ class TTestRegistryStore final : public QObject {
     QCOMPARE(Names(store, Key), QStringList{"b=2"});
     QVERIFY(!store.Flush(50));
     lock.reset();
-    QVERIFY(store.Flush(0) && store.IsReadable());
+    QVERIFY(store.Flush(0) && store.KnownValues(User, Key) && store.HasMissedReads());
     QCOMPARE(Names(TRegistryStore(m_path), Key), QStringList{"b=2"});
   }
 
@@ -400,6 +400,19 @@ class TTestRegistryStore final : public QObject {
     QTRY_VERIFY(!store.IsRefused());
     QCOMPARE(TRegistryStore(m_path).Values(User, R"(Software\List)"), list);
     QCOMPARE(TRegistryStore(m_path).Read(User, Key, "a"), "new");
+  }
+
+  void AFullDiskAtTheStartIsSatOut() {
+    MakeStore(m_path, 3);
+    auto limit = std::make_unique<TSmallFiles>(1000);
+    TRegistryStore store(m_path);
+    QVERIFY(store.IsWritable() && !store.IsInMemory());
+    QCOMPARE(store.Values(User, Key).size(), 3);
+    QVERIFY(store.Write(User, Key, "late", "1") && store.IsRefused());
+    QCOMPARE(store.Values(User, Key).size(), 4);
+    limit.reset();
+    QTRY_VERIFY(!store.IsWaiting());
+    QCOMPARE(TRegistryStore(m_path).Read(User, Key, "late"), "1");
   }
 
   void WhatCannotBeWrittenIsReadAndWhatCannotBeReadIsForgotten() {

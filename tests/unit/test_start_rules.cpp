@@ -130,7 +130,7 @@ class TestStartRules final : public QObject {
     QVERIFY(first.Write({tab("http://first/")}, 1));
     QVERIFY(second.Write({tab("http://second/")}, 1));
     QVERIFY(first.Write({tab("http://first/"), tab("http://more/", 2)}, 1));
-    QCOMPARE(TZVOptions(*m_store).LastOpenSites().last().name, QString("url1"));
+    QCOMPARE(TZVOptions(*m_store).LastOpenSites()->last().name, QString("url1"));
     // The one that runs on keeps its tabs to itself.
     QCOMPARE(AddressesOf(TKeptTabs(*m_store, 1, runs).Take()), (QStringList{"http://first/", "http://more/"}));
     secondRuns = false;
