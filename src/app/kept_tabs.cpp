@@ -75,7 +75,8 @@ bool TKeptTabs::IsLeft(int window) const {
 
 QList<int> TKeptTabs::WindowsWithTabs() const {
   QList<int> windows;
-  for (const TNamedAddress &site : TZVOptions(m_store).LastOpenSites()) windows.append(WindowOf(site));
+  const TNamedAddresses sites = TZVOptions(m_store).LastOpenSites().value_or(TNamedAddresses());
+  for (const TNamedAddress &site : sites) windows.append(WindowOf(site));
   for (const QString &key : m_store.Subkeys(Hive, QLatin1String(RegistryKey::OpenTabs))) windows.append(key.toInt());
   std::ranges::sort(windows);
   windows.erase(std::unique(windows.begin(), windows.end()), windows.end());
@@ -84,7 +85,7 @@ QList<int> TKeptTabs::WindowsWithTabs() const {
 
 QList<TKeptTabs::TKeptTab> TKeptTabs::Take() {
   QList<TKeptTab> tabs;
-  const TNamedAddresses sites = TZVOptions(m_store).LastOpenSites();
+  const TNamedAddresses sites = TZVOptions(m_store).LastOpenSites().value_or(TNamedAddresses());
   for (const int window : WindowsWithTabs()) {
     if (!IsLeft(window)) continue;
     m_taken.append(window);
@@ -125,16 +126,17 @@ bool TKeptTabs::Write(const QList<TOpenTab> &tabs, quint64 front) {
 
 bool TKeptTabs::WriteAddresses(const TNamedAddresses &own) {
   if (m_hasWritten && own == m_addresses) return true;
-  TZVOptions options(m_store);
-  // Read from the end, the windows come in the order of their numbers.
-  TNamedAddresses sites;
-  TNamedAddresses before;
-  for (const TNamedAddress &site : options.LastOpenSites()) {
-    const int window = WindowOf(site);
-    if (window == m_window || m_taken.contains(window)) continue;
-    (window < m_window ? before : sites).append(site);
-  }
-  return options.SetLastOpenSites(sites + own + before);
+  return TZVOptions(m_store).EditLastOpenSites([own, self = m_window, taken = m_taken](const TNamedAddresses &known) {
+    // Read from the end, the windows come in the order of their numbers.
+    TNamedAddresses sites;
+    TNamedAddresses before;
+    for (const TNamedAddress &site : known) {
+      const int window = WindowOf(site);
+      if (window == self || taken.contains(window)) continue;
+      (window < self ? before : sites).append(site);
+    }
+    return sites + own + before;
+  });
 }
 
 bool TKeptTabs::WriteRecords(const QList<TOpenTab> &tabs, const QString &order, quint64 front) {
@@ -171,9 +173,10 @@ bool TKeptTabs::Clear() {
   }
   m_hasWritten = false;
   return m_store.InTransaction([&] {
-    TZVOptions options(m_store);
-    TNamedAddresses sites = options.LastOpenSites();
-    sites.removeIf([&](const TNamedAddress &site) { return left.contains(WindowOf(site)); });
-    return options.SetLastOpenSites(sites) && WithoutWindows(left) && m_store.DeleteKey(Hive, KeyOf(m_window));
+    const bool isLeft = TZVOptions(m_store).EditLastOpenSites([left](TNamedAddresses sites) {
+      sites.removeIf([&left](const TNamedAddress &site) { return left.contains(WindowOf(site)); });
+      return sites;
+    });
+    return isLeft && WithoutWindows(left) && m_store.DeleteKey(Hive, KeyOf(m_window));
   });
 }

@@ -18,7 +18,10 @@ TLastOpenSites::TLastOpenSites(TTabStrip &tabs, TRegistryStore &store, int windo
     : QObject(parent), m_tabs(tabs), m_store(store), m_kept(store, window, &TProfileFolder::IsInUse) {
   for (QTimer *timer : {&m_delay, &m_calm}) {
     timer->setSingleShot(true);
-    connect(timer, &QTimer::timeout, this, &TLastOpenSites::Write);
+    connect(timer, &QTimer::timeout, this, [this] {
+      // What waits already must not gather.
+      m_store.IsWaiting() ? m_delay.start() : Write();
+    });
   }
   m_delay.setInterval(FollowDelay);
   m_calm.setInterval(CalmDelay);
@@ -40,6 +43,10 @@ QList<TKeptTabs::TOpenTab> TLastOpenSites::OpenTabs() const {
     open.append(std::move(kept));
   }
   return open;
+}
+
+void TLastOpenSites::Begin() {
+  m_mayWrite = !m_store.HasMissedReads();
 }
 
 void TLastOpenSites::Follow() {
@@ -73,6 +80,7 @@ void TLastOpenSites::StopFollowing() {
 }
 
 void TLastOpenSites::Write() {
+  if (!m_mayWrite) return;
   const QList<TKeptTabs::TOpenTab> tabs = OpenTabs();
   const TBrowserTab *front = m_tabs.GetActivePage();
   const bool isWritten = m_kept.Write(tabs, front != nullptr ? front->Id() : 0);
@@ -81,6 +89,10 @@ void TLastOpenSites::Write() {
     for (const TKeptTabs::TOpenTab &tab : tabs) m_addresses.insert(tab.id, tab.address);
     m_changed.clear();
   } else if (m_store.IsWritable()) {
-    m_delay.start();  // The store was busy for long; what is kept must not stay behind the tabs.
+    m_delay.start();  // What is kept must not stay behind the tabs.
   }
+}
+
+void TLastOpenSites::Clear() {
+  if (!m_store.HasMissedReads()) m_kept.Clear();
 }

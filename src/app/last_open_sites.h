@@ -11,6 +11,7 @@ class TTabStrip;
 
 // Keeps the open tabs for a start in mode "Last". They are written when the window closes; and while the program runs
 // in that mode they are followed, so that even a killed program finds all of them again, as they were.
+// Where the start could not read the store its pages were not opened, and what is kept stays as it is.
 class TLastOpenSites final : public QObject {
   Q_OBJECT
 
@@ -21,13 +22,15 @@ class TLastOpenSites final : public QObject {
   // What the windows that are gone have left, in the order in which it is opened at start.
   [[nodiscard]] QList<TKeptTabs::TKeptTab> Take() { return m_kept.Take(); }
 
+  // The pages of the start are there: from now on the list may be written.
+  void Begin();
   // Begins to follow the tabs; nothing is written before (a half-restored strip would overwrite the list).
   void Follow();
   void StopFollowing();
   // Writes what has changed, at once.
   void Write();
   // Leaves nothing, as every mode but "Last" does.
-  void Clear() { m_kept.Clear(); }
+  void Clear();
 
  private:
   void WriteSoon();
@@ -36,6 +39,7 @@ class TLastOpenSites final : public QObject {
   TTabStrip &m_tabs;
   TRegistryStore &m_store;
   TKeptTabs m_kept;
+  bool m_mayWrite = false;
   QTimer m_delay;
   QTimer m_calm;                        // for what changes without end, as by scrolling
   QSet<quint64> m_changed;              // the ids of tabs that are to be told anew

@@ -24,11 +24,22 @@ bool MayRunBeside(const QStringList &arguments) {
   return ReadCommandLine(arguments, store).forceNewInstance;
 }
 
-// True when this process has to run; otherwise another instance has got, or did not want, what it was started with.
-bool HasToRun(const QStringList &arguments, TInstanceLock &lock) {
-  if (ReadArguments(arguments).action == TCommandLine::TAction::Unregister) return true;
-  if (lock.CreateInstanceMutex() || !lock.IsUsable() || MayRunBeside(arguments)) return true;
-  return HandOffCommandLine(lock, arguments) == THandOff::BecameFirst;
+enum class TStart { Run, Ask, End };
+
+// Whether this process has to run, or another instance has got what it was started with. The user decides where another
+// one is in the way and does not answer.
+TStart Decide(const QStringList &arguments, TInstanceLock &lock) {
+  if (ReadArguments(arguments).action == TCommandLine::TAction::Unregister) return TStart::Run;
+  if (lock.CreateInstanceMutex() || !lock.IsUsable() || MayRunBeside(arguments)) return TStart::Run;
+  switch (HandOffCommandLine(lock, arguments)) {
+    case THandOff::BecameFirst:
+      return TStart::Run;
+    case THandOff::Nobody:
+      return TStart::Ask;
+    case THandOff::Delivered:
+      break;
+  }
+  return TStart::End;
 }
 
 // A function of the module; tells on the terminal why there is none.
@@ -46,9 +57,9 @@ void *FromModule(const char *name, const char *program) {
   return nullptr;
 }
 
-int RunModule(int argc, char **argv, TInstanceLock &lock) {
+int RunModule(int argc, char **argv, TInstanceLock &lock, bool ask) {
   void *run = FromModule(ZarvelaRunName, argv[0]);
-  return run != nullptr ? reinterpret_cast<TZarvelaRun *>(run)(argc, argv, &lock) : 1;
+  return run != nullptr ? reinterpret_cast<TZarvelaRun *>(run)(argc, argv, &lock, ask) : 1;
 }
 
 }  // namespace
@@ -63,5 +74,6 @@ int main(int argc, char **argv) {
     if (entry.action != TCommandLine::TAction::Run) return 0;
   }
   TInstanceLock lock;
-  return HasToRun(arguments, lock) ? RunModule(argc, argv, lock) : 0;
+  const TStart start = Decide(arguments, lock);
+  return start != TStart::End ? RunModule(argc, argv, lock, start == TStart::Ask) : 0;
 }

@@ -15,6 +15,7 @@
 namespace {
 
 constexpr int DelayedStartInterval = 1;  // milliseconds
+constexpr int EndPatience = 5000;
 constexpr QSize SmallestSize(320, 240);  // pixels
 
 }  // namespace
@@ -129,6 +130,9 @@ void TfrmMain::FormDestroy() {
   m_storeNotice.reset();
   m_loadCoolbar.stop();
   m_modules->Save();
+  hide();
+  const QStringList unwritten = m_modules->Unwritten(EndPatience);
   m_modules.reset();
+  if (!unwritten.isEmpty()) TellUnwritten(m_language, unwritten);
   DialogGate::Open();
 }

@@ -1,5 +1,6 @@
 #include "app/modules.h"
 
+#include <QDeadlineTimer>
 #include <QMainWindow>
 
 #include "app/delayed_start.h"
@@ -104,4 +105,13 @@ void TModules::Write() {
   });
   popups.Save();
   address->SaveTypedAddresses();
+}
+
+QStringList TModules::Unwritten(int milliseconds) {
+  const QDeadlineTimer deadline(milliseconds);
+  QStringList unwritten;
+  // The history's own thread goes on meanwhile.
+  if (!settings.Store().Flush(milliseconds)) unwritten << environment.language.Text("MAIN", "UnwrittenSettings");
+  if (!history.Flush(int(deadline.remainingTime()))) unwritten << environment.language.Text("MAIN", "UnwrittenHistory");
+  return unwritten;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 #include "actions/actions.h"
 #include "app/browsing_policy.h"
@@ -53,6 +53,8 @@ class TModules final {
   void Write();
   // The same as the last thing, and ends what runs on its own.
   void Save();
+  // What of that is not on the disk after so many milliseconds, told in the user's language; empty when all is.
+  [[nodiscard]] QStringList Unwritten(int milliseconds);
   // Opens the first pages; once, a moment after the window is up. `argument` is this process's own.
   void OpenFirstPages(const QString &argument);
 

@@ -3,8 +3,10 @@
 #include <QApplication>
 #include <QIcon>
 
+#include "app/beside_question.h"
 #include "app/main_window.h"
 #include "browser/engine/engine.h"
+#include "config/language.h"
 #include "config/shell_association.h"
 #include "platform/instance_channel.h"
 #include "platform/program_folders.h"
@@ -19,21 +21,29 @@ void SetNames() {
   QApplication::setDesktopFileName(QStringLiteral("zarvela"));
 }
 
+bool MayRunBeside(TRegistryStore &store) {
+  TZVOptions options(store);
+  TLanguage language;
+  language.Load(options);
+  QApplication::setLayoutDirection(language.Direction());
+  return AskRunBeside(language);
+}
+
 }  // namespace
 
-int RunProgram(int argc, char **argv, TInstanceLock &lock) {
+int RunProgram(int argc, char **argv, TInstanceLock &lock, bool ask) {
   TRegistryStore store(ProgramFolders::RegistryFile());
   const TCommandLine entry = ReadArguments(Arguments(argc, argv));
   if (entry.action == TCommandLine::TAction::Unregister) {
     TShellAssociation(store).SetAll(false);
     return 0;
   }
-  if (!entry.argument.isEmpty()) TZVOptions(store).Set(Setting::CommandLine, entry.argument);
-
   SetNames();
   TEngine::RegisterSchemes();
   QApplication application(argc, argv);
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/zarvela.svg")));
+  if (ask && !MayRunBeside(store)) return 0;
+  if (!entry.argument.isEmpty()) TZVOptions(store).Set(Setting::CommandLine, entry.argument);
   TfrmMain window(store, entry.argument);
   const TTerminationSignals signalsToEnd;
   QObject::connect(&signalsToEnd, &TTerminationSignals::EndRequested, &window, &TfrmMain::CloseWithoutAsking);

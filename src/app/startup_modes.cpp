@@ -37,6 +37,7 @@ bool TStartupModes::IsLast() const {
 }
 
 void TStartupModes::FollowPages() {
+  m_lastSites.Begin();
   m_settings.Apply(Setting::StartupMode, this, [this] { KeepPages(); });
 }
 

@@ -1,10 +1,15 @@
 #include "app/store_notice.h"
 
+#include <cstdio>
+#include <QApplication>
 #include <QFileInfo>
 #include <QWidget>
+#include <utility>
 
 #include "config/language.h"
 #include "store/registry_store.h"
+#include "ui/confirm_dialog.h"
+#include "ui/dialog_gate.h"
 #include "ui/message_box.h"
 
 TStoreNotice::TStoreNotice(QWidget *window, TRegistryStore &store, const TLanguage &language)
@@ -16,15 +21,34 @@ TStoreNotice::~TStoreNotice() {
 
 void TStoreNotice::Begin() {
   Tell();
+  if (m_store.HasMissedReads()) Show(m_language.Text("MAIN", "StoreNotRead"));
   // The store is in the middle of a call then.
   m_store.SetTroubleHandler([this] { QMetaObject::invokeMethod(this, &TStoreNotice::Tell, Qt::QueuedConnection); });
 }
 
 void TStoreNotice::Tell() {
-  if (!m_store.SetAsideFile().isEmpty()) {
-    const QString name = QFileInfo(m_store.SetAsideFile()).fileName();
-    ShowWarning(m_window, m_language, m_language.Text("MAIN", "StoreSetAside").arg(name));
+  if (m_store.IsRefused()) {
+    // Once: a disk that is full by turns must not keep the user busy.
+    if (!std::exchange(m_refusalTold, true)) Show(m_language.Text("MAIN", "StoreRefused"));
+  } else if (!m_store.SetAsideFile().isEmpty()) {
+    Show(m_language.Text("MAIN", "StoreSetAside").arg(QFileInfo(m_store.SetAsideFile()).fileName()));
   } else if (!m_store.IsWritable() || m_store.IsInMemory()) {
-    ShowWarning(m_window, m_language, m_language.Text("MAIN", "StoreNotKept"));
+    Show(m_language.Text("MAIN", "StoreNotKept"));
   }
+}
+
+void TStoreNotice::Show(const QString &text) {
+  ShowWarning(m_window, m_language, text);
+}
+
+void TellUnwritten(const TLanguage &language, const QStringList &unwritten) {
+  const QString text = language.Text("MAIN", "Unwritten");
+  if (DialogGate::IsClosed()) {
+    std::fprintf(stderr, "%s\n%s\n", qUtf8Printable(text), qUtf8Printable(unwritten.join(u'\n')));
+    return;
+  }
+  (void)ShowConfirm(nullptr, {.caption = QApplication::applicationDisplayName(),
+                              .firstLine = text,
+                              .secondText = unwritten.join(u'\n'),
+                              .ok = language.Global("OK")});
 }

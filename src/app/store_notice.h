@@ -1,12 +1,14 @@
 #pragma once
 
 #include <QObject>
+#include <QStringList>
 
 class QWidget;
 class TLanguage;
 class TRegistryStore;
 
-// Tells the user when the settings' file was set aside, or when nothing can be kept in it.
+// Tells the user when the settings' file was set aside, could not be read at the start, or takes nothing for good or
+// for now.
 class TStoreNotice final : public QObject {
   Q_OBJECT
 
@@ -20,8 +22,14 @@ class TStoreNotice final : public QObject {
 
  private:
   void Tell();
+  void Show(const QString &text);
 
   QWidget *m_window;
   TRegistryStore &m_store;
   const TLanguage &m_language;
+  bool m_refusalTold = false;
 };
+
+// At the very end, when the windows are gone: says what could not be written, and waits until the user has seen it.
+// Where nobody is there to see it (see DialogGate) it is left on the standard error output.
+void TellUnwritten(const TLanguage &language, const QStringList &unwritten);

@@ -67,7 +67,7 @@ void TFullScreen::Restore() {
 }
 
 void TFullScreen::Save() {
-  m_settings.Set(Setting::FullScreen, m_on);
+  m_settings.Keep(Setting::FullScreen);
 }
 
 void TFullScreen::ShowPageOnly(TBrowserTab *tab, bool on) {

@@ -60,20 +60,22 @@ void TWindowPlacement::Restore() {
   m_window->resize(placed.size());
   m_window->move(placed.topLeft());
   m_normalBounds = QRect(m_window->pos(), m_window->size());
-  if (m_settings.Get(Setting::Maximized)) m_window->setWindowState(m_window->windowState() | Qt::WindowMaximized);
+  m_restoredBounds = m_normalBounds;
+  m_restoredMaximized = m_settings.Get(Setting::Maximized);
+  if (m_restoredMaximized) m_window->setWindowState(m_window->windowState() | Qt::WindowMaximized);
 }
 
-void TWindowPlacement::Write(const QRect &bounds, TSettings &settings) {
-  settings.Set(Setting::Top, std::max(bounds.top(), 0));
-  settings.Set(Setting::Height, std::max(bounds.height(), 0));
-  settings.Set(Setting::Left, std::max(bounds.left(), 0));
-  settings.Set(Setting::Width, std::max(bounds.width(), 0));
+void TWindowPlacement::Write(const QRect &bounds, TSettings &settings, bool changed) {
+  settings.Leave(Setting::Top, std::max(bounds.top(), 0), changed);
+  settings.Leave(Setting::Height, std::max(bounds.height(), 0), changed);
+  settings.Leave(Setting::Left, std::max(bounds.left(), 0), changed);
+  settings.Leave(Setting::Width, std::max(bounds.width(), 0), changed);
 }
 
 void TWindowPlacement::Save() {
   const bool maximized = !m_fullScreen.IsOn() && m_window->isMaximized();
-  m_settings.Set(Setting::Maximized, maximized);
-  if (!maximized) Write(m_normalBounds, m_settings);
+  m_settings.Leave(Setting::Maximized, maximized, maximized != m_restoredMaximized);
+  if (!maximized) Write(m_normalBounds, m_settings, m_normalBounds != m_restoredBounds);
 }
 
 bool TWindowPlacement::eventFilter(QObject *watched, QEvent *event) {

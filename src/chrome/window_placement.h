@@ -21,12 +21,13 @@ class TWindowPlacement final : public QObject {
   // `bounds`, moved and shrunk so that it can be reached on one of `screens` (their available areas). Bounds that lie
   // well enough on the screens stay as they are.
   [[nodiscard]] static QRect OnScreens(const QRect &bounds, const QList<QRect> &screens);
-  // Negative numbers are written as 0.
-  static void Write(const QRect &bounds, TSettings &settings);
+  // Negative numbers are written as 0. What is not `changed` is written only where nothing is stored yet.
+  static void Write(const QRect &bounds, TSettings &settings, bool changed = true);
 
   // The bounds of the normal window, and whether it is maximised.
   void Restore();
-  // A window that is maximised keeps the last normal placement; one in full screen counts as not maximised.
+  // A window that is maximised keeps the last normal placement; one in full screen counts as not maximised. A placement
+  // that has not changed since the start is not written over the one that another window has left meanwhile.
   void Save();
 
   bool eventFilter(QObject *watched, QEvent *event) override;
@@ -35,5 +36,7 @@ class TWindowPlacement final : public QObject {
   QWidget *m_window;
   const TFullScreen &m_fullScreen;
   TSettings &m_settings;
+  QRect m_restoredBounds;
+  bool m_restoredMaximized = false;
   QRect m_normalBounds;  // of the window when it was last neither maximised nor full screen
 };

@@ -15,6 +15,57 @@ struct TAutoCompleteMode {
 constexpr TAutoCompleteMode AutoCompleteModes[] = {{1, "IE4"}, {2, "IE5"}};
 constexpr const char *NoAutoComplete = "none";
 
+QString TextOf(const TFlagSetting &, bool value) {
+  return value ? QStringLiteral("1") : QStringLiteral("0");
+}
+
+QString TextOf(const TIntegerSetting &setting, int value) {
+  return QString::number(setting.clamp != nullptr ? setting.clamp(value) : value);
+}
+
+bool ComesBefore(const QString &a, const QString &b) {
+  return a.compare(b, Qt::CaseInsensitive) < 0;
+}
+
+QStringList PatternsOf(const QList<TRegistryValue> &values) {
+  QStringList patterns;
+  for (const TRegistryValue &value : values) {
+    // Looked for in the whole line, so that a pattern with another address in its query stays whole where it can. One
+    // that is no address is kept without its value's name: written back it must still be itself.
+    const QString pattern = TNamedAddress{value.name, value.data}.WebAddress();
+    if (!pattern.isEmpty()) patterns.append(pattern);
+  }
+  std::ranges::stable_sort(patterns, ComesBefore);
+  const auto repeated = std::ranges::unique(
+      patterns, [](const QString &a, const QString &b) { return a.compare(b, Qt::CaseInsensitive) == 0; });
+  patterns.erase(repeated.begin(), repeated.end());
+  return patterns;
+}
+
+QList<TRegistryValue> ValuesOf(const QStringList &patterns) {
+  QList<TRegistryValue> values;
+  values.reserve(patterns.size());
+  for (const QString &pattern : patterns) values.append({"url" + QString::number(values.size() + 1), pattern});
+  return values;
+}
+
+TNamedAddresses EntriesOf(const QList<TRegistryValue> &values) {
+  TNamedAddresses entries;
+  entries.reserve(values.size());
+  for (const TRegistryValue &value : values) entries.append(TNamedAddress{value.name, value.data}.AsRead());
+  return entries;
+}
+
+QList<TRegistryValue> ValuesOf(const TNamedAddresses &entries) {
+  QList<TRegistryValue> values;
+  values.reserve(entries.size());
+  for (const TNamedAddress &entry : entries) {
+    const TNamedAddress written = entry.AsRead();
+    values.append({written.name, written.address});
+  }
+  return values;
+}
+
 std::optional<int> Number(const std::optional<QString> &text) {
   if (!text) return std::nullopt;
   bool isNumber = false;
@@ -48,16 +99,32 @@ QString TZVOptions::Get(const TStringSetting &setting) const {
   return setting.dynamic != nullptr ? setting.dynamic() : QString(setting.fallback);
 }
 
+bool TZVOptions::WriteIfAbsent(const char *name, const QString &data) {
+  return m_store.WriteIfAbsent(Hive, RegistryKey::CurrentVersion, name, data);
+}
+
 bool TZVOptions::Set(const TFlagSetting &setting, bool value) {
-  return Write(setting.name, value ? "1" : "0");
+  return Write(setting.name, TextOf(setting, value));
 }
 
 bool TZVOptions::Set(const TIntegerSetting &setting, int value) {
-  return Write(setting.name, QString::number(setting.clamp != nullptr ? setting.clamp(value) : value));
+  return Write(setting.name, TextOf(setting, value));
 }
 
 bool TZVOptions::Set(const TStringSetting &setting, const QString &value) {
   return Write(setting.name, value);
+}
+
+bool TZVOptions::SetIfAbsent(const TFlagSetting &setting, bool value) {
+  return WriteIfAbsent(setting.name, TextOf(setting, value));
+}
+
+bool TZVOptions::SetIfAbsent(const TIntegerSetting &setting, int value) {
+  return WriteIfAbsent(setting.name, TextOf(setting, value));
+}
+
+bool TZVOptions::SetIfAbsent(const TStringSetting &setting, const QString &value) {
+  return WriteIfAbsent(setting.name, value);
 }
 
 int TZVOptions::AutoCompleteMode() const {
@@ -80,34 +147,30 @@ QString TZVOptions::AutoCompleteStyleOf(int mode) {
   return known != std::end(AutoCompleteModes) ? known->style : NoAutoComplete;
 }
 
-TNamedAddresses TZVOptions::List(const char *key) const {
-  TNamedAddresses entries;
-  for (const TRegistryValue &value : m_store.Values(Hive, key)) {
-    entries.append(TNamedAddress{value.name, value.data}.AsRead());
-  }
-  return entries;
+std::optional<TNamedAddresses> TZVOptions::List(const char *key) const {
+  const auto values = m_store.KnownValues(Hive, key);
+  return values ? std::optional(EntriesOf(*values)) : std::nullopt;
 }
 
 bool TZVOptions::SetList(const char *key, const TNamedAddresses &entries) {
-  QList<TRegistryValue> values;
-  values.reserve(entries.size());
-  for (const TNamedAddress &entry : entries) {
-    const TNamedAddress written = entry.AsRead();
-    values.append({written.name, written.address});
-  }
-  return m_store.ReplaceKey(Hive, key, values);
+  return m_store.ReplaceKey(Hive, key, ValuesOf(entries));
 }
 
-TNamedAddresses TZVOptions::LastOpenSites() const {
+bool TZVOptions::EditLastOpenSites(const std::function<TNamedAddresses(const TNamedAddresses &)> &edit) {
+  return m_store.EditKey(Hive, RegistryKey::LastOpenSites,
+                         [edit](const QList<TRegistryValue> &values) { return ValuesOf(edit(EntriesOf(values))); });
+}
+
+std::optional<TNamedAddresses> TZVOptions::LastOpenSites() const {
   return List(RegistryKey::LastOpenSites);
 }
-TNamedAddresses TZVOptions::SearchEngines() const {
+std::optional<TNamedAddresses> TZVOptions::SearchEngines() const {
   return List(RegistryKey::SearchEngines);
 }
-TNamedAddresses TZVOptions::SearchBarEntries() const {
+std::optional<TNamedAddresses> TZVOptions::SearchBarEntries() const {
   return List(RegistryKey::SearchBar);
 }
-TNamedAddresses TZVOptions::QuickSearchEntries() const {
+std::optional<TNamedAddresses> TZVOptions::QuickSearchEntries() const {
   return List(RegistryKey::QuickSearch);
 }
 bool TZVOptions::SetLastOpenSites(const TNamedAddresses &entries) {
@@ -123,27 +186,21 @@ bool TZVOptions::SetQuickSearchEntries(const TNamedAddresses &entries) {
   return SetList(RegistryKey::QuickSearch, entries);
 }
 
-QStringList TZVOptions::PopupList() const {
-  QStringList addresses;
-  for (const TRegistryValue &value : m_store.Values(Hive, RegistryKey::PopupHalvex)) {
-    // Looked for in the whole line, so that a pattern with another address in its query stays whole where it can. One
-    // that is no address is kept without its value's name: written back it must still be itself.
-    const QString pattern = TNamedAddress{value.name, value.data}.WebAddress();
-    if (!pattern.isEmpty()) addresses.append(pattern);
-  }
-  std::ranges::stable_sort(addresses,
-                           [](const QString &a, const QString &b) { return a.compare(b, Qt::CaseInsensitive) < 0; });
-  const auto repeated = std::ranges::unique(
-      addresses, [](const QString &a, const QString &b) { return a.compare(b, Qt::CaseInsensitive) == 0; });
-  addresses.erase(repeated.begin(), repeated.end());
-  return addresses;
+std::optional<QStringList> TZVOptions::PopupList() const {
+  const auto values = m_store.KnownValues(Hive, RegistryKey::PopupHalvex);
+  return values ? std::optional(PatternsOf(*values)) : std::nullopt;
 }
 
 bool TZVOptions::SetPopupList(const QStringList &patterns) {
-  QList<TRegistryValue> values;
-  values.reserve(patterns.size());
-  for (const QString &pattern : patterns) values.append({"url" + QString::number(values.size() + 1), pattern});
-  return m_store.ReplaceKey(Hive, RegistryKey::PopupHalvex, values);
+  return m_store.ReplaceKey(Hive, RegistryKey::PopupHalvex, ValuesOf(patterns));
+}
+
+bool TZVOptions::EditPopupList(const std::function<void(QStringList &)> &edit) {
+  return m_store.EditKey(Hive, RegistryKey::PopupHalvex, [edit](const QList<TRegistryValue> &values) {
+    QStringList patterns = PatternsOf(values);
+    edit(patterns);
+    return ValuesOf(patterns);
+  });
 }
 
 QStringList TZVOptions::BrowserHelperObjects() const {

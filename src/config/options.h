@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <QString>
 #include <QStringList>
@@ -25,8 +26,10 @@ class TZVOptions final {
   bool Set(const TFlagSetting &setting, bool value);
   bool Set(const TIntegerSetting &setting, int value);
   bool Set(const TStringSetting &setting, const QString &value);
-  // Whether the store holds a value of this name.
-  [[nodiscard]] bool Has(const char *name) const { return Read(name).has_value(); }
+  // Stores the value only where there is none when this is written.
+  bool SetIfAbsent(const TFlagSetting &setting, bool value);
+  bool SetIfAbsent(const TIntegerSetting &setting, int value);
+  bool SetIfAbsent(const TStringSetting &setting, const QString &value);
 
   // Address completion: 1 inline ("IE4"), 2 drop-down ("IE5"), 0 none.
   [[nodiscard]] int AutoCompleteMode() const;
@@ -34,14 +37,16 @@ class TZVOptions final {
   [[nodiscard]] static int AutoCompleteModeOf(const QString &style);
   [[nodiscard]] static QString AutoCompleteStyleOf(int mode);
 
-  // The lists, in the store's order. Their writers replace the whole key in one transaction. Names end at their first
-  // "=" (see TNamedAddress::AsRead); of two entries with one name the later address counts, at the earlier place.
-  [[nodiscard]] TNamedAddresses LastOpenSites() const;
-  [[nodiscard]] TNamedAddresses SearchEngines() const;
-  [[nodiscard]] TNamedAddresses SearchBarEntries() const;
-  [[nodiscard]] TNamedAddresses QuickSearchEntries() const;
+  // The lists, in the store's order; std::nullopt when the store could not be read, which is not the same as empty: who
+  // writes such a list writes over what he has not seen. Writers replace the whole key in one transaction. Names end at
+  // their first "=" (see TNamedAddress::AsRead); of two entries with one name the later address counts, at the earlier
+  // place.
+  [[nodiscard]] std::optional<TNamedAddresses> LastOpenSites() const;
+  [[nodiscard]] std::optional<TNamedAddresses> SearchEngines() const;
+  [[nodiscard]] std::optional<TNamedAddresses> SearchBarEntries() const;
+  [[nodiscard]] std::optional<TNamedAddresses> QuickSearchEntries() const;
   // Sorted and without duplicates, both regardless of case; values in an older "name=address" layout are repaired.
-  [[nodiscard]] QStringList PopupList() const;
+  [[nodiscard]] std::optional<QStringList> PopupList() const;
   // The names of the key's subkeys, one class identifier each.
   [[nodiscard]] QStringList BrowserHelperObjects() const;
   // False when the store refused the list.
@@ -50,6 +55,10 @@ class TZVOptions final {
   bool SetSearchBarEntries(const TNamedAddresses &entries);
   bool SetQuickSearchEntries(const TNamedAddresses &entries);
   bool SetPopupList(const QStringList &patterns);
+  // Makes a change in a list as it is when this is written, so that what another process has put there stays. `edit`
+  // is given the list as its reader gives it, and may be called more than once.
+  bool EditLastOpenSites(const std::function<TNamedAddresses(const TNamedAddresses &)> &edit);
+  bool EditPopupList(const std::function<void(QStringList &)> &edit);
 
   // Removes the retired value "ZVID".
   void RemoveZvid();
@@ -59,7 +68,8 @@ class TZVOptions final {
  private:
   [[nodiscard]] std::optional<QString> Read(const char *name) const;
   bool Write(const char *name, const QString &data);
-  [[nodiscard]] TNamedAddresses List(const char *key) const;
+  bool WriteIfAbsent(const char *name, const QString &data);
+  [[nodiscard]] std::optional<TNamedAddresses> List(const char *key) const;
   bool SetList(const char *key, const TNamedAddresses &entries);
 
   TRegistryStore &m_store;

@@ -48,11 +48,20 @@ class TSettings final : public QObject {
   }
 
   // For the end of the window, which leaves the settings that it obeys in the store: writes the value where the store
-  // holds none yet, or has refused what was chosen here, and leaves alone what is there, another window's later choice
-  // too.
+  // holds none, or has refused what was chosen here, and leaves alone what is there, another window's later choice too.
   template <typename TSetting>
   void Keep(const TSetting &setting) {
-    if (m_refused.contains(setting.name) || !m_options.Has(setting.name)) m_options.Set(setting, Get(setting));
+    Leave(setting, Get(setting), m_refused.contains(setting.name));
+  }
+  // The same for a value that the window has kept itself, and that overwrites what is there only when it has `changed`
+  // here.
+  template <typename TSetting, typename TValue>
+  void Leave(const TSetting &setting, const TValue &value, bool changed) {
+    if (changed) {
+      m_options.Set(setting, value);
+    } else {
+      m_options.SetIfAbsent(setting, value);
+    }
   }
 
   // The lists, and the store of all.

@@ -43,14 +43,18 @@ constexpr const char *Tables = R"(
 
 constexpr const char *Queries[] = {"SELECT id, address, title, first, last, count, words FROM visits LIMIT 1"};
 constexpr TStoreFile::TSchema Schema{1, Tables, Queries};
-constexpr TStoreFile::TPatience Patience{.usual = 2000, .retry = 2000};
+// The writer may wait a little for another process, but must be able to end; readers are called many times
+// while somebody types.
+constexpr TStoreFile::TPatience WriterPatience{.first = 250, .usual = 250};
+constexpr TStoreFile::TPatience ReaderPatience{.first = 50, .usual = 3};
 
 constexpr qsizetype LongestAddress = 8192;
 constexpr qsizetype LongestTitle = 1024;
 // Changes of one moment are written together.
 constexpr std::chrono::milliseconds GatherTime{300};
-constexpr std::chrono::milliseconds FlushTime{1000};
-// While another process keeps the file locked changes wait, but not without end.
+constexpr std::chrono::milliseconds RetryTime{100};
+constexpr std::chrono::milliseconds EndTime{5000};
+// While another process keeps the file locked, or the disk is full, changes wait, but not without end.
 constexpr qsizetype MostWaiting = 10000;
 
 // How many pages are looked through at each keystroke.
@@ -97,8 +101,9 @@ bool IsMoreUsed(const TVisitedPage &a, const TVisitedPage &b) {
 // Takes changes from the owner's thread and writes them on its own.
 class THistoryStore::TWriter final {
  public:
-  explicit TWriter(const QString &filePath) : m_file(filePath, Schema, Patience) {}
+  explicit TWriter(const QString &filePath) : m_file(filePath, Schema, WriterPatience) {}
   ~TWriter() {
+    if (!m_givenUp) Flush(EndTime);
     {
       const std::lock_guard lock(m_mutex);
       m_stop = true;
@@ -113,18 +118,20 @@ class THistoryStore::TWriter final {
     const std::lock_guard lock(m_mutex);
     // What is taken out must not be found any more.
     m_urgent = m_urgent || change.kind == TChange::TKind::Remove || change.kind == TChange::TKind::Clear;
+    m_givenUp = false;
     m_waiting.append(std::move(change));
     if (!m_thread.joinable()) m_thread = std::thread([this] { Run(); });
     m_wake.notify_all();
   }
 
-  bool Flush() {
+  bool Flush(std::chrono::milliseconds time) {
     std::unique_lock lock(m_mutex);
     if (!m_thread.joinable()) return true;
     m_hurry = true;
     m_wake.notify_all();
-    const bool done = m_idle.wait_for(lock, FlushTime, [this] { return m_waiting.isEmpty() && !m_writing; });
+    const bool done = m_idle.wait_for(lock, time, [this] { return m_waiting.isEmpty() && !m_writing; });
     m_hurry = false;
+    m_givenUp = !done;
     return done;
   }
 
@@ -151,6 +158,7 @@ class THistoryStore::TWriter final {
   bool m_hurry = false;
   bool m_urgent = false;
   bool m_stop = false;
+  bool m_givenUp = false;  // the last flush has waited in vain
   std::thread m_thread;
 };
 
@@ -167,9 +175,10 @@ void THistoryStore::TWriter::Run() {
     const TState state = Write(changes);
     lock.lock();
     m_writing = false;
-    if (state == TState::Busy && !m_stop) {
+    if ((state == TState::Busy || state == TState::Refused) && !m_stop) {
       m_waiting = changes + m_waiting;
       if (m_waiting.size() > MostWaiting) m_waiting.remove(0, m_waiting.size() - MostWaiting);
+      m_wake.wait_for(lock, RetryTime, [this] { return m_stop; });
     }
     if (m_waiting.isEmpty()) m_idle.notify_all();
   }
@@ -195,8 +204,10 @@ TState THistoryStore::TWriter::WriteOnce(const QList<TChange> &changes) {
   bool isGood = true;
   for (const TChange &change : changes) isGood = isGood && WriteOne(change);
   if (isGood && database.Execute("COMMIT") == 0) return TState::Ready;
+  const TState state = TStoreFile::StateOf(database.Code());
   database.Execute("ROLLBACK");
-  return database.DamageSeen() ? TState::Damaged : TState::Unavailable;
+  if (database.DamageSeen()) return TState::Damaged;
+  return state == TState::Busy || state == TState::Refused ? state : TState::Unavailable;
 }
 
 bool THistoryStore::TWriter::WriteOne(const TChange &change) {
@@ -232,7 +243,7 @@ void THistoryStore::TWriter::MoveAside(const TStoreFile::TIdentity &damaged) {
 
 class THistoryStore::TReader final {
  public:
-  explicit TReader(const QString &filePath) : m_file(filePath, Schema, Patience) {}
+  explicit TReader(const QString &filePath) : m_file(filePath, Schema, ReaderPatience) {}
 
   // Null when there is nothing to read; a file that is damaged is then told to the writer.
   [[nodiscard]] TSqliteConnection *Database(TWriter &writer) {
@@ -323,8 +334,8 @@ void THistoryStore::Clear() {
   m_writer->Add({TChange::TKind::Clear});
 }
 
-bool THistoryStore::Flush() {
-  return m_writer->Flush();
+bool THistoryStore::Flush(int milliseconds) {
+  return m_writer->Flush(std::chrono::milliseconds(milliseconds));
 }
 
 QList<TVisitedPage> THistoryStore::Search(const QString &text, int limit) const {

@@ -11,7 +11,8 @@
 // Kept in one SQLite file that several processes may have open. Nothing is opened before it is needed. Writers only put
 // their change into a queue; a thread of the store's own writes what has gathered, in one transaction each time.
 // Readers see what has been written (see Flush). A file that is damaged is set aside under a new name beside it and a
-// new one is begun. Where nothing can be written, changes are dropped in silence: a history is no reason to disturb
+// new one is begun. While another process keeps the file locked, or the disk is full, changes wait (ten thousand of
+// them at the most). Where nothing can ever be written they are dropped in silence: a history is no reason to disturb
 // anybody. One object serves one thread.
 
 struct TVisitedPage {
@@ -26,7 +27,7 @@ class THistoryStore final {
  public:
   // The file is made, with its folder, at the first visit.
   explicit THistoryStore(const QString &filePath);
-  // Writes what is still in the queue.
+  // Writes what is still in the queue, for five seconds at the most; unless a Flush has just waited in vain.
   ~THistoryStore();
   THistoryStore(const THistoryStore &) = delete;
   THistoryStore &operator=(const THistoryStore &) = delete;
@@ -41,8 +42,8 @@ class THistoryStore final {
   void SetTitle(const QString &address, const QString &title);
   void Remove(const QString &address);
   void Clear();
-  // Waits until all changes so far are written or given up, a second at the most; false when some are not.
-  bool Flush();
+  // Waits so long until all changes so far are written or given up; false when some are not.
+  bool Flush(int milliseconds = 1000);
 
   // Pages that match `text` (see VisitWords), the most visited first, then the latest. An empty text finds nothing.
   // Bounded work, for each keystroke: the most visited pages are looked through first. Of the rest, those count that

@@ -7,7 +7,7 @@ class TInstanceLock;
 enum class THandOff {
   Delivered,    // The running instance has taken the text.
   BecameFirst,  // There is no running instance any more, and this process has taken its place.
-  Nobody,       // Nobody took it in time; nothing more is to be done.
+  Nobody,       // Somebody has the lock, but did not take the text in time.
 };
 
 // How long a second start waits, in milliseconds, for an instance that is still starting or just ending.

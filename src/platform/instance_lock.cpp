@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <QDir>
 #include <QFile>
 #include <utility>
@@ -17,6 +18,9 @@ namespace {
 // The sticky bit keeps the system's clean-up of the session's folder away from them.
 constexpr mode_t FileMode = S_ISVTX | S_IRUSR | S_IWUSR;
 
+const QString LockName = QStringLiteral("/instance.lock");
+const QString SocketName = QStringLiteral("/instance.socket");
+
 // Makes the last folder of the path; one that is there must be the user's own and is closed to everybody else.
 bool MakeOwnFolder(const QString &path) {
   const QByteArray name = QFile::encodeName(path);
@@ -26,13 +30,23 @@ bool MakeOwnFolder(const QString &path) {
   return (status.st_mode & 0777) == S_IRWXU || ::chmod(name.constData(), S_IRWXU) == 0;
 }
 
+// A folder that is there may still take no file, as on a file system that is read-only.
+bool CanHold(const QString &folder, const QString &file) {
+  const QByteArray name = QFile::encodeName(folder + file);
+  if (::access(QFile::encodeName(folder).constData(), W_OK | X_OK) != 0) return false;
+  struct stat status = {};
+  if (::lstat(name.constData(), &status) != 0) return errno == ENOENT;
+  return S_ISREG(status.st_mode) && ::access(name.constData(), R_OK | W_OK) == 0;
+}
+
 QString SessionFolder() {
   QStringList candidates;
   const QString session = QFile::decodeName(qgetenv("XDG_RUNTIME_DIR"));
   if (QDir::isAbsolutePath(session)) candidates.append(QDir::cleanPath(session) + QStringLiteral("/zarvela"));
   candidates.append(QDir::tempPath() + QStringLiteral("/zarvela-%1").arg(::geteuid()));
   for (const QString &folder : candidates) {
-    if (LocalSocket::Fits(folder + QStringLiteral("/instance.socket")) && MakeOwnFolder(folder)) return folder;
+    const bool isGood = LocalSocket::Fits(folder + SocketName) && MakeOwnFolder(folder) && CanHold(folder, LockName);
+    if (isGood) return folder;
   }
   return {};
 }
@@ -72,6 +86,14 @@ bool TInstanceLock::CreateInstanceMutex() {
   ::fchmod(m_lock, FileMode);
   m_listener = Listen(SocketFile());
   return true;
+}
+
+QString TInstanceLock::LockFile() const {
+  return m_folder + LockName;
+}
+
+QString TInstanceLock::SocketFile() const {
+  return m_folder + SocketName;
 }
 
 int TInstanceLock::TakeListener() {

@@ -5,9 +5,10 @@
 // The hold of the one running instance, and the socket on which it hears of later starts.
 //
 // The hold is a lock on a file in the folder of the user's session ($XDG_RUNTIME_DIR/zarvela; where there is no such
-// folder, one of the user's own with mode 0700 under the temporary folder). It lasts as long as the process: the system
-// frees it when the process ends in whatever way, so a dead holder never stands in the way. Where neither folder can be
-// had there is no lock, every start is on its own, and IsUsable() is false.
+// folder, or none that the lock's file can be written in, one of the user's own with mode 0700 under the temporary
+// folder). It lasts as long as the process: the system frees it when the process ends in whatever way, so a dead holder
+// never stands in the way. Where neither folder can be had there is no lock, every start is on its own, and IsUsable()
+// is false.
 class TInstanceLock final {
  public:
   TInstanceLock();
@@ -21,8 +22,8 @@ class TInstanceLock final {
 
   [[nodiscard]] bool IsFirstInstance() const { return m_held; }
   [[nodiscard]] bool IsUsable() const { return !m_folder.isEmpty(); }
-  [[nodiscard]] QString LockFile() const { return m_folder + QStringLiteral("/instance.lock"); }
-  [[nodiscard]] QString SocketFile() const { return m_folder + QStringLiteral("/instance.socket"); }
+  [[nodiscard]] QString LockFile() const;
+  [[nodiscard]] QString SocketFile() const;
   // Gives the listening socket's descriptor to the caller, who closes it; -1 when there is none.
   [[nodiscard]] int TakeListener();
 

@@ -32,7 +32,7 @@ void AddSorted(QStringList &patterns, const QString &pattern) {
 
 }  // namespace
 
-QStringList LoadPopupList(TRegistryStore &store) {
+std::optional<QStringList> LoadPopupList(TRegistryStore &store) {
   return TZVOptions(store).PopupList();
 }
 
@@ -55,15 +55,19 @@ TPopupBlocker::TPopupBlocker(QWidget *window, TTabStrip &tabs, TTabMenu &tabMenu
 TPopupBlocker::~TPopupBlocker() = default;
 
 void TPopupBlocker::Reload() {
-  m_patterns.Set(LoadPopupList(m_settings.Store()));
+  const auto patterns = LoadPopupList(m_settings.Store());
+  m_loaded = patterns.has_value();
+  if (patterns) m_patterns.Set(*patterns);
 }
 
 void TPopupBlocker::Save() {
-  SavePopupList(m_settings.Store(), m_patterns.Patterns());
+  m_settings.Lists().EditPopupList([](QStringList &) {});
 }
 
 bool TPopupBlocker::IsPopupBlocked(const QString &address) {
-  if (!m_settings.Get(Setting::UsePopupHalvex) || m_patterns.FirstMatch(address) < 0) return false;
+  if (!m_settings.Get(Setting::UsePopupHalvex)) return false;
+  if (!m_loaded) Reload();
+  if (m_patterns.FirstMatch(address) < 0) return false;
   if (m_settings.Get(Setting::PopupHalvexNotify)) {
     // The engine is asking and waits inside its own event: a dialog here would run the event loop, and with it the
     // closing of tabs, under its feet. The answer does not depend on the notice, so it is shown once the engine is
@@ -126,9 +130,8 @@ void TPopupBlocker::AddToPopupList(TBrowserTab *tab) {
   if (!self) return;
   if (pattern) {
     // An empty pattern is stored like any other and left out when the list is read; that is meant.
-    QStringList patterns = LoadPopupList(m_settings.Store());
-    AddSorted(patterns, *pattern);
-    if (!SavePopupList(m_settings.Store(), patterns)) {
+    const auto add = [pattern](QStringList &patterns) { AddSorted(patterns, *pattern); };
+    if (!m_settings.Lists().EditPopupList(add)) {
       ShowWarning(m_window, language, language.Text("MAIN", "StoreNotKept"));
     } else if (target) {
       m_tabs.CloseByUser(target);
@@ -138,7 +141,6 @@ void TPopupBlocker::AddToPopupList(TBrowserTab *tab) {
 }
 
 void TPopupBlocker::RemovePattern(const QString &pattern) {
-  QStringList patterns = LoadPopupList(m_settings.Store());
-  if (patterns.removeAll(pattern) > 0) SavePopupList(m_settings.Store(), patterns);
+  m_settings.Lists().EditPopupList([pattern](QStringList &patterns) { patterns.removeAll(pattern); });
   Reload();
 }

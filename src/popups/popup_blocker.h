@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <QObject>
 #include <QStringList>
 
@@ -14,8 +15,9 @@ class TTabMenu;
 class TTabStrip;
 
 // The pop-up list of the store. Loading gives the patterns sorted and without duplicates, both regardless of case, and
-// without empty ones; saving replaces the stored list; false when the store refused it.
-[[nodiscard]] QStringList LoadPopupList(TRegistryStore &store);
+// without empty ones, or std::nullopt when they could not be read; saving replaces the stored list; false when the
+// store refused it.
+[[nodiscard]] std::optional<QStringList> LoadPopupList(TRegistryStore &store);
 bool SavePopupList(TRegistryStore &store, const QStringList &patterns);
 
 // Keeps unwanted windows away: tests the first address of each window that a page asks for against the pop-up list,
@@ -33,9 +35,11 @@ class TPopupBlocker final : public QObject {
   // Asks for a pattern, proposing the tab's address; on OK the pattern joins the list and the tab closes.
   void AddToPopupList(TBrowserTab *tab);
 
-  // Reads the list again, after something else may have changed it.
+  // Reads the list again, after something else may have changed it. Where it cannot be read now it stays as it is, and
+  // the next address to be tested tries again.
   void Reload();
-  // Writes the list back; when the window goes.
+  // Leaves the stored list in its order, when the window goes. What was changed here was written then; what other
+  // windows have changed stays.
   void Save();
 
   [[nodiscard]] const TPopupPatterns &Patterns() const { return m_patterns; }
@@ -51,6 +55,7 @@ class TPopupBlocker final : public QObject {
   TTabStrip &m_tabs;
   TSettings &m_settings;
   TPopupPatterns m_patterns;
+  bool m_loaded = false;
   TStoppedPopups *m_stopped;
   QStringList m_untold;  // blocked addresses whose notice has not been shown yet, the first of them
   int m_untoldMore = 0;  // and how many there were after these

@@ -40,8 +40,7 @@ TAddressBar::TAddressBar(const TLanguage &language, TSettings &settings, THistor
   setObjectName(QStringLiteral("cboAddress"));
   setMaxVisibleItems(TTypedAddresses::Most);
   settings.Follow(Setting::AutoCompleteStyle, this, [this] { HideSuggestions(); });
-  m_addresses.Load(settings.Store());
-  SetEntries(m_addresses.List());
+  LoadTypedAddresses();
   connect(this, &QComboBox::activated, this, [this](int row) {
     m_addressTyped = false;
     OpenText(EntryAddress(row), false);
@@ -68,7 +67,16 @@ int TAddressBar::CompletionStyle() const {
   return m_settings.AutoCompleteMode();
 }
 
-void TAddressBar::SaveTypedAddresses() const {
+void TAddressBar::LoadTypedAddresses() {
+  if (!m_addresses.IsLoaded() && m_addresses.Load(m_settings.Store())) SetEntries(m_addresses.List());
+}
+
+void TAddressBar::showPopup() {
+  LoadTypedAddresses();
+  TZVComboBox::showPopup();
+}
+
+void TAddressBar::SaveTypedAddresses() {
   m_addresses.Save(m_settings.Store());
 }
 
@@ -140,6 +148,7 @@ void TAddressBar::OpenText(const QString &text, bool newTab) {
 bool TAddressBar::CompleteInline(const QKeyEvent &key) {
   const QString character = TypedText(key);
   if (character.isEmpty()) return false;
+  LoadTypedAddresses();
   const int caret = lineEdit()->hasSelectedText() ? lineEdit()->selectionStart() : lineEdit()->cursorPosition();
   const QString typed = lineEdit()->text().left(caret) + character;
   QStringList entries;
@@ -152,6 +161,7 @@ bool TAddressBar::CompleteInline(const QKeyEvent &key) {
 }
 
 void TAddressBar::WalkList(bool down) {
+  LoadTypedAddresses();
   if (count() == 0) return;
   const bool isShown = currentIndex() >= 0 && itemText(currentIndex()) == lineEdit()->text();
   const int first = down ? 0 : count() - 1;
@@ -200,6 +210,7 @@ void TAddressBar::Suggest() {
     HideSuggestions();
     return;
   }
+  LoadTypedAddresses();
   QList<TVisitedPage> pages = m_history.Search(m_typedText, MostSuggestions);
   for (const QString &address : m_addresses.List()) {
     const bool isThere = std::ranges::any_of(pages, [&](const TVisitedPage &page) { return page.address == address; });

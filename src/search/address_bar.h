@@ -30,7 +30,7 @@ class TAddressBar final : public TZVComboBox {
   // What was opened last has led nowhere: the tab's next address was not typed.
   void ForgetTypedAddress() { m_addressTyped = false; }
   // Writes the list; when the main window goes.
-  void SaveTypedAddresses() const;
+  void SaveTypedAddresses();
   // Asks, then empties the list and its store.
   void ClearAddressHistory();
 
@@ -39,11 +39,14 @@ class TAddressBar final : public TZVComboBox {
   void OpenRequested(const QString &text, bool newTab);
 
  protected:
+  void showPopup() override;
   bool TakeKey(const QKeyEvent &key) override;
   void RemoveEntry(const QString &address) override;
   void TakeDropped(const QString &address) override;
 
  private:
+  // Until it has been possible; what the store holds may become readable later.
+  void LoadTypedAddresses();
   void Open(bool newTab);
   void OpenText(const QString &text, bool newTab);
   void PressEnter(Qt::KeyboardModifiers modifiers);

@@ -52,7 +52,8 @@ void TAddressSearch::Save() {
   m_settings.Keep(Setting::AddressNewWin);
   m_settings.Keep(Setting::QuickSearchNewWin);
   // By its number, so that a text that names none of the styles becomes the one for none.
-  m_settings.SetAutoCompleteMode(m_settings.AutoCompleteMode());
+  const QString style = TZVOptions::AutoCompleteStyleOf(m_settings.AutoCompleteMode());
+  m_settings.Leave(Setting::AutoCompleteStyle, style, m_settings.Get(Setting::AutoCompleteStyle) != style);
 }
 
 void TAddressSearch::Record(TBrowserTab *tab) {

@@ -28,11 +28,12 @@ QString CaptionOf(TSearchList list, const TLanguage &language) {
 
 }  // namespace
 
-TfrmSearchEngine::TfrmSearchEngine(const TLanguage &language, TSearchLists &lists, TSearchList list, QWidget *owner)
+TfrmSearchEngine::TfrmSearchEngine(const TLanguage &language, TSearchLists &lists, TSearchList list,
+                                   const TNamedAddresses &entries, QWidget *owner)
     : TListEditor(language, Form, owner), m_lists(lists), m_list(list) {
   setObjectName(QStringLiteral("TfrmSearchEngine"));
   QStringList cells;
-  for (const TNamedAddress &entry : lists.Load(list)) cells << entry.name << entry.address;
+  for (const TNamedAddress &entry : entries) cells << entry.name << entry.address;
   const bool isQuickSearch = list == TSearchList::QuickSearch;
   Begin(CaptionOf(list, language), cells, isQuickSearch ? language.Text("QUICK_SEARCH", "FormatNote") : QString());
 }

@@ -9,7 +9,9 @@ class TfrmSearchEngine final : public TListEditor {
   Q_OBJECT
 
  public:
-  TfrmSearchEngine(const TLanguage &language, TSearchLists &lists, TSearchList list, QWidget *owner = nullptr);
+  // `entries` are those of the list.
+  TfrmSearchEngine(const TLanguage &language, TSearchLists &lists, TSearchList list, const TNamedAddresses &entries,
+                   QWidget *owner = nullptr);
 
  private:
   // An entry needs a title and a location, and a keyword is one word.

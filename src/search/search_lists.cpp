@@ -10,6 +10,7 @@
 #include "platform/program_folders.h"
 #include "search/search_engine_dialog.h"
 #include "store/ini_file.h"
+#include "ui/message_box.h"
 #include "ui/shown_text.h"
 
 namespace {
@@ -20,7 +21,7 @@ constexpr qsizetype LongestHint = 400;  // characters, in the status bar
 struct TList {
   TSearchList list;
   const char *key;
-  TNamedAddresses (TZVOptions::*read)() const;
+  std::optional<TNamedAddresses> (TZVOptions::*read)() const;
   bool (TZVOptions::*write)(const TNamedAddresses &);
 };
 
@@ -39,14 +40,22 @@ const TList &ListOf(TSearchList list) {
 
 TSearchLists::TSearchLists(const TLanguage &language, TRegistryStore &store, TActions &actions, QWidget *owner)
     : m_language(language), m_store(store), m_owner(owner) {
-  const bool hasAny = std::ranges::any_of(Lists, [&](const TList &list) { return m_store.KeyExists(Hive, list.key); });
-  if (!hasAny) AddExamples();
+  // A store that cannot be read may hold lists.
+  const bool hasNone =
+      std::ranges::all_of(Lists, [&](const TList &list) { return m_store.KnownKeyExists(Hive, list.key) == false; });
+  if (hasNone) AddExamples();
   m_quickSearches = Load(TSearchList::QuickSearch);
   connect(actions[TCommand::OrganizeSearchEngines], &QAction::triggered, this,
           [this] { Organize(TSearchList::SearchEngines); });
   connect(actions[TCommand::OrganizeQuickSearch], &QAction::triggered, this,
           [this] { Organize(TSearchList::QuickSearch); });
   Follow(actions.Menu(::TMenu::SearchEngines), TSearchList::SearchEngines);
+}
+
+const TNamedAddresses &TSearchLists::QuickSearches() const {
+  static const TNamedAddresses none;
+  if (!m_quickSearches) m_quickSearches = Load(TSearchList::QuickSearch);
+  return m_quickSearches ? *m_quickSearches : none;
 }
 
 void TSearchLists::AddExamples() {
@@ -58,7 +67,7 @@ void TSearchLists::AddExamples() {
   if (!entries.isEmpty()) Save(TSearchList::QuickSearch, entries);
 }
 
-TNamedAddresses TSearchLists::Load(TSearchList list) const {
+std::optional<TNamedAddresses> TSearchLists::Load(TSearchList list) const {
   return (TZVOptions(m_store).*ListOf(list).read)();
 }
 
@@ -83,12 +92,13 @@ void TSearchLists::Follow(QMenu *menu, TSearchList list) {
 }
 
 void TSearchLists::TakeDefaultSearchPage(TSearchList list) {
-  const TNamedAddresses entries = Load(list);
-  if (!entries.isEmpty()) m_defaultSearchPage = entries.first().address;
+  const auto entries = Load(list);
+  if (entries && !entries->isEmpty()) m_defaultSearchPage = entries->first().address;
 }
 
 void TSearchLists::Rebuild(TSearchList list) {
-  const TNamedAddresses entries = Load(list);
+  const auto entries = Load(list);
+  if (!entries) return;  // What the menus show is the best that is known.
   for (const TMenu &menu : std::as_const(m_menus)) {
     if (menu.list != list || menu.menu.isNull()) continue;
     const QList<QAction *> old = menu.menu->actions().mid(menu.fixedEntries);
@@ -96,7 +106,7 @@ void TSearchLists::Rebuild(TSearchList list) {
       menu.menu->removeAction(action);
       action->deleteLater();  // It may be the one that is just being chosen.
     }
-    for (const TNamedAddress &entry : entries) {
+    for (const TNamedAddress &entry : *entries) {
       auto *action = new QAction(MenuText(entry.name), menu.menu);
       action->setToolTip(PlainTip(entry.address));
       action->setStatusTip(entry.address.left(LongestHint));
@@ -109,8 +119,13 @@ void TSearchLists::Rebuild(TSearchList list) {
 }
 
 bool TSearchLists::Organize(TSearchList list) {
+  const auto entries = Load(list);
+  if (!entries) {
+    ShowWarning(m_owner, m_language, m_language.Text("MAIN", "StoreNotRead"));
+    return false;
+  }
   const QPointer<TSearchLists> self(this);
-  const QPointer<TfrmSearchEngine> dialog(new TfrmSearchEngine(m_language, *this, list, m_owner));
+  const QPointer<TfrmSearchEngine> dialog(new TfrmSearchEngine(m_language, *this, list, *entries, m_owner));
   const bool accepted = dialog->exec() == QDialog::Accepted;
   delete dialog;
   if (!self) return false;  // The owner has gone and has taken the dialog along.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <QObject>
 #include <QPointer>
 
@@ -29,14 +30,14 @@ class TSearchLists final : public QObject {
   // anew whenever it opens and when the list has changed. `owner` is the window that the dialogs belong to.
   TSearchLists(const TLanguage &language, TRegistryStore &store, TActions &actions, QWidget *owner);
 
-  // In the order of the store.
-  [[nodiscard]] TNamedAddresses Load(TSearchList list) const;
+  // In the order of the store; std::nullopt when that could not be read.
+  [[nodiscard]] std::optional<TNamedAddresses> Load(TSearchList list) const;
   // Replaces the list. Names end at their first "="; of two entries with one name (regardless of case) the later
   // address counts, at the earlier place. False when the store refused the list.
   bool Save(TSearchList list, const TNamedAddresses &entries);
 
-  // The quick searches as they were loaded last.
-  [[nodiscard]] const TNamedAddresses &QuickSearches() const { return m_quickSearches; }
+  // The quick searches as they were loaded last; where that has not been possible yet it is tried again.
+  [[nodiscard]] const TNamedAddresses &QuickSearches() const;
   // The first address of the menu that was made last, or whose list was changed last; a list without addresses does not
   // count.
   [[nodiscard]] const QString &DefaultSearchPage() const { return m_defaultSearchPage; }
@@ -44,7 +45,8 @@ class TSearchLists final : public QObject {
   // Puts one entry for each page of the search panel behind the entries that `menu` has now, and keeps them so.
   void FillSearchBarMenu(QMenu *menu);
 
-  // Shows the dialog of a list; true when the list was changed.
+  // Shows the dialog of a list; true when the list was changed. A list that cannot be read cannot be changed, which is
+  // told.
   bool Organize(TSearchList list);
 
  Q_SIGNALS:
@@ -67,6 +69,6 @@ class TSearchLists final : public QObject {
   TRegistryStore &m_store;
   QWidget *m_owner;
   QList<TMenu> m_menus;
-  TNamedAddresses m_quickSearches;
+  mutable std::optional<TNamedAddresses> m_quickSearches;
   QString m_defaultSearchPage;
 };

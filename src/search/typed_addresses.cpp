@@ -1,5 +1,8 @@
 #include "search/typed_addresses.h"
 
+#include <QHash>
+#include <utility>
+
 #include "config/registry_paths.h"
 #include "store/registry_store.h"
 
@@ -12,29 +15,64 @@ QString ValueName(qsizetype position) {
   return QStringLiteral("url%1").arg(position);
 }
 
+QStringList AddressesOf(const QList<TRegistryValue> &values) {
+  QHash<QString, QString> byName;
+  for (const TRegistryValue &value : values) byName.insert(value.name.toCaseFolded(), value.data);
+  QStringList addresses;
+  for (int position = 1; position <= TTypedAddresses::Most; ++position) {
+    const QString address = byName.value(ValueName(position));
+    if (address.isEmpty()) break;
+    addresses.append(address);
+  }
+  return addresses;
+}
+
+void PutOnTop(QStringList &list, const QString &address) {
+  list.removeOne(address);
+  list.prepend(address);
+  if (list.size() > TTypedAddresses::Most) list.removeLast();
+}
+
 }  // namespace
 
+QStringList TTypedAddresses::TChanges::In(const QStringList &list) const {
+  QStringList changed = cleared ? QStringList() : list;
+  for (const QString &address : removed) changed.removeOne(address);
+  for (auto address = filed.crbegin(); address != filed.crend(); ++address) PutOnTop(changed, *address);
+  return changed;
+}
+
 void TTypedAddresses::File(const QString &address) {
-  const qsizetype place = m_list.indexOf(address);
-  if (place >= 0) {
-    m_list.move(place, 0);
-  } else {
-    m_list.prepend(address);
-  }
-  if (m_list.size() > Most) m_list.removeAt(Most);
+  PutOnTop(m_list, address);
+  PutOnTop(m_changes.filed, address);
+  m_changes.removed.removeOne(address);
 }
 
-void TTypedAddresses::Load(const TRegistryStore &store) {
+void TTypedAddresses::Remove(const QString &address) {
+  m_list.removeOne(address);
+  m_changes.filed.removeOne(address);
+  m_changes.removed.append(address);
+}
+
+void TTypedAddresses::Clear() {
   m_list.clear();
-  for (int position = 1; position <= Most; ++position) {
-    const QString address = store.Read(Hive, Key, ValueName(position)).value_or(QString());
-    if (address.isEmpty()) break;
-    m_list.append(address);
-  }
+  m_changes = {};
+  m_changes.cleared = true;
 }
 
-void TTypedAddresses::Save(TRegistryStore &store) const {
-  QList<TRegistryValue> values;
-  for (const QString &address : m_list) values.append({ValueName(values.size() + 1), address});
-  store.InTransaction([&] { return store.ReplaceKey(Hive, Key, values) && store.CreateKey(Hive, Key); });
+bool TTypedAddresses::Load(const TRegistryStore &store) {
+  const auto values = store.KnownValues(Hive, Key);
+  if (!values) return false;
+  m_list = m_changes.In(AddressesOf(*values));
+  m_loaded = true;
+  return true;
+}
+
+void TTypedAddresses::Save(TRegistryStore &store) {
+  store.EditKey(Hive, Key, [changes = std::exchange(m_changes, {})](const QList<TRegistryValue> &stored) {
+    QList<TRegistryValue> values;
+    const QStringList addresses = changes.In(AddressesOf(stored));
+    for (const QString &address : addresses) values.append({ValueName(values.size() + 1), address});
+    return values;
+  });
 }

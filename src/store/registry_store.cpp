@@ -2,10 +2,15 @@
 
 #include <sqlite3.h>
 
+#include <QAbstractEventDispatcher>
+#include <QDeadlineTimer>
 #include <QFileInfo>
+#include <QThread>
+#include <QTimer>
 #include <utility>
 
 #include "store/private_folder.h"
+#include "store/registry_changes.h"
 #include "store/store_file.h"
 
 namespace {
@@ -13,8 +18,15 @@ namespace {
 using TState = TStoreFile::TState;
 using TMode = TStoreFile::TMode;
 
-// Long enough for any list to be written, short enough to be sat out.
-constexpr TStoreFile::TPatience Patience{.usual = 3000, .retry = 50};
+// Long enough at the start for any list to be written; from then on nobody is to notice.
+constexpr int UsualPatience = 50;  // milliseconds
+constexpr TStoreFile::TPatience Patience{.first = 3000, .usual = UsualPatience};
+constexpr int EndPatience = 5000;
+constexpr int RetryWhenLocked = 100;
+constexpr int RetryWhenRefused = 1000;
+constexpr unsigned long PauseBetweenTries = 10;
+
+constexpr qsizetype MostCharacters = 100'000'000;  // of a value; three bytes each stay below what SQLite takes
 
 // Row identities grow, so that their order is the order of first writing. `path` and `folded` are case-folded; the
 // parent of a hive's root is a text that no path can be.
@@ -32,25 +44,26 @@ constexpr const char *Queries[] = {"SELECT id, hive, path, parent, name FROM key
                                    "SELECT id, key, folded, name, data FROM entries LIMIT 1"};
 constexpr TStoreFile::TSchema Schema{1, Tables, Queries};
 
-// A key path in its parts, with empty ones left out.
-struct TKeyPath {
-  QStringList names;
-  QString folded;
-
-  explicit TKeyPath(const QString &key)
-      : names(key.split(u'\\', Qt::SkipEmptyParts)), folded(names.join(u'\\').toCaseFolded()) {}
-};
-
 }  // namespace
 
 struct TRegistryStore::TPrivate {
+  using TChange = TRegistryChange;
+
   TStoreFile file;
   TSqliteConnection &database = file.Database();
-  int depth = 0;
-  bool ready = false;
-  bool writable = false;
+  bool ready = false;     // the connection can be read
+  bool writable = false;  // nothing is known that keeps writes away for good
   bool memory = false;
+  bool makeshift = false;  // opened to read only, since the disk refused more
+  bool readBusy = false;   // the last read found the file locked
+  bool missedReads = false;
   std::function<void()> onTrouble;
+
+  QList<TChange> waiting;  // with those of transactions that are not finished
+  int depth = 0;           // of these
+  TState writeState = TState::Ready;
+  bool givenUp = false;
+  std::unique_ptr<QTimer> retry;
 
   explicit TPrivate(const QString &filePath) : file(QFileInfo(filePath).absoluteFilePath(), Schema, Patience) {}
 
@@ -59,57 +72,151 @@ struct TRegistryStore::TPrivate {
   [[nodiscard]] TState BeginAnew();
   void UseMemory();
   bool EnsureReady();
+  bool MayWrite() { return (EnsureReady(), writable); }
 
+  // What the file holds, by `query` if it can be looked into.
+  template <typename TQuery>
+  auto Look(TQuery query) -> std::optional<decltype(query())>;
+  [[nodiscard]] std::optional<bool> StoredKeyExists(TRegistryHive hive, const TKeyPath &path);
+  [[nodiscard]] std::optional<QList<TRegistryValue>> StoredValues(TRegistryHive hive, const TKeyPath &path);
+  [[nodiscard]] std::optional<QList<TRegistryValue>> Values(TRegistryHive hive, const TKeyPath &path);
+
+  bool Add(const TChange &change);
+  bool WriteOut();
+  [[nodiscard]] TState WriteOutOnce();
+  [[nodiscard]] bool LeaveMakeshift();
+  void TryLater();
+
+  [[nodiscard]] bool Apply(const TChange &change);
   [[nodiscard]] std::optional<qint64> FindKey(TRegistryHive hive, const QString &foldedPath);
   std::optional<qint64> MakeKey(TRegistryHive hive, const TKeyPath &path);
-  bool WriteData(qint64 key, const QString &name, const QString &data, std::optional<qint64> number);
+  bool WriteData(qint64 key, const TRegistryValue &value, bool overwrites = true);
   bool RemoveKey(TRegistryHive hive, const TKeyPath &path);
-
-  template <typename TWork>
-  bool Transact(TWork work);
+  bool RemoveValues(TRegistryHive hive, const TKeyPath &path);
+  bool RemoveValue(TRegistryHive hive, const TKeyPath &path, const QString &name);
+  bool PutValues(TRegistryHive hive, const TKeyPath &path, const QList<TRegistryValue> &values);
 };
 
 namespace {
 
-// One level of a transaction; what was not committed is undone.
-class TTransaction final {
+// One level of a transaction; what was not kept is taken back.
+class TRecording final {
  public:
-  TTransaction(TSqliteConnection &database, int &depth) : m_database(database), m_depth(depth) {
-    // SQLite ends the whole transaction by itself on some errors (disk full); what follows must not be written alone.
-    if (m_depth > 0 && !m_database.InTransaction()) return;
-    m_begun = m_database.Execute(m_depth == 0 ? "BEGIN IMMEDIATE" : "SAVEPOINT level") == SQLITE_OK;
-    if (m_begun) ++m_depth;
+  TRecording(QList<TRegistryChange> &changes, int &depth) : m_changes(changes), m_depth(depth), m_mark(changes.size()) {
+    ++m_depth;
   }
-  ~TTransaction() {
-    if (!m_begun) return;
+  ~TRecording() {
     --m_depth;
-    if (m_committed || !m_database.InTransaction()) return;
-    m_database.Execute(m_depth == 0 ? "ROLLBACK" : "ROLLBACK TO level; RELEASE level");
+    if (!m_kept) m_changes.remove(m_mark, m_changes.size() - m_mark);
   }
-  TTransaction(const TTransaction &) = delete;
-  TTransaction &operator=(const TTransaction &) = delete;
+  TRecording(const TRecording &) = delete;
+  TRecording &operator=(const TRecording &) = delete;
 
-  [[nodiscard]] bool IsBegun() const { return m_begun; }
-  bool Commit() {
-    m_committed =
-        m_database.InTransaction() && m_database.Execute(m_depth == 1 ? "COMMIT" : "RELEASE level") == SQLITE_OK;
-    return m_committed;
-  }
+  void Keep() { m_kept = true; }
 
  private:
-  TSqliteConnection &m_database;
+  QList<TRegistryChange> &m_changes;
   int &m_depth;
-  bool m_begun = false;
-  bool m_committed = false;
+  const qsizetype m_mark;
+  bool m_kept = false;
 };
+
+TRegistryValue Integer(const QString &name, qint64 data) {
+  return {name, QString::number(data), true};
+}
 
 }  // namespace
 
-template <typename TWork>
-bool TRegistryStore::TPrivate::Transact(TWork work) {
-  if (!EnsureReady() || !writable) return false;
-  TTransaction transaction(database, depth);
-  return transaction.IsBegun() && work() && transaction.Commit();
+bool TRegistryStore::TPrivate::Add(const TChange &change) {
+  for (const TRegistryValue &value : change.values) {
+    if (std::max(value.name.size(), value.data.size()) > MostCharacters) return false;
+  }
+  if (!MayWrite()) return false;
+  waiting.append(change);
+  givenUp = false;
+  if (depth == 0) WriteOut();
+  return true;
+}
+
+// Everything that waits, in one transaction; true when nothing waits any more.
+bool TRegistryStore::TPrivate::WriteOut() {
+  if (depth > 0) return false;
+  if (waiting.isEmpty()) return true;
+  const TState before = writeState;
+  writeState = WriteOutOnce();
+  // The next use sets the damaged file aside.
+  if (database.DamageSeen()) writeState = WriteOutOnce();
+  if (writeState == TState::Ready) return true;
+  RegistryChanges::Condense(waiting);
+  TryLater();
+  if (writeState == TState::Refused && before != TState::Refused && onTrouble) onTrouble();
+  return false;
+}
+
+TState TRegistryStore::TPrivate::WriteOutOnce() {
+  if (!EnsureReady()) return TState::Busy;
+  if (makeshift && !LeaveMakeshift()) return TState::Refused;
+  // What waits already is not waited for again.
+  database.SetBusyTimeout(writeState == TState::Ready ? UsualPatience : 0);
+  int code = database.Execute("BEGIN IMMEDIATE");
+  if (code == SQLITE_OK) {
+    const bool isApplied = std::ranges::all_of(waiting, [this](const TChange &change) { return Apply(change); });
+    code = isApplied ? database.Execute("COMMIT") : database.Code();
+    if (isApplied && code == SQLITE_OK) {
+      waiting.clear();
+      return TState::Ready;
+    }
+    // SQLite has ended the transaction by itself on some errors (disk full).
+    if (database.InTransaction()) database.Execute("ROLLBACK");
+  }
+  return TStoreFile::StateOf(code) == TState::Busy ? TState::Busy : TState::Refused;
+}
+
+bool TRegistryStore::TPrivate::LeaveMakeshift() {
+  makeshift = file.Open(TMode::ReadWrite) != TState::Ready;
+  memory = false;
+  if (makeshift) {
+    OpenReadOnly();
+    writable = true;
+  }
+  return !makeshift;
+}
+
+void TRegistryStore::TPrivate::TryLater() {
+  if (QAbstractEventDispatcher::instance() == nullptr) return;
+  if (!retry) {
+    retry = std::make_unique<QTimer>();
+    retry->setSingleShot(true);
+    QObject::connect(retry.get(), &QTimer::timeout, [this] { WriteOut(); });
+  }
+  retry->start(writeState == TState::Busy ? RetryWhenLocked : RetryWhenRefused);
+}
+
+bool TRegistryStore::TPrivate::Apply(const TChange &change) {
+  const auto &[kind, hive, path, values, edit] = change;
+  switch (kind) {
+    case TChange::TKind::CreateKey:
+      return MakeKey(hive, path).has_value();
+    case TChange::TKind::DeleteKey:
+      return RemoveKey(hive, path);
+    case TChange::TKind::DeleteValue:
+      return RemoveValue(hive, path, values.first().name);
+    case TChange::TKind::Write:
+    case TChange::TKind::WriteIfAbsent: {
+      const auto key = MakeKey(hive, path);
+      return key && WriteData(*key, values.first(), kind == TChange::TKind::Write);
+    }
+    case TChange::TKind::ReplaceKey:
+      return RemoveKey(hive, path) && (values.isEmpty() || PutValues(hive, path, values));
+    case TChange::TKind::EditKey: {
+      const auto stored = StoredValues(hive, path);
+      if (!stored) return false;
+      const QList<TRegistryValue> edited = edit(*stored);
+      if (edited == *stored) return MakeKey(hive, path).has_value();
+      return RemoveValues(hive, path) && PutValues(hive, path, edited);
+    }
+  }
+  return false;
 }
 
 void TRegistryStore::TPrivate::Open() {
@@ -123,8 +230,11 @@ void TRegistryStore::TPrivate::Open() {
     writable = state == TState::Ready || state == TState::Busy;
     ready = state == TState::Ready;
     if (writable) return;
+    makeshift = state == TState::Refused;
   }
   OpenReadOnly();
+  makeshift = makeshift && !memory;
+  writable = writable || makeshift;
 }
 
 void TRegistryStore::TPrivate::OpenReadOnly() {
@@ -136,6 +246,8 @@ void TRegistryStore::TPrivate::OpenReadOnly() {
 }
 
 TState TRegistryStore::TPrivate::BeginAnew() {
+  // What it held is out of reach for good, so that nothing in the new one can have been missed.
+  missedReads = false;
   return file.SetAside(file.Identity()) ? file.Open(TMode::ReadWrite) : TState::Unavailable;
 }
 
@@ -146,7 +258,7 @@ void TRegistryStore::TPrivate::UseMemory() {
 }
 
 bool TRegistryStore::TPrivate::EnsureReady() {
-  if (depth > 0 || !writable || memory) return ready;
+  if (!writable || memory || makeshift || database.InTransaction()) return ready;
   TState state = file.Ensure(true);
   const bool isDamaged = state == TState::Damaged;
   if (isDamaged) state = BeginAnew();
@@ -154,6 +266,46 @@ bool TRegistryStore::TPrivate::EnsureReady() {
   if (!ready && state != TState::Busy) UseMemory();
   if ((isDamaged || memory) && onTrouble) onTrouble();
   return ready;
+}
+
+template <typename TQuery>
+auto TRegistryStore::TPrivate::Look(TQuery query) -> std::optional<decltype(query())> {
+  if (!EnsureReady()) {
+    missedReads = true;
+    return std::nullopt;
+  }
+  // A file that stays locked is waited for once, not by each of the many reads of one moment.
+  if (!database.InTransaction()) database.SetBusyTimeout(readBusy ? 0 : UsualPatience);
+  auto answer = query();
+  const TState state = TStoreFile::StateOf(database.Code());
+  readBusy = state == TState::Busy;
+  if (state == TState::Ready) return answer;
+  missedReads = true;
+  return std::nullopt;
+}
+
+std::optional<bool> TRegistryStore::TPrivate::StoredKeyExists(TRegistryHive hive, const TKeyPath &path) {
+  return Look([&] { return FindKey(hive, path.folded).has_value(); });
+}
+
+std::optional<QList<TRegistryValue>> TRegistryStore::TPrivate::StoredValues(TRegistryHive hive, const TKeyPath &path) {
+  return Look([&] {
+    QList<TRegistryValue> values;
+    TSqliteStatement statement = database.Use(
+        "SELECT entries.name, data FROM entries JOIN keys ON keys.id = entries.key "
+        "WHERE hive = ? AND path = ? ORDER BY entries.id");
+    statement.Bind(qint64(hive)).Bind(path.folded);
+    while (statement.Step()) {
+      const bool isInteger = statement.IsInteger(1);
+      values.append({statement.Text(0), statement.Text(1), isInteger});
+    }
+    return values;
+  });
+}
+
+std::optional<QList<TRegistryValue>> TRegistryStore::TPrivate::Values(TRegistryHive hive, const TKeyPath &path) {
+  auto stored = StoredValues(hive, path);
+  return waiting.isEmpty() ? stored : RegistryChanges::Values(waiting, hive, path, std::move(stored));
 }
 
 std::optional<qint64> TRegistryStore::TPrivate::FindKey(TRegistryHive hive, const QString &foldedPath) {
@@ -181,14 +333,22 @@ std::optional<qint64> TRegistryStore::TPrivate::MakeKey(TRegistryHive hive, cons
   return FindKey(hive, path.folded);
 }
 
-bool TRegistryStore::TPrivate::WriteData(qint64 key, const QString &name, const QString &data,
-                                         std::optional<qint64> number) {
+bool TRegistryStore::TPrivate::WriteData(qint64 key, const TRegistryValue &value, bool overwrites) {
+  bool isNumber = false;
+  const qint64 number = value.isInteger ? value.data.toLongLong(&isNumber) : 0;
   // On a conflict the row, and with it the value's place and spelling, stays.
   TSqliteStatement statement = database.Use(
-      "INSERT INTO entries(key, folded, name, data) VALUES(?, ?, ?, ?) "
-      "ON CONFLICT(key, folded) DO UPDATE SET data = excluded.data");
-  statement.Bind(key).Bind(name.toCaseFolded()).Bind(name);
-  return number ? statement.Bind(*number).Run() : statement.Bind(data).Run();
+      "INSERT INTO entries(key, folded, name, data) VALUES(?1, ?2, ?3, ?4) "
+      "ON CONFLICT(key, folded) DO UPDATE SET data = excluded.data WHERE ?5");
+  statement.Bind(key).Bind(value.name.toCaseFolded()).Bind(value.name);
+  isNumber ? statement.Bind(number) : statement.Bind(value.data);
+  return statement.Bind(qint64(overwrites)).Run();
+}
+
+bool TRegistryStore::TPrivate::PutValues(TRegistryHive hive, const TKeyPath &path,
+                                         const QList<TRegistryValue> &values) {
+  const auto key = MakeKey(hive, path);
+  return key && std::ranges::all_of(values, [&](const TRegistryValue &value) { return WriteData(*key, value); });
 }
 
 bool TRegistryStore::TPrivate::RemoveKey(TRegistryHive hive, const TKeyPath &path) {
@@ -204,6 +364,19 @@ bool TRegistryStore::TPrivate::RemoveKey(TRegistryHive hive, const TKeyPath &pat
   return true;
 }
 
+bool TRegistryStore::TPrivate::RemoveValues(TRegistryHive hive, const TKeyPath &path) {
+  TSqliteStatement statement =
+      database.Use("DELETE FROM entries WHERE key = (SELECT id FROM keys WHERE hive = ? AND path = ?)");
+  return statement.Bind(qint64(hive)).Bind(path.folded).Run();
+}
+
+bool TRegistryStore::TPrivate::RemoveValue(TRegistryHive hive, const TKeyPath &path, const QString &name) {
+  TSqliteStatement statement = database.Use(
+      "DELETE FROM entries WHERE folded = ? AND key = "
+      "(SELECT id FROM keys WHERE hive = ? AND path = ?)");
+  return statement.Bind(name.toCaseFolded()).Bind(qint64(hive)).Bind(path.folded).Run();
+}
+
 TRegistryStore::TRegistryStore(const QString &filePath) : d(std::make_unique<TPrivate>(filePath)) {
   d->Open();
 }
@@ -212,7 +385,9 @@ TRegistryStore::TRegistryStore(const QString &filePath, TReadOnly) : d(std::make
   d->OpenReadOnly();
 }
 
-TRegistryStore::~TRegistryStore() = default;
+TRegistryStore::~TRegistryStore() {
+  Flush(d->givenUp ? 0 : EndPatience);
+}
 
 QString TRegistryStore::FilePath() const {
   return d->file.Path();
@@ -230,90 +405,112 @@ void TRegistryStore::SetTroubleHandler(std::function<void()> handler) {
   d->onTrouble = std::move(handler);
 }
 
-bool TRegistryStore::KeyExists(TRegistryHive hive, const QString &key) const {
+bool TRegistryStore::HasMissedReads() const {
+  return d->missedReads;
+}
+bool TRegistryStore::IsWaiting() const {
+  return !d->waiting.isEmpty();
+}
+bool TRegistryStore::IsRefused() const {
+  return IsWaiting() && d->writeState == TState::Refused;
+}
+
+bool TRegistryStore::Flush(int milliseconds) {
+  const QDeadlineTimer deadline(milliseconds);
+  while (!d->WriteOut()) {
+    d->givenUp = deadline.hasExpired();
+    if (d->givenUp) return false;
+    QThread::msleep(PauseBetweenTries);
+  }
+  return true;
+}
+
+std::optional<bool> TRegistryStore::KnownKeyExists(TRegistryHive hive, const QString &key) const {
   const TKeyPath path(key);
-  return path.names.isEmpty() || (d->EnsureReady() && d->FindKey(hive, path.folded).has_value());
+  return path.names.isEmpty() ? true
+                              : RegistryChanges::KeyExists(d->waiting, hive, path, d->StoredKeyExists(hive, path));
 }
 
-bool TRegistryStore::CreateKey(TRegistryHive hive, const QString &key) {
-  return d->Transact([&] { return d->MakeKey(hive, TKeyPath(key)).has_value(); });
-}
-
-bool TRegistryStore::DeleteKey(TRegistryHive hive, const QString &key) {
-  return d->Transact([&] { return d->RemoveKey(hive, TKeyPath(key)); });
+bool TRegistryStore::KeyExists(TRegistryHive hive, const QString &key) const {
+  return KnownKeyExists(hive, key).value_or(false);
 }
 
 QStringList TRegistryStore::Subkeys(TRegistryHive hive, const QString &key) const {
-  QStringList names;
-  if (!d->EnsureReady()) return names;
-  TSqliteStatement statement = d->database.Use("SELECT name FROM keys WHERE hive = ? AND parent = ? ORDER BY id");
-  statement.Bind(qint64(hive)).Bind(TKeyPath(key).folded);
-  while (statement.Step()) names.append(statement.Text(0));
-  return names;
+  const TKeyPath path(key);
+  const auto stored = d->Look([&] {
+    QStringList names;
+    TSqliteStatement statement = d->database.Use("SELECT name FROM keys WHERE hive = ? AND parent = ? ORDER BY id");
+    statement.Bind(qint64(hive)).Bind(path.folded);
+    while (statement.Step()) names.append(statement.Text(0));
+    return names;
+  });
+  return RegistryChanges::Subkeys(d->waiting, hive, path, stored.value_or(QStringList()));
+}
+
+std::optional<QList<TRegistryValue>> TRegistryStore::KnownValues(TRegistryHive hive, const QString &key) const {
+  return d->Values(hive, TKeyPath(key));
 }
 
 QList<TRegistryValue> TRegistryStore::Values(TRegistryHive hive, const QString &key) const {
-  QList<TRegistryValue> values;
-  if (!d->EnsureReady()) return values;
-  TSqliteStatement statement = d->database.Use(
-      "SELECT entries.name, data FROM entries JOIN keys ON keys.id = entries.key "
-      "WHERE hive = ? AND path = ? ORDER BY entries.id");
-  statement.Bind(qint64(hive)).Bind(TKeyPath(key).folded);
-  while (statement.Step()) {
-    const bool isInteger = statement.IsInteger(1);
-    values.append({statement.Text(0), statement.Text(1), isInteger});
-  }
-  return values;
+  return KnownValues(hive, key).value_or(QList<TRegistryValue>());
 }
 
 std::optional<QString> TRegistryStore::Read(TRegistryHive hive, const QString &key, const QString &name) const {
-  if (!d->EnsureReady()) return std::nullopt;
-  TSqliteStatement statement = d->database.Use(
-      "SELECT data FROM entries WHERE folded = ? AND key = "
-      "(SELECT id FROM keys WHERE hive = ? AND path = ?)");
-  if (!statement.Bind(name.toCaseFolded()).Bind(qint64(hive)).Bind(TKeyPath(key).folded).Step()) return std::nullopt;
-  return statement.Text(0);
+  const TKeyPath path(key);
+  if (!d->waiting.isEmpty()) {
+    // Also where the file cannot be read what waits is known.
+    const auto stored = d->StoredValues(hive, path).value_or(QList<TRegistryValue>());
+    return RegistryChanges::ValueOf(*RegistryChanges::Values(d->waiting, hive, path, stored), name);
+  }
+  const auto stored = d->Look([&]() -> std::optional<QString> {
+    TSqliteStatement statement = d->database.Use(
+        "SELECT data FROM entries WHERE folded = ? AND key = "
+        "(SELECT id FROM keys WHERE hive = ? AND path = ?)");
+    if (!statement.Bind(name.toCaseFolded()).Bind(qint64(hive)).Bind(path.folded).Step()) return std::nullopt;
+    return statement.Text(0);
+  });
+  return stored.value_or(std::nullopt);
+}
+
+bool TRegistryStore::CreateKey(TRegistryHive hive, const QString &key) {
+  return d->Add({TRegistryChange::TKind::CreateKey, hive, TKeyPath(key)});
+}
+
+bool TRegistryStore::DeleteKey(TRegistryHive hive, const QString &key) {
+  return d->Add({TRegistryChange::TKind::DeleteKey, hive, TKeyPath(key)});
 }
 
 bool TRegistryStore::Write(TRegistryHive hive, const QString &key, const QString &name, const QString &data) {
-  return d->Transact([&] {
-    const auto id = d->MakeKey(hive, TKeyPath(key));
-    return id && d->WriteData(*id, name, data, std::nullopt);
-  });
+  return d->Add({TRegistryChange::TKind::Write, hive, TKeyPath(key), {{name, data}}});
 }
 
 bool TRegistryStore::WriteInteger(TRegistryHive hive, const QString &key, const QString &name, qint64 data) {
-  return d->Transact([&] {
-    const auto id = d->MakeKey(hive, TKeyPath(key));
-    return id && d->WriteData(*id, name, {}, data);
-  });
+  return d->Add({TRegistryChange::TKind::Write, hive, TKeyPath(key), {Integer(name, data)}});
+}
+
+bool TRegistryStore::WriteIfAbsent(TRegistryHive hive, const QString &key, const QString &name, const QString &data) {
+  return d->Add({TRegistryChange::TKind::WriteIfAbsent, hive, TKeyPath(key), {{name, data}}});
 }
 
 bool TRegistryStore::DeleteValue(TRegistryHive hive, const QString &key, const QString &name) {
-  return d->Transact([&] {
-    TSqliteStatement statement = d->database.Use(
-        "DELETE FROM entries WHERE folded = ? AND key = "
-        "(SELECT id FROM keys WHERE hive = ? AND path = ?)");
-    return statement.Bind(name.toCaseFolded()).Bind(qint64(hive)).Bind(TKeyPath(key).folded).Run();
-  });
+  return d->Add({TRegistryChange::TKind::DeleteValue, hive, TKeyPath(key), {{name, {}}}});
 }
 
 bool TRegistryStore::ReplaceKey(TRegistryHive hive, const QString &key, const QList<TRegistryValue> &values) {
-  return d->Transact([&] {
-    const TKeyPath path(key);
-    if (!d->RemoveKey(hive, path)) return false;
-    if (values.isEmpty()) return true;
-    const auto id = d->MakeKey(hive, path);
-    if (!id) return false;
-    for (const TRegistryValue &value : values) {
-      bool isNumber = false;
-      const qint64 number = value.isInteger ? value.data.toLongLong(&isNumber) : 0;
-      if (!d->WriteData(*id, value.name, value.data, isNumber ? std::optional(number) : std::nullopt)) return false;
-    }
-    return true;
-  });
+  return d->Add({TRegistryChange::TKind::ReplaceKey, hive, TKeyPath(key), values});
+}
+
+bool TRegistryStore::EditKey(TRegistryHive hive, const QString &key, const TRegistryEdit &edit) {
+  return d->Add({TRegistryChange::TKind::EditKey, hive, TKeyPath(key), {}, edit});
 }
 
 bool TRegistryStore::InTransaction(const std::function<bool()> &work) {
-  return d->Transact(work);
+  if (!d->MayWrite()) return false;
+  {
+    TRecording recording(d->waiting, d->depth);
+    if (!work()) return false;
+    recording.Keep();
+  }
+  d->WriteOut();
+  return true;
 }

@@ -109,6 +109,10 @@ bool TSqliteConnection::InTransaction() const {
   return m_database != nullptr && sqlite3_get_autocommit(m_database) == 0;
 }
 
+int TSqliteConnection::Code() const {
+  return m_database != nullptr ? sqlite3_errcode(m_database) : SQLITE_MISUSE;
+}
+
 int TSqliteConnection::Noted(int code) {
   const int primary = code & 0xFF;
   if (primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB) m_damageSeen = true;

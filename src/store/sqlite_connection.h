@@ -60,6 +60,8 @@ class TSqliteConnection final {
   // `sql` must be a literal: the statement is prepared once and kept. One use at a time.
   [[nodiscard]] TSqliteStatement Use(const char *sql);
   [[nodiscard]] bool InTransaction() const;
+  // SQLite's result code of the last call.
+  [[nodiscard]] int Code() const;
 
   // True once any call found the file damaged or not a database.
   [[nodiscard]] bool DamageSeen() const { return m_damageSeen; }

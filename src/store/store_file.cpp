@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
+#include <utility>
 
 namespace {
 
@@ -48,6 +49,9 @@ TStoreFile::TState TStoreFile::StateOf(int code) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
       return TState::Busy;
+    case SQLITE_FULL:
+    case SQLITE_IOERR:
+      return TState::Refused;
     // SQLITE_ERROR: the version is ours, but the tables are not.
     case SQLITE_CORRUPT:
     case SQLITE_NOTADB:
@@ -67,7 +71,7 @@ TStoreFile::TState TStoreFile::Open(TMode mode) {
   const int code = m_database.Open(m_path, mode);
   if (m_identity == TIdentity()) m_identity = IdentityOf(m_path);
   if (code != SQLITE_OK) return StateOf(code);
-  m_database.SetBusyTimeout(m_wasBusy ? m_patience.retry : m_patience.usual);
+  m_database.SetBusyTimeout(m_wasBusy ? 0 : std::exchange(m_wasOpened, true) ? m_patience.usual : m_patience.first);
   const TState state = CheckSchema(mode == TMode::ReadWrite || mode == TMode::Memory);
   m_wasBusy = state == TState::Busy;
   if (state == TState::Ready) {

@@ -16,6 +16,7 @@ class TStoreFile final {
   enum class TState {
     Ready,
     Busy,         // another process keeps it locked; worth another try
+    Refused,      // the disk takes nothing (it is full, say); worth another try
     Damaged,      // no database, or not of this kind and version
     Unavailable,  // nothing can be read or written there
   };
@@ -28,11 +29,11 @@ class TStoreFile final {
     std::span<const char *const> queries;  // they fail where the version is right and the tables are not
   };
 
-  // How long a call waits for another process, in milliseconds. `retry` is for a file that has been locked since it was
-  // last tried: every call tries again then, so none of them may take long.
+  // How long a call waits for another process, in milliseconds: when the file is opened for the first time, and later
+  // on. A file that has been locked since it was last tried is not waited for at all: every call tries it again.
   struct TPatience {
+    int first;
     int usual;
-    int retry;
   };
 
   // Which file a path leads to.
@@ -77,5 +78,6 @@ class TStoreFile final {
   TIdentity m_identity;
   QString m_setAside;
   TSqliteConnection m_database;
+  bool m_wasOpened = false;
   bool m_wasBusy = false;
 };

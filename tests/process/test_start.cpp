@@ -6,6 +6,7 @@
 #include "process/program_fixture.h"
 #include "support/data_row.h"
 #include "support/named_lines.h"
+#include "support/store_trouble.h"
 
 using namespace Qt::StringLiterals;
 
@@ -102,7 +103,7 @@ class TestStart final : public QObject, private TProgramFixture {
     TZVOptions options(*busy);
     sites.prepend({u"url%1"_s.arg(Count + 1), added});
     QDeadlineTimer deadline(60000);
-    for (int i = 0; (Requests(20) == 0 || options.LastOpenSites().size() <= Count) && !deadline.hasExpired(); ++i) {
+    for (int i = 0; (Requests(20) == 0 || options.LastOpenSites()->size() <= Count) && !deadline.hasExpired(); ++i) {
       options.Set(Setting::LimitTitleLength, 30 + i % 20);
       QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
     }
@@ -119,9 +120,9 @@ class TestStart final : public QObject, private TProgramFixture {
       QTRY_COMPARE_WITH_TIMEOUT(Requests(more), 1, Soon);
       // It has also taken the place that the killed one had.
       HandsOver(more + 10);
-      QTRY_COMPARE_WITH_TIMEOUT(options.LastOpenSites().size(), sites.size() + 2, Soon);
+      QTRY_COMPARE_WITH_TIMEOUT(options.LastOpenSites()->size(), sites.size() + 2, Soon);
       QVERIFY(server.Requests().size() < 10);
-      sites = options.LastOpenSites();
+      sites = *options.LastOpenSites();
       program->kill();
       QVERIFY(program->waitForFinished());
     }
@@ -265,8 +266,56 @@ class TestStart final : public QObject, private TProgramFixture {
     TInstanceLock holder;
     QVERIFY(holder.CreateInstanceMutex());
     const auto second = Start({Url(1)});
-    WaitForEnd(*second);
+    // It loads what it needs for a window, and asks.
+    const auto asks = [&second] {
+      QFile maps(u"/proc/%1/maps"_s.arg(second->processId()));
+      return maps.open(QIODevice::ReadOnly) && maps.readAll().contains("libzarvela.so");
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(asks(), Soon);
+    QVERIFY(!second->waitForFinished(2000));
     QCOMPARE(Requests(1), 0);
+    second->kill();
+    QVERIFY(second->waitForFinished());
+  }
+
+  // Another process keeps the store locked: a start that cannot read it takes nothing from it, and an end that cannot
+  // write it ends all the same.
+  void LockedStore_data() {
+    Columns<bool>("atTheStart");
+    Row("at the start", true);
+    Row("at the end", false);
+  }
+  void LockedStore() {
+    QFETCH(bool, atTheStart);
+    TNamedAddresses sites{{u"url2"_s, Url(2)}, {u"url1"_s, Url(1)}};
+    Prepare([&](TZVOptions &options) {
+      options.Set(Setting::StartupMode, u"Last"_s);
+      options.SetLastOpenSites(sites);
+      options.SetQuickSearchEntries({{u"own"_s, Url(3)}});
+      options.SetPopupList({u"http://own.test/*"_s});
+    });
+    std::optional<TStoreLock> lock;
+    if (atTheStart) lock.emplace(ProgramFolders::RegistryFile(), TStoreLock::TKind::Unreadable);
+    const auto program = Start({Url(0)});
+    QTRY_VERIFY_WITH_TIMEOUT(Requests(0) > 0, Soon);
+    if (atTheStart) {
+      lock.reset();
+    } else {
+      const auto store = Store();
+      sites.prepend({u"url3"_s, Url(0)});
+      QTRY_COMPARE_WITH_TIMEOUT(ToLines(TZVOptions(*store).LastOpenSites()), ToLines(sites), Soon);
+      lock.emplace(ProgramFolders::RegistryFile());
+    }
+    QElapsedTimer timer;
+    timer.start();
+    Quit(*program);
+    QVERIFY2(timer.elapsed() < 9000, qPrintable(QString::number(timer.elapsed())));
+    lock.reset();
+    const auto store = Store();
+    const TZVOptions options(*store);
+    QCOMPARE(ToLines(options.LastOpenSites()), ToLines(sites));
+    QCOMPARE(ToLines(options.QuickSearchEntries()), QStringList(u"own="_s + Url(3)));
+    QCOMPARE(options.PopupList(), QStringList(u"http://own.test/*"_s));
   }
 
  private:

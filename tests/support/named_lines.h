@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <QStringList>
 
 #include "config/named_address.h"
@@ -16,4 +17,8 @@
   QStringList lines;
   for (const TNamedAddress &entry : entries) lines.append(entry.name + u'=' + entry.address);
   return lines;
+}
+
+[[nodiscard]] inline QStringList ToLines(const std::optional<TNamedAddresses> &entries) {
+  return entries ? ToLines(*entries) : QStringList("could not be read");
 }

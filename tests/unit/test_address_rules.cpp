@@ -6,6 +6,7 @@
 #include "search/typed_addresses.h"
 #include "store/registry_store.h"
 #include "support/data_row.h"
+#include "support/store_trouble.h"
 #include "ui/shown_address.h"
 
 using TFault = QuickSearchFormat::TFault;
@@ -135,8 +136,7 @@ class TTestAddressRules final : public QObject {
     QCOMPARE(store.Values(TRegistryHive::CurrentUser, key).size(), 2);
     QCOMPARE(store.Read(TRegistryHive::CurrentUser, key, "url2"), QString("http://b.example/?x=1"));
     TTypedAddresses again;
-    again.File("http://forgotten.example/");
-    again.Load(store);
+    QVERIFY(again.Load(store));
     QCOMPARE(again.List(), typed.List());
 
     // A gap or an empty value ends the list, and so does the most that it holds.
@@ -152,6 +152,65 @@ class TTestAddressRules final : public QObject {
     again.Save(store);
     QVERIFY(store.KeyExists(TRegistryHive::CurrentUser, key));
     QVERIFY(store.Values(TRegistryHive::CurrentUser, key).isEmpty());
+  }
+
+  // Two processes have the list: each brings in what it has changed, and leaves what the other has.
+  void TypedAddressesOfTwoProcesses_data() {
+    Columns<QString, QString>("changes", "stored");  // in the order in which they are made; "+" files, "-" removes
+    Row("nothing", "", "z3210");
+    Row("new ones", "+a+b", "baz3210");
+    Row("one that is there", "+1", "1z320");
+    Row("removed", "-1-7", "z320");
+    Row("removed and typed again", "-1+1", "1z320");
+    Row("typed and removed again", "+a-a", "z3210");
+    Row("cleared", "!", "");
+    Row("cleared and typed", "+a!+1+b", "b1");
+  }
+  void TypedAddressesOfTwoProcesses() {
+    QFETCH(QString, changes);
+    QFETCH(QString, stored);
+    QTemporaryDir folder;
+    TRegistryStore store(folder.filePath("registry.sqlite"));
+    TTypedAddresses first;
+    for (const char *address : {"0", "1", "2", "3"}) first.File(address);
+    first.Save(store);
+    TTypedAddresses one;
+    TTypedAddresses other;
+    QVERIFY(one.Load(store) && other.Load(store));
+    for (qsizetype i = 0; i < changes.size(); ++i) {
+      if (changes.at(i) == u'!') one.Clear();
+      if (changes.at(i) == u'+') one.File(changes.mid(i + 1, 1));
+      if (changes.at(i) == u'-') one.Remove(changes.mid(i + 1, 1));
+    }
+    other.File("z");
+    other.Save(store);
+    // Saved again it brings nothing back.
+    for (int round = 0; round < 2; ++round) {
+      one.Save(store);
+      QVERIFY(other.Load(store));
+      QCOMPARE(other.List().join(QString()), stored);
+    }
+  }
+
+  // What was typed while the list could not be read joins it later.
+  void TypedAddressesThatCannotBeRead() {
+    QTemporaryDir folder;
+    const QString path = folder.filePath("registry.sqlite");
+    TTypedAddresses first;
+    first.File("old");
+    TRegistryStore store(path);
+    first.Save(store);
+    TTypedAddresses late;
+    {
+      const TStoreLock lock(path, TStoreLock::TKind::Unreadable);
+      QVERIFY(!late.Load(store) && !late.IsLoaded());
+      late.File("new");
+      late.Save(store);
+    }
+    QVERIFY(late.Load(store));
+    QCOMPARE(late.List(), QStringList({"new", "old"}));
+    QVERIFY(store.Flush(1000) && first.Load(TRegistryStore(path)));
+    QCOMPARE(first.List(), late.List());
   }
 
   void Shown_data() {

@@ -125,6 +125,10 @@ class TestHandoffRecord final : public QObject {
     QTest::newRow("none") << QByteArray() << true;
     QTest::newRow("relative") << QByteArray("run") << true;
     QTest::newRow("missing") << QByteArray("/nonexistent/run") << true;
+    // As where nothing can be written, whoever runs the tests.
+    const QByteArray taken = qgetenv("XDG_RUNTIME_DIR") + "/taken";
+    QDir().mkpath(QFile::decodeName(taken) + QStringLiteral("/zarvela/instance.lock"));
+    QTest::newRow("takes no lock file") << taken << true;
     QTest::newRow("too long for a socket") << qgetenv("XDG_RUNTIME_DIR") + "/" + QByteArray(100, 'x') << true;
   }
   void Folder() {

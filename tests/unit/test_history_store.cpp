@@ -1,9 +1,11 @@
 #include <sqlite3.h>
+#include <future>
 #include <QtTest>
 
 #include "history/history_store.h"
 #include "history/visit_words.h"
 #include "support/data_row.h"
+#include "support/store_trouble.h"
 
 // The pages that were visited, and how they are found.
 class TTestHistoryStore final : public QObject {
@@ -214,6 +216,43 @@ class TTestHistoryStore final : public QObject {
     sqlite3_close(other);
     QTRY_VERIFY_WITH_TIMEOUT(store.Flush(), 10000);
     QCOMPARE(Addresses(store, "page").size(), 2);
+  }
+
+  // The end waits for somebody who keeps the file locked, but not for ever.
+  void LockedAtTheEnd() {
+    auto store = std::make_unique<THistoryStore>(m_file);
+    store->AddVisit("http://a.example/", "Page");
+    QVERIFY(store->Flush());
+    std::optional<TStoreLock> lock(std::in_place, m_file);
+    store->AddVisit("http://b.example/", "Page");
+    auto end = std::async(std::launch::async, [&store] { store.reset(); });
+    // Longer than any writer takes by itself.
+    QVERIFY(end.wait_for(std::chrono::milliseconds(2500)) == std::future_status::timeout);
+    lock.reset();
+    end.get();
+    QCOMPARE(THistoryStore(m_file).Count(), 2);
+
+    store = std::make_unique<THistoryStore>(m_file);
+    lock.emplace(m_file);
+    store->AddVisit("http://c.example/", "Page");
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(!store->Flush(300));
+    store.reset();
+    QVERIFY(timer.elapsed() < 2000);
+  }
+
+  void DiskIsFull() {
+    THistoryStore store(m_file);
+    store.AddVisit("http://a.example/", "Page");
+    QVERIFY(store.Flush());
+    {
+      const TSmallFiles limit(50000);
+      for (int i = 0; i < 100; ++i) store.AddVisit(QString("http://%1.example/").arg(i), QString(1000, u'x'));
+      QVERIFY(!store.Flush(300));
+    }
+    QTRY_VERIFY(store.Flush());
+    QCOMPARE(store.Count(), 101);
   }
 
   void FolderThatTakesNothing() {

@@ -72,11 +72,11 @@ class TTestOptions final : public QObject {
     QCOMPARE(options.Get(Setting::Width), QGuiApplication::primaryScreen()->availableSize().width() - 40);
     QCOMPARE(options.Get(Setting::Height), QGuiApplication::primaryScreen()->availableSize().height() - 40);
     QCOMPARE(options.AutoCompleteMode(), 2);
-    for (const TNamedAddresses &list :
+    for (const auto &list :
          {options.LastOpenSites(), options.SearchEngines(), options.SearchBarEntries(), options.QuickSearchEntries()}) {
-      QVERIFY(list.isEmpty());
+      QVERIFY(list && list->isEmpty());
     }
-    QVERIFY(options.PopupList().isEmpty() && options.BrowserHelperObjects().isEmpty());
+    QVERIFY(options.PopupList()->isEmpty() && options.BrowserHelperObjects().isEmpty());
   }
 
   // A setting is stored at once, under its own name, as text, where another object sees it.
@@ -195,7 +195,7 @@ class TTestOptions final : public QObject {
     QCOMPARE(options.PopupList(),
              (QStringList{"*.ads.test/*", "http://C.test", "https://b.test/x=1", "https://x=http://a.test"}));
     // Written back and read again it stays itself.
-    const QStringList list = options.PopupList();
+    const QStringList list = *options.PopupList();
     options.SetPopupList(list);
     QCOMPARE(options.PopupList(), list);
     QCOMPARE(m_store->Read(User, key, "url2"), "http://C.test");

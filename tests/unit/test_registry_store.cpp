@@ -13,6 +13,7 @@
 #include "store/registry_store.h"
 #include "store/store_file.h"
 #include "support/data_row.h"
+#include "support/store_trouble.h"
 
 namespace {
 
@@ -258,8 +259,8 @@ class TTestRegistryStore final : public QObject {
   void OneOfTwoSetsAside() {
     constexpr TStoreFile::TSchema schema{1, "CREATE TABLE t(x); PRAGMA user_version = 1", {}};
     const QString path = m_folder->filePath("file.sqlite");
-    TStoreFile one(path, schema, {100, 100});
-    TStoreFile other(path, schema, {100, 100});
+    TStoreFile one(path, schema, {.first = 100, .usual = 100});
+    TStoreFile other(path, schema, {.first = 100, .usual = 100});
     QVERIFY(one.Ensure(false) == TStoreFile::TState::Unavailable && !QFileInfo::exists(path));
     WriteFile(path, QByteArray(5000, 'x'));
     QVERIFY(one.Ensure(false) == TStoreFile::TState::Damaged && other.Ensure(true) == TStoreFile::TState::Damaged);
@@ -295,19 +296,123 @@ class TTestRegistryStore final : public QObject {
   }
 
   void ALockedFileIsNotDamage() {
-    sqlite3 *database = OpenedByAnother(m_path, "BEGIN EXCLUSIVE");
+    std::optional<TStoreLock> lock(std::in_place, m_path, TStoreLock::TKind::Unreadable);
     TRegistryStore store(m_path);
     QVERIFY(store.SetAsideFile().isEmpty() && !store.IsInMemory());
     // It was waited for once; from then on nothing waits long.
     QElapsedTimer timer;
     timer.start();
-    QVERIFY(!store.Read(User, Key, "a"));
-    QVERIFY(!store.Write(User, Key, "a", "1"));
-    QVERIFY(timer.elapsed() < 2000);
-    sqlite3_exec(database, "ROLLBACK", nullptr, nullptr, nullptr);
-    sqlite3_close(database);
+    QVERIFY(!store.HasMissedReads() && !store.KnownValues(User, Key) && !store.KnownKeyExists(User, Key));
     QVERIFY(store.Write(User, Key, "a", "1"));
-    QCOMPARE(TRegistryStore(m_path).Read(User, Key, "a"), "1");
+    QVERIFY(timer.elapsed() < 500);
+    // What is written here is known here; what others have written is not.
+    QCOMPARE(store.Read(User, Key, "A"), "1");
+    QVERIFY(!store.KnownValues(User, Key));
+    QVERIFY(store.ReplaceKey(User, Key, {{"b", "2"}}));
+    QCOMPARE(Names(store, Key), QStringList{"b=2"});
+    QVERIFY(!store.Flush(50));
+    lock.reset();
+    QVERIFY(store.Flush(0) && store.KnownValues(User, Key) && store.HasMissedReads());
+    QCOMPARE(Names(TRegistryStore(m_path), Key), QStringList{"b=2"});
+  }
+
+  // While another process keeps the lock all that is done shows at once, in the right order, and reaches the file
+  // later: by a timer, by the next write, or at the end.
+  void ChangesWaitForTheLock_data() {
+    Columns<QString>("way");
+    for (const char *way : {"timer", "write", "flush", "end"}) QTest::newRow(way) << QString(way);
+  }
+  void ChangesWaitForTheLock() {
+    QFETCH(QString, way);
+    auto store = std::make_unique<TRegistryStore>(m_path);
+    for (const char *name : {"Zeta", "alpha"}) store->Write(User, Key, name, "1");
+    store->Write(User, R"(Software\Gone\Sub)", "v", "1");
+    store->Write(User, R"(Software\List)", "x", "theirs");
+    std::optional<TStoreLock> lock(std::in_place, m_path);
+    QElapsedTimer timer;
+    timer.start();
+    const auto check = [](const TRegistryStore &seen) {
+      QCOMPARE(Names(seen, Key), (QStringList{"Zeta=2", "mid=1", "new=7"}));
+      QVERIFY(seen.Values(User, Key).last().isInteger);
+      QCOMPARE(seen.Read(User, Key, "ZETA"), "2");
+      QVERIFY(!seen.Read(User, Key, "alpha") && !seen.KeyExists(User, R"(Software\Gone\Sub)"));
+      QCOMPARE(seen.Subkeys(User, "Software"), (QStringList{"Test", "List", "Made"}));
+      QVERIFY(seen.KeyExists(User, R"(Software\Made\Below)") && seen.KeyExists(User, R"(Software\Made)"));
+      QCOMPARE(Names(seen, R"(Software\List)"), (QStringList{"mine=1", "x=theirs"}));
+    };
+    store->Write(User, Key, "zeta", "2");
+    store->WriteIfAbsent(User, Key, "ZETA", "default");
+    store->WriteIfAbsent(User, Key, "mid", "1");
+    store->DeleteValue(User, Key, "ALPHA");
+    store->WriteInteger(User, Key, "new", 7);
+    store->DeleteKey(User, R"(Software\Gone)");
+    store->CreateKey(User, R"(Software\Made\Below)");
+    store->EditKey(User, R"(Software\List)", [](const QList<TRegistryValue> &values) {
+      return QList<TRegistryValue>{{"mine", "1"}} + values;
+    });
+    QVERIFY(!store->InTransaction([&] { return store->Write(User, Key, "undone", "1") && false; }));
+    check(*store);
+    QVERIFY2(timer.elapsed() < 500, "the lock was waited for more than once");
+    {
+      const TRegistryStore late(m_path);
+      QCOMPARE(Names(late, Key), (QStringList{"Zeta=1", "alpha=1"}));
+    }
+    lock.reset();
+    if (way == u"end") store.reset();
+    if (way == u"flush") QVERIFY(store->Flush(1000));
+    if (way == u"write") QVERIFY(store->CreateKey(User, "Software"));
+    const TRegistryStore late(m_path);
+    QTRY_COMPARE(late.Read(User, Key, "new"), "7");
+    check(late);
+  }
+
+  // What another process adds while an edit waits is in the list that the edit is made on.
+  void EditsJoinWhatOthersWrote() {
+    TRegistryStore store(m_path);
+    TRegistryStore other(m_path);
+    QVERIFY(store.EditKey(User, Key, [](const QList<TRegistryValue> &) { return QList<TRegistryValue>(); }));
+    QVERIFY(other.KeyExists(User, Key));
+    std::optional<TStoreLock> lock(std::in_place, m_path);
+    store.EditKey(User, Key, [](QList<TRegistryValue> values) { return values << TRegistryValue{"mine", "1"}; });
+    store.WriteIfAbsent(User, R"(Software\Other)", "a", "default");
+    lock.reset();
+    QVERIFY(other.Write(User, Key, "theirs", "1") && other.Write(User, R"(Software\Other)", "a", "theirs"));
+    QVERIFY(store.Flush(1000));
+    QCOMPARE(Names(other, Key), (QStringList{"theirs=1", "mine=1"}));
+    QCOMPARE(other.Read(User, R"(Software\Other)", "a"), "theirs");
+  }
+
+  // A disk that is full is told once, and everything is written as soon as there is room.
+  void AFullDiskIsToldAndSatOut() {
+    TRegistryStore store(m_path);
+    store.Write(User, Key, "a", "old");
+    int told = 0;
+    store.SetTroubleHandler([&told] { ++told; });
+    const QList<TRegistryValue> list{{"big", QString(300000, u'x')}};
+    {
+      const TSmallFiles limit(100000);
+      QVERIFY(store.ReplaceKey(User, R"(Software\List)", list) && store.IsRefused());
+      QVERIFY(store.Write(User, Key, "a", "new") && !store.Flush(20));
+      QCOMPARE(told, 1);
+      QCOMPARE(store.Values(User, R"(Software\List)"), list);
+      QCOMPARE(TRegistryStore(m_path, TRegistryStore::TReadOnly()).Read(User, Key, "a"), "old");
+    }
+    QTRY_VERIFY(!store.IsRefused());
+    QCOMPARE(TRegistryStore(m_path).Values(User, R"(Software\List)"), list);
+    QCOMPARE(TRegistryStore(m_path).Read(User, Key, "a"), "new");
+  }
+
+  void AFullDiskAtTheStartIsSatOut() {
+    MakeStore(m_path, 3);
+    auto limit = std::make_unique<TSmallFiles>(1000);
+    TRegistryStore store(m_path);
+    QVERIFY(store.IsWritable() && !store.IsInMemory());
+    QCOMPARE(store.Values(User, Key).size(), 3);
+    QVERIFY(store.Write(User, Key, "late", "1") && store.IsRefused());
+    QCOMPARE(store.Values(User, Key).size(), 4);
+    limit.reset();
+    QTRY_VERIFY(!store.IsWaiting());
+    QCOMPARE(TRegistryStore(m_path).Read(User, Key, "late"), "1");
   }
 
   void WhatCannotBeWrittenIsReadAndWhatCannotBeReadIsForgotten() {
@@ -348,7 +453,7 @@ class TTestRegistryStore final : public QObject {
           isGood &= store.ReplaceKey(User, R"(Software\List)", {{"1", mine}, {"2", mine}, {"3", mine}});
           isGood &= IsWhole(store.Values(User, R"(Software\List)"));
         }
-        ::_exit(isGood ? 0 : 1);
+        ::_exit(isGood && store.Flush(20000) ? 0 : 1);
       }));
     }
     for (const pid_t child : children) {

@@ -1,14 +1,19 @@
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "app/beside_question.h"
 #include "app/kept_tabs.h"
 #include "app/program_entry.h"
 #include "chrome/window_placement.h"
+#include "config/language.h"
 #include "config/registry_paths.h"
 #include "config/settings.h"
 #include "config/shell_association.h"
 #include "support/data_row.h"
+#include "support/modal_dialogs.h"
 #include "support/named_lines.h"
+#include "ui/confirm_dialog.h"
 
 namespace {
 
@@ -126,7 +131,7 @@ class TestStartRules final : public QObject {
     QVERIFY(first.Write({tab("http://first/")}, 1));
     QVERIFY(second.Write({tab("http://second/")}, 1));
     QVERIFY(first.Write({tab("http://first/"), tab("http://more/", 2)}, 1));
-    QCOMPARE(TZVOptions(*m_store).LastOpenSites().last().name, QString("url1"));
+    QCOMPARE(TZVOptions(*m_store).LastOpenSites()->last().name, QString("url1"));
     // The one that runs on keeps its tabs to itself.
     QCOMPARE(AddressesOf(TKeptTabs(*m_store, 1, runs).Take()), (QStringList{"http://first/", "http://more/"}));
     secondRuns = false;
@@ -157,6 +162,28 @@ class TestStartRules final : public QObject {
     QCOMPARE(association.Read("http").defaultVerb, "open");
     QCOMPARE(association.Read("https").defaultVerb, "Other");
     QVERIFY(m_store->KeyExists(TRegistryHive::ClassesRoot, "http\\shell\\Zarvela"));
+  }
+
+  // The other instance does not answer: only its own button opens a window, and nothing is opened by mistake.
+  void RunBeside_data() {
+    Columns<int, bool>("key", "runs");
+    Row("Escape", int(Qt::Key_Escape), false);
+    Row("the button", int(Qt::Key_Space), true);
+  }
+  void RunBeside() {
+    QFETCH(int, key);
+    TLanguage language;
+    QVERIFY(language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")));
+    QStringList buttons;
+    OnModalDialog<TfrmConfirm>([&](TfrmConfirm &dialog) {
+      for (const auto *button : dialog.findChildren<QPushButton *>()) buttons.append(button->text());
+      auto *open = dialog.findChild<QPushButton *>(QStringLiteral("cmdOK"));
+      QTest::keyClick(open, Qt::Key(key));
+    });
+    QTEST(AskRunBeside(language), "runs");
+    buttons.sort();
+    QCOMPARE(buttons,
+             QStringList({language.Text("MAIN", "NotAnsweringOpen"), language.Text("MAIN", "NotAnsweringLeave")}));
   }
 
  private:

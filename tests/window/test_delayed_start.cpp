@@ -81,7 +81,7 @@ class TestDelayedStart final : public QObject, private TMainWindowFixture {
     // A list that no mode needs does not outlive the window.
     window->CloseWithoutAsking();
     window.reset();
-    QCOMPARE(options.LastOpenSites().isEmpty(), mode != u"Last"_s);
+    QCOMPARE(options.LastOpenSites()->isEmpty(), mode != u"Last"_s);
   }
 
  private:

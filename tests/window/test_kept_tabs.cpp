@@ -132,7 +132,7 @@ class TestKeptTabs final : public QObject, private TMainWindowFixture {
     tab->Stop();
     QTRY_VERIFY(!tab->Busy());
     QCOMPARE(tab->AddressToSave(), address);
-    QTRY_COMPARE(TZVOptions(*store).LastOpenSites().value(0).address, address);
+    QTRY_COMPARE(TZVOptions(*store).LastOpenSites()->value(0).address, address);
     tab->Refresh();
     QTRY_VERIFY_WITH_TIMEOUT(server.RequestCount("/silent") > 1, LoadTime);
   }

@@ -122,7 +122,7 @@ class TestMainWindow final : public QObject {
   void ListFollowsTabs() {
     TZVOptions options(*m_f.store);
     Load(u"/p0"_s);
-    QVERIFY(options.LastOpenSites().isEmpty());
+    QVERIFY(options.LastOpenSites()->isEmpty());
     Action(TCommand::StartLast)->trigger();
     const QString first = u"url1="_s + m_f.server.Url(u"/p0"_s);
     QTRY_COMPARE(ToLines(options.LastOpenSites()), QStringList{first});

@@ -21,6 +21,7 @@
 #include "support/list_editor_driver.h"
 #include "support/modal_dialogs.h"
 #include "support/named_lines.h"
+#include "support/store_trouble.h"
 
 // The lists of named addresses: how they are stored, the dialog that changes them, the menus made of them.
 class TestSearchLists final : public QObject {
@@ -44,7 +45,7 @@ class TestSearchLists final : public QObject {
       TSearchLists first(m_language, m_f->store, m_f->actions, nullptr);
       QVERIFY(!first.QuickSearches().isEmpty());
       QCOMPARE(Stored(RegistryKey::QuickSearch), ToLines(first.QuickSearches()));
-      QVERIFY(first.Load(TSearchList::SearchEngines).isEmpty());
+      QVERIFY(first.Load(TSearchList::SearchEngines)->isEmpty());
       first.Save(TSearchList::QuickSearch, {});
     }
     QVERIFY(m_f->store.KeyExists(TRegistryHive::CurrentUser, RegistryKey::QuickSearch));
@@ -74,7 +75,7 @@ class TestSearchLists final : public QObject {
     QFETCH(QStringList, rows);
     TSearchLists lists(m_language, m_f->store, m_f->actions, nullptr);
     lists.Save(list, {});
-    TfrmSearchEngine dialog(m_language, lists, list);
+    TfrmSearchEngine dialog(m_language, lists, list, *lists.Load(list));
     dialog.show();
     QVERIFY(dialog.windowTitle().startsWith("Organize "));
     const TListEditorDriver editor = DriverOf(dialog);
@@ -111,8 +112,10 @@ class TestSearchLists final : public QObject {
 
   // The user is told, and what was changed is still in the dialog to be kept after all.
   void RefusedSave() {
-    TSearchLists lists(m_language, m_f->store, m_f->actions, nullptr);
-    lists.Save(TSearchList::QuickSearch, FromLines({"a=1", "b=2"}));
+    TSearchLists(m_language, m_f->store, m_f->actions, nullptr)
+        .Save(TSearchList::QuickSearch, FromLines({"a=1", "b=2"}));
+    TRegistryStore readOnly(m_f->store.FilePath(), TRegistryStore::TReadOnly());
+    TSearchLists lists(m_language, readOnly, m_f->actions, nullptr);
     QString told;
     OnModalDialog<TfrmSearchEngine>([&](TfrmSearchEngine &dialog) {
       const TListEditorDriver editor = DriverOf(dialog);
@@ -124,11 +127,24 @@ class TestSearchLists final : public QObject {
       QCOMPARE(editor.Shown(), QStringList("b|2"));
       dialog.reject();
     });
-    // Somebody else writes all the while.
-    TRegistryStore other(m_f->store.FilePath());
-    QVERIFY(other.InTransaction([&] { return !lists.Organize(TSearchList::QuickSearch); }));
+    QVERIFY(!lists.Organize(TSearchList::QuickSearch));
     QCOMPARE(told, m_language.Text("MAIN", "StoreNotKept"));
     QCOMPARE(ToLines(lists.QuickSearches()), QStringList({"a=1", "b=2"}));
+  }
+
+  // A list that cannot be read is not offered as an empty one, and a store that cannot be read gets no examples.
+  void ListsThatCannotBeRead() {
+    TSearchLists(m_language, m_f->store, m_f->actions, nullptr).Save(TSearchList::QuickSearch, FromLines({"own=1"}));
+    std::optional<TStoreLock> lock(std::in_place, m_f->store.FilePath(), TStoreLock::TKind::Unreadable);
+    TSearchLists lists(m_language, m_f->store, m_f->actions, &m_f->window);
+    QVERIFY(lists.QuickSearches().isEmpty() && !lists.Organize(TSearchList::QuickSearch));
+    const auto *box = m_f->window.findChild<QMessageBox *>();
+    QVERIFY(box != nullptr);
+    QCOMPARE(box->text(), m_language.Text("MAIN", "StoreNotRead"));
+    lock.reset();
+    QCOMPARE(ToLines(lists.QuickSearches()), QStringList("own=1"));
+    QVERIFY(m_f->store.Flush(1000));
+    QCOMPARE(Stored(RegistryKey::QuickSearch), QStringList("own=1"));
   }
 
   void Menus() {

@@ -1,11 +1,18 @@
 #include <functional>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QStatusBar>
 
+#include "config/language.h"
 #include "config/registry_paths.h"
 #include "search/address_bar.h"
+#include "support/data_row.h"
+#include "support/modal_dialogs.h"
+#include "support/store_trouble.h"
+#include "ui/confirm_dialog.h"
 #include "window/main_window_fixture.h"
 
 using namespace Qt::StringLiterals;
@@ -71,10 +78,99 @@ class TestStoredSettings final : public QObject {
     }
     kept.sort();
     QCOMPARE(kept, expected);
-    for (const TNamedAddresses &read :
-         {options.SearchEngines(), options.QuickSearchEntries(), options.SearchBarEntries()}) {
+    for (const auto &read : {options.SearchEngines(), options.QuickSearchEntries(), options.SearchBarEntries()}) {
       QCOMPARE(read, list);
     }
+  }
+
+  // What another window stores while this one runs is there when both have gone.
+  void AnotherWindowsChangesStay() {
+    const QStringList names{u"Left"_s,        u"Top"_s,         u"Width"_s,  u"Height"_s,
+                            u"Maximized"_s,   u"FullScreen"_s,  u"ShowGo"_s, u"AutoCompleteStyle"_s,
+                            u"ViewToolbar"_s, u"OpenNewAtEnd"_s};
+    m_f.Open();
+    TRegistryStore other(m_f.store->FilePath());
+    for (const QString &name : names) {
+      other.Write(TRegistryHive::CurrentUser, QString::fromLatin1(RegistryKey::CurrentVersion), name,
+                  name == u"AutoCompleteStyle"_s ? u"IE4"_s : u"1"_s);
+    }
+    TTypedAddresses typed;
+    typed.File(u"http://theirs.test/"_s);
+    typed.Save(other);
+    QVERIFY(TZVOptions(other).SetPopupList({u"http://theirs.test/*"_s}));
+    auto *box = m_f.window->findChild<TAddressBar *>()->lineEdit();
+    box->setText(m_f.server.Url(u"/a"_s));
+    QTest::keyClick(box, Qt::Key_Return);
+    QTRY_COMPARE_WITH_TIMEOUT(Tabs().GetActivePage()->GetLocationName(), u"Page A"_s, m_f.LoadTime);
+    m_f.window.reset();
+    for (const QString &name : names) {
+      const QString key = QString::fromLatin1(RegistryKey::CurrentVersion);
+      QCOMPARE(u'=' + name + other.Read(TRegistryHive::CurrentUser, key, name).value_or(QString()),
+               u'=' + name + (name == u"AutoCompleteStyle"_s ? u"IE4"_s : u"1"_s));
+    }
+    QVERIFY(typed.Load(other));
+    QCOMPARE(typed.List(), QStringList({m_f.server.Url(u"/a"_s), u"http://theirs.test/"_s}));
+    QCOMPARE(TZVOptions(other).PopupList(), QStringList(u"http://theirs.test/*"_s));
+  }
+
+  // A store that is locked while the window opens, or all the time: nothing of it is lost, and the window works.
+  void LockedStore_data() {
+    Columns<bool>("atTheEnd");
+    Row("while it opens", false);
+    Row("to the end", true);
+  }
+  void LockedStore() {
+    QFETCH(bool, atTheEnd);
+    TZVOptions options(*m_f.store);
+    options.Set(Setting::StartupMode, u"Last"_s);
+    const TNamedAddresses sites{{u"url2"_s, m_f.server.Url(u"/b"_s)}, {u"url1"_s, m_f.server.Url(u"/a"_s)}};
+    QVERIFY(options.SetLastOpenSites(sites) && options.SetQuickSearchEntries({{u"own"_s, u"http://own.test/%s"_s}}));
+    QVERIFY(options.SetPopupList({u"http://own.test/*"_s}));
+    TTypedAddresses typed;
+    typed.File(u"http://own.test/"_s);
+    typed.Save(*m_f.store);
+    const auto contents = [](const QString &path) {
+      const TRegistryStore store(path);
+      QStringList lines;
+      const QString version = QString::fromLatin1(RegistryKey::CurrentVersion);
+      QStringList keys{QString::fromLatin1(RegistryKey::TypedUrls)};
+      for (const QString &name : store.Subkeys(TRegistryHive::CurrentUser, version)) keys << version + u'\\' + name;
+      for (const QString &key : keys) {
+        lines << key;
+        for (const auto &value : store.Values(TRegistryHive::CurrentUser, key)) lines << value.name << value.data;
+      }
+      lines << store.Read(TRegistryHive::CurrentUser, version, u"StartupMode"_s).value_or(QString());
+      return lines;
+    };
+    const QString path = m_f.store->FilePath();
+    const QStringList before = contents(path);
+    std::optional<TStoreLock> lock(std::in_place, path, TStoreLock::TKind::Unreadable);
+    m_f.Open();
+    QTRY_VERIFY(QApplication::activeModalWidget() != nullptr);
+    QCOMPARE(qobject_cast<QMessageBox *>(QApplication::activeModalWidget())->text(), Text("StoreNotRead"));
+    QApplication::activeModalWidget()->close();
+    if (!atTheEnd) lock.reset();
+    // Nothing that is done waits for the lock.
+    QElapsedTimer timer;
+    timer.start();
+    Action(TCommand::OpenNewAtEnd)->trigger();
+    QVERIFY(Action(TCommand::OpenNewAtEnd)->isChecked());
+    QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));
+    QString told;
+    if (atTheEnd) {
+      OnModalDialog<TfrmConfirm>([&told](TfrmConfirm &dialog) {
+        told = dialog.findChild<QLabel *>(u"lblTitle"_s)->text();
+        dialog.reject();
+      });
+    }
+    timer.start();
+    m_f.window.reset();
+    QVERIFY(timer.elapsed() < 9000);
+    QCOMPARE(told, atTheEnd ? Text("Unwritten") : QString());
+    lock.reset();
+    m_f.store->Flush(1000);
+    QCOMPARE(contents(path), before);
+    QCOMPARE(TZVOptions(*m_f.store).Get(Setting::OpenNewAtEnd), true);
   }
 
   void HoldFromTheNextStart_data() {
@@ -108,6 +204,11 @@ class TestStoredSettings final : public QObject {
   }
   [[nodiscard]] TTabStrip &Tabs() const { return m_f.window->Tabs(); }
   [[nodiscard]] QAction *Action(TCommand command) const { return m_f.window->Actions()[command]; }
+  [[nodiscard]] static QString Text(const char *key) {
+    TLanguage english;
+    return english.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")) ? english.Text("MAIN", key)
+                                                                                  : QString();
+  }
   [[nodiscard]] const TZVPageControl &Strip() const { return *m_f.window->findChild<TZVPageControl *>(); }
 
   [[nodiscard]] TCheck Shows(const char *widget, bool shown) {

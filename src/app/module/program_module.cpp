@@ -3,8 +3,8 @@
 #include "app/program_entry.h"
 #include "app/terminal_help.h"
 
-int ZarvelaRun(int argc, char **argv, TInstanceLock *lock) {
-  return RunProgram(argc, argv, *lock);
+int ZarvelaRun(int argc, char **argv, TInstanceLock *lock, bool ask) {
+  return RunProgram(argc, argv, *lock, ask);
 }
 
 void ZarvelaTell(int argc, char **argv) {
