@@ -3,6 +3,7 @@
 #include <QMainWindow>
 
 #include "app/delayed_start.h"
+#include "browser/engine/view_supply.h"
 #include "browser/tabs/browser_tab.h"
 #include "platform/program_folders.h"
 
@@ -54,6 +55,7 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       lastSites(tabs, settings.Store(), engine.ProcessNumber(), nullptr),
       startupModes(actions, groups, lastSites, settings),
       handedOver(window, tabs, groups) {
+  engine.Views().KeepReady(window);
   Join();
 }
 

@@ -14,6 +14,7 @@
 #include "browser/engine/page_probe.h"
 #include "browser/engine/page_saving.h"
 #include "browser/engine/page_stack.h"
+#include "browser/engine/view_supply.h"
 #include "browser/engine/zoom_table.h"
 #include "browser/page/page_menu.h"
 #include "browser/page/page_prompts.h"
@@ -60,11 +61,14 @@ THalvexBrowser::~THalvexBrowser() {
 }
 
 void THalvexBrowser::EnsureView() {
-  if (m_view) return;
+  if (!m_view) SetView(m_engine.Views().Take());
+}
+
+void THalvexBrowser::SetView(QWebEngineView *view) {
   m_blank = false;
-  m_page = new TEnginePage(m_engine, this, nullptr);
-  m_view = new QWebEngineView(m_page, nullptr);
-  m_page->setParent(m_view);
+  m_view = view;
+  m_page = static_cast<TEnginePage *>(view->page());
+  m_page->SetOwner(this);
   m_view->setContextMenuPolicy(Qt::CustomContextMenu);
   auto *prompts = new TPagePrompts(m_page, this, m_engine.Language());
   m_layout->insertWidget(0, prompts->Bar());
@@ -92,7 +96,7 @@ void THalvexBrowser::ForgetLeave() {
 }
 
 void THalvexBrowser::TakeWindow(QWebEngineNewWindowRequest *request) {
-  EnsureView();
+  SetView(m_engine.Views().Make());
   m_page->BecomeWindow();
   if constexpr (WrittenWindowsCanBeShown) m_stack->ShowView();
   request->openIn(m_page);

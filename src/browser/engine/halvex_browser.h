@@ -140,6 +140,7 @@ class THalvexBrowser final : public QWidget {
 
  private:
   void EnsureView();
+  void SetView(QWebEngineView *view);
   void ConnectPage();
   [[nodiscard]] bool HasLivePage() const;
   [[nodiscard]] bool IsLocalFailure() const;
