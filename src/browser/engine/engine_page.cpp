@@ -60,6 +60,7 @@ TEnginePage::TEnginePage(TEngine &engine, QObject *parent)
     m_insecureParts = true;
     Q_EMIT EncryptionLevelChanged();
   });
+  connect(m_filter, &TContentFilter::PageRequested, this, &TEnginePage::PageRequested, Qt::QueuedConnection);
   connect(this, &QWebEnginePage::urlChanged, this, &TEnginePage::OnUrlChanged);
   connect(this, &QWebEnginePage::loadProgress, this, &TEnginePage::OnProgress);
   connect(this, &QWebEnginePage::loadingChanged, this, &TEnginePage::OnLoadingChanged);

@@ -65,6 +65,7 @@ class TEnginePage final : public QWebEnginePage {
  Q_SIGNALS:
   void BeforeNavigate(TNavigation *navigation);
   void AddressChanged(const QString &address);
+  void PageRequested();  // its request has gone out
   void Committed(const QString &address);
   void Failed(const TLoadFailure &failure);  // comes before Finished
   void Finished(const QString &address);

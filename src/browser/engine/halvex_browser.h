@@ -152,6 +152,7 @@ class THalvexBrowser final : public QWidget {
   void OnNoticeSecondary();
   void OnNoticeChanged();
   void OnBeforeNavigate(TNavigation *navigation);
+  void ShowPage();
   void OnCommitted(const QString &address);
   void OnFinished(const QString &address);
   void ShowPageMenu(const QPoint &position);
