@@ -1,6 +1,7 @@
 // The least program that shows pages: one engine view per address, the first one visible.
 //   bare_view address...
-//   bare_view --more address     opens, in addition, the addresses of each line that comes on the standard input
+//   bare_view --more address     opens, in addition, the addresses of each line that comes on the standard input; one
+//                                behind a "+" comes to the front
 
 #include <unistd.h>
 #include <QApplication>
@@ -15,11 +16,14 @@ namespace {
 // The room that a page has in the program's window, on the 800 x 800 screen of a run without one.
 constexpr QSize PageSize(780, 560);
 
-void Add(QStackedWidget &window, const QString &address) {
+void Add(QStackedWidget &window, QString address) {
+  const bool isInFront = address.startsWith(u'+');
+  if (isInFront) address.remove(0, 1);
   auto *view = new QWebEngineView(&window);
   view->resize(PageSize);  // A hidden page is laid out like the visible one.
   window.addWidget(view);
   view->load(QUrl(address));
+  if (isInFront) window.setCurrentWidget(view);
 }
 
 // One line in each turn of the event loop; unbuffered, so that what is not read yet still wakes the loop.

@@ -1,5 +1,5 @@
 // Measures the program against a bare engine view built in the same tree, in one run, and prints ratios.
-//   bench_driver [--bare-only] [--rounds N]
+//   bench_driver [--bare-only] [--rounds N] [--screen PLATFORM]
 
 #include <algorithm>
 #include <array>
@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "config/options.h"
+#include "config/registry_paths.h"
 #include "page_server.h"
 #include "store/registry_store.h"
 #include "subject.h"
@@ -19,13 +20,29 @@
 
 namespace {
 
-constexpr double FirstPageLimit = 1.30;
-constexpr double TabLimit = 1.15;
-constexpr double HandOffLimit = 2.20;
+// The most that a row may be: without a screen, and on one.
+struct TLimits {
+  TWanted offscreen{};
+  TWanted onScreen{};
+};
+
+constexpr TLimits FromAddress{{.ratio = 1.30}, {.ratio = 1.15}};
+constexpr TLimits Restored{{.ratio = 1.30}, {.ratio = 1.10}};
+constexpr TLimits VeryFirst{{}, {.ratio = 1.35}};
+constexpr TLimits OneTabMemory{{.ratio = 1.15}, {.ratio = 1.08}};
+constexpr TLimits ManyTabs{{.ratio = 1.15}, {.ratio = 1.20}};
+constexpr TLimits TabMemory{{.ratio = 1.15}, {.ratio = 1.15}};
+constexpr TLimits Group{{}, {.ratio = 1.15}};
+constexpr TLimits HandedOff{{.ratio = 2.20}, {.value = 45}};
+constexpr TLimits None{};
+
 constexpr std::array TabCounts{1, 20, 100};
 constexpr int GroupPages = 100;
 constexpr int HandOffsEachRound = 3;
-constexpr int Calm = 300;  // milliseconds, for what a page still does once it is painted
+constexpr int Calm = 300;            // milliseconds, for what a page still does once it is painted
+constexpr int UntilSpare = 2000;     // the same, for the next view that is kept ready
+constexpr int HomePageInNewTab = 2;  // the setting NewAction
+constexpr const char *Offscreen = "offscreen";
 constexpr int DefaultRounds = 5;
 constexpr int MostTabRounds = 3;
 constexpr QSize WindowSize(780, 720);  // leaves pages the room that they have in the bare view
@@ -47,27 +64,30 @@ struct TSeries {
 
 class TBench final {
  public:
-  TBench(const QString &folder, bool bareOnly, int rounds)
-      : m_bare(QStringLiteral("bare view"), folder + QStringLiteral("/bare_view")),
-        m_libraries(QStringLiteral("libraries"), folder + QStringLiteral("/libraries_alone")),
-        m_zarvela(QStringLiteral("zarvela"), folder + QStringLiteral("/../zarvela")),
+  // `platform` is the toolkit's name of the screen; the rows go into `toBare` and, what is compared with the libraries
+  // alone, into `toLibraries`.
+  TBench(const QString &folder, const QString &platform, bool bareOnly, int rounds, TComparison &toBare,
+         TComparison &toLibraries)
+      : m_bare(QStringLiteral("bare view"), folder + QStringLiteral("/bare_view"), platform),
+        m_libraries(QStringLiteral("libraries"), folder + QStringLiteral("/libraries_alone"), platform),
+        m_zarvela(QStringLiteral("zarvela"), folder + QStringLiteral("/../zarvela"), platform),
+        m_isOnScreen(platform != QLatin1String(Offscreen)),
         m_bareOnly(bareOnly),
-        m_rounds(rounds) {}
+        m_rounds(rounds),
+        m_toBare(toBare),
+        m_toLibraries(toLibraries) {}
 
   int Run() {
     if (!m_server.isListening()) {
       std::fprintf(stderr, "bench: no port on 127.0.0.1 to listen on\n");
       return 1;
     }
-    std::printf("Medians of %d starts (tabs: of %d), each program with folders of its own.\n\n", m_rounds, TabRounds());
-    PrintHead("bare view", "zarvela");
     Libraries();
     FirstPage();
     Tabs();
     if (!m_bareOnly) {
+      if (m_isOnScreen) NewTabByKey();
       GroupHandedOver();
-      std::printf("\n");
-      PrintHead("libraries", "zarvela");
       HandOff();
     }
     return m_failed ? 1 : 0;
@@ -75,6 +95,11 @@ class TBench final {
 
  private:
   int TabRounds() const { return std::min(m_rounds, MostTabRounds); }
+
+  const TWanted &Wanted(const TLimits &limits) const { return m_isOnScreen ? limits.onScreen : limits.offscreen; }
+  void Add(const QString &what, double base, double measured, const TLimits &limits) {
+    m_toBare.Add(what, base, measured, Wanted(limits));
+  }
 
   // False, with the reason on stderr, when there are no numbers.
   bool Good(const TCost &cost) {
@@ -91,7 +116,7 @@ class TBench final {
       if (!Good(cost)) return;
       if (round > 0) series.Add(cost);  // The first start brings the files into memory.
     }
-    PrintRatio(QStringLiteral("libraries alone"), Median(series.milliseconds), 0, "ms", 0);
+    Add(QStringLiteral("libraries alone, ms"), Median(series.milliseconds), 0, None);
   }
 
   QStringList Addresses(int pages) const {
@@ -141,6 +166,7 @@ class TBench final {
     TSeries bare;
     TSeries restored;
     TSeries withAddress;
+    TSeries veryFirst;
     for (int round = 0; round <= m_rounds; ++round) {
       const TCost bareCost = StartBare(1, TReport::Painted, false);
       if (!Good(bareCost)) return;
@@ -150,22 +176,27 @@ class TBench final {
       const TCost addressCost = StartWithAddress();
       const TCost restoredCost = StartRestored(1, TReport::Painted, false);
       if (!Good(addressCost) || !Good(restoredCost)) return;
+      const QSize viewport = m_server.Viewport();
+      m_zarvela.ForgetProfile();
+      const TCost firstCost = StartWithAddress();
+      if (!Good(firstCost)) return;
       if (round == 0) continue;
-      if (round == 1) PrintViewports(bareViewport, m_server.Viewport());
+      if (round == 1) AddViewports(bareViewport, viewport);
       withAddress.Add(addressCost);
       restored.Add(restoredCost);
+      veryFirst.Add(firstCost);
     }
     const double bareMedian = Median(bare.milliseconds);
-    PrintRatio(QStringLiteral("first page painted, from an address"), bareMedian, Median(withAddress.milliseconds),
-               "ms", FirstPageLimit);
+    Add(QStringLiteral("first page painted, from an address, ms"), bareMedian, Median(withAddress.milliseconds),
+        FromAddress);
     if (m_bareOnly) return;
-    PrintRatio(QStringLiteral("first page painted, restored"), bareMedian, Median(restored.milliseconds), "ms",
-               FirstPageLimit);
+    Add(QStringLiteral("first page painted, restored, ms"), bareMedian, Median(restored.milliseconds), Restored);
+    Add(QStringLiteral("very first start, from an address, ms"), bareMedian, Median(veryFirst.milliseconds), VeryFirst);
   }
 
-  static void PrintViewports(QSize bare, QSize zarvela) {
-    std::printf("%-*s %6d x %d  %6d x %d\n", FirstColumn, "room for the page", bare.width(), bare.height(),
-                zarvela.width(), zarvela.height());
+  void AddViewports(QSize bare, QSize zarvela) {
+    Add(QStringLiteral("room for the page, thousand pixels"), bare.width() * bare.height() / 1000.0,
+        zarvela.width() * zarvela.height() / 1000.0, None);
   }
 
   void Tabs() {
@@ -175,6 +206,7 @@ class TBench final {
       TSeries bare;
       TSeries zarvela;
       TSeries group;
+      TSeries withSpare;
       for (int round = 0; round < TabRounds(); ++round) {
         const TCost bareCost = StartBare(pages, TReport::Loaded, true);
         if (!Good(bareCost)) return;
@@ -183,46 +215,95 @@ class TBench final {
         const TCost cost = StartRestored(pages, TReport::Loaded, true);
         if (!Good(cost)) return;
         zarvela.Add(cost);
+        if (pages == 1) {
+          const TCost spareCost = StartAndWaitForSpare();
+          if (!Good(spareCost)) return;
+          withSpare.Add(spareCost);
+        }
         if (pages != GroupPages) continue;
         const TCost groupCost = StartGroup();
         if (!Good(groupCost)) return;
         group.Add(groupCost);
       }
-      PrintTabs(pages, bare, zarvela);
+      AddTabs(pages, bare, zarvela);
       if (pages == 1) {
         firstBare = bare;
         firstZarvela = zarvela;
+        Add(QStringLiteral("1 tab: memory with the view kept ready, MiB"), Median(bare.mebibytes),
+            Median(withSpare.mebibytes), None);
       } else {
-        PrintEachFurther(pages, bare, zarvela, firstBare, firstZarvela);
+        AddEachFurther(pages, bare, zarvela, firstBare, firstZarvela);
       }
-      if (!group.milliseconds.empty()) PrintGroup(bare, group);
+      if (!group.milliseconds.empty()) AddGroup(bare, group);
     }
   }
 
-  static void PrintTabs(int pages, const TSeries &bare, const TSeries &zarvela) {
-    const QString tabs = QStringLiteral("%1 tab%2: ").arg(pages).arg(QLatin1String(pages == 1 ? "" : "s"));
-    PrintRatio(tabs + QLatin1String("all loaded"), Median(bare.milliseconds), Median(zarvela.milliseconds), "ms",
-               pages == 1 ? FirstPageLimit : TabLimit);
-    PrintRatio(tabs + QStringLiteral("memory in all (%1/%2 processes)").arg(bare.processes).arg(zarvela.processes),
-               Median(bare.mebibytes), Median(zarvela.mebibytes), "MiB", TabLimit);
+  // The memory once the program has had the time to make the next view.
+  TCost StartAndWaitForSpare() {
+    if (!OpenFirstPage()) return {.trouble = QStringLiteral("no first page")};
+    Pause(UntilSpare);
+    const TCost cost = m_zarvela.Memory();
+    m_zarvela.Close();
+    return cost;
   }
 
-  static void PrintEachFurther(int pages, const TSeries &bare, const TSeries &zarvela, const TSeries &firstBare,
-                               const TSeries &firstZarvela) {
+  void AddTabs(int pages, const TSeries &bare, const TSeries &zarvela) {
+    const QString tabs = QStringLiteral("%1 tab%2: ").arg(pages).arg(QLatin1String(pages == 1 ? "" : "s"));
+    Add(tabs + QLatin1String("all loaded, ms"), Median(bare.milliseconds), Median(zarvela.milliseconds),
+        pages == 1 ? FromAddress : ManyTabs);
+    Add(tabs + QLatin1String("memory in all, MiB"), Median(bare.mebibytes), Median(zarvela.mebibytes),
+        pages == 1 ? OneTabMemory : TabMemory);
+    Add(tabs + QLatin1String("processes"), bare.processes, zarvela.processes, None);
+  }
+
+  void AddEachFurther(int pages, const TSeries &bare, const TSeries &zarvela, const TSeries &firstBare,
+                      const TSeries &firstZarvela) {
     const auto further = [&](const std::vector<double> &all, const std::vector<double> &first) {
       return all.empty() ? 0 : (Median(all) - Median(first)) / (pages - 1);
     };
     const QString tabs = QStringLiteral("%1 tabs: ").arg(pages);
-    PrintRatio(tabs + QLatin1String("each further one"), further(bare.milliseconds, firstBare.milliseconds),
-               further(zarvela.milliseconds, firstZarvela.milliseconds), "ms", TabLimit);
-    PrintRatio(tabs + QLatin1String("memory of each further one"), further(bare.mebibytes, firstBare.mebibytes),
-               further(zarvela.mebibytes, firstZarvela.mebibytes), "MiB", TabLimit);
+    Add(tabs + QLatin1String("each further one, ms"), further(bare.milliseconds, firstBare.milliseconds),
+        further(zarvela.milliseconds, firstZarvela.milliseconds), ManyTabs);
+    Add(tabs + QLatin1String("memory of each further one, MiB"), further(bare.mebibytes, firstBare.mebibytes),
+        further(zarvela.mebibytes, firstZarvela.mebibytes), TabMemory);
   }
 
-  static void PrintGroup(const TSeries &bare, const TSeries &group) {
+  void AddGroup(const TSeries &bare, const TSeries &group) {
     const QString name = QStringLiteral("group of %1 pages: ").arg(GroupPages);
-    PrintRatio(name + QLatin1String("all loaded"), Median(bare.milliseconds), Median(group.milliseconds), "ms", 0);
-    PrintRatio(name + QLatin1String("memory in all"), Median(bare.mebibytes), Median(group.mebibytes), "MiB", 0);
+    Add(name + QLatin1String("all loaded, ms"), Median(bare.milliseconds), Median(group.milliseconds), Group);
+    Add(name + QLatin1String("memory in all, MiB"), Median(bare.mebibytes), Median(group.mebibytes), None);
+  }
+
+  // From the key that opens a new tab with an address to that page's first painted frame.
+  void NewTabByKey() {
+    TSeries bare;
+    TSeries zarvela;
+    m_server.BeginRun();
+    if (!Good(m_bare.Open({QStringLiteral("--more"), m_server.Address(1)}, m_server, 1, TReport::Painted))) return;
+    for (int page = 2; page < m_rounds + 2; ++page) {
+      Pause(UntilSpare);
+      const QString line = QStringLiteral("+%1\n").arg(m_server.Address(page));
+      const TCost cost = m_bare.Tell(line.toLatin1(), m_server, page, TReport::Painted);
+      if (!Good(cost)) return;
+      bare.Add(cost);
+    }
+    m_bare.Close();
+    if (!OpenFirstPage()) return;
+    for (int page = 2; page < m_rounds + 2; ++page) {
+      Pause(UntilSpare);
+      {
+        TRegistryStore store(m_zarvela.RegistryFile());
+        TZVOptions(store).Set(Setting::NewAction, HomePageInNewTab);
+        store.Write(TRegistryHive::CurrentUser, QString::fromLatin1(RegistryKey::SystemBrowser),
+                    QStringLiteral("Start Page"), m_server.Address(page));
+      }
+      const TCost cost = m_zarvela.Press(QStringLiteral("ctrl+t"), m_server, page, TReport::Painted);
+      if (!Good(cost)) return;
+      zarvela.Add(cost);
+    }
+    m_zarvela.Close();
+    Add(QStringLiteral("Ctrl+T to the page's first frame, ms"), Median(bare.milliseconds), Median(zarvela.milliseconds),
+        None);
   }
 
   QString GroupFile() const { return m_zarvela.Folder() + QStringLiteral("/pages.hgp"); }
@@ -272,8 +353,8 @@ class TBench final {
       m_zarvela.Close();
       zarvela.Add(cost);
     }
-    PrintRatio(QStringLiteral("group of %1 pages: the window answers").arg(GroupPages), Median(bare.milliseconds),
-               Median(zarvela.milliseconds), "ms", 0);
+    Add(QStringLiteral("group of %1 pages: the window answers, ms").arg(GroupPages), Median(bare.milliseconds),
+        Median(zarvela.milliseconds), None);
   }
 
   // The program with page 1 of a new run, and calm.
@@ -289,27 +370,31 @@ class TBench final {
     TSeries libraries;
     TSeries zarvela;
     if (!OpenFirstPage()) return;
+    Pause(UntilSpare);
     for (int round = 0; round <= m_rounds * HandOffsEachRound; ++round) {
       const TCost librariesCost = m_libraries.RunToEnd({});
       const int page = round + 2;
       const TCost cost = m_zarvela.HandOver({m_server.Address(page)}, m_server, page, TReport::Requested);
       if (!Good(librariesCost) || !Good(cost)) return;
-      Pause(Calm);
+      Pause(UntilSpare);
       if (round == 0) continue;
       libraries.Add(librariesCost);
       zarvela.Add(cost);
     }
     m_zarvela.Close();
-    PrintRatio(QStringLiteral("hand-off: the running window asks for it"), Median(libraries.milliseconds),
-               Median(zarvela.milliseconds), "ms", HandOffLimit);
+    m_toLibraries.Add(QStringLiteral("hand-off: the running window asks, ms"), Median(libraries.milliseconds),
+                      Median(zarvela.milliseconds), Wanted(HandedOff));
   }
 
   TPageServer m_server;
   TSubject m_bare;
   TSubject m_libraries;
   TSubject m_zarvela;
+  bool m_isOnScreen;
   bool m_bareOnly;
   int m_rounds;
+  TComparison &m_toBare;
+  TComparison &m_toLibraries;
   bool m_failed = false;
 };
 
@@ -321,7 +406,10 @@ int main(int argc, char **argv) {
   const QCommandLineOption bareOnly(QStringLiteral("bare-only"), QStringLiteral("Measure only the bare view."));
   const QCommandLineOption rounds(QStringLiteral("rounds"), QStringLiteral("Starts of each program."),
                                   QStringLiteral("number"), QString::number(DefaultRounds));
-  parser.addOptions({bareOnly, rounds});
+  const QCommandLineOption screen(QStringLiteral("screen"),
+                                  QStringLiteral("Measure on this platform of the toolkit too; empty for its own."),
+                                  QStringLiteral("platform"));
+  parser.addOptions({bareOnly, rounds, screen});
   parser.addHelpOption();
   parser.process(application);
   const QString folder = QCoreApplication::applicationDirPath();
@@ -329,5 +417,28 @@ int main(int argc, char **argv) {
     std::fprintf(stderr, "bench: the program is not built\n");
     return 1;
   }
-  return TBench(folder, parser.isSet(bareOnly), std::clamp(parser.value(rounds).toInt(), 1, 100)).Run();
+  QStringList names{QStringLiteral("without a screen")};
+  QStringList platforms{QLatin1String(Offscreen)};
+  if (parser.isSet(screen)) {
+    names += QStringLiteral("on screen");
+    platforms += parser.value(screen);
+  }
+  const int most = std::clamp(parser.value(rounds).toInt(), 1, 100);
+  TComparison toBare(names);
+  TComparison toLibraries(names);
+  int code = 0;
+  for (qsizetype i = 0; i < platforms.size(); ++i) {
+    std::fprintf(stderr, "bench: measuring %s\n", qPrintable(names[i]));
+    toBare.BeginScreen(i);
+    toLibraries.BeginScreen(i);
+    code = std::max(code, TBench(folder, platforms[i], parser.isSet(bareOnly), most, toBare, toLibraries).Run());
+  }
+  std::printf("Medians of %d starts (tabs: of %d), each program with folders of its own.\n\n", most,
+              std::min(most, MostTabRounds));
+  toBare.Print("bare view", "zarvela");
+  if (!parser.isSet(bareOnly)) {
+    std::printf("\n");
+    toLibraries.Print("libraries", "zarvela");
+  }
+  return code;
 }

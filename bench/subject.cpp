@@ -56,7 +56,12 @@ QString Trouble(const QString &what, QProcess &process) {
 
 }  // namespace
 
-TSubject::TSubject(const QString &name, const QString &program) : m_name(name), m_program(program) {
+TSubject::TSubject(const QString &name, const QString &program, const QString &platform)
+    : m_name(name), m_program(program), m_platform(platform) {
+  MakeFolders();
+}
+
+void TSubject::MakeFolders() const {
   for (const char *folder : {"config", "data", "cache", "run", "tmp"}) {
     QDir(m_folder.path()).mkdir(QLatin1String(folder));
     QFile::setPermissions(m_folder.filePath(QLatin1String(folder)),
@@ -74,6 +79,8 @@ QString TSubject::RegistryFile() const {
 
 QProcessEnvironment TSubject::Environment() const {
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
+  if (!m_platform.isEmpty()) environment.insert(QStringLiteral("QT_QPA_PLATFORM"), m_platform);
   environment.insert(QStringLiteral("HOME"), m_folder.path());
   environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_folder.filePath(QStringLiteral("config")));
   environment.insert(QStringLiteral("XDG_DATA_HOME"), m_folder.filePath(QStringLiteral("data")));
@@ -155,6 +162,29 @@ TCost TSubject::HandOver(const QStringList &texts, TPageServer &server, int page
     cost.trouble = Trouble(m_name + QLatin1String(": the second start"), sender);
   }
   End(sender);
+  return cost;
+}
+
+void TSubject::ForgetProfile() {
+  Close();
+  for (const char *folder : {"data", "cache"}) QDir(m_folder.filePath(QLatin1String(folder))).removeRecursively();
+  MakeFolders();
+}
+
+TCost TSubject::Press(const QString &key, TPageServer &server, int page, TPageServer::TReport report) {
+  QProcess presser;
+  const TCost cost = Measure(
+      server, [&] { return server.Has(report, page); },
+      [&] {
+        presser.start(QStringLiteral("xdotool"), {QStringLiteral("key"), key});
+      });
+  presser.waitForFinished(EndTimeout);
+  return cost;
+}
+
+TCost TSubject::Memory() const {
+  TCost cost;
+  if (m_running) MeasureMemory(m_running->processId(), cost);
   return cost;
 }
 

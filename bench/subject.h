@@ -25,7 +25,8 @@ void Pause(int milliseconds);
 // One of the programs that are compared, with folders of its own that it keeps from start to start.
 class TSubject final {
  public:
-  TSubject(const QString &name, const QString &program);
+  // `platform` is the toolkit's name of the screen that it runs on; empty for the one of this session.
+  TSubject(const QString &name, const QString &program, const QString &platform);
   ~TSubject();
   TSubject(const TSubject &) = delete;
   TSubject &operator=(const TSubject &) = delete;
@@ -38,6 +39,8 @@ class TSubject final {
   TCost Start(const QStringList &arguments, TPageServer &server, int pages, TPageServer::TReport report, bool memory);
   // Starts the program and waits for it to end by itself.
   TCost RunToEnd(const QStringList &arguments);
+  // Forgets the engine's profile, as if it had never run; settings stay.
+  void ForgetProfile();
 
   // The same in steps, for what happens to a program that runs. The first three wait until page `page`
   // of the server has reported.
@@ -47,6 +50,10 @@ class TSubject final {
   // Starts the program again for each text in turn, each once the one before has ended; these have to end by
   // themselves.
   TCost HandOver(const QStringList &texts, TPageServer &server, int page, TPageServer::TReport report);
+  // Presses a key of the screen's keyboard; the one that runs has to have it.
+  TCost Press(const QString &key, TPageServer &server, int page, TPageServer::TReport report);
+  // The memory of the one that runs.
+  [[nodiscard]] TCost Memory() const;
   // Until `pages` pages have reported, those from before included.
   TCost Await(TPageServer &server, int pages, TPageServer::TReport report);
   void Close();
@@ -56,12 +63,14 @@ class TSubject final {
   using TCondition = std::function<bool()>;
 
   [[nodiscard]] QProcessEnvironment Environment() const;
+  void MakeFolders() const;
   void Prepare(QProcess &process) const;
   // Runs `begin` and waits for `done`, looking at each report; gives up when the program that runs ends.
   [[nodiscard]] TCost Measure(TPageServer &server, const TCondition &done, const TAction &begin);
 
   QString m_name;
   QString m_program;
+  QString m_platform;
   QTemporaryDir m_folder;
   std::unique_ptr<QProcess> m_running;
 };

@@ -11,14 +11,14 @@ set -u
 
 # The compiler, the build, and what checks the form of the sources; Qt with its web engine, SVG and PDF parts; SQLite;
 # ICU. xdg-utils speaks to the desktop (default browser, mail), the fonts give a bare machine something to write with,
-# in Latin, Arabic and Japanese.
+# in Latin, Arabic and Japanese. What windows are to a desktop is tested on an X server in memory with a window manager.
 build_packages='g++ cmake ninja-build ccache mold pkg-config clang-format
   qt6-base-dev qt6-webengine-dev qt6-svg-dev qt6-pdf-dev qt6-translations-l10n
-  libsqlite3-dev libicu-dev xdg-utils fonts-dejavu-core fonts-vlgothic'
+  libsqlite3-dev libicu-dev xdg-utils fonts-dejavu-core fonts-vlgothic xvfb openbox x11-utils'
 # From Debian 13 on, what draws the icons is a package of its own, which nothing else brings along.
 release=$(sed -n 's/^VERSION_ID="*\([0-9]*\).*$/\1/p' /etc/os-release 2>/dev/null)
 [ "${release:-13}" -lt 13 ] || build_packages="$build_packages qt6-svg-plugins"
-screen_packages='xvfb xdotool imagemagick'
+screen_packages='xdotool imagemagick'
 fuzz_packages='clang libclang-rt-dev'
 machine_packages='debootstrap git'
 

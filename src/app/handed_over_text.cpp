@@ -23,14 +23,14 @@ void THandedOverText::Take(const QString &text) {
     m_early.append(text);
     return;
   }
-  BringToFront();
   // That a text is dropped while a dialog waits for its answer is meant.
-  if (QApplication::activeModalWidget() != nullptr || text.isEmpty()) return;
-  if (TPageGroups::IsHandedOverGroup(text)) {
-    m_groups.HalvexGroupClick(text);
-  } else {
-    m_tabs.NewTab()->Navigate(text);
-  }
+  const bool isDropped = QApplication::activeModalWidget() != nullptr || text.isEmpty();
+  const bool isGroup = !isDropped && TPageGroups::IsHandedOverGroup(text);
+  // A page is asked for first: it would wait until the window has come to the front and is painted.
+  if (!isDropped && !isGroup) m_tabs.NewTab()->Navigate(text);
+  BringToFront();
+  // A group may have a question, which nobody would see behind other windows.
+  if (isGroup) m_groups.HalvexGroupClick(text);
 }
 
 // The window first, out of the task bar if it must, then the dialog that stands before it.

@@ -4,6 +4,7 @@
 #include <QMainWindow>
 
 #include "app/delayed_start.h"
+#include "browser/engine/view_supply.h"
 #include "browser/tabs/browser_tab.h"
 #include "platform/program_folders.h"
 
@@ -11,8 +12,8 @@ namespace {
 
 const QString HistoryFile = QStringLiteral("/history.sqlite");
 
-TZVPageControl *MakePages(QMainWindow *window) {
-  auto *pages = new TZVPageControl(window);
+TZVPageControl *MakePages(QMainWindow *window, TFrameUpdates &updates) {
+  auto *pages = new TZVPageControl(window, &updates);
   pages->setObjectName(QStringLiteral("pcPage"));
   return pages;
 }
@@ -25,11 +26,12 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       engine(language, settings.Store()),
       environment{engine, language, settings.Store(), settings, product},
       actions(window, language, settings),
+      frameUpdates(new TFrameUpdates(window)),
       history(ProgramFolders::UserData() + HistoryFile),
       address(new TAddressBar(language, settings, history)),
-      toolbars(window, actions, address, settings),
-      status(new TMainStatusBar(language, window)),
-      pages(MakePages(window)),
+      toolbars(window, actions, address, *frameUpdates, settings),
+      status(new TMainStatusBar(language, *frameUpdates, window)),
+      pages(MakePages(window, *frameUpdates)),
       tabs(window, pages, environment),
       loadQueue(tabs),
       closedTabs(actions, tabs, loadQueue),
@@ -49,12 +51,13 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       fullScreen(window, actions, tabs, settings),
       bars(window, actions, toolbars, *status, *pages, fullScreen, settings),
       placement(window, fullScreen, settings),
-      activeTab(window, tabs, pageCommands, *address, *status, toolbars.Busy(), popups.Stopped()),
+      activeTab(window, tabs, pageCommands, *address, *status, toolbars.Busy(), popups.Stopped(), *frameUpdates),
       downloadsView(actions, *status, downloads, language),
       languageMenu(*actions.Menu(TMenu::Languages), language, settings),
       lastSites(tabs, settings.Store(), engine.ProcessNumber(), nullptr),
       startupModes(actions, groups, lastSites, settings),
       handedOver(window, tabs, groups) {
+  engine.Views().KeepReady(window);
   Join();
 }
 

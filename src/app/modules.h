@@ -37,6 +37,7 @@
 #include "search/address_bar.h"
 #include "search/address_search.h"
 #include "search/search_lists.h"
+#include "ui/frame_updates.h"
 
 class QMainWindow;
 
@@ -67,6 +68,7 @@ class TModules final {
   TEngine engine;
   TTabEnvironment environment;
   TActions actions;
+  TFrameUpdates *frameUpdates;
   THistoryStore history;
   TAddressBar *address;
   TMainToolbars toolbars;

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QMainWindow>
 #include <QMenu>
+#include <utility>
 
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/page_commands.h"
@@ -11,21 +12,28 @@
 #include "chrome/main_status_bar.h"
 #include "popups/stopped_popups.h"
 #include "search/address_bar.h"
+#include "ui/frame_updates.h"
 
 TActiveTabView::TActiveTabView(QMainWindow *window, TTabStrip &tabs, TPageCommands &commands, TAddressBar &address,
-                               TMainStatusBar &status, TBusyIndicator &busy, TStoppedPopups &stopped)
+                               TMainStatusBar &status, TBusyIndicator &busy, TStoppedPopups &stopped,
+                               TFrameUpdates &updates)
     : m_window(window),
       m_tabs(tabs),
       m_commands(commands),
       m_address(address),
       m_status(status),
       m_busy(busy),
-      m_stopped(stopped) {
+      m_stopped(stopped),
+      m_updates(updates) {
   connect(&tabs, &TTabStrip::ActiveTabChanged, this, &TActiveTabView::Show);
-  connect(&tabs, &TTabStrip::IndicatorsChanged, this, &TActiveTabView::ShowIndicators);
+  connect(&tabs, &TTabStrip::IndicatorsChanged, this, &TActiveTabView::GatherIndicators);
+  connect(&updates, &TFrameUpdates::Show, this, [this] {
+    TBrowserTab *tab = m_tabs.GetActivePage();
+    if (std::exchange(m_indicatorsChanged, false) && tab != nullptr) ShowIndicators(tab);
+  });
   connect(&tabs, &TTabStrip::StatusTextChanged, &status, &TMainStatusBar::ShowStatusText);
   connect(&tabs, &TTabStrip::ProgressChanged, &status, &TMainStatusBar::ShowProgress);
-  connect(&tabs, &TTabStrip::CommandStateChanged, this, [this] { m_commands.UpdateFor(m_tabs.GetActivePage()); });
+  connect(&tabs, &TTabStrip::CommandStateChanged, this, &TActiveTabView::GatherIndicators);
   connect(&tabs, &TTabStrip::AddressChanged, &address, &TAddressBar::ShowAddress);
   connect(&tabs, &TTabStrip::ActiveTitleChanged, this, &TActiveTabView::ShowTitle);
   connect(&stopped, &TStoppedPopups::Changed, this, &TActiveTabView::ShowStoppedPopups);
@@ -44,6 +52,18 @@ void TActiveTabView::Show() {
   m_status.ShowProgress(tab->Progress());
   ShowStoppedPopups();
   ShowIndicators(tab);
+  // The user looks at another page: nothing that it has to show waits.
+  m_updates.Hurry();
+}
+
+void TActiveTabView::GatherIndicators() {
+  m_indicatorsChanged = true;
+  // What a key does must be right at once; the buttons that show it are painted then, and the rest with them.
+  if (m_commands.UpdateFor(m_tabs.GetActivePage())) {
+    m_updates.Hurry();
+  } else {
+    m_updates.Ask();
+  }
 }
 
 void TActiveTabView::ShowTitle(const QString &title) {

@@ -6,6 +6,7 @@ class QMainWindow;
 class TAddressBar;
 class TBrowserTab;
 class TBusyIndicator;
+class TFrameUpdates;
 class TMainStatusBar;
 class TPageCommands;
 class TStoppedPopups;
@@ -19,13 +20,15 @@ class TActiveTabView final : public QObject {
  public:
   // All must outlive this object.
   TActiveTabView(QMainWindow *window, TTabStrip &tabs, TPageCommands &commands, TAddressBar &address,
-                 TMainStatusBar &status, TBusyIndicator &busy, TStoppedPopups &stopped);
+                 TMainStatusBar &status, TBusyIndicator &busy, TStoppedPopups &stopped, TFrameUpdates &updates);
 
   // Shows everything anew.
   void Show();
 
  private:
   void ShowTitle(const QString &title);
+  // Soon, with what else the page changes.
+  void GatherIndicators();
   void ShowIndicators(TBrowserTab *tab);
   void ShowStoppedPopups();
 
@@ -36,4 +39,6 @@ class TActiveTabView final : public QObject {
   TMainStatusBar &m_status;
   TBusyIndicator &m_busy;
   TStoppedPopups &m_stopped;
+  TFrameUpdates &m_updates;
+  bool m_indicatorsChanged = false;  // since they were shown last
 };

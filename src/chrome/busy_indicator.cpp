@@ -3,23 +3,28 @@
 #include <QIcon>
 #include <QPainter>
 
+#include "ui/frame_updates.h"
+
 namespace {
 
 constexpr int Edge = 24;       // pixels
-constexpr int StepTime = 60;   // milliseconds
-constexpr int StepAngle = 24;  // degrees
+constexpr int StepAngle = 40;  // degrees
 constexpr int ArcAngle = 100;  // degrees
 
 }  // namespace
 
-TBusyIndicator::TBusyIndicator(QWidget *parent) : QWidget(parent) {
+TBusyIndicator::TBusyIndicator(TFrameUpdates &updates, QWidget *parent) : QWidget(parent), m_updates(updates) {
   setObjectName(QStringLiteral("imgLogo"));
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-  m_timer.setInterval(StepTime);
-  connect(&m_timer, &QTimer::timeout, this, [this] {
-    m_angle = (m_angle + StepAngle) % 360;
-    update();
-  });
+  connect(&updates, &TFrameUpdates::Show, this, &TBusyIndicator::Turn);
+}
+
+void TBusyIndicator::Turn() {
+  if (!m_isBusy) return;
+  m_angle = (m_angle + StepAngle) % 360;
+  update();
+  // A window that nobody sees has nothing to turn; it goes on when it is painted again.
+  if (isVisible() && !window()->isMinimized()) m_updates.Ask();
 }
 
 QSize TBusyIndicator::sizeHint() const {
@@ -27,16 +32,18 @@ QSize TBusyIndicator::sizeHint() const {
 }
 
 void TBusyIndicator::SetBusy(bool busy) {
-  if (busy == m_timer.isActive()) return;
-  busy ? m_timer.start() : m_timer.stop();
+  if (busy == m_isBusy) return;
+  m_isBusy = busy;
   update();
+  if (busy) m_updates.Ask();
 }
 
 void TBusyIndicator::paintEvent(QPaintEvent *) {
+  if (m_isBusy) m_updates.Ask();
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   const QRect box((width() - Edge) / 2, (height() - Edge) / 2, Edge, Edge);
-  if (!m_timer.isActive()) {
+  if (!m_isBusy) {
     QIcon(QStringLiteral(":/icons/zarvela.svg")).paint(&painter, box);
     return;
   }

@@ -1,14 +1,16 @@
 #pragma once
 
-#include <QTimer>
 #include <QWidget>
+
+class TFrameUpdates;
 
 // The mark that turns while the page in front loads, and that rests as the program's own when it is done.
 class TBusyIndicator final : public QWidget {
   Q_OBJECT
 
  public:
-  explicit TBusyIndicator(QWidget *parent = nullptr);
+  // Turns with the frame's updates, which must outlive this object.
+  TBusyIndicator(TFrameUpdates &updates, QWidget *parent);
 
   void SetBusy(bool busy);
   [[nodiscard]] QSize sizeHint() const override;
@@ -17,6 +19,9 @@ class TBusyIndicator final : public QWidget {
   void paintEvent(QPaintEvent *event) override;
 
  private:
-  QTimer m_timer;
+  void Turn();
+
+  TFrameUpdates &m_updates;
+  bool m_isBusy = false;
   int m_angle = 0;  // degrees
 };

@@ -4,8 +4,10 @@
 #include <QMenu>
 #include <QProgressBar>
 #include <QToolButton>
+#include <utility>
 
 #include "config/language.h"
+#include "ui/frame_updates.h"
 #include "ui/shown_text.h"
 
 namespace {
@@ -39,9 +41,10 @@ QToolButton *MakeButton(QWidget *parent, const char *name) {
 
 }  // namespace
 
-TMainStatusBar::TMainStatusBar(const TLanguage &language, QWidget *parent)
+TMainStatusBar::TMainStatusBar(const TLanguage &language, TFrameUpdates &updates, QWidget *parent)
     : QStatusBar(parent),
       m_language(language),
+      m_updates(updates),
       m_text(MakePanel(this, "pnlStatusText")),
       m_note(MakePanel(this, "pnlStatusNote")),
       m_progress(new QProgressBar(this)),
@@ -76,10 +79,11 @@ TMainStatusBar::TMainStatusBar(const TLanguage &language, QWidget *parent)
   m_pagesToCome->setToolTip(language.Text("MAIN", "PagesToComeHint"));
   connect(m_pagesToCome, &QToolButton::clicked, this, &TMainStatusBar::StopPagesClicked);
   connect(m_security, &QToolButton::clicked, this, &TMainStatusBar::SecurityClicked);
+  connect(&updates, &TFrameUpdates::Show, this, &TMainStatusBar::ShowGathered);
 }
 
 void TMainStatusBar::ShowStatusText(const QString &text) {
-  m_text->setText(Shortened(text, LongestStatusText));
+  Gather(m_wantedText, Shortened(text, LongestStatusText));
 }
 
 void TMainStatusBar::ShowNote(const QString &text) {
@@ -87,14 +91,14 @@ void TMainStatusBar::ShowNote(const QString &text) {
 }
 
 void TMainStatusBar::ShowProgress(int percent) {
-  m_progress->setValue(percent);
-  m_progress->setVisible(percent < 100);
+  Gather(m_wantedProgress, percent);
 }
 
 void TMainStatusBar::ShowSecurity(bool secure, TEncryptionLevel level) {
+  const bool locked = secure && level > TEncryptionLevel::Unknown;
+  if (std::exchange(m_shownSecurity, std::pair(level, locked)) == std::pair(level, locked)) return;
   m_security->setVisible(level != TEncryptionLevel::None);
   if (level == TEncryptionLevel::None) return;
-  const bool locked = secure && level > TEncryptionLevel::Unknown;
   m_security->setIcon(QIcon(locked ? QStringLiteral(":/icons/lock.svg") : QStringLiteral(":/icons/lock_open.svg")));
   const QString text = m_language.Text(EncryptionText(level));
   m_security->setToolTip(text);
@@ -110,8 +114,32 @@ void TMainStatusBar::ShowDownloads(int active) {
 }
 
 void TMainStatusBar::ShowPagesToCome(int pages) {
-  m_pagesToCome->setVisible(pages > 0);
-  m_pagesToCome->setText(m_language.Text("MAIN", "PagesToCome").arg(pages));
+  const bool isMore = pages > m_wantedPages;
+  Gather(m_wantedPages, pages);
+  // The user has just opened them.
+  if (isMore) ShowGathered();
+}
+
+template <typename T>
+void TMainStatusBar::Gather(T &wanted, const T &value) {
+  if (wanted == value) return;
+  wanted = value;
+  m_isStale = true;
+  m_updates.Ask();
+}
+
+void TMainStatusBar::ShowGathered() {
+  if (!std::exchange(m_isStale, false)) return;
+  m_text->setText(m_wantedText);
+  m_pagesToCome->setVisible(m_wantedPages > 0);
+  m_pagesToCome->setText(m_language.Text("MAIN", "PagesToCome").arg(m_wantedPages));
+  if (m_progress->value() != m_wantedProgress) {
+    // The toolkit's bar would paint at once, and the window be composed for it alone.
+    m_progress->setUpdatesEnabled(false);
+    m_progress->setValue(m_wantedProgress);
+    m_progress->setUpdatesEnabled(true);
+  }
+  m_progress->setVisible(m_wantedProgress < 100);
 }
 
 void TMainStatusBar::ShowStopped(const QString &text) {

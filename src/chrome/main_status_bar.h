@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QStatusBar>
+#include <utility>
 
 #include "browser/page/encryption_level.h"
 
@@ -8,15 +9,17 @@ class QLabel;
 class QMenu;
 class QProgressBar;
 class QToolButton;
+class TFrameUpdates;
 class TLanguage;
 
 // The status bar: what the page says, a panel for notes about the active page, progress, the security of the connection
-// and running downloads.
+// and running downloads. What pages change in it all the time is shown with the frame's other updates.
 class TMainStatusBar final : public QStatusBar {
   Q_OBJECT
 
  public:
-  TMainStatusBar(const TLanguage &language, QWidget *parent);
+  // Both must outlive this object.
+  TMainStatusBar(const TLanguage &language, TFrameUpdates &updates, QWidget *parent);
 
   void ShowStatusText(const QString &text);
   // Panel 2: a note about the page in front; an empty text clears it.
@@ -38,7 +41,18 @@ class TMainStatusBar final : public QStatusBar {
   void StopPagesClicked();
 
  private:
+  // Begins to gather `value` into `wanted`.
+  template <typename T>
+  void Gather(T &wanted, const T &value);
+  void ShowGathered();
+
   const TLanguage &m_language;
+  TFrameUpdates &m_updates;
+  QString m_wantedText;
+  int m_wantedProgress = 100;
+  int m_wantedPages = 0;
+  std::pair<TEncryptionLevel, bool> m_shownSecurity{TEncryptionLevel::None, false};
+  bool m_isStale = false;  // something wanted is not shown yet
   QLabel *m_text;
   QLabel *m_note;
   QProgressBar *m_progress;

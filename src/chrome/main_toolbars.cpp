@@ -24,11 +24,12 @@ QToolBar *MakeBar(QMainWindow *window, const char *name, const char *title) {
 
 }  // namespace
 
-TMainToolbars::TMainToolbars(QMainWindow *window, const TActions &actions, TAddressBar *address, TSettings &settings)
+TMainToolbars::TMainToolbars(QMainWindow *window, const TActions &actions, TAddressBar *address, TFrameUpdates &updates,
+                             TSettings &settings)
     : m_settings(settings),
       m_toolbar(MakeBar(window, "ToolBar", "__ToolbarName")),
       m_addressBand(MakeBar(window, "pnlAddress", "__AddressBarName")),
-      m_busy(new TBusyIndicator(m_toolbar)) {
+      m_busy(new TBusyIndicator(updates, m_toolbar)) {
   FillToolbar(actions);
   FillAddressBand(actions, address);
   QAction *go = actions[TCommand::Go];

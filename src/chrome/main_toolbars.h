@@ -5,13 +5,15 @@ class QToolBar;
 class TActions;
 class TAddressBar;
 class TBusyIndicator;
+class TFrameUpdates;
 class TSettings;
 
 // The plain tool bar and the address band of the main window. Their texts are markers, for the window to translate.
 class TMainToolbars final {
  public:
   // Makes both bars as children of `window`, which places them. The address band takes `address` as its own.
-  TMainToolbars(QMainWindow *window, const TActions &actions, TAddressBar *address, TSettings &settings);
+  TMainToolbars(QMainWindow *window, const TActions &actions, TAddressBar *address, TFrameUpdates &updates,
+                TSettings &settings);
 
   [[nodiscard]] QToolBar *Toolbar() const { return m_toolbar; }
   [[nodiscard]] QToolBar *AddressBand() const { return m_addressBand; }

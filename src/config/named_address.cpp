@@ -1,6 +1,6 @@
 #include "config/named_address.h"
 
-#include <QRegularExpression>
+#include <algorithm>
 
 TNamedAddress TNamedAddress::AsRead() const {
   const qsizetype equals = name.indexOf(u'=');
@@ -8,8 +8,14 @@ TNamedAddress TNamedAddress::AsRead() const {
 }
 
 QString TNamedAddress::WebAddress() const {
+  // As nearly every line is.
+  if (!name.contains(u'=') &&
+      (address.startsWith(QLatin1String("http://")) || address.startsWith(QLatin1String("https://")))) {
+    return address;
+  }
   const QString line = name + u'=' + address;
-  static const QRegularExpression start(QStringLiteral("=(?=https?://)"));
-  const QRegularExpressionMatch match = start.match(line);
-  return match.hasMatch() ? line.sliced(match.capturedEnd()) : address;
+  const qsizetype plain = line.indexOf(QLatin1String("=http://"));
+  const qsizetype secure = line.indexOf(QLatin1String("=https://"));
+  const qsizetype start = plain < 0 || secure < 0 ? std::max(plain, secure) : std::min(plain, secure);
+  return start < 0 ? address : line.sliced(start + 1);
 }

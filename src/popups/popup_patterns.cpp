@@ -1,6 +1,7 @@
 #include "popups/popup_patterns.h"
 
 #include <algorithm>
+#include <bit>
 #include <limits>
 
 #include "popups/popup_wildcard.h"
@@ -37,7 +38,32 @@ TPopupPatterns::TKey TPopupPatterns::KeyOf(QStringView characters) {
 
 template <typename TVisit>
 void TPopupPatterns::VisitKeys(QStringView text, int length, TVisit visit) {
-  for (qsizetype i = 0; i + length <= text.size(); ++i) visit(KeyOf(text.sliced(i, length)));
+  if (text.size() < length) return;
+  const TKey mask = length == LongestKey ? ~TKey(0) : (TKey(1) << 16 * length) - 1;
+  TKey key = KeyOf(text.first(length));
+  visit(key);
+  for (const QChar character : text.sliced(length)) {
+    key = (key << 16 | character.unicode()) & mask;
+    visit(key);
+  }
+}
+
+// The multiplier scatters keys that differ in a few low bits over the whole filter.
+size_t TPopupPatterns::TKeyed::BitOf(TKey key) const {
+  return size_t(key * 0x9E37'79B9'7F4A'7C15U >> (64 - filterBits));
+}
+
+void TPopupPatterns::TKeyed::MakeFilter() {
+  constexpr size_t BitsForEach = 16;
+  filterBits = int(std::bit_width(std::max<size_t>(size_t(patterns.size()) * BitsForEach, 64)));
+  filter.assign((size_t(1) << filterBits) / 64, 0);
+  for (auto key = patterns.keyBegin(); key != patterns.keyEnd(); ++key) {
+    filter[BitOf(*key) / 64] |= quint64(1) << BitOf(*key) % 64;
+  }
+}
+
+bool TPopupPatterns::TKeyed::MayHold(TKey key) const {
+  return (filter[BitOf(key) / 64] >> BitOf(key) % 64 & 1) != 0;
 }
 
 void TPopupPatterns::Set(const QStringList &patterns) {
@@ -76,7 +102,7 @@ void TPopupPatterns::ArrangePrefixes() {
 
 void TPopupPatterns::ArrangeWildcards(const std::vector<int> &positions) {
   m_always.clear();
-  for (auto &byKey : m_byKey) byKey.clear();
+  for (TKeyed &keyed : m_byKey) keyed = {};
   const auto keyLength = [](QStringView pattern) {
     qsizetype longest = 0;
     VisitLiterals(pattern, [&](QStringView literal) { longest = std::max(longest, literal.size()); });
@@ -106,8 +132,9 @@ void TPopupPatterns::ArrangeWildcards(const std::vector<int> &positions) {
         rarest = key;
       });
     });
-    m_byKey[length][rarest].push_back(position);
+    m_byKey[length].patterns[rarest].push_back(position);
   }
+  for (TKeyed &keyed : m_byKey) keyed.MakeFilter();
 }
 
 int TPopupPatterns::FirstPrefix(QStringView address) const {
@@ -122,16 +149,19 @@ void TPopupPatterns::CollectCandidates(QStringView address, std::vector<int> &ca
   candidates = m_always;
   std::vector<TKey> keys;
   for (int length = 1; length <= LongestKey; ++length) {
-    const auto &byKey = m_byKey[length];
-    if (byKey.isEmpty()) continue;
+    const TKeyed &keyed = m_byKey[length];
+    if (keyed.patterns.isEmpty()) continue;
     keys.clear();
-    VisitKeys(address, length, [&](TKey key) { keys.push_back(key); });
+    VisitKeys(address, length, [&](TKey key) {
+      // Runs of one character are what makes addresses long.
+      if (keyed.MayHold(key) && (keys.empty() || keys.back() != key)) keys.push_back(key);
+    });
     std::ranges::sort(keys);
     const auto repeated = std::ranges::unique(keys);
     keys.erase(repeated.begin(), repeated.end());
     for (const TKey key : keys) {
-      const auto found = byKey.constFind(key);
-      if (found != byKey.constEnd()) candidates.insert(candidates.end(), found->begin(), found->end());
+      const auto found = keyed.patterns.constFind(key);
+      if (found != keyed.patterns.constEnd()) candidates.insert(candidates.end(), found->begin(), found->end());
     }
   }
   std::ranges::sort(candidates);

@@ -30,6 +30,18 @@ class TPopupPatterns final {
     int first = 0;     // the lowest position among this one and all that it begins with
   };
 
+  // The patterns that need the characters of a key to be in the address. Nearly all keys of an address belong to none,
+  // which the filter, a bit for each key that is there and a few others, tells for a fraction of a look into the table.
+  struct TKeyed {
+    QHash<TKey, std::vector<int>> patterns;
+    std::vector<quint64> filter;  // 2 to the power of `filterBits` bits
+    int filterBits = 0;
+
+    void MakeFilter();
+    [[nodiscard]] bool MayHold(TKey key) const;
+    [[nodiscard]] size_t BitOf(TKey key) const;
+  };
+
   [[nodiscard]] static TKey KeyOf(QStringView characters);
   template <typename TVisit>
   static void VisitKeys(QStringView text, int length, TVisit visit);
@@ -39,9 +51,8 @@ class TPopupPatterns final {
   void CollectCandidates(QStringView address, std::vector<int> &candidates) const;
 
   QStringList m_patterns;
-  QStringList m_complete;           // the same with their closing stars
-  std::vector<TPrefix> m_prefixes;  // in the order of their characters
-  // By the length of the key: the patterns that need these characters to be in the address.
-  std::array<QHash<TKey, std::vector<int>>, LongestKey + 1> m_byKey;
-  std::vector<int> m_always;  // patterns without any character of their own
+  QStringList m_complete;                      // the same with their closing stars
+  std::vector<TPrefix> m_prefixes;             // in the order of their characters
+  std::array<TKeyed, LongestKey + 1> m_byKey;  // by the length of the key
+  std::vector<int> m_always;                   // patterns without any character of their own
 };

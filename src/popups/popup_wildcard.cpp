@@ -1,5 +1,7 @@
 #include "popups/popup_wildcard.h"
 
+#include <algorithm>
+
 namespace {
 
 bool FitsAt(QStringView text, qsizetype position, QStringView segment) {
@@ -13,7 +15,13 @@ bool FitsAt(QStringView text, qsizetype position, QStringView segment) {
 // The first place from `from` on where the segment fits; -1 for none.
 qsizetype Find(QStringView text, qsizetype from, QStringView segment) {
   if (!segment.contains(u'?')) return text.indexOf(segment, from);
-  for (qsizetype position = from; position + segment.size() <= text.size(); ++position) {
+  // Looking for one character is many times faster than comparing everywhere.
+  const auto sure = std::find_if(segment.begin(), segment.end(), [](QChar character) { return character != u'?'; });
+  const qsizetype offset = sure - segment.begin();
+  const qsizetype last = text.size() - segment.size();
+  for (qsizetype position = from; position <= last; ++position) {
+    if (sure != segment.end()) position = text.indexOf(*sure, position + offset) - offset;
+    if (position < 0 || position > last) break;
     if (FitsAt(text, position, segment)) return position;
   }
   return -1;

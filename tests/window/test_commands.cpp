@@ -112,7 +112,7 @@ class TestCommands final : public QObject, private TCommandsFixture {
     secure.RoutePage("/s", "Secret");
     auto *lock = Window().findChild<QToolButton *>(u"tbSecurity"_s);
     auto *progress = Window().findChild<QProgressBar *>();
-    QVERIFY(!lock->isVisible() && !progress->isVisible() && !Active()->Secure());
+    QTRY_VERIFY(!lock->isVisible() && !progress->isVisible() && !Active()->Secure());
     m_f.server.Route("/slow", TTestResponse{.body = QByteArray(4000, 'x'), .stopAfterBytes = 2000});
     Active()->Navigate(Url(u"/slow"_s));
     QTRY_VERIFY_WITH_TIMEOUT(progress->isVisible() && progress->value() > 0, m_f.LoadTime);
@@ -130,7 +130,7 @@ class TestCommands final : public QObject, private TCommandsFixture {
     Opens("TPropertiesDialog")();
     Dialog("TPropertiesDialog")->close();
     Load(u"/a"_s);
-    QVERIFY(!lock->isVisible() && !Active()->Secure());
+    QTRY_VERIFY(!lock->isVisible() && !Active()->Secure());
   }
 
   void PageMenu_data() {

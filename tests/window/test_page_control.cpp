@@ -2,12 +2,15 @@
 
 #include <functional>
 #include <QAccessible>
+#include <QElapsedTimer>
 #include <QPaintEvent>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QToolButton>
 #include <utility>
 #include "page_control_fixture.h"
 #include "support/data_row.h"
+#include "ui/frame_updates.h"
 
 namespace {
 
@@ -31,10 +34,14 @@ class TPaintLog final : public QObject {
  public:
   explicit TPaintLog(QWidget &widget) { widget.installEventFilter(this); }
   bool eventFilter(QObject *, QEvent *event) override {
-    if (event->type() == QEvent::Paint) painted += static_cast<QPaintEvent *>(event)->region();
+    if (event->type() == QEvent::Paint) {
+      painted += static_cast<QPaintEvent *>(event)->region();
+      ++times;
+    }
     return false;
   }
   QRegion painted;
+  int times = 0;
 };
 
 }  // namespace
@@ -384,6 +391,43 @@ class TPageControlTest final : public QObject {
     while (strip.control.PageCount() > 6) delete strip.control.Page(5);
     QVERIFY(paints(at(4) + at(5), [&] { delete strip.control.Page(4); }));
     QVERIFY(paints(at(4), [&] { delete strip.control.Page(4); }));
+  }
+
+  void PagesAreShownTogether() {
+    TStrip strip("a b c");
+    auto *updates = strip.control.findChild<TFrameUpdates *>();
+    QSignalSpy shown(updates, &TFrameUpdates::Show);
+    strip.control.SetPageImage(strip.control.Page(0), 1);
+    QTRY_COMPARE(shown.size(), 1);
+    strip.Settle();
+    // However often they change, the strip is painted in the frame's turns and not between them.
+    TPaintLog log(*strip.View());
+    QElapsedTimer clock;
+    clock.start();
+    int changes = 0;
+    for (; shown.size() < 5 && !clock.hasExpired(10000); ++changes) {
+      strip.control.SetPageCaption(strip.control.Page(changes % 3), QString::number(changes));
+      strip.Settle();
+    }
+    QCOMPARE(shown.size(), 5);
+    QVERIFY(clock.elapsed() >= 3 * TFrameUpdates::Interval);
+    QVERIFY(changes > 20 && log.times <= 5);
+    // What is asked for where a tab is, is true all the same.
+    const int width = strip.control.TabRect(strip.control.Page(1)).width();
+    strip.control.SetPageCaption(strip.control.Page(1), "a much longer caption");
+    QVERIFY(strip.control.TabRect(strip.control.Page(1)).width() > width);
+    updates->Hurry();
+    strip.Settle();
+    QCOMPARE(shown.size(), 6);
+    // Nothing changes: nothing is painted.
+    strip.View()->repaint();
+    log.painted = {};
+    strip.control.SetPageCaption(strip.control.Page(1), "a much longer caption");
+    strip.control.SetPageImage(strip.control.Page(0), 1);
+    updates->Hurry();
+    strip.Settle();
+    strip.View()->repaint(strip.control.TabRect(strip.control.Page(2)).translated(-strip.View()->pos()));
+    QVERIFY(!log.painted.intersects(strip.control.TabRect(strip.control.Page(1)).translated(-strip.View()->pos())));
   }
 };
 

@@ -66,6 +66,14 @@ class TestTabs final : public QObject, private TTabsFixture {
     QCOMPARE(tabs->GetActivePage(), tab);
   }
 
+  // A page in the background is not laid out anew when the user turns to it.
+  void RoomOfAPageInTheBackground() {
+    server.RoutePage("/room", "Room", "<script>fetch('/width' + innerWidth)</script>");
+    tabs->NewBackgroundTab()->Navigate(server.Url(u"/room"_s));
+    const QByteArray width = "/width" + QByteArray::number(tabs->GetActivePage()->width());
+    QTRY_VERIFY_WITH_TIMEOUT(server.RequestCount(width) > 0, LoadTime);
+  }
+
   void ClosingHandsOver() {
     OpenNamed("ABCD");
     const auto close = [this](int position) {

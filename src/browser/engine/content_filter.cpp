@@ -49,6 +49,7 @@ void TContentFilter::interceptRequest(QWebEngineUrlRequestInfo &info) {
     info.block(true);
     return;
   }
+  if (info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame) Q_EMIT PageRequested();
   const QUrl url = info.requestUrl();
   if (url.scheme() == QLatin1String("http") && info.firstPartyUrl().scheme() == QLatin1String("https") &&
       info.resourceType() != QWebEngineUrlRequestInfo::ResourceTypeMainFrame && !IsLoopback(url.host())) {

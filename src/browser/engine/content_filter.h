@@ -23,6 +23,8 @@ class TContentFilter final : public QWebEngineUrlRequestInterceptor {
   void interceptRequest(QWebEngineUrlRequestInfo &info) override;
 
  Q_SIGNALS:
+  // The page's own request is about to go out.
+  void PageRequested();
   // A page that came securely fetched a part of itself in the clear.
   void InsecurePartRequested();
 

@@ -11,6 +11,7 @@
 
 #include "browser/engine/policy.h"
 #include "browser/engine/start_page.h"
+#include "browser/engine/view_supply.h"
 #include "config/language.h"
 #include "platform/desktop_notifications.h"
 
@@ -83,6 +84,7 @@ TEngine::TEngine(const TLanguage &language, TRegistryStore &store, QObject *pare
   m_profile->setNotificationPresenter(
       [this](std::unique_ptr<QWebEngineNotification> notification) { ShowNotification(std::move(notification)); });
   WatchCookies();
+  m_views = std::make_unique<TViewSupply>(*this);
 }
 
 void TEngine::WatchCookies() {
@@ -118,6 +120,7 @@ void TEngine::ShowNotification(std::unique_ptr<QWebEngineNotification> notificat
 }
 
 TEngine::~TEngine() {
+  m_views.reset();
   m_profile.reset();
 }
 

@@ -16,6 +16,7 @@ class TLanguage;
 class TPolicy;
 class TRegistryStore;
 class TStartPage;
+class TViewSupply;
 struct TCookie;
 
 // Which kinds of content a browser may fetch besides the page itself.
@@ -44,6 +45,7 @@ class TEngine final : public QObject {
   [[nodiscard]] static QString StartPageAddress();
 
   [[nodiscard]] QWebEngineProfile &Profile() const { return *m_profile; }
+  [[nodiscard]] TViewSupply &Views() const { return *m_views; }
   [[nodiscard]] const TLanguage &Language() const { return m_language; }
   [[nodiscard]] TRegistryStore &Store() const { return m_store; }
   // A number that no other running process has, from 1; the lowest that is free.
@@ -71,6 +73,7 @@ class TEngine final : public QObject {
   TPolicy *m_policy;
   mutable QMutex m_policyGuard;  // cookies are asked about on two threads
   std::unique_ptr<QWebEngineProfile> m_profile;
+  std::unique_ptr<TViewSupply> m_views;  // goes before the profile that its view is of
   QString m_ownUserAgent;
   QSet<QString> m_acceptedHosts;
   TDesktopNotifications *m_notifications = nullptr;  // made with the first one

@@ -15,6 +15,7 @@
 #include "browser/engine/halvex_browser.h"
 #include "browser/engine/input_watch.h"
 #include "browser/engine/policy.h"
+#include "browser/engine/view_supply.h"
 #include "browser/page/script_dialogs.h"
 
 namespace {
@@ -48,8 +49,8 @@ bool IsFromPage(QWebEnginePage::NavigationType type) {
 
 }  // namespace
 
-TEnginePage::TEnginePage(TEngine &engine, QWidget *owner, QObject *parent)
-    : QWebEnginePage(&engine.Profile(), parent), m_engine(engine), m_owner(owner) {
+TEnginePage::TEnginePage(TEngine &engine, QObject *parent)
+    : QWebEnginePage(&engine.Profile(), parent), m_engine(engine) {
   m_filter = new TContentFilter(engine, this);
   setUrlRequestInterceptor(m_filter);
   m_dialogs = new TScriptDialogs(engine.Language(), this);
@@ -59,6 +60,7 @@ TEnginePage::TEnginePage(TEngine &engine, QWidget *owner, QObject *parent)
     m_insecureParts = true;
     Q_EMIT EncryptionLevelChanged();
   });
+  connect(m_filter, &TContentFilter::PageRequested, this, &TEnginePage::PageRequested, Qt::QueuedConnection);
   connect(this, &QWebEnginePage::urlChanged, this, &TEnginePage::OnUrlChanged);
   connect(this, &QWebEnginePage::loadProgress, this, &TEnginePage::OnProgress);
   connect(this, &QWebEnginePage::loadingChanged, this, &TEnginePage::OnLoadingChanged);
@@ -202,6 +204,7 @@ bool TEnginePage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
 }
 
 void TEnginePage::Begin(const QUrl &url) {
+  m_engine.Views().PutOff();
   m_underWay = true;
   m_committed = false;
   m_pending = url;
@@ -283,6 +286,7 @@ void TEnginePage::OnLoadingChanged(const QWebEngineLoadingInfo &info) {
 void TEnginePage::Finish() {
   if (!m_underWay) return;
   m_underWay = false;
+  m_engine.Views().PutOff();
   Q_EMIT Finished(AddressOf(url()));
 }
 

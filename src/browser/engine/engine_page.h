@@ -22,10 +22,12 @@ class TEnginePage final : public QWebEnginePage {
   Q_OBJECT
 
  public:
-  // Script dialogs belong to the window of `owner`.
-  TEnginePage(TEngine &engine, QWidget *owner, QObject *parent);
+  TEnginePage(TEngine &engine, QObject *parent);
   ~TEnginePage() override;
 
+  // Script dialogs belong to the window of `owner`, which must outlive the page. It has one before its first
+  // navigation.
+  void SetOwner(QWidget *owner) { m_owner = owner; }
   // Holds from the next navigation on, and narrows what the policy allows.
   void SetDownloadControlOptions(TDownloadControlOptionSet options) { m_nextOptions = options; }
   // Tells real clicks in the view from navigations that scripts begin.
@@ -63,6 +65,7 @@ class TEnginePage final : public QWebEnginePage {
  Q_SIGNALS:
   void BeforeNavigate(TNavigation *navigation);
   void AddressChanged(const QString &address);
+  void PageRequested();  // its request has gone out
   void Committed(const QString &address);
   void Failed(const TLoadFailure &failure);  // comes before Finished
   void Finished(const QString &address);

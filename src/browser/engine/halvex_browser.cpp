@@ -15,6 +15,7 @@
 #include "browser/engine/page_saving.h"
 #include "browser/engine/page_stack.h"
 #include "browser/engine/policy.h"
+#include "browser/engine/view_supply.h"
 #include "browser/engine/zoom_table.h"
 #include "browser/page/page_menu.h"
 #include "browser/page/page_prompts.h"
@@ -61,11 +62,14 @@ THalvexBrowser::~THalvexBrowser() {
 }
 
 void THalvexBrowser::EnsureView() {
-  if (m_view) return;
+  if (!m_view) SetView(m_engine.Views().Take());
+}
+
+void THalvexBrowser::SetView(QWebEngineView *view) {
   m_blank = false;
-  m_page = new TEnginePage(m_engine, this, nullptr);
-  m_view = new QWebEngineView(m_page, nullptr);
-  m_page->setParent(m_view);
+  m_view = view;
+  m_page = static_cast<TEnginePage *>(view->page());
+  m_page->SetOwner(this);
   m_view->setContextMenuPolicy(Qt::CustomContextMenu);
   auto *prompts = new TPagePrompts(m_page, this, m_engine.Language());
   m_layout->insertWidget(0, prompts->Bar());
@@ -77,6 +81,10 @@ void THalvexBrowser::EnsureView() {
   m_page->SetDownloadControlOptions(m_options);
   m_page->setZoomFactor(m_zoom);
   ConnectPage();
+  // A page begins with the room that it will have, shown or not; it would otherwise be laid out twice.
+  if (const QWidget *outer = parentWidget(); outer && outer->layout()) outer->layout()->activate();
+  m_layout->activate();
+  m_view->resize(m_stack->size());
   m_stack->SetView(m_view);
 }
 
@@ -93,7 +101,7 @@ void THalvexBrowser::ForgetLeave() {
 }
 
 void THalvexBrowser::TakeWindow(QWebEngineNewWindowRequest *request) {
-  EnsureView();
+  SetView(m_engine.Views().Make());
   m_page->BecomeWindow();
   if constexpr (WrittenWindowsCanBeShown) m_stack->ShowView();
   request->openIn(m_page);
@@ -104,6 +112,7 @@ void THalvexBrowser::ConnectPage() {
   connect(m_page, &TEnginePage::AddressChanged, this, [this](const QString &address) {
     if (!IsLocalFailure()) Q_EMIT AddressChanged(address);
   });
+  connect(m_page, &TEnginePage::PageRequested, this, &THalvexBrowser::ShowPage);
   connect(m_page, &TEnginePage::Committed, this, &THalvexBrowser::OnCommitted);
   connect(m_page, &TEnginePage::Failed, this, &THalvexBrowser::ShowLoadFailure);
   connect(m_page, &TEnginePage::Finished, this, &THalvexBrowser::OnFinished);
@@ -176,7 +185,6 @@ void THalvexBrowser::Navigate(const TAddress &address) {
     return;
   }
   EnsureView();
-  if (!m_page->IsUnsettled()) m_stack->ShowView();
   m_page->NoteUserAction();
   m_printing->Forgive();
   const QUrl before = m_page->url();
@@ -187,7 +195,8 @@ void THalvexBrowser::Navigate(const TAddress &address) {
 }
 
 QString THalvexBrowser::RestoreHistory(const QByteArray &history) {
-  EnsureView();
+  // The engine makes the page anew with its history; the view that is ready would be ready for nothing.
+  if (!m_view) SetView(m_engine.Views().Make());
   if (IsLocalFailure()) m_stack->HideNotice();
   const QString address = m_page->RestoreHistory(history);
   if (!address.isEmpty()) m_stack->ShowView();
@@ -500,11 +509,14 @@ void THalvexBrowser::OnBeforeNavigate(TNavigation *navigation) {
       Qt::QueuedConnection);
 }
 
+// Not before the request has gone out: showing the first page in a view takes the engine longer than sending it.
+void THalvexBrowser::ShowPage() {
+  if (!m_page->IsUnsettled()) m_stack->ShowView();
+}
+
 void THalvexBrowser::OnCommitted(const QString &address) {
-  if (!m_page->IsUnsettled()) {
-    m_stack->ShowView();
-    m_stack->HideNotice();
-  }
+  ShowPage();
+  if (!m_page->IsUnsettled()) m_stack->HideNotice();
   // A page of another site may get a renderer of its own, which starts at the plain size.
   if (!qFuzzyCompare(m_page->zoomFactor(), m_zoom)) m_page->setZoomFactor(m_zoom);
   UpdateEncryptionLevel();

@@ -140,6 +140,7 @@ class THalvexBrowser final : public QWidget {
 
  private:
   void EnsureView();
+  void SetView(QWebEngineView *view);
   void ConnectPage();
   [[nodiscard]] bool HasLivePage() const;
   [[nodiscard]] bool IsLocalFailure() const;
@@ -151,6 +152,7 @@ class THalvexBrowser final : public QWidget {
   void OnNoticeSecondary();
   void OnNoticeChanged();
   void OnBeforeNavigate(TNavigation *navigation);
+  void ShowPage();
   void OnCommitted(const QString &address);
   void OnFinished(const QString &address);
   void ShowPageMenu(const QPoint &position);

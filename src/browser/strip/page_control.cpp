@@ -5,6 +5,7 @@
 #include "browser/strip/page_host.h"
 #include "browser/strip/tab_bar_view.h"
 #include "browser/strip/tab_list.h"
+#include "ui/frame_updates.h"
 
 namespace {
 constexpr QSize kWantedSize{640, 480};
@@ -23,9 +24,10 @@ struct TZVPageControl::TPrivate {
   int updates = 0;  // BeginUpdate calls without their EndUpdate
 };
 
-TZVPageControl::TZVPageControl(QWidget *parent) : QWidget(parent), d(std::make_unique<TPrivate>()) {
+TZVPageControl::TZVPageControl(QWidget *parent, TFrameUpdates *updates)
+    : QWidget(parent), d(std::make_unique<TPrivate>()) {
   d->host = new TPageHost(this);
-  d->view = new TTabBarView(d->tabs, this);
+  d->view = new TTabBarView(d->tabs, updates ? *updates : *new TFrameUpdates(this), this);
   d->view->setObjectName(QStringLiteral("tabBar"));
   connect(d->host, &TPageHost::PageGone, this, [this](QObject *page) { Forget(page, nullptr); });
   connect(d->view, &TTabBarView::ArrangeWanted, this, &TZVPageControl::Arrange);
@@ -163,7 +165,7 @@ void TZVPageControl::SetImages(const QList<QIcon> &images) {
 
 void TZVPageControl::SetPageIcon(QWidget *page, const QIcon &icon) {
   TTab *tab = d->tabs.Find(page);
-  if (!tab) return;
+  if (!tab || tab->icon.cacheKey() == icon.cacheKey()) return;
   tab->icon = icon;
   d->view->TabImageChanged(tab);
 }

@@ -6,6 +6,8 @@
 #include <QList>
 #include <QWidget>
 
+class TFrameUpdates;
+
 // The tab strip with its pages: several rows or one row that scrolls, above or below the pages. Positions count every
 // page, hidden ones too. A hidden page has no tab in the strip. The control does not own what a page means: captions,
 // tool tips and images are given to it, and it reports what the user wants.
@@ -15,7 +17,9 @@ class TZVPageControl final : public QWidget {
   Q_PROPERTY(QColor InactiveFontColor READ InactiveFontColor WRITE SetInactiveFontColor)
 
  public:
-  explicit TZVPageControl(QWidget *parent = nullptr);
+  // What pages change in the strip is shown with the rest that `updates` gathers, which must outlive this object; with
+  // null it gathers on its own.
+  explicit TZVPageControl(QWidget *parent = nullptr, TFrameUpdates *updates = nullptr);
   ~TZVPageControl() override;
 
   // Takes the page as a child. The active page does not change, except that the first visible page becomes active.

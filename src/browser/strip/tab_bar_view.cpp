@@ -19,6 +19,7 @@
 #include "browser/strip/tab_bar_accessible.h"
 #include "browser/strip/tab_drag.h"
 #include "browser/strip/tab_scrollers.h"
+#include "ui/frame_updates.h"
 #include "ui/shown_text.h"
 
 namespace {
@@ -46,12 +47,14 @@ QWidget *PageOf(const TTab *tab) {
 }
 }  // namespace
 
-TTabBarView::TTabBarView(const TTabList &tabs, QWidget *parent)
+TTabBarView::TTabBarView(const TTabList &tabs, TFrameUpdates &updates, QWidget *parent)
     : QWidget(parent),
       m_tabs(tabs),
       m_geometry(MetricsFor(this)),
       m_scrollers(new TTabScrollers(this)),
-      m_drag(new TTabDrag(tabs, m_geometry, this)) {
+      m_drag(new TTabDrag(tabs, m_geometry, this)),
+      m_updates(updates) {
+  connect(&updates, &TFrameUpdates::Show, this, &TTabBarView::MeasureChanged);
   TTabBarAccessible::Install();
   setFocusPolicy(Qt::TabFocus);  // a click leaves the keyboard with the page
   setMouseTracking(true);
@@ -104,15 +107,12 @@ void TTabBarView::TabCaptionChanged(TTab *tab, const QString &caption) {
   tab->text = text;
   tab->elidedWidth = -1;
   if (!tab->visible) return;
-  Measure(tab);
-  UpdateTab(tab);
+  Gather(tab);
   Announce(QAccessible::NameChanged, tab);
 }
 
 void TTabBarView::TabImageChanged(TTab *tab) {
-  if (!tab->visible) return;
-  Measure(tab);
-  UpdateTab(tab);
+  if (tab->visible) Gather(tab);
 }
 
 void TTabBarView::ActiveChanged(TTab *before) {
@@ -220,7 +220,7 @@ void TTabBarView::changeEvent(QEvent *event) {
 }
 
 void TTabBarView::paintEvent(QPaintEvent *event) {
-  LayOut();
+  PlaceTabs();
   QPainter painter(this);
   TTabPainter tabPainter(painter, m_geometry.metrics, palette(), layoutDirection(), m_geometry.tabsDown);
   tabPainter.inactiveTab = m_inactiveTab;
@@ -494,7 +494,28 @@ void TTabBarView::Invalidate() {
   QCoreApplication::postEvent(this, new QEvent(QEvent::LayoutRequest));
 }
 
+void TTabBarView::Gather(TTab *tab) {
+  tab->changed = true;
+  m_tabsChanged = true;
+  m_updates.Ask();
+}
+
+void TTabBarView::MeasureChanged() {
+  if (!std::exchange(m_tabsChanged, false)) return;
+  for (int i = 0; i < m_tabs.Count(); ++i) {
+    TTab *tab = m_tabs.At(i);
+    if (!std::exchange(tab->changed, false)) continue;
+    Measure(tab);
+    UpdateTab(tab);
+  }
+}
+
 void TTabBarView::LayOut() {
+  MeasureChanged();
+  PlaceTabs();
+}
+
+void TTabBarView::PlaceTabs() {
   if (!m_stale) return;
   m_stale = false;
   update(m_geometry.LayOut(m_tabs, m_scrollers->BarWidth()));

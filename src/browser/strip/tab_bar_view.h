@@ -8,17 +8,19 @@
 #include "browser/strip/tab_list.h"
 #include "browser/strip/tab_painter.h"
 
+class TFrameUpdates;
 class TTabDrag;
 class TTabScrollers;
 
 // The strip itself: shows the tabs of a list and turns what the mouse and the keyboard do there into wishes. It changes
 // nothing in the list; the page control does, and tells the strip right after. Changes only mark the layout as stale;
-// it is worked out once per turn of the event loop, or when somebody asks where a tab is.
+// it is worked out once per turn of the event loop, or when somebody asks where a tab is. What pages change (captions
+// and images) waits for the frame's next turn.
 class TTabBarView final : public QWidget {
   Q_OBJECT
 
  public:
-  TTabBarView(const TTabList &tabs, QWidget *parent);
+  TTabBarView(const TTabList &tabs, TFrameUpdates &updates, QWidget *parent);
   ~TTabBarView() override;
 
   void TabShown(TTab *tab);      // new in the list, or no longer hidden
@@ -45,7 +47,7 @@ class TTabBarView final : public QWidget {
   [[nodiscard]] QRect TabRect(const TTab *tab);  // the part that can be seen, in own coordinates
   [[nodiscard]] TTab *TabAt(const QPoint &position);
   [[nodiscard]] const TTabList &Tabs() const { return m_tabs; }
-  [[nodiscard]] bool IsStale() const { return m_stale; }
+  [[nodiscard]] bool IsStale() const { return m_stale || m_tabsChanged; }
   void Press(TTab *tab) { Q_EMIT Activated(tab->page); }
   // Tells screen readers.
   void Announce(QAccessible::Event type, const TTab *tab);
@@ -82,6 +84,9 @@ class TTabBarView final : public QWidget {
  private:
   void Invalidate();
   void LayOut();
+  void PlaceTabs();
+  void Gather(TTab *tab);
+  void MeasureChanged();
   void Measure(TTab *tab);
   void MeasureAll();
   [[nodiscard]] bool KeepsImagePlace(const TTab *tab) const;
@@ -110,7 +115,9 @@ class TTabBarView final : public QWidget {
   QColor m_inactiveFont{Qt::black};
   QString m_closeText;
 
+  TFrameUpdates &m_updates;
   bool m_stale = true;
+  bool m_tabsChanged = false;  // some of them, since they were measured last
   bool m_arrangePosted = false;
   bool m_scrolledByHand = false;  // then the active tab is not brought back until it changes
 

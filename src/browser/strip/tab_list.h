@@ -28,6 +28,7 @@ struct TTab {
   QString elided;
   int elidedWidth = -1;
 
+  bool changed = false;      // since it was measured and painted last
   int wish = 0;              // the width it would like to have
   TTabLayout::TPlace place;  // where it lay when the strip was laid out last
 

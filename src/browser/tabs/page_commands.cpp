@@ -231,10 +231,16 @@ void TPageCommands::EditPage(const DesktopServices::TEditor &editor) {
   });
 }
 
-void TPageCommands::UpdateFor(TBrowserTab *tab) {
-  m_actions[TCommand::Back]->setEnabled(tab != nullptr && tab->BackEnabled());
-  m_actions[TCommand::Forward]->setEnabled(tab != nullptr && tab->ForwardEnabled());
+bool TPageCommands::UpdateFor(TBrowserTab *tab) {
+  bool isChanged = false;
+  const auto enable = [&](TCommand command, bool enabled) {
+    isChanged = isChanged || m_actions[command]->isEnabled() != enabled;
+    m_actions[command]->setEnabled(enabled);
+  };
+  enable(TCommand::Back, tab != nullptr && tab->BackEnabled());
+  enable(TCommand::Forward, tab != nullptr && tab->ForwardEnabled());
   // Disabled when nothing loads, and while a page has the whole screen, so that Esc then belongs to the page.
   const bool pageOnly = tab != nullptr && tab->Browser() != nullptr && tab->Browser()->HasPageFullScreen();
-  m_actions[TCommand::Stop]->setEnabled(tab != nullptr && tab->Busy() && !pageOnly);
+  enable(TCommand::Stop, tab != nullptr && tab->Busy() && !pageOnly);
+  return isChanged;
 }

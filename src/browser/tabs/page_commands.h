@@ -21,8 +21,8 @@ class TPageCommands final : public QObject {
   // The address of a new message with a link to a page. No character of title or address is escaped; that is meant.
   [[nodiscard]] static QString MailLinkAddress(const QString &title, const QString &address);
 
-  // Back, forward, stop and the like follow the active tab.
-  void UpdateFor(TBrowserTab *tab);
+  // Back, forward, stop and the like follow the active tab. Tells whether that has changed any.
+  bool UpdateFor(TBrowserTab *tab);
 
  Q_SIGNALS:
   // What could not be done, to be told beside the page.
