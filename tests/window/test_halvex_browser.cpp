@@ -219,12 +219,14 @@ class TestHalvexBrowser final : public QObject, private TBrowserFixture {
     QCOMPARE(Browser().LocationUrl(), Url("/a"));
   }
 
-  // A page that borrows the engine's words for leaving a page cannot ask for ever either.
+  // A page that borrows the engine's words for leaving a page cannot ask for ever either. In an empty frame the
+  // engine's own dialogs are left.
   void DialogLoopHasAWayOut() {
     const QByteArray question("Are you sure you want to leave this page? Changes that you made may not be saved.");
-    Server().RoutePage(
-        "/loop", "Loop",
-        "<script>function go() { while (confirm('" + question + "')) ; document.title = 'out' }</script>");
+    auto loop = TTestResponse::Page("<title>Loop</title><script>function go() { while (confirm('" + question +
+                                    "')) ; document.title = 'out' }</script>");
+    loop.headers = {{"Permissions-Policy", "sync-xhr=()"}};
+    Server().Route("/loop", loop);
     QVERIFY(OpenPath(u"/loop"_s));
     // The user says yes every time, and takes the way out as soon as it is offered.
     int shown = 0;

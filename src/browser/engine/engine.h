@@ -15,6 +15,7 @@ class TDesktopNotifications;
 class TLanguage;
 class TPolicy;
 class TRegistryStore;
+class TScriptCalls;
 class TStartPage;
 struct TCookie;
 
@@ -44,6 +45,7 @@ class TEngine final : public QObject {
   [[nodiscard]] static QString StartPageAddress();
 
   [[nodiscard]] QWebEngineProfile &Profile() const { return *m_profile; }
+  [[nodiscard]] TScriptCalls &ScriptCalls() const { return *m_scriptCalls; }
   [[nodiscard]] const TLanguage &Language() const { return m_language; }
   [[nodiscard]] TRegistryStore &Store() const { return m_store; }
   // A number that no other running process has, from 1; the lowest that is free.
@@ -71,6 +73,7 @@ class TEngine final : public QObject {
   TPolicy *m_policy;
   mutable QMutex m_policyGuard;  // cookies are asked about on two threads
   std::unique_ptr<QWebEngineProfile> m_profile;
+  TScriptCalls *m_scriptCalls = nullptr;
   QString m_ownUserAgent;
   QSet<QString> m_acceptedHosts;
   TDesktopNotifications *m_notifications = nullptr;  // made with the first one

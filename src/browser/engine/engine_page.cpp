@@ -15,6 +15,7 @@
 #include "browser/engine/halvex_browser.h"
 #include "browser/engine/input_watch.h"
 #include "browser/engine/policy.h"
+#include "browser/engine/script_calls.h"
 #include "browser/page/script_dialogs.h"
 
 namespace {
@@ -53,6 +54,7 @@ TEnginePage::TEnginePage(TEngine &engine, QWidget *owner, QObject *parent)
   m_filter = new TContentFilter(engine, this);
   setUrlRequestInterceptor(m_filter);
   m_dialogs = new TScriptDialogs(engine.Language(), this);
+  engine.ScriptCalls().Connect(*this, *m_dialogs);
   connect(m_dialogs, &TScriptDialogs::BringToFrontRequested, this, &TEnginePage::BringToFrontRequested);
   connect(m_filter, &TContentFilter::InsecurePartRequested, this, [this] {
     if (m_insecureParts) return;
@@ -92,7 +94,13 @@ void TEnginePage::WatchInput(QWidget *view) {
   connect(m_input, &TInputWatch::ZoomWanted, this, &TEnginePage::ZoomWanted);
 }
 
+void TEnginePage::ShowDialogsOn(TQuestionSheet *sheet) {
+  m_dialogs->SetSheet(sheet);
+}
+
 void TEnginePage::NoteUserAction() {
+  // A script that waits for its answer would hold up whatever the user has begun.
+  m_dialogs->Dismiss();
   m_dialogs->Reset();
   m_askedToLeave = false;
   Q_EMIT UserActed();
@@ -100,6 +108,7 @@ void TEnginePage::NoteUserAction() {
 
 void TEnginePage::AskToLeave() {
   if (m_leaveWait.isActive()) return;
+  m_dialogs->Dismiss();
   if (m_leaveGranted || !m_input || !m_input->UserHasActed() || renderProcessPid() == 0) {
     AnswerLeave(true);
     return;
@@ -241,6 +250,7 @@ void TEnginePage::CommitIfPending() {
   if (!m_underWay || m_committed || WithoutViewSource(url()) != m_pending) return;
   m_committed = true;
   m_leaveGranted = false;
+  m_dialogs->BeginPage();
   if (m_input) m_input->BeginPage();
   if (!url().isEmpty() && url().scheme() != BlankPage.scheme()) m_isUnsettled = false;
   m_insecureParts = false;

@@ -12,6 +12,7 @@
 
 class TContentFilter;
 class TInputWatch;
+class TQuestionSheet;
 class TScriptDialogs;
 struct TNavigation;
 
@@ -30,7 +31,10 @@ class TEnginePage final : public QWebEnginePage {
   void SetDownloadControlOptions(TDownloadControlOptionSet options) { m_nextOptions = options; }
   // Tells real clicks in the view from navigations that scripts begin.
   void WatchInput(QWidget *view);
-  // The user acts himself: script dialogs that were switched off may come again.
+  // Where script dialogs are shown that can wait for their answer.
+  void ShowDialogsOn(TQuestionSheet *sheet);
+  // The user acts himself: open script dialogs are answered with Cancel, and those that were switched off may come
+  // again.
   void NoteUserAction();
   // Asks the page, if it has anything to lose, whether it may be closed; LeaveAnswered comes, not always later. A page
   // that does not answer for five seconds is given up, unless it is the user who is being asked.

@@ -1,6 +1,7 @@
 #include "browser/engine/halvex_browser.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QDesktopServices>
 #include <QVBoxLayout>
 #include <QWebEngineHistory>
@@ -19,6 +20,7 @@
 #include "browser/page/page_menu.h"
 #include "browser/page/page_prompts.h"
 #include "browser/page/properties_dialog.h"
+#include "browser/page/question_sheet.h"
 #include "config/language.h"
 
 namespace {
@@ -54,7 +56,8 @@ THalvexBrowser::THalvexBrowser(QWidget *owner, TEngine &engine, TDownloadControl
 
 THalvexBrowser::~THalvexBrowser() {
   if (!m_page) return;
-  m_page->DismissDialogs();
+  m_sheet->disconnect(this);
+  DismissQuestions();
   m_page->disconnect(this);
   delete m_printing;
   delete m_view;
@@ -67,9 +70,13 @@ void THalvexBrowser::EnsureView() {
   m_view = new QWebEngineView(m_page, nullptr);
   m_page->setParent(m_view);
   m_view->setContextMenuPolicy(Qt::CustomContextMenu);
-  auto *prompts = new TPagePrompts(m_page, this, m_engine.Language());
+  m_sheet = new TQuestionSheet(this);
+  connect(m_sheet, &TQuestionSheet::OpenChanged, this, &THalvexBrowser::OnQuestion);
+  m_page->ShowDialogsOn(m_sheet);
+  auto *prompts = new TPagePrompts(m_page, m_sheet, this, m_engine.Language());
   m_layout->insertWidget(0, prompts->Bar());
   connect(m_page, &TEnginePage::UserActed, prompts, &TPagePrompts::AllowSignIns);
+  connect(m_page, &TEnginePage::UserActed, m_sheet, &TQuestionSheet::Dismiss);
   m_finder = new TPageFinder(m_page, m_layout, m_engine.Language(), this);
   m_fullScreen = new TPageFullScreen(m_view, prompts, this);
   m_printing = new TPagePrinting(m_engine, m_view, this);
@@ -78,6 +85,25 @@ void THalvexBrowser::EnsureView() {
   m_page->setZoomFactor(m_zoom);
   ConnectPage();
   m_stack->SetView(m_view);
+}
+
+void THalvexBrowser::DismissQuestions() {
+  if (!m_page) return;
+  m_page->DismissDialogs();
+  m_sheet->Dismiss();
+}
+
+bool THalvexBrowser::HasOpenQuestion() const {
+  return m_sheet && m_sheet->IsOpen();
+}
+
+// The page waits, and so does what the user types into it.
+void THalvexBrowser::OnQuestion(bool open) {
+  const bool hadFocus = m_sheet->hasFocus();
+  m_stack->setEnabled(!open);
+  setFocusProxy(open ? static_cast<QWidget *>(m_sheet) : m_stack->currentWidget());
+  if (!open && hadFocus) m_stack->currentWidget()->setFocus();
+  Q_EMIT QuestionOpenChanged(open);
 }
 
 void THalvexBrowser::AskToLeave() {
@@ -201,6 +227,7 @@ QByteArray THalvexBrowser::History() const {
 void THalvexBrowser::ShowBlank() {
   if (m_page) {
     if (IsLocalFailure()) m_stack->HideNotice();
+    DismissQuestions();
     m_page->load(QUrl(BlankPageAddress));
     return;
   }
@@ -244,6 +271,7 @@ void THalvexBrowser::ComeBack() {
 }
 
 void THalvexBrowser::Stop() {
+  DismissQuestions();
   Trigger(m_page, QWebEnginePage::Stop);
 }
 
