@@ -2,7 +2,10 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+#include "browser/engine/hang_watch.h"
+#include "browser/page/page_notice.h"
 #include "browser/page/script_dialog.h"
+#include "ui/confirm_dialog.h"
 #include "window/tabs_fixture.h"
 
 // What pages ask is asked in their own tabs: others, and the window, stay as usable as ever.
@@ -105,6 +108,44 @@ class TestPageQuestions final : public QObject, private TTabsFixture {
     QTRY_VERIFY(!tab || tab->Browser() == nullptr || !tab->Browser()->HasOpenQuestion());
     Load(other, "/page");
     QCOMPARE(AnswerOf(*other->Browser()->EnginePage(), u"1 + 1"_s).toInt(), 2);
+  }
+
+  // A page that hangs is noticed when the user does something in it, and may be ended.
+  void HangingPage_data() {
+    Columns<bool, bool>("hangs", "ends");
+    Row("is ended", true, true);
+    Row("comes back", true, false);
+    Row("waits for the user's answer", false, false);
+  }
+  void HangingPage() {
+    QFETCH(bool, hangs);
+    QFETCH(bool, ends);
+    const QByteArray act = hangs ? "for (const t = Date.now(); Date.now() - t < 4000;);" : "alert('?')";
+    server.RoutePage("/busy", "Busy",
+                     "<script>let n = 0; onmousedown = () => { if (n++ == 0) { " + act + " } }</script>");
+    TBrowserTab *tab = OpenPage("/busy");
+    auto &watch = *tab->Browser()->EnginePage()->findChild<THangWatch *>();
+    watch.SetPatience(hangs && !ends ? 1000 : 300);
+    const QSignalSpy noticed(&watch, &THangWatch::Hangs);
+    // A page that has just come may still miss a click.
+    const auto asks = [tab] {
+      QTest::mouseClick(tab->findChild<QWebEngineView *>()->focusProxy(), Qt::LeftButton, {}, QPoint(50, 50));
+      return tab->Browser()->HasOpenQuestion();
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(asks(), LoadTime);
+    QCOMPARE(noticed.size(), hangs ? 1 : 0);
+    if (ends) {
+      tab->findChild<TfrmConfirm *>()->accept();
+      QTRY_VERIFY_WITH_TIMEOUT(tab->Browser()->ShowsNotice(), LoadTime);
+      QCOMPARE(tab->findChild<TPageNotice *>()->accessibleName(), language.Text("PAGES", "CrashTitle"));
+    } else if (hangs) {
+      QTRY_VERIFY_WITH_TIMEOUT(!tab->Browser()->HasOpenQuestion(), LoadTime);
+      QVERIFY(!tab->Browser()->ShowsNotice());
+    } else {
+      // Many times the patience.
+      QTest::qWait(1000);
+      QVERIFY(noticed.isEmpty() && tab->findChild<TfrmConfirm *>() == nullptr);
+    }
   }
 
   void LoopHasAWayOut() {

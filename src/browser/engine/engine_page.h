@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 #include <QHash>
+#include <QPointer>
 #include <QTimer>
 #include <QWebEnginePage>
 
@@ -11,7 +12,9 @@
 #include "browser/page/encryption_level.h"
 
 class TContentFilter;
+class THangWatch;
 class TInputWatch;
+class TPageDownloads;
 class TQuestionSheet;
 class TScriptDialogs;
 struct TNavigation;
@@ -99,12 +102,17 @@ class TEnginePage final : public QWebEnginePage {
   void CommitIfPending();
   void Finish();
   void AnswerLeave(bool mayGo);
+  void AskForDownloads();
+  void OfferToEnd();
 
   TEngine &m_engine;
   QWidget *m_owner = nullptr;
   TContentFilter *m_filter = nullptr;
   TInputWatch *m_input = nullptr;
   TScriptDialogs *m_dialogs = nullptr;
+  QPointer<TQuestionSheet> m_sheet;
+  TPageDownloads *m_downloads = nullptr;
+  THangWatch *m_hangs = nullptr;
   TDownloadControlOptionSet m_nextOptions = AllDownloadControlOptions;
   QUrl m_pending;            // The address of the navigation under way, redirects followed.
   bool m_underWay = false;   // An allowed navigation has not finished yet.

@@ -78,6 +78,13 @@ void TScriptCalls::Connect(QWebEnginePage &page, TScriptDialogs &dialogs) {
   connect(&dialogs, &QObject::destroyed, this, [this, token] { m_dialogs.remove(token); });
 }
 
+bool TScriptCalls::Waits(qint64 renderer) const {
+  return std::ranges::any_of(m_dialogs, [renderer](const QPointer<TScriptDialogs> &dialogs) {
+    const auto *page = dialogs != nullptr ? qobject_cast<QWebEnginePage *>(dialogs->parent()) : nullptr;
+    return page != nullptr && dialogs->IsOpen() && page->renderProcessPid() == renderer;
+  });
+}
+
 void TScriptCalls::requestStarted(QWebEngineUrlRequestJob *job) {
   const QUrl url = job->requestUrl();
   const QStringList parts = url.path().split(u'/');

@@ -24,6 +24,9 @@ class TScriptCalls final : public QWebEngineUrlSchemeHandler {
   // The documents that `page` loads from now on ask `dialogs`.
   void Connect(QWebEnginePage &page, TScriptDialogs &dialogs);
 
+  // Whether a page of this renderer has a question open, which none of its pages gets past.
+  [[nodiscard]] bool Waits(qint64 renderer) const;
+
   void requestStarted(QWebEngineUrlRequestJob *job) override;
 
  private:
