@@ -1,5 +1,6 @@
 #include <csignal>
 #include <QAbstractButton>
+#include <QBuffer>
 #include <QCheckBox>
 #include <QLabel>
 #include <QRegularExpression>
@@ -210,6 +211,38 @@ class TestHalvexBrowser final : public QObject, private TBrowserFixture {
     QVERIFY(Refresh());
     QTRY_VERIFY(Server().RequestCount("/s.mp3") >= 1);
     for (const char *path : {"/i.png", "/v.mp4"}) QCOMPARE(Server().RequestCount(path), 0);
+  }
+
+  // What comes to nothing leaves the page as it was, its icon included.
+  void IconStays_data() {
+    QTest::addColumn<QString>("address");
+    QTest::newRow("a download") << u"/file"_s;
+    QTest::newRow("no content") << u"/nothing"_s;
+    QTest::newRow("stopped") << u"/never"_s;
+  }
+  void IconStays() {
+    QFETCH(QString, address);
+    QPixmap picture(16, 16);
+    picture.fill(Qt::red);
+    QBuffer png;
+    picture.save(&png, "PNG");
+    Server().Route("/icon.png", {.body = png.data(), .headers = {{"Content-Type", "image/png"}}});
+    Server().Route("/with", TTestResponse::Page("<title>With</title><link rel=icon href=/icon.png>"));
+    Server().Route("/file", TTestResponse::Attachment("a.bin", "data"));
+    Server().Route("/nothing", TTestResponse::Status(204));
+    Server().Route("/never", TTestResponse{.neverAnswer = true});
+    QVERIFY(OpenPath(u"/with"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(!Browser().Icon().isNull(), LoadTime);
+    QVERIFY(Completes([&] {
+      Run(u"location = '%1'"_s.arg(address));
+      if (address != u"/never"_s) return;
+      QTRY_COMPARE(Server().RequestCount("/never"), 1);
+      Browser().Stop();
+    }));
+    QVERIFY(!Browser().Icon().isNull());
+    // The next page has none.
+    QVERIFY(OpenPath(u"/a"_s));
+    QVERIFY(Browser().Icon().isNull());
   }
 
   void ScriptAddress() {

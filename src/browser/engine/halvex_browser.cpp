@@ -143,8 +143,13 @@ void THalvexBrowser::ConnectPage() {
   connect(m_page, &QWebEnginePage::titleChanged, this, [this](const QString &title) {
     if (!IsLocalFailure()) Q_EMIT TitleChanged(title);
   });
-  connect(m_page, &QWebEnginePage::iconChanged, this, &THalvexBrowser::IconChanged);
   connect(m_page, &QWebEnginePage::scrollPositionChanged, this, &THalvexBrowser::PlaceChanged);
+  connect(m_page, &QWebEnginePage::iconChanged, this, [this](const QIcon &icon) {
+    // The engine drops it as soon as a load sets out, which may come to nothing.
+    if (icon.isNull()) return;
+    m_icon = icon;
+    Q_EMIT IconChanged();
+  });
   connect(m_page, &QWebEnginePage::linkHovered, this, &THalvexBrowser::StatusTextChanged);
   connect(m_page, &QWebEnginePage::newWindowRequested, this,
           [this](QWebEngineNewWindowRequest &request) { Q_EMIT NewWindowRequested(&request); });
@@ -304,7 +309,7 @@ QString THalvexBrowser::LocationName() const {
 }
 
 QIcon THalvexBrowser::Icon() const {
-  return HasLivePage() ? m_page->icon() : QIcon();
+  return HasLivePage() ? m_icon : QIcon();
 }
 
 bool THalvexBrowser::ShowsNotice() const {
@@ -529,6 +534,8 @@ void THalvexBrowser::OnBeforeNavigate(TNavigation *navigation) {
 }
 
 void THalvexBrowser::OnCommitted(const QString &address) {
+  m_icon = m_page->icon();
+  Q_EMIT IconChanged();
   if (!m_page->IsUnsettled()) {
     m_stack->ShowView();
     m_stack->HideNotice();

@@ -181,6 +181,7 @@ class THalvexBrowser final : public QWidget {
   TPageFinder *m_finder = nullptr;
   TPageFullScreen *m_fullScreen = nullptr;
   TPagePrinting *m_printing = nullptr;
+  QIcon m_icon;          // of the page that is shown, whatever is on its way
   bool m_blank = false;  // shown blank without ever having had a page
   bool m_canGoBack = false;
   bool m_canGoForward = false;
