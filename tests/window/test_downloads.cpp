@@ -143,6 +143,11 @@ class TestDownloads final : public QObject {
     QTEST(DownloadText::Pace(received, total, speed, m_language), "words");
   }
 
+  void amountInWords() {
+    QCOMPARE(DownloadText::Amount(1024, 2048, m_language), u"1.0 kB of 2.0 kB"_s);
+    for (const qint64 unknown : {-1, 0}) QCOMPARE(DownloadText::Amount(1024, unknown, m_language), u"1.0 kB"_s);
+  }
+
   void oneOfItIsSingular() {
     TLanguage french;
     QVERIFY(french.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zvfra.ini")));

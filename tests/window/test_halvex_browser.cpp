@@ -180,18 +180,6 @@ class TestHalvexBrowser final : public QObject, private TBrowserFixture {
     QTRY_VERIFY(qAbs(Script(u"window.innerWidth"_s).toDouble() * ZoomFactors[4] - plain) < 3);
   }
 
-  void ReloadOfAForm() {
-    Server().RoutePage("/form", "Form", "<form method='post' action='/post'><input name='q' value='1'></form>");
-    Server().RoutePage("/post", "Posted");
-    QVERIFY(OpenPath(u"/form"_s));
-    Run(u"document.forms[0].submit()"_s);
-    QTRY_COMPARE(Browser().LocationName(), u"Posted"_s);
-    QTRY_VERIFY(!Browser().EnginePage()->isLoading());
-    QVERIFY(Refresh());
-    QTRY_COMPARE(Server().RequestCount("/post"), 2);
-    QCOMPARE(Server().Requests("/post").last().body, QByteArray("q=1"));
-  }
-
   void ContentSwitches() {
     Server().RoutePage("/media", "Media",
                        "<img src='/i.png'>"

@@ -148,6 +148,36 @@ class TestPageQuestions final : public QObject, private TTabsFixture {
     }
   }
 
+  // What came in answer to a form is not sent again unasked, by the timer not at all.
+  void FormIsSentAgainWhenTheUserSaysSo() {
+    server.RoutePage("/form", "Form", "<form method=post action=/post><input name=q value=1></form>");
+    server.RoutePage("/post", "Posted");
+    server.RoutePage("/other", "Other");
+    TBrowserTab *tab = OpenPage("/form");
+    Begin(tab, u"document.forms[0].submit()"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(tab->GetLocationName(), u"Posted"_s, LoadTime);
+    TBrowserTab *other = tabs->NewTab();
+    Load(other, "/other");
+    tabs->RefreshUnattended();
+    QTRY_COMPARE_WITH_TIMEOUT(server.RequestCount("/other"), 2, LoadTime);
+    QVERIFY(!tab->Browser()->HasOpenQuestion());
+    for (const bool sends : {false, true}) {
+      tab->Reload(false);
+      QVERIFY(tab->Browser()->HasOpenQuestion());
+      QCOMPARE(server.RequestCount("/post"), 1);
+      auto *question = tab->findChild<TfrmConfirm *>();
+      sends ? question->accept() : question->reject();
+      QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(server.RequestCount("/post"), 2, LoadTime);
+    QCOMPARE(server.Requests("/post").last().body, QByteArray("q=1"));
+    // Pages that came otherwise are not asked about.
+    Load(tab, "/form");
+    tab->Reload(false);
+    QVERIFY(!tab->Browser()->HasOpenQuestion());
+    QTRY_COMPARE_WITH_TIMEOUT(server.RequestCount("/form"), 3, LoadTime);
+  }
+
   void LoopHasAWayOut() {
     TBrowserTab *tab = OpenPage("/page");
     Begin(tab, u"while (confirm('again?')) ; document.title = 'out'"_s);

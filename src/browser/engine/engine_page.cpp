@@ -151,6 +151,20 @@ void TEnginePage::OfferToEnd() {
   });
 }
 
+void TEnginePage::AskToSendAgain(WebAction reload) {
+  NoteUserAction();
+  if (m_sheet == nullptr || DialogGate::IsClosed()) return;
+  const TLanguage &language = m_engine.Language();
+  auto *question = new TfrmConfirm({.firstLine = language.Text("PAGES", "SendAgainTitle"),
+                                    .secondText = language.Text("PAGES", "SendAgainText"),
+                                    .ok = language.Text("PAGES", "SendAgain"),
+                                    .cancel = language.Global("Cancel"),
+                                    .isRisky = true});
+  m_sheet->Ask(question, [self = QPointer(this), reload](bool send) {
+    if (self && send) self->QWebEnginePage::triggerAction(reload);
+  });
+}
+
 void TEnginePage::NoteUserAction() {
   // A script that waits for its answer would hold up whatever the user has begun.
   m_dialogs->Dismiss();
@@ -221,6 +235,7 @@ void TEnginePage::triggerAction(WebAction action, bool checked) {
   if (action == DownloadLinkToDisk || action == DownloadImageToDisk || action == DownloadMediaToDisk) {
     m_downloads->ExpectOne();
   }
+  if (m_fromForm && (action == Reload || action == ReloadAndBypassCache)) return AskToSendAgain(action);
   if (action == Back || action == Forward || action == Reload || action == ReloadAndBypassCache) NoteUserAction();
   QWebEnginePage::triggerAction(action, checked);
 }
@@ -271,6 +286,7 @@ void TEnginePage::Begin(const QUrl &url) {
   m_underWay = true;
   m_committed = false;
   m_pending = url;
+  m_filter->ForgetForm();
   m_problem.reset();
   m_filter->SetAllowed(m_nextOptions);
   ApplyPermissions(url);
@@ -307,6 +323,7 @@ void TEnginePage::CommitIfPending() {
   if (!m_underWay || m_committed || WithoutViewSource(url()) != m_pending) return;
   m_committed = true;
   m_leaveGranted = false;
+  m_fromForm = m_filter->SentForm();
   m_dialogs->BeginPage();
   m_downloads->BeginPage();
   if (m_hangs) m_hangs->BeginPage();

@@ -48,6 +48,8 @@ class TEnginePage final : public QWebEnginePage {
   QString RestoreHistory(const QByteArray &history);
   // Back, forward and the place in each page; empty where nothing was shown yet.
   [[nodiscard]] QByteArray History() const;
+  // The page came in answer to a form, which a reload sends again: the user is asked first.
+  [[nodiscard]] bool CameFromForm() const { return m_fromForm; }
   // Answers open script dialogs; the page is going away.
   void DismissDialogs();
 
@@ -104,6 +106,7 @@ class TEnginePage final : public QWebEnginePage {
   void AnswerLeave(bool mayGo);
   void AskForDownloads();
   void OfferToEnd();
+  void AskToSendAgain(WebAction reload);
 
   TEngine &m_engine;
   QWidget *m_owner = nullptr;
@@ -120,6 +123,7 @@ class TEnginePage final : public QWebEnginePage {
   QUrl m_cancelled;          // A refused navigation whose beginning and end the engine is about to report.
   bool m_isUnsettled = false;
   bool m_insecureParts = false;
+  bool m_fromForm = false;
   bool m_askedToLeave = false;
   bool m_leaveGranted = false;  // what comes next may take the page's place without another question
   int m_leaveTries = 0;

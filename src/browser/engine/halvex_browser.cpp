@@ -93,6 +93,10 @@ void THalvexBrowser::DismissQuestions() {
   m_sheet->Dismiss();
 }
 
+bool THalvexBrowser::CameFromForm() const {
+  return m_page && m_page->CameFromForm();
+}
+
 bool THalvexBrowser::HasOpenQuestion() const {
   return m_sheet && m_sheet->IsOpen();
 }

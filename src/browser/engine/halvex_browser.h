@@ -111,6 +111,8 @@ class THalvexBrowser final : public QWidget {
   [[nodiscard]] QWebEnginePage *EnginePage();
   // The page if there is one.
   [[nodiscard]] QWebEnginePage *EnginePageIfAny() const;
+  // The page came in answer to a form. Refresh asks before it is sent again.
+  [[nodiscard]] bool CameFromForm() const;
   // The page waits for the user's answer, which he gives in the page's own place.
   [[nodiscard]] bool HasOpenQuestion() const;
   // Answers what is open as Escape would.

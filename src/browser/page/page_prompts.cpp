@@ -199,7 +199,8 @@ void TPagePrompts::AskSignIn(const QString &place, const QUrl &url, const QStrin
         [self] {
           self->m_reloadsForSignIn = true;
           self->m_signIns.removeIf([](const auto &other) { return other.value().state == TState::Asking; });
-          self->m_page->triggerAction(QWebEnginePage::Reload);
+          // A form that was sent without being let in has not been taken yet: no question about that.
+          self->m_page->QWebEnginePage::triggerAction(QWebEnginePage::Reload);
         },
         Qt::QueuedConnection);
   });

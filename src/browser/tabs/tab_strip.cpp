@@ -230,6 +230,14 @@ void TTabStrip::RefreshAll() {
   }
 }
 
+void TTabStrip::RefreshUnattended() {
+  for (TBrowserTab *tab : Tabs()) {
+    const THalvexBrowser *browser = tab->Browser();
+    const bool wouldAsk = browser != nullptr && (browser->CameFromForm() || browser->HasOpenQuestion());
+    if (!tab->Announced() && !wouldAsk) tab->Refresh();
+  }
+}
+
 void TTabStrip::ShowAdjacent(bool forward) {
   m_pages->SelectNextPage(forward);
 }
