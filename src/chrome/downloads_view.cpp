@@ -7,16 +7,18 @@
 
 TDownloadsView::TDownloadsView(TActions &actions, TMainStatusBar &status, TDownloadList &downloads,
                                const TLanguage &language)
-    : m_downloads(downloads), m_language(language) {
+    : m_status(status), m_downloads(downloads), m_language(language) {
   connect(actions[TCommand::Downloads], &QAction::triggered, this, &TDownloadsView::Open);
   connect(&status, &TMainStatusBar::DownloadsClicked, this, &TDownloadsView::Open);
   connect(&downloads, &TDownloadList::ActiveChanged, &status, &TMainStatusBar::ShowDownloads);
 }
 
-TDownloadsView::~TDownloadsView() = default;
+TDownloadsView::~TDownloadsView() {
+  delete m_window;
+}
 
 void TDownloadsView::Open() {
-  if (!m_window) m_window = std::make_unique<TDownloadWindow>(m_downloads, m_language);
+  if (!m_window) m_window = new TDownloadWindow(m_downloads, m_language, m_status.window());
   m_window->show();
   m_window->raise();
   m_window->activateWindow();

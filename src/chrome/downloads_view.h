@@ -1,7 +1,7 @@
 #pragma once
 
-#include <memory>
 #include <QObject>
+#include <QPointer>
 
 class TActions;
 class TDownloadList;
@@ -23,7 +23,8 @@ class TDownloadsView final : public QObject {
   void Close();
 
  private:
+  TMainStatusBar &m_status;
   TDownloadList &m_downloads;
   const TLanguage &m_language;
-  std::unique_ptr<TDownloadWindow> m_window;
+  QPointer<TDownloadWindow> m_window;  // belongs to the main window, and stands over it
 };

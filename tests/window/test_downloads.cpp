@@ -12,6 +12,7 @@
 #include "browser/downloads/download_text.h"
 #include "browser/downloads/download_window.h"
 #include "browser/downloads/file_names.h"
+#include "browser/downloads/page_downloads.h"
 #include "config/language.h"
 #include "config/registry_paths.h"
 #include "store/registry_store.h"
@@ -140,6 +141,11 @@ class TestDownloads final : public QObject {
     QFETCH(qint64, total);
     QFETCH(double, speed);
     QTEST(DownloadText::Pace(received, total, speed, m_language), "words");
+  }
+
+  void amountInWords() {
+    QCOMPARE(DownloadText::Amount(1024, 2048, m_language), u"1.0 kB of 2.0 kB"_s);
+    for (const qint64 unknown : {-1, 0}) QCOMPARE(DownloadText::Amount(1024, unknown, m_language), u"1.0 kB"_s);
   }
 
   void oneOfItIsSingular() {
@@ -280,6 +286,79 @@ class TestDownloads final : public QObject {
     QCOMPARE(m_asked, 2);
     QCOMPARE(QFileInfo(Path(waiting)).fileName(), name);
     QVERIFY(QFileInfo::exists(In(u"file.txt"_s)));
+  }
+
+  // A few run at a time, and the others when it is their turn.
+  void manyWaitForTheirTurn() {
+    m_list->SetChooseFile({});
+    RouteBroken();
+    constexpr int Many = 9;
+    for (int i = 0; i < Many; ++i) Download(u"/broken"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), Many, LongWait);
+    const auto count = [this](TDownloadState state) {
+      int found = 0;
+      for (int row = 0; row < m_list->rowCount(); ++row) found += m_list->State(row) == state ? 1 : 0;
+      return found;
+    };
+    QCOMPARE(count(TDownloadState::Running), 4);
+    QCOMPARE(count(TDownloadState::Waiting), 5);
+    QCOMPARE(m_list->ActiveCount(), Many);
+    QCOMPARE(Status(0), m_language.Text("DOWNLOADS", "WaitingLine"));
+    m_list->Cancel(0);
+    m_server->ForgetRequests();
+    m_list->Cancel(Many - 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_server->RequestCount("/broken"), 1, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(count(TDownloadState::Cancelled), 2, LongWait);
+    QCOMPARE(count(TDownloadState::Running), 4);
+    QCOMPARE(count(TDownloadState::Waiting), 3);
+    m_list->CancelAll();
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->ActiveCount(), 0, LongWait);
+  }
+
+  void pageIsAskedAboutOnce_data() {
+    Columns<bool, bool, int>("isInFront", "allow", "files");
+    Row("allowed", true, true, 4);
+    Row("refused", true, false, 1);
+    Row("allowed in the background", false, true, 4);
+    Row("refused in the background", false, false, 0);
+  }
+  void pageIsAskedAboutOnce() {
+    QFETCH(bool, isInFront);
+    QFETCH(bool, allow);
+    QFETCH(int, files);
+    auto *downloads = new TPageDownloads(
+        m_page.get(), [] { return 0; }, [isInFront] { return isInFront; });
+    const QSignalSpy asked(downloads, &TPageDownloads::Asked);
+    m_server->RoutePage("/page", "Page");
+    QSignalSpy loaded(m_page.get(), &QWebEnginePage::loadFinished);
+    m_page->load(QUrl(m_server->Url(u"/page"_s)));
+    QTRY_VERIFY_WITH_TIMEOUT(!loaded.isEmpty(), LongWait);
+    // From the server, and made by the page itself.
+    const auto get = [this](const QString &address) {
+      m_page->runJavaScript(
+          u"var a = document.createElement('a'); a.download = 'x.txt'; a.href = %1; a.click()"_s.arg(address));
+    };
+    get(u"'/file'"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
+    get(u"URL.createObjectURL(new Blob(['made']))"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
+    get(u"'/file'"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 3, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(asked.size(), 1, LongWait);
+    QCOMPARE(Status(0), m_language.Text("DOWNLOADS", "AskingLine"));
+    QCOMPARE(m_asked, isInFront ? 1 : 0);
+    downloads->Answer(allow);
+    get(u"'/file'"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), files, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->ActiveCount(), 0, LongWait);
+    QStringList contents;
+    for (const QString &name : QDir(m_folder->path()).entryList({u"*.txt*"_s}, QDir::Files)) {
+      contents.append(QString::fromUtf8(Content(In(name))));
+    }
+    QCOMPARE(contents.count(u"made"_s), allow ? 1 : 0);
+    QCOMPARE(contents.size(), files);
+    QCOMPARE(asked.size(), 1);
+    QCOMPARE(m_asked, isInFront ? 1 : 0);
   }
 
   void outlivesItsPage() {

@@ -1,5 +1,6 @@
 #include <csignal>
 #include <QAbstractButton>
+#include <QBuffer>
 #include <QCheckBox>
 #include <QLabel>
 #include <QRegularExpression>
@@ -179,18 +180,6 @@ class TestHalvexBrowser final : public QObject, private TBrowserFixture {
     QTRY_VERIFY(qAbs(Script(u"window.innerWidth"_s).toDouble() * ZoomFactors[4] - plain) < 3);
   }
 
-  void ReloadOfAForm() {
-    Server().RoutePage("/form", "Form", "<form method='post' action='/post'><input name='q' value='1'></form>");
-    Server().RoutePage("/post", "Posted");
-    QVERIFY(OpenPath(u"/form"_s));
-    Run(u"document.forms[0].submit()"_s);
-    QTRY_COMPARE(Browser().LocationName(), u"Posted"_s);
-    QTRY_VERIFY(!Browser().EnginePage()->isLoading());
-    QVERIFY(Refresh());
-    QTRY_COMPARE(Server().RequestCount("/post"), 2);
-    QCOMPARE(Server().Requests("/post").last().body, QByteArray("q=1"));
-  }
-
   void ContentSwitches() {
     Server().RoutePage("/media", "Media",
                        "<img src='/i.png'>"
@@ -212,6 +201,38 @@ class TestHalvexBrowser final : public QObject, private TBrowserFixture {
     for (const char *path : {"/i.png", "/v.mp4"}) QCOMPARE(Server().RequestCount(path), 0);
   }
 
+  // What comes to nothing leaves the page as it was, its icon included.
+  void IconStays_data() {
+    QTest::addColumn<QString>("address");
+    QTest::newRow("a download") << u"/file"_s;
+    QTest::newRow("no content") << u"/nothing"_s;
+    QTest::newRow("stopped") << u"/never"_s;
+  }
+  void IconStays() {
+    QFETCH(QString, address);
+    QPixmap picture(16, 16);
+    picture.fill(Qt::red);
+    QBuffer png;
+    picture.save(&png, "PNG");
+    Server().Route("/icon.png", {.body = png.data(), .headers = {{"Content-Type", "image/png"}}});
+    Server().Route("/with", TTestResponse::Page("<title>With</title><link rel=icon href=/icon.png>"));
+    Server().Route("/file", TTestResponse::Attachment("a.bin", "data"));
+    Server().Route("/nothing", TTestResponse::Status(204));
+    Server().Route("/never", TTestResponse{.neverAnswer = true});
+    QVERIFY(OpenPath(u"/with"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(!Browser().Icon().isNull(), LoadTime);
+    QVERIFY(Completes([&] {
+      Run(u"location = '%1'"_s.arg(address));
+      if (address != u"/never"_s) return;
+      QTRY_COMPARE(Server().RequestCount("/never"), 1);
+      Browser().Stop();
+    }));
+    QVERIFY(!Browser().Icon().isNull());
+    // The next page has none.
+    QVERIFY(OpenPath(u"/a"_s));
+    QVERIFY(Browser().Icon().isNull());
+  }
+
   void ScriptAddress() {
     QVERIFY(OpenPath(u"/a"_s));
     Browser().Navigate(u"javascript:document.title='set%20here'"_s);
@@ -219,12 +240,14 @@ class TestHalvexBrowser final : public QObject, private TBrowserFixture {
     QCOMPARE(Browser().LocationUrl(), Url("/a"));
   }
 
-  // A page that borrows the engine's words for leaving a page cannot ask for ever either.
+  // A page that borrows the engine's words for leaving a page cannot ask for ever either. In an empty frame the
+  // engine's own dialogs are left.
   void DialogLoopHasAWayOut() {
     const QByteArray question("Are you sure you want to leave this page? Changes that you made may not be saved.");
-    Server().RoutePage(
-        "/loop", "Loop",
-        "<script>function go() { while (confirm('" + question + "')) ; document.title = 'out' }</script>");
+    auto loop = TTestResponse::Page("<title>Loop</title><script>function go() { while (confirm('" + question +
+                                    "')) ; document.title = 'out' }</script>");
+    loop.headers = {{"Permissions-Policy", "sync-xhr=()"}};
+    Server().Route("/loop", loop);
     QVERIFY(OpenPath(u"/loop"_s));
     // The user says yes every time, and takes the way out as soon as it is offered.
     int shown = 0;

@@ -14,10 +14,10 @@
 #include "browser/page/full_screen_notice.h"
 #include "browser/page/page_menu.h"
 #include "browser/page/page_prompts.h"
+#include "browser/page/question_sheet.h"
 #include "browser/page/sign_in_dialog.h"
 #include "config/language.h"
 #include "support/data_row.h"
-#include "support/modal_dialogs.h"
 #include "support/test_server.h"
 
 using namespace Qt::StringLiterals;
@@ -135,28 +135,25 @@ class TestPagePrompts final : public QObject {
   void signIn() {
     QFETCH(QStringList, passwords);
     m_server.RouteSignIn("/members", "user", "secret", TTestResponse::Page("<title>Welcome</title>"));
-    bool refused = false;
-    std::function<void()> answerNext = [&] {
-      if (passwords.isEmpty()) return;
-      OnModalDialog<TSignInDialog>([&](TSignInDialog &dialog) {
-        QVERIFY(dialog.findChild<QLabel *>("lblHost")->text().contains(u"127.0.0.1"_s));
-        QVERIFY(dialog.findChild<QLabel *>("lblWarning")->isVisible());
-        // Asked again, the name stands there already and the password is typed next.
-        const QString text = dialog.findChild<QLabel *>("lblHost")->text();
-        QCOMPARE(text.contains(m_language.Text("SIGN_IN", "Refused")), refused);
-        if (!std::exchange(refused, true)) {
-          QTest::keyClicks(dialog.focusWidget(), "user");
-          QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
-        }
-        const QString password = passwords.takeFirst();
-        QTest::keyClicks(dialog.focusWidget(), password);
-        QTest::keyClick(&dialog, password.isNull() ? Qt::Key_Escape : Qt::Key_Return);
-        answerNext();
-      });
-    };
-    answerNext();
     Load(u"/members"_s);
-    QVERIFY(passwords.isEmpty());
+    for (bool refused = false; !passwords.isEmpty(); refused = true) {
+      auto *dialog = OpenSignIn();
+      QVERIFY(dialog != nullptr && !dialog->isWindow());
+      const QString text = dialog->findChild<QLabel *>("lblHost")->text();
+      QVERIFY(text.contains(u"127.0.0.1"_s));
+      QVERIFY(dialog->findChild<QLabel *>("lblWarning")->isVisible());
+      // Asked again, the name stands there already and the password is typed next.
+      QCOMPARE(text.contains(m_language.Text("SIGN_IN", "Refused")), refused);
+      QWidget *field = dialog->focusProxy();
+      QCOMPARE(field->objectName(), refused ? u"txtPassword"_s : u"txtUser"_s);
+      if (!refused) QTest::keyClicks(field, "user");
+      const QString password = passwords.takeFirst();
+      QTest::keyClicks(dialog->findChild<QLineEdit *>("txtPassword"), password);
+      const QSignalSpy loaded(m_page, &QWebEnginePage::loadFinished);
+      QTest::keyClick(dialog, password.isNull() ? Qt::Key_Escape : Qt::Key_Return);
+      if (!password.isNull()) QTRY_VERIFY_WITH_TIMEOUT(!loaded.isEmpty(), LongWait);
+    }
+    QVERIFY(!m_sheet->IsOpen());
     QTEST(m_page->title() == u"Welcome"_s, "in");
   }
 
@@ -168,23 +165,25 @@ class TestPagePrompts final : public QObject {
       body += "<img src='" + path + "'>";
     }
     m_server.RoutePage("/album", "Album", body);
-    int asked = 0;
     int loads = 0;
     for (const bool signsIn : {false, false, true}) {
       if (loads == 2) {
         // Refused twice, it is not heard again before the user does something.
         Load(u"/album"_s);
+        QVERIFY(!m_sheet->IsOpen());
         m_prompts->AllowSignIns();
       }
-      OnModalDialog<TSignInDialog>([&](TSignInDialog &dialog) {
-        ++asked;
-        dialog.findChild<QLineEdit *>("txtUser")->setText(u"user"_s);
-        dialog.findChild<QLineEdit *>("txtPassword")->setText(u"secret"_s);
-        signsIn ? dialog.accept() : dialog.reject();
-      });
-      // A second dialog would stop the page for good.
       Load(u"/album"_s);
-      QCOMPARE(asked, ++loads);
+      ++loads;
+      auto *dialog = OpenSignIn();
+      QVERIFY(dialog != nullptr);
+      dialog->findChild<QLineEdit *>("txtUser")->setText(u"user"_s);
+      dialog->findChild<QLineEdit *>("txtPassword")->setText(u"secret"_s);
+      const QSignalSpy loaded(m_page, &QWebEnginePage::loadFinished);
+      signsIn ? dialog->accept() : dialog->reject();
+      if (signsIn) QTRY_VERIFY_WITH_TIMEOUT(!loaded.isEmpty(), LongWait);
+      // One answer is enough for all.
+      QVERIFY(!m_sheet->IsOpen());
     }
     for (const char *path : {"/a", "/f"}) QVERIFY(!m_server.Requests(path).last().Header("authorization").isEmpty());
   }
@@ -214,7 +213,7 @@ class TestPagePrompts final : public QObject {
     {
       // Another page of the same site, in another tab.
       QWebEnginePage other(m_profile.get());
-      const TPagePrompts prompts(&other, m_window.get(), m_language);
+      const TPagePrompts prompts(&other, m_sheet, m_window.get(), m_language);
       Load(u"/page"_s, other);
       AskForNotifications(other);
       QTRY_VERIFY_WITH_TIMEOUT(!prompts.Bar()->isHidden() || !Answer(other).isEmpty(), LongWait);
@@ -268,7 +267,8 @@ class TestPagePrompts final : public QObject {
     m_view = new QWebEngineView(m_window.get());
     m_page = new QWebEnginePage(m_profile.get(), m_view);
     m_view->setPage(m_page);
-    m_prompts = new TPagePrompts(m_page, m_window.get(), m_language);
+    m_sheet = new TQuestionSheet(m_window.get());
+    m_prompts = new TPagePrompts(m_page, m_sheet, m_window.get(), m_language);
     layout->addWidget(m_prompts->Bar());
     layout->addWidget(m_view);
     m_window->show();
@@ -276,6 +276,10 @@ class TestPagePrompts final : public QObject {
   void EndRun() {
     m_window.reset();
     m_profile.reset();
+  }
+  [[nodiscard]] TSignInDialog *OpenSignIn() {
+    [this] { QTRY_VERIFY_WITH_TIMEOUT(m_sheet->IsOpen(), LongWait); }();
+    return m_sheet->findChild<TSignInDialog *>();
   }
   void Load(const QString &path) { Load(path, *m_page); }
   void Load(const QString &path, QWebEnginePage &page) {
@@ -304,6 +308,7 @@ class TestPagePrompts final : public QObject {
   std::unique_ptr<QWidget> m_window;
   QWebEngineView *m_view = nullptr;
   QWebEnginePage *m_page = nullptr;
+  TQuestionSheet *m_sheet = nullptr;
   TPagePrompts *m_prompts = nullptr;
 };
 

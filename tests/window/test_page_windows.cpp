@@ -53,6 +53,10 @@ class TestPageWindows final : public QObject {
         "w = open(''); w.document.write('x'); w.document.close(); setTimeout(() => w.location = '/page', 200)", Shown);
     Row("no content", "open('/nothing')", Closed);
     Row("a download", "open('/file')", Closed);
+    Row("an address of another program", "open('mailto:nobody@example.test')", Closed);
+    Row("blank first, then another program's", "w = open('about:blank'); w.location = 'mailto:nobody@example.test'",
+        Closed);
+    Row("blank first, then a download", "w = open('about:blank'); w.location = '/file'", Closed);
     Row("closed by its opener", "w = open('/page'); setTimeout(() => w.close(), 500)", Closed);
   }
   void End() {

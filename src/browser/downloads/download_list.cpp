@@ -16,6 +16,7 @@
 
 #include "browser/downloads/download_text.h"
 #include "browser/downloads/file_names.h"
+#include "browser/downloads/page_downloads.h"
 #include "config/language.h"
 #include "config/registry_paths.h"
 #include "store/registry_store.h"
@@ -30,10 +31,20 @@ constexpr int TickInterval = 1000;   // ms between looks at downloads that have 
 constexpr int ShortestSample = 300;  // ms
 constexpr int StalledAfter = 3000;   // ms without a byte: the speed is not known any more
 constexpr double NewSampleShare = 0.3;
+constexpr int MostAtOnce = 4;  // that a page or the program starts; a host gets six connections, its pages included
+constexpr int MostAtOnceByUser = 20;  // begun at once: what a form was sent for cannot be asked for again
+constexpr int MostHeld = 100;         // of a page, until the user has answered
+constexpr int MostHeldInside = 10;    // of these, files that the page has made itself
+constexpr size_t MostWaiting = 2000;
 constexpr int RetryPatience = 30000;  // ms that a server has for beginning to answer a retry
 
 bool IsActiveState(TDownloadState state) {
-  return state == TDownloadState::Running || state == TDownloadState::Paused;
+  return state == TDownloadState::Running || state == TDownloadState::Paused || state == TDownloadState::Waiting;
+}
+
+// What a page has made itself is gone when it is not taken at once; it needs no connection either.
+bool IsInside(const QUrl &address) {
+  return address.scheme() == QLatin1String("blob") || address.scheme() == QLatin1String("data");
 }
 
 }  // namespace
@@ -46,7 +57,8 @@ struct TDownloadList::TItem {
   qint64 total = -1;
   QString failure;
   QPointer<QWebEngineDownloadRequest> request;
-  QString suggestedName;  // the server's own, unchecked
+  QString suggestedName;                 // the server's own, unchecked
+  const TPageDownloads *asks = nullptr;  // whose answer it waits for; no more than a name
   // Asks for the file again; alive until the engine has come back with a request. That request is known by its name
   // alone: its address may be another one after redirections, and it belongs to no page.
   std::unique_ptr<QWebEnginePage> retryPage;
@@ -128,7 +140,18 @@ void TDownloadList::TakeRequest(QWebEngineDownloadRequest *request) {
 }
 
 void TDownloadList::TakeNewRequest(QWebEngineDownloadRequest *request) {
+  using TVerdict = TPageDownloads::TVerdict;
   const QUrl address = request->url();
+  TPageDownloads *page = TPageDownloads::Of(request->page());
+  const TVerdict verdict = page != nullptr ? page->Judge() : TVerdict::First;
+  if (verdict == TVerdict::Refused || m_items.size() >= MostWaiting) return request->cancel();
+  if (verdict == TVerdict::Wait) return LetWait(request, page);
+  const bool mayRun = RunningCount() < (verdict == TVerdict::ByUser ? MostAtOnceByUser : MostAtOnce);
+  const bool beginsNow = mayRun || IsInside(address);
+  if (verdict == TVerdict::Allowed) {
+    if (!beginsNow) return LetWait(request, nullptr);
+    return Begin(AddItem(address, FreePath(request->suggestedFileName()), TDownloadState::Running), request);
+  }
   // Nobody can click while the file dialog is open, nor right after it: what comes then was asked for by a script, and
   // a script must not keep the user busy with dialogs. It waits in the list, once.
   if (m_asking || (m_asked.isValid() && m_asked.elapsed() < m_pauseBetweenDialogs)) {
@@ -148,9 +171,70 @@ void TDownloadList::TakeNewRequest(QWebEngineDownloadRequest *request) {
   } else if (alive == nullptr) {
     // The page took the request with it while the user was choosing; a retry can still get the file.
     AddItem(address, path, TDownloadState::NotStarted);
+  } else if (!beginsNow) {
+    AddItem(address, path, TDownloadState::Waiting);
+    request->cancel();
   } else {
     Begin(AddItem(address, path, TDownloadState::Running), request);
   }
+}
+
+void TDownloadList::LetWait(QWebEngineDownloadRequest *request, TPageDownloads *asks) {
+  const bool inside = IsInside(request->url());
+  if (asks != nullptr) {
+    const auto held = [&](bool onlyInside) {
+      return std::count_if(m_items.begin(), m_items.end(), [&](const std::unique_ptr<TItem> &item) {
+        return item->asks == asks && (!onlyInside || IsInside(item->address));
+      });
+    };
+    if (held(false) >= MostHeld || (inside && held(true) >= MostHeldInside)) return request->cancel();
+    connect(
+        asks, &TPageDownloads::Answered, this, [this, asks](bool allow) { OnAnswered(asks, allow); },
+        Qt::SingleShotConnection);
+  }
+  TItem &item = AddItem(request->url(), FreePath(request->suggestedFileName()), TDownloadState::Waiting);
+  item.suggestedName = request->suggestedFileName();
+  item.asks = asks;
+  if (!inside) return request->cancel();
+  Begin(item, request);
+  request->pause();
+}
+
+void TDownloadList::OnAnswered(const TPageDownloads *page, bool allow) {
+  for (int row = rowCount() - 1; row >= 0; --row) {
+    TItem &item = *Item(row);
+    if (item.asks != page) continue;
+    item.asks = nullptr;
+    if (!allow) {
+      // A small one that the page has made is there already, under a name that was free.
+      if (item.request != nullptr && item.request->isFinished()) QFile::remove(item.path);
+      RemoveItem(row);
+    } else if (item.request != nullptr) {
+      item.request->resume();
+      Update(item);
+    } else {
+      Announce(item);
+    }
+  }
+  CountActive();
+}
+
+int TDownloadList::RunningCount() const {
+  return int(std::count_if(m_items.begin(), m_items.end(),
+                           [](const std::unique_ptr<TItem> &item) { return item->state == TDownloadState::Running; }));
+}
+
+void TDownloadList::StartNext() {
+  m_looksForNext = false;
+  for (size_t row = m_items.size(); row > 0 && RunningCount() < MostAtOnce; --row) {
+    TItem &item = *m_items[row - 1];
+    if (item.state == TDownloadState::Waiting && item.asks == nullptr) Request(item);
+  }
+}
+
+QString TDownloadList::FreePath(const QString &name) const {
+  return FileNames::FreePath(Folder(), FileNames::Safe(name, m_language.Text("DOWNLOADS", "FallbackName")),
+                             [this](const QString &path) { return IsBeingWritten(path); });
 }
 
 void TDownloadList::TakeRetry(TItem &item, QWebEngineDownloadRequest *request) {
@@ -220,6 +304,7 @@ void TDownloadList::Update(TItem &item) {
   item.received = request->receivedBytes();
   item.total = request->totalBytes();
   item.MeasureSpeed();
+  if (item.asks != nullptr) return Announce(item);
   switch (request->state()) {
     case QWebEngineDownloadRequest::DownloadRequested:
     case QWebEngineDownloadRequest::DownloadInProgress:
@@ -249,6 +334,12 @@ void TDownloadList::Fail(TItem &item, const QString &reason) {
 void TDownloadList::Announce(const TItem &item) {
   const QModelIndex changed = index(RowOf(item));
   Q_EMIT dataChanged(changed, changed);
+  CountActive();
+}
+
+void TDownloadList::CountActive() {
+  if (!std::exchange(m_looksForNext, true))
+    QMetaObject::invokeMethod(this, &TDownloadList::StartNext, Qt::QueuedConnection);
   const int active = int(std::count_if(
       m_items.begin(), m_items.end(), [](const std::unique_ptr<TItem> &other) { return IsActiveState(other->state); }));
   if (active == m_activeCount) return;
@@ -289,8 +380,7 @@ void TDownloadList::LetGo(QWebEngineDownloadRequest *request) {
 
 QString TDownloadList::ChoosePath(const QString &name, QWebEnginePage *page) {
   const auto taken = [this](const QString &path) { return IsBeingWritten(path); };
-  const QString safe = FileNames::Safe(name, m_language.Text("DOWNLOADS", "FallbackName"));
-  const QString suggested = FileNames::FreePath(Folder(), safe, taken);
+  const QString suggested = FreePath(name);
   if (!m_asksWithDialog && !m_chooseFile) return suggested;
   const QPointer<TDownloadList> self(this);
   m_asking = true;
@@ -389,10 +479,20 @@ void TDownloadList::Retry(int row) {
   TItem &item = *Item(row);
   if (item.request != nullptr) LetGo(item.request);
   item.request = nullptr;
-  item.state = TDownloadState::Running;
   item.received = 0;
   item.total = -1;
   item.speed = 0;
+  // What the user asks for again does not wait behind what a page has started.
+  RunningCount() < MostAtOnceByUser ? Request(item) : LetWaitAgain(item);
+}
+
+void TDownloadList::LetWaitAgain(TItem &item) {
+  item.state = TDownloadState::Waiting;
+  Announce(item);
+}
+
+void TDownloadList::Request(TItem &item) {
+  item.state = TDownloadState::Running;
   item.retryPage = std::make_unique<QWebEnginePage>(&m_profile);
   item.retrySince.start();
   Announce(item);
@@ -487,6 +587,9 @@ QString TDownloadList::StatusText(const TItem &item) const {
       return m_language.Text("DOWNLOADS", "CancelledLine");
     case TDownloadState::Failed:
       return m_language.Text("DOWNLOADS", "FailedLine").arg(item.failure);
+    case TDownloadState::Waiting:
+      return item.asks != nullptr ? m_language.Text("DOWNLOADS", "AskingLine")
+                                  : m_language.Text("DOWNLOADS", "WaitingLine");
     case TDownloadState::NotStarted:
       return m_language.Text("DOWNLOADS", "NotStartedLine");
   }

@@ -12,6 +12,7 @@ class QWebEngineDownloadRequest;
 class QWebEnginePage;
 class QWebEngineProfile;
 class TLanguage;
+class TPageDownloads;
 class TRegistryStore;
 
 enum class TDownloadState {
@@ -20,6 +21,7 @@ enum class TDownloadState {
   Finished,
   Cancelled,
   Failed,
+  Waiting,     // for its turn, or for the answer whether its page may have more
   NotStarted,  // came while or right after the user was asked about another one; Retry asks for it
 };
 
@@ -27,6 +29,9 @@ enum class TDownloadState {
 //
 // A file goes where the user says. Names that a server suggests are made safe first, and nothing is ever overwritten
 // without the file dialog having asked. Pages that are being saved go where the caller of the save has decided.
+//
+// A few run at a time, each of which holds files and connections; the others wait. The user is asked before a page gets
+// more than one file by itself (TPageDownloads).
 class TDownloadList final : public QAbstractListModel {
   Q_OBJECT
 
@@ -55,7 +60,7 @@ class TDownloadList final : public QAbstractListModel {
   // Replaces the desktop's "open" for files and folders; returns false when it could not be opened.
   void SetOpener(std::function<bool(const QUrl &)> opener);
 
-  // Downloads that run or are paused: they would be lost when the program ends.
+  // Downloads that run, wait or are paused: they would be lost when the program ends.
   [[nodiscard]] int ActiveCount() const;
   void CancelAll();
 
@@ -91,6 +96,16 @@ class TDownloadList final : public QAbstractListModel {
 
   void TakeRequest(QWebEngineDownloadRequest *request);
   void TakeNewRequest(QWebEngineDownloadRequest *request);
+  // Keeps the request's file for when it is its turn.
+  void LetWait(QWebEngineDownloadRequest *request, TPageDownloads *asks);
+  void OnAnswered(const TPageDownloads *page, bool allow);
+  // Asks for the item's file again, now or when it is its turn.
+  void Request(TItem &item);
+  void LetWaitAgain(TItem &item);
+  void StartNext();
+  void CountActive();
+  [[nodiscard]] int RunningCount() const;
+  [[nodiscard]] QString FreePath(const QString &name) const;
   void TakeRetry(TItem &item, QWebEngineDownloadRequest *request);
   // Accepts the request into the item's path, or fails the item where its folder cannot be written.
   void Begin(TItem &item, QWebEngineDownloadRequest *request);
@@ -121,4 +136,5 @@ class TDownloadList final : public QAbstractListModel {
   bool m_asking = false;
   QElapsedTimer m_asked;  // since the last file dialog was closed
   int m_activeCount = 0;
+  bool m_looksForNext = false;  // StartNext is about to be called
 };

@@ -76,7 +76,7 @@ QString DownloadText::Failure(TRequest::DownloadInterruptReason reason, const TL
 }
 
 QString DownloadText::Amount(qint64 received, qint64 total, const TLanguage &language) {
-  if (total < 0) return Size(received);
+  if (total <= 0) return Size(received);
   return language.Text("DOWNLOADS", "Amount").arg(Size(received), Size(total));
 }
 

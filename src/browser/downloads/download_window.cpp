@@ -19,9 +19,12 @@ constexpr int HeightInLines = 24;
 }  // namespace
 
 TDownloadWindow::TDownloadWindow(TDownloadList &downloads, const TLanguage &language, QWidget *parent)
-    : QWidget(parent), m_downloads(downloads), m_language(language), m_ui(std::make_unique<Ui::TDownloadWindow>()) {
+    : QDialog(parent), m_downloads(downloads), m_language(language), m_ui(std::make_unique<Ui::TDownloadWindow>()) {
   m_ui->setupUi(this);
   language.TranslateForm(this, "DOWNLOADS");
+  // It stays open beside the pages, as a window does; Enter belongs to the list.
+  setWindowFlags(windowFlags() | Qt::WindowMinMaxButtonsHint);
+  for (auto *button : findChildren<QPushButton *>()) button->setAutoDefault(false);
   resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * HeightInLines);
   QListView &list = *m_ui->lvDownloads;
   list.setModel(&downloads);
@@ -65,7 +68,7 @@ TDownloadWindow::TDownloadWindow(TDownloadList &downloads, const TLanguage &lang
 TDownloadWindow::~TDownloadWindow() = default;
 
 bool TDownloadWindow::eventFilter(QObject *watched, QEvent *event) {
-  if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
+  if (event->type() != QEvent::KeyPress) return QDialog::eventFilter(watched, event);
   switch (static_cast<QKeyEvent *>(event)->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -78,16 +81,8 @@ bool TDownloadWindow::eventFilter(QObject *watched, QEvent *event) {
       m_ui->cmdPause->isEnabled() ? m_ui->cmdPause->click() : m_ui->cmdResume->click();
       return true;
     default:
-      return QWidget::eventFilter(watched, event);
+      return QDialog::eventFilter(watched, event);
   }
-}
-
-void TDownloadWindow::keyPressEvent(QKeyEvent *event) {
-  if (event->key() == Qt::Key_Escape && isWindow()) {
-    close();
-    return;
-  }
-  QWidget::keyPressEvent(event);
 }
 
 int TDownloadWindow::CurrentRow() const {

@@ -2,7 +2,7 @@
 
 #include <functional>
 #include <memory>
-#include <QWidget>
+#include <QDialog>
 #include <vector>
 
 class QAbstractButton;
@@ -13,9 +13,9 @@ namespace Ui {
 class TDownloadWindow;
 }
 
-// The list of downloads with its commands: a window of its own, or a widget in a dock. Enter opens the file, Delete
+// The list of downloads with its commands, a window beside that of its parent. Enter opens the file, Delete
 // takes a line out of the list, Space pauses and resumes, the menu key opens the commands of the line.
-class TDownloadWindow final : public QWidget {
+class TDownloadWindow final : public QDialog {
   Q_OBJECT
 
  public:
@@ -25,7 +25,6 @@ class TDownloadWindow final : public QWidget {
 
  protected:
   bool eventFilter(QObject *watched, QEvent *event) override;
-  void keyPressEvent(QKeyEvent *event) override;
 
  private:
   struct TCommand {

@@ -44,6 +44,9 @@ TDownloadControlOptionSet ContentKindOf(int resourceType, const QUrl &url) {
 }
 
 void TContentFilter::interceptRequest(QWebEngineUrlRequestInfo &info) {
+  if (info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame) {
+    m_sentForm = info.requestMethod() == QByteArrayLiteral("POST");
+  }
   const TDownloadControlOptionSet kind = ContentKindOf(info.resourceType(), info.requestUrl());
   if (kind && ((m_allowed & KindsOf(m_engine.Policy().PermissionsOf(info.firstPartyUrl()))) & kind) == 0) {
     info.block(true);

@@ -20,6 +20,10 @@ class TContentFilter final : public QWebEngineUrlRequestInterceptor {
   // The kinds that the browser wants of the page being shown.
   void SetAllowed(TDownloadControlOptionSet allowed) { m_allowed = allowed; }
 
+  // Whether the last request for a page itself, rather than a part of one, sent a form.
+  [[nodiscard]] bool SentForm() const { return m_sentForm; }
+  void ForgetForm() { m_sentForm = false; }
+
   void interceptRequest(QWebEngineUrlRequestInfo &info) override;
 
  Q_SIGNALS:
@@ -31,4 +35,5 @@ class TContentFilter final : public QWebEngineUrlRequestInterceptor {
  private:
   const TEngine &m_engine;
   TDownloadControlOptionSet m_allowed = AllDownloadControlOptions;
+  bool m_sentForm = false;
 };

@@ -10,6 +10,7 @@
 #include <QWebEngineUrlScheme>
 
 #include "browser/engine/policy.h"
+#include "browser/engine/script_calls.h"
 #include "browser/engine/start_page.h"
 #include "browser/engine/view_supply.h"
 #include "config/language.h"
@@ -81,6 +82,7 @@ TEngine::TEngine(const TLanguage &language, TRegistryStore &store, QObject *pare
   m_profile->settings()->setUnknownUrlSchemePolicy(QWebEngineSettings::AllowUnknownUrlSchemesFromUserInteraction);
   m_startPage = std::make_unique<TStartPage>(language);
   m_profile->installUrlSchemeHandler(QByteArrayLiteral("zarvela"), m_startPage.get());
+  m_scriptCalls = new TScriptCalls(m_profile.get());
   m_profile->setNotificationPresenter(
       [this](std::unique_ptr<QWebEngineNotification> notification) { ShowNotification(std::move(notification)); });
   WatchCookies();
@@ -130,6 +132,7 @@ void TEngine::RegisterSchemes() {
   // Local: a page of the web can neither frame nor fetch it.
   scheme.setFlags(QWebEngineUrlScheme::LocalScheme | QWebEngineUrlScheme::NoAccessAllowed);
   QWebEngineUrlScheme::registerScheme(scheme);
+  TScriptCalls::RegisterSchemes();
 }
 
 QString TEngine::Version() {

@@ -15,6 +15,7 @@ class TDesktopNotifications;
 class TLanguage;
 class TPolicy;
 class TRegistryStore;
+class TScriptCalls;
 class TStartPage;
 class TViewSupply;
 struct TCookie;
@@ -46,6 +47,7 @@ class TEngine final : public QObject {
 
   [[nodiscard]] QWebEngineProfile &Profile() const { return *m_profile; }
   [[nodiscard]] TViewSupply &Views() const { return *m_views; }
+  [[nodiscard]] TScriptCalls &ScriptCalls() const { return *m_scriptCalls; }
   [[nodiscard]] const TLanguage &Language() const { return m_language; }
   [[nodiscard]] TRegistryStore &Store() const { return m_store; }
   // A number that no other running process has, from 1; the lowest that is free.
@@ -74,6 +76,7 @@ class TEngine final : public QObject {
   mutable QMutex m_policyGuard;  // cookies are asked about on two threads
   std::unique_ptr<QWebEngineProfile> m_profile;
   std::unique_ptr<TViewSupply> m_views;  // goes before the profile that its view is of
+  TScriptCalls *m_scriptCalls = nullptr;
   QString m_ownUserAgent;
   QSet<QString> m_acceptedHosts;
   TDesktopNotifications *m_notifications = nullptr;  // made with the first one

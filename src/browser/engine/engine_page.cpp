@@ -10,13 +10,22 @@
 #include <QWebEngineSettings>
 #include <QWidget>
 
+#include "browser/downloads/page_downloads.h"
 #include "browser/engine/address.h"
 #include "browser/engine/content_filter.h"
 #include "browser/engine/halvex_browser.h"
+#include "browser/engine/hang_watch.h"
 #include "browser/engine/input_watch.h"
 #include "browser/engine/policy.h"
+#include "browser/engine/script_calls.h"
 #include "browser/engine/view_supply.h"
+#include "browser/page/origin_text.h"
+#include "browser/page/question_sheet.h"
 #include "browser/page/script_dialogs.h"
+#include "config/language.h"
+#include "platform/process_end.h"
+#include "ui/confirm_dialog.h"
+#include "ui/dialog_gate.h"
 
 namespace {
 
@@ -54,6 +63,11 @@ TEnginePage::TEnginePage(TEngine &engine, QObject *parent)
   m_filter = new TContentFilter(engine, this);
   setUrlRequestInterceptor(m_filter);
   m_dialogs = new TScriptDialogs(engine.Language(), this);
+  m_downloads = new TPageDownloads(
+      this, [this] { return m_input != nullptr && m_input->UserJustActed() ? m_input->Acts() : 0; },
+      [this] { return isVisible(); });
+  connect(m_downloads, &TPageDownloads::Asked, this, &TEnginePage::AskForDownloads);
+  engine.ScriptCalls().Connect(*this, *m_dialogs);
   connect(m_dialogs, &TScriptDialogs::BringToFrontRequested, this, &TEnginePage::BringToFrontRequested);
   connect(m_filter, &TContentFilter::InsecurePartRequested, this, [this] {
     if (m_insecureParts) return;
@@ -92,16 +106,79 @@ TEnginePage::~TEnginePage() {
 void TEnginePage::WatchInput(QWidget *view) {
   m_input = new TInputWatch(view, this);
   connect(m_input, &TInputWatch::ZoomWanted, this, &TEnginePage::ZoomWanted);
+  m_hangs = new THangWatch(this, [this] {
+    return m_leaveWait.isActive() || m_dialogs->IsOpen() || m_engine.ScriptCalls().Waits(renderProcessPid());
+  });
+  connect(m_input, &TInputWatch::Acted, m_hangs, &THangWatch::NoteAct);
+  connect(m_hangs, &THangWatch::Hangs, this, &TEnginePage::OfferToEnd);
+}
+
+void TEnginePage::ShowDialogsOn(TQuestionSheet *sheet) {
+  m_sheet = sheet;
+  m_dialogs->SetSheet(sheet);
+}
+
+void TEnginePage::AskForDownloads() {
+  if (m_sheet == nullptr || DialogGate::IsClosed()) return m_downloads->Answer(false);
+  const TLanguage &language = m_engine.Language();
+  auto *question =
+      new TfrmConfirm({.firstLine = language.Text("DOWNLOADS", "MorePrompt").arg(OriginText(url(), language)),
+                       .secondText = language.Text("DOWNLOADS", "MoreNote"),
+                       .ok = language.Text("PERMISSIONS", "Allow"),
+                       .cancel = language.Text("PERMISSIONS", "Deny"),
+                       .isRisky = true});
+  m_sheet->Ask(question, [downloads = QPointer(m_downloads)](bool allow) {
+    if (downloads) downloads->Answer(allow);
+  });
+}
+
+void TEnginePage::OfferToEnd() {
+  if (m_sheet == nullptr || DialogGate::IsClosed()) return;
+  const TLanguage &language = m_engine.Language();
+  const QPointer<TfrmConfirm> question(new TfrmConfirm({.firstLine = language.Text("PAGES", "HangTitle"),
+                                                        .secondText = language.Text("PAGES", "HangText"),
+                                                        .ok = language.Text("PAGES", "EndPage"),
+                                                        .cancel = language.Text("PAGES", "Wait"),
+                                                        .isRisky = true}));
+  connect(m_hangs, &THangWatch::Recovered, question, &QDialog::reject);
+  m_sheet->Ask(question, [self = QPointer(this), renderer = renderProcessPid()](bool end) {
+    if (!self) return;
+    if (end && renderer == self->renderProcessPid()) {
+      // The notice for a dead renderer follows.
+      EndProcess(renderer);
+    } else {
+      // The next time that the user does something, the page has as long again.
+      self->m_hangs->BeginPage();
+    }
+  });
+}
+
+void TEnginePage::AskToSendAgain(WebAction reload) {
+  NoteUserAction();
+  if (m_sheet == nullptr || DialogGate::IsClosed()) return;
+  const TLanguage &language = m_engine.Language();
+  auto *question = new TfrmConfirm({.firstLine = language.Text("PAGES", "SendAgainTitle"),
+                                    .secondText = language.Text("PAGES", "SendAgainText"),
+                                    .ok = language.Text("PAGES", "SendAgain"),
+                                    .cancel = language.Global("Cancel"),
+                                    .isRisky = true});
+  m_sheet->Ask(question, [self = QPointer(this), reload](bool send) {
+    if (self && send) self->QWebEnginePage::triggerAction(reload);
+  });
 }
 
 void TEnginePage::NoteUserAction() {
+  // A script that waits for its answer would hold up whatever the user has begun.
+  m_dialogs->Dismiss();
   m_dialogs->Reset();
+  m_downloads->ExpectOne();
   m_askedToLeave = false;
   Q_EMIT UserActed();
 }
 
 void TEnginePage::AskToLeave() {
   if (m_leaveWait.isActive()) return;
+  m_dialogs->Dismiss();
   if (m_leaveGranted || !m_input || !m_input->UserHasActed() || renderProcessPid() == 0) {
     AnswerLeave(true);
     return;
@@ -157,6 +234,10 @@ QString TEnginePage::PendingAddress() const {
 }
 
 void TEnginePage::triggerAction(WebAction action, bool checked) {
+  if (action == DownloadLinkToDisk || action == DownloadImageToDisk || action == DownloadMediaToDisk) {
+    m_downloads->ExpectOne();
+  }
+  if (m_fromForm && (action == Reload || action == ReloadAndBypassCache)) return AskToSendAgain(action);
   if (action == Back || action == Forward || action == Reload || action == ReloadAndBypassCache) NoteUserAction();
   QWebEnginePage::triggerAction(action, checked);
 }
@@ -208,6 +289,7 @@ void TEnginePage::Begin(const QUrl &url) {
   m_underWay = true;
   m_committed = false;
   m_pending = url;
+  m_filter->ForgetForm();
   m_problem.reset();
   m_filter->SetAllowed(m_nextOptions);
   ApplyPermissions(url);
@@ -244,6 +326,10 @@ void TEnginePage::CommitIfPending() {
   if (!m_underWay || m_committed || WithoutViewSource(url()) != m_pending) return;
   m_committed = true;
   m_leaveGranted = false;
+  m_fromForm = m_filter->SentForm();
+  m_dialogs->BeginPage();
+  m_downloads->BeginPage();
+  if (m_hangs) m_hangs->BeginPage();
   if (m_input) m_input->BeginPage();
   if (!url().isEmpty() && url().scheme() != BlankPage.scheme()) m_isUnsettled = false;
   m_insecureParts = false;

@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 #include <QHash>
+#include <QPointer>
 #include <QTimer>
 #include <QWebEnginePage>
 
@@ -11,7 +12,10 @@
 #include "browser/page/encryption_level.h"
 
 class TContentFilter;
+class THangWatch;
 class TInputWatch;
+class TPageDownloads;
+class TQuestionSheet;
 class TScriptDialogs;
 struct TNavigation;
 
@@ -32,7 +36,10 @@ class TEnginePage final : public QWebEnginePage {
   void SetDownloadControlOptions(TDownloadControlOptionSet options) { m_nextOptions = options; }
   // Tells real clicks in the view from navigations that scripts begin.
   void WatchInput(QWidget *view);
-  // The user acts himself: script dialogs that were switched off may come again.
+  // Where script dialogs are shown that can wait for their answer.
+  void ShowDialogsOn(TQuestionSheet *sheet);
+  // The user acts himself: open script dialogs are answered with Cancel, and those that were switched off may come
+  // again.
   void NoteUserAction();
   // Asks the page, if it has anything to lose, whether it may be closed; LeaveAnswered comes, not always later. A page
   // that does not answer for five seconds is given up, unless it is the user who is being asked.
@@ -43,6 +50,8 @@ class TEnginePage final : public QWebEnginePage {
   QString RestoreHistory(const QByteArray &history);
   // Back, forward and the place in each page; empty where nothing was shown yet.
   [[nodiscard]] QByteArray History() const;
+  // The page came in answer to a form, which a reload sends again: the user is asked first.
+  [[nodiscard]] bool CameFromForm() const { return m_fromForm; }
   // Answers open script dialogs; the page is going away.
   void DismissDialogs();
 
@@ -98,12 +107,18 @@ class TEnginePage final : public QWebEnginePage {
   void CommitIfPending();
   void Finish();
   void AnswerLeave(bool mayGo);
+  void AskForDownloads();
+  void OfferToEnd();
+  void AskToSendAgain(WebAction reload);
 
   TEngine &m_engine;
   QWidget *m_owner = nullptr;
   TContentFilter *m_filter = nullptr;
   TInputWatch *m_input = nullptr;
   TScriptDialogs *m_dialogs = nullptr;
+  QPointer<TQuestionSheet> m_sheet;
+  TPageDownloads *m_downloads = nullptr;
+  THangWatch *m_hangs = nullptr;
   TDownloadControlOptionSet m_nextOptions = AllDownloadControlOptions;
   QUrl m_pending;            // The address of the navigation under way, redirects followed.
   bool m_underWay = false;   // An allowed navigation has not finished yet.
@@ -111,6 +126,7 @@ class TEnginePage final : public QWebEnginePage {
   QUrl m_cancelled;          // A refused navigation whose beginning and end the engine is about to report.
   bool m_isUnsettled = false;
   bool m_insecureParts = false;
+  bool m_fromForm = false;
   bool m_askedToLeave = false;
   bool m_leaveGranted = false;  // what comes next may take the page's place without another question
   int m_leaveTries = 0;

@@ -1,6 +1,7 @@
 #include "browser/engine/halvex_browser.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QDesktopServices>
 #include <QVBoxLayout>
 #include <QWebEngineHistory>
@@ -20,6 +21,7 @@
 #include "browser/page/page_menu.h"
 #include "browser/page/page_prompts.h"
 #include "browser/page/properties_dialog.h"
+#include "browser/page/question_sheet.h"
 #include "config/language.h"
 
 namespace {
@@ -55,7 +57,8 @@ THalvexBrowser::THalvexBrowser(QWidget *owner, TEngine &engine, TDownloadControl
 
 THalvexBrowser::~THalvexBrowser() {
   if (!m_page) return;
-  m_page->DismissDialogs();
+  m_sheet->disconnect(this);
+  DismissQuestions();
   m_page->disconnect(this);
   delete m_printing;
   delete m_view;
@@ -71,9 +74,13 @@ void THalvexBrowser::SetView(QWebEngineView *view) {
   m_page = static_cast<TEnginePage *>(view->page());
   m_page->SetOwner(this);
   m_view->setContextMenuPolicy(Qt::CustomContextMenu);
-  auto *prompts = new TPagePrompts(m_page, this, m_engine.Language());
+  m_sheet = new TQuestionSheet(this);
+  connect(m_sheet, &TQuestionSheet::OpenChanged, this, &THalvexBrowser::OnQuestion);
+  m_page->ShowDialogsOn(m_sheet);
+  auto *prompts = new TPagePrompts(m_page, m_sheet, this, m_engine.Language());
   m_layout->insertWidget(0, prompts->Bar());
   connect(m_page, &TEnginePage::UserActed, prompts, &TPagePrompts::AllowSignIns);
+  connect(m_page, &TEnginePage::UserActed, m_sheet, &TQuestionSheet::Dismiss);
   m_finder = new TPageFinder(m_page, m_layout, m_engine.Language(), this);
   m_fullScreen = new TPageFullScreen(m_view, prompts, this);
   m_printing = new TPagePrinting(m_engine, m_view, this);
@@ -86,6 +93,29 @@ void THalvexBrowser::SetView(QWebEngineView *view) {
   m_layout->activate();
   m_view->resize(m_stack->size());
   m_stack->SetView(m_view);
+}
+
+void THalvexBrowser::DismissQuestions() {
+  if (!m_page) return;
+  m_page->DismissDialogs();
+  m_sheet->Dismiss();
+}
+
+bool THalvexBrowser::CameFromForm() const {
+  return m_page && m_page->CameFromForm();
+}
+
+bool THalvexBrowser::HasOpenQuestion() const {
+  return m_sheet && m_sheet->IsOpen();
+}
+
+// The page waits, and so does what the user types into it.
+void THalvexBrowser::OnQuestion(bool open) {
+  const bool hadFocus = m_sheet->hasFocus();
+  m_stack->setEnabled(!open);
+  setFocusProxy(open ? static_cast<QWidget *>(m_sheet) : m_stack->currentWidget());
+  if (!open && hadFocus) m_stack->currentWidget()->setFocus();
+  Q_EMIT QuestionOpenChanged(open);
 }
 
 void THalvexBrowser::AskToLeave() {
@@ -126,8 +156,13 @@ void THalvexBrowser::ConnectPage() {
   connect(m_page, &QWebEnginePage::titleChanged, this, [this](const QString &title) {
     if (!IsLocalFailure()) Q_EMIT TitleChanged(title);
   });
-  connect(m_page, &QWebEnginePage::iconChanged, this, &THalvexBrowser::IconChanged);
   connect(m_page, &QWebEnginePage::scrollPositionChanged, this, &THalvexBrowser::PlaceChanged);
+  connect(m_page, &QWebEnginePage::iconChanged, this, [this](const QIcon &icon) {
+    // The engine drops it as soon as a load sets out, which may come to nothing.
+    if (icon.isNull()) return;
+    m_icon = icon;
+    Q_EMIT IconChanged();
+  });
   connect(m_page, &QWebEnginePage::linkHovered, this, &THalvexBrowser::StatusTextChanged);
   connect(m_page, &QWebEnginePage::newWindowRequested, this,
           [this](QWebEngineNewWindowRequest &request) { Q_EMIT NewWindowRequested(&request); });
@@ -210,6 +245,7 @@ QByteArray THalvexBrowser::History() const {
 void THalvexBrowser::ShowBlank() {
   if (m_page) {
     if (IsLocalFailure()) m_stack->HideNotice();
+    DismissQuestions();
     m_page->load(QUrl(BlankPageAddress));
     return;
   }
@@ -253,6 +289,7 @@ void THalvexBrowser::ComeBack() {
 }
 
 void THalvexBrowser::Stop() {
+  DismissQuestions();
   Trigger(m_page, QWebEnginePage::Stop);
 }
 
@@ -285,7 +322,7 @@ QString THalvexBrowser::LocationName() const {
 }
 
 QIcon THalvexBrowser::Icon() const {
-  return HasLivePage() ? m_page->icon() : QIcon();
+  return HasLivePage() ? m_icon : QIcon();
 }
 
 bool THalvexBrowser::ShowsNotice() const {
@@ -515,6 +552,8 @@ void THalvexBrowser::ShowPage() {
 }
 
 void THalvexBrowser::OnCommitted(const QString &address) {
+  m_icon = m_page->icon();
+  Q_EMIT IconChanged();
   ShowPage();
   if (!m_page->IsUnsettled()) m_stack->HideNotice();
   // A page of another site may get a renderer of its own, which starts at the plain size.

@@ -19,6 +19,7 @@ class TPageFinder;
 class TPageFullScreen;
 class TPagePrinting;
 class TPageStack;
+class TQuestionSheet;
 struct TLoadFailure;
 
 // One navigation that is about to happen. Set `cancel` to stop it.
@@ -110,6 +111,12 @@ class THalvexBrowser final : public QWidget {
   [[nodiscard]] QWebEnginePage *EnginePage();
   // The page if there is one.
   [[nodiscard]] QWebEnginePage *EnginePageIfAny() const;
+  // The page came in answer to a form. Refresh asks before it is sent again.
+  [[nodiscard]] bool CameFromForm() const;
+  // The page waits for the user's answer, which he gives in the page's own place.
+  [[nodiscard]] bool HasOpenQuestion() const;
+  // Answers what is open as Escape would.
+  void DismissQuestions();
   [[nodiscard]] bool HasPageFullScreen() const;
   void LeavePageFullScreen();
 
@@ -136,7 +143,8 @@ class THalvexBrowser final : public QWidget {
   void ViewSourceRequested(const TAddress &address);
   void PageFullScreenRequested(bool on);
   void FocusReceived();
-  void BringToFrontRequested();  // A question of the page is about to be asked and its tab should be seen.
+  void QuestionOpenChanged(bool open);
+  void BringToFrontRequested();  // A question that nothing else can be done beside: its tab should be seen.
 
  private:
   void EnsureView();
@@ -146,6 +154,7 @@ class THalvexBrowser final : public QWidget {
   [[nodiscard]] bool IsLocalFailure() const;
   void GivePageTheFocus();
   void Edit(int action);  // one of the engine's
+  void OnQuestion(bool open);
   void ShowLoadFailure(const TLoadFailure &failure);
   void ShowLocalFailure(const TAddress &address, const QString &text);
   void OnNoticePrimary();
@@ -172,9 +181,11 @@ class THalvexBrowser final : public QWidget {
   // From the first address on.
   QWebEngineView *m_view = nullptr;
   TEnginePage *m_page = nullptr;
+  TQuestionSheet *m_sheet = nullptr;
   TPageFinder *m_finder = nullptr;
   TPageFullScreen *m_fullScreen = nullptr;
   TPagePrinting *m_printing = nullptr;
+  QIcon m_icon;          // of the page that is shown, whatever is on its way
   bool m_blank = false;  // shown blank without ever having had a page
   bool m_canGoBack = false;
   bool m_canGoForward = false;

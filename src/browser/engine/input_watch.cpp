@@ -46,7 +46,9 @@ bool TInputWatch::eventFilter(QObject *watched, QEvent *event) {
     case QEvent::KeyPress:
     case QEvent::TouchEnd:
       m_since.start();
+      ++m_acts;
       m_hasActed = true;
+      Q_EMIT Acted();
       break;
     case QEvent::Wheel: {
       const auto *wheel = static_cast<QWheelEvent *>(event);

@@ -16,6 +16,8 @@ class TInputWatch final : public QObject {
   TInputWatch(QWidget *view, QObject *parent);
 
   [[nodiscard]] bool UserJustActed() const;
+  // How often he has clicked or typed so far.
+  [[nodiscard]] int Acts() const { return m_acts; }
   // Whether the user has clicked or typed at all since the page came: before that it may not ask anything when it goes.
   [[nodiscard]] bool UserHasActed() const { return m_hasActed; }
   void BeginPage() { m_hasActed = false; }
@@ -23,6 +25,7 @@ class TInputWatch final : public QObject {
   bool eventFilter(QObject *watched, QEvent *event) override;
 
  Q_SIGNALS:
+  void Acted();  // the user has clicked or typed
   void ZoomWanted(bool in);
 
  private:
@@ -30,6 +33,7 @@ class TInputWatch final : public QObject {
 
   QWidget *m_view = nullptr;
   QElapsedTimer m_since;
+  int m_acts = 0;
   bool m_hasActed = false;
   bool m_swapping = false;  // an inner widget that had the keyboard was hidden, and none has it since
   int m_wheelAngle = 0;     // eighths of a degree that have not made a whole step yet

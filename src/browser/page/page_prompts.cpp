@@ -13,6 +13,7 @@
 #include "browser/page/origin_text.h"
 #include "browser/page/permission_bar.h"
 #include "browser/page/permission_decisions.h"
+#include "browser/page/question_sheet.h"
 #include "browser/page/sign_in_dialog.h"
 #include "config/language.h"
 #include "ui/dialog_gate.h"
@@ -53,8 +54,13 @@ bool AsksFor(const TPermissionRequest &request, const QUrl &origin, TPermission 
 
 }  // namespace
 
-TPagePrompts::TPagePrompts(QWebEnginePage *page, QWidget *owner, const TLanguage &language)
-    : QObject(page), m_page(page), m_owner(owner), m_language(language), m_bar(new TPermissionBar(language, owner)) {
+TPagePrompts::TPagePrompts(QWebEnginePage *page, TQuestionSheet *sheet, QWidget *owner, const TLanguage &language)
+    : QObject(page),
+      m_page(page),
+      m_sheet(sheet),
+      m_owner(owner),
+      m_language(language),
+      m_bar(new TPermissionBar(language, owner)) {
   connect(m_bar, &TPermissionBar::Answered, this,
           [this](bool allow) { FinishPermission(allow ? TPermissionAnswer::Allow : TPermissionAnswer::Deny); });
   connect(m_bar, &TPermissionBar::Dismissed, this, [this] { FinishPermission(TPermissionAnswer::NotNow); });
@@ -66,7 +72,7 @@ TPagePrompts::TPagePrompts(QWebEnginePage *page, QWidget *owner, const TLanguage
   });
   connect(page, &QWebEnginePage::loadStarted, this, [this] {
     ForgetPermissionRequests();
-    m_signIns.clear();
+    if (!std::exchange(m_reloadsForSignIn, false)) m_signIns.clear();
   });
   connect(page, &QWebEnginePage::renderProcessTerminated, this, &TPagePrompts::ForgetPermissionRequests);
   connect(page, &QWebEnginePage::authenticationRequired, this,
@@ -86,7 +92,6 @@ TPagePrompts::TPagePrompts(QWebEnginePage *page, QWidget *owner, const TLanguage
 }
 
 TPagePrompts::~TPagePrompts() {
-  if (m_openSignIn != nullptr) m_openSignIn->reject();
   delete m_bar;
 }
 
@@ -141,51 +146,64 @@ void TPagePrompts::ForgetPermissionRequests() {
   AskNextPermission();
 }
 
+// The engine would stand still, with all its pages, until this call is answered. So nobody is let in at first, and the
+// page is loaded again when the user has signed in.
 void TPagePrompts::SignIn(const QUrl &url, const QString &proxyHost, QAuthenticator *authenticator) {
+  using TState = TSignIn::TState;
   const QString place = (proxyHost.isEmpty() ? OriginText(url, m_language) : proxyHost) + '\n' + authenticator->realm();
-  TSignInAnswer answer = m_signIns.value(place);
+  TSignIn &known = m_signIns[place];
   // One answer holds for everything that a page loads from one place: a page of many pictures asks once. An address
   // that comes again did not like the answer.
-  if (!answer.refused && (answer.addresses.isEmpty() || answer.addresses.contains(url))) {
-    const QString refusedUser = std::exchange(answer, {}).user;
-    if (!AskSignIn(url, proxyHost, authenticator->realm(), refusedUser, answer)) {
-      *authenticator = QAuthenticator();
-      return;
-    }
-  }
-  answer.addresses.insert(url);
-  m_signIns.insert(place, answer);
-  if (answer.refused) {
-    *authenticator = QAuthenticator();
+  if (known.state == TState::Given && !known.addresses.contains(url)) {
+    known.addresses.insert(url);
+    authenticator->setUser(known.user);
+    authenticator->setPassword(known.password);
     return;
   }
-  authenticator->setUser(answer.user);
-  authenticator->setPassword(answer.password);
+  const QString realm = authenticator->realm();
+  *authenticator = QAuthenticator();
+  if (known.state == TState::Asking || known.state == TState::Refused) return;
+  AskSignIn(place, url, proxyHost, realm, std::exchange(known, {}).user);
 }
 
-bool TPagePrompts::AskSignIn(const QUrl &url, const QString &proxyHost, const QString &realm,
-                             const QString &refusedUser, TSignInAnswer &answer) {
+void TPagePrompts::AskSignIn(const QString &place, const QUrl &url, const QString &proxyHost, const QString &realm,
+                             const QString &refusedUser) {
+  using TState = TSignIn::TState;
   // A page that comes back for more after having been refused twice is not heard before the user does something.
-  answer.refused = true;
-  if (m_signInsRefused >= MostSignInsRefused || DialogGate::IsClosed()) return true;
-  const QPointer<TPagePrompts> self(this);
+  if (m_signInsRefused >= MostSignInsRefused || DialogGate::IsClosed() || m_sheet == nullptr) {
+    m_signIns[place].state = TState::Refused;
+    return;
+  }
+  m_signIns[place].state = TState::Asking;
   const bool proxy = !proxyHost.isEmpty();
   const QString prompt = proxy ? m_language.Text("SIGN_IN", "ProxyPrompt").arg(proxyHost)
                                : m_language.Text("SIGN_IN", "Prompt").arg(OriginText(url, m_language));
   // What passes between the browser and a proxy is not encrypted, whatever the page itself is.
-  const QPointer<TSignInDialog> dialog(
-      new TSignInDialog(prompt, realm, !proxy && url.scheme() == "https", m_language, m_owner));
+  auto *dialog = new TSignInDialog(prompt, realm, !proxy && url.scheme() == "https", m_language);
   if (!refusedUser.isEmpty()) dialog->SetRefused(refusedUser);
-  m_openSignIn = dialog;
-  answer.refused = dialog->exec() != QDialog::Accepted || dialog.isNull();
-  if (!answer.refused) {
-    answer.user = dialog->User();
-    answer.password = dialog->Password();
-  }
-  delete dialog;
-  if (!self) return false;
-  m_signInsRefused = answer.refused ? m_signInsRefused + 1 : 0;
-  return true;
+  m_sheet->Ask(dialog, [self = QPointer(this), dialog, place](bool accepted) {
+    if (!self) return;
+    TSignIn &asked = self->m_signIns[place];
+    if (asked.state != TState::Asking) return;
+    asked.state = accepted ? TState::Given : TState::Refused;
+    if (!accepted) {
+      ++self->m_signInsRefused;
+      return;
+    }
+    self->m_signInsRefused = 0;
+    asked.user = dialog->User();
+    asked.password = dialog->Password();
+    // Once the dialog is done: whatever else the page asks goes with this load of it.
+    QMetaObject::invokeMethod(
+        self,
+        [self] {
+          self->m_reloadsForSignIn = true;
+          self->m_signIns.removeIf([](const auto &other) { return other.value().state == TState::Asking; });
+          // A form that was sent without being let in has not been taken yet: no question about that.
+          self->m_page->QWebEnginePage::triggerAction(QWebEnginePage::Reload);
+        },
+        Qt::QueuedConnection);
+  });
 }
 
 void TPagePrompts::SelectClientCertificate(QWebEngineClientCertificateSelection selection) {

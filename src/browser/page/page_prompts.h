@@ -13,7 +13,7 @@ class QAuthenticator;
 class TFullScreenNotice;
 class TLanguage;
 class TPermissionBar;
-class TSignInDialog;
+class TQuestionSheet;
 
 // What a page asks of its user besides script dialogs: to sign in, for permissions, for a client certificate. It
 // connects itself to the page and belongs to it. Protocol handlers are refused quietly.
@@ -21,8 +21,8 @@ class TPagePrompts final : public QObject {
   Q_OBJECT
 
  public:
-  // Dialogs belong to the window of `owner`.
-  TPagePrompts(QWebEnginePage *page, QWidget *owner, const TLanguage &language);
+  // Dialogs are shown on `sheet`, or belong to the window of `owner`.
+  TPagePrompts(QWebEnginePage *page, TQuestionSheet *sheet, QWidget *owner, const TLanguage &language);
   ~TPagePrompts() override;
 
   // The bar with permission questions, to be laid out above the page; it shows and hides itself. It belongs to `owner`
@@ -38,12 +38,13 @@ class TPagePrompts final : public QObject {
   void AllowSignIns() { m_signInsRefused = 0; }
 
  private:
-  // How the user answered a site or a proxy, and which addresses have been given that answer.
-  struct TSignInAnswer {
-    bool refused = false;
-    QString user;
-    QString password;
-    QSet<QUrl> addresses;
+  // How far a site or a proxy is with the user, and which addresses have been given his answer.
+  struct TSignIn {
+    enum class TState { Unknown, Asking, Refused, Given };
+    TState state = TState::Unknown;
+    QString user{};
+    QString password{};
+    QSet<QUrl> addresses{};
   };
 
   void AskPermission(const TPermissionRequest &request);
@@ -51,20 +52,20 @@ class TPagePrompts final : public QObject {
   void FinishPermission(TPermissionAnswer answer);
   void ForgetPermissionRequests();
   void SignIn(const QUrl &url, const QString &proxyHost, QAuthenticator *authenticator);
-  // Asks the user, once more when `refusedUser` was not let in; false when there was no answer because this object has
-  // gone.
-  [[nodiscard]] bool AskSignIn(const QUrl &url, const QString &proxyHost, const QString &realm,
-                               const QString &refusedUser, TSignInAnswer &answer);
+  // Asks the user in the page's own place, once more when `refusedUser` was not let in.
+  void AskSignIn(const QString &place, const QUrl &url, const QString &proxyHost, const QString &realm,
+                 const QString &refusedUser);
   void SelectClientCertificate(QWebEngineClientCertificateSelection selection);
 
   QWebEnginePage *m_page = nullptr;
+  QPointer<TQuestionSheet> m_sheet;
   QPointer<QWidget> m_owner;
   const TLanguage &m_language;
   QPointer<TPermissionBar> m_bar;
   QPointer<TFullScreenNotice> m_notice;
   QList<TPermissionRequest> m_permissionRequests;
   // By place that asks, for the page being shown.
-  QHash<QString, TSignInAnswer> m_signIns;
-  int m_signInsRefused = 0;  // one after the other, since the user did something
-  QPointer<TSignInDialog> m_openSignIn;
+  QHash<QString, TSignIn> m_signIns;
+  int m_signInsRefused = 0;         // one after the other, since the user did something
+  bool m_reloadsForSignIn = false;  // the next load begins with the answers of this one
 };

@@ -16,11 +16,9 @@ constexpr int LongestValue = 32767;
 
 TScriptDialog::TScriptDialog(TKind kind, const QString &heading, const QString &message, const TLanguage &language,
                              QWidget *owner)
-    : QDialog(owner), m_ui(std::make_unique<Ui::TScriptDialog>()) {
+    : QDialog(owner), m_kind(kind), m_ui(std::make_unique<Ui::TScriptDialog>()) {
   m_ui->setupUi(this);
   language.TranslateForm(this, "SCRIPT_DIALOG");
-  // The page is to wait, not the other windows of the program.
-  setWindowModality(Qt::WindowModal);
   setWindowTitle(heading);
   QFont bold = font();
   bold.setBold(true);
@@ -38,6 +36,7 @@ TScriptDialog::TScriptDialog(TKind kind, const QString &heading, const QString &
   m_ui->txtValue->setVisible(kind == TKind::Prompt);
   m_ui->cmdCancel->setVisible(kind != TKind::Alert);
   m_ui->chkKeep->hide();
+  (kind == TKind::Prompt ? static_cast<QWidget *>(m_ui->txtValue) : m_ui->cmdOK)->setFocus();
   if (kind == TKind::BeforeUnload) {
     m_ui->cmdOK->setText(language.Text("SCRIPT_DIALOG", "Leave"));
     m_ui->cmdCancel->setText(language.Text("SCRIPT_DIALOG", "Stay"));
@@ -51,6 +50,7 @@ TScriptDialog::~TScriptDialog() = default;
 
 void TScriptDialog::SetValue(const QString &value) {
   m_ui->txtValue->setText(value);
+  m_ui->txtValue->selectAll();
 }
 
 QString TScriptDialog::Value() const {
@@ -81,9 +81,5 @@ void TScriptDialog::showEvent(QShowEvent *event) {
   if (wanted <= most) message.setFixedHeight(wanted);
   m_ui->lblOrigin->setMinimumHeight(m_ui->lblOrigin->heightForWidth(width));
   adjustSize();
-  if (m_ui->txtValue->isVisibleTo(this)) {
-    m_ui->txtValue->setFocus();
-    m_ui->txtValue->selectAll();
-  }
   QDialog::showEvent(event);
 }

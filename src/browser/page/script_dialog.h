@@ -21,6 +21,8 @@ class TScriptDialog final : public QDialog {
                 QWidget *owner = nullptr);
   ~TScriptDialog() override;
 
+  [[nodiscard]] TKind Kind() const { return m_kind; }
+  // What is typed replaces it.
   void SetValue(const QString &value);
   [[nodiscard]] QString Value() const;
   // Offers the check box that keeps the page from opening more dialogs.
@@ -31,5 +33,6 @@ class TScriptDialog final : public QDialog {
   void showEvent(QShowEvent *event) override;
 
  private:
+  TKind m_kind;
   std::unique_ptr<Ui::TScriptDialog> m_ui;
 };

@@ -17,7 +17,6 @@ TSignInDialog::TSignInDialog(const QString &prompt, const QString &realm, bool e
     : QDialog(owner), m_language(language), m_ui(std::make_unique<Ui::TSignInDialog>()) {
   m_ui->setupUi(this);
   language.TranslateForm(this, "SIGN_IN");
-  setWindowModality(Qt::WindowModal);
   QFont bold = font();
   bold.setBold(true);
   m_ui->lblHost->setFont(bold);
@@ -29,6 +28,7 @@ TSignInDialog::TSignInDialog(const QString &prompt, const QString &realm, bool e
   m_ui->imgWarning->setPixmap(QIcon(":/icons/warning.svg").pixmap(iconSize));
   m_ui->imgWarning->setVisible(!encrypted);
   m_ui->lblWarning->setVisible(!encrypted);
+  m_ui->txtUser->setFocus();
 }
 
 TSignInDialog::~TSignInDialog() = default;
@@ -36,6 +36,7 @@ TSignInDialog::~TSignInDialog() = default;
 void TSignInDialog::SetRefused(const QString &user) {
   m_ui->lblHost->setText(m_language.Text("SIGN_IN", "Refused") + u'\n' + m_ui->lblHost->text());
   m_ui->txtUser->setText(user);
+  m_ui->txtPassword->setFocus();
 }
 
 QString TSignInDialog::User() const {
@@ -51,8 +52,6 @@ void TSignInDialog::showEvent(QShowEvent *event) {
   for (QLabel *label : {m_ui->lblHost, m_ui->lblRealm, m_ui->lblWarning}) {
     label->setMinimumSize(width, label->heightForWidth(width));
   }
-  // A name that stands there already wants its password.
-  (m_ui->txtUser->text().isEmpty() ? m_ui->txtUser : m_ui->txtPassword)->setFocus();
   adjustSize();
   QDialog::showEvent(event);
 }

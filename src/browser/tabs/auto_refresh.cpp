@@ -21,7 +21,7 @@ constexpr TInterval Intervals[] = {
 TAutoRefresh::TAutoRefresh(TActions &actions, TTabStrip &tabs, TSettings &settings)
     : QObject(&tabs), m_settings(settings) {
   m_timer.setObjectName(QStringLiteral("tmrRefresh"));
-  connect(&m_timer, &QTimer::timeout, &tabs, &TTabStrip::RefreshAll);
+  connect(&m_timer, &QTimer::timeout, &tabs, &TTabStrip::RefreshUnattended);
   for (const TInterval &interval : Intervals) {
     connect(actions[interval.command], &QAction::triggered, this,
             [this, milliseconds = interval.milliseconds] { ChangeAutoRefresh(milliseconds); });

@@ -73,6 +73,11 @@ void TBrowserTab::ConnectBrowser() {
   connect(m_browser, &THalvexBrowser::WindowCameToNothing, this, &TBrowserTab::CloseByScript);
   connect(m_browser, &THalvexBrowser::CloseRequested, this, &TBrowserTab::CloseByScript);
   connect(m_browser, &THalvexBrowser::StayChosen, this, &TBrowserTab::ShowOwnPage);
+  connect(m_browser, &THalvexBrowser::QuestionOpenChanged, this, [this](bool open) {
+    // A window that nobody sees has nobody to ask.
+    if (open && (Hidden() || Blocked())) m_browser->DismissQuestions();
+    ShowImage();
+  });
   connect(m_browser, &THalvexBrowser::BringToFrontRequested, this, [this] { m_strip.Activate(this); });
 }
 
@@ -349,7 +354,17 @@ void TBrowserTab::MarkSeen() {
 void TBrowserTab::ShowState(TTabState state) {
   if (Locked() || (Announced() && LockPending())) state = TTabState::Locked;
   m_state = state;
-  m_strip.Pages().SetPageImage(this, static_cast<int>(state) - 1);
+  ShowImage();
+}
+
+// That a page waits for the user is no state of a load: a locked tab says so, too.
+int TBrowserTab::Image() const {
+  if (m_browser && m_browser->HasOpenQuestion()) return QuestionImage;
+  return static_cast<int>(m_state) - 1;
+}
+
+void TBrowserTab::ShowImage() {
+  m_strip.Pages().SetPageImage(this, Image());
 }
 
 void TBrowserTab::OnProgress(int progress, int maximum) {

@@ -50,6 +50,9 @@ class TBrowserTab final : public QWidget {
   Q_OBJECT
 
  public:
+  // Behind those of the states: the page waits for an answer.
+  static constexpr int QuestionImage = 4;
+
   // A hidden tab was made for a window that a page asked for; it gets no place in the strip until its first real
   // address has passed the pop-up test.
   TBrowserTab(QWidget *owner, TTabEnvironment &environment, TTabStrip &strip, bool hidden);
@@ -123,6 +126,8 @@ class TBrowserTab final : public QWidget {
   [[nodiscard]] bool BackEnabled() const { return m_backEnabled; }
   [[nodiscard]] bool ForwardEnabled() const { return m_forwardEnabled; }
   [[nodiscard]] TTabState State() const { return m_state; }
+  // In the strip's images, -1 for none.
+  [[nodiscard]] int Image() const;
   [[nodiscard]] int Progress() const { return m_progress; }  // percent of the load under way, 100 when there is none
 
  Q_SIGNALS:
@@ -156,6 +161,7 @@ class TBrowserTab final : public QWidget {
   void OnProgress(int progress, int maximum);
   void OnCommandState(int command, bool enabled);
   void ShowState(TTabState state);
+  void ShowImage();
   void ShowAwaitedAddress();
   // What was on its way does not come: caption and address are the page's own again.
   void ShowOwnPage();

@@ -8,9 +8,9 @@
 
 namespace {
 
-// The four status images, in the order of TTabState.
+// The four status images, in the order of TTabState, and that of a page that waits for an answer.
 constexpr const char *StatusImages[] = {":/icons/tab_loading.svg", ":/icons/tab_unseen.svg", ":/icons/tab_arriving.svg",
-                                        ":/icons/tab_locked.svg"};
+                                        ":/icons/tab_locked.svg", ":/icons/question.svg"};
 
 TBrowserTab *AsTab(QWidget *page) {
   return static_cast<TBrowserTab *>(page);
@@ -166,7 +166,7 @@ int TTabStrip::ActiveTabIndex() const {
 }
 
 QIcon TTabStrip::IconOf(const TBrowserTab *tab) const {
-  if (tab->State() != TTabState::None) return m_images.value(static_cast<int>(tab->State()) - 1);
+  if (tab->Image() >= 0) return m_images.value(tab->Image());
   return PageIconOf(tab);
 }
 
@@ -227,6 +227,14 @@ void TTabStrip::RefreshAll() {
   // A page that waits for its turn has nothing yet that could be refreshed.
   for (TBrowserTab *tab : Tabs()) {
     if (!tab->Announced()) tab->Refresh();
+  }
+}
+
+void TTabStrip::RefreshUnattended() {
+  for (TBrowserTab *tab : Tabs()) {
+    const THalvexBrowser *browser = tab->Browser();
+    const bool wouldAsk = browser != nullptr && (browser->CameFromForm() || browser->HasOpenQuestion());
+    if (!tab->Announced() && !wouldAsk) tab->Refresh();
   }
 }
 

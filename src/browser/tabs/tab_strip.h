@@ -75,6 +75,8 @@ class TTabStrip final : public QObject {
 
   void StopAll();
   void RefreshAll();
+  // The same for the timer, which asks nobody: pages that wait for the user, or came from a form, stay as they are.
+  void RefreshUnattended();
   void ShowAdjacent(bool forward);
 
   // Opens an address that a page's own menu or a dropped link names.
