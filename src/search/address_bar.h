@@ -34,12 +34,13 @@ class TAddressBar final : public TZVComboBox {
   // Asks, then empties the list and its store.
   void ClearAddressHistory();
 
+  void showPopup() override;
+
  Q_SIGNALS:
   // `text` is to be opened as it stands (see TAddressSearch::Open).
   void OpenRequested(const QString &text, bool newTab);
 
  protected:
-  void showPopup() override;
   bool TakeKey(const QKeyEvent &key) override;
   void RemoveEntry(const QString &address) override;
   void TakeDropped(const QString &address) override;
