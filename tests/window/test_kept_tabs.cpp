@@ -61,6 +61,20 @@ class TestKeptTabs final : public QObject, private TMainWindowFixture {
     QCOMPARE(tab->Browser()->EnginePage()->history()->count(), 3);
   }
 
+  void NoticeInThePlaceOfAPage() {
+    Load(Active(), "/a");
+    Active()->Navigate(u"no address"_s);
+    Load(Tabs().NewTab(), "/b");
+    Open();
+    TBrowserTab *tab = Tabs().Tab(0);
+    QVERIFY(tab->Announced());
+    Tabs().Activate(tab);
+    QTRY_COMPARE(tab->Load(), TLoad::Failed);
+    // And stays: nothing else is on its way.
+    QTRY_VERIFY(!tab->Browser()->EnginePage()->isLoading());
+    QCOMPARE(tab->GetLocationUrl(), u"no address"_s);
+  }
+
   // What was closed last comes back first, to its place.
   void Reopens_data() {
     Columns<TCommand, int>("close", "left");

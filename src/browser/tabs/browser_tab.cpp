@@ -95,10 +95,16 @@ void TBrowserTab::Navigate(const TAddress &address) {
     m_strip.NewBackgroundTab()->Navigate(address);
     return;
   }
+  if (Announced() && (address.Kind() == TAddress::TKind::Script || address.Kind() == TAddress::TKind::External)) {
+    // Neither is what a tab could be for: it goes on waiting.
+    m_browser->Navigate(address);
+    return;
+  }
   // What it said was about the page that goes.
   Q_EMIT StatusTextChanged(QString());
   // The page that the tab was left with stays behind the new one.
-  if (!m_history.isEmpty()) RestoreHistory();
+  if (!m_history.isEmpty() && address.Kind() == TAddress::TKind::Url) RestoreHistory();
+  m_history.clear();
   m_url = address;
   // A load that is under way goes on until the new one takes its place; a jump inside the page is none.
   if (m_load != TLoad::Loading) {
@@ -157,7 +163,9 @@ TLoad TBrowserTab::Settled() const {
 }
 
 void TBrowserTab::NavigateStored() {
-  // A tab that was left behind a notice, or on its way, was for another address than its page's.
+  // A tab that was left on its way was for another address than its page's. One with a notice in its page's place has
+  // nothing that could be loaded again first: its coming would take the notice away.
+  if (m_url.Kind() != TAddress::TKind::Url) m_history.clear();
   if (!m_history.isEmpty() && RestoreHistory() == Url()) return;
   if (!Url().isEmpty()) Navigate(m_url);
 }
