@@ -105,6 +105,7 @@ void TBrowserTab::Navigate(const TAddress &address) {
   // The page that the tab was left with stays behind the new one.
   if (!m_history.isEmpty() && address.Kind() == TAddress::TKind::Url) RestoreHistory();
   m_history.clear();
+  m_isStopped = false;
   m_url = address;
   // A load that is under way goes on until the new one takes its place; a jump inside the page is none.
   if (m_load != TLoad::Loading) {
@@ -225,6 +226,7 @@ void TBrowserTab::Stop() {
   if (!m_browser) return;
   const bool isOnItsWay = m_load == TLoad::Waiting || m_load == TLoad::Loading;
   const bool isFirstPage = isOnItsWay && AddressToSave() == Url() && GetLocationUrl() != Url();
+  m_isStopped = isOnItsWay;
   m_browser->Stop();
   // What was typed is not lost because nothing of it has come: that is what the tab is still for.
   if (isFirstPage) Announce(TAddress(m_url));
@@ -517,6 +519,11 @@ void TBrowserTab::ShowNobodysPage(const QString &address) {
 
 void TBrowserTab::OnDocumentComplete(const QString &address) {
   if (!m_browser || Announced()) return;
+  // The engine may tell the address of a page that is on its way as if it were there, until it is stopped.
+  if (std::exchange(m_isStopped, false) && Settled() == TLoad::Blank && !Url().isEmpty() && !m_url.IsBlankPage()) {
+    Announce(TAddress(m_url));
+    return;
+  }
   const bool active = IsActive();
   const bool wasBusy = Busy();
   // The blank page that a tab is left with before it opens something may still be about to finish.

@@ -201,6 +201,7 @@ class TBrowserTab final : public QWidget {
   bool m_hideFromCloseAll = false;
   bool m_wasActiveAtCompletion = false;
   bool m_restored = false;
+  bool m_isStopped = false;   // by the user, and its end is still to be told
   bool m_comesBack = false;   // to the page that it is locked to
   bool m_leavesPage = false;  // what it still shows is not its page any more
 };
