@@ -114,6 +114,14 @@ class TestStartRules final : public QObject {
     QCOMPARE(kept[1].record.value().history, QByteArray("history"));
     QCOMPARE(m_store->Values(TRegistryHive::CurrentUser, OwnKey).size(), 4);  // two tabs, their order, the front
 
+    // A history beyond measure is left out, and the rest is kept.
+    TKeptTabs::TOpenTab huge = tab(9, 1, same);
+    huge.record->history = QByteArray(20 << 20, 'x');
+    QVERIFY(first.Write({huge, tab(8, 2, odd, false)}, 9));
+    const QList<TKeptTabs::TKeptTab> light = TKeptTabs(*m_store, 1, NoneRuns).Take();
+    QCOMPARE(light[0].record.value().stickyName, QString("9"));
+    QVERIFY(light[0].record->history.isEmpty());
+
     // What is no record any more leaves the address.
     QVERIFY(m_store->Write(TRegistryHive::CurrentUser, OwnKey, "9", "AAAAAA=="));
     const QList<TKeptTabs::TKeptTab> broken = TKeptTabs(*m_store, 1, NoneRuns).Take();

@@ -361,6 +361,26 @@ class TestDownloads final : public QObject {
     QCOMPARE(m_asked, isInFront ? 1 : 0);
   }
 
+  // Cancelled and fetched again while the page is asked about: the answer takes nothing away any more.
+  void userTakesWhatIsAskedAbout() {
+    auto *downloads = new TPageDownloads(
+        m_page.get(), [] { return 0; }, [] { return false; });
+    m_server->RoutePage("/page", "Page");
+    QSignalSpy loaded(m_page.get(), &QWebEnginePage::loadFinished);
+    m_page->load(QUrl(m_server->Url(u"/page"_s)));
+    QTRY_VERIFY_WITH_TIMEOUT(!loaded.isEmpty(), LongWait);
+    m_page->runJavaScript(u"var a = document.createElement('a'); a.download = 'x.txt'; a.href = '/file'; a.click()"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
+    QCOMPARE(Status(0), m_language.Text("DOWNLOADS", "AskingLine"));
+    m_list->Cancel(0);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Cancelled, LongWait);
+    m_list->Retry(0);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    downloads->Answer(false);
+    QCOMPARE(m_list->rowCount(), 1);
+    QCOMPARE(Content(Path(0)), "content");
+  }
+
   void outlivesItsPage() {
     RouteSlowFile();
     Start(u"/slow"_s);

@@ -468,6 +468,8 @@ void TDownloadList::Resume(int row) {
 void TDownloadList::Cancel(int row) {
   if (!CanCancel(row)) return;
   TItem &item = *Item(row);
+  // From here on it is the user's own: no answer to the page may take it away.
+  item.asks = nullptr;
   if (item.request != nullptr && item.retryPage == nullptr) return item.request->cancel();
   item.retryPage.reset();
   item.state = TDownloadState::Cancelled;

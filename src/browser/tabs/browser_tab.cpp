@@ -229,7 +229,13 @@ void TBrowserTab::Stop() {
   m_isStopped = isOnItsWay;
   m_browser->Stop();
   // What was typed is not lost because nothing of it has come: that is what the tab is still for.
-  if (isFirstPage) Announce(TAddress(m_url));
+  if (isFirstPage) KeepAsked();
+}
+
+void TBrowserTab::KeepAsked() {
+  const QByteArray history = m_browser->History();
+  Announce(TAddress(m_url));
+  m_history = history;
 }
 
 void TBrowserTab::MakeBlank() {
@@ -521,7 +527,7 @@ void TBrowserTab::OnDocumentComplete(const QString &address) {
   if (!m_browser || Announced()) return;
   // The engine may tell the address of a page that is on its way as if it were there, until it is stopped.
   if (std::exchange(m_isStopped, false) && Settled() == TLoad::Blank && !Url().isEmpty() && !m_url.IsBlankPage()) {
-    Announce(TAddress(m_url));
+    KeepAsked();
     return;
   }
   const bool active = IsActive();

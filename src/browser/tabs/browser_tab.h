@@ -163,6 +163,8 @@ class TBrowserTab final : public QWidget {
   void ShowState(TTabState state);
   void ShowImage();
   void ShowAwaitedAddress();
+  // The tab waits for what it was asked for, with the history that it has.
+  void KeepAsked();
   // What was on its way does not come: caption and address are the page's own again.
   void ShowOwnPage();
   void ShowNobodysPage(const QString &address);

@@ -48,7 +48,8 @@ void TCloseAllTabs::CloseAll(bool skipConfirmation) {
   }
   const TLeaveQuestion::TTabs staying = m_tabs.Leaving().Staying(asked);
   if (m_tabs.ClosingLocked()) return;
-  const auto isSpared = [&](TBrowserTab *tab) { return tab->HideFromCloseAll() || staying.contains(tab); };
+  // One that has come while the pages were asked is not among those that the user meant.
+  const auto isSpared = [&](TBrowserTab *tab) { return !asked.contains(tab) || staying.contains(tab); };
 
   const TClosedTabs::TTogether together(m_closed);
   const QList<TBrowserTab *> tabs = m_tabs.Tabs();

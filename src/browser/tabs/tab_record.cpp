@@ -10,6 +10,10 @@ constexpr QDataStream::Version StreamVersion = QDataStream::Qt_6_4;
 // Far more than the longest history that the engine keeps; a broken length is not believed.
 constexpr quint32 MostBytes = 16 << 20;
 
+// A page may put as much as it likes into its history; beyond this it is not worth keeping, and the rest of the record
+// is.
+constexpr qsizetype LongestHistory = 4 << 20;
+
 // What the length in front of compressed data says.
 quint32 UnpackedSize(const QByteArray &packed) {
   quint32 size = 0;
@@ -23,7 +27,8 @@ QString TTabRecord::ToText() const {
   QByteArray bytes;
   QDataStream stream(&bytes, QIODevice::WriteOnly);
   stream.setVersion(StreamVersion);
-  stream << Version << address << title << stickyName << locked << spared << history;
+  stream << Version << address << title << stickyName << locked << spared
+         << (history.size() <= LongestHistory ? history : QByteArray());
   return QString::fromLatin1(qCompress(bytes, 1).toBase64());
 }
 
