@@ -8,6 +8,7 @@
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineView>
 
+#include "browser/engine/asked_window.h"
 #include "browser/engine/engine_page.h"
 #include "browser/engine/page_finder.h"
 #include "browser/engine/page_full_screen.h"
@@ -25,10 +26,6 @@
 #include "config/language.h"
 
 namespace {
-
-// Up to 6.4 the engine crashes when the view of a window is shown whose empty page another page has written into, now
-// or ever after, until the window gets a page of its own.
-constexpr bool WrittenWindowsCanBeShown = QT_VERSION >= QT_VERSION_CHECK(6, 8, 0);
 
 // Runs a command of the engine when there is a page to run it on.
 void Trigger(TEnginePage *page, QWebEnginePage::WebAction action) {
@@ -132,13 +129,17 @@ void THalvexBrowser::ForgetLeave() {
 
 void THalvexBrowser::TakeWindow(QWebEngineNewWindowRequest *request) {
   SetView(m_engine.Views().Make());
-  m_page->BecomeWindow();
-  if constexpr (WrittenWindowsCanBeShown) m_stack->ShowView();
-  request->openIn(m_page);
+  auto *asked = new TAskedWindow(m_page, m_stack, this);
+  connect(asked, &TAskedWindow::CameToNothing, this, &THalvexBrowser::WindowCameToNothing);
+  connect(asked, &TAskedWindow::NoticeShown, this, [this] {
+    Q_EMIT AddressChanged(LocationUrl());
+    RepeatTitle();
+  });
+  asked->Take(request);
 }
 
 void THalvexBrowser::ConnectPage() {
-  connect(m_page, &TEnginePage::BeforeNavigate, this, &THalvexBrowser::OnBeforeNavigate);
+  connect(m_page, &TEnginePage::BeforeNavigate, this, &THalvexBrowser::BeforeNavigate);
   connect(m_page, &TEnginePage::AddressChanged, this, [this](const QString &address) {
     if (!IsLocalFailure()) Q_EMIT AddressChanged(address);
   });
@@ -533,19 +534,6 @@ void THalvexBrowser::OnNoticeChanged() {
   Q_EMIT IconChanged();
 }
 
-void THalvexBrowser::OnBeforeNavigate(TNavigation *navigation) {
-  const QPointer<THalvexBrowser> self(this);
-  Q_EMIT BeforeNavigate(navigation);
-  if (!self || navigation->mainFrame || navigation->cancel || !m_page->IsUnsettled()) return;
-  // A frame in a window without a page: another page has made it there.
-  QMetaObject::invokeMethod(
-      this,
-      [this, address = navigation->address] {
-        if (m_page->IsUnsettled()) ShowWrittenWindow(address);
-      },
-      Qt::QueuedConnection);
-}
-
 // Not before the request has gone out: showing the first page in a view takes the engine longer than sending it.
 void THalvexBrowser::ShowPage() {
   if (!m_page->IsUnsettled()) m_stack->ShowView();
@@ -563,7 +551,6 @@ void THalvexBrowser::OnCommitted(const QString &address) {
 }
 
 void THalvexBrowser::OnFinished(const QString &address) {
-  if (m_page->IsUnsettled() && !m_page->HasCommitted()) SettleWindow(m_page->PendingAddress());
   UpdateCommandStates();
   RepeatTitle();
   Q_EMIT DocumentComplete(IsLocalFailure() ? m_stack->FailedText() : address);
@@ -608,26 +595,6 @@ void THalvexBrowser::UpdateCommandStates() {
   if (const bool forward = CanGoForward(); forward != m_canGoForward) {
     m_canGoForward = forward;
     Q_EMIT CommandStateChanged(static_cast<int>(TBrowserCommand::Forward), forward);
-  }
-}
-
-void THalvexBrowser::SettleWindow(const QString &wanted) {
-  // Who writes into an empty page gives it the address of his own.
-  m_page->runJavaScript(QStringLiteral("location.href"), [self = QPointer(this), wanted](const QVariant &place) {
-    if (!self || !self->m_page->IsUnsettled() || self->m_page->IsUnderWay() || self->ShowsNotice()) return;
-    if (place.toString().isEmpty() || place.toString() == BlankPageAddress) {
-      Q_EMIT self->WindowCameToNothing();
-    } else {
-      self->ShowWrittenWindow(wanted);
-    }
-  });
-}
-
-void THalvexBrowser::ShowWrittenWindow(const QString &address) {
-  if constexpr (!WrittenWindowsCanBeShown) {
-    m_stack->ShowWrittenWindow(TAddress::OfEngine(address));
-    Q_EMIT AddressChanged(LocationUrl());
-    RepeatTitle();
   }
 }
 

@@ -160,7 +160,6 @@ class THalvexBrowser final : public QWidget {
   void OnNoticePrimary();
   void OnNoticeSecondary();
   void OnNoticeChanged();
-  void OnBeforeNavigate(TNavigation *navigation);
   void ShowPage();
   void OnCommitted(const QString &address);
   void OnFinished(const QString &address);
@@ -169,9 +168,6 @@ class THalvexBrowser final : public QWidget {
   void UpdateCommandStates();
   // A tab's caption shows what was asked for until the page is known; this brings the page's own title back.
   void RepeatTitle();
-  // A window has ended its first load without a page.
-  void SettleWindow(const QString &wanted);
-  void ShowWrittenWindow(const QString &address);
 
   QPointer<QWidget> m_owner;
   TEngine &m_engine;
