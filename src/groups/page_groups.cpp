@@ -105,12 +105,13 @@ void TPageGroups::OpenHalvexGroup(const QString &argument, bool closeFirst, bool
     return;
   }
   const TPresentationPause pause(m_tabs.Pages());
-  if (closeFirst) m_closeAll.CloseAll(true);
+  const TLeaveQuestion::TTabs kept = closeFirst ? m_closeAll.CloseAll(true) : TLeaveQuestion::TTabs();
   const bool inForeground = m_tabs.Environment().settings.Get(Setting::OpenNewInForeground);
   for (int i = 0; i < group.Count(); ++i) {
-    // The tab that is left after closing is taken whatever it is, one that was spared too: meant so.
+    // The tab that is left after closing is taken whatever it is, one that was spared too: meant so. Not one whose page
+    // the user has just been asked about and kept.
     TBrowserTab *tab = closeFirst && i == 0 ? m_tabs.GetActivePage() : nullptr;
-    if (tab == nullptr) {
+    if (tab == nullptr || kept.contains(tab)) {
       tab = inForeground ? m_tabs.NewTab(TTabPlace::AtEnd) : m_tabs.NewBackgroundTab(TTabPlace::AtEnd);
     }
     OpenEntry(tab, group.At(i), atStartup);

@@ -36,9 +36,9 @@ bool TCloseAllTabs::Confirmed() const {
   return answer.accepted;
 }
 
-void TCloseAllTabs::CloseAll(bool skipConfirmation) {
-  if (!skipConfirmation && !Confirmed()) return;
-  if (m_tabs.ClosingLocked()) return;
+TLeaveQuestion::TTabs TCloseAllTabs::CloseAll(bool skipConfirmation) {
+  if (!skipConfirmation && !Confirmed()) return {};
+  if (m_tabs.ClosingLocked()) return {};
   m_tabs.CloseHiddenTabs();
 
   // A page that the user keeps when it asks is spared like one that is marked so.
@@ -47,7 +47,7 @@ void TCloseAllTabs::CloseAll(bool skipConfirmation) {
     if (!tab->HideFromCloseAll()) asked.append(tab);
   }
   const TLeaveQuestion::TTabs staying = m_tabs.Leaving().Staying(asked);
-  if (m_tabs.ClosingLocked()) return;
+  if (m_tabs.ClosingLocked()) return staying;
   // One that has come while the pages were asked is not among those that the user meant.
   const auto isSpared = [&](TBrowserTab *tab) { return !asked.contains(tab) || staying.contains(tab); };
 
@@ -66,6 +66,7 @@ void TCloseAllTabs::CloseAll(bool skipConfirmation) {
   for (auto tab = tabs.crbegin(); tab != tabs.crend(); ++tab) {
     if (*tab != kept && !isSpared(*tab) && m_tabs.TabCount() > 1) (*tab)->Close();
   }
+  return staying;
 }
 
 void TCloseAllTabs::KeepOnly(TBrowserTab *tab) {

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <QFont>
+#include "browser/tabs/leave_question.h"
 
 class QWidget;
-class TBrowserTab;
 class TClosedTabs;
 class TTabStrip;
 
@@ -14,8 +13,9 @@ class TCloseAllTabs final {
   TCloseAllTabs(QWidget *owner, TTabStrip &tabs, TClosedTabs &closed)
       : m_owner(owner), m_tabs(tabs), m_closed(closed) {}
 
-  // Asks first when ConfirmCloseAll is set, unless `skipConfirmation`.
-  void CloseAll(bool skipConfirmation);
+  // Asks first when ConfirmCloseAll is set, unless `skipConfirmation`. The tabs whose pages the user kept when they
+  // asked him.
+  TLeaveQuestion::TTabs CloseAll(bool skipConfirmation);
   // Spares `tab`, which becomes the active one, for this once.
   void KeepOnly(TBrowserTab *tab);
   // Lets the user tick which tabs go.
