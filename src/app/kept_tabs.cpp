@@ -12,6 +12,8 @@ namespace {
 
 constexpr TRegistryHive Hive = TRegistryHive::CurrentUser;
 constexpr int TabsOfAWindow = 100000;
+// Beyond the numbers of processes.
+constexpr int FirstOfNoProcess = 1001;
 const QString NamePrefix = QStringLiteral("url");
 // Values beside the records, which have numbers for names.
 const QString OrderName = QStringLiteral("Order");
@@ -100,6 +102,27 @@ QList<TKeptTabs::TKeptTab> TKeptTabs::Take() {
   return tabs;
 }
 
+bool TKeptTabs::LeaveStored() {
+  const auto records = m_store.KnownValues(Hive, KeyOf(m_window));
+  const auto sites = TZVOptions(m_store).LastOpenSites();
+  if (!records || !sites) return false;
+  const QList<int> windows = WindowsWithTabs();
+  int left = FirstOfNoProcess;
+  while (windows.contains(left)) ++left;
+  const bool isLeft = m_store.InTransaction([&] {
+    return TZVOptions(m_store).EditLastOpenSites([self = m_window, left](TNamedAddresses known) {
+      int position = 0;
+      for (TNamedAddress &site : known) {
+        if (WindowOf(site) == self) site.name = NameOf(left, ++position);
+      }
+      return known;
+    }) && m_store.ReplaceKey(Hive, KeyOf(left), *records) &&
+           m_store.DeleteKey(Hive, KeyOf(m_window));
+  });
+  if (isLeft) m_taken.clear();
+  return isLeft;
+}
+
 bool TKeptTabs::Write(const QList<TOpenTab> &tabs, quint64 front) {
   TNamedAddresses own;
   QStringList order;
@@ -126,17 +149,20 @@ bool TKeptTabs::Write(const QList<TOpenTab> &tabs, quint64 front) {
 
 bool TKeptTabs::WriteAddresses(const TNamedAddresses &own) {
   if (m_hasWritten && own == m_addresses) return true;
-  return TZVOptions(m_store).EditLastOpenSites([own, self = m_window, taken = m_taken](const TNamedAddresses &known) {
+  const auto edit = [own, self = m_window, taken = m_taken, isRunning = m_isRunning](const TNamedAddresses &known) {
     // Read from the end, the windows come in the order of their numbers.
     TNamedAddresses sites;
     TNamedAddresses before;
     for (const TNamedAddress &site : known) {
       const int window = WindowOf(site);
-      if (window == self || taken.contains(window)) continue;
+      // This may be done much later than it was asked for: a process that has the number by then has its own tabs
+      // there.
+      if (window == self || (taken.contains(window) && !isRunning(window))) continue;
       (window < self ? before : sites).append(site);
     }
     return sites + own + before;
-  });
+  };
+  return TZVOptions(m_store).EditLastOpenSites(edit);
 }
 
 bool TKeptTabs::WriteRecords(const QList<TOpenTab> &tabs, const QString &order, quint64 front) {
@@ -161,7 +187,7 @@ bool TKeptTabs::WriteRecords(const QList<TOpenTab> &tabs, const QString &order, 
 bool TKeptTabs::WithoutWindows(const QList<int> &windows) {
   bool isGood = true;
   for (const int window : windows) {
-    if (window != m_window) isGood = isGood && m_store.DeleteKey(Hive, KeyOf(window));
+    if (window != m_window && IsLeft(window)) isGood = isGood && m_store.DeleteKey(Hive, KeyOf(window));
   }
   return isGood;
 }

@@ -38,6 +38,9 @@ class TKeptTabs final {
   // The tabs of all windows that are not running, in the order of the windows and their strips. They are this window's
   // from the next Write on.
   [[nodiscard]] QList<TKeptTab> Take();
+  // What an earlier process of this number left could not be read in time: it is given a number that no process has,
+  // and so comes back with the next Take of any window. False when it cannot be read yet.
+  bool LeaveStored();
   // Writes what has changed since the last call, in one piece; the tabs stand in their order. False when the store
   // refused it, and then it is all to be told once more.
   bool Write(const QList<TOpenTab> &tabs, quint64 front);

@@ -46,7 +46,8 @@ QList<TKeptTabs::TOpenTab> TLastOpenSites::OpenTabs() const {
 }
 
 void TLastOpenSites::Begin() {
-  m_mayWrite = !m_store.HasMissedReads();
+  m_mayWrite = true;
+  m_mustLeave = m_store.HasMissedReads();
 }
 
 void TLastOpenSites::Follow() {
@@ -81,6 +82,11 @@ void TLastOpenSites::StopFollowing() {
 
 void TLastOpenSites::Write() {
   if (!m_mayWrite) return;
+  m_mustLeave = m_mustLeave && !m_kept.LeaveStored();
+  if (m_mustLeave) {
+    m_delay.start();
+    return;
+  }
   const QList<TKeptTabs::TOpenTab> tabs = OpenTabs();
   const TBrowserTab *front = m_tabs.GetActivePage();
   const bool isWritten = m_kept.Write(tabs, front != nullptr ? front->Id() : 0);

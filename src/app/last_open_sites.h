@@ -11,7 +11,7 @@ class TTabStrip;
 
 // Keeps the open tabs for a start in mode "Last". They are written when the window closes; and while the program runs
 // in that mode they are followed, so that even a killed program finds all of them again, as they were.
-// Where the start could not read the store its pages were not opened, and what is kept stays as it is.
+// Where the start could not read the store its pages were not opened; what is kept then stays for a later start.
 class TLastOpenSites final : public QObject {
   Q_OBJECT
 
@@ -40,6 +40,7 @@ class TLastOpenSites final : public QObject {
   TRegistryStore &m_store;
   TKeptTabs m_kept;
   bool m_mayWrite = false;
+  bool m_mustLeave = false;  // what is stored was not read
   QTimer m_delay;
   QTimer m_calm;                        // for what changes without end, as by scrolling
   QSet<quint64> m_changed;              // the ids of tabs that are to be told anew

@@ -111,7 +111,8 @@ class TestStart final : public QObject, private TProgramFixture {
     program->kill();
     QVERIFY(program->waitForFinished());
     QVERIFY(busy->SetAsideFile().isEmpty());
-    QCOMPARE(ToLines(options.LastOpenSites()), ToLines(sites));
+    // Without the home page, which is there or was not yet.
+    QCOMPARE(ToLines(options.LastOpenSites()).filter(server.Url(u"/"_s)), ToLines(sites));
 
     // Again and again: only what is looked at comes, and the pages that nobody has looked at are not lost.
     for (const int more : {5, 6}) {
@@ -278,8 +279,8 @@ class TestStart final : public QObject, private TProgramFixture {
     QVERIFY(second->waitForFinished());
   }
 
-  // Another process keeps the store locked: a start that cannot read it takes nothing from it, and an end that cannot
-  // write it ends all the same.
+  // Another process keeps the store locked: what a start could not read it leaves for the next one, beside its own
+  // pages, and an end that cannot write it ends all the same.
   void LockedStore_data() {
     Columns<bool>("atTheStart");
     Row("at the start", true);
@@ -300,6 +301,7 @@ class TestStart final : public QObject, private TProgramFixture {
     QTRY_VERIFY_WITH_TIMEOUT(Requests(0) > 0, Soon);
     if (atTheStart) {
       lock.reset();
+      sites = {{u"url100000001"_s, Url(2)}, {u"url100000002"_s, Url(1)}, {u"url2"_s, Url(0)}};
     } else {
       const auto store = Store();
       sites.prepend({u"url3"_s, Url(0)});
@@ -311,11 +313,17 @@ class TestStart final : public QObject, private TProgramFixture {
     Quit(*program);
     QVERIFY2(timer.elapsed() < 9000, qPrintable(QString::number(timer.elapsed())));
     lock.reset();
-    const auto store = Store();
+    auto store = Store();
     const TZVOptions options(*store);
-    QCOMPARE(ToLines(options.LastOpenSites()), ToLines(sites));
+    // Without the home page, which is there or was not yet.
+    QCOMPARE(ToLines(options.LastOpenSites()).filter(server.Url(u"/"_s)), ToLines(sites));
     QCOMPARE(ToLines(options.QuickSearchEntries()), QStringList(u"own="_s + Url(3)));
     QCOMPARE(options.PopupList(), QStringList(u"http://own.test/*"_s));
+    if (!atTheStart) return;
+    store.reset();
+    const auto next = Start({});
+    for (const int page : {1, 2}) QTRY_VERIFY_WITH_TIMEOUT(Requests(page) > 0, Soon);
+    Quit(*next);
   }
 
  private:
