@@ -54,7 +54,7 @@ struct TRegistryStore::TPrivate {
   bool ready = false;     // the connection can be read
   bool writable = false;  // nothing is known that keeps writes away for good
   bool memory = false;
-  bool makeshift = false;  // opened to read only, since the disk refused more
+  bool makeshift = false;  // opened to read only, or empty where there is nothing yet, since the disk refused more
   bool readBusy = false;   // the last read found the file locked
   bool missedReads = false;
   std::function<void()> onTrouble;
@@ -178,6 +178,7 @@ bool TRegistryStore::TPrivate::LeaveMakeshift() {
   if (makeshift) {
     OpenReadOnly();
     writable = true;
+    missedReads = missedReads || (memory && QFileInfo(file.Path()).size() > 0);
   }
   return !makeshift;
 }
@@ -233,7 +234,7 @@ void TRegistryStore::TPrivate::Open() {
     makeshift = state == TState::Refused;
   }
   OpenReadOnly();
-  makeshift = makeshift && !memory;
+  makeshift = makeshift && (!memory || QFileInfo(path).size() == 0);
   writable = writable || makeshift;
 }
 
@@ -399,7 +400,7 @@ bool TRegistryStore::IsWritable() const {
   return d->writable;
 }
 bool TRegistryStore::IsInMemory() const {
-  return d->memory;
+  return d->memory && !d->makeshift;
 }
 void TRegistryStore::SetTroubleHandler(std::function<void()> handler) {
   d->onTrouble = std::move(handler);

@@ -147,5 +147,6 @@ TStoreFile::TState TStoreFile::MakeSchema() {
   if (code == SQLITE_OK) return TState::Ready;
   if (m_database.InTransaction()) m_database.Execute("ROLLBACK");
   // Nothing was there to be damaged.
-  return StateOf(code) == TState::Busy ? TState::Busy : TState::Unavailable;
+  const TState state = StateOf(code);
+  return state == TState::Damaged ? TState::Unavailable : state;
 }

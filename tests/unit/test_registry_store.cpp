@@ -402,14 +402,20 @@ class TTestRegistryStore final : public QObject {
     QCOMPARE(TRegistryStore(m_path).Read(User, Key, "a"), "new");
   }
 
+  void AFullDiskAtTheStartIsSatOut_data() {
+    Columns<int>("values");
+    Row("of many", 3);
+    Row("the very first", 0);
+  }
   void AFullDiskAtTheStartIsSatOut() {
-    MakeStore(m_path, 3);
+    QFETCH(int, values);
+    if (values > 0) MakeStore(m_path, values);
     auto limit = std::make_unique<TSmallFiles>(1000);
     TRegistryStore store(m_path);
     QVERIFY(store.IsWritable() && !store.IsInMemory());
-    QCOMPARE(store.Values(User, Key).size(), 3);
+    QCOMPARE(store.Values(User, Key).size(), values);
     QVERIFY(store.Write(User, Key, "late", "1") && store.IsRefused());
-    QCOMPARE(store.Values(User, Key).size(), 4);
+    QCOMPARE(store.Values(User, Key).size(), values + 1);
     limit.reset();
     QTRY_VERIFY(!store.IsWaiting());
     QCOMPARE(TRegistryStore(m_path).Read(User, Key, "late"), "1");
