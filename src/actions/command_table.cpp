@@ -216,8 +216,8 @@ constexpr TMenuEntry Entries[] = {
     Put(TMenu::Tab, TabLocked), Put(TMenu::Tab, TabName), Put(TMenu::Tab, TabSpared), Line(TMenu::Tab),
     Put(TMenu::Tab, TabHome), Put(TMenu::Tab, TabStop), Put(TMenu::Tab, TabRefresh), Line(TMenu::Tab),
     Put(TMenu::Tab, TabAddToGroup), Put(TMenu::Tab, TabBlockPopups), Line(TMenu::Tab), Put(TMenu::Tab, TabCloseAll),
-    Put(TMenu::Tab, TabCloseAllKeepCurrent), Put(TMenu::Tab, TabCloseAllShowList), Put(TMenu::Tab, TabClose), Put(TMenu::Tab, ReopenTab),
-    ContentsOf(TMenu::ThisTab, TMenu::Tab),
+    Put(TMenu::Tab, TabCloseAllKeepCurrent), Put(TMenu::Tab, TabCloseAllShowList), Put(TMenu::Tab, TabClose),
+    Put(TMenu::Tab, ReopenTab), ContentsOf(TMenu::ThisTab, TMenu::Tab),
 
     Put(TMenu::Groups, AddToGroup), Put(TMenu::Groups, SaveAsGroup), Put(TMenu::Groups, OrganizeGroups),
     Line(TMenu::Groups),

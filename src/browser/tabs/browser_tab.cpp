@@ -483,8 +483,8 @@ void TBrowserTab::OnNewWindowRequested(QWebEngineNewWindowRequest *request) {
 }
 
 void TBrowserTab::OnNavigateComplete(const QString &address) {
-  // While the tab waits for its turn only the blank page that it was left with can have something to say.
   m_leavesPage = false;
+  // While the tab waits for its turn only the blank page that it was left with can have something to say.
   if (!m_browser || Announced()) return;
   if (Locked() && address == BlankPageAddress) {
     // The engine does not ask about this one, so all that can be done is to come back from it.
