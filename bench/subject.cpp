@@ -167,8 +167,10 @@ TCost TSubject::HandOver(const QStringList &texts, TPageServer &server, int page
 
 void TSubject::ForgetProfile() {
   Close();
-  for (const char *folder : {"data", "cache"}) QDir(m_folder.filePath(QLatin1String(folder))).removeRecursively();
-  MakeFolders();
+  // What the toolkit and the display's driver keep for all programs stays, as it does for the bare view.
+  for (const char *folder : {"data/zarvela", "cache/zarvela"}) {
+    QDir(m_folder.filePath(QLatin1String(folder))).removeRecursively();
+  }
 }
 
 TCost TSubject::Press(const QString &key, TPageServer &server, int page, TPageServer::TReport report) {

@@ -1,4 +1,5 @@
 #include <QCheckBox>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
@@ -16,10 +17,30 @@
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"
 #include "support/named_lines.h"
+#include "ui/frame_pacer.h"
 #include "window/main_window_fixture.h"
 #include "window/page_click.h"
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// Takes its time to be painted.
+struct TSlowWidget final : QWidget {
+  using QWidget::QWidget;
+  void paintEvent(QPaintEvent *) override {
+    if (ended.isValid()) pause = ended.elapsed();
+    QTest::qSleep(TFramePacer::LongestPause);
+    ++paints;
+    ended.start();
+  }
+
+  int paints = 0;
+  qint64 pause = 0;  // before the last time, in milliseconds
+  QElapsedTimer ended;
+};
+
+}  // namespace
 
 // What the modules of the main window are to each other, with real pages, and what is there after the next start.
 class TestMainWindow final : public QObject {
@@ -313,6 +334,26 @@ class TestMainWindow final : public QObject {
     // The tab that was there belongs to the pages of the start.
     QVERIFY(Tabs().Tab(0)->Url() != u"about:blank#later"_s);
     QCOMPARE(Active()->Url(), u"about:blank#later"_s);
+  }
+
+  // After a slow composition the thread has time for other things, unless the user has just done something.
+  void PausesBetweenCompositions() {
+    TSlowWidget slow(m_f.window.get());
+    slow.show();
+    QTRY_VERIFY(slow.paints > 0);
+    for (int i = 0; i < 2; ++i) {
+      const int before = slow.paints;
+      slow.update();
+      QTRY_VERIFY(slow.paints > before);
+      QVERIFY2(slow.pause >= TFramePacer::LongestPause - 1, qPrintable(QString::number(slow.pause)));
+    }
+    const auto isAtOnce = [&] {
+      const int before = slow.paints;
+      slow.update();
+      QTest::keyClick(m_f.window->windowHandle(), Qt::Key_Shift);
+      return QTest::qWaitFor([&] { return slow.paints > before; }) && slow.pause < TFramePacer::LongestPause - 1;
+    };
+    QTRY_VERIFY(isAtOnce());
   }
 
  private:

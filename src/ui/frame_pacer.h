@@ -1,0 +1,30 @@
+#pragma once
+
+#include <functional>
+#include <QObject>
+#include <QTimer>
+
+class QWidget;
+
+// Leaves a window's thread time for other things than composing the window. However little has changed, the whole
+// window is composed anew for it, the picture of its page with it; where no graphics card does it that takes some 10 to
+// 40 ms, and pages that are to be asked for and painted wait meanwhile. So each time is followed by a pause that is as
+// long, which is next to nothing where there is a graphics card. What the user does ends the pause.
+class TFramePacer final : public QObject {
+ public:
+  static constexpr int LongestPause = 100;  // milliseconds
+
+  // Of the top-level `window`, which owns this object.
+  explicit TFramePacer(QWidget *window);
+
+  bool eventFilter(QObject *watched, QEvent *event) override;
+
+ private:
+  void Compose();
+  void Compose(const std::function<void()> &compose);
+
+  QWidget *m_window;
+  QTimer m_pause;
+  bool m_isWanted = false;  // asked for in the pause
+  bool m_isComposing = false;
+};
