@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <limits>
+#include <optional>
 
 #include "popups/popup_wildcard.h"
 
@@ -103,36 +104,35 @@ void TPopupPatterns::ArrangePrefixes() {
 void TPopupPatterns::ArrangeWildcards(const std::vector<int> &positions) {
   m_always.clear();
   for (TKeyed &keyed : m_byKey) keyed = {};
-  const auto keyLength = [](QStringView pattern) {
-    qsizetype longest = 0;
-    VisitLiterals(pattern, [&](QStringView literal) { longest = std::max(longest, literal.size()); });
-    return int(std::min<qsizetype>(longest, LongestKey));
-  };
   std::array<QHash<TKey, int>, LongestKey + 1> frequencies;
-  for (const int position : positions) {
-    const int length = keyLength(m_complete[position]);
+  const auto visitKeys = [this](int position, auto visit) {
     VisitLiterals(m_complete[position], [&](QStringView literal) {
-      VisitKeys(literal, length, [&](TKey key) { ++frequencies[length][key]; });
+      const int length = int(std::min<qsizetype>(literal.size(), LongestKey));
+      VisitKeys(literal, length, [&](TKey key) { visit(length, key); });
     });
+  };
+  for (const int position : positions) {
+    visitKeys(position, [&](int length, TKey key) { ++frequencies[length][key]; });
   }
-  // Each pattern stands under the rarest of its keys, so that an address meets few patterns that it does not fit.
+  // Each pattern stands under the rarest of its keys, so that an address meets few patterns that it does not fit; a
+  // short key is in more addresses.
+  constexpr std::array<qint64, LongestKey + 1> Weights{0, 64, 4, 2, 1};
   for (const int position : positions) {
-    const int length = keyLength(m_complete[position]);
-    if (length == 0) {
-      m_always.push_back(position);
-      continue;
-    }
+    int bestLength = 0;
     TKey rarest = 0;
-    int lowest = std::numeric_limits<int>::max();
-    VisitLiterals(m_complete[position], [&](QStringView literal) {
-      VisitKeys(literal, length, [&](TKey key) {
-        const int frequency = frequencies[length].value(key);
-        if (frequency >= lowest) return;
-        lowest = frequency;
-        rarest = key;
-      });
+    qint64 lowest = std::numeric_limits<qint64>::max();
+    visitKeys(position, [&](int length, TKey key) {
+      const qint64 weight = Weights[length] * frequencies[length].value(key);
+      if (weight >= lowest) return;
+      lowest = weight;
+      bestLength = length;
+      rarest = key;
     });
-    m_byKey[length].patterns[rarest].push_back(position);
+    if (bestLength == 0) {
+      m_always.push_back(position);
+    } else {
+      m_byKey[bestLength].patterns[rarest].push_back(position);
+    }
   }
   for (TKeyed &keyed : m_byKey) keyed.MakeFilter();
 }
@@ -152,9 +152,12 @@ void TPopupPatterns::CollectCandidates(QStringView address, std::vector<int> &ca
     const TKeyed &keyed = m_byKey[length];
     if (keyed.patterns.isEmpty()) continue;
     keys.clear();
+    std::optional<TKey> previous;
     VisitKeys(address, length, [&](TKey key) {
       // Runs of one character are what makes addresses long.
-      if (keyed.MayHold(key) && (keys.empty() || keys.back() != key)) keys.push_back(key);
+      if (previous == key) return;
+      previous = key;
+      if (keyed.MayHold(key)) keys.push_back(key);
     });
     std::ranges::sort(keys);
     const auto repeated = std::ranges::unique(keys);
