@@ -11,7 +11,6 @@
 #include "app/shutdown_question.h"
 #include "app/store_notice.h"
 #include "ui/dialog_gate.h"
-#include "ui/frame_pacer.h"
 
 namespace {
 
@@ -42,7 +41,6 @@ void TfrmMain::FormCreate() {
   // The bars are shown and hidden in the View menu, which remembers it.
   setContextMenuPolicy(Qt::NoContextMenu);
   setMinimumSize(SmallestSize);
-  new TFramePacer(this);
   m_settings.Lists().RemoveZvid();
   LoadLanguage();
   m_modules = std::make_unique<TModules>(this, m_settings, m_language);

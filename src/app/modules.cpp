@@ -26,6 +26,7 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       engine(language, settings.Store()),
       environment{engine, language, settings.Store(), settings, product},
       actions(window, language, settings),
+      framePacer(new TFramePacer(window)),
       frameUpdates(new TFrameUpdates(window)),
       history(ProgramFolders::UserData() + HistoryFile),
       address(new TAddressBar(language, settings, history)),
@@ -63,6 +64,7 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
 
 // What one module tells another that does not know it.
 void TModules::Join() {
+  QObject::connect(&tabs, &TTabStrip::PageSetsOut, framePacer, &TFramePacer::GiveWay);
   QObject::connect(&tabCommands, &TTabCommands::AddressWanted, &search, &TAddressSearch::EditAddress);
   QObject::connect(&tabCommands, &TTabCommands::TextToOpen, &search,
                    [this](const QString &text) { search.Open(text, true); });

@@ -37,6 +37,7 @@
 #include "search/address_bar.h"
 #include "search/address_search.h"
 #include "search/search_lists.h"
+#include "ui/frame_pacer.h"
 #include "ui/frame_updates.h"
 
 class QMainWindow;
@@ -68,6 +69,7 @@ class TModules final {
   TEngine engine;
   TTabEnvironment environment;
   TActions actions;
+  TFramePacer *framePacer;
   TFrameUpdates *frameUpdates;
   THistoryStore history;
   TAddressBar *address;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QEvent>
 #include <QScopedValueRollback>
 #include <QWidget>
@@ -50,6 +49,12 @@ bool TFramePacer::eventFilter(QObject *watched, QEvent *event) {
   }
 }
 
+void TFramePacer::GiveWay() {
+  // Not without end: hundreds of pages may be asked for one after the other.
+  if (m_isWanted && m_sinceComposed.elapsed() > LongestPause) return;
+  if (m_pause.remainingTime() < HeadStart) m_pause.start(HeadStart);
+}
+
 void TFramePacer::Compose() {
   Compose([this] {
     QEvent request(QEvent::UpdateRequest);
@@ -65,5 +70,6 @@ void TFramePacer::Compose(const std::function<void()> &compose) {
     taken.start();
     compose();
   }
+  m_sinceComposed.start();
   m_pause.start(std::min(int(taken.elapsed()), LongestPause));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 
@@ -13,9 +14,13 @@ class QWidget;
 class TFramePacer final : public QObject {
  public:
   static constexpr int LongestPause = 100;  // milliseconds
+  static constexpr int HeadStart = 30;      // milliseconds in which a page's request goes out
 
   // Of the top-level `window`, which owns this object.
   explicit TFramePacer(QWidget *window);
+
+  // A page is about to be asked for, which takes the thread a moment: that comes first.
+  void GiveWay();
 
   bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -27,4 +32,5 @@ class TFramePacer final : public QObject {
   QTimer m_pause;
   bool m_isWanted = false;  // asked for in the pause
   bool m_isComposing = false;
+  QElapsedTimer m_sinceComposed;
 };

@@ -116,6 +116,7 @@ void TBrowserTab::Navigate(const TAddress &address) {
   if (Url() == BlankPageAddress) {
     MakeBlank();
   } else {
+    Q_EMIT PageSetsOut();
     m_browser->Navigate(m_url);
   }
   ShowAwaitedAddress();
@@ -427,6 +428,7 @@ void TBrowserTab::OnBeforeNavigate(TNavigation *navigation) {
     }
   }
   if (!navigation->mainFrame || Busy() || Announced()) return;
+  Q_EMIT PageSetsOut();
   m_nonHttpsSeen = false;
   m_load = TLoad::Loading;
   ShowState(TTabState::Started);

@@ -143,6 +143,7 @@ class TBrowserTab final : public QWidget {
   void PlaceChanged();                          // the same, by scrolling
   void Closing();                               // it is about to go, or to be made blank in its place
   void Loaded();
+  void PageSetsOut();  // it is about to be asked for
   void PageFullScreenRequested(bool on);
   void PopupRejected();
   // Its page asked for more windows than it may have, or, being locked, for one that the pop-up test stops.

@@ -104,6 +104,7 @@ class TTabStrip final : public QObject {
   void TabPlaceChanged(TBrowserTab *tab);  // scrolled
   void TabClosing(TBrowserTab *tab);       // see TBrowserTab::Closing
   void TabLoaded(TBrowserTab *tab);
+  void PageSetsOut();  // a page is about to be asked for
   void PageFullScreenRequested(TBrowserTab *tab, bool on);
   // The pop-up test has stopped the window that `tab` was made for; the tab goes away soon.
   void PopupRejected(TBrowserTab *tab);
