@@ -6,11 +6,14 @@
 #include "app/beside_question.h"
 #include "app/main_window.h"
 #include "browser/engine/engine.h"
+#include "browser/engine/engine_flags.h"
 #include "config/language.h"
 #include "config/shell_association.h"
+#include "platform/desktop_wishes.h"
 #include "platform/instance_channel.h"
 #include "platform/program_folders.h"
 #include "platform/termination_signals.h"
+#include "ui/motion.h"
 
 namespace {
 
@@ -29,6 +32,12 @@ bool MayRunBeside(TRegistryStore &store) {
   return AskRunBeside(language);
 }
 
+void HeedDesktop() {
+  const TDesktopWishes wishes = TDesktopWishes::Ask();
+  Motion::SetReduced(wishes.reducedMotion);
+  SetEngineFlags(wishes);
+}
+
 }  // namespace
 
 int RunProgram(int argc, char **argv, TInstanceLock &lock, bool ask) {
@@ -43,6 +52,7 @@ int RunProgram(int argc, char **argv, TInstanceLock &lock, bool ask) {
   QApplication application(argc, argv);
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/zarvela.svg")));
   if (ask && !MayRunBeside(store)) return 0;
+  HeedDesktop();
   if (!entry.argument.isEmpty()) TZVOptions(store).Set(Setting::CommandLine, entry.argument);
   TfrmMain window(store, entry.argument);
   const TTerminationSignals signalsToEnd;

@@ -4,6 +4,7 @@
 #include <QPainter>
 
 #include "ui/frame_updates.h"
+#include "ui/motion.h"
 
 namespace {
 
@@ -19,12 +20,16 @@ TBusyIndicator::TBusyIndicator(TFrameUpdates &updates, QWidget *parent) : QWidge
   connect(&updates, &TFrameUpdates::Show, this, &TBusyIndicator::Turn);
 }
 
+void TBusyIndicator::AskToTurn() {
+  if (!Motion::IsReduced()) m_updates.Ask();
+}
+
 void TBusyIndicator::Turn() {
-  if (!m_isBusy) return;
+  if (!m_isBusy || Motion::IsReduced()) return;
   m_angle = (m_angle + StepAngle) % 360;
   update();
   // A window that nobody sees has nothing to turn; it goes on when it is painted again.
-  if (isVisible() && !window()->isMinimized()) m_updates.Ask();
+  if (isVisible() && !window()->isMinimized()) AskToTurn();
 }
 
 QSize TBusyIndicator::sizeHint() const {
@@ -35,11 +40,11 @@ void TBusyIndicator::SetBusy(bool busy) {
   if (busy == m_isBusy) return;
   m_isBusy = busy;
   update();
-  if (busy) m_updates.Ask();
+  if (busy) AskToTurn();
 }
 
 void TBusyIndicator::paintEvent(QPaintEvent *) {
-  if (m_isBusy) m_updates.Ask();
+  if (m_isBusy) AskToTurn();
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   const QRect box((width() - Edge) / 2, (height() - Edge) / 2, Edge, Edge);

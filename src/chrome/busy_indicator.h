@@ -4,7 +4,8 @@
 
 class TFrameUpdates;
 
-// The mark that turns while the page in front loads, and that rests as the program's own when it is done.
+// The mark that turns while the page in front loads, and that rests as the program's own when it is done. Where motion
+// is reduced it does not turn, and only looks otherwise meanwhile.
 class TBusyIndicator final : public QWidget {
   Q_OBJECT
 
@@ -19,6 +20,7 @@ class TBusyIndicator final : public QWidget {
   void paintEvent(QPaintEvent *event) override;
 
  private:
+  void AskToTurn();
   void Turn();
 
   TFrameUpdates &m_updates;

@@ -15,6 +15,7 @@
 #include "browser/engine/view_supply.h"
 #include "config/language.h"
 #include "platform/desktop_notifications.h"
+#include "ui/motion.h"
 
 namespace {
 
@@ -79,6 +80,7 @@ TEngine::TEngine(const TLanguage &language, TRegistryStore &store, QObject *pare
   m_profile->setHttpAcceptLanguage(AcceptedLanguages(language));
   m_ownUserAgent = m_profile->httpUserAgent();
   for (const TSwitch &one : EngineSwitches) m_profile->settings()->setAttribute(one.attribute, one.on);
+  if (Motion::IsReduced()) m_profile->settings()->setAttribute(QWebEngineSettings::ScrollAnimatorEnabled, false);
   m_profile->settings()->setUnknownUrlSchemePolicy(QWebEngineSettings::AllowUnknownUrlSchemesFromUserInteraction);
   m_startPage = std::make_unique<TStartPage>(language);
   m_profile->installUrlSchemeHandler(QByteArrayLiteral("zarvela"), m_startPage.get());

@@ -4,6 +4,8 @@
 #include <QEvent>
 #include <QGraphicsOpacityEffect>
 
+#include "ui/motion.h"
+
 namespace {
 
 constexpr int ShownFor = 4000;  // ms until it begins to fade
@@ -34,7 +36,7 @@ TFullScreenNotice::TFullScreenNotice(const QString &text, QWidget *over) : QLabe
   connect(&m_fade, &QPropertyAnimation::finished, this, &QObject::deleteLater);
   m_wait.setSingleShot(true);
   m_wait.setInterval(ShownFor);
-  connect(&m_wait, &QTimer::timeout, this, [this] { m_fade.start(); });
+  connect(&m_wait, &QTimer::timeout, this, [this] { Motion::IsReduced() ? deleteLater() : m_fade.start(); });
   over->installEventFilter(this);
   Place();
   show();
