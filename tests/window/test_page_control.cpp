@@ -10,6 +10,7 @@
 #include <utility>
 #include "page_control_fixture.h"
 #include "support/data_row.h"
+#include "ui/contrast.h"
 #include "ui/frame_updates.h"
 
 namespace {
@@ -311,15 +312,15 @@ class TPageControlTest final : public QObject {
     QVERIFY(Shows(picture(strip.Named("A")), strip.control.palette().color(QPalette::Highlight)));
 
     // The status image hides the site's icon; without a status image the icon is there again. No width changes.
-    strip.control.SetImages({Filled(Qt::red), Filled(Qt::blue)});
+    strip.control.SetImages({Filled(Qt::darkRed), Filled(Qt::blue)});
     TStrip::Settle();
     const QRect before = strip.control.TabRect(second);
     strip.control.SetPageIcon(second, Filled(Qt::yellow));
-    for (const auto &[image, shown] : {std::pair(0, Qt::red), {1, Qt::blue}, {-1, Qt::yellow}, {7, Qt::yellow}}) {
+    for (const auto &[image, shown] : {std::pair(0, Qt::darkRed), {1, Qt::blue}, {-1, Qt::yellow}, {7, Qt::yellow}}) {
       strip.control.SetPageImage(second, image);
       QCOMPARE(strip.control.PageImage(second), image);
       const QImage picked = picture(second);
-      for (const Qt::GlobalColor color : {Qt::red, Qt::blue, Qt::yellow})
+      for (const Qt::GlobalColor color : {Qt::darkRed, Qt::blue, Qt::yellow})
         QCOMPARE(Shows(picked, color), color == shown);
       QCOMPARE(strip.control.TabRect(second), before);
     }
@@ -350,6 +351,8 @@ class TPageControlTest final : public QObject {
     QCOMPARE(names, (QStringList{"A", "B", "R & D"}));
     QAccessibleInterface *second = list->child(1);
     QCOMPARE(second->text(QAccessible::Description), "the whole title");
+    strip.control.SetDescriber([](const QWidget *page) { return "page " + TStrip::NameOf(page); });
+    QCOMPARE(second->text(QAccessible::Description), "page B");
     QVERIFY(second->state().selected && second->state().focused);
     QVERIFY(!list->child(0)->state().selected);
     QCOMPARE(list->focusChild(), second);
@@ -359,6 +362,45 @@ class TPageControlTest final : public QObject {
 
     delete strip.Named("B");
     QCOMPARE(list->child(1)->text(QAccessible::Name), "R & D");
+  }
+
+  // The marks that tell a page's state, on every ground that a tab may have.
+  void MarksStandOut_data() {
+    Columns<QColor, QColor>("window", "inactive");
+    Row("light", QColor(239, 239, 239), QColor(0xAA, 0xAA, 0xAA));
+    Row("dark", QColor(40, 40, 40), QColor(0xAA, 0xAA, 0xAA));
+    Row("inactive ones dark, too", QColor(40, 40, 40), QColor(60, 60, 60));
+    Row("inactive ones in colour", QColor(239, 239, 239), QColor(48, 140, 198));
+  }
+  void MarksStandOut() {
+    QFETCH(QColor, window);
+    QFETCH(QColor, inactive);
+    const QPalette before = QApplication::palette();
+    QApplication::setPalette(QPalette(window));
+    const auto restore = qScopeGuard([&] { QApplication::setPalette(before); });
+    TStrip strip("A B");
+    strip.control.SetInactiveTabColor(inactive);
+    const QStringList names{"tab_loading", "tab_unseen", "tab_arriving", "tab_locked", "question"};
+    QList<QIcon> marks;
+    for (const QString &name : names) marks << QIcon(QStringLiteral(":/icons/%1.svg").arg(name));
+    strip.control.SetImages(marks);
+    for (int image = 0; image < marks.size(); ++image) {
+      for (const char *name : {"A", "B"}) {
+        const QColor ground = strip.control.ActivePage() == strip.Named(name) ? window : inactive;
+        strip.control.SetPageImage(strip.Named(name), image);
+        TStrip::Settle();
+        QRect place = strip.control.TabRect(strip.Named(name));
+        place.setWidth(26);  // without the caption
+        place.adjust(6, 5, 0, -5);
+        const QImage picture = strip.control.grab(place).toImage();
+        int ink = 0;
+        for (int i = 0; i < picture.width() * picture.height(); ++i) {
+          const QColor pixel = picture.pixelColor(i % picture.width(), i / picture.width());
+          if (Contrast::Between(pixel, ground) >= Contrast::ForMarks) ++ink;
+        }
+        QVERIFY2(ink >= 8, qPrintable(QStringLiteral("%1 on %2: %3").arg(names[image], ground.name()).arg(ink)));
+      }
+    }
   }
 
   void PaintsWhatChanged() {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <QPointer>
 #include "browser/strip/page_host.h"
+#include "browser/strip/tab_bar_accessible.h"
 #include "browser/strip/tab_bar_view.h"
 #include "browser/strip/tab_list.h"
 #include "ui/frame_updates.h"
@@ -144,7 +145,16 @@ void TZVPageControl::SetPageHint(QWidget *page, const QString &hint) {
   TTab *tab = d->tabs.Find(page);
   if (!tab || tab->hint == hint) return;
   tab->hint = hint;
-  if (tab->visible) d->view->Announce(QAccessible::DescriptionChanged, tab);
+  TellDescription(page);
+}
+
+void TZVPageControl::SetDescriber(const std::function<QString(const QWidget *page)> &describer) {
+  d->view->SetDescriber(describer);
+}
+
+void TZVPageControl::TellDescription(const QWidget *page) {
+  const TTab *tab = d->tabs.Find(page);
+  if (tab) TTabBarAccessible::Announce(*d->view, QAccessible::DescriptionChanged, tab);
 }
 
 void TZVPageControl::SetPageImage(QWidget *page, int image) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <QColor>
 #include <QIcon>
@@ -52,6 +53,10 @@ class TZVPageControl final : public QWidget {
   void SetPageCaption(QWidget *page, const QString &caption);
   [[nodiscard]] QString PageCaption(const QWidget *page) const;
   void SetPageHint(QWidget *page, const QString &hint);
+  // What screen readers are told of a page's tab beside its caption, asked for when they want to know it; the hint
+  // where nobody describes. Changes of hint and image are told by themselves, all others by TellDescription.
+  void SetDescriber(const std::function<QString(const QWidget *page)> &describer);
+  void TellDescription(const QWidget *page);
   // Index into Images(), -1 for none.
   void SetPageImage(QWidget *page, int image);
   [[nodiscard]] int PageImage(const QWidget *page) const;

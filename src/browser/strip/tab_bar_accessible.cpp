@@ -13,6 +13,20 @@ void TTabBarAccessible::Install() {
   Q_UNUSED(installed)
 }
 
+void TTabBarAccessible::Announce(TTabBarView &view, QAccessible::Event type, const TTab *tab) {
+  if (!QAccessible::isActive() || !tab->visible) return;
+  QAccessibleEvent event(&view, type);
+  event.setChild(view.Tabs().Ordinal(tab));
+  QAccessible::updateAccessibility(&event);
+}
+
+void TTabBarAccessible::AnnounceMove(TTabBarView &view, const TTab *tab) {
+  if (!QAccessible::isActive() || !tab->visible) return;
+  QAccessibleEvent reordered(&view, QAccessible::ObjectReorder);
+  QAccessible::updateAccessibility(&reordered);
+  if (tab == view.Tabs().Active() && view.hasFocus()) Announce(view, QAccessible::Focus, tab);
+}
+
 TTabBarAccessible::TTabBarAccessible(TTabBarView *view) : QAccessibleWidget(view, QAccessible::PageTabList) {}
 
 int TTabBarAccessible::childCount() const {
@@ -85,7 +99,7 @@ QString TTabAccessible::text(QAccessible::Text kind) const {
     case QAccessible::Name:
       return tab->text;
     case QAccessible::Description:
-      return tab->hint;
+      return m_view->DescriptionOf(tab);
     default:
       return {};
   }

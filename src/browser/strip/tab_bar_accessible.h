@@ -15,6 +15,10 @@ class TTabBarAccessible final : public QAccessibleWidget {
 
   // Makes Qt know this class; further calls do nothing.
   static void Install();
+  // Tells screen readers what has happened to a tab; a hidden one is none of their business.
+  static void Announce(TTabBarView &view, QAccessible::Event type, const TTab *tab);
+  // The tab has another place. Whoever has moved it by keyboard hears where it is now.
+  static void AnnounceMove(TTabBarView &view, const TTab *tab);
 
   [[nodiscard]] int childCount() const override;
   [[nodiscard]] QAccessibleInterface *child(int index) const override;

@@ -77,12 +77,12 @@ TTabBarView::~TTabBarView() = default;
 void TTabBarView::TabShown(TTab *tab) {
   Measure(tab);
   Invalidate();
-  if (tab->visible) Announce(QAccessible::ObjectCreated, tab);
+  TTabBarAccessible::Announce(*this, QAccessible::ObjectCreated, tab);
 }
 
 void TTabBarView::TabAboutToGo(TTab *tab) {
   UpdateTab(tab);
-  if (tab->visible) Announce(QAccessible::ObjectDestroyed, tab);
+  TTabBarAccessible::Announce(*this, QAccessible::ObjectDestroyed, tab);
   m_drag->Forget(tab->page);
 }
 
@@ -98,6 +98,7 @@ void TTabBarView::TabHidden(TTab *tab) {
 void TTabBarView::TabMoved(const TTab *tab) {
   if (m_tabs.Active() == tab) m_scrolledByHand = false;
   Invalidate();
+  TTabBarAccessible::AnnounceMove(*this, tab);
 }
 
 void TTabBarView::TabCaptionChanged(TTab *tab, const QString &caption) {
@@ -108,11 +109,14 @@ void TTabBarView::TabCaptionChanged(TTab *tab, const QString &caption) {
   tab->elidedWidth = -1;
   if (!tab->visible) return;
   Gather(tab);
-  Announce(QAccessible::NameChanged, tab);
+  TTabBarAccessible::Announce(*this, QAccessible::NameChanged, tab);
 }
 
 void TTabBarView::TabImageChanged(TTab *tab) {
-  if (tab->visible) Gather(tab);
+  if (!tab->visible) return;
+  Gather(tab);
+  // The image says what the tab's description tells in words.
+  TTabBarAccessible::Announce(*this, QAccessible::DescriptionChanged, tab);
 }
 
 void TTabBarView::ActiveChanged(TTab *before) {
@@ -123,9 +127,10 @@ void TTabBarView::ActiveChanged(TTab *before) {
     UpdateTab(active);
     if (!m_stale) Reveal(active);
   }
+  if (before) TTabBarAccessible::Announce(*this, QAccessible::SelectionRemove, before);
   if (!active) return;
-  Announce(QAccessible::Selection, active);
-  if (hasFocus()) Announce(QAccessible::Focus, active);
+  TTabBarAccessible::Announce(*this, QAccessible::Selection, active);
+  if (hasFocus()) TTabBarAccessible::Announce(*this, QAccessible::Focus, active);
 }
 
 void TTabBarView::SetImages(const QList<QIcon> &images) {
@@ -176,13 +181,6 @@ QRect TTabBarView::TabRect(const TTab *tab) {
 TTab *TTabBarView::TabAt(const QPoint &position) {
   LayOut();
   return m_tabs.At(m_geometry.IndexAt(position));
-}
-
-void TTabBarView::Announce(QAccessible::Event type, const TTab *tab) {
-  if (!QAccessible::isActive()) return;
-  QAccessibleEvent event(this, type);
-  event.setChild(m_tabs.Ordinal(tab));
-  QAccessible::updateAccessibility(&event);
 }
 
 bool TTabBarView::event(QEvent *event) {
@@ -444,7 +442,7 @@ void TTabBarView::focusInEvent(QFocusEvent *event) {
   m_scrolledByHand = false;
   Reveal(active);
   UpdateTab(active);
-  Announce(QAccessible::Focus, active);
+  TTabBarAccessible::Announce(*this, QAccessible::Focus, active);
 }
 
 void TTabBarView::focusOutEvent(QFocusEvent *event) {
@@ -544,8 +542,12 @@ bool TTabBarView::KeepsImagePlace(const TTab *tab) const {
   return !m_images.isEmpty() || !tab->icon.isNull();
 }
 
+bool TTabBarView::ShowsMark(const TTab *tab) const {
+  return tab->image >= 0 && tab->image < m_images.size();
+}
+
 QIcon TTabBarView::ImageOf(const TTab *tab) const {
-  return tab->image >= 0 && tab->image < m_images.size() ? m_images[tab->image] : tab->icon;
+  return ShowsMark(tab) ? m_images[tab->image] : tab->icon;
 }
 
 QRect TTabBarView::CloseRect(const TTab *tab) const {
@@ -558,6 +560,7 @@ void TTabBarView::DrawTab(TTabPainter &painter, TTab *tab) {
   look.rect = m_geometry.PlaceOf(tab);
   look.hasImage = KeepsImagePlace(tab);
   look.image = ImageOf(tab);
+  look.isMark = ShowsMark(tab);
   const int room = TTabParts(m_geometry.metrics, look.rect, look.hasImage, layoutDirection()).text.width();
   if (tab->elidedWidth != room) {
     tab->elidedWidth = room;

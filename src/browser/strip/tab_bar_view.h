@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <QColor>
 #include <QList>
 #include <QPoint>
@@ -20,6 +21,8 @@ class TTabBarView final : public QWidget {
   Q_OBJECT
 
  public:
+  using TDescriber = std::function<QString(const QWidget *page)>;
+
   TTabBarView(const TTabList &tabs, TFrameUpdates &updates, QWidget *parent);
   ~TTabBarView() override;
 
@@ -40,6 +43,11 @@ class TTabBarView final : public QWidget {
   void SetMultipleLines(bool multiple);
   [[nodiscard]] bool TabsDown() const { return m_geometry.tabsDown; }
   void SetTabsDown(bool down);
+  void SetDescriber(const TDescriber &describer) { m_describer = describer; }
+  // What screen readers are told of a tab beside its name.
+  [[nodiscard]] QString DescriptionOf(const TTab *tab) const {
+    return m_describer ? m_describer(tab->page) : tab->hint;
+  }
   void SetButtonTexts(const QString &closeTab, const QString &scrollLeft, const QString &scrollRight);
 
   // Lays the tabs out for a page control of this size; returns how much of its height the strip takes.
@@ -49,8 +57,6 @@ class TTabBarView final : public QWidget {
   [[nodiscard]] const TTabList &Tabs() const { return m_tabs; }
   [[nodiscard]] bool IsStale() const { return m_stale || m_tabsChanged; }
   void Press(TTab *tab) { Q_EMIT Activated(tab->page); }
-  // Tells screen readers.
-  void Announce(QAccessible::Event type, const TTab *tab);
 
  Q_SIGNALS:
   void ArrangeWanted();
@@ -90,6 +96,7 @@ class TTabBarView final : public QWidget {
   void Measure(TTab *tab);
   void MeasureAll();
   [[nodiscard]] bool KeepsImagePlace(const TTab *tab) const;
+  [[nodiscard]] bool ShowsMark(const TTab *tab) const;
   [[nodiscard]] QIcon ImageOf(const TTab *tab) const;
   [[nodiscard]] QRect CloseRect(const TTab *tab) const;
   void DrawTab(TTabPainter &painter, TTab *tab);
@@ -114,6 +121,7 @@ class TTabBarView final : public QWidget {
   QColor m_inactiveTab{0xAA, 0xAA, 0xAA};
   QColor m_inactiveFont{Qt::black};
   QString m_closeText;
+  TDescriber m_describer;
 
   TFrameUpdates &m_updates;
   bool m_stale = true;

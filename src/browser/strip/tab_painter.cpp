@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPixmapCache>
 #include <QStyle>
+#include "ui/contrast.h"
 
 namespace {
 constexpr int kSidePadding = 8;
@@ -107,7 +109,11 @@ void TTabPainter::DrawTab(const TTabLook &look) {
   m_painter.restore();
 
   const TTabParts parts(m_metrics, look.rect, look.hasImage, m_direction);
-  if (!look.image.isNull()) look.image.paint(&m_painter, parts.image);
+  if (look.isMark) {
+    DrawMark(look.image, parts.image, ground);
+  } else if (!look.image.isNull()) {
+    look.image.paint(&m_painter, parts.image);
+  }
   if (!look.text.isEmpty() && !parts.text.isEmpty()) {
     m_painter.setPen(ink);
     const Qt::Alignment side = QStyle::visualAlignment(m_direction, Qt::AlignLeft);
@@ -122,6 +128,29 @@ void TTabPainter::DrawTab(const TTabLook &look) {
     m_painter.setBrush(Qt::NoBrush);
     m_painter.drawRoundedRect(ring, kRadius / 2, kRadius / 2);
   }
+}
+
+// The colours of the inactive tabs are the user's own, so no drawing stands out from all of them by itself.
+void TTabPainter::DrawMark(const QIcon &mark, const QRect &place, const QColor &ground) {
+  if (place.isEmpty()) return;
+  const qreal ratio = m_painter.device()->devicePixelRatio();
+  const QString key =
+      QStringLiteral("mark %1 %2 %3 %4").arg(mark.cacheKey()).arg(ground.rgb()).arg(place.width()).arg(ratio);
+  QPixmap raised;
+  if (!QPixmapCache::find(key, &raised)) {
+    QImage image = mark.pixmap(place.size(), ratio).toImage().convertToFormat(QImage::Format_ARGB32);
+    for (int y = 0; y < image.height(); ++y) {
+      for (int x = 0; x < image.width(); ++x) {
+        const QColor color = image.pixelColor(x, y);
+        if (color.alpha() > 0) image.setPixelColor(x, y, Contrast::Raised(color, ground));
+      }
+    }
+    raised = QPixmap::fromImage(image);
+    QPixmapCache::insert(key, raised);
+  }
+  QRect middle(QPoint(), raised.deviceIndependentSize().toSize());
+  middle.moveCenter(place.center());
+  m_painter.drawPixmap(middle, raised);
 }
 
 void TTabPainter::DrawCross(const QRect &place, const QColor &color, bool hovered, bool pressed) {

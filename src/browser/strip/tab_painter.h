@@ -39,6 +39,7 @@ struct TTabLook {
   QRect rect;
   QString text;  // already cut to its place
   QIcon image;
+  bool isMark = false;    // the image says something of the page's state, and is to be seen on any ground
   bool hasImage = false;  // the place is kept, even if nothing is drawn there
   bool active = false;
   bool hovered = false;
@@ -62,6 +63,7 @@ class TTabPainter final {
   void DrawTab(const TTabLook &look);
 
  private:
+  void DrawMark(const QIcon &mark, const QRect &place, const QColor &ground);
   void DrawCross(const QRect &place, const QColor &color, bool hovered, bool pressed);
 
   QPainter &m_painter;

@@ -319,7 +319,9 @@ void TBrowserTab::SetLockPending(bool pending) {
 }
 
 void TBrowserTab::SetHideFromCloseAll(bool hide) {
-  if (std::exchange(m_hideFromCloseAll, hide) != hide) Q_EMIT RecordChanged();
+  if (std::exchange(m_hideFromCloseAll, hide) == hide) return;
+  m_strip.Pages().TellDescription(this);
+  Q_EMIT RecordChanged();
 }
 
 void TBrowserTab::ResetToBlank() {
@@ -378,6 +380,20 @@ void TBrowserTab::ShowState(TTabState state) {
 int TBrowserTab::Image() const {
   if (m_browser && m_browser->HasOpenQuestion()) return QuestionImage;
   return static_cast<int>(m_state) - 1;
+}
+
+QString TBrowserTab::Description() const {
+  const TLanguage &language = m_environment.language;
+  QString description = m_title == BlankPageAddress ? language.Global("Blank") : m_title;
+  const auto add = [&](bool holds, const QString &text) {
+    if (holds) description = language.Text("MAIN", "TabDescription").arg(description, text);
+  };
+  add(m_browser && m_browser->HasOpenQuestion(), language.Text("MAIN", "TabAsks"));
+  add(Locked() || LockPending(), language.Text("MAIN", "TabIsLocked"));
+  add(m_hideFromCloseAll, language.Text("MAIN", "TabIsSpared"));
+  add(m_state == TTabState::FinishedInBackground, language.Text("MAIN", "TabIsUnseen"));
+  add(Busy(), language.Text("MAIN", "TabIsLoading"));
+  return description;
 }
 
 void TBrowserTab::ShowImage() {

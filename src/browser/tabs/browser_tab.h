@@ -126,6 +126,8 @@ class TBrowserTab final : public QWidget {
   [[nodiscard]] bool BackEnabled() const { return m_backEnabled; }
   [[nodiscard]] bool ForwardEnabled() const { return m_forwardEnabled; }
   [[nodiscard]] TTabState State() const { return m_state; }
+  // Title and state in words, for those who do not see the strip.
+  [[nodiscard]] QString Description() const;
   // In the strip's images, -1 for none.
   [[nodiscard]] int Image() const;
   [[nodiscard]] int Progress() const { return m_progress; }  // percent of the load under way, 100 when there is none

@@ -26,6 +26,7 @@ TTabStrip::TTabStrip(QWidget *owner, TZVPageControl *pages, TTabEnvironment &env
   const TLanguage &language = environment.language;
   pages->SetButtonTexts(language.Text("MAIN", "TabCloseHint"), language.Text("MAIN", "TabScrollLeftHint"),
                         language.Text("MAIN", "TabScrollRightHint"));
+  pages->SetDescriber([](const QWidget *page) { return static_cast<const TBrowserTab *>(page)->Description(); });
   pages->setAccessibleName(language.Text("MAIN", "TabListName"));
 
   environment.settings.Follow(Setting::LimitTitleLength, this, [this] {
