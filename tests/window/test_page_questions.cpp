@@ -73,6 +73,41 @@ class TestPageQuestions final : public QObject, private TTabsFixture {
     QTRY_VERIFY(asking->Browser()->isAncestorOf(QApplication::focusWidget()));
   }
 
+  // From the tabs to what the page asks, from there into the page if it does not wait, and back.
+  void TabKeyReachesQuestions_data() {
+    Columns<QString, QStringList>("script", "stops");
+    Row("permission", u"navigator.geolocation.getCurrentPosition(() => {})"_s,
+        QStringList{"cmdAllow", "cmdDeny", "cmdClose", "page"});
+    Row("dialog", u"confirm('?')"_s, QStringList{"cmdOK", "cmdCancel"});
+  }
+  void TabKeyReachesQuestions() {
+    QFETCH(QString, script);
+    QFETCH(QStringList, stops);
+    TBrowserTab *tab = OpenPage("/page");
+    Begin(tab, script);
+    const auto isAsked = [&] {
+      const auto *button = tab->findChild<QPushButton *>(stops.first());
+      return button != nullptr && button->isVisible() && button->isEnabled();
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isAsked(), LoadTime);
+    pages->FocusStrip();
+    const auto place = [tab] {
+      const QWidget *focused = QApplication::focusWidget();
+      if (focused == nullptr) return u"nowhere"_s;
+      return tab->Browser()->findChild<QWebEngineView *>()->isAncestorOf(focused) ? u"page"_s : focused->objectName();
+    };
+    for (const QString &stop : std::as_const(stops)) {
+      QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
+      QTRY_COMPARE(place(), stop);
+    }
+    if (stops.last() != u"page"_s) return;
+    const QStringList back{"cmdClose", "cmdDeny", "cmdAllow", "tabBar"};
+    for (const QString &stop : back) {
+      QTest::keyClick(window->focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
+      QTRY_COMPARE(place(), stop);
+    }
+  }
+
   // Two at a time, answered in the order in which they came.
   void EachTabForItself() {
     TBrowserTab *first = OpenPage("/page");

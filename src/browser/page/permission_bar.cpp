@@ -33,6 +33,7 @@ TPermissionBar::TPermissionBar(const TLanguage &language, QWidget *parent) : QFr
   m_deny->setObjectName("cmdDeny");
   auto *close = new TCloseButton(language.Text("PERMISSIONS", "NotNow"), this);
   close->setForegroundRole(QPalette::ToolTipText);
+  m_close = close;
 
   auto *layout = new QHBoxLayout(this);
   layout->setContentsMargins(Margin, Margin, Margin, Margin);
@@ -50,10 +51,26 @@ TPermissionBar::TPermissionBar(const TLanguage &language, QWidget *parent) : QFr
   hide();
 }
 
+// Whoever leads the keyboard into the page comes before what lies in it, and with it this bar; the Tab key would pass
+// by the question.
+void TPermissionBar::ComeBeforePage() {
+  QWidget *page = parentWidget();
+  while (page->parentWidget() != nullptr && page->parentWidget()->focusProxy() != nullptr) page = page->parentWidget();
+  QWidget *previous = page->previousInFocusChain();
+  if (previous == m_close) return;
+  // The toolkit puts nothing behind a widget that takes no keyboard.
+  while (previous != page && previous->focusPolicy() == Qt::NoFocus) previous = previous->previousInFocusChain();
+  for (QWidget *stop : {static_cast<QWidget *>(m_allow), static_cast<QWidget *>(m_deny), m_close}) {
+    setTabOrder(previous, stop);
+    previous = stop;
+  }
+}
+
 void TPermissionBar::Ask(const QString &question) {
   m_question->setText(question);
   setAccessibleName(question);
   SetButtonsEnabled(false);
+  if (parentWidget() != nullptr) ComeBeforePage();
   show();
   m_wake.start();
   // The bar does not take the keyboard, so a screen reader has to be told that it is there.

@@ -29,9 +29,11 @@ class TPermissionBar final : public QFrame {
 
  private:
   void SetButtonsEnabled(bool enabled);
+  void ComeBeforePage();
 
   QLabel *m_question = nullptr;
   QPushButton *m_allow = nullptr;
   QPushButton *m_deny = nullptr;
+  QWidget *m_close = nullptr;
   QTimer m_wake;
 };
