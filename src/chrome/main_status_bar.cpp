@@ -48,10 +48,10 @@ TMainStatusBar::TMainStatusBar(const TLanguage &language, TFrameUpdates &updates
       m_text(MakePanel(this, "pnlStatusText")),
       m_note(MakePanel(this, "pnlStatusNote")),
       m_progress(new QProgressBar(this)),
-      m_security(MakeButton(this, "tbSecurity")),
-      m_downloads(MakeButton(this, "tbDownloadsActive")),
       m_pagesToCome(MakeButton(this, "tbPagesToCome")),
       m_stopped(MakeButton(this, "tbPopupsStopped")),
+      m_downloads(MakeButton(this, "tbDownloadsActive")),
+      m_security(MakeButton(this, "tbSecurity")),
       m_stoppedMenu(new QMenu(this)) {
   setObjectName(QStringLiteral("StatusBar"));
   m_progress->setObjectName(QStringLiteral("ProgressBar"));

@@ -56,9 +56,10 @@ class TMainStatusBar final : public QStatusBar {
   QLabel *m_text;
   QLabel *m_note;
   QProgressBar *m_progress;
-  QToolButton *m_security;
-  QToolButton *m_downloads;
+  // In the order in which they stand there and the Tab key reaches them.
   QToolButton *m_pagesToCome;
   QToolButton *m_stopped;
+  QToolButton *m_downloads;
+  QToolButton *m_security;
   QMenu *m_stoppedMenu;
 };

@@ -2,6 +2,7 @@
 
 #include <QMainWindow>
 #include <QToolBar>
+#include <QToolButton>
 
 #include "actions/actions.h"
 #include "chrome/busy_indicator.h"
@@ -19,6 +20,11 @@ QToolBar *MakeBar(QMainWindow *window, const char *name, const char *title) {
   bar->setMovable(false);
   bar->setFloatable(false);
   bar->setContextMenuPolicy(Qt::PreventContextMenu);
+  // What a narrow window has no room for is behind this button, which the toolkit leaves without a name.
+  if (auto *more = bar->findChild<QToolButton *>(QStringLiteral("qt_toolbar_ext_button"))) {
+    more->setAccessibleName(QStringLiteral("__ToolbarMore"));
+    more->setToolTip(QStringLiteral("__ToolbarMore"));
+  }
   return bar;
 }
 
@@ -30,6 +36,7 @@ TMainToolbars::TMainToolbars(QMainWindow *window, const TActions &actions, TAddr
       m_toolbar(MakeBar(window, "ToolBar", "__ToolbarName")),
       m_addressBand(MakeBar(window, "pnlAddress", "__AddressBarName")),
       m_busy(new TBusyIndicator(updates, m_toolbar)) {
+  m_busy->setAccessibleName(QStringLiteral("__BusyName"));
   FillToolbar(actions);
   FillAddressBand(actions, address);
   QAction *go = actions[TCommand::Go];

@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QScreen>
 #include <QStandardItemModel>
+#include <QStyledItemDelegate>
 
 #include "ui/shown_address.h"
 
@@ -15,6 +16,16 @@ constexpr int AddressRole = Qt::UserRole + 1;
 constexpr double AddressShare = 0.6;  // of the width; the rest is the title's
 constexpr float TitleOpacity = 0.65F;
 constexpr int PageStep = 5;
+constexpr int LeastRowHeight = 24;  // pixels; what is clicked is to be hit by everybody
+
+// Rows that can be hit.
+class TRowDelegate final : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+  [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override {
+    return QStyledItemDelegate::sizeHint(option, index).expandedTo(QSize(0, LeastRowHeight));
+  }
+};
 
 QStandardItem *MakeItem(const QString &text) {
   auto *item = new QStandardItem(text);
@@ -31,6 +42,7 @@ TSuggestionList::TSuggestionList(QWidget *below, QLineEdit *edit, const QString 
   setFocusPolicy(Qt::NoFocus);
   setAccessibleName(accessibleName);
   setModel(m_model);
+  setItemDelegate(new TRowDelegate(this));
   setHeaderHidden(true);
   setRootIsDecorated(false);
   setUniformRowHeights(true);

@@ -28,6 +28,9 @@ TfrmConfirm::TfrmConfirm(const TQuestion &question, QWidget *owner)
   m_ui->setupUi(this);
   if (owner != nullptr) setFont(owner->font());
   setWindowTitle(question.caption);
+  // Read out as soon as the dialog is there: the keyboard is on a button then.
+  setAccessibleDescription(
+      QStringList{question.firstLine, Shortened(question.secondText, LongestText)}.join(u'\n').trimmed());
   QPalette flat = m_ui->mmoPrompt2->palette();
   flat.setColor(QPalette::Base, palette().color(QPalette::Window));
   flat.setColor(QPalette::Text, palette().color(QPalette::WindowText));

@@ -14,6 +14,7 @@ void Show(QMessageBox::Icon icon, QWidget *owner, const TLanguage &language, con
   const QString title = caption.isEmpty() ? QApplication::applicationDisplayName() : caption;
   auto *box = new QMessageBox(icon, title, text, QMessageBox::NoButton, owner);
   box->setTextFormat(Qt::PlainText);
+  box->setAccessibleDescription(text);
   box->addButton(language.Global("OK"), QMessageBox::AcceptRole);
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->open();

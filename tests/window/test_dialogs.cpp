@@ -71,6 +71,7 @@ class TestDialogs final : public QObject {
     QFETCH(bool, isRisky);
     OnModalDialog<TfrmConfirm>([=](TfrmConfirm &dialog) {
       QCOMPARE(dialog.windowTitle(), u"Caption"_s);
+      QCOMPARE(dialog.accessibleDescription(), u"First\nSecond"_s);
       QCOMPARE(Child<QLabel>(dialog, "lblTitle").text(), u"First"_s);
       QCOMPARE(Child<QTextEdit>(dialog, "mmoPrompt2").toPlainText(), u"Second"_s);
       QCOMPARE(Child<QCheckBox>(dialog, "chkConfirm").text(), u"Box"_s);

@@ -31,6 +31,7 @@ TScriptDialog::TScriptDialog(TKind kind, const QString &heading, const QString &
   m_ui->mmoMessage->setAccessibleName(heading);
   const bool cut = message.size() > LongestMessage;
   m_ui->mmoMessage->setPlainText(cut ? message.left(LongestMessage) + QChar(0x2026) : message);
+  setAccessibleDescription(heading + u'\n' + m_ui->mmoMessage->toPlainText());
   m_ui->txtValue->setMaxLength(LongestValue);
   m_ui->txtValue->setAccessibleName(message.left(TextWidthInCharacters * 2).simplified());
   m_ui->txtValue->setVisible(kind == TKind::Prompt);

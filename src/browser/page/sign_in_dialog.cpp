@@ -49,9 +49,12 @@ QString TSignInDialog::Password() const {
 
 void TSignInDialog::showEvent(QShowEvent *event) {
   const int width = fontMetrics().averageCharWidth() * TextWidthInCharacters;
+  QStringList lines;
   for (QLabel *label : {m_ui->lblHost, m_ui->lblRealm, m_ui->lblWarning}) {
     label->setMinimumSize(width, label->heightForWidth(width));
+    if (!label->isHidden()) lines.append(label->text());
   }
+  setAccessibleDescription(lines.join(u'\n'));
   adjustSize();
   QDialog::showEvent(event);
 }
