@@ -50,7 +50,8 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       popups(window, tabs, tabMenu),
       policy(engine, popups, searchLists),
       fullScreen(window, actions, tabs, settings),
-      bars(window, actions, toolbars, *status, *pages, fullScreen, settings),
+      edges(window, fullScreen),
+      bars(window, actions, toolbars, *status, *pages, fullScreen, edges, settings),
       placement(window, fullScreen, settings),
       activeTab(window, tabs, pageCommands, *address, *status, toolbars.Busy(), popups.Stopped(), *frameUpdates),
       downloadsView(actions, *status, downloads, language),
@@ -65,7 +66,9 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
 // What one module tells another that does not know it.
 void TModules::Join() {
   QObject::connect(&tabs, &TTabStrip::PageSetsOut, framePacer, &TFramePacer::GiveWay);
-  QObject::connect(&tabCommands, &TTabCommands::AddressWanted, &search, &TAddressSearch::EditAddress);
+  QObject::connect(&tabCommands, &TTabCommands::AddressWanted, address, [this] {
+    if (address->isVisible()) address->FocusAll();
+  });
   QObject::connect(&tabCommands, &TTabCommands::TextToOpen, &search,
                    [this](const QString &text) { search.Open(text, true); });
   QObject::connect(&fullScreen, &TFullScreen::BarsChanged, &pageCommands,

@@ -22,6 +22,7 @@
 #include "browser/tabs/tab_strip.h"
 #include "chrome/active_tab_view.h"
 #include "chrome/downloads_view.h"
+#include "chrome/edge_bars.h"
 #include "chrome/full_screen.h"
 #include "chrome/language_menu.h"
 #include "chrome/main_status_bar.h"
@@ -93,6 +94,7 @@ class TModules final {
   TPopupBlocker popups;
   TBrowsingPolicy policy;
   TFullScreen fullScreen;
+  TEdgeBars edges;
   TWindowBars bars;
   TWindowPlacement placement;
   TActiveTabView activeTab;

@@ -6,19 +6,21 @@
 
 #include "actions/actions.h"
 #include "browser/strip/page_control.h"
+#include "chrome/edge_bars.h"
 #include "chrome/full_screen.h"
 #include "chrome/main_status_bar.h"
 #include "chrome/main_toolbars.h"
 #include "config/settings.h"
 
 TWindowBars::TWindowBars(QMainWindow *window, TActions &actions, TMainToolbars &toolbars, TMainStatusBar &status,
-                         TZVPageControl &pages, TFullScreen &fullScreen, TSettings &settings)
+                         TZVPageControl &pages, TFullScreen &fullScreen, TEdgeBars &edges, TSettings &settings)
     : m_window(window),
       m_actions(actions),
       m_toolbars(toolbars),
       m_status(status),
       m_pages(pages),
       m_fullScreen(fullScreen),
+      m_edges(edges),
       m_settings(settings) {
   for (const TFlagSetting *setting : {&Setting::ViewToolbar, &Setting::ViewAddressBar, &Setting::ViewStatusBar,
                                       &Setting::FullscreenStatusBar, &Setting::FullscreenMenuBar}) {
@@ -31,10 +33,8 @@ TWindowBars::TWindowBars(QMainWindow *window, TActions &actions, TMainToolbars &
   connect(actions[TCommand::ViewMenuBar], &QAction::triggered, this,
           [this](bool on) { m_settings.Set(Setting::FullscreenMenuBar, on); });
   connect(&fullScreen, &TFullScreen::BarsChanged, this, &TWindowBars::Apply);
-  connect(actions[TCommand::FocusMenuBar], &QAction::triggered, this, [this] {
-    QMenuBar *bar = m_window->menuBar();
-    if (bar->isVisible()) bar->setActiveAction(bar->actions().value(0));
-  });
+  connect(&edges, &TEdgeBars::Changed, this, &TWindowBars::Apply);
+  connect(actions[TCommand::FocusMenuBar], &QAction::triggered, &edges, &TEdgeBars::OpenMenus);
 }
 
 bool TWindowBars::ShowsStatusBar() const {
@@ -50,11 +50,13 @@ void TWindowBars::Apply() {
   m_actions[TCommand::ViewStatusBar]->setChecked(ShowsStatusBar());
   m_actions[TCommand::ViewMenuBar]->setChecked(ShowsMenuBar());
   m_actions[TCommand::ViewMenuBar]->setVisible(m_fullScreen.IsOn());
-  m_window->menuBar()->setVisible(ShowsMenuBar() && !pageOnly);
-  m_status.setVisible(ShowsStatusBar() && !pageOnly);
+  m_window->menuBar()->setVisible((ShowsMenuBar() || m_edges.ShowsMenuBar()) && !pageOnly);
+  m_status.setVisible((ShowsStatusBar() || m_edges.ShowsStatusBar()) && !pageOnly);
   m_toolbars.Toolbar()->setVisible(m_settings.Get(Setting::ViewToolbar) && !pageOnly);
   m_toolbars.AddressBand()->setVisible(m_settings.Get(Setting::ViewAddressBar) && !pageOnly);
   m_pages.SetStripVisible(!pageOnly);
+  // A page that has the screen to itself has its keys as well, and nothing is shown beside it.
+  m_actions[TCommand::EditAddress]->setEnabled(!pageOnly);
 }
 
 void TWindowBars::Save() {

@@ -4,21 +4,23 @@
 
 class QMainWindow;
 class TActions;
+class TEdgeBars;
 class TFullScreen;
 class TMainStatusBar;
 class TMainToolbars;
 class TSettings;
 class TZVPageControl;
 
-// Which bars of the main window are to be seen: the user's choice for the normal window, another one for full screen,
-// and none at all while a page has the screen to itself.
+// Which bars of the main window are to be seen: the user's choice for the normal window, another one for full screen
+// (and there what the mouse or the keyboard brings back for a while), and none at all while a page has the screen to
+// itself.
 class TWindowBars final : public QObject {
   Q_OBJECT
 
  public:
   // All must outlive this object.
   TWindowBars(QMainWindow *window, TActions &actions, TMainToolbars &toolbars, TMainStatusBar &status,
-              TZVPageControl &pages, TFullScreen &fullScreen, TSettings &settings);
+              TZVPageControl &pages, TFullScreen &fullScreen, TEdgeBars &edges, TSettings &settings);
 
   // Shows the bars as the settings say; what changes them later does so by itself.
   void Apply();
@@ -35,5 +37,6 @@ class TWindowBars final : public QObject {
   TMainStatusBar &m_status;
   TZVPageControl &m_pages;
   TFullScreen &m_fullScreen;
+  TEdgeBars &m_edges;
   TSettings &m_settings;
 };

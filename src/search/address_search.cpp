@@ -44,7 +44,7 @@ TAddressSearch::TAddressSearch(QWidget *window, TActions &actions, TAddressBar &
 }
 
 void TAddressSearch::EditAddress() {
-  if (!m_bar.isVisible() && !m_window->isFullScreen()) m_settings.Set(Setting::ViewAddressBar, true);
+  if (!m_bar.isVisible()) m_settings.Set(Setting::ViewAddressBar, true);
   if (m_bar.isVisible()) m_bar.FocusAll();
 }
 

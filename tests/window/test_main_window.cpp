@@ -6,10 +6,12 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
 #include <QTranslator>
 #include <QWebEnginePage>
+#include <QWindow>
 
 #include "config/registry_paths.h"
 #include "groups/group_folder.h"
@@ -88,6 +90,56 @@ class TestMainWindow final : public QObject {
     Action(TCommand::CloseTab)->trigger();
     QTRY_VERIFY(!m_f.window->isFullScreen());
     QVERIFY(m_f.window->menuBar()->isVisible());
+  }
+
+  // The bars that full screen hides come while the mouse is at their edge, or the keyboard in the menus.
+  void BarsAtTheEdges() {
+    Action(TCommand::FullScreen)->trigger();
+    QTRY_VERIFY(m_f.window->isFullScreen());
+    const QWidget &menus = *m_f.window->menuBar();
+    const QWidget &status = *m_f.window->findChild<QStatusBar *>();
+    const auto moveTo = [&](int y) { QTest::mouseMove(m_f.window->windowHandle(), QPoint(200, y)); };
+    const int middle = m_f.window->height() / 2;
+    QVERIFY(!menus.isVisible() && !status.isVisible());
+    moveTo(middle);
+    moveTo(0);
+    QTRY_VERIFY(menus.isVisible() && !status.isVisible());
+    moveTo(menus.height() / 2);
+    QCoreApplication::processEvents();
+    QVERIFY(menus.isVisible());
+    moveTo(middle);
+    QTRY_VERIFY(!menus.isVisible());
+    moveTo(m_f.window->height() - 1);
+    QTRY_VERIFY(status.isVisible() && !menus.isVisible());
+    moveTo(middle);
+    QTRY_VERIFY(!status.isVisible());
+
+    Action(TCommand::FocusMenuBar)->trigger();
+    QTRY_VERIFY(menus.isVisible() && QApplication::activePopupWidget() != nullptr);
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+    QTest::keyClick(m_f.window->menuBar(), Qt::Key_Escape);
+    QTRY_VERIFY(!menus.isVisible());
+    QVERIFY(!TZVOptions(*m_f.store).Get(Setting::FullscreenMenuBar));
+
+    // The address box that somebody has put away comes for those who ask for it, and not with each new tab.
+    Action(TCommand::ViewAddressBar)->setChecked(false);
+    Action(TCommand::NewBlank)->trigger();
+    QVERIFY(!Bar()->isVisible());
+    Action(TCommand::EditAddress)->trigger();
+    QVERIFY(Bar()->isVisible());
+    QCOMPARE(m_f.window->focusWidget(), Bar());
+  }
+
+  void TabKeyFollowsTheStatusBar() {
+    QWidget &status = *m_f.window->findChild<QStatusBar *>();
+    for (auto *button : status.findChildren<QToolButton *>()) button->show();
+    QCoreApplication::processEvents();
+    QList<int> places;
+    for (const QWidget *widget = status.nextInFocusChain(); widget != &status; widget = widget->nextInFocusChain()) {
+      if (widget->parent() == &status && (widget->focusPolicy() & Qt::TabFocus) != 0) places.append(widget->x());
+    }
+    QVERIFY(places.size() >= 4);
+    QVERIFY(std::ranges::is_sorted(places));
   }
 
   void RightToLeft() {
