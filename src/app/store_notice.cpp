@@ -21,6 +21,9 @@ TStoreNotice::~TStoreNotice() {
 
 void TStoreNotice::Begin() {
   Tell();
+  if (const QString &file = m_language.UnreadFile(); !file.isEmpty()) {
+    Show(m_language.Text("MAIN", "LanguageNotRead").arg(file));
+  }
   if (m_store.HasMissedReads()) Show(m_language.Text("MAIN", "StoreNotRead"));
   // The store is in the middle of a call then.
   m_store.SetTroubleHandler([this] { QMetaObject::invokeMethod(this, &TStoreNotice::Tell, Qt::QueuedConnection); });

@@ -8,7 +8,7 @@ class TLanguage;
 class TRegistryStore;
 
 // Tells the user when the settings' file was set aside, could not be read at the start, or takes nothing for good or
-// for now.
+// for now; and when the start could not read his language file.
 class TStoreNotice final : public QObject {
   Q_OBJECT
 

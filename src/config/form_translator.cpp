@@ -128,12 +128,13 @@ void TFormTranslator::TranslateItems(QObject *component) const {
   }
 }
 
-// A tree view without decorated roots is a list with columns. Only models that hold their items are walked: one that
-// reads a disk or a data base fills in its own texts.
+// A tree view without decorated roots, but with captions over its columns, is a list: its rows are data. Only models
+// that hold their items are walked: one that reads a disk or a data base fills in its own texts.
 void TFormTranslator::TranslateView(QAbstractItemView *view) const {
   if (auto *tree = qobject_cast<QTreeView *>(view)) {
-    TranslateHeader(view, Qt::Horizontal, !tree->rootIsDecorated());
-    if (!tree->rootIsDecorated()) return;
+    const bool isList = !tree->rootIsDecorated() && !tree->isHeaderHidden();
+    TranslateHeader(view, Qt::Horizontal, isList);
+    if (isList) return;
     TItemSection chosen;
     if (auto *widget = qobject_cast<QTreeWidget *>(tree)) {
       TranslateNodes(widget->invisibleRootItem(), chosen);

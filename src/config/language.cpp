@@ -32,8 +32,14 @@ class TKeyNames final : public QTranslator {
 
 void TLanguage::Load(TZVOptions &options) {
   const QString name = options.Get(Setting::LanguageFile);
-  if (LoadFile(ProgramFolders::Find(Folder, name))) return;
-  if (name != DefaultFile) options.Set(Setting::LanguageFile, DefaultFile);
+  const QString path = ProgramFolders::Find(Folder, name);
+  m_unreadFile.clear();
+  if (LoadFile(path)) return;
+  if (!path.isEmpty()) {
+    m_unreadFile = name;
+  } else if (name != DefaultFile) {
+    options.Set(Setting::LanguageFile, DefaultFile);
+  }
   LoadFile(ProgramFolders::Find(Folder, DefaultFile));
   m_fileName = DefaultFile;
 }

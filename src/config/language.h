@@ -20,11 +20,15 @@ class TLanguage final {
   static constexpr const char *DefaultFile = "zveng.ini";
   static constexpr const char *Folder = "Languages";
 
-  // Loads the file that the setting LanguageFile names. A file that is not there, or cannot be read, is replaced by the
-  // default one, and the setting is corrected in the store. When that is missing too, every look-up falls back.
+  // Loads the file that the setting LanguageFile names. A file that is not there is replaced by the default one, and
+  // the setting is corrected in the store. One that is there and cannot be read is replaced for this run only: it stays
+  // the user's choice. When the default file is missing too, every look-up falls back.
   void Load(TZVOptions &options);
   // Loads exactly this file; false when it cannot be read (every look-up then falls back).
   bool LoadFile(const QString &path);
+
+  // The file that Load could not read, without folder; empty when there was none.
+  [[nodiscard]] const QString &UnreadFile() const { return m_unreadFile; }
 
   // The name, without folder, of the current language file.
   [[nodiscard]] const QString &FileName() const { return m_fileName; }
@@ -58,5 +62,6 @@ class TLanguage final {
 
  private:
   TIniFile m_texts;
+  QString m_unreadFile;
   QString m_fileName = QString::fromLatin1(DefaultFile);
 };

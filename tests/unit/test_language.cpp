@@ -67,7 +67,10 @@ QString Nodes(const QStringList &texts, const TLanguage &language, bool isWidget
     language.TranslateForm(&tree, "FORM");
     for (QTreeWidgetItemIterator item(&tree); *item != nullptr; ++item) result.append((*item)->text(0));
   } else {
+    // A flat one, without captions over its columns.
     QTreeView tree;
+    tree.setRootIsDecorated(false);
+    tree.setHeaderHidden(true);
     QStandardItemModel model;
     for (const QString &text : texts) model.appendRow(new QStandardItem(text));
     tree.setModel(&model);
@@ -255,6 +258,24 @@ class TTestLanguage final : public QObject {
     QCOMPARE(language.FileName(), current);
     QCOMPARE(options.Get(Setting::LanguageFile), current);
     QCOMPARE(language.Global("OK"), current == "my.ini" ? "Mine" : "OK");
+    QVERIFY(language.UnreadFile().isEmpty());
+  }
+
+  // It may be readable the next time.
+  void LoadKeepsTheChoiceOfAnUnreadableFile() {
+    const QString own = ProgramFolders::UserData() + "/Languages";
+    WriteLanguage(own, "my.ini", "[GLOBAL]\nOK=Mine\n");
+    // Beyond any use, and not only for those who are no superuser.
+    QVERIFY(QFile::resize(own + "/my.ini", 65 * 1024 * 1024));
+    TRegistryStore store(m_folder->filePath("registry.sqlite"));
+    TZVOptions options(store);
+    options.Set(Setting::LanguageFile, QString("my.ini"));
+    TLanguage language;
+    language.Load(options);
+    QCOMPARE(language.FileName(), "zveng.ini");
+    QCOMPARE(language.Global("OK"), "OK");
+    QCOMPARE(language.UnreadFile(), "my.ini");
+    QCOMPARE(options.Get(Setting::LanguageFile), "my.ini");
   }
 
   void TheMenuListsFilesAndStoresTheChoice() {
