@@ -66,8 +66,9 @@ bool TGroupFolder::Delete(const QString &path) {
       ShowConfirm(m_window, {.caption = m_language.Global("HalvexGroup"),
                              .firstLine = m_language.Text("HalvexGroups", "DeletePrompt").arg(info.fileName()),
                              .secondText = m_language.Text("CONFIRM", "Proceed"),
-                             .ok = m_language.Global("Yes"),
-                             .cancel = m_language.Global("No")});
+                             .ok = m_language.Text("HalvexGroups", "MoveToTrash"),
+                             .cancel = m_language.Global("Cancel"),
+                             .isRisky = true});
   if (!answer.accepted || !self) return false;
   QFile file(info.filePath());
   const bool isGone = file.moveToTrash();

@@ -206,7 +206,8 @@ QString TPageGroups::AskNewFile() {
                                                 .firstLine = m_language.Global("HalvexGroupDuplicate"),
                                                 .secondText = QFileInfo(file).fileName(),
                                                 .ok = m_language.Global("Yes"),
-                                                .cancel = m_language.Global("No")});
+                                                .cancel = m_language.Global("No"),
+                                                .isRisky = true});
   return answer.accepted ? file : QString();
 }
 

@@ -38,6 +38,10 @@ TAddressBar::TAddressBar(const TLanguage &language, TSettings &settings, THistor
       m_history(history),
       m_suggestions(new TSuggestionList(this, lineEdit(), language.Text("MAIN", "AddressSuggestionsName"))) {
   setObjectName(QStringLiteral("cboAddress"));
+  // The label names the box, but it is the edit field in it that has the keyboard.
+  for (QWidget *part : {static_cast<QWidget *>(this), static_cast<QWidget *>(lineEdit())}) {
+    part->setAccessibleName(language.Text("MAIN", "AddressLabel"));
+  }
   setMaxVisibleItems(TTypedAddresses::Most);
   settings.Follow(Setting::AutoCompleteStyle, this, [this] { HideSuggestions(); });
   LoadTypedAddresses();
@@ -98,7 +102,8 @@ void TAddressBar::ClearAddressHistory() {
                                                 .firstLine = m_language.Global("ClearAddressHistory"),
                                                 .secondText = note,
                                                 .ok = m_language.Global("Yes"),
-                                                .cancel = m_language.Global("No")});
+                                                .cancel = m_language.Global("No"),
+                                                .isRisky = true});
   if (!answer.accepted) return;
   m_addresses.Clear();
   SetEntries({});

@@ -135,6 +135,7 @@ class TestMnemonics final : public QObject {
           3);
     Check(TfrmConfirm({.ok = language.Global("OK"), .checkBox = language.Global("PopupNotifyDontAsk")}), 1);
     Check(TfrmConfirm({.ok = language.Text("DOWNLOADS", "Run"), .cancel = cancel}), 1);
+    Check(TfrmConfirm({.ok = language.Text("HalvexGroups", "MoveToTrash"), .cancel = cancel}), 1);
     TScriptDialog leave(TScriptDialog::TKind::BeforeUnload, u"?"_s, u"?"_s, language);
     leave.OfferToKeep(true);
     Check(leave, 3);

@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPointer>
+#include <QScreen>
 
 #include "browser/downloads/download_delegate.h"
 #include "browser/downloads/download_list.h"
@@ -15,6 +16,7 @@ namespace {
 
 constexpr int WidthInCharacters = 90;
 constexpr int HeightInLines = 24;
+constexpr double LargestShareOfScreen = 0.9;
 
 }  // namespace
 
@@ -25,7 +27,9 @@ TDownloadWindow::TDownloadWindow(TDownloadList &downloads, const TLanguage &lang
   // It stays open beside the pages, as a window does; Enter belongs to the list.
   setWindowFlags(windowFlags() | Qt::WindowMinMaxButtonsHint);
   for (auto *button : findChildren<QPushButton *>()) button->setAutoDefault(false);
-  resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * HeightInLines);
+  const QSize wanted(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * HeightInLines);
+  // It opens over the middle of its parent; where the screen has no room for it, it is to lie inside all the same.
+  resize(wanted.boundedTo((parent != nullptr ? parent : this)->screen()->availableSize() * LargestShareOfScreen));
   QListView &list = *m_ui->lvDownloads;
   list.setModel(&downloads);
   list.setItemDelegate(new TDownloadDelegate(&list));
