@@ -20,6 +20,18 @@ void TTabBarAccessible::Announce(TTabBarView &view, QAccessible::Event type, con
   QAccessible::updateAccessibility(&event);
 }
 
+void TTabBarAccessible::AnnounceFocus(TTabBarView &view) {
+  if (!QAccessible::isActive()) return;
+  // The toolkit is about to say that the strip as a whole has it; the last word counts.
+  QMetaObject::invokeMethod(
+      &view,
+      [&view] {
+        const TTab *active = view.Tabs().Active();
+        if (active && view.hasFocus()) Announce(view, QAccessible::Focus, active);
+      },
+      Qt::QueuedConnection);
+}
+
 void TTabBarAccessible::AnnounceMove(TTabBarView &view, const TTab *tab) {
   if (!QAccessible::isActive() || !tab->visible) return;
   QAccessibleEvent reordered(&view, QAccessible::ObjectReorder);

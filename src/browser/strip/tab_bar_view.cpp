@@ -442,7 +442,7 @@ void TTabBarView::focusInEvent(QFocusEvent *event) {
   m_scrolledByHand = false;
   Reveal(active);
   UpdateTab(active);
-  TTabBarAccessible::Announce(*this, QAccessible::Focus, active);
+  TTabBarAccessible::AnnounceFocus(*this);
 }
 
 void TTabBarView::focusOutEvent(QFocusEvent *event) {
