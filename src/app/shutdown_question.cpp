@@ -19,7 +19,8 @@ bool AskShutdown(QWidget *window, const TLanguage &language, TSettings &settings
                                               .secondText = language.Text("CONFIRM", "Proceed"),
                                               .ok = language.Global("Yes"),
                                               .cancel = language.Global("No"),
-                                              .checkBox = ask ? language.Text("CONFIRM", "DontAsk") : QString()});
+                                              .checkBox = ask ? language.Text("CONFIRM", "DontAsk") : QString(),
+                                              .isRisky = running > 0});
   if (answer.checked) settings.Set(Setting::ConfirmShutdown, false);
   return answer.accepted;
 }
