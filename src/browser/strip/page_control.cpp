@@ -22,7 +22,8 @@ struct TZVPageControl::TPrivate {
   TPageHost *host = nullptr;
   TTabBarView *view = nullptr;
   bool stripVisible = true;
-  int updates = 0;  // BeginUpdate calls without their EndUpdate
+  int updates = 0;                  // BeginUpdate calls without their EndUpdate
+  QWidget *activeBefore = nullptr;  // the first of them; only a key
 };
 
 TZVPageControl::TZVPageControl(QWidget *parent, TFrameUpdates *updates)
@@ -263,15 +264,22 @@ void TZVPageControl::SwitchTo(QWidget *page) {
   TTab *before = d->tabs.Active();
   d->tabs.SetActive(d->tabs.Find(page));
   d->view->ActiveChanged(before);
-  if (d->updates == 0) d->host->Present(page);
+  if (d->updates > 0) return;
+  TTabBarAccessible::AnnounceActive(*d->view, before);
+  d->host->Present(page);
 }
 
 void TZVPageControl::BeginUpdate() {
-  ++d->updates;
+  if (d->updates++ == 0) d->activeBefore = ActivePage();
 }
 
 void TZVPageControl::EndUpdate() {
-  if (--d->updates == 0) d->host->Present(ActivePage());
+  if (--d->updates > 0) return;
+  // Nobody is told of a tab that was active on the way.
+  if (ActivePage() != d->activeBefore) {
+    TTabBarAccessible::AnnounceActive(*d->view, d->tabs.Find(d->activeBefore));
+  }
+  d->host->Present(ActivePage());
 }
 
 // What happens on the way, by show and focus events, may activate yet another page: that one is then reported, not

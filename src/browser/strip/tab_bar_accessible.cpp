@@ -20,6 +20,14 @@ void TTabBarAccessible::Announce(TTabBarView &view, QAccessible::Event type, con
   QAccessible::updateAccessibility(&event);
 }
 
+void TTabBarAccessible::AnnounceActive(TTabBarView &view, const TTab *before) {
+  if (before) Announce(view, QAccessible::SelectionRemove, before);
+  const TTab *active = view.Tabs().Active();
+  if (!active) return;
+  Announce(view, QAccessible::Selection, active);
+  if (view.hasFocus()) Announce(view, QAccessible::Focus, active);
+}
+
 void TTabBarAccessible::AnnounceFocus(TTabBarView &view) {
   if (!QAccessible::isActive()) return;
   // The toolkit is about to say that the strip as a whole has it; the last word counts.

@@ -17,6 +17,8 @@ class TTabBarAccessible final : public QAccessibleWidget {
   static void Install();
   // Tells screen readers what has happened to a tab; a hidden one is none of their business.
   static void Announce(TTabBarView &view, QAccessible::Event type, const TTab *tab);
+  // Another tab is active now than `before`, which may be null.
+  static void AnnounceActive(TTabBarView &view, const TTab *before);
   // The strip has got the keyboard, and in it the active tab.
   static void AnnounceFocus(TTabBarView &view);
   // The tab has another place. Whoever has moved it by keyboard hears where it is now.

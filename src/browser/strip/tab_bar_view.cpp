@@ -123,14 +123,9 @@ void TTabBarView::ActiveChanged(TTab *before) {
   TTab *active = m_tabs.Active();
   m_scrolledByHand = false;
   if (before) UpdateTab(before);
-  if (active) {
-    UpdateTab(active);
-    if (!m_stale) Reveal(active);
-  }
-  if (before) TTabBarAccessible::Announce(*this, QAccessible::SelectionRemove, before);
   if (!active) return;
-  TTabBarAccessible::Announce(*this, QAccessible::Selection, active);
-  if (hasFocus()) TTabBarAccessible::Announce(*this, QAccessible::Focus, active);
+  UpdateTab(active);
+  if (!m_stale) Reveal(active);
 }
 
 void TTabBarView::SetImages(const QList<QIcon> &images) {
