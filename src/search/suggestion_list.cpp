@@ -6,8 +6,8 @@
 #include <QLineEdit>
 #include <QScreen>
 #include <QStandardItemModel>
-#include <QStyledItemDelegate>
 
+#include "search/row_delegate.h"
 #include "ui/shown_address.h"
 
 namespace {
@@ -16,16 +16,6 @@ constexpr int AddressRole = Qt::UserRole + 1;
 constexpr double AddressShare = 0.6;  // of the width; the rest is the title's
 constexpr float TitleOpacity = 0.65F;
 constexpr int PageStep = 5;
-constexpr int LeastRowHeight = 24;  // pixels; what is clicked is to be hit by everybody
-
-// Rows that can be hit.
-class TRowDelegate final : public QStyledItemDelegate {
- public:
-  using QStyledItemDelegate::QStyledItemDelegate;
-  [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override {
-    return QStyledItemDelegate::sizeHint(option, index).expandedTo(QSize(0, LeastRowHeight));
-  }
-};
 
 QStandardItem *MakeItem(const QString &text) {
   auto *item = new QStandardItem(text);

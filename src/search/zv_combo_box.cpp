@@ -12,6 +12,7 @@
 
 #include "browser/engine/address.h"
 #include "browser/strip/link_mime.h"
+#include "search/row_delegate.h"
 #include "ui/shown_address.h"
 
 namespace {
@@ -50,6 +51,7 @@ TZVComboBox::TZVComboBox(QWidget *parent) : QComboBox(parent) {
   lineEdit()->installEventFilter(this);
   view()->installEventFilter(this);
   view()->setTextElideMode(Qt::ElideRight);
+  setItemDelegate(new TRowDelegate(this));
   connect(lineEdit(), &QLineEdit::textEdited, this, &TZVComboBox::TakeEdited);
   connect(lineEdit(), &QLineEdit::textChanged, this, [this](const QString &text) { m_lastText = text; });
 }

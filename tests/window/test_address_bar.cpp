@@ -313,6 +313,9 @@ class TestAddressBar final : public QObject {
     const QStringList expected = {"http://often.example/", "http://now.example/", "http://typed.example/news"};
     QTRY_COMPARE(Suggested(), expected);
     QCOMPARE(Suggestions()->model()->index(1, 1).data().toString(), "Now and then <b>news</b>");
+    for (const QAbstractItemView *list : {static_cast<QAbstractItemView *>(Suggestions()), m_f->bar->view()}) {
+      QVERIFY(list->sizeHintForRow(0) >= 24);
+    }
     m_f->Type("exam else");
     QTRY_COMPARE(Suggested(), QStringList("http://other.example/"));
     m_f->Type("nowhere");
