@@ -14,6 +14,12 @@ inline constexpr const char *SearchEngines = R"(Software\Velmora\Zarvela\Current
 inline constexpr const char *SearchBar = R"(Software\Velmora\Zarvela\CurrentVersion\Search Bar)";
 inline constexpr const char *QuickSearch = R"(Software\Velmora\Zarvela\CurrentVersion\QuickSearch)";
 inline constexpr const char *PopupHalvex = R"(Software\Velmora\Zarvela\CurrentVersion\PopupHalvex)";
+// What the user has allowed and refused to sites, see TPermissionDecisions.
+inline constexpr const char *SitePermissions = R"(Software\Velmora\Zarvela\CurrentVersion\Site Permissions)";
+// The zoom of sites in percent, by their hosts, see TSiteZoom.
+inline constexpr const char *SiteZoom = R"(Software\Velmora\Zarvela\CurrentVersion\Site Zoom)";
+// What was downloaded, see TKeptDownloads.
+inline constexpr const char *Downloads = R"(Software\Velmora\Zarvela\CurrentVersion\Downloads)";
 inline constexpr const char *BrowserHelperObjects = R"(Software\Velmora\Zarvela\CurrentVersion\Browser Helper Objects)";
 inline constexpr const char *Bands = R"(Software\Velmora\Zarvela\CurrentVersion\Bands)";
 inline constexpr const char *PageSetup = R"(Software\Velmora\Zarvela\CurrentVersion\Page Setup)";

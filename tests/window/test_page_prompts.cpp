@@ -1,8 +1,10 @@
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QVBoxLayout>
 #include <QWebEngineContextMenuRequest>
@@ -16,7 +18,10 @@
 #include "browser/page/page_prompts.h"
 #include "browser/page/question_sheet.h"
 #include "browser/page/sign_in_dialog.h"
+#include "browser/page/site_permissions.h"
 #include "config/language.h"
+#include "config/registry_paths.h"
+#include "store/registry_store.h"
 #include "support/data_row.h"
 #include "support/test_server.h"
 
@@ -42,7 +47,10 @@ class TestPagePrompts final : public QObject {
     QVERIFY(m_server.Listen());
     m_server.RoutePage("/page", "Page", "<a id=a href='/target' style='font-size:80px'>link</a>");
   }
-  void init() { BeginRun(); }
+  void init() {
+    m_folder = std::make_unique<QTemporaryDir>();
+    BeginRun();
+  }
   void cleanup() { EndRun(); }
 
   void menuHasWhatWorks_data() {
@@ -189,24 +197,24 @@ class TestPagePrompts final : public QObject {
   }
 
   void permissionIsAskedAndRemembered_data() {
-    Columns<QString, QString, bool>("button", "answer", "remembered");
-    QTest::newRow("allow") << u"cmdAllow"_s << u"granted"_s << true;
-    QTest::newRow("deny") << u"cmdDeny"_s << u"denied"_s << true;
-    QTest::newRow("not now") << u"cmdClose"_s << u"denied"_s << false;
+    Columns<QString, QString, bool, bool>("button", "answer", "remembered", "lasts");
+    QTest::newRow("allow") << u"cmdAllow"_s << u"granted"_s << true << true;
+    QTest::newRow("deny") << u"cmdDeny"_s << u"denied"_s << true << false;
+    QTest::newRow("never") << u"cmdNever"_s << u"denied"_s << true << true;
+    QTest::newRow("not now") << u"cmdClose"_s << u"denied"_s << false << false;
   }
 
   void permissionIsAskedAndRemembered() {
     QFETCH(QString, button);
     QFETCH(QString, answer);
     QFETCH(bool, remembered);
+    QFETCH(bool, lasts);
     Load(u"/page"_s);
     QVERIFY(!m_prompts->Bar()->isVisible());
     AskForNotifications(*m_page);
     QTRY_VERIFY_WITH_TIMEOUT(m_prompts->Bar()->isVisible(), LongWait);
     QVERIFY(m_prompts->Bar()->findChild<QLabel *>("lblQuestion")->text().contains(u"127.0.0.1"_s));
-    auto &chosen = *m_prompts->Bar()->findChild<QAbstractButton *>(button);
-    QTRY_VERIFY(chosen.isEnabled());
-    QTest::mouseClick(&chosen, Qt::LeftButton);
+    Press(button);
     QVERIFY(!m_prompts->Bar()->isVisible());
     QTRY_COMPARE_WITH_TIMEOUT(Answer(*m_page), answer, LongWait);
 
@@ -220,12 +228,74 @@ class TestPagePrompts final : public QObject {
       QCOMPARE(Answer(other), remembered ? answer : QString());
     }
 
-    // No answer outlives the run.
     EndRun();
     BeginRun();
     Load(u"/page"_s);
+    // What holds is known to the page before it asks.
+    QCOMPARE(Run(*m_page, u"Notification.permission"_s), lasts ? answer : u"default"_s);
+    AskForNotifications(*m_page);
+    QTRY_VERIFY_WITH_TIMEOUT(m_prompts->Bar()->isVisible() || !Answer(*m_page).isEmpty(), LongWait);
+    QCOMPARE(Answer(*m_page), lasts ? answer : QString());
+  }
+
+  void permissionIsChanged_data() {
+    Columns<TPermissionDecision, QString>("decision", "answer");
+    Row("ask again", TPermissionDecision::Ask, QString());
+    Row("allowed", TPermissionDecision::Allowed, u"granted"_s);
+    Row("refused for now", TPermissionDecision::RefusedForNow, u"denied"_s);
+    Row("refused", TPermissionDecision::Refused, u"denied"_s);
+  }
+  void permissionIsChanged() {
+    QFETCH(TPermissionDecision, decision);
+    const auto before = decision == TPermissionDecision::Allowed ? u"cmdNever"_s : u"cmdAllow"_s;
+    Load(u"/page"_s);
+    QVERIFY(m_prompts->SitePermissions(nullptr) == nullptr);
     AskForNotifications(*m_page);
     QTRY_VERIFY_WITH_TIMEOUT(m_prompts->Bar()->isVisible(), LongWait);
+    Press(before);
+    QTRY_VERIFY_WITH_TIMEOUT(!Answer(*m_page).isEmpty(), LongWait);
+    const std::unique_ptr<TSitePermissions> list(m_prompts->SitePermissions(nullptr));
+    QVERIFY(list->title().contains(u"127.0.0.1"_s));
+    auto *choice = list->findChild<QComboBox *>();
+    list->show();
+    QTest::keyClick(choice, Qt::Key_Home);
+    while (choice->currentData().toInt() != int(decision)) QTest::keyClick(choice, Qt::Key_Down);
+    AskForNotifications(*m_page);
+    QTRY_VERIFY_WITH_TIMEOUT(m_prompts->Bar()->isVisible() || !Answer(*m_page).isEmpty(), LongWait);
+    QTEST(Answer(*m_page), "answer");
+    QCOMPARE(m_prompts->SitePermissions(list.get()) == nullptr, decision == TPermissionDecision::Ask);
+  }
+
+  // Two windows decide side by side; what neither of them has written is passed over.
+  void permissionsOfTwoWindows() {
+    using D = TPermissionDecision;
+    using P = TPermission;
+    TRegistryStore otherStore(m_store->FilePath());
+    QWebEngineProfile otherProfile;
+    auto &here = TPermissionDecisions::Of(*m_profile);
+    auto &there = TPermissionDecisions::Of(otherProfile);
+    there.KeepIn(otherStore);
+    const QUrl site(u"https://a.test:8443/page"_s);
+    here.Remember(site, P::CameraAndMicrophone, D::Allowed);
+    there.Remember(site, P::Microphone, D::Refused);
+    there.Remember(site, P::Location, D::Allowed);
+    QCOMPARE(here.Decided(site), (QList<P>{P::Location, P::Microphone, P::Camera}));
+    QCOMPARE(here.Find(site, P::Camera), D::Allowed);
+    QCOMPARE(here.Find(site, P::CameraAndMicrophone), D::Refused);
+    here.Remember(site, P::Location, D::RefusedForNow);
+    QCOMPARE(there.Find(site, P::Location), D::Ask);
+    // The whole screen is not shown unasked in the next run, nor are all files of the disk one site for good.
+    here.Remember(site, P::Screen, D::Allowed);
+    QCOMPARE(here.Find(site, P::Screen), D::Allowed);
+    QCOMPARE(there.Find(site, P::Screen), D::Ask);
+    const QUrl file(u"file:///page.html"_s);
+    here.Remember(file, P::Camera, D::Allowed);
+    QCOMPARE(here.Find(file, P::Camera), D::Allowed);
+    QCOMPARE(there.Find(file, P::Camera), D::Ask);
+    QCOMPARE(here.Find(QUrl(u"https://a.test/"_s), P::Camera), D::Ask);
+    const QString key = QString::fromLatin1(RegistryKey::SitePermissions);
+    m_store->Write(TRegistryHive::CurrentUser, key, u"https://b.test Camera"_s, u"yes"_s);
+    QCOMPARE(there.Find(QUrl(u"https://b.test/"_s), P::Camera), D::Ask);
   }
 
   void permissionBarSleepsFirst() {
@@ -261,6 +331,8 @@ class TestPagePrompts final : public QObject {
   // As by a start of the program; the profile lies on disk.
   void BeginRun() {
     m_profile = std::make_unique<QWebEngineProfile>(u"prompts"_s);
+    m_store = std::make_unique<TRegistryStore>(m_folder->filePath(u"registry.sqlite"_s));
+    TPermissionDecisions::Of(*m_profile).KeepIn(*m_store);
     m_window = std::make_unique<QWidget>();
     m_window->resize(600, 400);
     auto *layout = new QVBoxLayout(m_window.get());
@@ -276,6 +348,12 @@ class TestPagePrompts final : public QObject {
   void EndRun() {
     m_window.reset();
     m_profile.reset();
+    m_store.reset();
+  }
+  void Press(const QString &button) {
+    auto &chosen = *m_prompts->Bar()->findChild<QAbstractButton *>(button);
+    QTRY_VERIFY(chosen.isEnabled());
+    QTest::mouseClick(&chosen, Qt::LeftButton);
   }
   [[nodiscard]] TSignInDialog *OpenSignIn() {
     [this] { QTRY_VERIFY_WITH_TIMEOUT(m_sheet->IsOpen(), LongWait); }();
@@ -304,6 +382,8 @@ class TestPagePrompts final : public QObject {
 
   TLanguage m_language;
   TTestServer m_server;
+  std::unique_ptr<QTemporaryDir> m_folder;
+  std::unique_ptr<TRegistryStore> m_store;
   std::unique_ptr<QWebEngineProfile> m_profile;
   std::unique_ptr<QWidget> m_window;
   QWebEngineView *m_view = nullptr;

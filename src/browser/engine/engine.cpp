@@ -13,6 +13,7 @@
 #include "browser/engine/script_calls.h"
 #include "browser/engine/start_page.h"
 #include "browser/engine/view_supply.h"
+#include "browser/page/permission_decisions.h"
 #include "config/language.h"
 #include "platform/desktop_notifications.h"
 #include "ui/motion.h"
@@ -73,6 +74,7 @@ TEngine::TEngine(const TLanguage &language, TRegistryStore &store, QObject *pare
     m_profile->setCachePath(m_folder.CachePath());
     m_profile->setHttpCacheType(QWebEngineProfile::DiskHttpCache);
     m_profile->setPersistentCookiesPolicy(QWebEngineProfile::AllowPersistentCookies);
+    TPermissionDecisions::Of(*m_profile).KeepIn(store);
   } else {
     m_profile = std::make_unique<QWebEngineProfile>();
   }

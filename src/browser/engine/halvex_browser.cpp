@@ -23,6 +23,7 @@
 #include "browser/page/page_prompts.h"
 #include "browser/page/properties_dialog.h"
 #include "browser/page/question_sheet.h"
+#include "browser/page/site_permissions.h"
 #include "config/language.h"
 
 namespace {
@@ -366,6 +367,7 @@ void THalvexBrowser::Properties() {
     if (!self) return;
     auto *dialog = new TPropertiesDialog(properties, self->m_engine.Language(), self->window());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
+    if (self->HasLivePage()) dialog->AddSection(self->m_page->findChild<TPagePrompts *>()->SitePermissions(dialog));
     dialog->open();
   });
 }

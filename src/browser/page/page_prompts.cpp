@@ -12,9 +12,9 @@
 #include "browser/page/full_screen_notice.h"
 #include "browser/page/origin_text.h"
 #include "browser/page/permission_bar.h"
-#include "browser/page/permission_decisions.h"
 #include "browser/page/question_sheet.h"
 #include "browser/page/sign_in_dialog.h"
+#include "browser/page/site_permissions.h"
 #include "config/language.h"
 #include "ui/dialog_gate.h"
 #include "ui/input_box.h"
@@ -38,6 +38,7 @@ constexpr std::array PermissionTexts{
     TPermissionText{TPermission::Camera, {"PERMISSIONS", "Camera"}},
     TPermissionText{TPermission::CameraAndMicrophone, {"PERMISSIONS", "CameraAndMicrophone"}},
     TPermissionText{TPermission::MouseLock, {"PERMISSIONS", "MouseLock"}},
+    TPermissionText{TPermission::Clipboard, {"PERMISSIONS", "Clipboard"}},
     TPermissionText{TPermission::Screen, {"PERMISSIONS", "Screen"}},
     TPermissionText{TPermission::ScreenAndSound, {"PERMISSIONS", "ScreenAndSound"}},
 };
@@ -46,6 +47,11 @@ const TTextKey &QuestionFor(TPermission permission) {
   return std::find_if(PermissionTexts.begin(), PermissionTexts.end(),
                       [permission](const TPermissionText &text) { return text.permission == permission; })
       ->question;
+}
+
+std::optional<bool> AllowedBy(TPermissionDecision decision) {
+  if (decision == TPermissionDecision::Ask) return std::nullopt;
+  return decision == TPermissionDecision::Allowed;
 }
 
 bool AsksFor(const TPermissionRequest &request, const QUrl &origin, TPermission permission) {
@@ -60,19 +66,24 @@ TPagePrompts::TPagePrompts(QWebEnginePage *page, TQuestionSheet *sheet, QWidget 
       m_sheet(sheet),
       m_owner(owner),
       m_language(language),
-      m_bar(new TPermissionBar(language, owner)) {
-  connect(m_bar, &TPermissionBar::Answered, this,
-          [this](bool allow) { FinishPermission(allow ? TPermissionAnswer::Allow : TPermissionAnswer::Deny); });
-  connect(m_bar, &TPermissionBar::Dismissed, this, [this] { FinishPermission(TPermissionAnswer::NotNow); });
-  auto *requests = new TPermissionRequests(page);
-  connect(requests, &TPermissionRequests::Asked, this, &TPagePrompts::AskPermission);
-  connect(requests, &TPermissionRequests::Withdrawn, this, [this](const QUrl &origin, TPermission permission) {
+      m_bar(new TPermissionBar(language, owner)),
+      m_decisions(TPermissionDecisions::Of(*page->profile())),
+      m_requests(new TPermissionRequests(page)) {
+  connect(m_bar, &TPermissionBar::Answered, this, &TPagePrompts::FinishPermission);
+  connect(m_requests, &TPermissionRequests::Asked, this, &TPagePrompts::AskPermission);
+  connect(m_requests, &TPermissionRequests::Withdrawn, this, [this](const QUrl &origin, TPermission permission) {
     m_permissionRequests.removeIf([&](const auto &request) { return AsksFor(request, origin, permission); });
     AskNextPermission();
   });
   connect(page, &QWebEnginePage::loadStarted, this, [this] {
     ForgetPermissionRequests();
     if (!std::exchange(m_reloadsForSignIn, false)) m_signIns.clear();
+  });
+  // A page looks at what it may do before it asks.
+  connect(page, &QWebEnginePage::urlChanged, this, [this](const QUrl &url) {
+    for (const TPermission permission : m_decisions.Decided(url)) {
+      m_requests->Settle(url, permission, AllowedBy(m_decisions.Find(url, permission)));
+    }
   });
   connect(page, &QWebEnginePage::renderProcessTerminated, this, &TPagePrompts::ForgetPermissionRequests);
   connect(page, &QWebEnginePage::authenticationRequired, this,
@@ -109,9 +120,8 @@ void TPagePrompts::HideFullScreenNotice() {
 }
 
 void TPagePrompts::AskPermission(const TPermissionRequest &request) {
-  const std::optional<bool> decided =
-      TPermissionDecisions::Of(*m_page->profile()).Find(request.origin, request.permission);
-  if (decided.has_value()) return request.answer(*decided ? TPermissionAnswer::Allow : TPermissionAnswer::Deny);
+  const std::optional<bool> decided = AllowedBy(m_decisions.Find(request.origin, request.permission));
+  if (decided) return request.answer(*decided ? TPermissionAnswer::Allow : TPermissionAnswer::Deny);
   const bool waits = std::any_of(
       m_permissionRequests.cbegin(), m_permissionRequests.cend(),
       [&](const TPermissionRequest &waiting) { return AsksFor(waiting, request.origin, request.permission); });
@@ -130,15 +140,23 @@ void TPagePrompts::AskNextPermission() {
   m_bar->Ask(m_language.Text(QuestionFor(request.permission)).arg(OriginText(request.origin, m_language)));
 }
 
-void TPagePrompts::FinishPermission(TPermissionAnswer answer) {
+void TPagePrompts::FinishPermission(TPermissionDecision decision) {
   if (m_permissionRequests.isEmpty()) return;
   const TPermissionRequest request = m_permissionRequests.takeFirst();
-  if (answer != TPermissionAnswer::NotNow) {
-    TPermissionDecisions::Of(*m_page->profile())
-        .Remember(request.origin, request.permission, answer == TPermissionAnswer::Allow);
-  }
-  request.answer(answer);
+  if (decision != TPermissionDecision::Ask) m_decisions.Remember(request.origin, request.permission, decision);
+  const std::optional<bool> allowed = AllowedBy(decision);
+  request.answer(!allowed ? TPermissionAnswer::NotNow : *allowed ? TPermissionAnswer::Allow : TPermissionAnswer::Deny);
   AskNextPermission();
+}
+
+TSitePermissions *TPagePrompts::SitePermissions(QWidget *parent) {
+  const QUrl site = m_page->url();
+  if (m_decisions.Decided(site).isEmpty()) return nullptr;
+  auto *permissions = new TSitePermissions(site, m_decisions, m_language, parent);
+  connect(permissions, &TSitePermissions::Changed, this, [this, site](TPermission permission) {
+    m_requests->Settle(site, permission, AllowedBy(m_decisions.Find(site, permission)));
+  });
+  return permissions;
 }
 
 void TPagePrompts::ForgetPermissionRequests() {

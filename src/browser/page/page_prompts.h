@@ -7,13 +7,14 @@
 #include <QUrl>
 #include <QWebEnginePage>
 
-#include "browser/page/permission_requests.h"
+#include "browser/page/permission_decisions.h"
 
 class QAuthenticator;
 class TFullScreenNotice;
 class TLanguage;
 class TPermissionBar;
 class TQuestionSheet;
+class TSitePermissions;
 
 // What a page asks of its user besides script dialogs: to sign in, for permissions, for a client certificate. It
 // connects itself to the page and belongs to it. Protocol handlers are refused quietly.
@@ -34,6 +35,10 @@ class TPagePrompts final : public QObject {
   void ShowFullScreenNotice(QWidget *over, const QUrl &origin);
   void HideFullScreenNotice();
 
+  // What the user has allowed and refused to the site of the page, to be looked at and changed. Nothing where he was
+  // not asked.
+  [[nodiscard]] TSitePermissions *SitePermissions(QWidget *parent);
+
   // The user acts himself: sign-in dialogs that were kept from opening may come again.
   void AllowSignIns() { m_signInsRefused = 0; }
 
@@ -49,7 +54,7 @@ class TPagePrompts final : public QObject {
 
   void AskPermission(const TPermissionRequest &request);
   void AskNextPermission();
-  void FinishPermission(TPermissionAnswer answer);
+  void FinishPermission(TPermissionDecision decision);
   void ForgetPermissionRequests();
   void SignIn(const QUrl &url, const QString &proxyHost, QAuthenticator *authenticator);
   // Asks the user in the page's own place, once more when `refusedUser` was not let in.
@@ -63,7 +68,9 @@ class TPagePrompts final : public QObject {
   const TLanguage &m_language;
   QPointer<TPermissionBar> m_bar;
   QPointer<TFullScreenNotice> m_notice;
-  QList<TPermissionRequest> m_permissionRequests;
+  TPermissionDecisions &m_decisions;
+  TPermissionRequests *m_requests;
+  QList<TPermissionRequest> m_permissionRequests;  // not answered yet
   // By place that asks, for the page being shown.
   QHash<QString, TSignIn> m_signIns;
   int m_signInsRefused = 0;         // one after the other, since the user did something

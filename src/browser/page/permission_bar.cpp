@@ -14,6 +14,17 @@ namespace {
 constexpr int Margin = 6;
 constexpr int WakeDelay = 500;  // ms until the buttons take clicks
 
+struct TAnswer {
+  const char *name;
+  TTextKey text;
+  TPermissionDecision decision;
+};
+constexpr TAnswer Answers[] = {
+    {"cmdAllow", {"PERMISSIONS", "Allow"}, TPermissionDecision::Allowed},
+    {"cmdDeny", {"PERMISSIONS", "Deny"}, TPermissionDecision::RefusedForNow},
+    {"cmdNever", {"PERMISSIONS", "Never"}, TPermissionDecision::Refused},
+};
+
 }  // namespace
 
 TPermissionBar::TPermissionBar(const TLanguage &language, QWidget *parent) : QFrame(parent) {
@@ -27,10 +38,6 @@ TPermissionBar::TPermissionBar(const TLanguage &language, QWidget *parent) : QFr
   m_question->setTextFormat(Qt::PlainText);
   m_question->setWordWrap(true);
   m_question->setForegroundRole(QPalette::ToolTipText);
-  m_allow = new QPushButton(language.Text("PERMISSIONS", "Allow"), this);
-  m_allow->setObjectName("cmdAllow");
-  m_deny = new QPushButton(language.Text("PERMISSIONS", "Deny"), this);
-  m_deny->setObjectName("cmdDeny");
   auto *close = new TCloseButton(language.Text("PERMISSIONS", "NotNow"), this);
   close->setForegroundRole(QPalette::ToolTipText);
   m_close = close;
@@ -38,16 +45,19 @@ TPermissionBar::TPermissionBar(const TLanguage &language, QWidget *parent) : QFr
   auto *layout = new QHBoxLayout(this);
   layout->setContentsMargins(Margin, Margin, Margin, Margin);
   layout->addWidget(m_question, 1);
-  layout->addWidget(m_allow);
-  layout->addWidget(m_deny);
+  for (const TAnswer &answer : Answers) {
+    auto *button = new QPushButton(language.Text(answer.text), this);
+    button->setObjectName(QString::fromLatin1(answer.name));
+    connect(button, &QPushButton::clicked, this, [this, decision = answer.decision] { Q_EMIT Answered(decision); });
+    layout->addWidget(button);
+    m_buttons.append(button);
+  }
   layout->addWidget(close);
 
   m_wake.setSingleShot(true);
   m_wake.setInterval(WakeDelay);
   connect(&m_wake, &QTimer::timeout, this, [this] { SetButtonsEnabled(true); });
-  connect(m_allow, &QPushButton::clicked, this, [this] { Q_EMIT Answered(true); });
-  connect(m_deny, &QPushButton::clicked, this, [this] { Q_EMIT Answered(false); });
-  connect(close, &TCloseButton::clicked, this, &TPermissionBar::Dismissed);
+  connect(close, &TCloseButton::clicked, this, [this] { Q_EMIT Answered(TPermissionDecision::Ask); });
   hide();
 }
 
@@ -60,10 +70,11 @@ void TPermissionBar::ComeBeforePage() {
   if (previous == m_close) return;
   // The toolkit puts nothing behind a widget that takes no keyboard.
   while (previous != page && previous->focusPolicy() == Qt::NoFocus) previous = previous->previousInFocusChain();
-  for (QWidget *stop : {static_cast<QWidget *>(m_allow), static_cast<QWidget *>(m_deny), m_close}) {
+  for (QWidget *stop : m_buttons) {
     setTabOrder(previous, stop);
     previous = stop;
   }
+  setTabOrder(previous, m_close);
 }
 
 void TPermissionBar::Ask(const QString &question) {
@@ -84,13 +95,12 @@ bool TPermissionBar::event(QEvent *event) {
 
 void TPermissionBar::keyPressEvent(QKeyEvent *event) {
   if (event->key() == Qt::Key_Escape) {
-    Q_EMIT Dismissed();
+    Q_EMIT Answered(TPermissionDecision::Ask);
     return;
   }
   QFrame::keyPressEvent(event);
 }
 
 void TPermissionBar::SetButtonsEnabled(bool enabled) {
-  m_allow->setEnabled(enabled);
-  m_deny->setEnabled(enabled);
+  for (QPushButton *button : m_buttons) button->setEnabled(enabled);
 }

@@ -3,11 +3,13 @@
 #include <QFrame>
 #include <QTimer>
 
+#include "browser/page/permission_decisions.h"
+
 class QLabel;
 class QPushButton;
 class TLanguage;
 
-// One question above the page, with Allow, Deny and a close button. It never takes the keyboard from the page by
+// One question above the page, with Allow, Deny, Never and a close button. It never takes the keyboard from the page by
 // itself, and its buttons wake up a moment after it appeared, so that a click meant for the page does not allow
 // anything.
 class TPermissionBar final : public QFrame {
@@ -19,9 +21,8 @@ class TPermissionBar final : public QFrame {
   void Ask(const QString &question);
 
  Q_SIGNALS:
-  void Answered(bool allow);
-  // Closed without a decision.
-  void Dismissed();
+  // Allowed, RefusedForNow, Refused; Ask when it was closed without a decision.
+  void Answered(TPermissionDecision decision);
 
  protected:
   bool event(QEvent *event) override;
@@ -32,8 +33,7 @@ class TPermissionBar final : public QFrame {
   void ComeBeforePage();
 
   QLabel *m_question = nullptr;
-  QPushButton *m_allow = nullptr;
-  QPushButton *m_deny = nullptr;
+  QList<QPushButton *> m_buttons;
   QWidget *m_close = nullptr;
   QTimer m_wake;
 };

@@ -1,12 +1,59 @@
 #include "browser/page/permission_decisions.h"
 
+#include <algorithm>
+#include <array>
 #include <QWebEngineProfile>
+
+#include "config/registry_paths.h"
+#include "store/registry_store.h"
 
 namespace {
 
-QPair<QString, int> KeyOf(const QUrl &origin, TPermission permission) {
+constexpr TRegistryHive Hive = TRegistryHive::CurrentUser;
+const QString Key = QString::fromLatin1(RegistryKey::SitePermissions);
+const QString AllowText = QStringLiteral("allow");
+const QString DenyText = QStringLiteral("deny");
+
+// Each permission that is decided by itself, by its name in the store.
+struct TName {
+  TPermission permission;
+  const char *name;
+  bool canLast = true;  // an allowance holds in the next run, too
+};
+constexpr std::array Names{
+    TName{TPermission::Notifications, "Notifications"},
+    TName{TPermission::Location, "Location"},
+    TName{TPermission::Microphone, "Microphone"},
+    TName{TPermission::Camera, "Camera"},
+    TName{TPermission::Clipboard, "Clipboard"},
+    TName{TPermission::MouseLock, "MouseLock"},
+    // The engine shows all of the screen without letting the user choose.
+    TName{TPermission::Screen, "Screen", false},
+    TName{TPermission::ScreenAndSound, "ScreenAndSound", false},
+};
+
+const TName &NameOf(TPermission permission) {
+  return *std::ranges::find(Names, permission, &TName::permission);
+}
+
+QList<TPermission> PartsOf(TPermission permission) {
+  if (permission == TPermission::CameraAndMicrophone) return {TPermission::Camera, TPermission::Microphone};
+  return {permission};
+}
+
+QString SiteOf(const QUrl &origin) {
   const QUrl site = origin.adjusted(QUrl::RemoveUserInfo | QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment);
-  return {site.toString(QUrl::FullyEncoded), int(permission)};
+  return site.toString(QUrl::FullyEncoded);
+}
+
+// Files of the disk are one site for the engine, and pages without any are nobody's: what holds for all of them is not
+// kept.
+bool CanLast(const QString &site) {
+  return site.startsWith(QLatin1String("https://")) || site.startsWith(QLatin1String("http://"));
+}
+
+QString ValueNameOf(const QString &site, TPermission permission) {
+  return site + u' ' + QLatin1String(NameOf(permission).name);
 }
 
 }  // namespace
@@ -17,11 +64,49 @@ TPermissionDecisions &TPermissionDecisions::Of(QWebEngineProfile &profile) {
   return *decisions;
 }
 
-std::optional<bool> TPermissionDecisions::Find(const QUrl &origin, TPermission permission) const {
-  const auto found = m_decisions.constFind(KeyOf(origin, permission));
-  return found == m_decisions.constEnd() ? std::nullopt : std::optional<bool>(found.value());
+TPermissionDecision TPermissionDecisions::Find(const QUrl &origin, TPermission permission) const {
+  TPermissionDecision all = TPermissionDecision::Allowed;
+  for (const TPermission part : PartsOf(permission)) {
+    const TPermissionDecision one = FindOne(SiteOf(origin), part);
+    if (one == TPermissionDecision::Refused || one == TPermissionDecision::RefusedForNow) return one;
+    if (one == TPermissionDecision::Ask) all = one;
+  }
+  return all;
 }
 
-void TPermissionDecisions::Remember(const QUrl &origin, TPermission permission, bool allow) {
-  m_decisions.insert(KeyOf(origin, permission), allow);
+void TPermissionDecisions::Remember(const QUrl &origin, TPermission permission, TPermissionDecision decision) {
+  for (const TPermission part : PartsOf(permission)) RememberOne(SiteOf(origin), part, decision);
+}
+
+QList<TPermission> TPermissionDecisions::Decided(const QUrl &origin) const {
+  QList<TPermission> decided;
+  for (const TName &name : Names) {
+    if (FindOne(SiteOf(origin), name.permission) != TPermissionDecision::Ask) decided.append(name.permission);
+  }
+  return decided;
+}
+
+TPermissionDecision TPermissionDecisions::FindOne(const QString &site, TPermission permission) const {
+  // The newest word of this run comes before what any window has stored.
+  const auto found = m_ofThisRun.constFind({site, int(permission)});
+  if (found != m_ofThisRun.constEnd()) return found.value();
+  if (m_store == nullptr || !CanLast(site)) return TPermissionDecision::Ask;
+  const QString stored = m_store->Read(Hive, Key, ValueNameOf(site, permission)).value_or(QString());
+  if (stored == AllowText && NameOf(permission).canLast) return TPermissionDecision::Allowed;
+  return stored == DenyText ? TPermissionDecision::Refused : TPermissionDecision::Ask;
+}
+
+void TPermissionDecisions::RememberOne(const QString &site, TPermission permission, TPermissionDecision decision) {
+  m_ofThisRun.remove({site, int(permission)});
+  if (m_store != nullptr && CanLast(site)) {
+    const QString name = ValueNameOf(site, permission);
+    const bool lasts = decision == TPermissionDecision::Refused ||
+                       (decision == TPermissionDecision::Allowed && NameOf(permission).canLast);
+    if (lasts) {
+      if (m_store->Write(Hive, Key, name, decision == TPermissionDecision::Allowed ? AllowText : DenyText)) return;
+    } else if (m_store->Read(Hive, Key, name)) {
+      m_store->DeleteValue(Hive, Key, name);
+    }
+  }
+  if (decision != TPermissionDecision::Ask) m_ofThisRun.insert({site, int(permission)}, decision);
 }

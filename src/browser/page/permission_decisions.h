@@ -1,7 +1,7 @@
 #pragma once
 
-#include <optional>
 #include <QHash>
+#include <QList>
 #include <QObject>
 #include <QPair>
 #include <QUrl>
@@ -9,21 +9,43 @@
 #include "browser/page/permission_requests.h"
 
 class QWebEngineProfile;
+class TRegistryStore;
 
-// What the user allowed and denied to sites in this run. All pages of a profile share it; nothing is written to disk.
+enum class TPermissionDecision {
+  Ask,            // nothing decided
+  Allowed,        // from one run to the next, but for what shows the whole screen
+  RefusedForNow,  // until the program ends
+  Refused,        // until the user takes it back
+};
+
+// What the user allowed and refused to sites. All pages of a profile share it.
+//
+// What lasts is a value for each site and permission in the registry store, below RegistryKey::SitePermissions: the
+// name is the site's scheme, host and port, a blank and the permission ("https://example.test:8443 Camera"), the data
+// is "allow" or "deny". Windows write only the values that they change, and read them at each question, so that the
+// decisions of several come together. Anything else that stands there is passed over.
 class TPermissionDecisions final : public QObject {
   Q_OBJECT
 
  public:
   // The decisions of `profile`; they live as long as it does.
   [[nodiscard]] static TPermissionDecisions &Of(QWebEngineProfile &profile);
+  // From now on what lasts is kept in `store`, which must live as long; until then nothing outlives the run.
+  void KeepIn(TRegistryStore &store) { m_store = &store; }
 
-  // Nothing when the user has not decided yet.
-  [[nodiscard]] std::optional<bool> Find(const QUrl &origin, TPermission permission) const;
-  void Remember(const QUrl &origin, TPermission permission, bool allow);
+  // Camera and microphone together are decided when both are, and refused when one is.
+  [[nodiscard]] TPermissionDecision Find(const QUrl &origin, TPermission permission) const;
+  void Remember(const QUrl &origin, TPermission permission, TPermissionDecision decision);
+  // What was decided for a site, each permission by itself.
+  [[nodiscard]] QList<TPermission> Decided(const QUrl &origin) const;
 
  private:
   using QObject::QObject;
+  using TKey = QPair<QString, int>;
 
-  QHash<QPair<QString, int>, bool> m_decisions;
+  [[nodiscard]] TPermissionDecision FindOne(const QString &site, TPermission permission) const;
+  void RememberOne(const QString &site, TPermission permission, TPermissionDecision decision);
+
+  TRegistryStore *m_store = nullptr;
+  QHash<TKey, TPermissionDecision> m_ofThisRun;
 };

@@ -27,6 +27,9 @@ constexpr std::pair<TEngineType, TPermission> Permissions[] = {
     {TEngineType::MouseLock, TPermission::MouseLock},
     {TEngineType::DesktopVideoCapture, TPermission::Screen},
     {TEngineType::DesktopAudioVideoCapture, TPermission::ScreenAndSound},
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+    {TEngineType::ClipboardReadWrite, TPermission::Clipboard},
+#endif
 };
 
 std::optional<TPermission> PermissionOf(TEngineType type) {
@@ -35,11 +38,24 @@ std::optional<TPermission> PermissionOf(TEngineType type) {
   return found == std::end(Permissions) ? std::nullopt : std::optional(found->second);
 }
 
+// Nothing for those that the engine asks about each time.
+std::optional<TEngineType> KeptTypeOf(TPermission permission) {
+  const auto *found = std::find_if(std::begin(Permissions), std::end(Permissions),
+                                   [permission](const auto &one) { return one.second == permission; });
+  if (found == std::end(Permissions)) return std::nullopt;
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+  const bool isKept = QWebEnginePermission::isPersistent(found->first);
+#else
+  const bool isKept = permission == TPermission::Notifications || permission == TPermission::Location;
+#endif
+  return isKept ? std::optional(found->first) : std::nullopt;
+}
+
 }  // namespace
 
 #if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
 
-TPermissionRequests::TPermissionRequests(QWebEnginePage *page) : QObject(page) {
+TPermissionRequests::TPermissionRequests(QWebEnginePage *page) : QObject(page), m_page(page) {
   // Nothing that was allowed once may hold for ever where no place shows it.
   page->profile()->setPersistentPermissionsPolicy(QWebEngineProfile::PersistentPermissionsPolicy::StoreInMemory);
   connect(page, &QWebEnginePage::permissionRequested, this, [this](const QWebEnginePermission &question) {
@@ -52,9 +68,18 @@ TPermissionRequests::TPermissionRequests(QWebEnginePage *page) : QObject(page) {
   });
 }
 
+void TPermissionRequests::Settle(const QUrl &origin, TPermission permission, std::optional<bool> allowed) {
+  const std::optional<TEngineType> type = KeptTypeOf(permission);
+  if (!type) return;
+  const QWebEnginePermission known = m_page->profile()->queryPermission(origin, *type);
+  if (!known.isValid()) return;
+  if (!allowed) return known.reset();
+  *allowed ? known.grant() : known.deny();
+}
+
 #else
 
-TPermissionRequests::TPermissionRequests(QWebEnginePage *page) : QObject(page) {
+TPermissionRequests::TPermissionRequests(QWebEnginePage *page) : QObject(page), m_page(page) {
   connect(page, &QWebEnginePage::featurePermissionRequested, this, [this, page](const QUrl &origin, TEngineType type) {
     const auto answer = [page, origin, type](TPermissionAnswer answer) {
       page->setFeaturePermission(origin, type,
@@ -68,6 +93,14 @@ TPermissionRequests::TPermissionRequests(QWebEnginePage *page) : QObject(page) {
   connect(page, &QWebEnginePage::featurePermissionRequestCanceled, this, [this](const QUrl &origin, TEngineType type) {
     if (const std::optional<TPermission> permission = PermissionOf(type)) Q_EMIT Withdrawn(origin, *permission);
   });
+}
+
+void TPermissionRequests::Settle(const QUrl &origin, TPermission permission, std::optional<bool> allowed) {
+  const std::optional<TEngineType> type = KeptTypeOf(permission);
+  if (!type) return;
+  auto policy = QWebEnginePage::PermissionUnknown;
+  if (allowed) policy = *allowed ? QWebEnginePage::PermissionGrantedByUser : QWebEnginePage::PermissionDeniedByUser;
+  m_page->setFeaturePermission(origin, *type, policy);
 }
 
 #endif

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <QObject>
 #include <QUrl>
 
@@ -14,6 +15,7 @@ enum class TPermission {
   Camera,
   CameraAndMicrophone,
   MouseLock,
+  Clipboard,  // to read it; engines before 6.8 ask nobody, and refuse it
   Screen,
   ScreenAndSound
 };
@@ -31,7 +33,7 @@ struct TPermissionRequest {
 };
 
 // The questions of a page for permissions, in whichever way the engine at hand asks them. What the user is not asked
-// about is denied. The engine remembers answers for this run at most.
+// about is denied. The engine remembers some answers by itself, for this run at most.
 class TPermissionRequests final : public QObject {
   Q_OBJECT
 
@@ -39,8 +41,15 @@ class TPermissionRequests final : public QObject {
   // Belongs to `page`.
   explicit TPermissionRequests(QWebEnginePage *page);
 
+  // What the page at `origin` is told of a permission without anybody being asked; std::nullopt for "ask". Does nothing
+  // for permissions that the engine asks about each time.
+  void Settle(const QUrl &origin, TPermission permission, std::optional<bool> allowed);
+
  Q_SIGNALS:
   void Asked(const TPermissionRequest &request);
   // The page does not wait for this answer any more. Engines from 6.8 on do not tell; leaving the page says it for all.
   void Withdrawn(const QUrl &origin, TPermission permission);
+
+ private:
+  QWebEnginePage *m_page;
 };

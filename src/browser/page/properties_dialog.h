@@ -19,6 +19,9 @@ class TPropertiesDialog final : public QDialog {
   TPropertiesDialog(const TPageProperties &properties, const TLanguage &language, QWidget *parent = nullptr);
   ~TPropertiesDialog() override;
 
+  // Shows what is known of the page's site as well, below the rest; may be nothing.
+  void AddSection(QWidget *section);
+
  private:
   std::unique_ptr<Ui::TPropertiesDialog> m_ui;
 };
