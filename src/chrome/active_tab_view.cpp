@@ -39,6 +39,10 @@ TActiveTabView::TActiveTabView(QMainWindow *window, TTabStrip &tabs, TPageComman
   connect(&stopped, &TStoppedPopups::Changed, this, &TActiveTabView::ShowStoppedPopups);
   connect(status.StoppedMenu(), &QMenu::aboutToShow, this,
           [this] { m_stopped.FillMenu(m_status.StoppedMenu(), m_tabs.GetActivePage()); });
+  connect(&status, &TMainStatusBar::ZoomClicked, this, [this] {
+    const TBrowserTab *tab = m_tabs.GetActivePage();
+    if (tab != nullptr && tab->Browser() != nullptr) tab->Browser()->ResetZoom();
+  });
   connect(&commands, &TPageCommands::Note, &status, &TMainStatusBar::ShowNote);
 }
 
@@ -76,6 +80,7 @@ void TActiveTabView::ShowStoppedPopups() {
 
 void TActiveTabView::ShowIndicators(TBrowserTab *tab) {
   m_status.ShowSecurity(tab->Secure(), tab->SecureLock());
+  if (tab->Browser() != nullptr) m_status.ShowZoom(tab->Browser()->ZoomPercent());
   m_busy.SetBusy(tab->Busy());
   if (!tab->Busy()) m_status.ShowProgress(100);
   m_commands.UpdateFor(tab);

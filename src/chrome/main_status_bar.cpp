@@ -50,6 +50,7 @@ TMainStatusBar::TMainStatusBar(const TLanguage &language, TFrameUpdates &updates
       m_progress(new QProgressBar(this)),
       m_pagesToCome(MakeButton(this, "tbPagesToCome")),
       m_stopped(MakeButton(this, "tbPopupsStopped")),
+      m_zoom(MakeButton(this, "tbZoom")),
       m_downloads(MakeButton(this, "tbDownloadsActive")),
       m_security(MakeButton(this, "tbSecurity")),
       m_stoppedMenu(new QMenu(this)) {
@@ -69,6 +70,7 @@ TMainStatusBar::TMainStatusBar(const TLanguage &language, TFrameUpdates &updates
   m_stopped->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   m_stopped->setPopupMode(QToolButton::InstantPopup);
   m_stopped->setMenu(m_stoppedMenu);
+  addPermanentWidget(m_zoom);
   addPermanentWidget(m_downloads);
   addPermanentWidget(m_security);
   m_downloads->setIcon(QIcon(QStringLiteral(":/icons/downloads.svg")));
@@ -78,6 +80,8 @@ TMainStatusBar::TMainStatusBar(const TLanguage &language, TFrameUpdates &updates
   m_pagesToCome->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   m_pagesToCome->setToolTip(language.Text("MAIN", "PagesToComeHint"));
   connect(m_pagesToCome, &QToolButton::clicked, this, &TMainStatusBar::StopPagesClicked);
+  m_zoom->setToolTip(language.Text("MAIN", "ZoomHint"));
+  connect(m_zoom, &QToolButton::clicked, this, &TMainStatusBar::ZoomClicked);
   connect(m_security, &QToolButton::clicked, this, &TMainStatusBar::SecurityClicked);
   connect(&updates, &TFrameUpdates::Show, this, &TMainStatusBar::ShowGathered);
 }
@@ -103,6 +107,12 @@ void TMainStatusBar::ShowSecurity(bool secure, TEncryptionLevel level) {
   const QString text = m_language.Text(EncryptionText(level));
   m_security->setToolTip(text);
   m_security->setAccessibleName(text);
+}
+
+void TMainStatusBar::ShowZoom(int percent) {
+  m_zoom->setVisible(percent != 100);
+  m_zoom->setText(m_language.Text("MAIN", "ZoomLevel").arg(percent));
+  m_zoom->setAccessibleName(m_language.Text("MAIN", "ZoomName").arg(m_zoom->text()));
 }
 
 void TMainStatusBar::ShowDownloads(int active) {

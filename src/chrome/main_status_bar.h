@@ -12,8 +12,9 @@ class QToolButton;
 class TFrameUpdates;
 class TLanguage;
 
-// The status bar: what the page says, a panel for notes about the active page, progress, the security of the connection
-// and running downloads. What pages change in it all the time is shown with the frame's other updates.
+// The status bar: what the page says, a panel for notes about the active page, progress, the security of the
+// connection, its zoom and running downloads. What pages change in it all the time is shown with the frame's other
+// updates.
 class TMainStatusBar final : public QStatusBar {
   Q_OBJECT
 
@@ -28,6 +29,8 @@ class TMainStatusBar final : public QStatusBar {
   void ShowProgress(int percent);
   // The padlock with its words, nothing at the lowest level.
   void ShowSecurity(bool secure, TEncryptionLevel level);
+  // Nothing at the plain size; a click goes back to it.
+  void ShowZoom(int percent);
   void ShowDownloads(int active);
   // What was stopped on the page in front; an empty text hides it. A click opens the menu, which others fill.
   void ShowStopped(const QString &text);
@@ -38,6 +41,7 @@ class TMainStatusBar final : public QStatusBar {
  Q_SIGNALS:
   void DownloadsClicked();
   void SecurityClicked();
+  void ZoomClicked();
   void StopPagesClicked();
 
  private:
@@ -59,6 +63,7 @@ class TMainStatusBar final : public QStatusBar {
   // In the order in which they stand there and the Tab key reaches them.
   QToolButton *m_pagesToCome;
   QToolButton *m_stopped;
+  QToolButton *m_zoom;
   QToolButton *m_downloads;
   QToolButton *m_security;
   QMenu *m_stoppedMenu;

@@ -94,7 +94,7 @@ class TCommandsFixture {
   [[nodiscard]] bool IsAsNew(const TBrowserTab &tab) const {
     const auto *bar = tab.findChild<TFindBar *>();
     return State() == u"1:0 /a"_s && tab.Load() == TLoad::Shown && !tab.BackEnabled() && !tab.ForwardEnabled() &&
-           tab.Browser()->Zoom() == 2 && !tab.Locked() && tab.StickyName().isEmpty() && !tab.HideFromCloseAll() &&
+           tab.Browser()->ZoomPercent() == 100 && !tab.Locked() && tab.StickyName().isEmpty() && !tab.HideFromCloseAll() &&
            (bar == nullptr || !bar->isVisible());
   }
   void PutInOrder() {
@@ -119,6 +119,7 @@ class TCommandsFixture {
           Setting::All[i]);
     }
     HomePage::Choose(*m_f.store, Url(u"/b"_s));
+    Active()->Browser()->ResetZoom();
     if (!IsAsNew(*Active())) {
       const TBrowserTab *fresh = Tabs().NewTab(TTabPlace::AtEnd);
       for (TBrowserTab *tab : Tabs().Tabs()) {

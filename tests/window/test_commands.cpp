@@ -328,6 +328,9 @@ class TestCommands final : public QObject, private TCommandsFixture {
       QTRY_VERIFY_WITH_TIMEOUT(m_f.server.RequestCount("/a") > 0 && m_f.server.RequestCount("/b") > 1, m_f.LoadTime);
     };
     const auto zooms = [this](int zoom) { return [this, zoom] { QCOMPARE(Active()->Browser()->Zoom(), zoom); }; };
+    const auto percent = [this](int zoom) {
+      return [this, zoom] { QCOMPARE(Active()->Browser()->ZoomPercent(), zoom); };
+    };
     const TStep small = [this] { Active()->Browser()->SetZoom(0); };
     const TStep linked = Then([this] { RunScript(u"location.href = '/b'"_s); }, Shows(u"1:0 /b"_s));
     QList<TRow> rows{
@@ -363,9 +366,9 @@ class TestCommands final : public QObject, private TCommandsFixture {
         {TCommand::FontMedium, small, zooms(2)},
         {TCommand::FontSmaller, none, zooms(1)},
         {TCommand::FontSmallest, none, Then(zooms(0), [this] { QCOMPARE(CheckedFonts(), QList<int>{4}); })},
-        {TCommand::ZoomIn, none, Then(zooms(3), [this] { QCOMPARE(CheckedFonts(), QList<int>{1}); })},
-        {TCommand::ZoomOut, none, zooms(1)},
-        {TCommand::ZoomReset, small, zooms(2)},
+        {TCommand::ZoomIn, none, Then(percent(110), [this] { QCOMPARE(CheckedFonts(), QList<int>{2}); })},
+        {TCommand::ZoomOut, none, percent(90)},
+        {TCommand::ZoomReset, small, Then(percent(100), zooms(2))},
         {TCommand::ViewSource, none, Shows(u"2:1 view-source:/a"_s)},
     };
     const std::pair<TCommand, int> intervals[] = {

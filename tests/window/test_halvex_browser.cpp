@@ -6,7 +6,9 @@
 #include <QRegularExpression>
 #include <QTcpServer>
 
+#include "browser/engine/site_zoom.h"
 #include "browser/engine/zoom_table.h"
+#include "config/registry_paths.h"
 #include "support/data_row.h"
 #include "window/browser_fixture.h"
 
@@ -173,11 +175,87 @@ class TestHalvexBrowser final : public QObject, private TBrowserFixture {
     }
     for (const int outside : {-1, 5, 1000}) Browser().SetZoom(outside);
     QCOMPARE(Browser().Zoom(), 4);
-    Browser().ZoomIn();
-    QCOMPARE(Browser().Zoom(), 4);
     // Another site has another renderer, and the size stays.
     QVERIFY(Open(Server().Url(u"/a"_s, u"localhost"_s)));
     QTRY_VERIFY(qAbs(Script(u"window.innerWidth"_s).toDouble() * ZoomFactors[4] - plain) < 3);
+    Browser().ResetZoom();
+  }
+
+  void ZoomSteps() {
+    QVERIFY(OpenPath(u"/a"_s));
+    for (const bool in : {true, false}) {
+      QList<int> steps;
+      for (int before = 0; before != Browser().ZoomPercent();) {
+        before = Browser().ZoomPercent();
+        steps.append(before);
+        in ? Browser().ZoomIn() : Browser().ZoomOut();
+      }
+      QCOMPARE(steps, in ? QList({100, 110, 125, 150, 175, 200, 250, 300, 400, 500})
+                         : QList({500, 400, 300, 250, 200, 175, 150, 125, 110, 100, 90, 80, 75, 67, 50, 30, 25}));
+    }
+    // The engine takes them as they are.
+    QCOMPARE(Browser().EnginePage()->zoomFactor(), 0.25);
+    Browser().ResetZoom();
+    QCOMPARE(Browser().ZoomPercent(), 100);
+  }
+
+  // The other tabs of a site follow, and the tabs that come later, but not those of other sites.
+  void ZoomOfSite() {
+    const auto widthOf = [](THalvexBrowser &browser) {
+      return AnswerOf(*browser.EnginePage(), u"window.innerWidth"_s).toDouble();
+    };
+    const auto open = [this](THalvexBrowser &browser, const QString &host) {
+      const QSignalSpy done(&browser, &THalvexBrowser::DocumentComplete);
+      browser.resize(800, 600);
+      browser.show();
+      browser.Navigate(Server().Url(u"/a"_s, host));
+      QTRY_VERIFY_WITH_TIMEOUT(!done.isEmpty(), LoadTime);
+    };
+    QVERIFY(OpenPath(u"/a"_s));
+    const auto same = NewBrowser();
+    const auto other = NewBrowser();
+    open(*same, u"127.0.0.1"_s);
+    open(*other, u"localhost"_s);
+    const double plain = widthOf(Browser());
+    const QSignalSpy told(same.get(), &THalvexBrowser::ZoomChanged);
+    for (int i = 0; i < 5; ++i) Browser().ZoomIn();
+    QCOMPARE(same->ZoomPercent(), 200);
+    QCOMPARE(told.size(), 5);
+    QTRY_VERIFY(qAbs(widthOf(*same) * 2 - plain) < 3);
+    QCOMPARE(other->ZoomPercent(), 100);
+    // The tab goes to the other site and comes back.
+    QVERIFY(Open(Server().Url(u"/a"_s, u"localhost"_s)));
+    QCOMPARE(Browser().ZoomPercent(), 100);
+    QTRY_VERIFY(qAbs(widthOf(Browser()) - plain) < 3);
+    open(*other, u"127.0.0.1"_s);
+    QTRY_VERIFY(qAbs(widthOf(*other) * 2 - plain) < 3);
+    other->ResetZoom();
+    QCOMPARE(same->ZoomPercent(), 100);
+  }
+
+  // It is there again after a start, but for windows that may keep nothing.
+  void ZoomIsKept() {
+    const QTemporaryDir folder;
+    TRegistryStore store(folder.filePath(u"registry.sqlite"_s));
+    const QString key = QString::fromLatin1(RegistryKey::SiteZoom);
+    {
+      TSiteZoom keeping(&store);
+      TSiteZoom forgetting(nullptr);
+      for (TSiteZoom *zoom : {&keeping, &forgetting}) {
+        zoom->Set(u"a.test"_s, 150);
+        zoom->Set(u"b.test"_s, 90);
+        zoom->Set(u"b.test"_s, std::nullopt);
+        QCOMPARE(zoom->PercentOf(u"a.test"_s), 150);
+        QCOMPARE(zoom->PercentOf(u"b.test"_s), std::nullopt);
+      }
+    }
+    QCOMPARE(TSiteZoom(nullptr).PercentOf(u"a.test"_s), std::nullopt);
+    for (const QString &nonsense : {u"0"_s, u"24"_s, u"501"_s, u"-100"_s, u"large"_s}) {
+      store.Write(TRegistryHive::CurrentUser, key, u"c.test"_s, nonsense);
+      QCOMPARE(TSiteZoom(&store).PercentOf(u"c.test"_s), std::nullopt);
+    }
+    QCOMPARE(TSiteZoom(&store).PercentOf(TSiteZoom::SiteOf(QUrl(u"https://A.test:81/page"_s))), 150);
+    QCOMPARE(store.Values(TRegistryHive::CurrentUser, key).size(), 2);
   }
 
   void ContentSwitches() {

@@ -239,13 +239,14 @@ class TestPageCommands final : public QObject {
       QCoreApplication::sendEvent(target, &event);
     };
     turn(120, Qt::ControlModifier);
-    QCOMPARE(m.Browser().Zoom(), 3);
+    QCOMPARE(m.Browser().ZoomPercent(), 110);
     turn(-60, Qt::ControlModifier);
-    QCOMPARE(m.Browser().Zoom(), 3);
+    QCOMPARE(m.Browser().ZoomPercent(), 110);
     turn(-180, Qt::ControlModifier);
-    QCOMPARE(m.Browser().Zoom(), 1);
+    QCOMPARE(m.Browser().ZoomPercent(), 90);
     turn(-120, Qt::NoModifier);
-    QCOMPARE(m.Browser().Zoom(), 1);
+    QCOMPARE(m.Browser().ZoomPercent(), 90);
+    m.Browser().ResetZoom();
   }
 
  private:

@@ -11,6 +11,7 @@
 
 #include "browser/engine/policy.h"
 #include "browser/engine/script_calls.h"
+#include "browser/engine/site_zoom.h"
 #include "browser/engine/start_page.h"
 #include "browser/engine/view_supply.h"
 #include "browser/page/permission_decisions.h"
@@ -90,6 +91,7 @@ TEngine::TEngine(const TLanguage &language, TRegistryStore &store, QObject *pare
   m_profile->setNotificationPresenter(
       [this](std::unique_ptr<QWebEngineNotification> notification) { ShowNotification(std::move(notification)); });
   WatchCookies();
+  m_siteZoom = std::make_unique<TSiteZoom>(KeepsData() ? &store : nullptr);
   m_views = std::make_unique<TViewSupply>(*this);
 }
 

@@ -16,6 +16,7 @@ class TLanguage;
 class TPolicy;
 class TRegistryStore;
 class TScriptCalls;
+class TSiteZoom;
 class TStartPage;
 class TViewSupply;
 struct TCookie;
@@ -48,8 +49,11 @@ class TEngine final : public QObject {
   [[nodiscard]] QWebEngineProfile &Profile() const { return *m_profile; }
   [[nodiscard]] TViewSupply &Views() const { return *m_views; }
   [[nodiscard]] TScriptCalls &ScriptCalls() const { return *m_scriptCalls; }
+  [[nodiscard]] TSiteZoom &SiteZoom() const { return *m_siteZoom; }
   [[nodiscard]] const TLanguage &Language() const { return m_language; }
   [[nodiscard]] TRegistryStore &Store() const { return m_store; }
+  // False where nothing may be left of what is done here: no folder could be taken for it.
+  [[nodiscard]] bool KeepsData() const { return m_folder.IsHeld(); }
   // A number that no other running process has, from 1; the lowest that is free.
   [[nodiscard]] int ProcessNumber() const { return m_folder.Number(); }
 
@@ -75,6 +79,7 @@ class TEngine final : public QObject {
   TPolicy *m_policy;
   mutable QMutex m_policyGuard;  // cookies are asked about on two threads
   std::unique_ptr<QWebEngineProfile> m_profile;
+  std::unique_ptr<TSiteZoom> m_siteZoom;
   std::unique_ptr<TViewSupply> m_views;  // goes before the profile that its view is of
   TScriptCalls *m_scriptCalls = nullptr;
   QString m_ownUserAgent;

@@ -16,9 +16,9 @@
 #include "browser/engine/page_probe.h"
 #include "browser/engine/page_saving.h"
 #include "browser/engine/page_stack.h"
+#include "browser/engine/page_zoom.h"
 #include "browser/engine/policy.h"
 #include "browser/engine/view_supply.h"
-#include "browser/engine/zoom_table.h"
 #include "browser/page/page_menu.h"
 #include "browser/page/page_prompts.h"
 #include "browser/page/properties_dialog.h"
@@ -42,11 +42,12 @@ THalvexBrowser::THalvexBrowser(QWidget *owner, TEngine &engine, TDownloadControl
       m_options(options),
       m_layout(new QVBoxLayout(this)),
       m_stack(new TPageStack(engine.Language(), this)),
-      m_zoom(ZoomFactors[MediumZoom]) {
+      m_zoom(new TPageZoom(engine.SiteZoom(), this)) {
   setObjectName(QStringLiteral("THalvexBrowser"));
   m_layout->setContentsMargins(0, 0, 0, 0);
   m_layout->setSpacing(0);
   m_layout->addWidget(m_stack, 1);
+  connect(m_zoom, &TPageZoom::Changed, this, &THalvexBrowser::ZoomChanged);
   connect(m_stack, &TPageStack::FocusReceived, this, &THalvexBrowser::FocusReceived);
   connect(m_stack, &TPageStack::NoticeChanged, this, &THalvexBrowser::OnNoticeChanged);
   connect(m_stack, &TPageStack::PrimaryPressed, this, &THalvexBrowser::OnNoticePrimary);
@@ -84,7 +85,7 @@ void THalvexBrowser::SetView(QWebEngineView *view) {
   m_printing = new TPagePrinting(m_engine, m_view, this);
   m_page->WatchInput(m_view);
   m_page->SetDownloadControlOptions(m_options);
-  m_page->setZoomFactor(m_zoom);
+  m_zoom->SetPage(m_page);
   ConnectPage();
   // A page begins with the room that it will have, shown or not; it would otherwise be laid out twice.
   if (const QWidget *outer = parentWidget(); outer && outer->layout()) outer->layout()->activate();
@@ -151,7 +152,7 @@ void THalvexBrowser::ConnectPage() {
   connect(m_page, &TEnginePage::Died, this, [this] { m_stack->ShowCrash(m_page->url()); });
   connect(m_page, &TEnginePage::EncryptionLevelChanged, this, &THalvexBrowser::UpdateEncryptionLevel);
   connect(m_page, &TEnginePage::BringToFrontRequested, this, &THalvexBrowser::BringToFrontRequested);
-  connect(m_page, &TEnginePage::ZoomWanted, this, [this](bool in) { in ? ZoomIn() : ZoomOut(); });
+  connect(m_page, &TEnginePage::ZoomWanted, m_zoom, &TPageZoom::Step);
   connect(m_page, &QWebEnginePage::loadProgress, this, [this](int progress) {
     if (m_page->IsUnderWay()) Q_EMIT ProgressChanged(progress, 100);
   });
@@ -405,25 +406,27 @@ void THalvexBrowser::Redo() {
 }
 
 void THalvexBrowser::SetZoom(int zoom) {
-  if (zoom < 0 || zoom >= int(ZoomFactors.size())) return;
-  m_zoom = ZoomFactors[zoom];
-  if (m_page) m_page->setZoomFactor(m_zoom);
+  m_zoom->SetTextSize(zoom);
 }
 
 int THalvexBrowser::Zoom() const {
-  return NearestZoom(m_page ? m_page->zoomFactor() : m_zoom);
+  return m_zoom->TextSize();
 }
 
 void THalvexBrowser::ZoomIn() {
-  SetZoom(Zoom() + 1);
+  m_zoom->Step(true);
 }
 
 void THalvexBrowser::ZoomOut() {
-  SetZoom(Zoom() - 1);
+  m_zoom->Step(false);
 }
 
 void THalvexBrowser::ResetZoom() {
-  SetZoom(MediumZoom);
+  m_zoom->Reset();
+}
+
+int THalvexBrowser::ZoomPercent() const {
+  return m_zoom->Percent();
 }
 
 void THalvexBrowser::FindOnPage() {
@@ -546,8 +549,7 @@ void THalvexBrowser::OnCommitted(const QString &address) {
   Q_EMIT IconChanged();
   ShowPage();
   if (!m_page->IsUnsettled()) m_stack->HideNotice();
-  // A page of another site may get a renderer of its own, which starts at the plain size.
-  if (!qFuzzyCompare(m_page->zoomFactor(), m_zoom)) m_page->setZoomFactor(m_zoom);
+  m_zoom->Apply();
   UpdateEncryptionLevel();
   Q_EMIT NavigateComplete(address);
 }

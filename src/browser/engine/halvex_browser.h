@@ -19,6 +19,7 @@ class TPageFinder;
 class TPageFullScreen;
 class TPagePrinting;
 class TPageStack;
+class TPageZoom;
 class TQuestionSheet;
 struct TLoadFailure;
 
@@ -84,9 +85,10 @@ class THalvexBrowser final : public QWidget {
   void Redo();
   void SetZoom(int zoom);  // 0 smallest .. 4 largest; others do nothing
   [[nodiscard]] int Zoom() const;
-  void ZoomIn();  // one step of the same five
+  void ZoomIn();  // a step, which is remembered for the page's site
   void ZoomOut();
   void ResetZoom();
+  [[nodiscard]] int ZoomPercent() const;
   void FindOnPage();            // opens the find bar
   void FindNext(bool forward);  // opens it when nothing was searched for yet
   void ViewSource();            // emits ViewSourceRequested
@@ -126,6 +128,7 @@ class THalvexBrowser final : public QWidget {
   void CommandStateChanged(int command, bool enabled);  // 1 forward, 2 back
   void TitleChanged(const QString &title);
   void IconChanged();
+  void ZoomChanged();
   void PlaceChanged();                                           // the page was scrolled
   void BeforeNavigate(TNavigation *navigation);                  // handled synchronously; set `cancel` to stop
   void NewWindowRequested(QWebEngineNewWindowRequest *request);  // handled synchronously
@@ -186,5 +189,5 @@ class THalvexBrowser final : public QWidget {
   bool m_canGoBack = false;
   bool m_canGoForward = false;
   TEncryptionLevel m_encryptionLevel = TEncryptionLevel::None;
-  qreal m_zoom;
+  TPageZoom *m_zoom;
 };

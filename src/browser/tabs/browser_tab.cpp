@@ -52,6 +52,7 @@ void TBrowserTab::ConnectBrowser() {
   connect(m_browser, &THalvexBrowser::TitleChanged, this, &TBrowserTab::SetCaption);
   connect(m_browser, &THalvexBrowser::IconChanged, this,
           [this] { m_strip.Pages().SetPageIcon(this, m_strip.PageIconOf(this)); });
+  connect(m_browser, &THalvexBrowser::ZoomChanged, this, &TBrowserTab::IndicatorsChanged);
   connect(m_browser, &THalvexBrowser::PlaceChanged, this, &TBrowserTab::PlaceChanged);
   connect(m_browser, &THalvexBrowser::BeforeNavigate, this, &TBrowserTab::OnBeforeNavigate);
   connect(m_browser, &THalvexBrowser::NewWindowRequested, this, &TBrowserTab::OnNewWindowRequested);

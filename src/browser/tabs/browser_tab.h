@@ -139,7 +139,7 @@ class TBrowserTab final : public QWidget {
   void CommandStateChanged(bool backEnabled, bool forwardEnabled);
   void AddressChanged(const QString &address);  // what the address bar is to show
   void TitleChanged(const QString &title);      // as lists show it
-  void IndicatorsChanged();                     // busy, secure or zone
+  void IndicatorsChanged();                     // busy, secure, zone or zoom
   void Changed();                               // what it shows, or is for, is another address
   void RecordChanged();                         // what Record() gives, the address aside
   void PlaceChanged();                          // the same, by scrolling
