@@ -155,6 +155,32 @@ class TestPageWindows final : public QObject {
     QCOMPARE(m_f.tabs->TabCount(), 2 + most);
   }
 
+  // A page that goes on to itself gets no more windows by that; what the user does gives it as many again.
+  void BudgetIsTheTabs() {
+    m_f.environment->windowSpan = 0;
+    m_f.server.Route("/again", [](const TTestRequest &request) {
+      const int turn = request.query.toInt();
+      const QByteArray next =
+          turn < 5 ? "location = '/again?" + QByteArray::number(turn + 1) + "'" : "document.title = 'end'";
+      return TTestResponse::Page(
+          "<script>let n = 0; const t = setInterval(() => { if (++n <= 5) return open('/page'); "
+          "clearInterval(t); " +
+          next + " }, 20)</script>");
+    });
+    TBrowserTab *tab = m_f.tabs->NewTab();
+    int stopped = 0;
+    connect(m_f.tabs.get(), &TTabStrip::WindowStopped, this, [&](TBrowserTab *of) { stopped += of == tab ? 1 : 0; });
+    tab->Navigate(m_f.server.Url(QStringLiteral("/again?0")));
+    QTRY_COMPARE_WITH_TIMEOUT(tab->Title(), QStringLiteral("end"), m_f.LoadTime);
+    QCOMPARE(stopped, 30 - TWindowBudget::MostUnasked);
+    m_f.tabs->Activate(tab);
+    ClickPage(*tab->Browser(), QPoint(10, 300));
+    const int before = m_f.tabs->TabCount();
+    QTest::qWait(1100);
+    m_f.Run(tab, QStringLiteral("open('/page')"));
+    QCOMPARE(m_f.tabs->TabCount(), before + 1);
+  }
+
   void LockedPageIsTestedForPopups() {
     m_policy.isPopup = [](const QString &address) { return address.endsWith(QLatin1String("/page")); };
     m_policy.AnswerFor(m_f.Engine());

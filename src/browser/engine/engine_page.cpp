@@ -110,6 +110,7 @@ void TEnginePage::WatchInput(QWidget *view) {
     return m_leaveWait.isActive() || m_dialogs->IsOpen() || m_engine.ScriptCalls().Waits(renderProcessPid());
   });
   connect(m_input, &TInputWatch::Acted, m_hangs, &THangWatch::NoteAct);
+  connect(m_input, &TInputWatch::Acted, this, &TEnginePage::Touched);
   connect(m_hangs, &THangWatch::Hangs, this, &TEnginePage::OfferToEnd);
 }
 

@@ -81,6 +81,7 @@ class TEnginePage final : public QWebEnginePage {
   void Died();  // the renderer; comes before Finished
   void EncryptionLevelChanged();
   void UserActed();
+  void Touched();  // the user has clicked or typed in it
   void LeaveAnswered(bool mayGo);
   void CloseRequested();  // by the page's script
   void StayChosen();      // the user has kept the page instead of following a navigation

@@ -151,6 +151,8 @@ void THalvexBrowser::ConnectPage() {
   connect(m_page, &TEnginePage::Finished, this, &THalvexBrowser::OnFinished);
   connect(m_page, &TEnginePage::Died, this, [this] { m_stack->ShowCrash(m_page->url()); });
   connect(m_page, &TEnginePage::EncryptionLevelChanged, this, &THalvexBrowser::UpdateEncryptionLevel);
+  connect(m_page, &TEnginePage::UserActed, this, &THalvexBrowser::UserActed);
+  connect(m_page, &TEnginePage::Touched, this, &THalvexBrowser::UserActed);
   connect(m_page, &TEnginePage::BringToFrontRequested, this, &THalvexBrowser::BringToFrontRequested);
   connect(m_page, &TEnginePage::ZoomWanted, m_zoom, &TPageZoom::Step);
   connect(m_page, &QWebEnginePage::loadProgress, this, [this](int progress) {

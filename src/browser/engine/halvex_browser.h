@@ -129,6 +129,7 @@ class THalvexBrowser final : public QWidget {
   void TitleChanged(const QString &title);
   void IconChanged();
   void ZoomChanged();
+  void UserActed();                                              // in the page, or by opening another one
   void PlaceChanged();                                           // the page was scrolled
   void BeforeNavigate(TNavigation *navigation);                  // handled synchronously; set `cancel` to stop
   void NewWindowRequested(QWebEngineNewWindowRequest *request);  // handled synchronously

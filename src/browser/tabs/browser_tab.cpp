@@ -33,6 +33,7 @@ TBrowserTab::TBrowserTab(QWidget *owner, TTabEnvironment &environment, TTabStrip
     : m_environment(environment),
       m_strip(strip),
       m_id(++lastId),
+      m_windows(environment.windowSpan),
       m_gate(hidden ? TPopupGate::Untested : TPopupGate::None) {
   m_browser = new THalvexBrowser(owner, environment.engine, AllDownloadControlOptions, this);
   auto *layout = new QVBoxLayout(this);
@@ -52,6 +53,7 @@ void TBrowserTab::ConnectBrowser() {
   connect(m_browser, &THalvexBrowser::TitleChanged, this, &TBrowserTab::SetCaption);
   connect(m_browser, &THalvexBrowser::IconChanged, this,
           [this] { m_strip.Pages().SetPageIcon(this, m_strip.PageIconOf(this)); });
+  connect(m_browser, &THalvexBrowser::UserActed, this, [this] { m_windows.Renew(); });
   connect(m_browser, &THalvexBrowser::ZoomChanged, this, &TBrowserTab::IndicatorsChanged);
   connect(m_browser, &THalvexBrowser::PlaceChanged, this, &TBrowserTab::PlaceChanged);
   connect(m_browser, &THalvexBrowser::BeforeNavigate, this, &TBrowserTab::OnBeforeNavigate);
@@ -516,7 +518,6 @@ void TBrowserTab::OnNavigateComplete(const QString &address) {
   if (LockPending() && (address != BlankPageAddress || Url() == BlankPageAddress)) SetLocked(true);
   if (!IsHttps(address)) m_nonHttpsSeen = true;
   // Nobody can fill the empty windows of a page that is gone.
-  m_windows.BeginPage();
   m_strip.CloseEmptyWindowsOf(this);
   Q_EMIT AddressChanged(address);
   if (m_openedAsNewWindow && IsActive()) {

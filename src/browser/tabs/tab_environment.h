@@ -1,5 +1,7 @@
 #pragma once
 
+#include "browser/tabs/window_budget.h"
+
 class TEngine;
 class TLanguage;
 class TRegistryStore;
@@ -13,5 +15,6 @@ struct TTabEnvironment {
   TRegistryStore &store;
   TSettings &settings;
   const TProductInfo &product;
-  bool focusPage = true;  // A tab that becomes active gives its page the keyboard.
+  int windowSpan = TWindowBudget::Span;  // milliseconds, see there
+  bool focusPage = true;                 // A tab that becomes active gives its page the keyboard.
 };
