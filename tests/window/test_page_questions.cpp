@@ -1,6 +1,8 @@
 #include <QCheckBox>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 
 #include "browser/engine/hang_watch.h"
 #include "browser/page/page_notice.h"
@@ -19,6 +21,14 @@ class TestPageQuestions final : public QObject, private TTabsFixture {
     auto strict = TTestResponse::Page("<title>Strict</title>");
     strict.headers = {{"Content-Security-Policy", "default-src 'none'; connect-src 'none'"}};
     server.Route("/strict", strict);
+    server.Route("/sandbox", [](const TTestRequest &request) {
+      return TTestResponse::Page(
+          "<title>Sandbox</title><script>onmessage = e => document.title = 'got ' + e.data</script>"
+          "<iframe sandbox='allow-scripts " +
+          request.query +
+          "' srcdoc=\"<script>"
+          "onmessage = () => parent.postMessage(confirm('x'), '*')</script>\"></iframe>");
+    });
     server.RoutePage("/framed", "Framed", "<iframe src=/page></iframe>");
   }
   void init() {
@@ -39,6 +49,8 @@ class TestPageQuestions final : public QObject, private TTabsFixture {
     Row("page that may load nothing", "/strict", "confirm('x')", "x", "", true, "true");
     Row("frame", "/framed", "frames[0].confirm('x')", "x", "", true, "true");
     Row("file", "file", "confirm('x')", "x", "", true, "true");
+    // What the frame may is a matter of its sandbox, which lets it ask.
+    Row("sandboxed frame", "/sandbox?allow-modals", "(frames[0].postMessage(1, '*'), '')", "x", "", true, "true");
   }
   void BackgroundTabWaits() {
     QFETCH(QString, place);
@@ -64,6 +76,7 @@ class TestPageQuestions final : public QObject, private TTabsFixture {
     QVERIFY(dialog->isVisible() && !dialog->isWindow());
     QTEST(dialog->findChild<QPlainTextEdit *>()->toPlainText(), "text");
     QTRY_VERIFY(dialog->isAncestorOf(QApplication::focusWidget()));
+    QCOMPARE(dialog->findChild<QLineEdit *>()->accessibleName(), dialog->findChild<QPlainTextEdit *>()->toPlainText());
     if (!typed.isEmpty()) QTest::keyClicks(QApplication::focusWidget(), typed);
     QTest::keyClick(QApplication::focusWidget(), accept ? Qt::Key_Return : Qt::Key_Escape);
     QFETCH(QString, answer);
@@ -77,7 +90,7 @@ class TestPageQuestions final : public QObject, private TTabsFixture {
   void TabKeyReachesQuestions_data() {
     Columns<QString, QStringList>("script", "stops");
     Row("permission", u"navigator.geolocation.getCurrentPosition(() => {})"_s,
-        QStringList{"cmdAllow", "cmdDeny", "cmdClose", "page"});
+        QStringList{"cmdAllow", "cmdDeny", "cmdNever", "cmdClose", "page"});
     Row("dialog", u"confirm('?')"_s, QStringList{"cmdOK", "cmdCancel"});
   }
   void TabKeyReachesQuestions() {
@@ -101,11 +114,34 @@ class TestPageQuestions final : public QObject, private TTabsFixture {
       QTRY_COMPARE(place(), stop);
     }
     if (stops.last() != u"page"_s) return;
-    const QStringList back{"cmdClose", "cmdDeny", "cmdAllow", "tabBar"};
+    const QStringList back{"cmdClose", "cmdNever", "cmdDeny", "cmdAllow", "tabBar"};
     for (const QString &stop : back) {
       QTest::keyClick(window->focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
       QTRY_COMPARE(place(), stop);
     }
+  }
+
+  // A sandboxed frame that may not ask gets its answers at once, as the engine gives them.
+  void SandboxedFrameMayNot() {
+    TBrowserTab *tab = OpenPage("/sandbox?");
+    Begin(tab, u"frames[0].postMessage(1, '*')"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(tab->GetLocationName(), u"got false"_s, LoadTime);
+    QVERIFY(!tab->Browser()->HasOpenQuestion());
+  }
+
+  // Nothing of what only the page's own documents know is left where its scripts can look.
+  void WordIsNotTold() {
+    TBrowserTab *tab = OpenPage("/page");
+    Begin(tab, u"confirm('x'); document.title = 'asked'"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(tab->Browser()->HasOpenQuestion(), LoadTime);
+    tab->findChild<TScriptDialog *>()->accept();
+    QTRY_COMPARE_WITH_TIMEOUT(tab->GetLocationName(), u"asked"_s, LoadTime);
+    const QString seen = AnswerOf(*tab->Browser()->EnginePage(),
+                                  u"performance.getEntries().map(e => e.name).join(' ') + ' ' + confirm.toString()"_s)
+                             .toString();
+    QVERIFY(seen.contains(u"/page"_s));
+    static const QRegularExpression word(u"[0-9a-f]{8}-[0-9a-f]{4}-"_s);
+    QVERIFY2(!word.match(seen).hasMatch(), qPrintable(seen));
   }
 
   // Two at a time, answered in the order in which they came.

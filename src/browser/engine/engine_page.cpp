@@ -407,6 +407,7 @@ void TEnginePage::javaScriptAlert(const QUrl &origin, const QString &message) {
 }
 
 bool TEnginePage::javaScriptConfirm(const QUrl &origin, const QString &message) {
+  if (m_engine.ScriptCalls().IsWord(message)) return true;
   // The engine asks whether to leave a page through the same call and tells it apart by nothing but its own words. A
   // page could borrow them, so they are believed once and after that only when the user has acted again.
   const QString leaveQuestion = QCoreApplication::translate(

@@ -87,10 +87,9 @@ bool TScriptCalls::Waits(qint64 renderer) const {
 
 void TScriptCalls::requestStarted(QWebEngineUrlRequestJob *job) {
   const QUrl url = job->requestUrl();
-  const QStringList parts = url.path().split(u'/');
-  const QPointer<TScriptDialogs> dialogs = m_dialogs.value(parts.value(0));
+  const QPointer<TScriptDialogs> dialogs = m_dialogs.value(QString::fromLatin1(job->requestHeaders().value("Accept")));
   const auto *kind =
-      std::ranges::find_if(Kinds, [&parts](const auto &one) { return parts.value(1) == QLatin1String(one.first); });
+      std::ranges::find_if(Kinds, [&url](const auto &one) { return url.path() == QLatin1String(one.first); });
   if (dialogs == nullptr || kind == Kinds.end()) return job->fail(QWebEngineUrlRequestJob::UrlNotFound);
   const QStringList texts = url.query(QUrl::FullyEncoded).split(u'&');
   const auto text = [&texts](int at) { return QUrl::fromPercentEncoding(texts.value(at).toUtf8()); };

@@ -27,6 +27,9 @@ class TScriptCalls final : public QWebEngineUrlSchemeHandler {
   // Whether a page of this renderer has a question open, which none of its pages gets past.
   [[nodiscard]] bool Waits(qint64 renderer) const;
 
+  // Whether the message of a native dialog is the word of a page's documents, by which they find out if they may ask.
+  [[nodiscard]] bool IsWord(const QString &message) const { return m_dialogs.contains(message); }
+
   void requestStarted(QWebEngineUrlRequestJob *job) override;
 
  private:
