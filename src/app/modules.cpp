@@ -84,6 +84,7 @@ void TModules::OpenFirstPages(const QString &argument) {
   startupModes.FollowPages();
   activeTab.Show();
   handedOver.Begin();
+  if (engine.KeepsData()) downloads.Keep(engine.ProcessNumber(), &TProfileFolder::IsInUse);
 }
 
 bool TModules::PagesMayGo() {

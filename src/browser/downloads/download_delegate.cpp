@@ -73,7 +73,11 @@ void TDownloadDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
   };
   QFont bold = line.font;
   bold.setBold(true);
-  drawLine(QRect(text.topLeft(), QSize(text.width(), lineHeight)), bold, name, Qt::ElideMiddle);
+  const QString time = index.data(TDownloadList::TimeRole).toString();
+  const int timeWidth = line.fontMetrics.horizontalAdvance(time);
+  const QRect first(text.topLeft(), QSize(text.width(), lineHeight));
+  drawLine(first.adjusted(0, 0, -timeWidth - Margin, 0), bold, name, Qt::ElideMiddle);
+  drawLine(first.adjusted(first.width() - timeWidth, 0, 0, 0), line.font, time, Qt::ElideNone);
   text.setTop(text.top() + lineHeight + Gap);
   if (IsUnderWay(index)) {
     const QRect bar(text.topLeft(), QSize(text.width(), BarHeight));

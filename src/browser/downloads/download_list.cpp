@@ -6,16 +6,15 @@
 #include <QFileDialog>
 #include <QIcon>
 #include <QMimeDatabase>
-#include <QPointer>
 #include <QStandardPaths>
 #include <QUuid>
-#include <QWebEngineDownloadRequest>
-#include <QWebEnginePage>
 #include <QWebEngineProfile>
 #include <QWebEngineView>
 
+#include "browser/downloads/download_item.h"
 #include "browser/downloads/download_text.h"
 #include "browser/downloads/file_names.h"
+#include "browser/downloads/kept_downloads.h"
 #include "browser/downloads/page_downloads.h"
 #include "config/language.h"
 #include "config/registry_paths.h"
@@ -26,17 +25,15 @@ namespace {
 
 const QString StoreKey = QString::fromLatin1(RegistryKey::CurrentVersion);
 const QString FolderValue = QStringLiteral("DownloadFolder");
-constexpr size_t MostItems = 500;    // the oldest inactive ones leave the list
-constexpr int TickInterval = 1000;   // ms between looks at downloads that have come to a stop
-constexpr int ShortestSample = 300;  // ms
-constexpr int StalledAfter = 3000;   // ms without a byte: the speed is not known any more
-constexpr double NewSampleShare = 0.3;
+constexpr size_t MostItems = 500;   // the oldest inactive ones leave the list
+constexpr int TickInterval = 1000;  // ms between looks at downloads that have come to a stop
 constexpr int MostAtOnce = 4;  // that a page or the program starts; a host gets six connections, its pages included
 constexpr int MostAtOnceByUser = 20;  // begun at once: what a form was sent for cannot be asked for again
 constexpr int MostHeld = 100;         // of a page, until the user has answered
 constexpr int MostHeldInside = 10;    // of these, files that the page has made itself
 constexpr size_t MostWaiting = 2000;
-constexpr int RetryPatience = 30000;  // ms that a server has for beginning to answer a retry
+constexpr qsizetype LongestShownAddress = 200;  // characters
+constexpr int RetryPatience = 30000;            // ms that a server has for beginning to answer a retry
 
 bool IsActiveState(TDownloadState state) {
   return state == TDownloadState::Running || state == TDownloadState::Paused || state == TDownloadState::Waiting;
@@ -48,41 +45,6 @@ bool IsInside(const QUrl &address) {
 }
 
 }  // namespace
-
-struct TDownloadList::TItem {
-  QUrl address;
-  QString path;  // empty as long as it was not asked for
-  TDownloadState state = TDownloadState::Running;
-  qint64 received = 0;
-  qint64 total = -1;
-  QString failure;
-  QPointer<QWebEngineDownloadRequest> request;
-  QString suggestedName;                 // the server's own, unchecked
-  const TPageDownloads *asks = nullptr;  // whose answer it waits for; no more than a name
-  // Asks for the file again; alive until the engine has come back with a request. That request is known by its name
-  // alone: its address may be another one after redirections, and it belongs to no page.
-  std::unique_ptr<QWebEnginePage> retryPage;
-  QString retryToken;
-  QElapsedTimer retrySince;
-
-  double speed = 0;  // bytes per second, smoothed
-  qint64 sampleReceived = 0;
-  QElapsedTimer sampleSince;
-
-  void MeasureSpeed() {
-    if (!sampleSince.isValid()) sampleSince.start();
-    const qint64 elapsed = sampleSince.elapsed();
-    if (received == sampleReceived) {
-      if (elapsed > StalledAfter) speed = 0;
-      return;
-    }
-    if (elapsed < ShortestSample) return;
-    const double now = double(received - sampleReceived) * 1000 / double(elapsed);
-    speed = speed > 0 ? speed + (now - speed) * NewSampleShare : now;
-    sampleReceived = received;
-    sampleSince.restart();
-  }
-};
 
 TDownloadList::TDownloadList(QWebEngineProfile &profile, const TLanguage &language, TRegistryStore &store,
                              QObject *parent)
@@ -106,6 +68,30 @@ TDownloadList::TDownloadList(QWebEngineProfile &profile, const TLanguage &langua
 }
 
 TDownloadList::~TDownloadList() = default;
+
+void TDownloadList::Keep(int window, const std::function<bool(int)> &isRunning) {
+  m_kept = std::make_unique<TKeptDownloads>(m_store, window, isRunning);
+  const QList<TKeptDownload> kept = m_kept->Read();
+  if (kept.isEmpty()) return;
+  beginInsertRows({}, rowCount(), rowCount() + int(kept.size()) - 1);
+  for (const TKeptDownload &download : kept) {
+    auto item = std::make_unique<TItem>();
+    item->Restore(download);
+    if (download.state == TKeptDownload::TState::UnderWay) {
+      item->failure = m_language.Text("DOWNLOADS", "ProgramEnded");
+      KeepItem(*item);
+    }
+    m_items.push_back(std::move(item));
+  }
+  endInsertRows();
+}
+
+void TDownloadList::KeepItem(TItem &item) {
+  if (m_kept == nullptr || (item.keptState == item.state && item.keptPath == item.path)) return;
+  item.keptState = item.state;
+  item.keptPath = item.path;
+  m_kept->Write(item.ToKeep());
+}
 
 void TDownloadList::SetChooseFile(TChooseFile chooseFile) {
   m_asksWithDialog = false;
@@ -134,7 +120,9 @@ void TDownloadList::TakeRequest(QWebEngineDownloadRequest *request) {
   if (request->isSavePageDownload() && request->state() != QWebEngineDownloadRequest::DownloadRequested) {
     // A page that is being saved to a place already chosen: it runs by itself and is only listed.
     const QString path = QDir(request->downloadDirectory()).filePath(request->downloadFileName());
-    return Follow(AddItem(request->url(), path, TDownloadState::Running), request);
+    TItem &item = AddItem(request->url(), path, TDownloadState::Running);
+    item.isPage = true;
+    return Follow(item, request);
   }
   TakeNewRequest(request);
 }
@@ -208,6 +196,7 @@ void TDownloadList::OnAnswered(const TPageDownloads *page, bool allow) {
     if (!allow) {
       // A small one that the page has made is there already, under a name that was free.
       if (item.request != nullptr && item.request->isFinished()) QFile::remove(item.path);
+      if (m_kept != nullptr) m_kept->Remove(item.id);
       RemoveItem(row);
     } else if (item.request != nullptr) {
       item.request->resume();
@@ -331,7 +320,8 @@ void TDownloadList::Fail(TItem &item, const QString &reason) {
   Announce(item);
 }
 
-void TDownloadList::Announce(const TItem &item) {
+void TDownloadList::Announce(TItem &item) {
+  KeepItem(item);
   const QModelIndex changed = index(RowOf(item));
   Q_EMIT dataChanged(changed, changed);
   CountActive();
@@ -448,13 +438,14 @@ bool TDownloadList::CanCancel(int row) const {
 bool TDownloadList::CanRetry(int row) const {
   const TItem *item = Item(row);
   // What a page made itself ("blob:") is gone with the page; a page being saved is saved again from its menu.
-  return item != nullptr && !IsActiveState(item->state) && item->state != TDownloadState::Finished &&
-         item->address.scheme() != "blob" && (item->request == nullptr || !item->request->isSavePageDownload());
+  return item != nullptr && !IsActiveState(item->state) &&
+         (item->state != TDownloadState::Finished || item->IsGone()) && !item->address.isEmpty() &&
+         item->address.scheme() != "blob" && !item->isPage;
 }
 
 bool TDownloadList::CanOpen(int row) const {
   const TItem *item = Item(row);
-  return item != nullptr && item->state == TDownloadState::Finished;
+  return item != nullptr && item->state == TDownloadState::Finished && !item->IsGone();
 }
 
 void TDownloadList::Pause(int row) {
@@ -481,6 +472,7 @@ void TDownloadList::Retry(int row) {
   TItem &item = *Item(row);
   if (item.request != nullptr) LetGo(item.request);
   item.request = nullptr;
+  if (std::exchange(item.hasRemains, false)) QFile::remove(FileNames::PartialOf(item.path));
   item.received = 0;
   item.total = -1;
   item.speed = 0;
@@ -508,7 +500,7 @@ bool TDownloadList::IsExecutable(int row) const {
 }
 
 bool TDownloadList::Open(int row) {
-  return CanOpen(row) && QFileInfo::exists(Item(row)->path) && m_opener(QUrl::fromLocalFile(Item(row)->path));
+  return CanOpen(row) && m_opener(QUrl::fromLocalFile(Item(row)->path));
 }
 
 bool TDownloadList::OpenFolder(int row) {
@@ -519,7 +511,9 @@ bool TDownloadList::OpenFolder(int row) {
 }
 
 void TDownloadList::Remove(int row) {
-  if (Item(row) != nullptr && !CanCancel(row)) RemoveItem(row);
+  if (Item(row) == nullptr || CanCancel(row)) return;
+  if (m_kept != nullptr) m_kept->Remove(Item(row)->id);
+  RemoveItem(row);
 }
 
 void TDownloadList::ClearFinished() {
@@ -542,9 +536,10 @@ QVariant TDownloadList::data(const QModelIndex &index, int role) const {
     case Qt::DecorationRole:
       return QIcon::fromTheme(QMimeDatabase().mimeTypeForFile(name, QMimeDatabase::MatchExtension).iconName());
     case Qt::ToolTipRole:
-      return PlainTip(item->path.isEmpty() ? name : QDir::toNativeSeparators(item->path));
+      return PlainTip((item->path.isEmpty() ? name : QDir::toNativeSeparators(item->path)) + QStringLiteral(" — ") +
+                      Shortened(item->address.toDisplayString(), LongestShownAddress));
     case Qt::AccessibleTextRole:
-      return QString(name + ". " + StatusText(*item));
+      return QString(name + ". " + StatusText(*item) + ". " + item->TimeText());
     case PathRole:
       return item->path;
     case AddressRole:
@@ -559,6 +554,8 @@ QVariant TDownloadList::data(const QModelIndex &index, int role) const {
       return item->total > 0 ? int(qBound(qint64(0), item->received * 100 / item->total, qint64(100))) : -1;
     case StatusRole:
       return StatusText(*item);
+    case TimeRole:
+      return item->TimeText();
     default:
       return {};
   }
@@ -584,6 +581,7 @@ QString TDownloadList::StatusText(const TItem &item) const {
     case TDownloadState::Paused:
       return m_language.Text("DOWNLOADS", "PausedLine").arg(amount);
     case TDownloadState::Finished:
+      if (item.IsGone()) return m_language.Text("DOWNLOADS", "FileGone");
       return m_language.Text("DOWNLOADS", "FinishedLine").arg(DownloadText::Amount(item.received, -1, m_language));
     case TDownloadState::Cancelled:
       return m_language.Text("DOWNLOADS", "CancelledLine");

@@ -11,6 +11,7 @@
 class QWebEngineDownloadRequest;
 class QWebEnginePage;
 class QWebEngineProfile;
+class TKeptDownloads;
 class TLanguage;
 class TPageDownloads;
 class TRegistryStore;
@@ -25,7 +26,8 @@ enum class TDownloadState {
   NotStarted,  // came while or right after the user was asked about another one; Retry asks for it
 };
 
-// Every download of the profile, newest first, for as long as the program runs; tabs may close meanwhile.
+// Every download of the profile, newest first; tabs may close meanwhile. What earlier runs have left stands behind them
+// (Keep).
 //
 // A file goes where the user says. Names that a server suggests are made safe first, and nothing is ever overwritten
 // without the file dialog having asked. Pages that are being saved go where the caller of the save has decided.
@@ -44,6 +46,7 @@ class TDownloadList final : public QAbstractListModel {
     TotalRole,                // qint64, bytes; -1 when not known
     PercentRole,              // int 0..100; -1 when the total is not known
     StatusRole,               // QString, one readable line
+    TimeRole,                 // QString, when it was asked for
   };
 
   // Asks where to save; gets a full path that is free and returns the chosen one, empty to cancel.
@@ -53,6 +56,9 @@ class TDownloadList final : public QAbstractListModel {
                 QObject *parent = nullptr);
   ~TDownloadList() override;
 
+  // From now on the list outlives the run: what was kept is in it, and what comes is kept. `window` is this process's
+  // number, from 1; `isRunning` tells whether another one's process is there.
+  void Keep(int window, const std::function<bool(int)> &isRunning);
   // Replaces the file dialog. An empty function saves under the suggested free name without asking.
   void SetChooseFile(TChooseFile chooseFile);
   // Requests that come within this time, in ms, after the user was asked wait in the list (500 at first).
@@ -112,9 +118,11 @@ class TDownloadList final : public QAbstractListModel {
   void Follow(TItem &item, QWebEngineDownloadRequest *request);
   void Update(TItem &item);
   void Fail(TItem &item, const QString &reason);
-  void Announce(const TItem &item);
+  void Announce(TItem &item);
   TItem &AddItem(const QUrl &address, const QString &path, TDownloadState state);
   void RemoveItem(int row);
+  // Writes down what has changed of it that is worth being kept.
+  void KeepItem(TItem &item);
   void LetGo(QWebEngineDownloadRequest *request);
   // The path to save to; empty when the user cancelled.
   [[nodiscard]] QString ChoosePath(const QString &name, QWebEnginePage *page);
@@ -130,6 +138,7 @@ class TDownloadList final : public QAbstractListModel {
   TChooseFile m_chooseFile;
   bool m_asksWithDialog = true;
   std::function<bool(const QUrl &)> m_opener;
+  std::unique_ptr<TKeptDownloads> m_kept;
   std::vector<std::unique_ptr<TItem>> m_items;
   QTimer m_tick;
   int m_pauseBetweenDialogs = 500;

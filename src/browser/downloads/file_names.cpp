@@ -11,7 +11,6 @@ namespace {
 constexpr qsizetype LongestName = 200;   // bytes; file systems take 255, and numbers and endings are appended
 constexpr qsizetype LongestEnding = 24;  // bytes; a longer "ending" is a part of the name
 constexpr int MostNumbers = 10000;
-// The engine writes to a file of this ending until a download is complete.
 constexpr const char *PartialEnding = ".download";
 
 constexpr std::array ReservedNames{"con",  "prn",  "aux",  "nul",  "com1", "com2", "com3", "com4",
@@ -107,7 +106,7 @@ QString FileNames::FreePath(const QString &folder, const QString &name,
   const auto isFree = [&](const QString &path) {
     const QFileInfo file(path);
     // A dangling link does not exist but would be written through.
-    return !file.exists() && !file.isSymLink() && !QFileInfo::exists(path + PartialEnding) && !isTaken(path);
+    return !file.exists() && !file.isSymLink() && !QFileInfo::exists(PartialOf(path)) && !isTaken(path);
   };
   const QString ending = EndingOf(name);
   const QString stem = name.chopped(ending.size());
@@ -116,6 +115,10 @@ QString FileNames::FreePath(const QString &folder, const QString &name,
     path = directory.filePath(QString("%1 (%2)%3").arg(stem).arg(number).arg(ending));
   }
   return path;
+}
+
+QString FileNames::PartialOf(const QString &path) {
+  return path + PartialEnding;
 }
 
 bool FileNames::IsExecutable(const QString &path) {

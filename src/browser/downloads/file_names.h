@@ -16,6 +16,9 @@ namespace FileNames {
 [[nodiscard]] QString FreePath(const QString &folder, const QString &name,
                                const std::function<bool(const QString &)> &isTaken);
 
+// Where the engine gathers the file of that path until it is complete.
+[[nodiscard]] QString PartialOf(const QString &path);
+
 // True for files that run code when they are opened: programs, scripts, starters, installers, and whatever has the
 // executable permission.
 [[nodiscard]] bool IsExecutable(const QString &path);

@@ -1,0 +1,200 @@
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QWebEnginePage>
+#include <QWebEngineProfile>
+
+#include "browser/downloads/download_list.h"
+#include "browser/downloads/file_names.h"
+#include "browser/downloads/kept_downloads.h"
+#include "config/language.h"
+#include "config/registry_paths.h"
+#include "store/registry_store.h"
+#include "support/data_row.h"
+#include "support/test_server.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int LongWait = 20000;  // ms; the first page also starts the engine
+constexpr int Own = 1;           // the number of this process
+
+bool NobodyElse(int) {
+  return false;
+}
+
+}  // namespace
+
+// What is left of downloads when the program has ended, in whatever way, and starts again.
+class TestKeptDownloads final : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
+  void init() {
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_server = std::make_unique<TTestServer>();
+    QVERIFY(m_server->Listen());
+    m_server->Route("/file", TTestResponse::Attachment("file.txt", "content"));
+    TTestResponse slow = TTestResponse::Attachment("slow.bin", QByteArray(1024 * 1024, 's'));
+    slow.stopAfterBytes = 1024;
+    m_server->Route("/slow", slow);
+    m_profile = std::make_unique<QWebEngineProfile>();
+    m_store = std::make_unique<TRegistryStore>(In(u"registry.sqlite"_s));
+    BeginRun();
+  }
+  void cleanup() {
+    const auto reset = [](auto &...owners) { (owners.reset(), ...); };
+    reset(m_page, m_list, m_store, m_profile, m_server, m_folder);
+  }
+
+  void IsThereAgain() {
+    Download(u"/file"_s, TDownloadState::Finished);
+    m_answer = In(u"gone/other.txt"_s);
+    Download(u"/file?2"_s, TDownloadState::Failed);
+    Download(u"/slow"_s, TDownloadState::Failed);
+    const QStringList before = Lines();
+    BeginRun();
+    QCOMPARE(Lines(), before);
+    QCOMPARE(m_list->State(2), TDownloadState::Finished);
+    QVERIFY(m_list->CanOpen(2) && !m_list->CanRetry(2));
+    // A file that is gone is shown as gone, and can be fetched again.
+    QVERIFY(QFile::remove(In(u"file.txt"_s)));
+    QCOMPARE(Text(2, TDownloadList::StatusRole), m_language.Text("DOWNLOADS", "FileGone"));
+    QVERIFY(!m_list->CanOpen(2));
+    m_server->Route("/file", TTestResponse::Attachment("file.txt", "new"));
+    m_list->Retry(2);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(2), TDownloadState::Finished, LongWait);
+    QVERIFY(QFile::exists(In(u"file.txt"_s)));
+    // What is taken out of the list stays out.
+    m_list->Remove(1);
+    BeginRun();
+    QCOMPARE(m_list->rowCount(), 2);
+    m_list->ClearFinished();
+    BeginRun();
+    QCOMPARE(m_list->rowCount(), 0);
+  }
+
+  // The process was killed while it fetched a file.
+  void InterruptedIsFetchedAgain_data() {
+    Columns<int, bool, bool>("window", "runs", "listed");
+    Row("of this number", Own, true, true);
+    Row("of one that has ended", 2, false, true);
+    Row("of one that still runs", 2, true, false);
+  }
+  void InterruptedIsFetchedAgain() {
+    QFETCH(int, window);
+    QFETCH(bool, runs);
+    TKeptDownloads(*m_store, window, &NobodyElse)
+        .Write({.id = u"a"_s, .address = m_server->Url(u"/file"_s), .path = In(u"file.txt"_s)});
+    QFile partial(FileNames::PartialOf(In(u"file.txt"_s)));
+    QVERIFY(partial.open(QIODevice::WriteOnly));
+    BeginRun([runs](int) { return runs; });
+    QTEST(m_list->rowCount() == 1, "listed");
+    if (m_list->rowCount() == 0) {
+      m_list->ClearFinished();
+      QCOMPARE(m_store->Values(TRegistryHive::CurrentUser, QLatin1String(RegistryKey::Downloads)).size(), 1);
+      return;
+    }
+    QVERIFY(Text(0, TDownloadList::StatusRole).contains(m_language.Text("DOWNLOADS", "ProgramEnded")));
+    QCOMPARE(m_list->ActiveCount(), 0);
+    m_list->Retry(0);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    // In its own place, since what was left of it is gone.
+    QCOMPARE(Text(0, TDownloadList::PathRole), In(u"file.txt"_s));
+    QVERIFY(!partial.exists());
+  }
+
+  // A process that is killed leaves what it was about.
+  void IsKeptFromTheBeginning() {
+    Download(u"/slow"_s, TDownloadState::Running);
+    const QList<TKeptDownload> kept = TKeptDownloads(*m_store, 2, &NobodyElse).Read();
+    QCOMPARE(kept.size(), 1);
+    QCOMPARE(kept.first().state, TKeptDownload::TState::UnderWay);
+    QVERIFY(TKeptDownloads(*m_store, 2, [](int) { return true; }).Read().isEmpty());
+  }
+
+  // Each window writes its own; the newest two hundred stay.
+  void WindowsSideBySide() {
+    TRegistryStore otherStore(m_store->FilePath());
+    TKeptDownloads here(*m_store, 1, &NobodyElse);
+    TKeptDownloads there(otherStore, 2, &NobodyElse);
+    const auto ids = [&here] {
+      QStringList all;
+      for (const TKeptDownload &one : here.Read()) all.append(one.id);
+      return all;
+    };
+    here.Write({.id = u"a"_s, .state = TKeptDownload::TState::Finished});
+    there.Write({.id = u"b"_s, .state = TKeptDownload::TState::Failed});
+    here.Write({.id = u"a"_s, .state = TKeptDownload::TState::Cancelled});
+    QCOMPARE(ids(), (QStringList{u"b"_s, u"a"_s}));
+    there.Remove(u"b"_s);
+    QCOMPARE(ids(), QStringList{u"a"_s});
+    for (int i = 1; i <= TKeptDownloads::Most; ++i) {
+      (i % 2 == 0 ? here : there).Write({.id = QString::number(i), .state = TKeptDownload::TState::Finished});
+    }
+    QCOMPARE(ids().size(), TKeptDownloads::Most);
+    QCOMPARE(ids().first(), QString::number(TKeptDownloads::Most));
+    QCOMPARE(ids().last(), u"1"_s);
+  }
+
+  void NonsenseIsPassedOver_data() {
+    Columns<QString, int>("data", "rows");
+    Row("nothing", "", 0);
+    Row("no object", "[1]", 0);
+    Row("half of one", "{\"state\":", 0);
+    Row("no state", "{\"path\":\"/a\"}", 0);
+    Row("another state", "{\"state\":\"lost\"}", 0);
+    Row("only a state", "{\"state\":\"finished\"}", 1);
+    Row("other kinds", "{\"state\":\"failed\",\"path\":1,\"received\":-5,\"when\":[],\"address\":{},\"page\":2}", 1);
+  }
+  void NonsenseIsPassedOver() {
+    QFETCH(QString, data);
+    m_store->Write(TRegistryHive::CurrentUser, QLatin1String(RegistryKey::Downloads), u"a"_s, data);
+    BeginRun();
+    QTEST(m_list->rowCount(), "rows");
+    QVERIFY(m_list->rowCount() == 0 || !m_list->CanRetry(0));
+    for (const QString &line : Lines()) QVERIFY(!line.isEmpty());
+  }
+
+ private:
+  void BeginRun(const std::function<bool(int)> &isRunning = &NobodyElse) {
+    m_page.reset();
+    m_list = std::make_unique<TDownloadList>(*m_profile, m_language, *m_store);
+    m_list->SetPauseBetweenDialogs(0);
+    m_answer = In(u"file.txt"_s);
+    m_list->SetChooseFile([this](const QString &) { return m_answer; });
+    m_list->Keep(Own, isRunning);
+    m_page = std::make_unique<QWebEnginePage>(m_profile.get());
+  }
+  [[nodiscard]] QString In(const QString &name) const { return m_folder->filePath(name); }
+  [[nodiscard]] QString Text(int row, int role) const { return m_list->data(m_list->index(row), role).toString(); }
+  // What the user sees of each.
+  [[nodiscard]] QStringList Lines() const {
+    QStringList lines;
+    for (int row = 0; row < m_list->rowCount(); ++row) {
+      lines.append(Text(row, Qt::AccessibleTextRole) + Text(row, Qt::ToolTipRole));
+    }
+    return lines;
+  }
+  void Download(const QString &path, TDownloadState end) {
+    const int rows = m_list->rowCount();
+    m_page->download(QUrl(m_server->Url(path)));
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), rows + 1, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), end, LongWait);
+  }
+
+  TLanguage m_language;
+  std::unique_ptr<QTemporaryDir> m_folder;
+  std::unique_ptr<TTestServer> m_server;
+  std::unique_ptr<QWebEngineProfile> m_profile;
+  std::unique_ptr<TRegistryStore> m_store;
+  std::unique_ptr<TDownloadList> m_list;
+  std::unique_ptr<QWebEnginePage> m_page;
+  QString m_answer;
+};
+
+QTEST_MAIN(TestKeptDownloads)
+#include "test_kept_downloads.moc"
