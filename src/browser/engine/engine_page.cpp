@@ -9,6 +9,7 @@
 #include <QWebEngineProfile>
 #include <QWebEngineSettings>
 #include <QWidget>
+#include <utility>
 
 #include "browser/downloads/page_downloads.h"
 #include "browser/engine/address.h"
@@ -21,6 +22,7 @@
 #include "browser/engine/view_supply.h"
 #include "browser/page/origin_text.h"
 #include "browser/page/question_sheet.h"
+#include "browser/page/script_dialog.h"
 #include "browser/page/script_dialogs.h"
 #include "config/language.h"
 #include "platform/process_end.h"
@@ -35,6 +37,8 @@ constexpr int ProgressBeforeContent = 10;
 // A page that takes longer than these to say whether it may go hangs.
 constexpr int LeaveInterval = 1000;  // milliseconds
 constexpr int MostLeaveTries = 5;
+constexpr int WantInterval = 100;  // milliseconds
+constexpr int MostWantTries = 10;
 
 const QUrl BlankPage(QStringLiteral("about:blank"));
 
@@ -87,6 +91,13 @@ TEnginePage::TEnginePage(TEngine &engine, QObject *parent)
       Q_EMIT CloseRequested();
     }
   });
+  m_wantAgain.setInterval(WantInterval);
+  connect(&m_wantAgain, &QTimer::timeout, this, [this] {
+    if (!m_wanted || ++m_wantTries > MostWantTries) return m_wantAgain.stop();
+    // It goes as soon as it sets out.
+    const std::function<void()> begin = m_wanted;
+    begin();
+  });
   m_leaveWait.setInterval(LeaveInterval);
   connect(&m_leaveWait, &QTimer::timeout, this, [this] {
     if (m_dialogs->IsOpen()) return;
@@ -107,10 +118,13 @@ void TEnginePage::WatchInput(QWidget *view) {
   m_input = new TInputWatch(view, this);
   connect(m_input, &TInputWatch::ZoomWanted, this, &TEnginePage::ZoomWanted);
   m_hangs = new THangWatch(this, [this] {
-    return m_leaveWait.isActive() || m_dialogs->IsOpen() || m_engine.ScriptCalls().Waits(renderProcessPid());
+    return m_leaveWait.isActive() || m_leaveQuestion != nullptr || m_dialogs->IsOpen() ||
+           m_engine.ScriptCalls().Waits(renderProcessPid());
   });
   connect(m_input, &TInputWatch::Acted, m_hangs, &THangWatch::NoteAct);
   connect(m_input, &TInputWatch::Acted, this, &TEnginePage::Touched);
+  // From now on it is the page that may begin something.
+  connect(m_input, &TInputWatch::Acted, this, [this] { m_wanted = {}; });
   connect(m_hangs, &THangWatch::Hangs, this, &TEnginePage::OfferToEnd);
 }
 
@@ -178,7 +192,8 @@ void TEnginePage::NoteUserAction() {
 }
 
 void TEnginePage::AskToLeave() {
-  if (m_leaveWait.isActive()) return;
+  m_leaveForgotten = false;
+  if (m_leaveWait.isActive() || m_leaveQuestion != nullptr) return;
   m_dialogs->Dismiss();
   if (m_leaveGranted || !m_input || !m_input->UserHasActed() || renderProcessPid() == 0) {
     AnswerLeave(true);
@@ -190,10 +205,55 @@ void TEnginePage::AskToLeave() {
   QWebEnginePage::triggerAction(RequestClose);
 }
 
+void TEnginePage::ForgetLeave() {
+  m_leaveGranted = false;
+  m_leaveForgotten = m_leaveWait.isActive();
+  if (m_leaveQuestion != nullptr) m_leaveQuestion->reject();
+}
+
 void TEnginePage::AnswerLeave(bool mayGo) {
   m_leaveWait.stop();
-  m_leaveGranted = mayGo;
+  m_leaveGranted = mayGo && !m_leaveForgotten;
   Q_EMIT LeaveAnswered(mayGo);
+}
+
+// The engine is told that the page stays, so that it goes on for all others, and asked again when the user wants to
+// leave. What a page's own script or link begins cannot be begun again from here: the engine waits for that answer.
+bool TEnginePage::IsAskedOnSheet(const QUrl &origin) {
+  const bool closes = m_leaveWait.isActive();
+  if ((!closes && !m_wanted) || m_sheet == nullptr || DialogGate::IsClosed()) return false;
+  if (m_leaveQuestion != nullptr) return true;
+  m_leaveWait.stop();
+  m_sinceStay.start();
+  const TLanguage &language = m_engine.Language();
+  auto *question = new TScriptDialog(TScriptDialog::TKind::BeforeUnload,
+                                     language.Text("SCRIPT_DIALOG", "LeaveCaption").arg(OriginText(origin, language)),
+                                     language.Text("SCRIPT_DIALOG", "LeavePrompt"), language);
+  m_leaveQuestion = question;
+  m_sheet->Ask(question, [self = QPointer(this), closes, wanted = std::exchange(m_wanted, {})](bool leave) {
+    if (!self) return;
+    self->m_leaveQuestion.clear();
+    if (closes) return self->AnswerLeave(leave);
+    self->m_leaveGranted = leave;
+    if (!leave) {
+      Q_EMIT self->StayChosen();
+    } else if (wanted) {
+      self->Want(wanted);
+    }
+  });
+  return true;
+}
+
+void TEnginePage::Open(const QUrl &url) {
+  Want([this, url] { load(url); });
+}
+
+void TEnginePage::Want(const std::function<void()> &begin) {
+  m_wanted = begin;
+  begin();
+  // Until it is through with a page that stays, the engine takes what is new for what it was to give up.
+  m_wantTries = 0;
+  if (m_sinceStay.isValid() && !m_sinceStay.hasExpired(WantInterval * MostWantTries)) m_wantAgain.start();
 }
 
 QByteArray TEnginePage::History() const {
@@ -239,7 +299,10 @@ void TEnginePage::triggerAction(WebAction action, bool checked) {
     m_downloads->ExpectOne();
   }
   if (m_fromForm && (action == Reload || action == ReloadAndBypassCache)) return AskToSendAgain(action);
-  if (action == Back || action == Forward || action == Reload || action == ReloadAndBypassCache) NoteUserAction();
+  if (action == Back || action == Forward || action == Reload || action == ReloadAndBypassCache) {
+    NoteUserAction();
+    return Want([this, action] { QWebEnginePage::triggerAction(action); });
+  }
   QWebEnginePage::triggerAction(action, checked);
 }
 
@@ -286,6 +349,7 @@ bool TEnginePage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
 }
 
 void TEnginePage::Begin(const QUrl &url) {
+  m_wanted = {};
   m_engine.Views().PutOff();
   m_underWay = true;
   m_committed = false;
@@ -311,6 +375,8 @@ void TEnginePage::ApplyPermissions(const QUrl &url) {
 }
 
 void TEnginePage::OnUrlChanged(const QUrl &url) {
+  // A jump inside the page does not set out.
+  if (url.hasFragment()) m_wanted = {};
   const QPointer<TEnginePage> self(this);
   Q_EMIT AddressChanged(AddressOf(url));
   // A window that another page asked for tells its first address before there is anything of it.
@@ -326,7 +392,7 @@ void TEnginePage::OnProgress(int progress) {
 void TEnginePage::CommitIfPending() {
   if (!m_underWay || m_committed || WithoutViewSource(url()) != m_pending) return;
   m_committed = true;
-  m_leaveGranted = false;
+  ForgetLeave();
   m_fromForm = m_filter->SentForm();
   m_dialogs->BeginPage();
   m_downloads->BeginPage();
@@ -396,6 +462,7 @@ void TEnginePage::OnRendererDied() {
   const QPointer<TEnginePage> self(this);
   m_dialogs->Dismiss();
   if (m_leaveWait.isActive()) AnswerLeave(true);
+  if (self && m_leaveQuestion != nullptr) m_leaveQuestion->accept();
   if (!self) return;
   // Engines from 6.8 on also tell of the renderer that a page gives up to fall asleep, which is no death.
   if (lifecycleState() != LifecycleState::Discarded) Q_EMIT Died();
@@ -413,17 +480,13 @@ bool TEnginePage::javaScriptConfirm(const QUrl &origin, const QString &message) 
   const QString leaveQuestion = QCoreApplication::translate(
       "QWebEnginePage", "Are you sure you want to leave this page? Changes that you made may not be saved.");
   if (message == leaveQuestion && m_leaveGranted) return true;
+  if (message == leaveQuestion && IsAskedOnSheet(origin)) return false;
   if (message == leaveQuestion && !m_askedToLeave) {
     m_askedToLeave = true;
     const QPointer<TEnginePage> self(this);
     const bool mayGo = m_dialogs->BeforeUnload(m_owner, origin);
-    if (!self || mayGo) return mayGo;
-    if (m_leaveWait.isActive()) {
-      AnswerLeave(false);
-    } else {
-      Q_EMIT StayChosen();
-    }
-    return false;
+    if (self && !mayGo) Q_EMIT StayChosen();
+    return mayGo;
   }
   return m_dialogs->Confirm(m_owner, origin, message);
 }

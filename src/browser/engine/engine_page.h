@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <optional>
+#include <QElapsedTimer>
 #include <QHash>
 #include <QPointer>
 #include <QTimer>
@@ -11,6 +12,7 @@
 #include "browser/engine/load_failure.h"
 #include "browser/page/encryption_level.h"
 
+class QDialog;
 class TContentFilter;
 class THangWatch;
 class TInputWatch;
@@ -41,10 +43,12 @@ class TEnginePage final : public QWebEnginePage {
   // The user acts himself: open script dialogs are answered with Cancel, and those that were switched off may come
   // again.
   void NoteUserAction();
+  // Opens the address, as the user's wish.
+  void Open(const QUrl &url);
   // Asks the page, if it has anything to lose, whether it may be closed; LeaveAnswered comes, not always later. A page
-  // that does not answer for five seconds is given up, unless it is the user who is being asked.
+  // that does not answer for five seconds is given up; where it wants the user to be asked, he is, on the sheet.
   void AskToLeave();
-  void ForgetLeave() { m_leaveGranted = false; }
+  void ForgetLeave();
   // Takes over a history that History() gave once, and loads its current page as it was left, whose address
   // is the answer. Empty, and nothing is loaded, when it is no such thing.
   QString RestoreHistory(const QByteArray &history);
@@ -107,7 +111,10 @@ class TEnginePage final : public QWebEnginePage {
   void OnRendererDied();
   void CommitIfPending();
   void Finish();
+  void Want(const std::function<void()> &begin);
   void AnswerLeave(bool mayGo);
+  // Whether that is the engine's question if the page may be left, which the user is now asked in the page's place.
+  [[nodiscard]] bool IsAskedOnSheet(const QUrl &origin);
   void AskForDownloads();
   void OfferToEnd();
   void AskToSendAgain(WebAction reload);
@@ -128,8 +135,14 @@ class TEnginePage final : public QWebEnginePage {
   bool m_isUnsettled = false;
   bool m_insecureParts = false;
   bool m_fromForm = false;
+  std::function<void()> m_wanted;  // what the user wants instead of this page, until it sets out
+  int m_wantTries = 0;
+  QTimer m_wantAgain{this};
+  QElapsedTimer m_sinceStay;  // the engine was told that the page stays, whatever the user will say
   bool m_askedToLeave = false;
-  bool m_leaveGranted = false;  // what comes next may take the page's place without another question
+  bool m_leaveGranted = false;    // what comes next may take the page's place without another question
+  bool m_leaveForgotten = false;  // nobody waits for the page's answer any more
+  QPointer<QDialog> m_leaveQuestion;
   int m_leaveTries = 0;
   QTimer m_leaveWait{this};  // active while the page has not answered yet
   std::optional<TCertificateProblem> m_problem;

@@ -229,7 +229,7 @@ void THalvexBrowser::Navigate(const TAddress &address) {
   m_printing->Forgive();
   const QUrl before = m_page->url();
   if (IsLocalFailure()) m_stack->HideNotice();
-  m_page->load(address.Url());
+  m_page->Open(address.Url());
   // A jump inside the page is no load that would report a title.
   if (address.Url().hasFragment() && before.matches(address.Url(), QUrl::RemoveFragment)) RepeatTitle();
 }
@@ -251,7 +251,7 @@ void THalvexBrowser::ShowBlank() {
   if (m_page) {
     if (IsLocalFailure()) m_stack->HideNotice();
     DismissQuestions();
-    m_page->load(QUrl(BlankPageAddress));
+    m_page->Open(QUrl(BlankPageAddress));
     return;
   }
   m_stack->HideNotice();

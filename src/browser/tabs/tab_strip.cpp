@@ -206,9 +206,10 @@ void TTabStrip::ActivateNeighbourOf(const TBrowserTab *tab) {
 }
 
 void TTabStrip::CloseByUser(TBrowserTab *tab) {
-  const QPointer<TBrowserTab> wanted(tab);
-  if (m_closingLocked || !m_leaving.Staying({wanted}).isEmpty()) return;
-  if (wanted) wanted->Close();
+  if (m_closingLocked) return;
+  m_leaving.Ask(tab, [this, tab](bool mayGo) {
+    if (mayGo && !m_closingLocked) tab->Close();
+  });
 }
 
 void TTabStrip::CloseActive() {

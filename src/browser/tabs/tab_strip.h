@@ -64,7 +64,8 @@ class TTabStrip final : public QObject {
   // of the strip. That a closed first tab hands over to the last one is meant.
   void ActivateNeighbourOf(const TBrowserTab *tab);
 
-  // As the user's wish: asks the page, unless closing is locked.
+  // As the user's wish: asks the page, unless closing is locked. A page that has something to lose stays until the user
+  // has answered in its tab.
   void CloseByUser(TBrowserTab *tab);
   void CloseActive();
   void CloseHiddenTabs();
