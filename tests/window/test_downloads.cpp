@@ -1,4 +1,5 @@
 #include <QDir>
+#include <QFileDialog>
 #include <QListView>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -50,7 +51,7 @@ class TestDownloads final : public QObject {
     m_store = std::make_unique<TRegistryStore>(In(u"registry.sqlite"_s));
     QVERIFY(m_store->Write(TRegistryHive::CurrentUser, Key, u"DownloadFolder"_s, m_folder->path()));
     m_list = std::make_unique<TDownloadList>(*m_profile, m_language, *m_store);
-    m_list->SetPauseBetweenDialogs(0);
+    m_list->SaveQuestion().SetPause(0);
     m_opened.clear();
     m_list->SetOpener([this](const QUrl &address) {
       m_opened.append(address.toLocalFile());
@@ -58,10 +59,10 @@ class TestDownloads final : public QObject {
     });
     m_asked = 0;
     m_answer = QString();
-    m_list->SetChooseFile([this](const QString &suggested) {
+    m_list->SaveQuestion().SetChooseFile([this](const QString &suggested, const TSaveQuestion::TDone &done) {
       ++m_asked;
       m_suggested = suggested;
-      return m_answer.isNull() ? In(QFileInfo(suggested).fileName()) : m_answer;
+      done(m_answer.isNull() ? In(QFileInfo(suggested).fileName()) : m_answer);
     });
     m_page = std::make_unique<QWebEnginePage>(m_profile.get());
   }
@@ -182,22 +183,104 @@ class TestDownloads final : public QObject {
     QVERIFY(!m_list->Open(0));
   }
 
+  // While the user looks for a place the file comes already, and everything else goes on.
+  void placeIsAskedForBeside_data() {
+    Columns<QString, QString, bool, bool>("path", "answer", "arrives", "there");
+    Row("where it was suggested", "/slow", "slow.bin", false, true);
+    Row("elsewhere", "/slow", "elsewhere/mine.bin", false, true);
+    Row("elsewhere, all of it there", "/file", "elsewhere/mine.txt", true, true);
+    Row("over a file that is there", "/file", "there.txt", true, true);
+    Row("given up", "/slow", "", false, false);
+    Row("given up, all of it there", "/file", "", true, false);
+  }
+  void placeIsAskedForBeside() {
+    QFETCH(QString, path);
+    QFETCH(QString, answer);
+    QFETCH(bool, arrives);
+    QVERIFY(QDir(m_folder->path()).mkdir("elsewhere"));
+    QVERIFY(QFile(In(u"there.txt"_s)).open(QIODevice::WriteOnly));
+    RouteSlowFile();
+    QList<TSaveQuestion::TDone> open;
+    m_list->SaveQuestion().SetChooseFile([&](const QString &, const TSaveQuestion::TDone &done) { open.append(done); });
+    Download(path);
+    QTRY_COMPARE_WITH_TIMEOUT(open.size(), 1, LongWait);
+    QCOMPARE(Status(0), m_language.Text("DOWNLOADS", "PlaceLine"));
+    if (arrives) QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(In(u"file.txt"_s)), LongWait);
+    QCOMPARE(m_list->State(0), TDownloadState::Waiting);
+    open.first()(answer.isEmpty() ? QString() : In(answer));
+    QFETCH(bool, there);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->ActiveCount(), 0, LongWait);
+    QCOMPARE(m_list->rowCount(), there ? 1 : 0);
+    QStringList files{u"there.txt"_s};
+    if (there) {
+      QCOMPARE(m_list->State(0), TDownloadState::Finished);
+      QCOMPARE(Path(0), In(answer));
+      QCOMPARE(Content(In(answer)).size(), arrives ? 7 : 4 * 1024 * 1024);
+      if (!answer.contains(u'/') && answer != files.first()) files.prepend(answer);
+    }
+    // Nothing else is left.
+    QTRY_COMPARE(QDir(m_folder->path()).entryList({u"*.txt*"_s, u"*.bin*"_s}, QDir::Files), files);
+  }
+
+  // What the user clicks meanwhile is asked about next, what comes by itself waits in the list.
+  void placesOneAfterTheOther() {
+    int act = 1;
+    new TPageDownloads(
+        m_page.get(), [&act] { return act; }, [] { return true; });
+    QList<TSaveQuestion::TDone> open;
+    m_list->SaveQuestion().SetChooseFile([&](const QString &, const TSaveQuestion::TDone &done) { open.append(done); });
+    Download(u"/file"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(open.size(), 1, LongWait);
+    ++act;
+    Download(u"/file?2"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
+    act = 0;
+    Download(u"/file?3"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 3, LongWait);
+    QCOMPARE(m_list->State(0), TDownloadState::NotStarted);
+    QCOMPARE(open.size(), 1);
+    open.at(0)(In(u"one.txt"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(open.size(), 2, LongWait);
+    open.at(1)(In(u"two.txt"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(Content(In(u"one.txt"_s)) == "content" && Content(In(u"two.txt"_s)) == "content",
+                             LongWait);
+  }
+
+  void dialogStandsBeside() {
+    m_list = std::make_unique<TDownloadList>(*m_profile, m_language, *m_store);
+    Download(u"/file"_s);
+    QPointer<QFileDialog> dialog;
+    const auto find = [&dialog] {
+      for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (auto *one = qobject_cast<QFileDialog *>(widget); one != nullptr && one->isVisible()) dialog = one;
+      }
+      return dialog != nullptr;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(find(), LongWait);
+    QVERIFY(!dialog->isModal() && QApplication::activeModalWidget() == nullptr);
+    QCOMPARE(dialog->selectedFiles(), QStringList{In(u"file.txt"_s)});
+    static_cast<QDialog *>(dialog)->accept();
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    QCOMPARE(Content(In(u"file.txt"_s)), "content");
+  }
+
   void neverOverwritesWithoutAsking() {
-    m_list->SetChooseFile({});
+    m_list->SaveQuestion().SetChooseFile({});
     for (const QString &name : {u"file.txt"_s, u"file (1).txt"_s}) {
       Get(u"/file"_s);
       QCOMPARE(Content(In(name)), "content");
     }
     // The user's own choice of a file that is there has been asked about by the dialog.
     QVERIFY(QFile::resize(In(u"file.txt"_s), 0));
-    m_list->SetChooseFile([this](const QString &) { return In(u"file.txt"_s); });
+    m_list->SaveQuestion().SetChooseFile(
+        [this](const QString &, const TSaveQuestion::TDone &done) { done(In(u"file.txt"_s)); });
     Get(u"/file"_s);
     QCOMPARE(Content(In(u"file.txt"_s)), "content");
   }
 
   void hostileNameAndFolderThatIsGone() {
     QVERIFY(m_store->Write(TRegistryHive::CurrentUser, Key, u"DownloadFolder"_s, In(u"gone"_s)));
-    m_list->SetChooseFile({});
+    m_list->SaveQuestion().SetChooseFile({});
     m_server->Route("/hostile", TTestResponse::Attachment("../../../../tmp/evil\342\200\256cod.exe", "x"));
     Get(u"/hostile"_s);
     QVERIFY(!QDir(In(u"gone"_s)).exists());
@@ -271,7 +354,7 @@ class TestDownloads final : public QObject {
   // A page that starts many downloads at once gets one dialog; the others wait for the user in the list.
   void requestsWhileAskingWaitInTheList() {
     m_server->Route("/second", TTestResponse::Attachment("second.txt", "second"));
-    m_list->SetPauseBetweenDialogs(2 * LongWait);
+    m_list->SaveQuestion().SetPause(2 * LongWait);
     for (const QString &path : {u"/file"_s, u"/second"_s, u"/second"_s, u"/second"_s}) Download(path);
     QTRY_COMPARE_WITH_TIMEOUT(m_server->RequestCount("/second"), 3, LongWait);
     QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
@@ -290,7 +373,7 @@ class TestDownloads final : public QObject {
 
   // A few run at a time, and the others when it is their turn.
   void manyWaitForTheirTurn() {
-    m_list->SetChooseFile({});
+    m_list->SaveQuestion().SetChooseFile({});
     RouteBroken();
     constexpr int Many = 9;
     for (int i = 0; i < Many; ++i) Download(u"/broken"_s);

@@ -163,9 +163,9 @@ class TestKeptDownloads final : public QObject {
   void BeginRun(const std::function<bool(int)> &isRunning = &NobodyElse) {
     m_page.reset();
     m_list = std::make_unique<TDownloadList>(*m_profile, m_language, *m_store);
-    m_list->SetPauseBetweenDialogs(0);
+    m_list->SaveQuestion().SetPause(0);
     m_answer = In(u"file.txt"_s);
-    m_list->SetChooseFile([this](const QString &) { return m_answer; });
+    m_list->SaveQuestion().SetChooseFile([this](const QString &, const TSaveQuestion::TDone &done) { done(m_answer); });
     m_list->Keep(Own, isRunning);
     m_page = std::make_unique<QWebEnginePage>(m_profile.get());
   }

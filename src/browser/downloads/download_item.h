@@ -9,6 +9,7 @@
 #include <QUuid>
 #include <QWebEngineDownloadRequest>
 #include <QWebEnginePage>
+#include <QWidget>
 
 #include "browser/downloads/download_list.h"
 #include "browser/downloads/kept_downloads.h"
@@ -26,6 +27,11 @@ struct TDownloadList::TItem {
   QPointer<QWebEngineDownloadRequest> request;
   QString suggestedName;                 // the server's own, unchecked
   const TPageDownloads *asks = nullptr;  // whose answer it waits for; no more than a name
+  QPointer<QWidget> window;              // that its page is in
+  bool waitsForPlace = false;            // until the user has said where it goes
+  bool isRetry = false;                  // it stood in the list before he was asked
+  bool isMoving = false;                 // from there to its place
+  QString writtenTo;                     // where the engine writes it, when that is not its place
   // Asks for the file again; alive until the engine has come back with a request. That request is known by its name
   // alone: its address may be another one after redirections, and it belongs to no page.
   std::unique_ptr<QWebEnginePage> retryPage;

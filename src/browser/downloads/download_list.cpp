@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <QDesktopServices>
 #include <QDir>
-#include <QFileDialog>
 #include <QIcon>
 #include <QMimeDatabase>
-#include <QStandardPaths>
+#include <QThread>
 #include <QUuid>
 #include <QWebEngineProfile>
 #include <QWebEngineView>
@@ -17,14 +16,10 @@
 #include "browser/downloads/kept_downloads.h"
 #include "browser/downloads/page_downloads.h"
 #include "config/language.h"
-#include "config/registry_paths.h"
-#include "store/registry_store.h"
 #include "ui/shown_text.h"
 
 namespace {
 
-const QString StoreKey = QString::fromLatin1(RegistryKey::CurrentVersion);
-const QString FolderValue = QStringLiteral("DownloadFolder");
 constexpr size_t MostItems = 500;   // the oldest inactive ones leave the list
 constexpr int TickInterval = 1000;  // ms between looks at downloads that have come to a stop
 constexpr int MostAtOnce = 4;  // that a page or the program starts; a host gets six connections, its pages included
@@ -52,6 +47,7 @@ TDownloadList::TDownloadList(QWebEngineProfile &profile, const TLanguage &langua
       m_profile(profile),
       m_language(language),
       m_store(store),
+      m_saveQuestion(language, store, this),
       m_opener([](const QUrl &address) { return QDesktopServices::openUrl(address); }) {
   m_tick.setInterval(TickInterval);
   connect(&m_tick, &QTimer::timeout, this, [this] {
@@ -67,7 +63,9 @@ TDownloadList::TDownloadList(QWebEngineProfile &profile, const TLanguage &langua
   connect(&profile, &QWebEngineProfile::downloadRequested, this, &TDownloadList::TakeRequest);
 }
 
-TDownloadList::~TDownloadList() = default;
+TDownloadList::~TDownloadList() {
+  for (const std::unique_ptr<QThread> &mover : m_movers) mover->wait();
+}
 
 void TDownloadList::Keep(int window, const std::function<bool(int)> &isRunning) {
   m_kept = std::make_unique<TKeptDownloads>(m_store, window, isRunning);
@@ -87,15 +85,10 @@ void TDownloadList::Keep(int window, const std::function<bool(int)> &isRunning) 
 }
 
 void TDownloadList::KeepItem(TItem &item) {
-  if (m_kept == nullptr || (item.keptState == item.state && item.keptPath == item.path)) return;
+  if (m_kept == nullptr || item.waitsForPlace || (item.keptState == item.state && item.keptPath == item.path)) return;
   item.keptState = item.state;
   item.keptPath = item.path;
   m_kept->Write(item.ToKeep());
-}
-
-void TDownloadList::SetChooseFile(TChooseFile chooseFile) {
-  m_asksWithDialog = false;
-  m_chooseFile = std::move(chooseFile);
 }
 
 void TDownloadList::SetOpener(std::function<bool(const QUrl &)> opener) {
@@ -115,7 +108,10 @@ void TDownloadList::TakeRequest(QWebEngineDownloadRequest *request) {
     TItem &item = **resumed;
     item.request->disconnect(this);
     item.state = TDownloadState::Running;
-    return Begin(item, request);
+    item.writtenTo.clear();
+    Begin(item, request);
+    if (item.waitsForPlace) request->pause();
+    return;
   }
   if (request->isSavePageDownload() && request->state() != QWebEngineDownloadRequest::DownloadRequested) {
     // A page that is being saved to a place already chosen: it runs by itself and is only listed.
@@ -140,9 +136,10 @@ void TDownloadList::TakeNewRequest(QWebEngineDownloadRequest *request) {
     if (!beginsNow) return LetWait(request, nullptr);
     return Begin(AddItem(address, FreePath(request->suggestedFileName()), TDownloadState::Running), request);
   }
-  // Nobody can click while the file dialog is open, nor right after it: what comes then was asked for by a script, and
-  // a script must not keep the user busy with dialogs. It waits in the list, once.
-  if (m_asking || (m_asked.isValid() && m_asked.elapsed() < m_pauseBetweenDialogs)) {
+  // What comes by itself while the user is asked where something is to go, or right after it, must not keep him busy:
+  // it waits in the list, once. What he has clicked meanwhile is asked about next.
+  const bool waitsInLine = verdict == TVerdict::ByUser && m_saveQuestion.IsOpen();
+  if (m_saveQuestion.Disturbs() && !waitsInLine) {
     const bool known = std::any_of(m_items.begin(), m_items.end(), [&address](const std::unique_ptr<TItem> &item) {
       return item->state == TDownloadState::NotStarted && item->address == address;
     });
@@ -150,21 +147,12 @@ void TDownloadList::TakeNewRequest(QWebEngineDownloadRequest *request) {
     request->cancel();
     return;
   }
-  const QPointer<QWebEngineDownloadRequest> alive(request);
-  const QPointer<TDownloadList> self(this);
-  const QString path = ChoosePath(request->suggestedFileName(), request->page());
-  if (self.isNull()) return;
-  if (path.isEmpty()) {
-    if (alive != nullptr) alive->cancel();
-  } else if (alive == nullptr) {
-    // The page took the request with it while the user was choosing; a retry can still get the file.
-    AddItem(address, path, TDownloadState::NotStarted);
-  } else if (!beginsNow) {
-    AddItem(address, path, TDownloadState::Waiting);
-    request->cancel();
-  } else {
-    Begin(AddItem(address, path, TDownloadState::Running), request);
-  }
+  TItem &item = AddItem(address, {}, TDownloadState::Waiting, true);
+  item.suggestedName = request->suggestedFileName();
+  const QWebEngineView *view = request->page() != nullptr ? QWebEngineView::forPage(request->page()) : nullptr;
+  if (view != nullptr) item.window = view->window();
+  if (!beginsNow) request->cancel();
+  AskForPlace(item, beginsNow ? request : nullptr);
 }
 
 void TDownloadList::LetWait(QWebEngineDownloadRequest *request, TPageDownloads *asks) {
@@ -217,12 +205,13 @@ void TDownloadList::StartNext() {
   m_looksForNext = false;
   for (size_t row = m_items.size(); row > 0 && RunningCount() < MostAtOnce; --row) {
     TItem &item = *m_items[row - 1];
-    if (item.state == TDownloadState::Waiting && item.asks == nullptr) Request(item);
+    if (item.state == TDownloadState::Waiting && item.asks == nullptr && !item.waitsForPlace) Request(item);
   }
 }
 
 QString TDownloadList::FreePath(const QString &name) const {
-  return FileNames::FreePath(Folder(), FileNames::Safe(name, m_language.Text("DOWNLOADS", "FallbackName")),
+  return FileNames::FreePath(m_saveQuestion.Folder(),
+                             FileNames::Safe(name, m_language.Text("DOWNLOADS", "FallbackName")),
                              [this](const QString &path) { return IsBeingWritten(path); });
 }
 
@@ -230,29 +219,12 @@ void TDownloadList::TakeRetry(TItem &item, QWebEngineDownloadRequest *request) {
   // The page is at work in this very call.
   item.retryPage.release()->deleteLater();
   if (item.path.isEmpty()) {
-    const QPointer<TDownloadList> self(this);
-    const QPointer<QWebEngineDownloadRequest> alive(request);
-    const QString path = m_asking ? QString() : ChoosePath(item.suggestedName, nullptr);
-    if (self.isNull()) return;
-    // The list may have changed while the user was choosing.
-    const auto still = std::find_if(m_items.begin(), m_items.end(),
-                                    [&item](const std::unique_ptr<TItem> &other) { return other.get() == &item; });
-    if (still == m_items.end()) {
-      if (alive != nullptr) alive->cancel();
-      return;
-    }
-    if (path.isEmpty() || alive == nullptr) {
-      item.state = TDownloadState::NotStarted;
-      if (alive != nullptr) alive->cancel();
-      return Announce(item);
-    }
-    item.path = path;
-  } else {
-    const QFileInfo file(item.path);
-    item.path.clear();
-    item.path =
-        FileNames::FreePath(file.path(), file.fileName(), [this](const QString &p) { return IsBeingWritten(p); });
+    item.isRetry = true;
+    return AskForPlace(item, request);
   }
+  const QFileInfo file(item.path);
+  item.path.clear();
+  item.path = FileNames::FreePath(file.path(), file.fileName(), [this](const QString &p) { return IsBeingWritten(p); });
   Begin(item, request);
 }
 
@@ -293,13 +265,14 @@ void TDownloadList::Update(TItem &item) {
   item.received = request->receivedBytes();
   item.total = request->totalBytes();
   item.MeasureSpeed();
-  if (item.asks != nullptr) return Announce(item);
+  if (item.asks != nullptr || item.waitsForPlace || item.isMoving) return Announce(item);
   switch (request->state()) {
     case QWebEngineDownloadRequest::DownloadRequested:
     case QWebEngineDownloadRequest::DownloadInProgress:
       item.state = request->isPaused() ? TDownloadState::Paused : TDownloadState::Running;
       break;
     case QWebEngineDownloadRequest::DownloadCompleted:
+      if (!item.writtenTo.isEmpty()) return MoveToPlace(item);
       // Its folder may have been deleted while the engine was writing.
       if (!QFileInfo::exists(item.path)) return Fail(item, m_language.Text("DOWNLOADS", "FileGone"));
       item.state = TDownloadState::Finished;
@@ -338,7 +311,8 @@ void TDownloadList::CountActive() {
   Q_EMIT ActiveChanged(active);
 }
 
-TDownloadList::TItem &TDownloadList::AddItem(const QUrl &address, const QString &path, TDownloadState state) {
+TDownloadList::TItem &TDownloadList::AddItem(const QUrl &address, const QString &path, TDownloadState state,
+                                             bool waitsForPlace) {
   for (size_t row = m_items.size(); m_items.size() >= MostItems && row > 0; --row) {
     if (!IsActiveState(m_items[row - 1]->state)) RemoveItem(int(row) - 1);
   }
@@ -347,6 +321,7 @@ TDownloadList::TItem &TDownloadList::AddItem(const QUrl &address, const QString 
   item.address = address;
   item.path = path;
   item.state = state;
+  item.waitsForPlace = waitsForPlace;
   endInsertRows();
   Announce(item);
   return item;
@@ -368,41 +343,9 @@ void TDownloadList::LetGo(QWebEngineDownloadRequest *request) {
   request->cancel();
 }
 
-QString TDownloadList::ChoosePath(const QString &name, QWebEnginePage *page) {
-  const auto taken = [this](const QString &path) { return IsBeingWritten(path); };
-  const QString suggested = FreePath(name);
-  if (!m_asksWithDialog && !m_chooseFile) return suggested;
-  const QPointer<TDownloadList> self(this);
-  m_asking = true;
-  QString path;
-  if (m_chooseFile) {
-    path = m_chooseFile(suggested);
-  } else {
-    QWebEngineView *view = page != nullptr ? QWebEngineView::forPage(page) : nullptr;
-    path = QFileDialog::getSaveFileName(view != nullptr ? view->window() : nullptr,
-                                        m_language.Text("DOWNLOADS", "SaveCaption"), suggested);
-  }
-  if (self.isNull()) return {};
-  m_asking = false;
-  m_asked.start();
-  if (path.isEmpty()) return {};
-  const QFileInfo chosen(path);
-  m_store.Write(TRegistryHive::CurrentUser, StoreKey, FolderValue, chosen.absolutePath());
-  // Two downloads must not write to one file, even when the user picks it.
-  return taken(chosen.absoluteFilePath()) ? FileNames::FreePath(chosen.absolutePath(), chosen.fileName(), taken)
-                                          : chosen.absoluteFilePath();
-}
-
-QString TDownloadList::Folder() const {
-  const QString last = m_store.Read(TRegistryHive::CurrentUser, StoreKey, FolderValue).value_or(QString());
-  if (!last.isEmpty() && QFileInfo(last).isDir() && QFileInfo(last).isWritable()) return last;
-  const QString downloads = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
-  return QDir().mkpath(downloads) ? downloads : QDir::homePath();
-}
-
 bool TDownloadList::IsBeingWritten(const QString &path) const {
   return std::any_of(m_items.begin(), m_items.end(), [&path](const std::unique_ptr<TItem> &item) {
-    return IsActiveState(item->state) && item->path == path;
+    return IsActiveState(item->state) && (item->path == path || item->writtenTo == path);
   });
 }
 
@@ -461,6 +404,7 @@ void TDownloadList::Cancel(int row) {
   TItem &item = *Item(row);
   // From here on it is the user's own: no answer to the page may take it away.
   item.asks = nullptr;
+  item.waitsForPlace = false;
   if (item.request != nullptr && item.retryPage == nullptr) return item.request->cancel();
   item.retryPage.reset();
   item.state = TDownloadState::Cancelled;
@@ -472,6 +416,7 @@ void TDownloadList::Retry(int row) {
   TItem &item = *Item(row);
   if (item.request != nullptr) LetGo(item.request);
   item.request = nullptr;
+  item.writtenTo.clear();
   if (std::exchange(item.hasRemains, false)) QFile::remove(FileNames::PartialOf(item.path));
   item.received = 0;
   item.total = -1;
@@ -565,6 +510,11 @@ TDownloadList::TItem *TDownloadList::Item(int row) const {
   return row >= 0 && row < rowCount() ? m_items[size_t(row)].get() : nullptr;
 }
 
+TDownloadList::TItem *TDownloadList::ItemOf(const QString &id) const {
+  const auto found = std::ranges::find(m_items, id, [](const std::unique_ptr<TItem> &item) { return item->id; });
+  return found == m_items.end() ? nullptr : found->get();
+}
+
 int TDownloadList::RowOf(const TItem &item) const {
   const auto found = std::find_if(m_items.begin(), m_items.end(),
                                   [&item](const std::unique_ptr<TItem> &other) { return other.get() == &item; });
@@ -588,6 +538,7 @@ QString TDownloadList::StatusText(const TItem &item) const {
     case TDownloadState::Failed:
       return m_language.Text("DOWNLOADS", "FailedLine").arg(item.failure);
     case TDownloadState::Waiting:
+      if (item.waitsForPlace) return m_language.Text("DOWNLOADS", "PlaceLine");
       return item.asks != nullptr ? m_language.Text("DOWNLOADS", "AskingLine")
                                   : m_language.Text("DOWNLOADS", "WaitingLine");
     case TDownloadState::NotStarted:

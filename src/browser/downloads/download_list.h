@@ -3,11 +3,13 @@
 #include <functional>
 #include <memory>
 #include <QAbstractListModel>
-#include <QElapsedTimer>
 #include <QTimer>
 #include <QUrl>
 #include <vector>
 
+#include "browser/downloads/save_question.h"
+
+class QThread;
 class QWebEngineDownloadRequest;
 class QWebEnginePage;
 class QWebEngineProfile;
@@ -49,9 +51,6 @@ class TDownloadList final : public QAbstractListModel {
     TimeRole,                 // QString, when it was asked for
   };
 
-  // Asks where to save; gets a full path that is free and returns the chosen one, empty to cancel.
-  using TChooseFile = std::function<QString(const QString &suggested)>;
-
   TDownloadList(QWebEngineProfile &profile, const TLanguage &language, TRegistryStore &store,
                 QObject *parent = nullptr);
   ~TDownloadList() override;
@@ -59,10 +58,9 @@ class TDownloadList final : public QAbstractListModel {
   // From now on the list outlives the run: what was kept is in it, and what comes is kept. `window` is this process's
   // number, from 1; `isRunning` tells whether another one's process is there.
   void Keep(int window, const std::function<bool(int)> &isRunning);
-  // Replaces the file dialog. An empty function saves under the suggested free name without asking.
-  void SetChooseFile(TChooseFile chooseFile);
-  // Requests that come within this time, in ms, after the user was asked wait in the list (500 at first).
-  void SetPauseBetweenDialogs(int pause) { m_pauseBetweenDialogs = pause; }
+  // How the user is asked where to save. Meanwhile the file is fetched already, beside the place that is suggested.
+  // What pages want by themselves while he is asked, and right after it, waits in the list.
+  [[nodiscard]] TSaveQuestion &SaveQuestion() { return m_saveQuestion; }
   // Replaces the desktop's "open" for files and folders; returns false when it could not be opened.
   void SetOpener(std::function<bool(const QUrl &)> opener);
 
@@ -119,31 +117,37 @@ class TDownloadList final : public QAbstractListModel {
   void Update(TItem &item);
   void Fail(TItem &item, const QString &reason);
   void Announce(TItem &item);
-  TItem &AddItem(const QUrl &address, const QString &path, TDownloadState state);
+  TItem &AddItem(const QUrl &address, const QString &path, TDownloadState state, bool waitsForPlace = false);
   void RemoveItem(int row);
   // Writes down what has changed of it that is worth being kept.
   void KeepItem(TItem &item);
   void LetGo(QWebEngineDownloadRequest *request);
-  // The path to save to; empty when the user cancelled.
-  [[nodiscard]] QString ChoosePath(const QString &name, QWebEnginePage *page);
-  [[nodiscard]] QString Folder() const;
+  // Asks where the item goes, as soon as nothing else is asked. `request` is taken meanwhile, or given up where it has
+  // to wait for its turn.
+  void AskForPlace(TItem &item, QWebEngineDownloadRequest *request);
+  void TakePlace(const QString &id, const QString &path);
+  void AskForNextPlace();
+  void DropUnplaced(TItem &item);
+  // Brings the whole file to where the user wants it.
+  void MoveToPlace(TItem &item);
+  void EndMove(const QString &id, bool isGood);
+  // Two downloads must not write to one file, even when the user picks it.
+  [[nodiscard]] QString OwnPath(const QString &path) const;
   [[nodiscard]] bool IsBeingWritten(const QString &path) const;
   [[nodiscard]] TItem *Item(int row) const;
+  [[nodiscard]] TItem *ItemOf(const QString &id) const;
   [[nodiscard]] int RowOf(const TItem &item) const;
   [[nodiscard]] QString StatusText(const TItem &item) const;
 
   QWebEngineProfile &m_profile;
   const TLanguage &m_language;
   TRegistryStore &m_store;
-  TChooseFile m_chooseFile;
-  bool m_asksWithDialog = true;
+  TSaveQuestion m_saveQuestion;
   std::function<bool(const QUrl &)> m_opener;
   std::unique_ptr<TKeptDownloads> m_kept;
+  std::vector<std::unique_ptr<QThread>> m_movers;
   std::vector<std::unique_ptr<TItem>> m_items;
   QTimer m_tick;
-  int m_pauseBetweenDialogs = 500;
-  bool m_asking = false;
-  QElapsedTimer m_asked;  // since the last file dialog was closed
   int m_activeCount = 0;
   bool m_looksForNext = false;  // StartNext is about to be called
 };

@@ -1,0 +1,65 @@
+#include "browser/downloads/save_question.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QPointer>
+#include <QStandardPaths>
+#include <utility>
+
+#include "config/language.h"
+#include "config/registry_paths.h"
+#include "store/registry_store.h"
+
+namespace {
+
+const QString StoreKey = QString::fromLatin1(RegistryKey::CurrentVersion);
+const QString FolderValue = QStringLiteral("DownloadFolder");
+
+}  // namespace
+
+TSaveQuestion::TSaveQuestion(const TLanguage &language, TRegistryStore &store, QObject *parent)
+    : QObject(parent), m_language(language), m_store(store) {}
+
+void TSaveQuestion::SetChooseFile(TChooseFile chooseFile) {
+  m_asksWithDialog = false;
+  m_chooseFile = std::move(chooseFile);
+}
+
+bool TSaveQuestion::Disturbs() const {
+  return m_isOpen || (m_closed.isValid() && m_closed.elapsed() < m_pause);
+}
+
+void TSaveQuestion::Ask(const QString &suggested, QWidget *window, const TDone &done) {
+  if (!m_asksWithDialog && !m_chooseFile) return done(suggested);
+  m_isOpen = true;
+  const auto finish = [self = QPointer(this), done](const QString &path) {
+    if (!self) return;
+    self->m_isOpen = false;
+    self->m_closed.start();
+    if (path.isEmpty()) return done({});
+    const QFileInfo chosen(path);
+    self->m_store.Write(TRegistryHive::CurrentUser, StoreKey, FolderValue, chosen.absolutePath());
+    done(chosen.absoluteFilePath());
+  };
+  m_chooseFile ? m_chooseFile(suggested, finish) : ShowDialog(suggested, window, finish);
+}
+
+void TSaveQuestion::ShowDialog(const QString &suggested, QWidget *window, const TDone &done) {
+  auto *dialog = new QFileDialog(window, m_language.Text("DOWNLOADS", "SaveCaption"), QFileInfo(suggested).path());
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setAcceptMode(QFileDialog::AcceptSave);
+  dialog->selectFile(QFileInfo(suggested).fileName());
+  connect(dialog, &QDialog::finished, this, [dialog, done](int result) {
+    done(result == QDialog::Accepted ? dialog->selectedFiles().value(0) : QString());
+  });
+  dialog->setModal(false);
+  dialog->show();
+}
+
+QString TSaveQuestion::Folder() const {
+  const QString last = m_store.Read(TRegistryHive::CurrentUser, StoreKey, FolderValue).value_or(QString());
+  if (!last.isEmpty() && QFileInfo(last).isDir() && QFileInfo(last).isWritable()) return last;
+  const QString downloads = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
+  return QDir().mkpath(downloads) ? downloads : QDir::homePath();
+}
