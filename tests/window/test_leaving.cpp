@@ -3,11 +3,11 @@
 
 #include "browser/page/script_dialog.h"
 #include "support/data_row.h"
+#include "window/groups_fixture.h"
 #include "window/page_click.h"
-#include "window/tabs_fixture.h"
 
 // Pages with unsaved input are asked before they are closed, once each, and may be kept.
-class TestLeaving final : public QObject, private TTabsFixture {
+class TestLeaving final : public QObject, private TGroupsFixture {
   Q_OBJECT
 
  private Q_SLOTS:
@@ -150,6 +150,18 @@ class TestLeaving final : public QObject, private TTabsFixture {
     QVERIFY(!tabs->Tabs().contains(plain));
     QCOMPARE(tabs->Tabs(), QList<TBrowserTab *>{second});
     QCOMPARE(second->Title(), u"painted"_s);
+  }
+
+  // A group that opens in the place of all tabs leaves out the one that the user has just kept.
+  void GroupInThePlaceOfAll() {
+    TBrowserTab *tab = Open("/form", true);
+    int asked = 0;
+    AnswerQuestion(false, asked, tab);
+    OpenLines(u"one="_s + Page(1));
+    QCOMPARE(asked, 1);
+    QCOMPARE(tabs->TabCount(), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(tabs->Tab(1)->GetLocationName(), u"Page 1"_s, LoadTime);
+    QCOMPARE(tab->Title(), u"painted"_s);
   }
 
   // One page that stays keeps the program, and the ones before it are as if they had not been asked.

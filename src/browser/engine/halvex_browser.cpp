@@ -50,8 +50,13 @@ THalvexBrowser::THalvexBrowser(QWidget *owner, TEngine &engine, TDownloadControl
   connect(m_zoom, &TPageZoom::Changed, this, &THalvexBrowser::ZoomChanged);
   connect(m_stack, &TPageStack::FocusReceived, this, &THalvexBrowser::FocusReceived);
   connect(m_stack, &TPageStack::NoticeChanged, this, &THalvexBrowser::OnNoticeChanged);
-  connect(m_stack, &TPageStack::PrimaryPressed, this, &THalvexBrowser::OnNoticePrimary);
-  connect(m_stack, &TPageStack::SecondaryPressed, this, &THalvexBrowser::OnNoticeSecondary);
+  connect(m_stack, &TPageStack::RetryWanted, this, &THalvexBrowser::Refresh);
+  connect(m_stack, &TPageStack::OpenWanted, this, &THalvexBrowser::Navigate);
+  connect(m_stack, &TPageStack::BackWanted, this, [this] { CanGoBack() ? GoBack() : ShowBlank(); });
+  connect(m_stack, &TPageStack::GoOnWanted, this, [this](const QString &host) {
+    m_engine.AcceptCertificateErrors(host);
+    Refresh();
+  });
 }
 
 THalvexBrowser::~THalvexBrowser() {
@@ -472,10 +477,6 @@ void THalvexBrowser::CollectProperties(const std::function<void(const TPagePrope
   ProbePage(m_page, m_engine.Language(), done);
 }
 
-TDownloadControlOptionSet THalvexBrowser::DownloadControlOptionSet() const {
-  return m_options;
-}
-
 void THalvexBrowser::SetDownloadControlOptionSet(TDownloadControlOptionSet options) {
   m_options = options;
   if (m_page) m_page->SetDownloadControlOptions(options);
@@ -515,23 +516,6 @@ void THalvexBrowser::ShowLocalFailure(const TAddress &address, const QString &te
   Q_EMIT AddressChanged(shown);
   Q_EMIT TitleChanged(shown);
   Q_EMIT DocumentComplete(shown);
-}
-
-void THalvexBrowser::OnNoticePrimary() {
-  if (m_stack->Notice() == TPageStack::TNotice::LocalError && !m_stack->SearchAddress().isEmpty()) {
-    Navigate(TAddress(m_stack->SearchAddress()));
-  } else if (m_stack->Notice() != TPageStack::TNotice::Certificate) {
-    Refresh();
-  } else if (CanGoBack()) {
-    GoBack();
-  } else {
-    ShowBlank();
-  }
-}
-
-void THalvexBrowser::OnNoticeSecondary() {
-  if (m_stack->Notice() == TPageStack::TNotice::Certificate) m_engine.AcceptCertificateErrors(m_stack->BlockedHost());
-  Refresh();
 }
 
 void THalvexBrowser::OnNoticeChanged() {

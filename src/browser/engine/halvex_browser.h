@@ -101,7 +101,7 @@ class THalvexBrowser final : public QWidget {
 
   // Which kinds of content this browser fetches; the policy may forbid more of them. A change holds from the next
   // navigation on.
-  [[nodiscard]] TDownloadControlOptionSet DownloadControlOptionSet() const;
+  [[nodiscard]] TDownloadControlOptionSet DownloadControlOptionSet() const { return m_options; }
   void SetDownloadControlOptionSet(TDownloadControlOptionSet options);
 
   // Asks the page whether it may be closed; LeaveAnswered comes, at once when nothing can be lost.
@@ -161,8 +161,6 @@ class THalvexBrowser final : public QWidget {
   void OnQuestion(bool open);
   void ShowLoadFailure(const TLoadFailure &failure);
   void ShowLocalFailure(const TAddress &address, const QString &text);
-  void OnNoticePrimary();
-  void OnNoticeSecondary();
   void OnNoticeChanged();
   void ShowPage();
   void OnCommitted(const QString &address);

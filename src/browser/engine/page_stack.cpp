@@ -49,8 +49,8 @@ void TPageStack::ShowNotice(TNotice kind, const TPageNoticeText &text) {
   if (!m_noticeWidget) {
     m_noticeWidget = new TPageNotice;
     addWidget(m_noticeWidget);
-    connect(m_noticeWidget, &TPageNotice::PrimaryPressed, this, &TPageStack::PrimaryPressed);
-    connect(m_noticeWidget, &TPageNotice::SecondaryPressed, this, &TPageStack::SecondaryPressed);
+    connect(m_noticeWidget, &TPageNotice::PrimaryPressed, this, &TPageStack::OnPrimary);
+    connect(m_noticeWidget, &TPageNotice::SecondaryPressed, this, &TPageStack::OnSecondary);
   }
   m_notice = kind;
   Q_EMIT NoticeChanged();
@@ -64,6 +64,24 @@ void TPageStack::HideNotice() {
   m_failedAddress = {};
   Show(m_isViewShown ? m_view : m_sheet);
   Q_EMIT NoticeChanged();
+}
+
+void TPageStack::OnPrimary() {
+  if (m_notice == TNotice::LocalError && !m_searchAddress.isEmpty()) {
+    Q_EMIT OpenWanted(TAddress(m_searchAddress));
+  } else if (m_notice == TNotice::Certificate) {
+    Q_EMIT BackWanted();
+  } else {
+    Q_EMIT RetryWanted();
+  }
+}
+
+void TPageStack::OnSecondary() {
+  if (m_notice == TNotice::Certificate) {
+    Q_EMIT GoOnWanted(m_blockedHost);
+  } else {
+    Q_EMIT RetryWanted();
+  }
 }
 
 void TPageStack::ShowLoadFailure(const TLoadFailure &failure) {

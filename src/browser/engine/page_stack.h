@@ -31,15 +31,12 @@ class TPageStack final : public QStackedWidget {
   // What a local failure, or a window that was written into, is about.
   [[nodiscard]] const TAddress &FailedAddress() const { return m_failedAddress; }
   [[nodiscard]] QString FailedText() const { return m_failedAddress.Text().trimmed(); }
-  // Whose certificate the last notice of that kind was about.
-  [[nodiscard]] const QString &BlockedHost() const { return m_blockedHost; }
 
   void ShowLoadFailure(const TLoadFailure &failure);
   void ShowCertificateProblem(const TCertificateProblem &problem, const QUrl &page);
   void ShowCrash(const QUrl &page);
   // Where there is a search for what is no address, that is offered first.
   void ShowLocalFailure(const TAddress &address, const QString &text, const TWordSearch &search);
-  [[nodiscard]] const QString &SearchAddress() const { return m_searchAddress; }
   // Another page wrote into the window before it had a page of its own; `address` is what can be opened instead.
   void ShowWrittenWindow(const TAddress &address);
   void HideNotice();
@@ -47,13 +44,17 @@ class TPageStack final : public QStackedWidget {
  Q_SIGNALS:
   // A notice is about to come or to go; Notice() tells already.
   void NoticeChanged();
-  // The buttons of the notice: try again or go back, and, for a certificate, go on anyway.
-  void PrimaryPressed();
-  void SecondaryPressed();
+  // The user has chosen one of the ways out that the notice offers.
+  void RetryWanted();
+  void OpenWanted(const TAddress &address);
+  void BackWanted();                     // away from a site whose certificate is bad
+  void GoOnWanted(const QString &host);  // to that site all the same
   // The keyboard came to what stands here from elsewhere.
   void FocusReceived();
 
  private:
+  void OnPrimary();
+  void OnSecondary();
   void ShowNotice(TNotice kind, const TPageNoticeText &text);
   void Show(QWidget *widget);
 
@@ -65,6 +66,6 @@ class TPageStack final : public QStackedWidget {
   TPageNotice *m_noticeWidget = nullptr;  // made with the first one
   TNotice m_notice = TNotice::None;
   TAddress m_failedAddress;
-  QString m_blockedHost;
+  QString m_blockedHost;    // whose certificate the last notice of that kind was about
   QString m_searchAddress;  // what the notice offers; empty where it offers none
 };
