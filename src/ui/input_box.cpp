@@ -41,10 +41,9 @@ std::optional<QString> AskText(QWidget *owner, const TLanguage &language, const 
   return Run(dialog);
 }
 
-qsizetype AskLine(QWidget *owner, const TLanguage &language, const TLineQuestion &question) {
-  auto *dialog = MakeDialog(owner, language, question.caption, question.prompt);
+QInputDialog *MakeLineDialog(const TLanguage &language, const TLineQuestion &question) {
+  auto *dialog = MakeDialog(nullptr, language, question.caption, question.prompt);
   dialog->setOption(QInputDialog::UseListViewForComboBoxItems);
   dialog->setComboBoxItems(question.lines);
-  const std::optional<QString> answer = Run(dialog);
-  return answer ? question.lines.indexOf(*answer) : -1;
+  return dialog;
 }

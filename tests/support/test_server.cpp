@@ -61,11 +61,12 @@ bool TTestServer::Listen(quint16 port) {
   return ListenWith(std::make_unique<QTcpServer>(), false, port);
 }
 
-bool TTestServer::ListenWithTls() {
+bool TTestServer::ListenWithTls(bool asksWho) {
   auto server = std::make_unique<QSslServer>();
   QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
   configuration.setLocalCertificate(QSslCertificate(ReadSupportFile("test_certificate.pem")));
   configuration.setPrivateKey(QSslKey(ReadSupportFile("test_key.pem"), QSsl::Rsa));
+  if (asksWho) configuration.setPeerVerifyMode(QSslSocket::QueryPeer);
   server->setSslConfiguration(configuration);
   return ListenWith(std::move(server), true, 0);
 }
@@ -137,6 +138,8 @@ void TTestServer::ReadFrom(QTcpSocket *socket) {
   TTestRequest request;
   if (!TakeRequest(*buffer, request)) return;
   buffer->clear();
+  const auto *secure = qobject_cast<QSslSocket *>(socket);
+  request.saysWho = secure != nullptr && !secure->peerCertificate().isNull();
   m_requests.append(request);
   const THandler handler = m_routes.value(request.path);
   const TTestResponse response =

@@ -19,6 +19,7 @@ struct TTestRequest {
   QByteArray query;  // without the "?"
   QHash<QByteArray, QByteArray> headers;
   QByteArray body;
+  bool saysWho = false;  // by a certificate
 
   [[nodiscard]] QByteArray Header(const char *name) const { return headers.value(QByteArray(name).toLower()); }
 };
@@ -60,7 +61,8 @@ class TTestServer final : public QObject {
   // Begins to listen; `port` 0 takes a free one. False when the port is taken.
   [[nodiscard]] bool Listen(quint16 port = 0);
   // The same with TLS and a self-signed certificate for "localhost" and 127.0.0.1.
-  [[nodiscard]] bool ListenWithTls();
+  // Visitors may say who they are: `asksWho`.
+  [[nodiscard]] bool ListenWithTls(bool asksWho = false);
   // Closes the port and every connection. Listen may be called again.
   void Close();
 

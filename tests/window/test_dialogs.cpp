@@ -133,44 +133,38 @@ class TestDialogs final : public QObject {
     OnModalDialog<TfrmConfirm>([owner](TfrmConfirm &) { delete owner; });
     const TAnswer answer = ShowConfirm(owner, {.ok = u"Yes"_s, .cancel = u"No"_s, .checkBoxState = true});
     QVERIFY(!answer.accepted && answer.checked);
-    for (const bool isText : {true, false}) {
-      owner = new QWidget;
-      OnModalDialog<QInputDialog>([owner](QInputDialog &dialog) {
-        dialog.done(QDialog::Accepted);
-        delete owner;
-      });
-      if (isText) {
-        QVERIFY(!AskText(owner, m_language, {.text = u"proposed"_s}));
-      } else {
-        QCOMPARE(AskLine(owner, m_language, {.lines = {u"a"_s}}), -1);
-      }
-    }
+    owner = new QWidget;
+    OnModalDialog<QInputDialog>([owner](QInputDialog &dialog) {
+      dialog.done(QDialog::Accepted);
+      delete owner;
+    });
+    QVERIFY(!AskText(owner, m_language, {.text = u"proposed"_s}));
   }
 
   void inputAnswers_data() {
-    Columns<QString, Qt::Key, QString, int>("typed", "key", "text", "line");
-    QTest::newRow("as proposed") << "" << Qt::Key_Return << u"b<br>"_s << -1;
-    QTest::newRow("other") << "b" << Qt::Key_Return << u"b"_s << 1;
-    QTest::newRow("given up") << "b" << Qt::Key_Escape << u"none"_s << -1;
+    Columns<QString, Qt::Key, QString, QString>("typed", "key", "text", "line");
+    QTest::newRow("as proposed") << "" << Qt::Key_Return << u"b<br>"_s << u"none"_s;  // no line is
+    QTest::newRow("other") << "b" << Qt::Key_Return << u"b"_s << u"b"_s;
+    QTest::newRow("given up") << "b" << Qt::Key_Escape << u"none"_s << u"none"_s;
   }
 
   void inputAnswers() {
     QFETCH(QString, typed);
     QFETCH(Qt::Key, key);
-    const auto answer = [=] {
-      OnModalDialog<QInputDialog>([=](QInputDialog &dialog) {
-        QCOMPARE(dialog.labelText(), u"<b>Prompt</b>"_s);
-        QCOMPARE(dialog.findChild<QLabel *>()->textFormat(), Qt::PlainText);
-        if (!typed.isEmpty()) QTest::keyClicks(dialog.focusWidget(), typed);
-        QTest::keyClick(&dialog, key);
-      });
+    const auto answer = [=](QInputDialog &dialog) {
+      QCOMPARE(dialog.labelText(), u"<b>Prompt</b>"_s);
+      QCOMPARE(dialog.findChild<QLabel *>()->textFormat(), Qt::PlainText);
+      if (!typed.isEmpty()) QTest::keyClicks(dialog.focusWidget(), typed);
+      QTest::keyClick(&dialog, key);
     };
-    answer();
+    OnModalDialog<QInputDialog>(answer);
     const auto text = AskText(nullptr, m_language, {.prompt = u"<b>Prompt</b>"_s, .text = u"b<br>"_s});
     QTEST(text.value_or(u"none"_s), "text");
-    if (typed.isEmpty()) return;  // No line is proposed.
-    answer();
-    QTEST(int(AskLine(nullptr, m_language, {.prompt = u"<b>Prompt</b>"_s, .lines = {u"a<br>"_s, u"b"_s}})), "line");
+    const std::unique_ptr<QInputDialog> lines(
+        MakeLineDialog(m_language, {.prompt = u"<b>Prompt</b>"_s, .lines = {u"a<br>"_s, u"b"_s}}));
+    lines->show();
+    answer(*lines);
+    QTEST(lines->result() == QDialog::Accepted ? lines->textValue() : u"none"_s, "line");
   }
 
   void closeAllWalksBackwards() {

@@ -1,12 +1,19 @@
 #include <QComboBox>
+#include <QFile>
+#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QMenu>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QSslCertificate>
+#include <QSslKey>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QVBoxLayout>
+#include <QWebEngineCertificateError>
+#include <QWebEngineClientCertificateStore>
 #include <QWebEngineContextMenuRequest>
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
@@ -194,6 +201,37 @@ class TestPagePrompts final : public QObject {
       QVERIFY(!m_sheet->IsOpen());
     }
     for (const char *path : {"/a", "/f"}) QVERIFY(!m_server.Requests(path).last().Header("authorization").isEmpty());
+  }
+
+  void clientCertificate_data() {
+    Columns<bool>("shows");
+    Row("shown", true);
+    Row("not shown", false);
+  }
+  void clientCertificate() {
+    QFETCH(bool, shows);
+    const auto read = [](const QString &name) {
+      QFile file(QStringLiteral(ZV_SOURCE_DIR "/tests/support/") + name);
+      return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    m_profile->clientCertificateStore()->add(QSslCertificate(read(u"test_certificate.pem"_s)),
+                                             QSslKey(read(u"test_key.pem"_s), QSsl::Rsa));
+    TTestServer server;
+    QVERIFY(server.ListenWithTls(true));
+    server.RoutePage("/who", "Who");
+    connect(m_page, &QWebEnginePage::certificateError, m_page,
+            [](QWebEngineCertificateError error) { error.acceptCertificate(); });
+    const QSignalSpy loaded(m_page, &QWebEnginePage::loadFinished);
+    m_page->load(QUrl(server.Url(u"/who"_s)));
+    QTRY_VERIFY_WITH_TIMEOUT(m_sheet->IsOpen(), LongWait);
+    QCOMPARE(QApplication::activeModalWidget(), nullptr);
+    auto *question = m_sheet->findChild<QInputDialog *>();
+    QVERIFY(question->labelText().contains(u"127.0.0.1"_s));
+    QCOMPARE(question->comboBoxItems().size(), 1);
+    QTest::keyClick(question->findChild<QListView *>(), Qt::Key_Down);
+    shows ? question->accept() : question->reject();
+    QTRY_COMPARE_WITH_TIMEOUT(m_page->title(), u"Who"_s, LongWait);
+    QCOMPARE(server.Requests("/who").last().saysWho, shows);
   }
 
   void permissionIsAskedAndRemembered_data() {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <QAuthenticator>
+#include <QInputDialog>
 #include <QSslCertificate>
 #include <QWebEngineClientCertificateSelection>
 #include <QWebEngineQuotaRequest>
@@ -64,7 +65,6 @@ TPagePrompts::TPagePrompts(QWebEnginePage *page, TQuestionSheet *sheet, QWidget 
     : QObject(page),
       m_page(page),
       m_sheet(sheet),
-      m_owner(owner),
       m_language(language),
       m_bar(new TPermissionBar(language, owner)),
       m_decisions(TPermissionDecisions::Of(*page->profile())),
@@ -226,7 +226,7 @@ void TPagePrompts::AskSignIn(const QString &place, const QUrl &url, const QStrin
 
 void TPagePrompts::SelectClientCertificate(QWebEngineClientCertificateSelection selection) {
   const QList<QSslCertificate> certificates = selection.certificates();
-  if (certificates.isEmpty()) return selection.selectNone();
+  if (certificates.isEmpty() || m_sheet == nullptr || DialogGate::IsClosed()) return selection.selectNone();
   QStringList names;
   for (const QSslCertificate &certificate : certificates) {
     const QString name = m_language.Text("CLIENT_CERTIFICATE", "Line")
@@ -235,10 +235,14 @@ void TPagePrompts::SelectClientCertificate(QWebEngineClientCertificateSelection 
     // Equal names are told apart by their number.
     names.append(QString("%1. %2").arg(names.size() + 1).arg(name.simplified()));
   }
-  const qsizetype choice =
-      AskLine(m_owner, m_language,
-              {.caption = m_language.Text("CLIENT_CERTIFICATE", "Caption"),
-               .prompt = m_language.Text("CLIENT_CERTIFICATE", "Prompt").arg(OriginText(selection.host(), m_language)),
-               .lines = names});
-  choice >= 0 ? selection.select(certificates.at(choice)) : selection.selectNone();
+  auto *dialog = MakeLineDialog(
+      m_language,
+      {.caption = m_language.Text("CLIENT_CERTIFICATE", "Caption"),
+       .prompt = m_language.Text("CLIENT_CERTIFICATE", "Prompt").arg(OriginText(selection.host(), m_language)),
+       .lines = names});
+  // The connection waits for as long as the user likes.
+  m_sheet->Ask(dialog, [dialog, selection, certificates, names](bool accepted) mutable {
+    const qsizetype choice = accepted ? names.indexOf(dialog->textValue()) : -1;
+    choice >= 0 ? selection.select(certificates.at(choice)) : selection.selectNone();
+  });
 }

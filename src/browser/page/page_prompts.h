@@ -22,7 +22,7 @@ class TPagePrompts final : public QObject {
   Q_OBJECT
 
  public:
-  // Dialogs are shown on `sheet`, or belong to the window of `owner`.
+  // Dialogs are shown on `sheet`; the bar belongs to `owner`.
   TPagePrompts(QWebEnginePage *page, TQuestionSheet *sheet, QWidget *owner, const TLanguage &language);
   ~TPagePrompts() override;
 
@@ -64,7 +64,6 @@ class TPagePrompts final : public QObject {
 
   QWebEnginePage *m_page = nullptr;
   QPointer<TQuestionSheet> m_sheet;
-  QPointer<QWidget> m_owner;
   const TLanguage &m_language;
   QPointer<TPermissionBar> m_bar;
   QPointer<TFullScreenNotice> m_notice;
