@@ -205,7 +205,11 @@ class TestDownloads final : public QObject {
     Download(path);
     QTRY_COMPARE_WITH_TIMEOUT(open.size(), 1, LongWait);
     QCOMPARE(Status(0), m_language.Text("DOWNLOADS", "PlaceLine"));
-    if (arrives) QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(In(u"file.txt"_s)), LongWait);
+    // Out of sight, so that the suggested name stays free.
+    const QDir folder(m_folder->path());
+    const auto hidden = [&folder] { return folder.entryList({u".*.part"_s}, QDir::Files | QDir::Hidden).size(); };
+    if (arrives) QTRY_COMPARE_WITH_TIMEOUT(hidden(), 1, LongWait);
+    QCOMPARE(folder.entryList({u"file*"_s, u"slow*"_s}, QDir::Files), QStringList());
     QCOMPARE(m_list->State(0), TDownloadState::Waiting);
     open.first()(answer.isEmpty() ? QString() : In(answer));
     QFETCH(bool, there);
@@ -219,7 +223,7 @@ class TestDownloads final : public QObject {
       if (!answer.contains(u'/') && answer != files.first()) files.prepend(answer);
     }
     // Nothing else is left.
-    QTRY_COMPARE(QDir(m_folder->path()).entryList({u"*.txt*"_s, u"*.bin*"_s}, QDir::Files), files);
+    QTRY_COMPARE(folder.entryList({u"*.txt*"_s, u"*.bin*"_s}, QDir::Files | QDir::Hidden), files);
   }
 
   // What the user clicks meanwhile is asked about next, what comes by itself waits in the list.

@@ -252,8 +252,12 @@ class TestPagePrompts final : public QObject {
     AskForNotifications(*m_page);
     QTRY_VERIFY_WITH_TIMEOUT(m_prompts->Bar()->isVisible(), LongWait);
     QVERIFY(m_prompts->Bar()->findChild<QLabel *>("lblQuestion")->text().contains(u"127.0.0.1"_s));
+    m_window->activateWindow();
+    QTRY_VERIFY(m_window->isActiveWindow());
+    m_view->setFocus();
     Press(button);
     QVERIFY(!m_prompts->Bar()->isVisible());
+    QVERIFY(m_view->isAncestorOf(QApplication::focusWidget()));
     QTRY_COMPARE_WITH_TIMEOUT(Answer(*m_page), answer, LongWait);
 
     {

@@ -6,6 +6,8 @@
 #include <QLocale>
 #include <utility>
 
+#include "browser/downloads/file_names.h"
+
 namespace {
 
 constexpr int ShortestSample = 300;  // ms
@@ -56,6 +58,7 @@ TKeptDownload TDownloadList::TItem::ToKeep() const {
   return {.id = id,
           .address = asked.size() <= LongestKeptAddress ? asked : QString(),
           .path = path,
+          .part = writtenTo,
           .when = when,
           // The last of its kind: the first one is what comes back.
           .state = std::ranges::find(KeptStates.rbegin(), KeptStates.rend(), state,
@@ -75,7 +78,8 @@ void TDownloadList::TItem::Restore(const TKeptDownload &kept) {
   failure = kept.failure;
   received = kept.received;
   isPage = kept.isPage;
-  hasRemains = kept.state == TKeptState::UnderWay && !path.isEmpty();
+  const QString part = kept.part.isEmpty() ? path : kept.part;
+  if (kept.state == TKeptState::UnderWay && !part.isEmpty()) remains = FileNames::PartialOf(part);
   if (kept.state != TKeptState::UnderWay) keptState = state;
   keptPath = path;
 }

@@ -30,6 +30,7 @@ struct TDownloadList::TItem {
   QPointer<QWidget> window;              // that its page is in
   bool waitsForPlace = false;            // until the user has said where it goes
   bool isRetry = false;                  // it stood in the list before he was asked
+  bool mayReplace = false;               // what is there; the dialog has asked
   bool isMoving = false;                 // from there to its place
   QString writtenTo;                     // where the engine writes it, when that is not its place
   // Asks for the file again; alive until the engine has come back with a request. That request is known by its name
@@ -42,7 +43,7 @@ struct TDownloadList::TItem {
   // What of it was written last.
   std::optional<TDownloadState> keptState;
   QString keptPath;
-  bool hasRemains = false;  // what an earlier run has got of it lies beside its file
+  QString remains;  // where what an earlier run has got of it lies
 
   double speed = 0;  // bytes per second, smoothed
   qint64 sampleReceived = 0;

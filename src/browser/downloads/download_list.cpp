@@ -108,7 +108,6 @@ void TDownloadList::TakeRequest(QWebEngineDownloadRequest *request) {
     TItem &item = **resumed;
     item.request->disconnect(this);
     item.state = TDownloadState::Running;
-    item.writtenTo.clear();
     Begin(item, request);
     if (item.waitsForPlace) request->pause();
     return;
@@ -229,7 +228,7 @@ void TDownloadList::TakeRetry(TItem &item, QWebEngineDownloadRequest *request) {
 }
 
 void TDownloadList::Begin(TItem &item, QWebEngineDownloadRequest *request) {
-  const QFileInfo file(item.path);
+  const QFileInfo file(item.writtenTo.isEmpty() ? item.path : item.writtenTo);
   const QFileInfo folder(file.path());
   if (!folder.isDir() || !folder.isWritable()) {
     request->cancel();
@@ -417,7 +416,7 @@ void TDownloadList::Retry(int row) {
   if (item.request != nullptr) LetGo(item.request);
   item.request = nullptr;
   item.writtenTo.clear();
-  if (std::exchange(item.hasRemains, false)) QFile::remove(FileNames::PartialOf(item.path));
+  if (!item.remains.isEmpty()) QFile::remove(std::exchange(item.remains, {}));
   item.received = 0;
   item.total = -1;
   item.speed = 0;

@@ -43,7 +43,9 @@ void TDownloadList::AskForPlace(TItem &item, QWebEngineDownloadRequest *request)
   }
   TItem *waiting = ItemOf(id);
   if (waiting == nullptr || alive == nullptr) return;
+  // The suggested name stays free: the dialog would ask whether the file is to be replaced.
   waiting->path = suggested;
+  waiting->writtenTo = FileNames::HiddenPath(suggested);
   Begin(*waiting, alive);
   if (waiting->state != TDownloadState::Failed) alive->pause();
 }
@@ -55,20 +57,20 @@ void TDownloadList::TakePlace(const QString &id, const QString &path) {
   if (item == nullptr || !item->waitsForPlace) return;
   item->waitsForPlace = false;
   if (path.isEmpty()) return DropUnplaced(*item);
-  const QString place = path == item->path ? path : OwnPath(path);
+  if (path != item->path) item->path = OwnPath(path);
+  item->mayReplace = QFileInfo::exists(item->path);
   if (item->request == nullptr) {
-    item->path = place;
+    item->writtenTo.clear();
     item->state = TDownloadState::Waiting;
     return Announce(*item);
   }
-  if (place != item->path) item->writtenTo = std::exchange(item->path, place);
   item->request->resume();
   Update(*item);
 }
 
 void TDownloadList::DropUnplaced(TItem &item) {
   // A small one is there already, under a name that was free.
-  if (item.request != nullptr && item.request->isFinished()) QFile::remove(item.path);
+  if (item.request != nullptr && item.request->isFinished()) QFile::remove(item.writtenTo);
   if (!item.isRetry) {
     RemoveItem(RowOf(item));
     return CountActive();
@@ -76,6 +78,7 @@ void TDownloadList::DropUnplaced(TItem &item) {
   if (item.request != nullptr) LetGo(item.request);
   item.request = nullptr;
   item.path.clear();
+  item.writtenTo.clear();
   item.state = TDownloadState::NotStarted;
   Announce(item);
 }
@@ -92,10 +95,12 @@ void TDownloadList::AskForNextPlace() {
 }
 
 void TDownloadList::MoveToPlace(TItem &item) {
+  // What has come there meanwhile the dialog has not asked about.
+  if (!item.mayReplace)
+    item.path = FileNames::FreePath(QFileInfo(item.path).path(), QFileInfo(item.path).fileName(), {});
   const std::filesystem::path from(std::exchange(item.writtenTo, {}).toStdString());
   const std::filesystem::path to(item.path.toStdString());
   std::error_code failure;
-  // A file that is there the dialog has asked about.
   std::filesystem::rename(from, to, failure);
   if (!failure) return Update(item);
   // To another disk it takes its time.

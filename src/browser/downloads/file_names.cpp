@@ -5,12 +5,14 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QMimeDatabase>
+#include <QUuid>
 
 namespace {
 
 constexpr qsizetype LongestName = 200;   // bytes; file systems take 255, and numbers and endings are appended
 constexpr qsizetype LongestEnding = 24;  // bytes; a longer "ending" is a part of the name
 constexpr int MostNumbers = 10000;
+constexpr int OwnCharacters = 8;
 constexpr const char *PartialEnding = ".download";
 
 constexpr std::array ReservedNames{"con",  "prn",  "aux",  "nul",  "com1", "com2", "com3", "com4",
@@ -106,7 +108,7 @@ QString FileNames::FreePath(const QString &folder, const QString &name,
   const auto isFree = [&](const QString &path) {
     const QFileInfo file(path);
     // A dangling link does not exist but would be written through.
-    return !file.exists() && !file.isSymLink() && !QFileInfo::exists(PartialOf(path)) && !isTaken(path);
+    return !file.exists() && !file.isSymLink() && !QFileInfo::exists(PartialOf(path)) && !(isTaken && isTaken(path));
   };
   const QString ending = EndingOf(name);
   const QString stem = name.chopped(ending.size());
@@ -119,6 +121,12 @@ QString FileNames::FreePath(const QString &folder, const QString &name,
 
 QString FileNames::PartialOf(const QString &path) {
   return path + PartialEnding;
+}
+
+QString FileNames::HiddenPath(const QString &path) {
+  const QFileInfo file(path);
+  const QString own = QUuid::createUuid().toString(QUuid::Id128).left(OwnCharacters);
+  return QDir(file.path()).filePath(QStringLiteral(".%1.%2.part").arg(file.fileName(), own));
 }
 
 bool FileNames::IsExecutable(const QString &path) {

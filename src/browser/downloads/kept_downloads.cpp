@@ -40,6 +40,7 @@ QList<TKeptDownload> TKeptDownloads::Read() const {
     downloads.prepend({.id = value.name,
                        .address = data.value(u"address").toString(),
                        .path = data.value(u"path").toString(),
+                       .part = data.value(u"part").toString(),
                        .when = QDateTime::fromString(data.value(u"when").toString(), Qt::ISODate),
                        .state = known->first,
                        .failure = data.value(u"failure").toString(),
@@ -57,6 +58,7 @@ void TKeptDownloads::Write(const TKeptDownload &download) {
                    {"state", QLatin1String(state->second)},
                    {"received", download.received}};
   if (download.state == TState::UnderWay) data.insert("window", m_window);
+  if (download.state == TState::UnderWay && !download.part.isEmpty()) data.insert("part", download.part);
   if (!download.failure.isEmpty()) data.insert("failure", download.failure);
   if (download.isPage) data.insert("page", true);
   m_store.Write(Hive, Key, download.id, QString::fromUtf8(QJsonDocument(data).toJson(QJsonDocument::Compact)));

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <QApplication>
 #include <QAuthenticator>
 #include <QInputDialog>
 #include <QSslCertificate>
 #include <QWebEngineClientCertificateSelection>
 #include <QWebEngineQuotaRequest>
 #include <QWebEngineRegisterProtocolHandlerRequest>
+#include <QWebEngineView>
 #include <QWidget>
 
 #include "browser/page/full_screen_notice.h"
@@ -133,7 +135,10 @@ void TPagePrompts::AskPermission(const TPermissionRequest &request) {
 void TPagePrompts::AskNextPermission() {
   if (m_bar.isNull()) return;
   if (m_permissionRequests.isEmpty()) {
+    // The toolkit would hand the keyboard on to the next part of the window.
+    QWebEngineView *view = m_bar->isAncestorOf(QApplication::focusWidget()) ? QWebEngineView::forPage(m_page) : nullptr;
     m_bar->hide();
+    if (view != nullptr) view->setFocus();
     return;
   }
   const TPermissionRequest &request = m_permissionRequests.first();
