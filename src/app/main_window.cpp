@@ -99,6 +99,7 @@ void TfrmMain::CloseWithoutAsking() {
     if (dialog == nullptr) break;
     dialog->reject();
   }
+  m_modules->tabs.Leaving().GiveUp();
   QMetaObject::invokeMethod(
       this, [this] { close(); }, Qt::QueuedConnection);
 }

@@ -104,8 +104,8 @@ void TPageGroups::OpenHalvexGroup(const QString &argument, bool closeFirst, bool
              .arg(QFileInfo(path).fileName(), QString::number(group.Count()), QString::number(MostPages)));
     return;
   }
-  const TPresentationPause pause(m_tabs.Pages());
   const TLeaveQuestion::TTabs kept = closeFirst ? m_closeAll.CloseAll(true) : TLeaveQuestion::TTabs();
+  const TPresentationPause pause(m_tabs.Pages());
   const bool inForeground = m_tabs.Environment().settings.Get(Setting::OpenNewInForeground);
   for (int i = 0; i < group.Count(); ++i) {
     // The tab that is left after closing is taken whatever it is, one that was spared too: meant so. Not one whose page

@@ -129,6 +129,11 @@ class TestCommands final : public QObject, private TCommandsFixture {
     lock->click();
     Opens("TPropertiesDialog")();
     Dialog("TPropertiesDialog")->close();
+    // A notice in its place is nobody's page, and the page behind it is what it was.
+    Active()->Navigate(u"no address"_s);
+    QTRY_VERIFY(!lock->isVisible() && !Active()->Secure());
+    Active()->GoBack();
+    QTRY_VERIFY(lock->isVisible() && Active()->Secure());
     Load(u"/a"_s);
     QTRY_VERIFY(!lock->isVisible() && !Active()->Secure());
   }

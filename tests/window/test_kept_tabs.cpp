@@ -1,7 +1,10 @@
 #include <QAction>
 #include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
 #include <QWebEngineHistory>
 
+#include "browser/tabs/close_all_dialog.h"
 #include "browser/tabs/closed_tabs.h"
 #include "browser/tabs/tab_record.h"
 #include "support/data_row.h"
@@ -108,6 +111,20 @@ class TestKeptTabs final : public QObject, private TMainWindowFixture {
     QCOMPARE(Active(), Tabs().Tab(1));
     ExpectTab(Active(), false);
     QCOMPARE(server.RequestCount("/a"), 0);
+  }
+
+  void ReopensChosenOnesInTheirPlaces() {
+    for (const char *path : {"/b", "/c", "/d", "/a"}) Tabs().NewTab()->Announce(TAddress(server.Url(path)));
+    const QStringList before = Titles();
+    OnModalDialog<TfrmCloseAll>([](TfrmCloseAll &dialog) {
+      auto *list = dialog.findChild<QListWidget *>(u"CheckListBox1"_s);
+      for (const int staying : {0, 4}) list->item(staying)->setCheckState(Qt::Unchecked);
+      dialog.findChild<QPushButton *>(u"cmdClose"_s)->click();
+    });
+    Action(TCommand::CloseAllShowList)->trigger();
+    QCOMPARE(Titles(), (QStringList{before.first(), before.last()}));
+    Action(TCommand::ReopenTab)->trigger();
+    QCOMPARE(Titles(), before);
   }
 
   void ReopensTheLastOnes() {

@@ -152,9 +152,42 @@ class TestLeaving final : public QObject, private TGroupsFixture {
     QCOMPARE(second->Title(), u"painted"_s);
   }
 
+  // What was allowed holds for what the user wanted then, and for nothing later.
+  void StoppedOnTheWay() {
+    TBrowserTab *tab = Open("/form", true);
+    int asked = 0;
+    AnswerQuestion(true, asked, tab);
+    tab->Navigate(server.Url(u"/silent"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(server.RequestCount("/silent") > 0, LoadTime);
+    tab->Stop();
+    QTRY_VERIFY(!tab->Busy());
+    tabs->NewTab();
+    AnswerQuestion(false, asked, tab);
+    tabs->CloseByUser(tab);
+    QTRY_COMPARE_WITH_TIMEOUT(asked, 2, LoadTime);
+    QVERIFY(tabs->Tabs().contains(tab));
+  }
+
+  // It can be come back to.
+  void BehindANotice() {
+    TBrowserTab *tab = Open("/form", true);
+    tab->Navigate(u"no address"_s);
+    QTRY_COMPARE(tab->Load(), TLoad::Failed);
+    tabs->NewTab();
+    int asked = 0;
+    AnswerQuestion(false, asked, tab);
+    tabs->CloseByUser(tab);
+    QTRY_COMPARE_WITH_TIMEOUT(asked, 1, LoadTime);
+    QVERIFY(tabs->Tabs().contains(tab));
+    tab->GoBack();
+    QTRY_COMPARE(tab->Load(), TLoad::Shown);
+    QCOMPARE(tab->Title(), u"painted"_s);
+  }
+
   // A group that opens in the place of all tabs leaves out the one that the user has just kept.
   void GroupInThePlaceOfAll() {
     TBrowserTab *tab = Open("/form", true);
+    tabs->NewTab();
     int asked = 0;
     AnswerQuestion(false, asked, tab);
     OpenLines(u"one="_s + Page(1));

@@ -19,6 +19,7 @@
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"
 #include "support/named_lines.h"
+#include "ui/dialog_gate.h"
 #include "ui/frame_pacer.h"
 #include "window/main_window_fixture.h"
 #include "window/page_click.h"
@@ -54,6 +55,7 @@ class TestMainWindow final : public QObject {
     for (int i = 0; i < 10; ++i) m_f.server.RoutePage("/p" + QByteArray::number(i), "Page " + QByteArray::number(i));
     m_f.server.RoutePage("/link", "Link", "<a href='/p1'>1</a>");
     m_f.server.RoutePage("/full", "Full", "<div onclick='this.requestFullscreen()' style='height:300px'>big</div>");
+    m_f.server.RoutePage("/form", "Form", "<script>onbeforeunload = e => e.returnValue = 'x'</script>");
     m_f.server.RoutePage("/opener", "Opener", "<script>window.open('/p0?from=page')</script>");
   }
   void init() {
@@ -65,6 +67,27 @@ class TestMainWindow final : public QObject {
   void cleanup() {
     m_f.End();
     QDir(TGroupFolder::Path()).removeRecursively();
+  }
+
+  // An end that does not ask does not wait for the answer of a page either.
+  void EndsWhileAPageIsAsked() {
+    Type(m_f.server.Url(u"/form"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(Active()->Title(), u"Form"_s, m_f.LoadTime);
+    const auto isTouched = [this] {
+      ClickPage(*Active()->Browser(), QPoint(100, 100));
+      return AnswerOf(*Active()->Browser()->EnginePage(), u"navigator.userActivation.hasBeenActive"_s).toBool();
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isTouched(), m_f.LoadTime);
+    QTimer end;
+    connect(&end, &QTimer::timeout, this, [&] {
+      if (!Active()->Browser()->HasOpenQuestion()) return;
+      end.stop();
+      m_f.window->CloseWithoutAsking();
+    });
+    end.start(20);
+    m_f.window->close();
+    QTRY_VERIFY(!m_f.window->isVisible());
+    DialogGate::Open();
   }
 
   // A page of another site has a widget of its own; the keyboard is on the page then and not on its first link.

@@ -181,6 +181,15 @@ class TestPageWindows final : public QObject {
     QCOMPARE(m_f.tabs->TabCount(), before + 1);
   }
 
+  // Windows that open windows get no more than the page that began.
+  void WindowsOfWindows() {
+    m_f.server.RoutePage("/chain", "Chain", "<script>open('/chain'); open('/chain')</script>");
+    const QSignalSpy stopped(m_f.tabs.get(), &TTabStrip::WindowStopped);
+    m_f.Run(m_opener, QStringLiteral("open('/chain')"));
+    QTRY_VERIFY_WITH_TIMEOUT(stopped.size() >= 4, m_f.LoadTime);
+    QCOMPARE(m_f.tabs->TabCount(), 1 + TWindowBudget::MostByItself);
+  }
+
   void LockedPageIsTestedForPopups() {
     m_policy.isPopup = [](const QString &address) { return address.endsWith(QLatin1String("/page")); };
     m_policy.AnswerFor(m_f.Engine());

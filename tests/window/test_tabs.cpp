@@ -172,6 +172,7 @@ class TestTabs final : public QObject, private TTabsFixture {
     Row("unknown kind", "nothing-knows://this", "");
     Row("blank page, by a link", "", "let a = document.createElement('a'); a.href = 'about:blank'; a.click()");
     Row("blank page, by a script", "", "location = 'about:blank'");
+    Row("blank page, in the page's place", "", "location.replace('about:blank')");
   }
   void LockedTabKeepsItsPage() {
     QFETCH(QString, typed);

@@ -320,6 +320,7 @@ bool TEnginePage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
   if (!self) return false;
   if (!isMainFrame) return !navigation.cancel;
   if (navigation.cancel) {
+    m_wanted = {};
     m_cancelled = url;
     return false;
   }
@@ -439,6 +440,8 @@ void TEnginePage::OnLoadingChanged(const QWebEngineLoadingInfo &info) {
 void TEnginePage::Finish() {
   if (!m_underWay) return;
   m_underWay = false;
+  // The page that might be left has stayed, and what is typed into it from now on is not given up yet.
+  if (!m_committed) m_leaveGranted = false;
   m_engine.Views().PutOff();
   Q_EMIT Finished(AddressOf(url()));
 }

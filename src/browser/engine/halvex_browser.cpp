@@ -123,7 +123,8 @@ void THalvexBrowser::OnQuestion(bool open) {
 }
 
 void THalvexBrowser::AskToLeave() {
-  if (HasLivePage()) {
+  // The page behind a local notice lives, and can be come back to.
+  if (m_page && (!ShowsNotice() || IsLocalFailure())) {
     m_page->AskToLeave();
   } else {
     Q_EMIT LeaveAnswered(true);
@@ -148,6 +149,7 @@ void THalvexBrowser::TakeWindow(QWebEngineNewWindowRequest *request) {
 void THalvexBrowser::ConnectPage() {
   connect(m_page, &TEnginePage::BeforeNavigate, this, &THalvexBrowser::BeforeNavigate);
   connect(m_page, &TEnginePage::AddressChanged, this, [this](const QString &address) {
+    if (address != BlankPageAddress) m_lastPlace = address;
     if (!IsLocalFailure()) Q_EMIT AddressChanged(address);
   });
   connect(m_page, &TEnginePage::PageRequested, this, &THalvexBrowser::ShowPage);
@@ -277,8 +279,7 @@ void THalvexBrowser::GoBack() {
   if (IsLocalFailure()) {
     if (!CanGoBack()) return;
     m_stack->HideNotice();
-    Q_EMIT AddressChanged(LocationUrl());
-    RepeatTitle();
+    Q_EMIT StayChosen();
     return;
   }
   Trigger(m_page, QWebEnginePage::Back);
@@ -289,11 +290,15 @@ void THalvexBrowser::GoForward() {
 }
 
 void THalvexBrowser::ComeBack() {
+  if (!m_page || m_lastPlace.isEmpty()) return;
   // Once the engine is done with the page that it has just begun.
   QMetaObject::invokeMethod(
       this,
-      [this] {
-        if (m_page) m_page->history()->goToItem(m_page->history()->backItem());
+      [this, place = m_lastPlace] {
+        // The blank page may have taken the page's own place in the history.
+        const QWebEngineHistoryItem before = m_page->history()->backItem();
+        const bool isThere = before.isValid() && AddressOf(before.url()) == place;
+        isThere ? m_page->history()->goToItem(before) : m_page->load(QUrl(place));
       },
       Qt::QueuedConnection);
 }

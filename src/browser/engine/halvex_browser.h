@@ -57,7 +57,8 @@ class THalvexBrowser final : public QWidget {
   [[nodiscard]] QByteArray History() const;
   void GoBack();
   void GoForward();
-  void ComeBack();  // to the page before, though it may be one that Back passes over
+  void ComeBack();  // from the blank page to LastPlace, though it may be one that Back passes over
+  [[nodiscard]] const QString &LastPlace() const { return m_lastPlace; }  // that was no blank page; empty for none
   void Stop();
   void Refresh();            // normal
   void RefreshCompletely();  // past the cache
@@ -183,6 +184,7 @@ class THalvexBrowser final : public QWidget {
   TPageFinder *m_finder = nullptr;
   TPageFullScreen *m_fullScreen = nullptr;
   TPagePrinting *m_printing = nullptr;
+  QString m_lastPlace;
   QIcon m_icon;          // of the page that is shown, whatever is on its way
   bool m_blank = false;  // shown blank without ever having had a page
   bool m_canGoBack = false;

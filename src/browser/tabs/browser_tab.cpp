@@ -33,7 +33,7 @@ TBrowserTab::TBrowserTab(QWidget *owner, TTabEnvironment &environment, TTabStrip
     : m_environment(environment),
       m_strip(strip),
       m_id(++lastId),
-      m_windows(environment.windowSpan),
+      m_windows(std::make_shared<TWindowBudget>(environment.windowSpan)),
       m_gate(hidden ? TPopupGate::Untested : TPopupGate::None) {
   m_browser = new THalvexBrowser(owner, environment.engine, AllDownloadControlOptions, this);
   auto *layout = new QVBoxLayout(this);
@@ -53,7 +53,11 @@ void TBrowserTab::ConnectBrowser() {
   connect(m_browser, &THalvexBrowser::TitleChanged, this, &TBrowserTab::SetCaption);
   connect(m_browser, &THalvexBrowser::IconChanged, this,
           [this] { m_strip.Pages().SetPageIcon(this, m_strip.PageIconOf(this)); });
-  connect(m_browser, &THalvexBrowser::UserActed, this, [this] { m_windows.Renew(); });
+  connect(m_browser, &THalvexBrowser::UserActed, this, [this] {
+    // What he does here is for this tab alone.
+    if (m_windows.use_count() > 1) m_windows = std::make_shared<TWindowBudget>(*m_windows);
+    m_windows->Renew();
+  });
   connect(m_browser, &THalvexBrowser::ZoomChanged, this, &TBrowserTab::IndicatorsChanged);
   connect(m_browser, &THalvexBrowser::PlaceChanged, this, &TBrowserTab::PlaceChanged);
   connect(m_browser, &THalvexBrowser::BeforeNavigate, this, &TBrowserTab::OnBeforeNavigate);
@@ -120,6 +124,7 @@ void TBrowserTab::Navigate(const TAddress &address) {
     MakeBlank();
   } else {
     Q_EMIT PageSetsOut();
+    m_wish = AddressOf(m_url.Url());
     m_browser->Navigate(m_url);
   }
   ShowAwaitedAddress();
@@ -150,7 +155,12 @@ bool TBrowserTab::KeepsPage(const TAddress &address) const {
 
 void TBrowserTab::ShowOwnPage() {
   if (!m_browser || Announced()) return;
-  if (m_load == TLoad::Waiting) m_load = Settled();
+  if (m_load == TLoad::Waiting || m_load == TLoad::Failed) m_load = Settled();
+  if (m_load == TLoad::Shown) {
+    m_secure = m_isPageSecure;
+    m_secureZone = m_environment.engine.Policy().ZoneOf(GetLocationUrl());
+    Q_EMIT IndicatorsChanged();
+  }
   if (const QString title = GetLocationName(); !title.isEmpty()) SetCaption(title);
   Q_EMIT AddressChanged(AddressToSave());
   Q_EMIT Changed();
@@ -438,7 +448,7 @@ void TBrowserTab::OnBeforeNavigate(TNavigation *navigation) {
   } else if (Locked()) {
     // Frames fill themselves in place unless the user clicked; a locked page full of frames must not spawn tabs. The
     // page itself may reload, by itself too, and what an allowed load is sent on to belongs to that load.
-    const bool inPlace = navigation->reload || (navigation->historyMove && std::exchange(m_comesBack, false)) ||
+    const bool inPlace = navigation->reload || ComesBack(*navigation) ||
                          (navigation->redirect && (Busy() || IsOwnPage(QUrl(navigation->address)))) ||
                          (!navigation->mainFrame && !navigation->linkClicked);
     if (!inPlace) {
@@ -446,6 +456,7 @@ void TBrowserTab::OnBeforeNavigate(TNavigation *navigation) {
       return;
     }
   }
+  if (navigation->mainFrame) m_wish.clear();
   if (!navigation->mainFrame || Busy() || Announced()) return;
   Q_EMIT PageSetsOut();
   m_nonHttpsSeen = false;
@@ -453,6 +464,11 @@ void TBrowserTab::OnBeforeNavigate(TNavigation *navigation) {
   ShowState(TTabState::Started);
   Q_EMIT StatusTextChanged(QString());  // what it said was about the page that goes
   Q_EMIT IndicatorsChanged();
+}
+
+bool TBrowserTab::ComesBack(const TNavigation &navigation) {
+  return navigation.mainFrame && std::exchange(m_comesBack, false) &&
+         (navigation.historyMove || navigation.address == m_browser->LastPlace());
 }
 
 bool TBrowserTab::IsOwnPage(const QUrl &url) const {
@@ -473,7 +489,7 @@ void TBrowserTab::TestHiddenTab(TNavigation *navigation) {
 }
 
 bool TBrowserTab::StopsWindow(const QString &address, bool userActed) {
-  if (m_windows.Take(userActed)) return false;
+  if (m_windows->Take(userActed)) return false;
   Q_EMIT WindowStopped(address);
   return true;
 }
@@ -482,7 +498,9 @@ void TBrowserTab::SendAway(TNavigation *navigation) {
   navigation->cancel = true;
   ShowOwnPage();
   // What the page's script does by itself is a window that it opens, and tested like one.
-  const bool byScript = !navigation->linkClicked && navigation->address != AddressOf(m_url.Url());
+  const bool isWish = !m_wish.isEmpty() && navigation->address == m_wish;
+  if (isWish) m_wish.clear();
+  const bool byScript = !navigation->linkClicked && !isWish;
   if (byScript && m_environment.engine.Policy().IsPopup(navigation->address)) {
     Q_EMIT WindowStopped(navigation->address);
     return;
@@ -491,6 +509,7 @@ void TBrowserTab::SendAway(TNavigation *navigation) {
   TBrowserTab *tab = m_strip.NewBackgroundTab();
   tab->m_openedAsNewWindow = true;
   tab->Navigate(TAddress::OfEngine(navigation->address));
+  if (byScript) tab->m_windows = m_windows;
 }
 
 void TBrowserTab::OnNewWindowRequested(QWebEngineNewWindowRequest *request) {
@@ -500,6 +519,8 @@ void TBrowserTab::OnNewWindowRequested(QWebEngineNewWindowRequest *request) {
   tab->m_openedAsNewWindow = true;
   tab->m_isPageWindow = true;
   tab->m_opener = this;
+  // Windows that open windows are no way around it.
+  tab->m_windows = m_windows;
   tab->m_browser->TakeWindow(request);
 }
 
@@ -511,7 +532,7 @@ void TBrowserTab::OnNavigateComplete(const QString &address) {
     // The engine does not ask about this one, so all that can be done is to come back from it.
     m_comesBack = true;
     m_browser->ComeBack();
-    m_strip.NewBackgroundTab()->MakeBlank();
+    if (!StopsWindow(address, false)) m_strip.NewBackgroundTab()->MakeBlank();
     return;
   }
   // The blank page that a tab is left with before it opens something is not the page to keep.
@@ -533,6 +554,7 @@ void TBrowserTab::OnNavigateComplete(const QString &address) {
   }
   m_secure = !m_nonHttpsSeen;
   m_secureZone = m_environment.engine.Policy().ZoneOf(address);
+  m_isPageSecure = m_secure;
   Q_EMIT IndicatorsChanged();
   m_nonHttpsSeen = false;
 }

@@ -155,6 +155,7 @@ class TBrowserTab final : public QWidget {
   void ConnectBrowser();
   void OnBeforeNavigate(TNavigation *navigation);
   void TestHiddenTab(TNavigation *navigation);
+  [[nodiscard]] bool ComesBack(const TNavigation &navigation);
   void SendAway(TNavigation *navigation);
   [[nodiscard]] bool StopsWindow(const QString &address, bool userActed);
   void CloseByScript();
@@ -187,8 +188,8 @@ class TBrowserTab final : public QWidget {
   TAddress m_url;        // the last address that the program asked this tab to open
   QByteArray m_history;  // of the page that is announced
   QPointer<TBrowserTab> m_opener;
-  TWindowBudget m_windows;
-  QString m_popupUrl;  // the first address of a window that a page asked for
+  std::shared_ptr<TWindowBudget> m_windows;  // with the windows that its pages open
+  QString m_popupUrl;                        // the first address of a window that a page asked for
   QString m_stickyName;
   TSecurityZone m_secureZone = TSecurityZone::LocalMachine;
   TEncryptionLevel m_secureLock = TEncryptionLevel::None;
@@ -202,11 +203,13 @@ class TBrowserTab final : public QWidget {
   bool m_backEnabled = false;
   bool m_forwardEnabled = false;
   bool m_secure = false;
+  bool m_isPageSecure = false;  // the same of the page behind a notice
   bool m_nonHttpsSeen = false;
   bool m_hideFromCloseAll = false;
   bool m_wasActiveAtCompletion = false;
   bool m_restored = false;
   bool m_isStopped = false;   // by the user, and its end is still to be told
+  QString m_wish;             // where the user wants to go, until that sets out
   bool m_comesBack = false;   // to the page that it is locked to
   bool m_leavesPage = false;  // what it still shows is not its page any more
 };

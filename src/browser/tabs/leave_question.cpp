@@ -87,6 +87,7 @@ TLeaveQuestion::TTabs TLeaveQuestion::Collect(const TTabs &tabs, bool endWithFir
   for (const QPointer<TBrowserTab> &tab : asked) {
     if (THalvexBrowser *browser = BrowserOf(tab)) browser->AskToLeave();
   }
+  m_wait = &wait;
   if (!isDone()) wait.exec();
   // The program is about to end in another way, and leaves the tabs as they are.
   if (!isDone()) staying += m_open;
@@ -101,6 +102,10 @@ TLeaveQuestion::TTabs TLeaveQuestion::Staying(const TTabs &tabs) {
   }
   const QScopedValueRollback asking(m_asking, true);
   return Collect(tabs, false);
+}
+
+void TLeaveQuestion::GiveUp() {
+  if (m_wait) m_wait->quit();
 }
 
 bool TLeaveQuestion::AllMayGo(const TTabs &tabs) {

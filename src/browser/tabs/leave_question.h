@@ -4,6 +4,7 @@
 #include <QList>
 #include <QPointer>
 
+class QEventLoop;
 class TBrowserTab;
 
 // Asks the pages of tabs whether they may be closed, all at the same time: those that do not answer are given up after
@@ -21,6 +22,8 @@ class TLeaveQuestion final {
   [[nodiscard]] TTabs Staying(const TTabs &tabs);
   // True when none stays. The first one that does ends the asking, and the others are as if they had not been asked.
   [[nodiscard]] bool AllMayGo(const TTabs &tabs);
+  // Ends the waiting of both: who has not answered stays.
+  void GiveUp();
 
  private:
   [[nodiscard]] TTabs Collect(const TTabs &tabs, bool endWithFirst);
@@ -28,4 +31,5 @@ class TLeaveQuestion final {
   TTabs m_single;  // that are being asked alone
   TTabs m_open;    // of those that are asked together, the ones that have not answered
   bool m_asking = false;
+  QPointer<QEventLoop> m_wait;
 };
