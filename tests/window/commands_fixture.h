@@ -94,8 +94,8 @@ class TCommandsFixture {
   [[nodiscard]] bool IsAsNew(const TBrowserTab &tab) const {
     const auto *bar = tab.findChild<TFindBar *>();
     return State() == u"1:0 /a"_s && tab.Load() == TLoad::Shown && !tab.BackEnabled() && !tab.ForwardEnabled() &&
-           tab.Browser()->ZoomPercent() == 100 && !tab.Locked() && tab.StickyName().isEmpty() && !tab.HideFromCloseAll() &&
-           (bar == nullptr || !bar->isVisible());
+           tab.Browser()->ZoomPercent() == 100 && !tab.Locked() && tab.StickyName().isEmpty() &&
+           !tab.HideFromCloseAll() && (bar == nullptr || !bar->isVisible());
   }
   void PutInOrder() {
     for (QWidget *widget : QApplication::topLevelWidgets()) {

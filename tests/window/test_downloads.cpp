@@ -12,7 +12,6 @@
 #include "browser/downloads/download_list.h"
 #include "browser/downloads/download_text.h"
 #include "browser/downloads/download_window.h"
-#include "browser/downloads/file_names.h"
 #include "browser/downloads/page_downloads.h"
 #include "config/language.h"
 #include "config/registry_paths.h"
@@ -70,59 +69,6 @@ class TestDownloads final : public QObject {
   void cleanup() {
     const auto reset = [](auto &...owners) { (owners.reset(), ...); };
     reset(m_page, m_list, m_store, m_profile, m_server, m_folder);
-  }
-
-  void safeNames_data() {
-    Columns<QString, QString>("suggested", "safe");
-    QTest::newRow("other scripts stay") << u"写真 ü.jpg"_s << u"写真 ü.jpg"_s;
-    QTest::newRow("folders") << u"../../etc/passwd"_s << u"passwd"_s;
-    QTest::newRow("backslash folders") << u"..\\..\\start\\run.bat"_s << u"run.bat"_s;
-    QTest::newRow("only dots") << u".."_s << u"download"_s;
-    QTest::newRow("hidden") << u".bashrc"_s << u"bashrc"_s;
-    QTest::newRow("dots and blanks at the end") << u" name.txt. . "_s << u"name.txt"_s;
-    QTest::newRow("control characters") << QString::fromUtf16(u"a\0b\nc\x7f.txt", 10) << u"abc.txt"_s;
-    QTest::newRow("direction marks") << u"photo\u202Egpj\u2069\u061C.exe"_s << u"photogpj.exe"_s;
-    QTest::newRow("half a pair") << QString(QChar(0xD800)) + u"a.txt"_s << u"a.txt"_s;
-    QTest::newRow("characters of other systems") << u"a<b>c:d\"e|f?g*.txt"_s << u"a_b_c_d_e_f_g_.txt"_s;
-    QTest::newRow("reserved with an ending") << u"lpt1.txt"_s << u"_lpt1.txt"_s;
-    QTest::newRow("not reserved") << u"console.txt"_s << u"console.txt"_s;
-    QTest::newRow("too long") << QString(500, 'x') + u".tar.gz"_s << QString(193, 'x') + u".tar.gz"_s;
-    Row("too long, wide", QString(200, QChar(0x5199)) + u".txt"_s, QString(65, QChar(0x5199)) + u".txt"_s);
-    QTest::newRow("too long ending") << u"x."_s + QString(500, 'y') << u"x."_s + QString(198, 'y');
-  }
-
-  void safeNames() {
-    QFETCH(QString, suggested);
-    QTEST(FileNames::Safe(suggested, u"download"_s), "safe");
-  }
-
-  void freePathNumbersNames_data() {
-    Columns<QStringList, QString, QString>("there", "name", "free");
-    QTest::newRow("free") << QStringList{} << u"a.txt"_s << u"a.txt"_s;
-    QTest::newRow("numbers there") << QStringList{u"a.txt"_s, u"a (1).txt"_s} << u"a.txt"_s << u"a (2).txt"_s;
-    QTest::newRow("two endings") << QStringList{u"a.tar.gz"_s} << u"a.tar.gz"_s << u"a (1).tar.gz"_s;
-    QTest::newRow("no ending") << QStringList{u"a"_s} << u"a"_s << u"a (1)"_s;
-    QTest::newRow("being written by the engine") << QStringList{u"a.txt.download"_s} << u"a.txt"_s << u"a (1).txt"_s;
-    QTest::newRow("being written by us") << QStringList{} << u"taken.txt"_s << u"taken (1).txt"_s;
-  }
-
-  void freePathNumbersNames() {
-    QFETCH(QStringList, there);
-    QFETCH(QString, name);
-    QFETCH(QString, free);
-    for (const QString &file : there) QVERIFY(QFile(In(file)).open(QIODevice::WriteOnly));
-    QCOMPARE(
-        FileNames::FreePath(m_folder->path(), name, [this](const QString &path) { return path == In(u"taken.txt"_s); }),
-        In(free));
-  }
-
-  void executables() {
-    for (const char *name : {"a.sh", "a.desktop", "A.EXE"}) QVERIFY2(FileNames::IsExecutable(In(name)), name);
-    QFile picture(In(u"a.jpg"_s));
-    QVERIFY(picture.open(QIODevice::WriteOnly));
-    QVERIFY(!FileNames::IsExecutable(picture.fileName()));
-    QVERIFY(picture.setPermissions(picture.permissions() | QFile::ExeOwner));
-    QVERIFY(FileNames::IsExecutable(picture.fileName()));
   }
 
   void paceInWords_data() {
@@ -192,6 +138,7 @@ class TestDownloads final : public QObject {
     Row("over a file that is there", "/file", "there.txt", true, true);
     Row("given up", "/slow", "", false, false);
     Row("given up, all of it there", "/file", "", true, false);
+    Row("cancelled in the list", "/file", "late.txt", true, false);
   }
   void placeIsAskedForBeside() {
     QFETCH(QString, path);
@@ -211,6 +158,11 @@ class TestDownloads final : public QObject {
     if (arrives) QTRY_COMPARE_WITH_TIMEOUT(hidden(), 1, LongWait);
     QCOMPARE(folder.entryList({u"file*"_s, u"slow*"_s}, QDir::Files), QStringList());
     QCOMPARE(m_list->State(0), TDownloadState::Waiting);
+    if (answer == u"late.txt"_s) {
+      m_list->Cancel(0);
+      QCOMPARE(m_list->State(0), TDownloadState::Cancelled);
+      m_list->Remove(0);
+    }
     open.first()(answer.isEmpty() ? QString() : In(answer));
     QFETCH(bool, there);
     QTRY_COMPARE_WITH_TIMEOUT(m_list->ActiveCount(), 0, LongWait);

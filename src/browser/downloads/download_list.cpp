@@ -403,7 +403,11 @@ void TDownloadList::Cancel(int row) {
   TItem &item = *Item(row);
   // From here on it is the user's own: no answer to the page may take it away.
   item.asks = nullptr;
-  item.waitsForPlace = false;
+  const bool isUnplaced = std::exchange(item.waitsForPlace, false);
+  if (isUnplaced && item.request != nullptr && item.request->isFinished()) {
+    QFile::remove(item.writtenTo);
+    item.request = nullptr;
+  }
   if (item.request != nullptr && item.retryPage == nullptr) return item.request->cancel();
   item.retryPage.reset();
   item.state = TDownloadState::Cancelled;
