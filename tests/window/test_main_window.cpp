@@ -6,6 +6,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
@@ -13,6 +14,7 @@
 #include <QWebEnginePage>
 #include <QWindow>
 
+#include "chrome/busy_indicator.h"
 #include "config/registry_paths.h"
 #include "groups/group_folder.h"
 #include "search/address_bar.h"
@@ -21,6 +23,8 @@
 #include "support/named_lines.h"
 #include "ui/dialog_gate.h"
 #include "ui/frame_pacer.h"
+#include "ui/frame_updates.h"
+#include "ui/motion.h"
 #include "window/main_window_fixture.h"
 #include "window/page_click.h"
 
@@ -151,6 +155,24 @@ class TestMainWindow final : public QObject {
     Action(TCommand::EditAddress)->trigger();
     QVERIFY(Bar()->isVisible());
     QCOMPARE(m_f.window->focusWidget(), Bar());
+  }
+
+  void NothingTurnsWhereMotionIsReduced() {
+    QWidget window;
+    TFrameUpdates updates(&window);
+    TBusyIndicator busy(updates, &window);
+    busy.resize(busy.sizeHint());
+    window.show();
+    busy.SetBusy(true);
+    for (const bool reduced : {false, true}) {
+      Motion::SetReduced(reduced);
+      const QImage before = busy.grab().toImage();
+      const QSignalSpy shown(&updates, &TFrameUpdates::Show);
+      updates.Hurry();
+      QTRY_VERIFY(!shown.isEmpty());
+      QCOMPARE(busy.grab().toImage() == before, reduced);
+    }
+    Motion::SetReduced(false);
   }
 
   void TabKeyFollowsTheStatusBar() {
