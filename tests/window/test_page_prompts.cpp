@@ -385,6 +385,8 @@ class TestPagePrompts final : public QObject {
     m_prompts = new TPagePrompts(m_page, m_sheet, m_window.get(), m_language);
     layout->addWidget(m_prompts->Bar());
     layout->addWidget(m_view);
+    // What comes next to the bar for the Tab key.
+    layout->addWidget(new QLineEdit(m_window.get()));
     m_window->show();
   }
   void EndRun() {
