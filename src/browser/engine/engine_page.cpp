@@ -39,6 +39,7 @@ constexpr int LeaveInterval = 1000;  // milliseconds
 constexpr int MostLeaveTries = 5;
 constexpr int WantInterval = 100;  // milliseconds
 constexpr int MostWantTries = 10;
+constexpr int LongestWant = 5000;  // milliseconds until the engine asks the page
 
 const QUrl BlankPage(QStringLiteral("about:blank"));
 
@@ -221,6 +222,8 @@ void TEnginePage::AnswerLeave(bool mayGo) {
 // leave. What a page's own script or link begins cannot be begun again from here: the engine waits for that answer.
 bool TEnginePage::IsAskedOnSheet(const QUrl &origin) {
   const bool closes = m_leaveWait.isActive();
+  // A way back inside the page does not set out either, and is not what is asked about long after.
+  if (m_sinceWanted.isValid() && m_sinceWanted.hasExpired(LongestWant)) m_wanted = {};
   if ((!closes && !m_wanted) || m_sheet == nullptr || DialogGate::IsClosed()) return false;
   if (m_leaveQuestion != nullptr) return true;
   m_leaveWait.stop();
@@ -250,6 +253,7 @@ void TEnginePage::Open(const QUrl &url) {
 
 void TEnginePage::Want(const std::function<void()> &begin) {
   m_wanted = begin;
+  m_sinceWanted.start();
   begin();
   // Until it is through with a page that stays, the engine takes what is new for what it was to give up.
   m_wantTries = 0;

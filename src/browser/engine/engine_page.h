@@ -136,6 +136,7 @@ class TEnginePage final : public QWebEnginePage {
   bool m_insecureParts = false;
   bool m_fromForm = false;
   std::function<void()> m_wanted;  // what the user wants instead of this page, until it sets out
+  QElapsedTimer m_sinceWanted;
   int m_wantTries = 0;
   QTimer m_wantAgain{this};
   QElapsedTimer m_sinceStay;  // the engine was told that the page stays, whatever the user will say
