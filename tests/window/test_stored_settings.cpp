@@ -11,6 +11,7 @@
 #include "search/address_bar.h"
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"
+#include "support/named_lines.h"
 #include "support/store_trouble.h"
 #include "ui/confirm_dialog.h"
 #include "window/main_window_fixture.h"
@@ -135,6 +136,8 @@ class TestStoredSettings final : public QObject {
       const QString version = QString::fromLatin1(RegistryKey::CurrentVersion);
       QStringList keys{QString::fromLatin1(RegistryKey::TypedUrls)};
       for (const QString &name : store.Subkeys(TRegistryHive::CurrentUser, version)) keys << version + u'\\' + name;
+      // The tabs that are open by then stand there, too.
+      for (const char *open : {RegistryKey::LastOpenSites, RegistryKey::OpenTabs}) keys.removeAll(QLatin1String(open));
       for (const QString &key : keys) {
         lines << key;
         for (const auto &value : store.Values(TRegistryHive::CurrentUser, key)) lines << value.name << value.data;
@@ -170,6 +173,9 @@ class TestStoredSettings final : public QObject {
     lock.reset();
     m_f.store->Flush(1000);
     QCOMPARE(contents(path), before);
+    TRegistryStore written(path);
+    const QStringList kept = ToLines(TZVOptions(written).LastOpenSites());
+    for (const TNamedAddress &site : sites) QCOMPARE(kept.filter(u'=' + site.address).size(), 1);
     QCOMPARE(TZVOptions(*m_f.store).Get(Setting::OpenNewAtEnd), true);
   }
 

@@ -101,7 +101,7 @@ void TCloseAllTabs::ShowList() {
   for (const int position : ticked) chosen.append(listed.at(position));
   const TLeaveQuestion::TTabs staying = m_tabs.Leaving().Staying(chosen);
   const TClosedTabs::TTogether together(m_closed);
-  for (auto tab = chosen.crbegin(); tab != chosen.crend(); ++tab) {
-    if (!m_tabs.ClosingLocked() && *tab && !staying.contains(*tab)) (*tab)->Close();
+  for (const QPointer<TBrowserTab> &tab : chosen) {
+    if (!m_tabs.ClosingLocked() && tab && !staying.contains(tab)) tab->Close();
   }
 }
