@@ -1,5 +1,4 @@
 #include <QDir>
-#include <QFileDialog>
 #include <QListView>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -127,97 +126,6 @@ class TestDownloads final : public QObject {
     QCOMPARE(m_opened, (QStringList{In(u"elsewhere/mine.txt"_s), In(u"elsewhere"_s)}));
     QVERIFY(QFile::remove(In(u"elsewhere/mine.txt"_s)));
     QVERIFY(!m_list->Open(0));
-  }
-
-  // While the user looks for a place the file comes already, and everything else goes on.
-  void placeIsAskedForBeside_data() {
-    Columns<QString, QString, bool, bool>("path", "answer", "arrives", "there");
-    Row("where it was suggested", "/slow", "slow.bin", false, true);
-    Row("elsewhere", "/slow", "elsewhere/mine.bin", false, true);
-    Row("elsewhere, all of it there", "/file", "elsewhere/mine.txt", true, true);
-    Row("over a file that is there", "/file", "there.txt", true, true);
-    Row("given up", "/slow", "", false, false);
-    Row("given up, all of it there", "/file", "", true, false);
-    Row("cancelled in the list", "/file", "late.txt", true, false);
-  }
-  void placeIsAskedForBeside() {
-    QFETCH(QString, path);
-    QFETCH(QString, answer);
-    QFETCH(bool, arrives);
-    QVERIFY(QDir(m_folder->path()).mkdir("elsewhere"));
-    QVERIFY(QFile(In(u"there.txt"_s)).open(QIODevice::WriteOnly));
-    RouteSlowFile();
-    QList<TSaveQuestion::TDone> open;
-    m_list->SaveQuestion().SetChooseFile([&](const QString &, const TSaveQuestion::TDone &done) { open.append(done); });
-    Download(path);
-    QTRY_COMPARE_WITH_TIMEOUT(open.size(), 1, LongWait);
-    QCOMPARE(Status(0), m_language.Text("DOWNLOADS", "PlaceLine"));
-    // Out of sight, so that the suggested name stays free.
-    const QDir folder(m_folder->path());
-    const auto hidden = [&folder] { return folder.entryList({u".*.part"_s}, QDir::Files | QDir::Hidden).size(); };
-    if (arrives) QTRY_COMPARE_WITH_TIMEOUT(hidden(), 1, LongWait);
-    QCOMPARE(folder.entryList({u"file*"_s, u"slow*"_s}, QDir::Files), QStringList());
-    QCOMPARE(m_list->State(0), TDownloadState::Waiting);
-    if (answer == u"late.txt"_s) {
-      m_list->Cancel(0);
-      QCOMPARE(m_list->State(0), TDownloadState::Cancelled);
-      m_list->Remove(0);
-    }
-    open.first()(answer.isEmpty() ? QString() : In(answer));
-    QFETCH(bool, there);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->ActiveCount(), 0, LongWait);
-    QCOMPARE(m_list->rowCount(), there ? 1 : 0);
-    QStringList files{u"there.txt"_s};
-    if (there) {
-      QCOMPARE(m_list->State(0), TDownloadState::Finished);
-      QCOMPARE(Path(0), In(answer));
-      QCOMPARE(Content(In(answer)).size(), arrives ? 7 : 4 * 1024 * 1024);
-      if (!answer.contains(u'/') && answer != files.first()) files.prepend(answer);
-    }
-    // Nothing else is left.
-    QTRY_COMPARE(folder.entryList({u"*.txt*"_s, u"*.bin*"_s}, QDir::Files | QDir::Hidden), files);
-  }
-
-  // What the user clicks meanwhile is asked about next, what comes by itself waits in the list.
-  void placesOneAfterTheOther() {
-    int act = 1;
-    new TPageDownloads(
-        m_page.get(), [&act] { return act; }, [] { return true; });
-    QList<TSaveQuestion::TDone> open;
-    m_list->SaveQuestion().SetChooseFile([&](const QString &, const TSaveQuestion::TDone &done) { open.append(done); });
-    Download(u"/file"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(open.size(), 1, LongWait);
-    ++act;
-    Download(u"/file?2"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
-    act = 0;
-    Download(u"/file?3"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 3, LongWait);
-    QCOMPARE(m_list->State(0), TDownloadState::NotStarted);
-    QCOMPARE(open.size(), 1);
-    open.at(0)(In(u"one.txt"_s));
-    QTRY_COMPARE_WITH_TIMEOUT(open.size(), 2, LongWait);
-    open.at(1)(In(u"two.txt"_s));
-    QTRY_VERIFY_WITH_TIMEOUT(Content(In(u"one.txt"_s)) == "content" && Content(In(u"two.txt"_s)) == "content",
-                             LongWait);
-  }
-
-  void dialogStandsBeside() {
-    m_list = std::make_unique<TDownloadList>(*m_profile, m_language, *m_store);
-    Download(u"/file"_s);
-    QPointer<QFileDialog> dialog;
-    const auto find = [&dialog] {
-      for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (auto *one = qobject_cast<QFileDialog *>(widget); one != nullptr && one->isVisible()) dialog = one;
-      }
-      return dialog != nullptr;
-    };
-    QTRY_VERIFY_WITH_TIMEOUT(find(), LongWait);
-    QVERIFY(!dialog->isModal() && QApplication::activeModalWidget() == nullptr);
-    QCOMPARE(dialog->selectedFiles(), QStringList{In(u"file.txt"_s)});
-    static_cast<QDialog *>(dialog)->accept();
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
-    QCOMPARE(Content(In(u"file.txt"_s)), "content");
   }
 
   void neverOverwritesWithoutAsking() {

@@ -107,6 +107,23 @@ class TestKeptDownloads final : public QObject {
     QVERIFY(!partial.exists());
   }
 
+  // Killed while a complete file was on its way to its place: it need not be fetched again.
+  void CompleteOneIsOnlyMoved() {
+    QFile part(In(u".file.txt.01234567.part"_s));
+    QVERIFY(part.open(QIODevice::WriteOnly) && part.write("all of it") > 0);
+    part.close();
+    // Neither is its address of any use.
+    TKeptDownloads(*m_store, Own, &NobodyElse)
+        .Write({.id = u"a"_s, .address = u"blob:null/1"_s, .path = In(u"file.txt"_s), .part = part.fileName()});
+    BeginRun();
+    QCOMPARE(m_list->State(0), TDownloadState::Failed);
+    QVERIFY(m_list->CanRetry(0));
+    m_list->Retry(0);
+    QCOMPARE(m_list->State(0), TDownloadState::Finished);
+    QCOMPARE(QFileInfo(In(u"file.txt"_s)).size(), 9);
+    QVERIFY(!part.exists());
+  }
+
   // A process that is killed leaves what it was about.
   void IsKeptFromTheBeginning() {
     Download(u"/slow"_s, TDownloadState::Running);

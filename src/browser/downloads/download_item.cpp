@@ -48,6 +48,10 @@ bool TDownloadList::TItem::IsGone() const {
   return state == TDownloadState::Finished && !QFileInfo::exists(path);
 }
 
+bool TDownloadList::TItem::IsUnplaced() const {
+  return !writtenTo.isEmpty() && QFileInfo::exists(writtenTo);
+}
+
 QString TDownloadList::TItem::TimeText() const {
   return QLocale().toString(when, QLocale::ShortFormat);
 }
@@ -78,6 +82,7 @@ void TDownloadList::TItem::Restore(const TKeptDownload &kept) {
   failure = kept.failure;
   received = kept.received;
   isPage = kept.isPage;
+  if (!kept.part.isEmpty() && QFileInfo::exists(kept.part)) writtenTo = kept.part;
   const QString part = kept.part.isEmpty() ? path : kept.part;
   if (kept.state == TKeptState::UnderWay && !part.isEmpty()) remains = FileNames::PartialOf(part);
   if (kept.state != TKeptState::UnderWay) keptState = state;

@@ -31,8 +31,9 @@ struct TDownloadList::TItem {
   bool waitsForPlace = false;            // until the user has said where it goes
   bool isRetry = false;                  // it stood in the list before he was asked
   bool mayReplace = false;               // what is there; the dialog has asked
-  bool isMoving = false;                 // from there to its place
-  QString writtenTo;                     // where the engine writes it, when that is not its place
+  quint64 move = 0;                      // the one that brings it to its place, on another disk; 0 for none
+  QString moveTo;                        // where that one writes
+  QString writtenTo;                     // where it is until it has its place, when that is not the place itself
   // Asks for the file again; alive until the engine has come back with a request. That request is known by its name
   // alone: its address may be another one after redirections, and it belongs to no page.
   std::unique_ptr<QWebEnginePage> retryPage;
@@ -52,6 +53,8 @@ struct TDownloadList::TItem {
   void MeasureSpeed();
   // It was finished, and its file has been moved or deleted since.
   [[nodiscard]] bool IsGone() const;
+  // All of it is there, but not in its place: the engine gives the file this name at its end.
+  [[nodiscard]] bool IsUnplaced() const;
   [[nodiscard]] QString TimeText() const;
 
   [[nodiscard]] TKeptDownload ToKeep() const;

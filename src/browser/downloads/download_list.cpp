@@ -5,13 +5,13 @@
 #include <QDir>
 #include <QIcon>
 #include <QMimeDatabase>
-#include <QThread>
 #include <QUuid>
 #include <QWebEngineProfile>
 #include <QWebEngineView>
 
 #include "browser/downloads/download_item.h"
 #include "browser/downloads/download_text.h"
+#include "browser/downloads/file_copy.h"
 #include "browser/downloads/file_names.h"
 #include "browser/downloads/kept_downloads.h"
 #include "browser/downloads/page_downloads.h"
@@ -64,7 +64,7 @@ TDownloadList::TDownloadList(QWebEngineProfile &profile, const TLanguage &langua
 }
 
 TDownloadList::~TDownloadList() {
-  for (const std::unique_ptr<QThread> &mover : m_movers) mover->wait();
+  EndMoves();
 }
 
 void TDownloadList::Keep(int window, const std::function<bool(int)> &isRunning) {
@@ -227,14 +227,17 @@ void TDownloadList::TakeRetry(TItem &item, QWebEngineDownloadRequest *request) {
   Begin(item, request);
 }
 
+QString TDownloadList::FolderFailure(const QString &folder) const {
+  const QFileInfo info(folder);
+  if (!info.isDir()) return m_language.Text("DOWNLOADS", "FolderGone");
+  return info.isWritable() ? QString() : m_language.Text("DOWNLOADS", "NoPermission");
+}
+
 void TDownloadList::Begin(TItem &item, QWebEngineDownloadRequest *request) {
   const QFileInfo file(item.writtenTo.isEmpty() ? item.path : item.writtenTo);
-  const QFileInfo folder(file.path());
-  if (!folder.isDir() || !folder.isWritable()) {
+  if (const QString failure = FolderFailure(file.path()); !failure.isEmpty()) {
     request->cancel();
-    Fail(item,
-         folder.isDir() ? m_language.Text("DOWNLOADS", "NoPermission") : m_language.Text("DOWNLOADS", "FolderGone"));
-    return;
+    return Fail(item, failure);
   }
   request->setDownloadDirectory(file.path());
   request->setDownloadFileName(file.fileName());
@@ -264,7 +267,7 @@ void TDownloadList::Update(TItem &item) {
   item.received = request->receivedBytes();
   item.total = request->totalBytes();
   item.MeasureSpeed();
-  if (item.asks != nullptr || item.waitsForPlace || item.isMoving) return Announce(item);
+  if (item.asks != nullptr || item.waitsForPlace) return Announce(item);
   switch (request->state()) {
     case QWebEngineDownloadRequest::DownloadRequested:
     case QWebEngineDownloadRequest::DownloadInProgress:
@@ -327,6 +330,8 @@ TDownloadList::TItem &TDownloadList::AddItem(const QUrl &address, const QString 
 }
 
 void TDownloadList::RemoveItem(int row) {
+  // A line never takes a file that is whole with it.
+  KeepBeside(*m_items[size_t(row)]);
   if (QWebEngineDownloadRequest *request = m_items[size_t(row)]->request) {
     LetGo(request);
     request->deleteLater();
@@ -342,9 +347,16 @@ void TDownloadList::LetGo(QWebEngineDownloadRequest *request) {
   request->cancel();
 }
 
+void TDownloadList::Release(TItem &item) {
+  if (item.request == nullptr) return;
+  LetGo(item.request);
+  item.request->deleteLater();
+  item.request = nullptr;
+}
+
 bool TDownloadList::IsBeingWritten(const QString &path) const {
   return std::any_of(m_items.begin(), m_items.end(), [&path](const std::unique_ptr<TItem> &item) {
-    return IsActiveState(item->state) && (item->path == path || item->writtenTo == path);
+    return IsActiveState(item->state) && (item->path == path || item->writtenTo == path || item->moveTo == path);
   });
 }
 
@@ -353,6 +365,7 @@ int TDownloadList::ActiveCount() const {
 }
 
 void TDownloadList::CancelAll() {
+  EndMoves();
   for (int row = 0; row < rowCount(); ++row) Cancel(row);
 }
 
@@ -379,9 +392,10 @@ bool TDownloadList::CanCancel(int row) const {
 
 bool TDownloadList::CanRetry(int row) const {
   const TItem *item = Item(row);
+  if (item == nullptr || IsActiveState(item->state)) return false;
+  if (item->IsUnplaced()) return true;
   // What a page made itself ("blob:") is gone with the page; a page being saved is saved again from its menu.
-  return item != nullptr && !IsActiveState(item->state) &&
-         (item->state != TDownloadState::Finished || item->IsGone()) && !item->address.isEmpty() &&
+  return (item->state != TDownloadState::Finished || item->IsGone()) && !item->address.isEmpty() &&
          item->address.scheme() != "blob" && !item->isPage;
 }
 
@@ -403,13 +417,25 @@ void TDownloadList::Cancel(int row) {
   TItem &item = *Item(row);
   // From here on it is the user's own: no answer to the page may take it away.
   item.asks = nullptr;
-  const bool isUnplaced = std::exchange(item.waitsForPlace, false);
-  if (isUnplaced && item.request != nullptr && item.request->isFinished()) {
-    QFile::remove(item.writtenTo);
-    item.request = nullptr;
+  const bool isAsked = std::exchange(item.waitsForPlace, false) && m_asking == item.id;
+  if (item.request != nullptr && item.retryPage == nullptr && !item.request->isFinished()) {
+    item.request->cancel();
+  } else {
+    CancelWhole(item);
   }
-  if (item.request != nullptr && item.retryPage == nullptr) return item.request->cancel();
+  if (isAsked) m_saveQuestion.Close();
+}
+
+void TDownloadList::CancelWhole(TItem &item) {
   item.retryPage.reset();
+  if (item.request != nullptr && item.request->state() == QWebEngineDownloadRequest::DownloadCompleted)
+    QFile::remove(item.writtenTo.isEmpty() ? item.path : item.writtenTo);
+  Release(item);
+  if (const auto move = m_moves.find(std::exchange(item.move, 0)); move != m_moves.end()) {
+    move->second->Stop();
+    QFile::remove(item.writtenTo);
+    item.moveTo.clear();
+  }
   item.state = TDownloadState::Cancelled;
   Announce(item);
 }
@@ -417,6 +443,7 @@ void TDownloadList::Cancel(int row) {
 void TDownloadList::Retry(int row) {
   if (!CanRetry(row)) return;
   TItem &item = *Item(row);
+  if (item.IsUnplaced()) return MoveToPlace(item);
   if (item.request != nullptr) LetGo(item.request);
   item.request = nullptr;
   item.writtenTo.clear();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <QAbstractListModel>
 #include <QTimer>
@@ -9,14 +10,16 @@
 
 #include "browser/downloads/save_question.h"
 
-class QThread;
 class QWebEngineDownloadRequest;
 class QWebEnginePage;
 class QWebEngineProfile;
+class TFileCopy;
 class TKeptDownloads;
 class TLanguage;
 class TPageDownloads;
 class TRegistryStore;
+
+enum class TCopyEnd;
 
 enum class TDownloadState {
   Running,
@@ -66,6 +69,7 @@ class TDownloadList final : public QAbstractListModel {
 
   // Downloads that run, wait or are paused: they would be lost when the program ends.
   [[nodiscard]] int ActiveCount() const;
+  // The program ends. A complete file that is on its way to another disk stays where it is, under a name of its own.
   void CancelAll();
 
   [[nodiscard]] TDownloadState State(int row) const;
@@ -130,7 +134,19 @@ class TDownloadList final : public QAbstractListModel {
   void DropUnplaced(TItem &item);
   // Brings the whole file to where the user wants it.
   void MoveToPlace(TItem &item);
-  void EndMove(const QString &id, bool isGood);
+  void EndMove(quint64 move, TCopyEnd end);
+  [[nodiscard]] TItem *MovedItem(quint64 move) const;
+  // Stops what is on its way, within a few seconds, and keeps it.
+  void EndMoves();
+  void FailMove(TItem &item, bool isDiskFull = false);
+  // Shows the whole file under a free name where it is.
+  static void KeepBeside(TItem &item);
+  // Cancels what the engine has nothing to do with any more: what of it is there goes.
+  void CancelWhole(TItem &item);
+  // The engine is done with it.
+  void Release(TItem &item);
+  // Why nothing can be written into that folder; empty where it can.
+  [[nodiscard]] QString FolderFailure(const QString &folder) const;
   // Two downloads must not write to one file, even when the user picks it.
   [[nodiscard]] QString OwnPath(const QString &path) const;
   [[nodiscard]] bool IsBeingWritten(const QString &path) const;
@@ -145,7 +161,9 @@ class TDownloadList final : public QAbstractListModel {
   TSaveQuestion m_saveQuestion;
   std::function<bool(const QUrl &)> m_opener;
   std::unique_ptr<TKeptDownloads> m_kept;
-  std::vector<std::unique_ptr<QThread>> m_movers;
+  std::map<quint64, std::unique_ptr<TFileCopy>> m_moves;
+  quint64 m_lastMove = 0;
+  QString m_asking;  // the id of the one that the user is asked about, while he is
   std::vector<std::unique_ptr<TItem>> m_items;
   QTimer m_tick;
   int m_activeCount = 0;

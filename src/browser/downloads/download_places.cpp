@@ -1,14 +1,21 @@
 #include <algorithm>
 #include <filesystem>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
-#include <QThread>
 #include <QWebEngineView>
 #include <utility>
 
 #include "browser/downloads/download_item.h"
+#include "browser/downloads/file_copy.h"
 #include "browser/downloads/file_names.h"
 #include "config/language.h"
+
+namespace {
+
+constexpr int LongestStop = 5000;  // ms that the end of the program waits for what is on its way to another disk
+
+}  // namespace
 
 // The part of the list that finds out where downloads go, and brings them there.
 
@@ -24,6 +31,7 @@ void TDownloadList::AskForPlace(TItem &item, QWebEngineDownloadRequest *request)
   QPointer<QWebEngineDownloadRequest> alive(request);
   if (!m_saveQuestion.IsOpen()) {
     const auto answer = std::make_shared<TAnswer>();
+    m_asking = id;
     m_saveQuestion.Ask(suggested, item.window, [this, id, answer](const QString &path) {
       answer->path = path;
       if (answer->isLate) TakePlace(id, path);
@@ -90,38 +98,87 @@ void TDownloadList::AskForNextPlace() {
                                  [](const std::unique_ptr<TItem> &item) { return item->waitsForPlace; });
   if (next == m_items.rend()) return;
   const TItem &item = **next;
+  m_asking = item.id;
   m_saveQuestion.Ask(item.path.isEmpty() ? FreePath(item.suggestedName) : item.path, item.window,
                      [this, id = item.id](const QString &path) { TakePlace(id, path); });
 }
 
 void TDownloadList::MoveToPlace(TItem &item) {
+  Release(item);
+  item.failure.clear();
+  const QFileInfo place(item.path);
   // What has come there meanwhile the dialog has not asked about.
-  if (!item.mayReplace)
-    item.path = FileNames::FreePath(QFileInfo(item.path).path(), QFileInfo(item.path).fileName(), {});
-  const std::filesystem::path from(std::exchange(item.writtenTo, {}).toStdString());
-  const std::filesystem::path to(item.path.toStdString());
+  if (!item.mayReplace) item.path = FileNames::FreePath(place.path(), place.fileName(), {});
   std::error_code failure;
-  std::filesystem::rename(from, to, failure);
-  if (!failure) return Update(item);
-  // To another disk it takes its time.
-  item.isMoving = true;
-  m_movers.emplace_back(QThread::create([this, from, to, id = item.id] {
-    std::error_code error;
-    std::filesystem::copy_file(from, to, std::filesystem::copy_options::overwrite_existing, error);
-    std::error_code ignored;
-    if (!error) std::filesystem::remove(from, ignored);
-    QMetaObject::invokeMethod(
-        this, [this, id, isGood = !error] { EndMove(id, isGood); }, Qt::QueuedConnection);
-  }));
-  m_movers.back()->start();
+  std::filesystem::rename(item.writtenTo.toStdString(), item.path.toStdString(), failure);
+  if (!failure) {
+    item.writtenTo.clear();
+    // It was about the file that was there then.
+    item.mayReplace = false;
+    item.state = TDownloadState::Finished;
+    return Announce(item);
+  }
+  if (QFileInfo(item.writtenTo).path() == place.path() || !QFileInfo::exists(item.writtenTo)) return FailMove(item);
+  // To another disk it takes its time. What stands in the place stays there until all of it has come beside it.
+  item.state = TDownloadState::Running;
+  item.move = ++m_lastMove;
+  item.moveTo = FileNames::HiddenPath(item.path);
+  m_moves[item.move] = std::make_unique<TFileCopy>(item.writtenTo, item.moveTo, this,
+                                                   [this, move = item.move](TCopyEnd end) { EndMove(move, end); });
+  Announce(item);
 }
 
-void TDownloadList::EndMove(const QString &id, bool isGood) {
-  TItem *item = ItemOf(id);
+TDownloadList::TItem *TDownloadList::MovedItem(quint64 move) const {
+  const auto found = std::ranges::find(m_items, move, [](const std::unique_ptr<TItem> &item) { return item->move; });
+  return found == m_items.end() ? nullptr : found->get();
+}
+
+void TDownloadList::EndMove(quint64 move, TCopyEnd end) {
+  m_moves.erase(move);
+  TItem *item = MovedItem(move);
   if (item == nullptr) return;
-  item->isMoving = false;
-  if (isGood) return Update(*item);
-  Fail(*item, m_language.Text("DOWNLOADS", "FileFailed"));
+  item->move = 0;
+  const QString copy = std::exchange(item->moveTo, {});
+  if (end != TCopyEnd::Good) return FailMove(*item, end == TCopyEnd::DiskFull);
+  QFile::remove(std::exchange(item->writtenTo, copy));
+  MoveToPlace(*item);
+}
+
+void TDownloadList::EndMoves() {
+  for (const auto &[move, copy] : m_moves) copy->Stop();
+  const QDeadlineTimer deadline(LongestStop);
+  for (const auto &[move, copy] : m_moves) {
+    // A disk that does not answer is left to itself.
+    const bool hasEnded = copy->Wait(int(deadline.remainingTime()));
+    TItem *item = MovedItem(move);
+    if (item == nullptr) continue;
+    item->move = 0;
+    // All of it may have come there just now.
+    if (hasEnded) QFile::remove(item->moveTo);
+    item->moveTo.clear();
+    KeepBeside(*item);
+    item->state = TDownloadState::Finished;
+    Announce(*item);
+  }
+  m_moves.clear();
+}
+
+void TDownloadList::FailMove(TItem &item, bool isDiskFull) {
+  const bool isThere = item.IsUnplaced();
+  if (!isThere) item.writtenTo.clear();
+  const QString folder = FolderFailure(QFileInfo(item.path).path());
+  if (isDiskFull || folder.isEmpty()) {
+    Fail(item, m_language.Text("DOWNLOADS", isDiskFull ? "DiskFull" : isThere ? "FileFailed" : "FileGone"));
+  } else {
+    Fail(item, folder);
+  }
+}
+
+void TDownloadList::KeepBeside(TItem &item) {
+  if (!item.IsUnplaced()) return;
+  const QString path = FileNames::FreePath(QFileInfo(item.writtenTo).path(), QFileInfo(item.path).fileName(), {});
+  item.path = QFile::rename(item.writtenTo, path) ? path : item.writtenTo;
+  item.writtenTo.clear();
 }
 
 QString TDownloadList::OwnPath(const QString &path) const {

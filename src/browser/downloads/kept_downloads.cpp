@@ -58,7 +58,8 @@ void TKeptDownloads::Write(const TKeptDownload &download) {
                    {"state", QLatin1String(state->second)},
                    {"received", download.received}};
   if (download.state == TState::UnderWay) data.insert("window", m_window);
-  if (download.state == TState::UnderWay && !download.part.isEmpty()) data.insert("part", download.part);
+  const bool mayBeUnplaced = download.state == TState::UnderWay || download.state == TState::Failed;
+  if (mayBeUnplaced && !download.part.isEmpty()) data.insert("part", download.part);
   if (!download.failure.isEmpty()) data.insert("failure", download.failure);
   if (download.isPage) data.insert("page", true);
   m_store.Write(Hive, Key, download.id, QString::fromUtf8(QJsonDocument(data).toJson(QJsonDocument::Compact)));

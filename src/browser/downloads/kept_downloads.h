@@ -14,7 +14,7 @@ struct TKeptDownload {
   QString id{};       // tells it from all others, of other windows too
   QString address{};  // empty where it cannot be asked for again
   QString path{};
-  QString part{};  // where it is gathered until it is complete, when that is not beside its path
+  QString part{};  // where it is gathered until it has its place, when that is not beside its path
   QDateTime when{};
   TState state = TState::UnderWay;
   QString failure{};    // in words
@@ -25,7 +25,8 @@ struct TKeptDownload {
 // The downloads of all windows as the store keeps them: a value for each, below RegistryKey::Downloads, the oldest
 // first and the newest two hundred. The value's name is the download's id, its data a JSON object with "address",
 // "path", "when" (ISO 8601), "state" ("running", "finished", "cancelled", "failed", "waiting"), "failure", "received",
-// "page" and, of those under way, "part" and "window": the number of the process that fetches it. A window writes its
+// "page", of those under way and those that failed "part", and of those under way "window": the number of the process
+// that fetches it. A window writes its
 // own downloads only, so that those of several come together. What is no such object is passed over.
 class TKeptDownloads final {
  public:

@@ -33,8 +33,9 @@ bool TSaveQuestion::Disturbs() const {
 void TSaveQuestion::Ask(const QString &suggested, QWidget *window, const TDone &done) {
   if (!m_asksWithDialog && !m_chooseFile) return done(suggested);
   m_isOpen = true;
-  const auto finish = [self = QPointer(this), done](const QString &path) {
-    if (!self) return;
+  const int number = ++m_number;
+  m_finish = [self = QPointer(this), number, done](const QString &path) {
+    if (!self || !self->m_isOpen || self->m_number != number) return;
     self->m_isOpen = false;
     self->m_closed.start();
     if (path.isEmpty()) return done({});
@@ -42,7 +43,15 @@ void TSaveQuestion::Ask(const QString &suggested, QWidget *window, const TDone &
     self->m_store.Write(TRegistryHive::CurrentUser, StoreKey, FolderValue, chosen.absolutePath());
     done(chosen.absoluteFilePath());
   };
+  const TDone finish = m_finish;
   m_chooseFile ? m_chooseFile(suggested, finish) : ShowDialog(suggested, window, finish);
+}
+
+void TSaveQuestion::Close() {
+  if (!m_isOpen) return;
+  const TDone finish = m_finish;
+  finish({});
+  if (m_dialog != nullptr) m_dialog->close();
 }
 
 void TSaveQuestion::ShowDialog(const QString &suggested, QWidget *window, const TDone &done) {
@@ -53,6 +62,7 @@ void TSaveQuestion::ShowDialog(const QString &suggested, QWidget *window, const 
   connect(dialog, &QDialog::finished, this, [dialog, done](int result) {
     done(result == QDialog::Accepted ? dialog->selectedFiles().value(0) : QString());
   });
+  m_dialog = dialog;
   dialog->setModal(false);
   dialog->show();
 }

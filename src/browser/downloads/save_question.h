@@ -3,8 +3,10 @@
 #include <functional>
 #include <QElapsedTimer>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 
+class QDialog;
 class QWidget;
 class TLanguage;
 class TRegistryStore;
@@ -30,6 +32,8 @@ class TSaveQuestion final : public QObject {
   [[nodiscard]] bool Disturbs() const;
   // `done` comes once, maybe at once; not at all when this object goes first. Not while it is open.
   void Ask(const QString &suggested, QWidget *window, const TDone &done);
+  // Gives up what is open, as the user's "cancel" does: what it was asked for is gone. A late answer counts nothing.
+  void Close();
   [[nodiscard]] QString Folder() const;
 
  private:
@@ -41,5 +45,8 @@ class TSaveQuestion final : public QObject {
   bool m_asksWithDialog = true;
   int m_pause = 500;  // ms
   bool m_isOpen = false;
+  int m_number = 0;  // of the one that is or was open
+  TDone m_finish;    // the same one's
+  QPointer<QDialog> m_dialog;
   QElapsedTimer m_closed;
 };
