@@ -175,6 +175,29 @@ class TestDownloadPlaces final : public QObject {
     QCOMPARE(Files(), QStringList());
   }
 
+  // The user was asked whether it may be replaced; that it had to wait for its turn changes nothing.
+  void waitingOneReplacesToo() {
+    TTestResponse stuck = TTestResponse::Attachment("stuck.bin", QByteArray(100000, 'b'));
+    stuck.stopAfterBytes = 50000;
+    m_server->Route("/stuck", stuck);
+    const auto ask = [this](const QString &path, const QString &place) {
+      const qsizetype asked = m_open.size();
+      Download(path);
+      QTRY_COMPARE_WITH_TIMEOUT(m_open.size(), asked + 1, LongWait);
+      m_open.last()(In(place));
+    };
+    for (int i = 0; i < 4; ++i) ask(u"/stuck"_s, u"stuck%1.bin"_s.arg(i));
+    Put(u"there.txt"_s, "old");
+    ask(u"/file"_s, u"there.txt"_s);
+    QCOMPARE(Status(0), m_language.Text("DOWNLOADS", "WaitingLine"));
+    m_list->Cancel(4);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    QCOMPARE(Path(0), In(u"there.txt"_s));
+    QCOMPARE(Content(In(u"there.txt"_s)), "content");
+    m_list->CancelAll();
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->ActiveCount(), 0, LongWait);
+  }
+
   // What stands in the place cannot be moved onto, as if it were another disk, and refuses the copy as well.
   void failedMoveIsDoneAgain_data() {
     Columns<bool>("nextRun");

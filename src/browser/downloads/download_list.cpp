@@ -221,9 +221,11 @@ void TDownloadList::TakeRetry(TItem &item, QWebEngineDownloadRequest *request) {
     item.isRetry = true;
     return AskForPlace(item, request);
   }
-  const QFileInfo file(item.path);
-  item.path.clear();
-  item.path = FileNames::FreePath(file.path(), file.fileName(), [this](const QString &p) { return IsBeingWritten(p); });
+  const QString path = std::exchange(item.path, {});
+  const QFileInfo file(path);
+  item.path = item.mayReplace ? OwnPath(path)
+                              : FileNames::FreePath(file.path(), file.fileName(),
+                                                    [this](const QString &other) { return IsBeingWritten(other); });
   Begin(item, request);
 }
 
@@ -278,6 +280,7 @@ void TDownloadList::Update(TItem &item) {
       // Its folder may have been deleted while the engine was writing.
       if (!QFileInfo::exists(item.path)) return Fail(item, m_language.Text("DOWNLOADS", "FileGone"));
       item.state = TDownloadState::Finished;
+      item.mayReplace = false;
       break;
     case QWebEngineDownloadRequest::DownloadCancelled:
       item.state = TDownloadState::Cancelled;
