@@ -38,7 +38,12 @@ TCopyEnd CopyInPieces(QFile &source, QFile &target, const std::atomic<bool> &sto
     if (stops) return TCopyEnd::Stopped;
     const QByteArray bytes = source.read(Piece);
     if (bytes.isEmpty()) return TCopyEnd::Failed;
-    if (target.write(bytes) != bytes.size()) return FailureOf(target);
+    // What no longer fits is told only when nothing more of it does.
+    for (qint64 written = 0; written < bytes.size();) {
+      const qint64 more = target.write(bytes.constData() + written, bytes.size() - written);
+      if (more <= 0) return FailureOf(target);
+      written += more;
+    }
     unsynced += bytes.size();
     if (unsynced < mostUnsynced) continue;
     QElapsedTimer timer;
