@@ -2,63 +2,38 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileDialog>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QWebEnginePage>
-#include <QWebEngineProfile>
 
-#include "browser/downloads/download_list.h"
 #include "browser/downloads/file_copy.h"
 #include "browser/downloads/page_downloads.h"
-#include "config/language.h"
-#include "config/registry_paths.h"
-#include "store/registry_store.h"
 #include "support/data_row.h"
-#include "support/test_server.h"
+#include "window/downloads_fixture.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString Key = QString::fromLatin1(RegistryKey::CurrentVersion);
-constexpr int LongWait = 20000;                        // ms; the first page also starts the engine
-constexpr qint64 Endless = 64LL * 1024 * 1024 * 1024;  // bytes; no copy of them comes to its end here
-constexpr int SoonEnough = 10000;                      // ms; for what stops within five seconds
-
-QByteArray Content(const QString &path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
+constexpr qint64 Endless = 4LL * 1024 * 1024 * 1024;  // bytes; no copy of them comes to its end here
+constexpr int SoonEnough = 10000;                     // ms; for what stops within five seconds
 
 }  // namespace
 
 // Where downloads go: how the user is asked, and how they come there.
-class TestDownloadPlaces final : public QObject {
+class TestDownloadPlaces final : public QObject, private TDownloadsFixture {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
+  void initTestCase() { Prepare(); }
 
   void init() {
-    m_folder = std::make_unique<QTemporaryDir>();
-    QVERIFY(QDir(m_folder->path()).mkdir("elsewhere"));
-    m_server = std::make_unique<TTestServer>();
-    QVERIFY(m_server->Listen());
-    m_server->Route("/file", TTestResponse::Attachment("file.txt", "content"));
-    m_profile = std::make_unique<QWebEngineProfile>();
-    m_store = std::make_unique<TRegistryStore>(In(u"registry.sqlite"_s));
-    QVERIFY(m_store->Write(TRegistryHive::CurrentUser, Key, u"DownloadFolder"_s, m_folder->path()));
+    Begin();
+    QVERIFY(QDir(folder->path()).mkdir("elsewhere"));
     m_open.clear();
     BeginRun();
-    m_list->SaveQuestion().SetChooseFile(
+    list->SaveQuestion().SetChooseFile(
         [this](const QString &, const TSaveQuestion::TDone &done) { m_open.append(done); });
-    m_page = std::make_unique<QWebEnginePage>(m_profile.get());
   }
 
-  void cleanup() {
-    const auto reset = [](auto &...owners) { (owners.reset(), ...); };
-    reset(m_page, m_list, m_store, m_profile, m_server, m_folder);
-  }
+  void cleanup() { End(); }
 
   // While the user looks for a place the file comes already, and everything else goes on.
   void placeIsAskedForBeside_data() {
@@ -79,46 +54,46 @@ class TestDownloadPlaces final : public QObject {
     RouteSlowFile();
     Download(path);
     QTRY_COMPARE_WITH_TIMEOUT(m_open.size(), 1, LongWait);
-    QCOMPARE(Status(0), m_language.Text("DOWNLOADS", "PlaceLine"));
+    QCOMPARE(Status(0), language.Text("DOWNLOADS", "PlaceLine"));
     // Out of sight, so that the suggested name stays free.
-    const QDir folder(m_folder->path());
+    const QDir inside(folder->path());
     if (arrives) QTRY_COMPARE_WITH_TIMEOUT(Hidden().size(), 1, LongWait);
-    QCOMPARE(folder.entryList({u"file*"_s, u"slow*"_s}, QDir::Files), QStringList());
-    QCOMPARE(m_list->State(0), TDownloadState::Waiting);
+    QCOMPARE(inside.entryList({u"file*"_s, u"slow*"_s}, QDir::Files), QStringList());
+    QCOMPARE(list->State(0), TDownloadState::Waiting);
     if (answer == u"late.txt"_s) {
-      m_list->Cancel(0);
-      QCOMPARE(m_list->State(0), TDownloadState::Cancelled);
-      m_list->Remove(0);
+      list->Cancel(0);
+      QCOMPARE(list->State(0), TDownloadState::Cancelled);
+      list->Remove(0);
     }
     m_open.first()(answer.isEmpty() ? QString() : In(answer));
     QFETCH(bool, there);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->ActiveCount(), 0, LongWait);
-    QCOMPARE(m_list->rowCount(), there ? 1 : 0);
+    QTRY_COMPARE_WITH_TIMEOUT(list->ActiveCount(), 0, LongWait);
+    QCOMPARE(list->rowCount(), there ? 1 : 0);
     QStringList files{u"there.txt"_s};
     if (there) {
-      QCOMPARE(m_list->State(0), TDownloadState::Finished);
+      QCOMPARE(list->State(0), TDownloadState::Finished);
       QCOMPARE(Path(0), In(answer));
       QCOMPARE(Content(In(answer)).size(), arrives ? 7 : 4 * 1024 * 1024);
       if (!answer.contains(u'/') && answer != files.first()) files.prepend(answer);
     }
     // Nothing else is left.
-    QTRY_COMPARE(folder.entryList({u"*.txt*"_s, u"*.bin*"_s}, QDir::Files | QDir::Hidden), files);
+    QTRY_COMPARE(inside.entryList({u"*.txt*"_s, u"*.bin*"_s}, QDir::Files | QDir::Hidden), files);
   }
 
   // What the user clicks meanwhile is asked about next, what comes by itself waits in the list.
   void placesOneAfterTheOther() {
     int act = 1;
     new TPageDownloads(
-        m_page.get(), [&act] { return act; }, [] { return true; });
+        page.get(), [&act] { return act; }, [] { return true; });
     Download(u"/file"_s);
     QTRY_COMPARE_WITH_TIMEOUT(m_open.size(), 1, LongWait);
     ++act;
     Download(u"/file?2"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(list->rowCount(), 2, LongWait);
     act = 0;
     Download(u"/file?3"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 3, LongWait);
-    QCOMPARE(m_list->State(0), TDownloadState::NotStarted);
+    QTRY_COMPARE_WITH_TIMEOUT(list->rowCount(), 3, LongWait);
+    QCOMPARE(list->State(0), TDownloadState::NotStarted);
     QCOMPARE(m_open.size(), 1);
     m_open.at(0)(In(u"one.txt"_s));
     QTRY_COMPARE_WITH_TIMEOUT(m_open.size(), 2, LongWait);
@@ -135,7 +110,7 @@ class TestDownloadPlaces final : public QObject {
     QVERIFY(!dialog->isModal() && QApplication::activeModalWidget() == nullptr);
     QCOMPARE(dialog->selectedFiles(), QStringList{In(u"file.txt"_s)});
     static_cast<QDialog *>(dialog)->accept();
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Finished, LongWait);
     QCOMPARE(Content(In(u"file.txt"_s)), "content");
   }
 
@@ -154,9 +129,9 @@ class TestDownloadPlaces final : public QObject {
     Download(isWhole ? u"/file"_s : u"/slow"_s);
     QTRY_VERIFY_WITH_TIMEOUT(Dialog() != nullptr, LongWait);
     if (isWhole) QTRY_VERIFY_WITH_TIMEOUT(Hidden().size() == 1 && Received() == 7, LongWait);
-    quits ? m_list->CancelAll() : m_list->Cancel(0);
+    quits ? list->CancelAll() : list->Cancel(0);
     QVERIFY(Dialog() == nullptr);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Cancelled, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Cancelled, LongWait);
     QTRY_COMPARE_WITH_TIMEOUT(Files(), QStringList(), LongWait);
     // The next one is asked about again.
     Download(u"/file"_s);
@@ -167,11 +142,11 @@ class TestDownloadPlaces final : public QObject {
   // A file that the page has made, which waits for the page's question, is there from the beginning.
   void cancelledWhilePageIsAskedAbout() {
     new TPageDownloads(
-        m_page.get(), [] { return 0; }, [] { return false; });
-    m_page->download(QUrl(u"data:text/plain,made"_s), u"made.txt"_s);
+        page.get(), [] { return 0; }, [] { return false; });
+    page->download(QUrl(u"data:text/plain,made"_s), u"made.txt"_s);
     QTRY_COMPARE_WITH_TIMEOUT(Files(), QStringList{u"made.txt"_s}, LongWait);
-    m_list->Cancel(0);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Cancelled, LongWait);
+    list->Cancel(0);
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Cancelled, LongWait);
     QCOMPARE(Files(), QStringList());
   }
 
@@ -179,7 +154,7 @@ class TestDownloadPlaces final : public QObject {
   void waitingOneReplacesToo() {
     TTestResponse stuck = TTestResponse::Attachment("stuck.bin", QByteArray(100000, 'b'));
     stuck.stopAfterBytes = 50000;
-    m_server->Route("/stuck", stuck);
+    server->Route("/stuck", stuck);
     const auto ask = [this](const QString &path, const QString &place) {
       const qsizetype asked = m_open.size();
       Download(path);
@@ -189,13 +164,13 @@ class TestDownloadPlaces final : public QObject {
     for (int i = 0; i < 4; ++i) ask(u"/stuck"_s, u"stuck%1.bin"_s.arg(i));
     Put(u"there.txt"_s, "old");
     ask(u"/file"_s, u"there.txt"_s);
-    QCOMPARE(Status(0), m_language.Text("DOWNLOADS", "WaitingLine"));
-    m_list->Cancel(4);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    QCOMPARE(Status(0), language.Text("DOWNLOADS", "WaitingLine"));
+    list->Cancel(4);
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Finished, LongWait);
     QCOMPARE(Path(0), In(u"there.txt"_s));
     QCOMPARE(Content(In(u"there.txt"_s)), "content");
-    m_list->CancelAll();
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->ActiveCount(), 0, LongWait);
+    list->CancelAll();
+    QTRY_COMPARE_WITH_TIMEOUT(list->ActiveCount(), 0, LongWait);
   }
 
   // What stands in the place cannot be moved onto, as if it were another disk, and refuses the copy as well.
@@ -207,32 +182,32 @@ class TestDownloadPlaces final : public QObject {
   void failedMoveIsDoneAgain() {
     QFETCH(bool, nextRun);
     const QString place = u"elsewhere/mine.txt"_s;
-    QVERIFY(QDir(m_folder->path()).mkpath(place + u"/inside"_s));
+    QVERIFY(QDir(folder->path()).mkpath(place + u"/inside"_s));
     TakeWhole();
     m_open.first()(In(place));
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Failed, LongWait);
-    QVERIFY(Status(0).contains(m_language.Text("DOWNLOADS", "FileFailed")));
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Failed, LongWait);
+    QVERIFY(Status(0).contains(language.Text("DOWNLOADS", "FileFailed")));
     QVERIFY(QFileInfo::exists(In(place + u"/inside"_s)));
     QVERIFY(QDir(In(place)).removeRecursively());
     if (nextRun) BeginRun();
-    m_server->ForgetRequests();
-    QVERIFY(m_list->CanRetry(0));
-    m_list->Retry(0);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    server->ForgetRequests();
+    QVERIFY(list->CanRetry(0));
+    list->Retry(0);
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Finished, LongWait);
     QCOMPARE(Path(0), In(place));
     QCOMPARE(Content(In(place)), "content");
-    QCOMPARE(m_server->RequestCount("/file"), 0);
+    QCOMPARE(server->RequestCount("/file"), 0);
     QCOMPARE(Files() + Files(u"elsewhere"_s), QStringList{u"mine.txt"_s});
   }
 
   // A line that is taken out of the list does not take the only copy with it, nor hide it.
   void unplacedOneIsSeenWithoutItsLine() {
-    QVERIFY(QDir(m_folder->path()).mkpath(u"elsewhere/mine.txt"_s));
+    QVERIFY(QDir(folder->path()).mkpath(u"elsewhere/mine.txt"_s));
     TakeWhole();
     m_open.first()(In(u"elsewhere/mine.txt"_s));
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Failed, LongWait);
-    m_list->Remove(0);
-    QCOMPARE(m_list->rowCount(), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Failed, LongWait);
+    list->Remove(0);
+    QCOMPARE(list->rowCount(), 0);
     QCOMPARE(Files() + Files(u"elsewhere"_s), QStringList{u"mine (1).txt"_s});
   }
 
@@ -245,19 +220,19 @@ class TestDownloadPlaces final : public QObject {
   void moveIsStopped() {
     QFETCH(bool, quits);
     QFETCH(bool, isKept);
-    QVERIFY(QDir(m_folder->path()).mkpath(u"elsewhere/mine.txt"_s));
+    QVERIFY(QDir(folder->path()).mkpath(u"elsewhere/mine.txt"_s));
     TakeWhole();
     QVERIFY(QFile::resize(In(Hidden().first()), Endless));
     m_open.first()(In(u"elsewhere/mine.txt"_s));
     QTRY_VERIFY_WITH_TIMEOUT(!Files(u"elsewhere"_s).isEmpty(), LongWait);
-    QCOMPARE(m_list->State(0), TDownloadState::Running);
+    QCOMPARE(list->State(0), TDownloadState::Running);
     QElapsedTimer timer;
     timer.start();
-    quits ? m_list->CancelAll() : m_list->Cancel(0);
+    quits ? list->CancelAll() : list->Cancel(0);
     QCOMPARE_LT(timer.elapsed(), SoonEnough);
     QTRY_COMPARE_WITH_TIMEOUT(Files(u"elsewhere"_s), QStringList(), LongWait);
     if (quits) BeginRun();
-    QCOMPARE(m_list->State(0), isKept ? TDownloadState::Finished : TDownloadState::Cancelled);
+    QCOMPARE(list->State(0), isKept ? TDownloadState::Finished : TDownloadState::Cancelled);
     QCOMPARE(Files(), isKept ? QStringList{u"mine.txt"_s} : QStringList());
     if (isKept) QVERIFY(Path(0) == In(u"mine.txt"_s) && QFileInfo(Path(0)).size() == Endless);
   }
@@ -289,9 +264,8 @@ class TestDownloadPlaces final : public QObject {
  private:
   // With a real dialog.
   void BeginRun() {
-    m_list = std::make_unique<TDownloadList>(*m_profile, m_language, *m_store);
-    m_list->SaveQuestion().SetPause(0);
-    m_list->Keep(1, [](int) { return false; });
+    MakeList();
+    list->Keep(1, [](int) { return false; });
   }
   [[nodiscard]] static QFileDialog *Dialog() {
     for (QWidget *widget : QApplication::topLevelWidgets()) {
@@ -299,37 +273,21 @@ class TestDownloadPlaces final : public QObject {
     }
     return nullptr;
   }
-  [[nodiscard]] QString Status(int row) const {
-    return m_list->data(m_list->index(row), TDownloadList::StatusRole).toString();
-  }
-  [[nodiscard]] QString Path(int row) const {
-    return m_list->data(m_list->index(row), TDownloadList::PathRole).toString();
-  }
-  [[nodiscard]] qint64 Received() const {
-    return m_list->data(m_list->index(0), TDownloadList::ReceivedRole).toLongLong();
-  }
-  [[nodiscard]] QString In(const QString &name) const { return m_folder->filePath(name); }
+  [[nodiscard]] qint64 Received() const { return list->data(list->index(0), TDownloadList::ReceivedRole).toLongLong(); }
   // Hidden ones too, but for the store's.
-  [[nodiscard]] QStringList Files(const QString &folder = {}) const {
-    QStringList names = QDir(In(folder)).entryList(QDir::Files | QDir::Hidden);
+  [[nodiscard]] QStringList Files(const QString &below = {}) const {
+    QStringList names = QDir(In(below)).entryList(QDir::Files | QDir::Hidden);
     names.removeIf([](const QString &name) { return name.startsWith(u"registry."_s); });
     return names;
   }
   [[nodiscard]] QStringList Hidden() const {
-    return QDir(m_folder->path()).entryList({u".*.part"_s}, QDir::Files | QDir::Hidden);
+    return QDir(folder->path()).entryList({u".*.part"_s}, QDir::Files | QDir::Hidden);
   }
   void Put(const QString &name, const QByteArray &content) {
     QFile file(In(name));
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(file.write(content), content.size());
   }
-  // A big file that arrives slowly, so that there is time to do something to it.
-  void RouteSlowFile() {
-    TTestResponse response = TTestResponse::Attachment("slow.bin", QByteArray(4 * 1024 * 1024, 's'));
-    response.trickleBytes = 32 * 1024;
-    m_server->Route("/slow", response);
-  }
-  void Download(const QString &path) { m_page->download(QUrl(m_server->Url(path))); }
   // All of it has come, and the user is being asked where to.
   void TakeWhole() {
     Download(u"/file"_s);
@@ -338,13 +296,6 @@ class TestDownloadPlaces final : public QObject {
     QTRY_COMPARE_WITH_TIMEOUT(Received(), 7, LongWait);
   }
 
-  TLanguage m_language;
-  std::unique_ptr<QTemporaryDir> m_folder;
-  std::unique_ptr<TTestServer> m_server;
-  std::unique_ptr<QWebEngineProfile> m_profile;
-  std::unique_ptr<TRegistryStore> m_store;
-  std::unique_ptr<TDownloadList> m_list;
-  std::unique_ptr<QWebEnginePage> m_page;
   QList<TSaveQuestion::TDone> m_open;  // answers that are waited for
 };
 

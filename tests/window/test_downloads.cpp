@@ -3,72 +3,42 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QStandardPaths>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QWebEnginePage>
-#include <QWebEngineProfile>
 
-#include "browser/downloads/download_list.h"
 #include "browser/downloads/download_text.h"
 #include "browser/downloads/download_window.h"
 #include "browser/downloads/page_downloads.h"
-#include "config/language.h"
-#include "config/registry_paths.h"
-#include "store/registry_store.h"
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"
-#include "support/test_server.h"
 #include "ui/confirm_dialog.h"
+#include "window/downloads_fixture.h"
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace {}  // namespace
 
-const QString Key = QString::fromLatin1(RegistryKey::CurrentVersion);
-constexpr int LongWait = 20000;  // ms; the first page also starts the engine
-
-QByteArray Content(const QString &path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-}  // namespace
-
-class TestDownloads final : public QObject {
+class TestDownloads final : public QObject, private TDownloadsFixture {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
+  void initTestCase() { Prepare(); }
 
   void init() {
-    m_folder = std::make_unique<QTemporaryDir>();
-    m_server = std::make_unique<TTestServer>();
-    QVERIFY(m_server->Listen());
-    m_server->Route("/file", TTestResponse::Attachment("file.txt", "content"));
-    m_profile = std::make_unique<QWebEngineProfile>();
-    m_store = std::make_unique<TRegistryStore>(In(u"registry.sqlite"_s));
-    QVERIFY(m_store->Write(TRegistryHive::CurrentUser, Key, u"DownloadFolder"_s, m_folder->path()));
-    m_list = std::make_unique<TDownloadList>(*m_profile, m_language, *m_store);
-    m_list->SaveQuestion().SetPause(0);
+    Begin();
     m_opened.clear();
-    m_list->SetOpener([this](const QUrl &address) {
+    list->SetOpener([this](const QUrl &address) {
       m_opened.append(address.toLocalFile());
       return true;
     });
     m_asked = 0;
     m_answer = QString();
-    m_list->SaveQuestion().SetChooseFile([this](const QString &suggested, const TSaveQuestion::TDone &done) {
+    list->SaveQuestion().SetChooseFile([this](const QString &suggested, const TSaveQuestion::TDone &done) {
       ++m_asked;
       m_suggested = suggested;
       done(m_answer.isNull() ? In(QFileInfo(suggested).fileName()) : m_answer);
     });
-    m_page = std::make_unique<QWebEnginePage>(m_profile.get());
   }
 
-  void cleanup() {
-    const auto reset = [](auto &...owners) { (owners.reset(), ...); };
-    reset(m_page, m_list, m_store, m_profile, m_server, m_folder);
-  }
+  void cleanup() { End(); }
 
   void paceInWords_data() {
     Columns<qint64, qint64, double, QString>("received", "total", "speed", "words");
@@ -86,12 +56,12 @@ class TestDownloads final : public QObject {
     QFETCH(qint64, received);
     QFETCH(qint64, total);
     QFETCH(double, speed);
-    QTEST(DownloadText::Pace(received, total, speed, m_language), "words");
+    QTEST(DownloadText::Pace(received, total, speed, language), "words");
   }
 
   void amountInWords() {
-    QCOMPARE(DownloadText::Amount(1024, 2048, m_language), u"1.0 kB of 2.0 kB"_s);
-    for (const qint64 unknown : {-1, 0}) QCOMPARE(DownloadText::Amount(1024, unknown, m_language), u"1.0 kB"_s);
+    QCOMPARE(DownloadText::Amount(1024, 2048, language), u"1.0 kB of 2.0 kB"_s);
+    for (const qint64 unknown : {-1, 0}) QCOMPARE(DownloadText::Amount(1024, unknown, language), u"1.0 kB"_s);
   }
 
   void oneOfItIsSingular() {
@@ -104,8 +74,8 @@ class TestDownloads final : public QObject {
   }
 
   void savesWhereTheUserSays() {
-    QSignalSpy active(m_list.get(), &TDownloadList::ActiveChanged);
-    QVERIFY(QDir(m_folder->path()).mkdir("elsewhere"));
+    QSignalSpy active(list.get(), &TDownloadList::ActiveChanged);
+    QVERIFY(QDir(folder->path()).mkdir("elsewhere"));
     m_answer = In(u"elsewhere/mine.txt"_s);
     Get(u"/file"_s);
     QCOMPARE(QFileInfo(m_suggested).fileName(), u"file.txt"_s);
@@ -117,35 +87,34 @@ class TestDownloads final : public QObject {
     Download(u"/file"_s);
     QTRY_COMPARE_WITH_TIMEOUT(m_suggested, In(u"elsewhere/file.txt"_s), LongWait);
     // Cancelled, it leaves nothing.
-    QCOMPARE(m_list->rowCount(), 1);
-    QCOMPARE(QDir(m_folder->path()).entryList({u"file*"_s}, QDir::Files), QStringList());
+    QCOMPARE(list->rowCount(), 1);
+    QCOMPARE(QDir(folder->path()).entryList({u"file*"_s}, QDir::Files), QStringList());
     QCOMPARE(QDir(In(u"elsewhere"_s)).entryList(QDir::Files), QStringList{u"mine.txt"_s});
-    QCOMPARE(m_store->Read(TRegistryHive::CurrentUser, Key, u"DownloadFolder"_s).value_or(QString()),
-             In(u"elsewhere"_s));
-    QVERIFY(m_list->Open(0) && m_list->OpenFolder(0));
+    QCOMPARE(store->Read(TRegistryHive::CurrentUser, key, u"DownloadFolder"_s).value_or(QString()), In(u"elsewhere"_s));
+    QVERIFY(list->Open(0) && list->OpenFolder(0));
     QCOMPARE(m_opened, (QStringList{In(u"elsewhere/mine.txt"_s), In(u"elsewhere"_s)}));
     QVERIFY(QFile::remove(In(u"elsewhere/mine.txt"_s)));
-    QVERIFY(!m_list->Open(0));
+    QVERIFY(!list->Open(0));
   }
 
   void neverOverwritesWithoutAsking() {
-    m_list->SaveQuestion().SetChooseFile({});
+    list->SaveQuestion().SetChooseFile({});
     for (const QString &name : {u"file.txt"_s, u"file (1).txt"_s}) {
       Get(u"/file"_s);
       QCOMPARE(Content(In(name)), "content");
     }
     // The user's own choice of a file that is there has been asked about by the dialog.
     QVERIFY(QFile::resize(In(u"file.txt"_s), 0));
-    m_list->SaveQuestion().SetChooseFile(
+    list->SaveQuestion().SetChooseFile(
         [this](const QString &, const TSaveQuestion::TDone &done) { done(In(u"file.txt"_s)); });
     Get(u"/file"_s);
     QCOMPARE(Content(In(u"file.txt"_s)), "content");
   }
 
   void hostileNameAndFolderThatIsGone() {
-    QVERIFY(m_store->Write(TRegistryHive::CurrentUser, Key, u"DownloadFolder"_s, In(u"gone"_s)));
-    m_list->SaveQuestion().SetChooseFile({});
-    m_server->Route("/hostile", TTestResponse::Attachment("../../../../tmp/evil\342\200\256cod.exe", "x"));
+    QVERIFY(store->Write(TRegistryHive::CurrentUser, key, u"DownloadFolder"_s, In(u"gone"_s)));
+    list->SaveQuestion().SetChooseFile({});
+    server->Route("/hostile", TTestResponse::Attachment("../../../../tmp/evil\342\200\256cod.exe", "x"));
     Get(u"/hostile"_s);
     QVERIFY(!QDir(In(u"gone"_s)).exists());
     QCOMPARE(Path(0), QStandardPaths::writableLocation(QStandardPaths::DownloadLocation) + u"/evilcod.exe"_s);
@@ -159,21 +128,21 @@ class TestDownloads final : public QObject {
     Start(u"/slow"_s);
     QCOMPARE(Path(1), In(u"one.bin"_s));
     QCOMPARE(Path(0), In(u"one (1).bin"_s));
-    QCOMPARE(m_list->ActiveCount(), 2);
-    m_list->CancelAll();
-    QTRY_COMPARE(m_list->ActiveCount(), 0);
+    QCOMPARE(list->ActiveCount(), 2);
+    list->CancelAll();
+    QTRY_COMPARE(list->ActiveCount(), 0);
   }
 
   void chosenFolderThatIsGone() {
     m_answer = In(u"gone/file.txt"_s);
     Download(u"/file"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
-    QCOMPARE(m_list->State(0), TDownloadState::Failed);
-    QVERIFY(Status(0).contains(m_language.Text("DOWNLOADS", "FolderGone")));
+    QTRY_COMPARE_WITH_TIMEOUT(list->rowCount(), 1, LongWait);
+    QCOMPARE(list->State(0), TDownloadState::Failed);
+    QVERIFY(Status(0).contains(language.Text("DOWNLOADS", "FolderGone")));
     // With the folder back, a retry gets the file.
-    QVERIFY(QDir(m_folder->path()).mkdir("gone"));
-    m_list->Retry(0);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    QVERIFY(QDir(folder->path()).mkdir("gone"));
+    list->Retry(0);
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Finished, LongWait);
     QCOMPARE(Content(In(u"gone/file.txt"_s)), "content");
 
     // Deleted while the file is being written.
@@ -181,24 +150,24 @@ class TestDownloads final : public QObject {
     m_answer = In(u"gone/slow.bin"_s);
     Start(u"/slow"_s);
     QVERIFY(QDir(In(u"gone"_s)).removeRecursively());
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Failed, LongWait);
-    QVERIFY(m_list->CanRetry(0));
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Failed, LongWait);
+    QVERIFY(list->CanRetry(0));
   }
 
   void brokenConnectionIsToldAndRetried() {
     const TTestResponse whole = RouteBroken();
-    m_server->Route("/there", TTestResponse::Redirect("/broken"));
+    server->Route("/there", TTestResponse::Redirect("/broken"));
     Start(u"/there"_s);
-    const quint16 port = m_server->Port();
-    m_server->Close();
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Failed, LongWait);
-    QVERIFY(Status(0).size() > m_language.Text("DOWNLOADS", "FailedLine").size());
+    const quint16 port = server->Port();
+    server->Close();
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Failed, LongWait);
+    QVERIFY(Status(0).size() > language.Text("DOWNLOADS", "FailedLine").size());
     QVERIFY(!QFileInfo::exists(In(u"broken.bin"_s)));
-    QVERIFY(m_server->Listen(port));
-    m_server->Route("/broken", whole);
-    m_list->Retry(0);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
-    QCOMPARE(m_list->rowCount(), 1);
+    QVERIFY(server->Listen(port));
+    server->Route("/broken", whole);
+    list->Retry(0);
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Finished, LongWait);
+    QCOMPARE(list->rowCount(), 1);
     QCOMPARE(QFileInfo(Path(0)).size(), 100000);
   }
 
@@ -206,30 +175,30 @@ class TestDownloads final : public QObject {
     const TTestResponse whole = RouteBroken();
     m_answer = In(u"mine.bin"_s);
     Start(u"/broken"_s);
-    const quint16 port = m_server->Port();
-    m_server->Route("/broken", whole);
-    m_server->Close();
-    QVERIFY(m_server->Listen(port));
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
-    QVERIFY(m_list->rowCount() == 1 && m_asked == 1);
+    const quint16 port = server->Port();
+    server->Route("/broken", whole);
+    server->Close();
+    QVERIFY(server->Listen(port));
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Finished, LongWait);
+    QVERIFY(list->rowCount() == 1 && m_asked == 1);
     QCOMPARE(Content(In(u"mine.bin"_s)), whole.body);
   }
 
   // A page that starts many downloads at once gets one dialog; the others wait for the user in the list.
   void requestsWhileAskingWaitInTheList() {
-    m_server->Route("/second", TTestResponse::Attachment("second.txt", "second"));
-    m_list->SaveQuestion().SetPause(2 * LongWait);
+    server->Route("/second", TTestResponse::Attachment("second.txt", "second"));
+    list->SaveQuestion().SetPause(2 * LongWait);
     for (const QString &path : {u"/file"_s, u"/second"_s, u"/second"_s, u"/second"_s}) Download(path);
-    QTRY_COMPARE_WITH_TIMEOUT(m_server->RequestCount("/second"), 3, LongWait);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->ActiveCount(), 0, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(server->RequestCount("/second"), 3, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(list->rowCount(), 2, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(list->ActiveCount(), 0, LongWait);
     QCOMPARE(m_asked, 1);
-    const int waiting = m_list->State(0) == TDownloadState::NotStarted ? 0 : 1;
-    QCOMPARE(m_list->State(waiting), TDownloadState::NotStarted);
-    const QString name = m_list->data(m_list->index(waiting)).toString();
-    m_list->Retry(waiting);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(waiting), TDownloadState::Finished, LongWait);
-    QCOMPARE(m_list->rowCount(), 2);
+    const int waiting = list->State(0) == TDownloadState::NotStarted ? 0 : 1;
+    QCOMPARE(list->State(waiting), TDownloadState::NotStarted);
+    const QString name = list->data(list->index(waiting)).toString();
+    list->Retry(waiting);
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(waiting), TDownloadState::Finished, LongWait);
+    QCOMPARE(list->rowCount(), 2);
     QCOMPARE(m_asked, 2);
     QCOMPARE(QFileInfo(Path(waiting)).fileName(), name);
     QVERIFY(QFileInfo::exists(In(u"file.txt"_s)));
@@ -237,29 +206,29 @@ class TestDownloads final : public QObject {
 
   // A few run at a time, and the others when it is their turn.
   void manyWaitForTheirTurn() {
-    m_list->SaveQuestion().SetChooseFile({});
+    list->SaveQuestion().SetChooseFile({});
     RouteBroken();
     constexpr int Many = 9;
     for (int i = 0; i < Many; ++i) Download(u"/broken"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), Many, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(list->rowCount(), Many, LongWait);
     const auto count = [this](TDownloadState state) {
       int found = 0;
-      for (int row = 0; row < m_list->rowCount(); ++row) found += m_list->State(row) == state ? 1 : 0;
+      for (int row = 0; row < list->rowCount(); ++row) found += list->State(row) == state ? 1 : 0;
       return found;
     };
     QCOMPARE(count(TDownloadState::Running), 4);
     QCOMPARE(count(TDownloadState::Waiting), 5);
-    QCOMPARE(m_list->ActiveCount(), Many);
-    QCOMPARE(Status(0), m_language.Text("DOWNLOADS", "WaitingLine"));
-    m_list->Cancel(0);
-    m_server->ForgetRequests();
-    m_list->Cancel(Many - 1);
-    QTRY_COMPARE_WITH_TIMEOUT(m_server->RequestCount("/broken"), 1, LongWait);
+    QCOMPARE(list->ActiveCount(), Many);
+    QCOMPARE(Status(0), language.Text("DOWNLOADS", "WaitingLine"));
+    list->Cancel(0);
+    server->ForgetRequests();
+    list->Cancel(Many - 1);
+    QTRY_COMPARE_WITH_TIMEOUT(server->RequestCount("/broken"), 1, LongWait);
     QTRY_COMPARE_WITH_TIMEOUT(count(TDownloadState::Cancelled), 2, LongWait);
     QCOMPARE(count(TDownloadState::Running), 4);
     QCOMPARE(count(TDownloadState::Waiting), 3);
-    m_list->CancelAll();
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->ActiveCount(), 0, LongWait);
+    list->CancelAll();
+    QTRY_COMPARE_WITH_TIMEOUT(list->ActiveCount(), 0, LongWait);
   }
 
   void pageIsAskedAboutOnce_data() {
@@ -274,32 +243,32 @@ class TestDownloads final : public QObject {
     QFETCH(bool, allow);
     QFETCH(int, files);
     auto *downloads = new TPageDownloads(
-        m_page.get(), [] { return 0; }, [isInFront] { return isInFront; });
+        page.get(), [] { return 0; }, [isInFront] { return isInFront; });
     const QSignalSpy asked(downloads, &TPageDownloads::Asked);
-    m_server->RoutePage("/page", "Page");
-    QSignalSpy loaded(m_page.get(), &QWebEnginePage::loadFinished);
-    m_page->load(QUrl(m_server->Url(u"/page"_s)));
+    server->RoutePage("/page", "Page");
+    QSignalSpy loaded(page.get(), &QWebEnginePage::loadFinished);
+    page->load(QUrl(server->Url(u"/page"_s)));
     QTRY_VERIFY_WITH_TIMEOUT(!loaded.isEmpty(), LongWait);
     // From the server, and made by the page itself.
     const auto get = [this](const QString &address) {
-      m_page->runJavaScript(
+      page->runJavaScript(
           u"var a = document.createElement('a'); a.download = 'x.txt'; a.href = %1; a.click()"_s.arg(address));
     };
     get(u"'/file'"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(list->rowCount(), 1, LongWait);
     get(u"URL.createObjectURL(new Blob(['made']))"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 2, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(list->rowCount(), 2, LongWait);
     get(u"'/file'"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 3, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(list->rowCount(), 3, LongWait);
     QTRY_COMPARE_WITH_TIMEOUT(asked.size(), 1, LongWait);
-    QCOMPARE(Status(0), m_language.Text("DOWNLOADS", "AskingLine"));
+    QCOMPARE(Status(0), language.Text("DOWNLOADS", "AskingLine"));
     QCOMPARE(m_asked, isInFront ? 1 : 0);
     downloads->Answer(allow);
     get(u"'/file'"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), files, LongWait);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->ActiveCount(), 0, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(list->rowCount(), files, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(list->ActiveCount(), 0, LongWait);
     QStringList contents;
-    for (const QString &name : QDir(m_folder->path()).entryList({u"*.txt*"_s}, QDir::Files)) {
+    for (const QString &name : QDir(folder->path()).entryList({u"*.txt*"_s}, QDir::Files)) {
       contents.append(QString::fromUtf8(Content(In(name))));
     }
     QCOMPARE(contents.count(u"made"_s), allow ? 1 : 0);
@@ -311,28 +280,28 @@ class TestDownloads final : public QObject {
   // Cancelled and fetched again while the page is asked about: the answer takes nothing away any more.
   void userTakesWhatIsAskedAbout() {
     auto *downloads = new TPageDownloads(
-        m_page.get(), [] { return 0; }, [] { return false; });
-    m_server->RoutePage("/page", "Page");
-    QSignalSpy loaded(m_page.get(), &QWebEnginePage::loadFinished);
-    m_page->load(QUrl(m_server->Url(u"/page"_s)));
+        page.get(), [] { return 0; }, [] { return false; });
+    server->RoutePage("/page", "Page");
+    QSignalSpy loaded(page.get(), &QWebEnginePage::loadFinished);
+    page->load(QUrl(server->Url(u"/page"_s)));
     QTRY_VERIFY_WITH_TIMEOUT(!loaded.isEmpty(), LongWait);
-    m_page->runJavaScript(u"var a = document.createElement('a'); a.download = 'x.txt'; a.href = '/file'; a.click()"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), 1, LongWait);
-    QCOMPARE(Status(0), m_language.Text("DOWNLOADS", "AskingLine"));
-    m_list->Cancel(0);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Cancelled, LongWait);
-    m_list->Retry(0);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    page->runJavaScript(u"var a = document.createElement('a'); a.download = 'x.txt'; a.href = '/file'; a.click()"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(list->rowCount(), 1, LongWait);
+    QCOMPARE(Status(0), language.Text("DOWNLOADS", "AskingLine"));
+    list->Cancel(0);
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Cancelled, LongWait);
+    list->Retry(0);
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Finished, LongWait);
     downloads->Answer(false);
-    QCOMPARE(m_list->rowCount(), 1);
+    QCOMPARE(list->rowCount(), 1);
     QCOMPARE(Content(Path(0)), "content");
   }
 
   void outlivesItsPage() {
     RouteSlowFile();
     Start(u"/slow"_s);
-    m_page.reset();
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    page.reset();
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Finished, LongWait);
     QCOMPARE(QFileInfo(Path(0)).size(), 4 * 1024 * 1024);
   }
 
@@ -340,27 +309,27 @@ class TestDownloads final : public QObject {
     RouteSlowFile();
     Get(u"/file"_s);
     Start(u"/slow"_s);
-    QCOMPARE(m_list->State(0), TDownloadState::Running);
-    m_list->Remove(0);
-    m_list->ClearFinished();
-    QCOMPARE(m_list->rowCount(), 1);
-    QCOMPARE(m_list->State(0), TDownloadState::Running);
+    QCOMPARE(list->State(0), TDownloadState::Running);
+    list->Remove(0);
+    list->ClearFinished();
+    QCOMPARE(list->rowCount(), 1);
+    QCOMPARE(list->State(0), TDownloadState::Running);
     // Taking a line out of the list never takes the file.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCOMPARE(Content(In(u"file.txt"_s)), "content");
     // Rows that are not there are left alone.
     for (const int row : {-1, 1, 7}) {
-      m_list->Pause(row);
-      m_list->Resume(row);
-      m_list->Cancel(row);
-      m_list->Retry(row);
-      m_list->Remove(row);
-      QVERIFY(!m_list->Open(row) && !m_list->OpenFolder(row));
+      list->Pause(row);
+      list->Resume(row);
+      list->Cancel(row);
+      list->Retry(row);
+      list->Remove(row);
+      QVERIFY(!list->Open(row) && !list->OpenFolder(row));
     }
   }
 
   void windowFollowsTheList() {
-    TDownloadWindow window(*m_list, m_language);
+    TDownloadWindow window(*list, language);
     window.show();
     const auto button = [&window](const char *name) { return window.findChild<QPushButton *>(QLatin1String(name)); };
     auto &view = *window.findChild<QListView *>("lvDownloads");
@@ -370,32 +339,32 @@ class TestDownloads final : public QObject {
     Start(u"/slow"_s);
     QVERIFY(view.isVisible());
     QTRY_VERIFY(button("cmdPause")->isEnabled());
-    QTRY_VERIFY_WITH_TIMEOUT(m_list->data(m_list->index(0), TDownloadList::PercentRole).toInt() > 0, LongWait);
+    QTRY_VERIFY_WITH_TIMEOUT(list->data(list->index(0), TDownloadList::PercentRole).toInt() > 0, LongWait);
     QTest::keyClick(&view, Qt::Key_Space);
-    QTRY_COMPARE(m_list->State(0), TDownloadState::Paused);
-    QCOMPARE(m_list->ActiveCount(), 1);
+    QTRY_COMPARE(list->State(0), TDownloadState::Paused);
+    QCOMPARE(list->ActiveCount(), 1);
     QTRY_VERIFY(button("cmdResume")->isEnabled() && !button("cmdPause")->isEnabled());
     QVERIFY(!button("cmdOpen")->isEnabled() && !button("cmdRemove")->isEnabled());
     // Delete does not throw away a download that is under way.
     QTest::keyClick(&view, Qt::Key_Delete);
-    QCOMPARE(m_list->rowCount(), 1);
+    QCOMPARE(list->rowCount(), 1);
     button("cmdResume")->click();
-    QTRY_COMPARE(m_list->State(0), TDownloadState::Running);
+    QTRY_COMPARE(list->State(0), TDownloadState::Running);
     button("cmdCancel")->click();
-    QTRY_COMPARE(m_list->State(0), TDownloadState::Cancelled);
-    QCOMPARE(m_list->ActiveCount(), 0);
-    QTRY_VERIFY(QDir(m_folder->path()).entryList({u"slow*"_s}, QDir::Files).isEmpty());
+    QTRY_COMPARE(list->State(0), TDownloadState::Cancelled);
+    QCOMPARE(list->ActiveCount(), 0);
+    QTRY_VERIFY(QDir(folder->path()).entryList({u"slow*"_s}, QDir::Files).isEmpty());
     QTRY_VERIFY(button("cmdRetry")->isEnabled() && !button("cmdCancel")->isEnabled() &&
                 !button("cmdOpen")->isEnabled());
     QVERIFY(view.currentIndex().data(Qt::AccessibleTextRole).toString().contains(Status(0)));
     QTest::keyClick(&view, Qt::Key_Delete);
-    QCOMPARE(m_list->rowCount(), 0);
+    QCOMPARE(list->rowCount(), 0);
     QVERIFY(!view.isVisible());
   }
 
   void programsAreNotOpenedUnasked() {
-    m_server->Route("/script", TTestResponse::Attachment("run.sh", "#!/bin/sh\n"));
-    TDownloadWindow window(*m_list, m_language);
+    server->Route("/script", TTestResponse::Attachment("run.sh", "#!/bin/sh\n"));
+    TDownloadWindow window(*list, language);
     window.show();
     auto &view = *window.findChild<QListView *>("lvDownloads");
     Get(u"/file"_s);
@@ -412,50 +381,29 @@ class TestDownloads final : public QObject {
   }
 
  private:
-  [[nodiscard]] QString Status(int row) const {
-    return m_list->data(m_list->index(row), TDownloadList::StatusRole).toString();
-  }
-  [[nodiscard]] QString Path(int row) const {
-    return m_list->data(m_list->index(row), TDownloadList::PathRole).toString();
-  }
-  [[nodiscard]] QString In(const QString &name) const { return m_folder->filePath(name); }
-  // A big file that arrives slowly, so that there is time to do something to it.
-  void RouteSlowFile() {
-    TTestResponse response = TTestResponse::Attachment("slow.bin", QByteArray(4 * 1024 * 1024, 's'));
-    response.trickleBytes = 32 * 1024;
-    m_server->Route("/slow", response);
-  }
-  void Download(const QString &path) { m_page->download(QUrl(m_server->Url(path))); }
   // The same to its end.
   void Get(const QString &path) {
-    const int row = m_list->rowCount();
+    const int row = list->rowCount();
     Download(path);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), row + 1, LongWait);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(list->rowCount(), row + 1, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Finished, LongWait);
   }
   // The same until its first bytes have come.
   void Start(const QString &path) {
-    const int row = m_list->rowCount();
+    const int row = list->rowCount();
     Download(path);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), row + 1, LongWait);
-    QTRY_VERIFY_WITH_TIMEOUT(m_list->data(m_list->index(0), TDownloadList::ReceivedRole).toLongLong() > 0, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(list->rowCount(), row + 1, LongWait);
+    QTRY_VERIFY_WITH_TIMEOUT(list->data(list->index(0), TDownloadList::ReceivedRole).toLongLong() > 0, LongWait);
   }
   // A file whose sending stops in the middle; the whole one.
   TTestResponse RouteBroken() {
     const TTestResponse whole = TTestResponse::Attachment("broken.bin", QByteArray(100000, 'b'));
     TTestResponse broken = whole;
     broken.stopAfterBytes = 50000;
-    m_server->Route("/broken", broken);
+    server->Route("/broken", broken);
     return whole;
   }
 
-  TLanguage m_language;
-  std::unique_ptr<QTemporaryDir> m_folder;
-  std::unique_ptr<TTestServer> m_server;
-  std::unique_ptr<QWebEngineProfile> m_profile;
-  std::unique_ptr<TRegistryStore> m_store;
-  std::unique_ptr<TDownloadList> m_list;
-  std::unique_ptr<QWebEnginePage> m_page;
   QStringList m_opened;
   int m_asked = 0;      // where to save
   QString m_suggested;  // then

@@ -1,25 +1,16 @@
 #include <QFile>
 #include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QWebEnginePage>
-#include <QWebEngineProfile>
 
-#include "browser/downloads/download_list.h"
 #include "browser/downloads/file_names.h"
 #include "browser/downloads/kept_downloads.h"
-#include "config/language.h"
-#include "config/registry_paths.h"
-#include "store/registry_store.h"
 #include "support/data_row.h"
-#include "support/test_server.h"
+#include "window/downloads_fixture.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int LongWait = 20000;  // ms; the first page also starts the engine
-constexpr int Own = 1;           // the number of this process
+constexpr int Own = 1;  // the number of this process
 
 bool NobodyElse(int) {
   return false;
@@ -28,27 +19,19 @@ bool NobodyElse(int) {
 }  // namespace
 
 // What is left of downloads when the program has ended, in whatever way, and starts again.
-class TestKeptDownloads final : public QObject {
+class TestKeptDownloads final : public QObject, private TDownloadsFixture {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
+  void initTestCase() { Prepare(); }
   void init() {
-    m_folder = std::make_unique<QTemporaryDir>();
-    m_server = std::make_unique<TTestServer>();
-    QVERIFY(m_server->Listen());
-    m_server->Route("/file", TTestResponse::Attachment("file.txt", "content"));
+    Begin();
     TTestResponse slow = TTestResponse::Attachment("slow.bin", QByteArray(1024 * 1024, 's'));
     slow.stopAfterBytes = 1024;
-    m_server->Route("/slow", slow);
-    m_profile = std::make_unique<QWebEngineProfile>();
-    m_store = std::make_unique<TRegistryStore>(In(u"registry.sqlite"_s));
+    server->Route("/slow", slow);
     BeginRun();
   }
-  void cleanup() {
-    const auto reset = [](auto &...owners) { (owners.reset(), ...); };
-    reset(m_page, m_list, m_store, m_profile, m_server, m_folder);
-  }
+  void cleanup() { End(); }
 
   void IsThereAgain() {
     Download(u"/file"_s, TDownloadState::Finished);
@@ -58,23 +41,23 @@ class TestKeptDownloads final : public QObject {
     const QStringList before = Lines();
     BeginRun();
     QCOMPARE(Lines(), before);
-    QCOMPARE(m_list->State(2), TDownloadState::Finished);
-    QVERIFY(m_list->CanOpen(2) && !m_list->CanRetry(2));
+    QCOMPARE(list->State(2), TDownloadState::Finished);
+    QVERIFY(list->CanOpen(2) && !list->CanRetry(2));
     // A file that is gone is shown as gone, and can be fetched again.
     QVERIFY(QFile::remove(In(u"file.txt"_s)));
-    QCOMPARE(Text(2, TDownloadList::StatusRole), m_language.Text("DOWNLOADS", "FileGone"));
-    QVERIFY(!m_list->CanOpen(2));
-    m_server->Route("/file", TTestResponse::Attachment("file.txt", "new"));
-    m_list->Retry(2);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(2), TDownloadState::Finished, LongWait);
+    QCOMPARE(Text(2, TDownloadList::StatusRole), language.Text("DOWNLOADS", "FileGone"));
+    QVERIFY(!list->CanOpen(2));
+    server->Route("/file", TTestResponse::Attachment("file.txt", "new"));
+    list->Retry(2);
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(2), TDownloadState::Finished, LongWait);
     QVERIFY(QFile::exists(In(u"file.txt"_s)));
     // What is taken out of the list stays out.
-    m_list->Remove(1);
+    list->Remove(1);
     BeginRun();
-    QCOMPARE(m_list->rowCount(), 2);
-    m_list->ClearFinished();
+    QCOMPARE(list->rowCount(), 2);
+    list->ClearFinished();
     BeginRun();
-    QCOMPARE(m_list->rowCount(), 0);
+    QCOMPARE(list->rowCount(), 0);
   }
 
   // The process was killed while it fetched a file.
@@ -87,21 +70,21 @@ class TestKeptDownloads final : public QObject {
   void InterruptedIsFetchedAgain() {
     QFETCH(int, window);
     QFETCH(bool, runs);
-    TKeptDownloads(*m_store, window, &NobodyElse)
-        .Write({.id = u"a"_s, .address = m_server->Url(u"/file"_s), .path = In(u"file.txt"_s)});
+    TKeptDownloads(*store, window, &NobodyElse)
+        .Write({.id = u"a"_s, .address = server->Url(u"/file"_s), .path = In(u"file.txt"_s)});
     QFile partial(FileNames::PartialOf(In(u"file.txt"_s)));
     QVERIFY(partial.open(QIODevice::WriteOnly));
     BeginRun([runs](int) { return runs; });
-    QTEST(m_list->rowCount() == 1, "listed");
-    if (m_list->rowCount() == 0) {
-      m_list->ClearFinished();
-      QCOMPARE(m_store->Values(TRegistryHive::CurrentUser, QLatin1String(RegistryKey::Downloads)).size(), 1);
+    QTEST(list->rowCount() == 1, "listed");
+    if (list->rowCount() == 0) {
+      list->ClearFinished();
+      QCOMPARE(store->Values(TRegistryHive::CurrentUser, QLatin1String(RegistryKey::Downloads)).size(), 1);
       return;
     }
-    QVERIFY(Text(0, TDownloadList::StatusRole).contains(m_language.Text("DOWNLOADS", "ProgramEnded")));
-    QCOMPARE(m_list->ActiveCount(), 0);
-    m_list->Retry(0);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), TDownloadState::Finished, LongWait);
+    QVERIFY(Text(0, TDownloadList::StatusRole).contains(language.Text("DOWNLOADS", "ProgramEnded")));
+    QCOMPARE(list->ActiveCount(), 0);
+    list->Retry(0);
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Finished, LongWait);
     // In its own place, since what was left of it is gone.
     QCOMPARE(Text(0, TDownloadList::PathRole), In(u"file.txt"_s));
     QVERIFY(!partial.exists());
@@ -113,13 +96,13 @@ class TestKeptDownloads final : public QObject {
     QVERIFY(part.open(QIODevice::WriteOnly) && part.write("all of it") > 0);
     part.close();
     // Neither is its address of any use.
-    TKeptDownloads(*m_store, Own, &NobodyElse)
+    TKeptDownloads(*store, Own, &NobodyElse)
         .Write({.id = u"a"_s, .address = u"blob:null/1"_s, .path = In(u"file.txt"_s), .part = part.fileName()});
     BeginRun();
-    QCOMPARE(m_list->State(0), TDownloadState::Failed);
-    QVERIFY(m_list->CanRetry(0));
-    m_list->Retry(0);
-    QCOMPARE(m_list->State(0), TDownloadState::Finished);
+    QCOMPARE(list->State(0), TDownloadState::Failed);
+    QVERIFY(list->CanRetry(0));
+    list->Retry(0);
+    QCOMPARE(list->State(0), TDownloadState::Finished);
     QCOMPARE(QFileInfo(In(u"file.txt"_s)).size(), 9);
     QVERIFY(!part.exists());
   }
@@ -127,16 +110,16 @@ class TestKeptDownloads final : public QObject {
   // A process that is killed leaves what it was about.
   void IsKeptFromTheBeginning() {
     Download(u"/slow"_s, TDownloadState::Running);
-    const QList<TKeptDownload> kept = TKeptDownloads(*m_store, 2, &NobodyElse).Read();
+    const QList<TKeptDownload> kept = TKeptDownloads(*store, 2, &NobodyElse).Read();
     QCOMPARE(kept.size(), 1);
     QCOMPARE(kept.first().state, TKeptDownload::TState::UnderWay);
-    QVERIFY(TKeptDownloads(*m_store, 2, [](int) { return true; }).Read().isEmpty());
+    QVERIFY(TKeptDownloads(*store, 2, [](int) { return true; }).Read().isEmpty());
   }
 
   // Each window writes its own; the newest two hundred stay.
   void WindowsSideBySide() {
-    TRegistryStore otherStore(m_store->FilePath());
-    TKeptDownloads here(*m_store, 1, &NobodyElse);
+    TRegistryStore otherStore(store->FilePath());
+    TKeptDownloads here(*store, 1, &NobodyElse);
     TKeptDownloads there(otherStore, 2, &NobodyElse);
     const auto ids = [&here] {
       QStringList all;
@@ -169,47 +152,37 @@ class TestKeptDownloads final : public QObject {
   }
   void NonsenseIsPassedOver() {
     QFETCH(QString, data);
-    m_store->Write(TRegistryHive::CurrentUser, QLatin1String(RegistryKey::Downloads), u"a"_s, data);
+    store->Write(TRegistryHive::CurrentUser, QLatin1String(RegistryKey::Downloads), u"a"_s, data);
     BeginRun();
-    QTEST(m_list->rowCount(), "rows");
-    QVERIFY(m_list->rowCount() == 0 || !m_list->CanRetry(0));
+    QTEST(list->rowCount(), "rows");
+    QVERIFY(list->rowCount() == 0 || !list->CanRetry(0));
     for (const QString &line : Lines()) QVERIFY(!line.isEmpty());
   }
 
  private:
   void BeginRun(const std::function<bool(int)> &isRunning = &NobodyElse) {
-    m_page.reset();
-    m_list = std::make_unique<TDownloadList>(*m_profile, m_language, *m_store);
-    m_list->SaveQuestion().SetPause(0);
+    page.reset();
+    MakeList();
     m_answer = In(u"file.txt"_s);
-    m_list->SaveQuestion().SetChooseFile([this](const QString &, const TSaveQuestion::TDone &done) { done(m_answer); });
-    m_list->Keep(Own, isRunning);
-    m_page = std::make_unique<QWebEnginePage>(m_profile.get());
+    list->SaveQuestion().SetChooseFile([this](const QString &, const TSaveQuestion::TDone &done) { done(m_answer); });
+    list->Keep(Own, isRunning);
+    page = std::make_unique<QWebEnginePage>(profile.get());
   }
-  [[nodiscard]] QString In(const QString &name) const { return m_folder->filePath(name); }
-  [[nodiscard]] QString Text(int row, int role) const { return m_list->data(m_list->index(row), role).toString(); }
   // What the user sees of each.
   [[nodiscard]] QStringList Lines() const {
     QStringList lines;
-    for (int row = 0; row < m_list->rowCount(); ++row) {
+    for (int row = 0; row < list->rowCount(); ++row) {
       lines.append(Text(row, Qt::AccessibleTextRole) + Text(row, Qt::ToolTipRole));
     }
     return lines;
   }
   void Download(const QString &path, TDownloadState end) {
-    const int rows = m_list->rowCount();
-    m_page->download(QUrl(m_server->Url(path)));
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->rowCount(), rows + 1, LongWait);
-    QTRY_COMPARE_WITH_TIMEOUT(m_list->State(0), end, LongWait);
+    const int rows = list->rowCount();
+    page->download(QUrl(server->Url(path)));
+    QTRY_COMPARE_WITH_TIMEOUT(list->rowCount(), rows + 1, LongWait);
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(0), end, LongWait);
   }
 
-  TLanguage m_language;
-  std::unique_ptr<QTemporaryDir> m_folder;
-  std::unique_ptr<TTestServer> m_server;
-  std::unique_ptr<QWebEngineProfile> m_profile;
-  std::unique_ptr<TRegistryStore> m_store;
-  std::unique_ptr<TDownloadList> m_list;
-  std::unique_ptr<QWebEnginePage> m_page;
   QString m_answer;
 };
 
