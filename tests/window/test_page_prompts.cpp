@@ -291,12 +291,12 @@ class TestPagePrompts final : public QObject {
     QFETCH(TPermissionDecision, decision);
     const auto before = decision == TPermissionDecision::Allowed ? u"cmdNever"_s : u"cmdAllow"_s;
     Load(u"/page"_s);
-    QVERIFY(m_prompts->SitePermissions(nullptr) == nullptr);
+    QVERIFY(m_prompts->SitePermissions(nullptr).isEmpty());
     AskForNotifications(*m_page);
     QTRY_VERIFY_WITH_TIMEOUT(m_prompts->Bar()->isVisible(), LongWait);
     Press(before);
     QTRY_VERIFY_WITH_TIMEOUT(!Answer(*m_page).isEmpty(), LongWait);
-    const std::unique_ptr<TSitePermissions> list(m_prompts->SitePermissions(nullptr));
+    const std::unique_ptr<TSitePermissions> list(m_prompts->SitePermissions(nullptr).value(0));
     QVERIFY(list->title().contains(u"127.0.0.1"_s));
     auto *choice = list->findChild<QComboBox *>();
     list->show();
@@ -305,7 +305,23 @@ class TestPagePrompts final : public QObject {
     AskForNotifications(*m_page);
     QTRY_VERIFY_WITH_TIMEOUT(m_prompts->Bar()->isVisible() || !Answer(*m_page).isEmpty(), LongWait);
     QTEST(Answer(*m_page), "answer");
-    QCOMPARE(m_prompts->SitePermissions(list.get()) == nullptr, decision == TPermissionDecision::Ask);
+    QCOMPARE(m_prompts->SitePermissions(list.get()).isEmpty(), decision == TPermissionDecision::Ask);
+  }
+
+  // What a site asks from within another one's page can be looked at there, too.
+  void permissionOfAnEmbeddedSite() {
+    m_server.RoutePage("/asks", "Asks", "<script>navigator.geolocation.getCurrentPosition(() => {})</script>");
+    const QByteArray inner = m_server.Url(u"/asks"_s).replace(u"127.0.0.1"_s, u"localhost"_s).toUtf8();
+    m_server.RoutePage("/embeds", "Embeds", "<iframe allow=geolocation src='" + inner + "'></iframe>");
+    Load(u"/embeds"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(m_prompts->Bar()->isVisible(), LongWait);
+    QVERIFY(m_prompts->SitePermissions(nullptr).isEmpty());
+    Press(u"cmdNever"_s);
+    QWidget parent;
+    QTRY_COMPARE(m_prompts->SitePermissions(&parent).size(), 1);
+    QVERIFY(parent.findChild<TSitePermissions *>()->title().contains(u"localhost"_s));
+    Load(u"/page"_s);
+    QVERIFY(m_prompts->SitePermissions(&parent).isEmpty());
   }
 
   // Two windows decide side by side; what neither of them has written is passed over.

@@ -375,12 +375,13 @@ void THalvexBrowser::PageSetup() {
 }
 
 void THalvexBrowser::Properties() {
-  const QPointer<THalvexBrowser> self(this);
-  CollectProperties([self](const TPageProperties &properties) {
+  CollectProperties([self = QPointer(this)](const TPageProperties &properties) {
     if (!self) return;
     auto *dialog = new TPropertiesDialog(properties, self->m_engine.Language(), self->window());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    if (self->HasLivePage()) dialog->AddSection(self->m_page->findChild<TPagePrompts *>()->SitePermissions(dialog));
+    if (self->HasLivePage()) {
+      for (QWidget *site : self->m_page->findChild<TPagePrompts *>()->SitePermissions(dialog)) dialog->AddSection(site);
+    }
     dialog->open();
   });
 }

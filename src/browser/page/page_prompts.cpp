@@ -79,6 +79,7 @@ TPagePrompts::TPagePrompts(QWebEnginePage *page, TQuestionSheet *sheet, QWidget 
   });
   connect(page, &QWebEnginePage::loadStarted, this, [this] {
     ForgetPermissionRequests();
+    m_askers.clear();
     if (!std::exchange(m_reloadsForSignIn, false)) m_signIns.clear();
   });
   // A page looks at what it may do before it asks.
@@ -122,6 +123,7 @@ void TPagePrompts::HideFullScreenNotice() {
 }
 
 void TPagePrompts::AskPermission(const TPermissionRequest &request) {
+  if (!m_askers.contains(request.origin) && m_askers.size() < MostPermissionRequests) m_askers.append(request.origin);
   const std::optional<bool> decided = AllowedBy(m_decisions.Find(request.origin, request.permission));
   if (decided) return request.answer(*decided ? TPermissionAnswer::Allow : TPermissionAnswer::Deny);
   const bool waits = std::any_of(
@@ -154,14 +156,22 @@ void TPagePrompts::FinishPermission(TPermissionDecision decision) {
   AskNextPermission();
 }
 
-TSitePermissions *TPagePrompts::SitePermissions(QWidget *parent) {
-  const QUrl site = m_page->url();
-  if (m_decisions.Decided(site).isEmpty()) return nullptr;
-  auto *permissions = new TSitePermissions(site, m_decisions, m_language, parent);
-  connect(permissions, &TSitePermissions::Changed, this, [this, site](TPermission permission) {
-    m_requests->Settle(site, permission, AllowedBy(m_decisions.Find(site, permission)));
-  });
-  return permissions;
+QList<TSitePermissions *> TPagePrompts::SitePermissions(QWidget *parent) {
+  const auto originOf = [](const QUrl &url) { return url.scheme() + url.authority(QUrl::FullyEncoded); };
+  const QUrl own = m_page->url();
+  QList<QUrl> sites = m_askers;
+  sites.removeIf([&](const QUrl &site) { return originOf(site) == originOf(own); });
+  sites.prepend(own);
+  QList<TSitePermissions *> lists;
+  for (const QUrl &site : std::as_const(sites)) {
+    if (m_decisions.Decided(site).isEmpty()) continue;
+    auto *permissions = new TSitePermissions(site, m_decisions, m_language, parent);
+    connect(permissions, &TSitePermissions::Changed, this, [this, site](TPermission permission) {
+      m_requests->Settle(site, permission, AllowedBy(m_decisions.Find(site, permission)));
+    });
+    lists.append(permissions);
+  }
+  return lists;
 }
 
 void TPagePrompts::ForgetPermissionRequests() {

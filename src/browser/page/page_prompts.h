@@ -35,9 +35,9 @@ class TPagePrompts final : public QObject {
   void ShowFullScreenNotice(QWidget *over, const QUrl &origin);
   void HideFullScreenNotice();
 
-  // What the user has allowed and refused to the site of the page, to be looked at and changed. Nothing where he was
-  // not asked.
-  [[nodiscard]] TSitePermissions *SitePermissions(QWidget *parent);
+  // What the user has allowed and refused to the site of the page, and to those that have asked from within it, to be
+  // looked at and changed; a list for each. None where he was not asked.
+  [[nodiscard]] QList<TSitePermissions *> SitePermissions(QWidget *parent);
 
   // The user acts himself: sign-in dialogs that were kept from opening may come again.
   void AllowSignIns() { m_signInsRefused = 0; }
@@ -70,6 +70,7 @@ class TPagePrompts final : public QObject {
   TPermissionDecisions &m_decisions;
   TPermissionRequests *m_requests;
   QList<TPermissionRequest> m_permissionRequests;  // not answered yet
+  QList<QUrl> m_askers;                            // the origins that have asked on this page
   // By place that asks, for the page being shown.
   QHash<QString, TSignIn> m_signIns;
   int m_signInsRefused = 0;         // one after the other, since the user did something

@@ -60,5 +60,5 @@ TPropertiesDialog::TPropertiesDialog(const TPageProperties &properties, const TL
 TPropertiesDialog::~TPropertiesDialog() = default;
 
 void TPropertiesDialog::AddSection(QWidget *section) {
-  if (section != nullptr) m_ui->layMain->insertWidget(m_ui->layMain->count() - 1, section);
+  m_ui->layMain->insertWidget(m_ui->layMain->count() - 1, section);
 }

@@ -19,7 +19,7 @@ class TPropertiesDialog final : public QDialog {
   TPropertiesDialog(const TPageProperties &properties, const TLanguage &language, QWidget *parent = nullptr);
   ~TPropertiesDialog() override;
 
-  // Shows what is known of the page's site as well, below the rest; may be nothing.
+  // Shows what is known of the page's site as well, below the rest.
   void AddSection(QWidget *section);
 
  private:
