@@ -167,10 +167,14 @@ void TDownloadList::FailMove(TItem &item, bool isDiskFull) {
   const bool isThere = item.IsUnplaced();
   if (!isThere) item.writtenTo.clear();
   const QString folder = FolderFailure(QFileInfo(item.path).path());
-  if (isDiskFull || folder.isEmpty()) {
-    Fail(item, m_language.Text("DOWNLOADS", isDiskFull ? "DiskFull" : isThere ? "FileFailed" : "FileGone"));
-  } else {
+  if (isDiskFull) {
+    Fail(item, m_language.Text("DOWNLOADS", "DiskFull"));
+  } else if (!folder.isEmpty()) {
     Fail(item, folder);
+  } else if (isThere) {
+    Fail(item, m_language.Text("DOWNLOADS", "FileFailed"));
+  } else {
+    Fail(item, m_language.Text("DOWNLOADS", "FileGone"));
   }
 }
 
