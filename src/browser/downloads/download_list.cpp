@@ -276,6 +276,7 @@ void TDownloadList::Update(TItem &item) {
       item.state = request->isPaused() ? TDownloadState::Paused : TDownloadState::Running;
       break;
     case QWebEngineDownloadRequest::DownloadCompleted:
+      if (item.state == TDownloadState::Cancelled) break;
       if (!item.writtenTo.isEmpty()) return MoveToPlace(item);
       // Its folder may have been deleted while the engine was writing.
       if (!QFileInfo::exists(item.path)) return Fail(item, m_language.Text("DOWNLOADS", "FileGone"));
@@ -422,7 +423,10 @@ void TDownloadList::Cancel(int row) {
   item.asks = nullptr;
   const bool isAsked = std::exchange(item.waitsForPlace, false) && m_asking == item.id;
   if (item.request != nullptr && item.retryPage == nullptr && !item.request->isFinished()) {
+    const QString part = item.writtenTo;
     item.request->cancel();
+    // The engine leaves a file that it has just finished, and may say so later.
+    if (!part.isEmpty()) QFile::remove(part);
   } else {
     CancelWhole(item);
   }

@@ -3,6 +3,7 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
+#include <QScopeGuard>
 #include <QWebEngineView>
 #include <utility>
 
@@ -77,8 +78,11 @@ void TDownloadList::TakePlace(const QString &id, const QString &path) {
 }
 
 void TDownloadList::DropUnplaced(TItem &item) {
-  // A small one is there already, under a name that was free.
-  if (item.request != nullptr && item.request->isFinished()) QFile::remove(item.writtenTo);
+  // A small one is there already, under a name that was free, even if the engine has not said so yet. It is let go
+  // first.
+  const auto removeLast = qScopeGuard([part = std::exchange(item.writtenTo, {})] {
+    if (!part.isEmpty()) QFile::remove(part);
+  });
   if (!item.isRetry) {
     RemoveItem(RowOf(item));
     return CountActive();
@@ -86,7 +90,6 @@ void TDownloadList::DropUnplaced(TItem &item) {
   if (item.request != nullptr) LetGo(item.request);
   item.request = nullptr;
   item.path.clear();
-  item.writtenTo.clear();
   item.state = TDownloadState::NotStarted;
   Announce(item);
 }
