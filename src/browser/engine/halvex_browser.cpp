@@ -63,6 +63,7 @@ THalvexBrowser::~THalvexBrowser() {
   if (!m_page) return;
   m_sheet->disconnect(this);
   DismissQuestions();
+  delete m_asked;  // the page answers what it was asked when it goes
   m_page->disconnect(this);
   delete m_printing;
   delete m_view;
@@ -137,13 +138,13 @@ void THalvexBrowser::ForgetLeave() {
 
 void THalvexBrowser::TakeWindow(QWebEngineNewWindowRequest *request) {
   SetView(m_engine.Views().Make());
-  auto *asked = new TAskedWindow(m_page, m_stack, this);
-  connect(asked, &TAskedWindow::CameToNothing, this, &THalvexBrowser::WindowCameToNothing);
-  connect(asked, &TAskedWindow::NoticeShown, this, [this] {
+  m_asked = new TAskedWindow(m_page, m_stack, this);
+  connect(m_asked, &TAskedWindow::CameToNothing, this, &THalvexBrowser::WindowCameToNothing);
+  connect(m_asked, &TAskedWindow::NoticeShown, this, [this] {
     Q_EMIT AddressChanged(LocationUrl());
     RepeatTitle();
   });
-  asked->Take(request);
+  m_asked->Take(request);
 }
 
 void THalvexBrowser::ConnectPage() {

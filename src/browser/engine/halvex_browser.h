@@ -14,6 +14,7 @@ class QVBoxLayout;
 class QWebEnginePage;
 class QWebEngineView;
 class QWebEngineNewWindowRequest;
+class TAskedWindow;
 class TEnginePage;
 class TPageFinder;
 class TPageFullScreen;
@@ -180,6 +181,7 @@ class THalvexBrowser final : public QWidget {
   // From the first address on.
   QWebEngineView *m_view = nullptr;
   TEnginePage *m_page = nullptr;
+  TAskedWindow *m_asked = nullptr;  // where another page asked for this window
   TQuestionSheet *m_sheet = nullptr;
   TPageFinder *m_finder = nullptr;
   TPageFullScreen *m_fullScreen = nullptr;
