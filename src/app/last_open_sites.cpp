@@ -84,7 +84,7 @@ void TLastOpenSites::Write() {
   if (!m_mayWrite) return;
   m_mustLeave = m_mustLeave && !m_kept.LeaveStored();
   if (m_mustLeave) {
-    m_delay.start();
+    if (m_store.IsWritable()) m_delay.start();
     return;
   }
   const QList<TKeptTabs::TOpenTab> tabs = OpenTabs();
