@@ -66,6 +66,7 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
 // What one module tells another that does not know it.
 void TModules::Join() {
   QObject::connect(&tabs, &TTabStrip::PageSetsOut, framePacer, &TFramePacer::GiveWay);
+  QObject::connect(&loadQueue, &TLoadQueue::ToComeChanged, frameUpdates, &TFrameUpdates::SetPagesToCome);
   QObject::connect(&tabCommands, &TTabCommands::AddressWanted, address, [this] {
     if (address->isVisible()) address->FocusAll();
   });

@@ -10,11 +10,11 @@ TFrameUpdates::TFrameUpdates(QObject *parent) : QObject(parent) {
 
 void TFrameUpdates::Ask() {
   if (m_isPosted || m_timer.isActive()) return;
-  const qint64 passed = m_sinceShown.isValid() ? m_sinceShown.elapsed() : Interval;
-  if (passed >= Interval) {
+  const qint64 passed = m_sinceShown.isValid() ? m_sinceShown.elapsed() : m_interval;
+  if (passed >= m_interval) {
     Hurry();
   } else {
-    m_timer.start(int(Interval - passed));
+    m_timer.start(int(m_interval - passed));
   }
 }
 

@@ -12,6 +12,9 @@ class TFrameUpdates final : public QObject {
 
  public:
   static constexpr int Interval = 100;  // milliseconds at least from one showing to the next
+  // The same while so many pages are to come that the user watches none of them in particular.
+  static constexpr int CrowdInterval = 250;
+  static constexpr int Crowd = 8;  // pages
 
   explicit TFrameUpdates(QObject *parent = nullptr);
 
@@ -20,6 +23,7 @@ class TFrameUpdates final : public QObject {
   void Ask();
   // The user waits for it, or something else will be painted anyway: what has gathered is shown with that.
   void Hurry();
+  void SetPagesToCome(int pages) { m_interval = pages > Crowd ? CrowdInterval : Interval; }
 
  Q_SIGNALS:
   // What has changed since the last time is to be shown now.
@@ -28,6 +32,7 @@ class TFrameUpdates final : public QObject {
  private:
   void Tell();
 
+  int m_interval = Interval;
   QTimer m_timer{this};
   bool m_isPosted = false;
   QElapsedTimer m_sinceShown;

@@ -435,9 +435,17 @@ class TPageControlTest final : public QObject {
     QVERIFY(paints(at(4), [&] { delete strip.control.Page(4); }));
   }
 
+  void PagesAreShownTogether_data() {
+    Columns<int, int>("toCome", "interval");
+    Row("a few pages", TFrameUpdates::Crowd, TFrameUpdates::Interval);
+    Row("many pages to come", TFrameUpdates::Crowd + 1, TFrameUpdates::CrowdInterval);
+  }
   void PagesAreShownTogether() {
+    QFETCH(int, toCome);
+    QFETCH(int, interval);
     TStrip strip("a b c");
     auto *updates = strip.control.findChild<TFrameUpdates *>();
+    updates->SetPagesToCome(toCome);
     QSignalSpy shown(updates, &TFrameUpdates::Show);
     strip.control.SetPageImage(strip.control.Page(0), 1);
     QTRY_COMPARE(shown.size(), 1);
@@ -452,7 +460,7 @@ class TPageControlTest final : public QObject {
       strip.Settle();
     }
     QCOMPARE(shown.size(), 5);
-    QVERIFY(clock.elapsed() >= 3 * TFrameUpdates::Interval);
+    QVERIFY(clock.elapsed() >= 3 * interval);
     QVERIFY(changes > 20 && log.times <= 5);
     // What is asked for where a tab is, is true all the same.
     const int width = strip.control.TabRect(strip.control.Page(1)).width();
