@@ -78,6 +78,7 @@ void TModules::Join() {
   QObject::connect(status, &TMainStatusBar::StopPagesClicked, &loadQueue, &TLoadQueue::Stop);
   QObject::connect(actions[TCommand::StopAll], &QAction::triggered, &loadQueue, &TLoadQueue::Stop);
   QObject::connect(status, &TMainStatusBar::SecurityClicked, actions[TCommand::Properties], &QAction::trigger);
+  QObject::connect(address, &TAddressBar::ConnectionClicked, actions[TCommand::Properties], &QAction::trigger);
 }
 
 void TModules::OpenFirstPages(const QString &argument) {

@@ -80,6 +80,7 @@ void TActiveTabView::ShowStoppedPopups() {
 
 void TActiveTabView::ShowIndicators(TBrowserTab *tab) {
   m_status.ShowSecurity(tab->Secure(), tab->SecureLock());
+  m_address.ShowConnection(tab->Secure(), tab->SecureLock());
   if (tab->Browser() != nullptr) m_status.ShowZoom(tab->Browser()->ZoomPercent());
   m_busy.SetBusy(tab->Busy());
   if (!tab->Busy()) m_status.ShowProgress(100);

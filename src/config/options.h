@@ -64,6 +64,8 @@ class TZVOptions final {
   void RemoveZvid();
 
   [[nodiscard]] TRegistryStore &Store() const { return m_store; }
+  // The store holds a value of this name; else getters return their default.
+  [[nodiscard]] bool IsStored(const char *name) const { return Read(name).has_value(); }
 
  private:
   [[nodiscard]] std::optional<QString> Read(const char *name) const;

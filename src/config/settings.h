@@ -23,6 +23,11 @@ class TSettings final : public QObject {
     const auto refused = m_refused.constFind(QByteArray::fromRawData(setting.name, qsizetype(qstrlen(setting.name))));
     return refused == m_refused.constEnd() ? m_options.Get(setting) : refused->template value<TValue>();
   }
+  // Somebody has chosen it, here or earlier; else `Get` returns the default.
+  template <typename TSetting>
+  [[nodiscard]] bool IsChosen(const TSetting &setting) const {
+    return m_refused.contains(setting.name) || m_options.IsStored(setting.name);
+  }
   // Stores at once, and tells those who follow; also when the value was there already, for another window may have
   // stored it, and nobody here has heard of that.
   void Set(const TFlagSetting &setting, bool value) { SetValue(setting, value); }

@@ -1,6 +1,7 @@
 #include "search/address_bar.h"
 
 #include <algorithm>
+#include <QAction>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <utility>
@@ -42,6 +43,11 @@ TAddressBar::TAddressBar(const TLanguage &language, TSettings &settings, THistor
   for (QWidget *part : {static_cast<QWidget *>(this), static_cast<QWidget *>(lineEdit())}) {
     part->setAccessibleName(language.Text("MAIN", "AddressLabel"));
   }
+  lineEdit()->setPlaceholderText(language.Text("MAIN", "AddressPlaceholder"));
+  m_connection = lineEdit()->addAction(QIcon(), QLineEdit::LeadingPosition);
+  m_connection->setObjectName(QStringLiteral("actConnection"));
+  connect(m_connection, &QAction::triggered, this, &TAddressBar::ConnectionClicked);
+  ShowConnection(false, TEncryptionLevel::None);
   setMaxVisibleItems(TTypedAddresses::Most);
   settings.Follow(Setting::AutoCompleteStyle, this, [this] { HideSuggestions(); });
   LoadTypedAddresses();
@@ -59,6 +65,17 @@ TAddressBar::TAddressBar(const TLanguage &language, TSettings &settings, THistor
     m_addressTyped = true;
     OpenText(address, false);
   });
+}
+
+void TAddressBar::ShowConnection(bool isSecure, TEncryptionLevel level) {
+  const bool isWhole = isSecure && level > TEncryptionLevel::Unknown;
+  const bool isPlain = level == TEncryptionLevel::None;
+  const char *picture = isWhole ? "lock" : isPlain ? "lock_open" : "insecure";
+  // Pages that come over no network have no connection to tell about.
+  m_connection->setVisible(!isPlain || PageAddress().startsWith(QLatin1String("http://")));
+  m_connection->setIcon(QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(picture))));
+  m_connection->setToolTip(isPlain ? m_language.Text("MAIN", "ConnectionPlain")
+                                   : m_language.Text(EncryptionText(level)));
 }
 
 TAddressForms TAddressBar::Forms() const {

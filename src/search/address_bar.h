@@ -2,10 +2,12 @@
 
 #include <QTimer>
 
+#include "browser/page/encryption_level.h"
 #include "search/address_forms.h"
 #include "search/typed_addresses.h"
 #include "search/zv_combo_box.h"
 
+class QAction;
 class THistoryStore;
 class TLanguage;
 class TSettings;
@@ -23,6 +25,8 @@ class TAddressBar final : public TZVComboBox {
 
   // Opens what the box holds, in the current tab unless the settings say otherwise.
   void Go() { Open(false); }
+  // The mark for the connection to the page whose address is shown.
+  void ShowConnection(bool isSecure, TEncryptionLevel level);
   // The active tab sets out for an address. When it was typed it goes to the top of the list; the box shows it.
   void AddTypedAddress(const QString &address);
   // The same for a tab that is not the active one any more: the box shows another page's address.
@@ -39,6 +43,7 @@ class TAddressBar final : public TZVComboBox {
  Q_SIGNALS:
   // `text` is to be opened as it stands (see TAddressSearch::Open).
   void OpenRequested(const QString &text, bool newTab);
+  void ConnectionClicked();
 
  protected:
   bool TakeKey(const QKeyEvent &key) override;
@@ -64,6 +69,7 @@ class TAddressBar final : public TZVComboBox {
   TSettings &m_settings;
   THistoryStore &m_history;
   TTypedAddresses m_addresses;
+  QAction *m_connection;
   TSuggestionList *m_suggestions;
   QTimer m_suggest;     // runs when all that was typed has been shown
   QString m_typedText;  // what the suggestions were made for

@@ -7,7 +7,7 @@ class TRowDelegate final : public QStyledItemDelegate {
   Q_OBJECT
 
  public:
-  static constexpr int LeastHeight = 24;  // pixels
+  static constexpr int LeastHeight = 28;  // pixels
 
   using QStyledItemDelegate::QStyledItemDelegate;
 

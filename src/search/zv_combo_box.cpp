@@ -12,6 +12,8 @@
 
 #include "browser/engine/address.h"
 #include "browser/strip/link_mime.h"
+#include "search/address_field_style.h"
+#include "search/host_emphasis.h"
 #include "search/row_delegate.h"
 #include "ui/shown_address.h"
 
@@ -46,6 +48,10 @@ TZVComboBox::TZVComboBox(QWidget *parent) : QComboBox(parent) {
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   setMinimumContentsLength(10);
   setAcceptDrops(true);
+  auto *style = new TAddressFieldStyle;
+  style->setParent(this);
+  setStyle(style);
+  new THostEmphasis(lineEdit());
   // The box has the keyboard in its line edit's stead and hands keys on past any filter, so it filters its own as well.
   installEventFilter(this);
   lineEdit()->installEventFilter(this);

@@ -32,6 +32,7 @@ class TZVComboBox : public QComboBox {
   // Fills the list, without any change to what the box shows.
   void SetEntries(const QStringList &addresses);
   [[nodiscard]] QString EntryAddress(int row) const;
+  [[nodiscard]] QString PageAddress() const { return m_pageAddress; }
   // Shows `text` as if it had been typed. `selectFrom` and what follows is selected, with the caret before it.
   void ShowTyped(const QString &text, qsizetype selectFrom);
   void ForgetTyped() { m_typed = false; }

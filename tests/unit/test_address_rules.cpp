@@ -1,6 +1,7 @@
 #include <QtTest>
 
 #include "search/address_forms.h"
+#include "search/host_emphasis.h"
 #include "search/inline_completion.h"
 #include "search/quick_search.h"
 #include "search/typed_addresses.h"
@@ -17,6 +18,25 @@ class TTestAddressRules final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
+  void HostInAddress_data() {
+    Columns<QString, QString>("address", "host");
+    Row("plain", "http://example.test/path?q=a@b", "example.test");
+    Row("nothing behind it", "https://example.test", "example.test");
+    Row("port", "http://example.test:8080/", "example.test");
+    Row("user whose name is a host", "https://bank.test:x@evil.test/", "evil.test");
+    Row("IPv6", "http://[::1]:80/", "[::1]");
+    Row("in its own letters", QString::fromUtf8("https://bücher.test#a"), QString::fromUtf8("bücher.test"));
+    Row("file", "file:///home/a", "");
+    Row("no scheme", "://example.test", "");
+    Row("words", "what is http", "");
+    Row("empty", "", "");
+  }
+  void HostInAddress() {
+    QFETCH(QString, address);
+    const THostEmphasis::TRange range = THostEmphasis::HostIn(address);
+    QTEST(address.mid(range.start, range.length), "host");
+  }
+
   void FrameAddress_data() {
     Columns<QString, QString, QString, QString>("text", "prefix", "suffix", "result");
     const auto row = [](const char *name, const char *text, const char *suffix, const char *result,

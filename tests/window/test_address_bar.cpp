@@ -23,6 +23,27 @@ class TestAddressBar final : public QObject {
   void init() { m_f = std::make_unique<TLoneAddressBarFixture>(); }
   void cleanup() { m_f.reset(); }
 
+  void HostStandsOutUnlessEdited() {
+    m_f->Make();
+    QLineEdit *edit = m_f->bar->lineEdit();
+    const auto hasFullInk = [edit] {
+      const QImage picture = edit->grab().toImage();
+      const QRgb ink = edit->palette().color(QPalette::Text).rgb();
+      int found = 0;
+      for (int x = 0; x < picture.width(); ++x) found += picture.pixel(x, picture.height() / 2) == ink ? 1 : 0;
+      return found > 20;
+    };
+    // Full blocks are pure ink.
+    m_f->bar->ShowAddress("http://example.test/" + QString(8, QChar(0x2588)));
+    edit->setFocus();
+    edit->deselect();
+    QTRY_VERIFY(hasFullInk());
+    edit->clearFocus();
+    QTRY_VERIFY(!hasFullInk());
+    m_f->bar->ShowAddress(QString(8, QChar(0x2588)));
+    QTRY_VERIFY(hasFullInk());
+  }
+
   void Enter_data() {
     Columns<QString, Qt::KeyboardModifiers, QStringList, bool>("typed", "keys", "opened", "newTab");
     const Qt::KeyboardModifiers none, ctrl(Qt::ControlModifier), shift(Qt::ShiftModifier), alt(Qt::AltModifier);

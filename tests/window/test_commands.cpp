@@ -112,6 +112,7 @@ class TestCommands final : public QObject, private TCommandsFixture {
     secure.RoutePage("/s", "Secret");
     auto *lock = Window().findChild<QToolButton *>(u"tbSecurity"_s);
     auto *progress = Window().findChild<QProgressBar *>();
+    auto *mark = Window().findChild<QAction *>(u"actConnection"_s);
     QTRY_VERIFY(!lock->isVisible() && !progress->isVisible() && !Active()->Secure());
     m_f.server.Route("/slow", TTestResponse{.body = QByteArray(4000, 'x'), .stopAfterBytes = 2000});
     Active()->Navigate(Url(u"/slow"_s));
@@ -129,13 +130,20 @@ class TestCommands final : public QObject, private TCommandsFixture {
     lock->click();
     Opens("TPropertiesDialog")();
     Dialog("TPropertiesDialog")->close();
+    QVERIFY(mark->isVisible());
+    QCOMPARE(mark->toolTip(), lock->toolTip());
+    mark->trigger();
+    Opens("TPropertiesDialog")();
+    Dialog("TPropertiesDialog")->close();
     // A notice in its place is nobody's page, and the page behind it is what it was.
     Active()->Navigate(u"no address"_s);
-    QTRY_VERIFY(!lock->isVisible() && !Active()->Secure());
+    QTRY_VERIFY(!lock->isVisible() && !Active()->Secure() && !mark->isVisible());
     Active()->GoBack();
     QTRY_VERIFY(lock->isVisible() && Active()->Secure());
     Load(u"/a"_s);
     QTRY_VERIFY(!lock->isVisible() && !Active()->Secure());
+    QTRY_COMPARE(mark->toolTip(), Window().Language().Text("MAIN", "ConnectionPlain"));
+    QVERIFY(mark->isVisible());
   }
 
   void PageMenu_data() {

@@ -237,7 +237,7 @@ class TPageControlTest final : public QObject {
     strip.AddMany(200);
     const auto inSight = [&] {
       const QRect rect = strip.control.TabRect(strip.control.ActivePage());
-      return rect.width() > 60 && strip.PageAt(strip.InView(rect.center())) == strip.control.ActivePage();
+      return rect.width() > 30 && strip.PageAt(strip.InView(rect.center())) == strip.control.ActivePage();
     };
     for (const int position : {199, 0, 100, 101, 150, 20}) {
       strip.control.SetActivePage(strip.control.Page(position));
@@ -311,7 +311,7 @@ class TPageControlTest final : public QObject {
     QVERIFY(!Shows(picture(strip.Named("A")), QColor(10, 200, 30)));
     QVERIFY(Shows(picture(strip.Named("A")), strip.control.palette().color(QPalette::Highlight)));
 
-    // The status image hides the site's icon; without a status image the icon is there again. No width changes.
+    // The status image stands beside the site's icon. No width changes.
     strip.control.SetImages({Filled(Qt::darkRed), Filled(Qt::blue)});
     TStrip::Settle();
     const QRect before = strip.control.TabRect(second);
@@ -320,8 +320,8 @@ class TPageControlTest final : public QObject {
       strip.control.SetPageImage(second, image);
       QCOMPARE(strip.control.PageImage(second), image);
       const QImage picked = picture(second);
-      for (const Qt::GlobalColor color : {Qt::darkRed, Qt::blue, Qt::yellow})
-        QCOMPARE(Shows(picked, color), color == shown);
+      for (const Qt::GlobalColor color : {Qt::darkRed, Qt::blue}) QCOMPARE(Shows(picked, color), color == shown);
+      QVERIFY(Shows(picked, Qt::yellow));
       QCOMPARE(strip.control.TabRect(second), before);
     }
   }
@@ -380,17 +380,18 @@ class TPageControlTest final : public QObject {
     const auto restore = qScopeGuard([&] { QApplication::setPalette(before); });
     TStrip strip("A B");
     strip.control.SetInactiveTabColor(inactive);
-    const QStringList names{"tab_loading", "tab_unseen", "tab_arriving", "tab_locked", "question"};
+    const QStringList names{"tab_loading", "tab_unseen", "tab_arriving", "tab_locked", "tab_asks"};
     QList<QIcon> marks;
     for (const QString &name : names) marks << QIcon(QStringLiteral(":/icons/%1.svg").arg(name));
     strip.control.SetImages(marks);
     for (int image = 0; image < marks.size(); ++image) {
       for (const char *name : {"A", "B"}) {
-        const QColor ground = strip.control.ActivePage() == strip.Named(name) ? window : inactive;
+        const bool isActive = strip.control.ActivePage() == strip.Named(name);
+        const QColor ground = isActive ? QApplication::palette().color(QPalette::Base) : inactive;
         strip.control.SetPageImage(strip.Named(name), image);
         TStrip::Settle();
         QRect place = strip.control.TabRect(strip.Named(name));
-        place.setWidth(26);  // without the caption
+        place.setWidth(32);  // without the caption
         place.adjust(6, 5, 0, -5);
         const QImage picture = strip.control.grab(place).toImage();
         int ink = 0;

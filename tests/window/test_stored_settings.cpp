@@ -263,6 +263,8 @@ class TestStoredSettings final : public QObject {
         {"colours of the desktop's highlight", own + QStringList{"TabColorScheme=rev"},
          colors(desktop.color(QPalette::Inactive, QPalette::Highlight), desktop.color(QPalette::HighlightedText))},
         {"own colours", own, colors(0x112233, 0xffeedd)},
+        {"the desktop's colours as long as none is chosen", {}, colors(QColor(), QColor())},
+        {"an own colour of the tabs alone", own.first(1), colors(0x112233, Qt::black)},
         {"own colours by any other name", own + QStringList{"TabColorScheme=STD"}, colors(0x112233, 0xffeedd)},
         {"short captions",
          {"LimitTitleLength=4"},

@@ -57,13 +57,14 @@ class TZVPageControl final : public QWidget {
   // where nobody describes. Changes of hint and image are told by themselves, all others by TellDescription.
   void SetDescriber(const std::function<QString(const QWidget *page)> &describer);
   void TellDescription(const QWidget *page);
-  // Index into Images(), -1 for none.
+  // What is to be seen of the page's state, beside its icon: an index into the images that were set, -1 for none.
   void SetPageImage(QWidget *page, int image);
   [[nodiscard]] int PageImage(const QWidget *page) const;
   void SetImages(const QList<QIcon> &images);
-  // The site's own icon, shown while the page has no image; a null icon for none.
+  // The site's own icon; a null icon for none.
   void SetPageIcon(QWidget *page, const QIcon &icon);
 
+  // Colours of the tabs that are not active. Where they are not valid, as at first, these tabs have the desktop's own.
   [[nodiscard]] QColor InactiveTabColor() const;
   void SetInactiveTabColor(const QColor &color);
   [[nodiscard]] QColor InactiveFontColor() const;

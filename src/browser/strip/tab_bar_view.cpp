@@ -541,29 +541,26 @@ bool TTabBarView::ShowsMark(const TTab *tab) const {
   return tab->image >= 0 && tab->image < m_images.size();
 }
 
-QIcon TTabBarView::ImageOf(const TTab *tab) const {
-  return ShowsMark(tab) ? m_images[tab->image] : tab->icon;
-}
-
 QRect TTabBarView::CloseRect(const TTab *tab) const {
   const QRect place = m_geometry.PlaceOf(tab);
-  return TTabParts(m_geometry.metrics, place, KeepsImagePlace(tab), layoutDirection()).close;
+  return TTabParts(m_geometry.metrics, place, KeepsImagePlace(tab), true, layoutDirection()).close;
 }
 
 void TTabBarView::DrawTab(TTabPainter &painter, TTab *tab) {
   TTabLook look;
   look.rect = m_geometry.PlaceOf(tab);
   look.hasImage = KeepsImagePlace(tab);
-  look.image = ImageOf(tab);
-  look.isMark = ShowsMark(tab);
-  const int room = TTabParts(m_geometry.metrics, look.rect, look.hasImage, layoutDirection()).text.width();
+  look.image = tab->icon;
+  if (ShowsMark(tab)) look.mark = m_images[tab->image];
+  look.active = tab == m_tabs.Active();
+  look.hovered = tab->page == m_hover;
+  const bool showsClose = look.active || look.hovered;
+  const int room = TTabParts(m_geometry.metrics, look.rect, look.hasImage, showsClose, layoutDirection()).text.width();
   if (tab->elidedWidth != room) {
     tab->elidedWidth = room;
     tab->elided = fontMetrics().elidedText(tab->text, Qt::ElideRight, room);
   }
   look.text = tab->elided;
-  look.active = tab == m_tabs.Active();
-  look.hovered = tab->page == m_hover;
   look.closeHovered = look.hovered && m_overClose;
   look.closePressed = look.closeHovered && m_pressedClose == tab->page;
   look.keyboardFocus = look.active && hasFocus();

@@ -97,7 +97,6 @@ class TTabBarView final : public QWidget {
   void MeasureAll();
   [[nodiscard]] bool KeepsImagePlace(const TTab *tab) const;
   [[nodiscard]] bool ShowsMark(const TTab *tab) const;
-  [[nodiscard]] QIcon ImageOf(const TTab *tab) const;
   [[nodiscard]] QRect CloseRect(const TTab *tab) const;
   void DrawTab(TTabPainter &painter, TTab *tab);
   void UpdateTab(const TTab *tab);
@@ -118,8 +117,8 @@ class TTabBarView final : public QWidget {
   TTabScrollers *m_scrollers;
   TTabDrag *m_drag;
   QList<QIcon> m_images;
-  QColor m_inactiveTab{0xAA, 0xAA, 0xAA};
-  QColor m_inactiveFont{Qt::black};
+  QColor m_inactiveTab;
+  QColor m_inactiveFont;
   QString m_closeText;
   TDescriber m_describer;
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <QApplication>
+#include <QEvent>
 #include <QMenu>
 #include <QPalette>
 
@@ -32,7 +33,13 @@ TStripSettings::TStripSettings(TActions &actions, TZVPageControl &pages, TSettin
   settings.Follow(Setting::TabColorScheme, this, [this] { Colour(); });
   settings.Follow(Setting::InactiveTabColor, this, [this] { Colour(); });
   settings.Follow(Setting::InactiveFontColor, this, [this] { Colour(); });
+  pages.installEventFilter(this);
   Colour();
+}
+
+bool TStripSettings::eventFilter(QObject *watched, QEvent *event) {
+  if (event->type() == QEvent::PaletteChange) Colour();
+  return QObject::eventFilter(watched, event);
 }
 
 void TStripSettings::Place() {
@@ -53,6 +60,9 @@ void TStripSettings::Colour() {
     // The palette has no colour for inactive title bars; the highlight of an inactive window is what stands for it.
     tab = palette.color(QPalette::Inactive, QPalette::Highlight);
     font = palette.color(QPalette::HighlightedText);
+  } else if (!m_settings.IsChosen(Setting::InactiveTabColor) && !m_settings.IsChosen(Setting::InactiveFontColor)) {
+    // Nobody has chosen any: the strip looks as the desktop does, light or dark.
+    tab = font = QColor();
   }
   m_pages.SetInactiveTabColor(tab);
   m_pages.SetInactiveFontColor(font);

@@ -10,7 +10,7 @@ namespace {
 
 // The four status images, in the order of TTabState, and that of a page that waits for an answer.
 constexpr const char *StatusImages[] = {":/icons/tab_loading.svg", ":/icons/tab_unseen.svg", ":/icons/tab_arriving.svg",
-                                        ":/icons/tab_locked.svg", ":/icons/question.svg"};
+                                        ":/icons/tab_locked.svg", ":/icons/tab_asks.svg"};
 
 TBrowserTab *AsTab(QWidget *page) {
   return static_cast<TBrowserTab *>(page);
