@@ -1,0 +1,169 @@
+#!/bin/sh
+# Takes the pictures of the window in docs/images/: light, dark, at twice the scale, small, and read from right to left.
+#   scripts/pictures.sh [FOLDER]     where to put them instead
+# The program is built when it has to be, and runs on a screen in memory, in folders of its own, with pages made here and
+# served to this machine only.
+set -u
+root=$(cd "$(dirname "$0")/.." && pwd -P) || exit 1
+images=${1:-$root/docs/images}
+say() { printf 'pictures: %s\n' "$*" >&2; }
+
+"$root/scripts/setup.sh" build screen || exit 1
+"$root/scripts/build.sh" zarvela || exit 1
+mkdir -p "$images" || exit 1
+
+folder=$(mktemp -d "${TMPDIR:-/tmp}/zarvela-pictures.XXXXXX") || exit 1
+pages=
+end() {
+  [ -z "$1" ] || { kill "$1" 2>/dev/null && wait "$1" 2>/dev/null; }
+}
+clear_away() {
+  trap '' EXIT HUP INT TERM
+  end "$pages"
+  rm -rf "$folder"
+}
+trap clear_away EXIT
+trap 'exit 130' HUP INT TERM
+
+export LC_ALL=C.UTF-8 QT_QPA_PLATFORM=xcb DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
+unset WAYLAND_DISPLAY
+if [ "$(id -u)" = 0 ]; then export QTWEBENGINE_DISABLE_SANDBOX=1; fi
+
+mkdir "$folder/pages"
+python3 -u -m http.server --bind 127.0.0.1 --directory "$folder/pages" 0 >"$folder/port" 2>>"$folder/log" &
+pages=$!
+waited=0
+until port=$(sed -n 's/.* port \([0-9]*\) .*/\1/p' "$folder/port") && [ -n "$port" ] || [ $waited -ge 100 ]; do
+  waited=$((waited + 1))
+  sleep 0.1
+done
+
+# page NAME COLOUR TITLE: a page with an icon of that colour.
+page() {
+  cat >"$folder/pages/$1.html" <<PAGE
+<!doctype html><meta charset="utf-8"><meta name="color-scheme" content="light dark"><title>$3</title>
+<link rel="icon" href="data:image/svg+xml,<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 16 16'><rect
+width='16' height='16' rx='4' fill='%23$2'/></svg>">
+<style>body { font: 17px/1.6 sans-serif; max-width: 40em; margin: 3em auto; padding: 0 1em }
+h1 { font-size: 1.9em; line-height: 1.2 } figure { margin: 2em 0; height: 9em; border-radius: 12px; background: #$2 }</style>
+<h1>$3</h1><p>Many pages at once, each in its tab: some locked, some named, and all of them there again tomorrow.</p>
+<figure></figure><p>What belongs together is kept as a group, a plain file that opens all of its pages.</p>
+PAGE
+  printf '%s=http://127.0.0.1:%s/%s.html\n' "$3" "$port" "$1" >>"$folder/pages.hgp"
+}
+printf '[HalvexGroup]\n' >"$folder/pages.hgp"
+page garden '388e3c' 'A garden on the roof'
+page trains '1565c0' 'Night trains of Europe'
+page soup 'ef6c00' 'Lentil soup for eight'
+page paper '6a1b9a' 'Folding paper'
+page sea '00838f' 'Tides and harbours'
+
+# store NAME=VALUE...: the program's settings.
+store() {
+  python3 - "$home/config/zarvela/registry.sqlite" "$@" <<'STORE'
+import sqlite3, sys
+path = r'Software\Velmora\Zarvela\CurrentVersion'
+store = sqlite3.connect(sys.argv[1])
+key = store.execute('SELECT id FROM keys WHERE hive = 0 AND path = ?', (path.casefold(),)).fetchone()[0]
+for setting in sys.argv[2:]:
+    name, value = setting.split('=', 1)
+    store.execute('DELETE FROM entries WHERE key = ? AND folded = ?', (key, name.casefold()))
+    store.execute('INSERT INTO entries(key, folded, name, data) VALUES(?, ?, ?, ?)', (key, name.casefold(), name, value))
+store.commit()
+STORE
+}
+
+start() {
+  "$root/build/zarvela" "$@" >>"$folder/log" 2>&1 &
+  program=$!
+}
+window() {
+  waited=0
+  until xdotool search --onlyvisible --class zarvela >/dev/null 2>&1 || [ $waited -ge 150 ]; do
+    waited=$((waited + 1))
+    sleep 0.1
+  done
+}
+stop() {
+  end "$program"
+  program=
+}
+
+# take NAME WIDTH HEIGHT SCREEN SETTING...: one picture. Settings of the form NAME=VALUE are the program's, those that
+# begin with "env:" the environment's.
+take() {
+  name=$1 width=$2 height=$3 screen=$4
+  shift 4
+  home=$folder/$name
+  for place in config data cache; do mkdir -p "$home/$place"; done
+  mkdir -m 700 "$home/run"
+  (
+    export HOME="$home" XDG_CONFIG_HOME="$home/config" XDG_DATA_HOME="$home/data" XDG_CACHE_HOME="$home/cache" \
+      XDG_RUNTIME_DIR="$home/run"
+    settings=
+    for setting in "$@"; do
+      case $setting in
+        env:*) export "${setting#env:}" ;;
+        *) settings="$settings $setting" ;;
+      esac
+    done
+    Xvfb -displayfd 3 -screen 0 "${screen}x24" -nolisten tcp -noreset 3>"$home/display" >>"$folder/log" 2>&1 &
+    server=$!
+    waited=0
+    until [ -s "$home/display" ] || [ $waited -ge 100 ]; do
+      waited=$((waited + 1))
+      sleep 0.1
+    done
+    DISPLAY=:$(cat "$home/display")
+    export DISPLAY
+    openbox >>"$folder/log" 2>&1 &
+    manager=$!
+    program=
+    trap 'end "$program"; end "$manager"; end "$server"' EXIT
+    # The first start makes the store, which then gets the settings.
+    start
+    window
+    stop
+    # shellcheck disable=SC2086 # a list of words
+    store AskDefaultBrowser=0 ConfirmShutdown=0 Left=0 Top=0 Width="$width" Height="$height" StartupMode=Blank $settings
+    start "$folder/pages.hgp"
+    window
+    # The pages come one after the other, the last with its icon.
+    sleep 6
+    # Back to the page, so that the address is seen as it is while nobody edits it.
+    xdotool key Escape
+    sleep 1
+    found=$(xdotool search --onlyvisible --name Zarvela | head -n 1)
+    import -window "$found" "$images/$name.png"
+    stop
+  ) || return 1
+  if [ -s "$images/$name.png" ]; then say "$name.png"; else say "$name.png could not be taken"; return 1; fi
+}
+
+mkdir -p "$folder/dark/config"
+cat >"$folder/dark/config/kdeglobals" <<'COLOURS'
+[Colors:Window]
+BackgroundNormal=35,38,41
+ForegroundNormal=239,240,241
+[Colors:View]
+BackgroundNormal=27,30,32
+BackgroundAlternate=35,38,41
+ForegroundNormal=239,240,241
+[Colors:Button]
+BackgroundNormal=49,54,59
+ForegroundNormal=239,240,241
+[Colors:Selection]
+BackgroundNormal=61,140,198
+ForegroundNormal=252,252,252
+[Colors:Tooltip]
+BackgroundNormal=49,54,59
+ForegroundNormal=239,240,241
+COLOURS
+
+code=0
+take light 1200 760 1280x900 || code=1
+take dark 1200 760 1280x900 env:XDG_CURRENT_DESKTOP=KDE env:KDE_SESSION_VERSION=5 || code=1
+take twice_the_scale 1000 640 2200x1500 env:QT_SCALE_FACTOR=2 || code=1
+take small 500 400 1280x900 || code=1
+take right_to_left 1200 760 1280x900 LanguageFile=zvara.ini || code=1
+exit $code
