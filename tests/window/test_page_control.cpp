@@ -273,6 +273,56 @@ class TPageControlTest final : public QObject {
     QVERIFY(qAbs(centre("A").x() - (width - left)) <= 2);
   }
 
+  // On every side, in every direction, and with any number of tabs and rows: in the last row, at its end, and nothing
+  // else lies there.
+  void CornerAtTheEnd_data() {
+    Columns<bool, bool, Qt::LayoutDirection, int>("below", "several", "direction", "tabs");
+    for (const bool below : {true, false}) {
+      for (const bool several : {true, false}) {
+        for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+          for (const int tabs : {1, 12, 80}) {
+            const QString name = QStringLiteral("%1 %2 %3 %4").arg(below).arg(several).arg(direction).arg(tabs);
+            Row(qPrintable(name), below, several, direction, tabs);
+          }
+        }
+      }
+    }
+  }
+  void CornerAtTheEnd() {
+    QFETCH(bool, below);
+    QFETCH(bool, several);
+    QFETCH(Qt::LayoutDirection, direction);
+    QFETCH(int, tabs);
+    TStrip strip;
+    strip.control.setLayoutDirection(direction);
+    strip.control.SetTabsDown(below);
+    strip.control.SetMultipleLines(several);
+    strip.AddMany(tabs);
+    auto *corner = new QToolButton();
+    corner->setText("corner");
+    strip.control.SetCorner(corner);
+    for (const char *text : {"corner", "a wider corner", "c"}) {
+      corner->setText(text);
+      TStrip::Settle();
+      const QRect place = corner->geometry();
+      QCOMPARE(place.width(), corner->sizeHint().width());
+      QVERIFY(corner->isVisible() && strip.View()->geometry().contains(place));
+      QCOMPARE(direction == Qt::LeftToRight ? place.right() : strip.control.width() - 1 - place.left(),
+               strip.control.width() - 1);
+      const int row = strip.control.TabRect(strip.control.ActivePage()).height();
+      QCOMPARE(place.height(), row);
+      QVERIFY(strip.View()->geometry().bottom() - place.bottom() < row);
+      QRegion taken;
+      for (int i = 0; i < strip.control.PageCount(); ++i) taken += strip.control.TabRect(strip.control.Page(i));
+      for (const QWidget *child : strip.View()->findChildren<QWidget *>(Qt::FindDirectChildrenOnly)) {
+        if (child->isVisible()) taken += child->geometry().translated(strip.View()->pos());
+      }
+      QVERIFY(!taken.isEmpty() && !taken.intersects(place));
+    }
+    strip.control.SetStripVisible(false);
+    QVERIFY(!corner->isVisible());
+  }
+
   void ScrollButtonsAreThereWhenNeeded() {
     TStrip strip("A B C");
     strip.control.SetMultipleLines(false);

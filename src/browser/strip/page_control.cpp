@@ -21,6 +21,7 @@ struct TZVPageControl::TPrivate {
   TTabList tabs;
   TPageHost *host = nullptr;
   TTabBarView *view = nullptr;
+  QPointer<QWidget> corner;
   bool stripVisible = true;
   int updates = 0;                  // BeginUpdate calls without their EndUpdate
   QWidget *activeBefore = nullptr;  // the first of them; only a key
@@ -217,6 +218,13 @@ void TZVPageControl::SetButtonTexts(const QString &closeTab, const QString &scro
   d->view->SetButtonTexts(closeTab, scrollLeft, scrollRight);
 }
 
+void TZVPageControl::SetCorner(QWidget *corner) {
+  d->corner = corner;
+  corner->setParent(this);
+  corner->setVisible(d->stripVisible);
+  Arrange();
+}
+
 QRect TZVPageControl::TabRect(const QWidget *page) const {
   const TTab *tab = d->tabs.Find(page);
   if (!tab) return {};
@@ -241,22 +249,31 @@ QSize TZVPageControl::minimumSizeHint() const {
   return kLeastSize;
 }
 
+bool TZVPageControl::event(QEvent *event) {
+  // The corner wants another width.
+  if (event->type() == QEvent::LayoutRequest) Arrange();
+  return QWidget::event(event);
+}
+
 void TZVPageControl::resizeEvent(QResizeEvent *event) {
   QWidget::resizeEvent(event);
   Arrange();
 }
 
 void TZVPageControl::Arrange() {
+  d->view->SetEndReserve(d->corner ? d->corner->sizeHint().width() : 0);
   const int strip = d->stripVisible ? std::min(d->view->HeightFor(size()), height()) : 0;
   const int pages = height() - strip;
   const bool down = TabsDown();
   d->view->setGeometry(0, down ? pages : 0, width(), strip);
   d->host->setGeometry(0, down ? 0 : strip, width(), pages);
+  if (d->corner) d->corner->setGeometry(d->view->EndPlace().translated(d->view->pos()));
 }
 
 void TZVPageControl::SetStripVisible(bool visible) {
   d->stripVisible = visible;
   d->view->setVisible(visible);
+  if (d->corner) d->corner->setVisible(visible);
   Arrange();
 }
 

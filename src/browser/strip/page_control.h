@@ -79,6 +79,9 @@ class TZVPageControl final : public QWidget {
   // Texts for the close buttons and the scroll buttons (tool tips and accessible names).
   void SetButtonTexts(const QString &closeTab, const QString &scrollLeft, const QString &scrollRight);
 
+  // Takes a widget to stand at the end of the strip: behind the tabs, in the last row where there are several.
+  void SetCorner(QWidget *corner);
+
   // Where the page's tab is, in this widget's coordinates; empty when it has none or is scrolled out of sight.
   [[nodiscard]] QRect TabRect(const QWidget *page) const;
   // Gives the strip itself the keyboard: arrow keys, Home and End walk (with Ctrl they move the tab), Delete closes,
@@ -100,6 +103,7 @@ class TZVPageControl final : public QWidget {
   void LinkDropped(const QString &address, QWidget *page);
 
  protected:
+  bool event(QEvent *event) override;
   void resizeEvent(QResizeEvent *event) override;
 
  private:

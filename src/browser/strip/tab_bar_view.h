@@ -5,6 +5,7 @@
 #include <QList>
 #include <QPoint>
 #include <QWidget>
+#include <utility>
 #include "browser/strip/tab_geometry.h"
 #include "browser/strip/tab_list.h"
 #include "browser/strip/tab_painter.h"
@@ -48,6 +49,9 @@ class TTabBarView final : public QWidget {
   [[nodiscard]] QString DescriptionOf(const TTab *tab) const {
     return m_describer ? m_describer(tab->page) : tab->hint;
   }
+  // Room at the end of each row that tabs leave free, in pixels, for what stands in the last row.
+  void SetEndReserve(int width) { m_stale = std::exchange(m_geometry.endReserve, width) != width || m_stale; }
+  [[nodiscard]] QRect EndPlace() const { return m_geometry.EndPlace(); }
   void SetButtonTexts(const QString &closeTab, const QString &scrollLeft, const QString &scrollRight);
 
   // Lays the tabs out for a page control of this size; returns how much of its height the strip takes.

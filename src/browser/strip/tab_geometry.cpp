@@ -18,7 +18,7 @@ bool TTabGeometry::SetControl(const QSize &control) {
 
 QRect TTabGeometry::LayOut(const TTabList &tabs, int barWidth) {
   TTabLayout::TSpace space;
-  space.extent = m_extent;
+  space.extent = std::max(1, m_extent - endReserve);
   space.narrowest = metrics.narrowest;
   space.maxRows = m_maxRows;
   space.multiple = multiple;
@@ -46,6 +46,12 @@ int TTabGeometry::RowsShown() const {
 
 int TTabGeometry::Height() const {
   return RowsShown() * metrics.rowHeight + metrics.edge;
+}
+
+QRect TTabGeometry::EndPlace() const {
+  const int width = std::min(endReserve, m_extent);
+  const int top = PlainArea().bottom() + 1 - metrics.rowHeight;
+  return Mirrored(QRect(m_extent - width, top, width, metrics.rowHeight));
 }
 
 QRect TTabGeometry::BesideArea(int offset, const QSize &size) const {

@@ -18,6 +18,7 @@ class TTabGeometry final {
   TTabMetrics metrics;
   bool multiple = true;
   bool tabsDown = true;
+  int endReserve = 0;  // what others take of each row, behind the tabs and what scrolls them; pixels
   Qt::LayoutDirection direction = Qt::LeftToRight;
 
   // The room that a page control of this size gives its strip; false when it is as it was.
@@ -29,6 +30,7 @@ class TTabGeometry final {
   [[nodiscard]] int RowsShown() const;
   [[nodiscard]] int Height() const;
   [[nodiscard]] QRect Area() const { return Mirrored(PlainArea()); }  // where tabs show, beside what scrolls them
+  [[nodiscard]] QRect EndPlace() const;                               // of the reserve, in the last row that shows
   // A place beside the area, behind the last tab: `offset` pixels away from it.
   [[nodiscard]] QRect BesideArea(int offset, const QSize &size) const;
   [[nodiscard]] QRect PlaceOf(const TTab *tab) const;       // also of one that is scrolled away
