@@ -44,7 +44,9 @@ QString WithoutMnemonic(const QString &text) {
 // What stands for a picture that means a direction where reading runs from right to left.
 constexpr const char *MirroredIcons[][2] = {{"back", "forward"}, {"forward", "back"}, {"go", "go_mirrored"}};
 
-QIcon IconOf(const char *name) {
+}  // namespace
+
+QIcon CommandIcon(const char *name) {
   if (QGuiApplication::isRightToLeft()) {
     const auto *pair =
         std::ranges::find_if(MirroredIcons, [name](auto &icons) { return qstrcmp(icons[0], name) == 0; });
@@ -52,8 +54,6 @@ QIcon IconOf(const char *name) {
   }
   return QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(name)));
 }
-
-}  // namespace
 
 TActions::TActions(QWidget *window, const TLanguage &language, TSettings &settings)
     : m_window(window), m_language(language), m_settings(settings) {
@@ -70,7 +70,7 @@ void TActions::MakeActions() {
     action->setObjectName(QString::fromLatin1(row.name));
     action->setCheckable(row.traits.checkable);
     action->setShortcuts(KeysOf(row.keys));
-    if (*row.icon != '\0') action->setIcon(IconOf(row.icon));
+    if (*row.icon != '\0') action->setIcon(CommandIcon(row.icon));
     m_language.TranslateForm(action, CommandSection);
     m_actions[static_cast<size_t>(row.command)] = action;
     GiveHint(row);
@@ -88,10 +88,13 @@ void TActions::GiveHint(const TCommandRow &row) const {
   if (row.traits.hint.section == nullptr) return;
   QAction *action = (*this)[row.command];
   const QString hint = m_language.Text(row.traits.hint);
-  const QString keys = action->shortcut().toString(QKeySequence::NativeText);
-  const QString shortHint = TLanguage::ShortHint(hint);
-  action->setToolTip(keys.isEmpty() ? shortHint : QStringLiteral("%1 (%2)").arg(shortHint, keys));
+  action->setToolTip(WithKeys(TLanguage::ShortHint(hint), action));
   action->setStatusTip(TLanguage::LongHint(hint));
+}
+
+QString TActions::WithKeys(const QString &hint, const QAction *action) {
+  if (action == nullptr || action->shortcut().isEmpty()) return hint;
+  return QStringLiteral("%1 (%2)").arg(hint, action->shortcut().toString(QKeySequence::NativeText));
 }
 
 void TActions::SwitchFlag(const TCommandRow &row) {
@@ -138,10 +141,13 @@ void TActions::FillMenuBar(QMenuBar *bar) {
 }
 
 void TActions::AddTo(QToolBar *bar, TCommand command) const {
+  bar->addAction((*this)[command]);
+  if (auto *button = qobject_cast<QToolButton *>(bar->widgetForAction((*this)[command]))) Equip(button, command);
+}
+
+void TActions::Equip(QToolButton *button, TCommand command) const {
   QAction *action = (*this)[command];
-  bar->addAction(action);
-  auto *button = qobject_cast<QToolButton *>(bar->widgetForAction(action));
-  if (button == nullptr) return;
+  button->setDefaultAction(action);
   button->setObjectName(action->objectName());
   // Not the action itself: it would take the place of the menu's own entry in the menu bar, text, icon and all.
   const TMenu menu = CommandRows()[static_cast<size_t>(command)].traits.menu;

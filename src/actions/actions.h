@@ -2,6 +2,7 @@
 
 #include <array>
 #include <QAction>
+#include <QIcon>
 #include <QObject>
 
 #include "actions/command_table.h"
@@ -10,7 +11,11 @@ class QActionGroup;
 class QMenu;
 class QMenuBar;
 class QToolBar;
+class QToolButton;
 class TSettings;
+
+// The icon of this name (see TCommandRow); where reading runs from right to left, its mirrored counterpart.
+[[nodiscard]] QIcon CommandIcon(const char *name);
 
 // The commands of a window as actions, and its menus. Modules connect the commands that they own and fill the
 // sub-menus that are theirs; whoever builds a bar takes commands from here.
@@ -31,6 +36,10 @@ class TActions final : public QObject {
   void FillMenuBar(QMenuBar *bar);
   // Adds a command as a button; one with a menu opens it at once.
   void AddTo(QToolBar *bar, TCommand command) const;
+  // Makes a button that of a command, in the same way.
+  void Equip(QToolButton *button, TCommand command) const;
+  // A tool tip with the keys of the action behind it, if it has any; the hint alone where `action` is null.
+  [[nodiscard]] static QString WithKeys(const QString &hint, const QAction *action);
 
   // Leaves the settings that the menus obey in the store.
   void Save();

@@ -15,8 +15,8 @@ constexpr TCommandTraits Check(const char *hint = nullptr) {
 constexpr TCommandTraits Radio(TChoice choice) {
   return {.checkable = true, .choice = choice};
 }
-constexpr TCommandTraits Flag(const TFlagSetting &setting) {
-  return {.checkable = true, .setting = &setting};
+constexpr TCommandTraits Flag(const TFlagSetting &setting, const TCommandTraits &hint = {}) {
+  return {.hint = hint.hint, .checkable = true, .setting = &setting};
 }
 constexpr TCommandTraits Opens(TMenu menu) {
   return {.menu = menu};
@@ -57,9 +57,19 @@ constexpr TCommandRow Rows[] = {
     {ViewAddressBar, "mnuViewAddressBar", "__ViewAddressBar", "", "", Flag(Setting::ViewAddressBar)},
     {ViewStatusBar, "mnuViewStatusBar", "__ViewStatusBar", "", "", Check()},
     {ViewMenuBar, "mnuViewMenuBar", "__ViewMenuBar", "", "Ctrl+M", Check()},
+    {CustomizeViewAddressBar, "pmCustomizeViewAddressBar", "__CustomizeViewAddressBar", "", "",
+     Flag(Setting::ViewAddressBar, Hint("CustomizeViewAddressBarHint"))},
+    {CustomizeViewToolbar, "pmCustomizeViewToolbar", "__CustomizeViewToolbar", "", "",
+     Flag(Setting::ViewToolbar, Hint("CustomizeViewToolbarHint"))},
+    {CustomizeViewMenuBar, "pmCustomizeViewMenubar", "__CustomizeViewMenubar", "", "",
+     Check("CustomizeViewMenubarHint")},
+    {CustomizeViewLinksBar, "pmCustomizeLinksBar", "__CustomizeViewLinksBar", "", "",
+     Flag(Setting::ViewLinksBar, Hint("CustomizeViewLinksBarHint"))},
+    {CustomizeToolbar, "pmCustomizeToolbarDialog", "__CustomizeToolbar", "settings", "", Hint("CustomizeToolbarHint")},
     {Back, "tbBack", "__Back", "back", "Alt+Left; Back", Hint("MenuGoBackHint")},
     {Forward, "tbForward", "__Forward", "forward", "Alt+Right; Forward", Hint("MenuGoForwardHint")},
     {Home, "actHome", "__Home", "home", "Alt+Home", Hint("MenuGoHomeHint")},
+    {GoSearch, "actGoSearch", "", "search", "Ctrl+E", Hint("MenuGoSearchHint")},
     {Stop, "actStop", "__Stop", "stop", "Esc", Hint("MenuViewStopHint")},
     {Refresh, "actRefresh", "__Refresh", "refresh", "F5", Hint("MenuViewRefreshHint")},
     {RefreshPlain, "actRefreshPlain", "", "", "Ctrl+R"},
@@ -122,7 +132,7 @@ constexpr TCommandRow Rows[] = {
     {UsePopupBlocker, "mnuUsePopupHalvex", "__UsePopupBlocker", "", "", Flag(Setting::UsePopupHalvex)},
     {OrganizeSearchEngines, "mnuOrganizeSearchEngines", "__OrganizeSearchEngines", "", ""},
     {OrganizeQuickSearch, "mnuOrganizeQuickSearch", "__OrganizeQuickSearch", "", ""},
-    {ClearAddresses, "mnuClearAddr", "__ClearAddresses", "", "", Hint("MenuToolsClearAddressesHint")},
+    {ClearAddresses, "mnuClearAddr", "__CustomizeClearAddresses", "", "", Hint("CustomizeClearAddressesHint")},
     {SetHomePage, "mnuSetHomePage", "__SetHomePage", "", ""},
     {StartHome, "mnuStartHome", "__StartHome", "", "", Radio(TChoice::Startup)},
     {StartBlank, "mnuStartBlank", "__StartBlank", "", "", Radio(TChoice::Startup)},
@@ -131,8 +141,6 @@ constexpr TCommandRow Rows[] = {
     {About, "mnuAbout", "__About", "information", ""},
     {Go, "tbGo", "__Go", "go", ""},
     {TabListButton, "tbTabs", "__TabListName", "tab_list", "", Opens(TMenu::TabList)},
-    {GroupsButton, "tbHalvexGroups", "__GroupsButton", "groups", "", Opens(TMenu::Groups)},
-    {FontButton, "tbFont", "__FontName", "zoom_in", "", Opens(TMenu::FontSize)},
 };
 static_assert(std::size(Rows) == static_cast<size_t>(TCommand::Count));
 
@@ -157,6 +165,7 @@ constexpr TMenuRow Menus[] = {
     {TMenu::Startup, TMenu::Tools, "mnuStartup", "__Startup"},
     {TMenu::Help, TMenu::Help, "mnuHelp", "__Help"},
     {TMenu::Tab, TMenu::Count, "pmTab", ""},
+    {TMenu::Customize, TMenu::Count, "pmCustomize", ""},
 };
 static_assert(std::size(Menus) == static_cast<size_t>(TMenu::Count));
 
@@ -192,7 +201,7 @@ constexpr TMenuEntry Entries[] = {
     Put(TMenu::Edit, FindNext), Put(TMenu::Edit, FindPrevious), Line(TMenu::Edit), Put(TMenu::Edit, EditAddress),
 
     Put(TMenu::View, ViewToolbar), Put(TMenu::View, ViewAddressBar), Put(TMenu::View, ViewStatusBar),
-    Put(TMenu::View, ViewMenuBar), Line(TMenu::View),
+    Put(TMenu::View, ViewMenuBar), Put(TMenu::View, CustomizeToolbar), Line(TMenu::View),
     Put(TMenu::View, Back), Put(TMenu::View, Forward), Put(TMenu::View, Home), Line(TMenu::View),
     Put(TMenu::View, Stop),
     Put(TMenu::View, Refresh), Put(TMenu::View, RefreshCompletely), Put(TMenu::View, StopAll),
@@ -218,6 +227,10 @@ constexpr TMenuEntry Entries[] = {
     Put(TMenu::Tab, TabAddToGroup), Put(TMenu::Tab, TabBlockPopups), Line(TMenu::Tab), Put(TMenu::Tab, TabCloseAll),
     Put(TMenu::Tab, TabCloseAllKeepCurrent), Put(TMenu::Tab, TabCloseAllShowList), Put(TMenu::Tab, TabClose),
     Put(TMenu::Tab, ReopenTab), ContentsOf(TMenu::ThisTab, TMenu::Tab),
+
+    Put(TMenu::Customize, CustomizeViewAddressBar), Put(TMenu::Customize, CustomizeViewToolbar),
+    Put(TMenu::Customize, CustomizeViewMenuBar), Put(TMenu::Customize, CustomizeViewLinksBar), Line(TMenu::Customize),
+    Put(TMenu::Customize, CustomizeToolbar), Put(TMenu::Customize, ClearAddresses),
 
     Put(TMenu::Groups, AddToGroup), Put(TMenu::Groups, SaveAsGroup), Put(TMenu::Groups, OrganizeGroups),
     Line(TMenu::Groups),

@@ -42,9 +42,15 @@ enum class TCommand {
   ViewAddressBar,
   ViewStatusBar,
   ViewMenuBar,
+  CustomizeViewAddressBar,
+  CustomizeViewToolbar,
+  CustomizeViewMenuBar,
+  CustomizeViewLinksBar,
+  CustomizeToolbar,
   Back,
   Forward,
   Home,
+  GoSearch,
   Stop,
   Refresh,
   RefreshPlain,
@@ -115,12 +121,10 @@ enum class TCommand {
   About,
   Go,
   TabListButton,
-  GroupsButton,
-  FontButton,
   Count
 };
 
-// The menus of the menu bar, their sub-menus, and the pop-up menu of a tab.
+// The menus of the menu bar, their sub-menus, and the pop-up menus of a tab and of the bars.
 enum class TMenu {
   File,
   NewTab,
@@ -142,6 +146,7 @@ enum class TMenu {
   Startup,
   Help,
   Tab,
+  Customize,
   Count
 };
 

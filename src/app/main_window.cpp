@@ -71,6 +71,7 @@ void TfrmMain::LoadLanguage() {
 
 void TfrmMain::LayOut() {
   m_modules->actions.FillMenuBar(menuBar());
+  m_modules->customizeMenu.OfferOn(menuBar());
   addToolBar(m_modules->toolbars.Toolbar());
   addToolBarBreak();
   addToolBar(m_modules->toolbars.AddressBand());

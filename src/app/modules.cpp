@@ -6,6 +6,7 @@
 #include "app/delayed_start.h"
 #include "browser/engine/view_supply.h"
 #include "browser/tabs/browser_tab.h"
+#include "chrome/toolbar/toolbar_panel.h"
 #include "platform/program_folders.h"
 
 namespace {
@@ -30,7 +31,8 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       frameUpdates(new TFrameUpdates(window)),
       history(ProgramFolders::UserData() + HistoryFile),
       address(new TAddressBar(language, settings, history)),
-      toolbars(window, actions, address, *frameUpdates, settings),
+      toolbars(window, actions, address, *frameUpdates, language, settings),
+      toolbarCustomizing(window, actions, language, settings, toolbars.ToolbarPanel().Bar()),
       status(new TMainStatusBar(language, *frameUpdates, window)),
       pages(MakePages(window, *frameUpdates)),
       tabs(window, pages, environment),
@@ -52,6 +54,7 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       fullScreen(window, actions, tabs, settings),
       edges(window, fullScreen),
       bars(window, actions, toolbars, *status, *pages, fullScreen, edges, settings),
+      customizeMenu(window, actions, fullScreen, settings),
       placement(window, fullScreen, settings),
       activeTab(window, tabs, pageCommands, *address, *status, toolbars.Busy(), popups.Stopped(), *frameUpdates),
       downloadsView(actions, *status, downloads, language),
@@ -59,12 +62,15 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       lastSites(tabs, settings.Store(), engine.ProcessNumber(), nullptr),
       startupModes(actions, groups, lastSites, settings),
       handedOver(window, tabs, groups) {
+  new TStripCorner(actions, *pages);
   engine.Views().KeepReady(window);
   Join();
 }
 
 // What one module tells another that does not know it.
 void TModules::Join() {
+  customizeMenu.OfferOn(toolbars.Toolbar());
+  customizeMenu.OfferOn(toolbars.AddressLabel());
   QObject::connect(&tabs, &TTabStrip::PageSetsOut, framePacer, &TFramePacer::GiveWay);
   QObject::connect(&loadQueue, &TLoadQueue::ToComeChanged, frameUpdates, &TFrameUpdates::SetPagesToCome);
   QObject::connect(&tabCommands, &TTabCommands::AddressWanted, address, [this] {

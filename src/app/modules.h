@@ -21,12 +21,15 @@
 #include "browser/tabs/tab_menu.h"
 #include "browser/tabs/tab_strip.h"
 #include "chrome/active_tab_view.h"
+#include "chrome/customize_menu.h"
 #include "chrome/downloads_view.h"
 #include "chrome/edge_bars.h"
 #include "chrome/full_screen.h"
 #include "chrome/language_menu.h"
 #include "chrome/main_status_bar.h"
 #include "chrome/main_toolbars.h"
+#include "chrome/strip_corner.h"
+#include "chrome/toolbar/toolbar_customizing.h"
 #include "chrome/window_bars.h"
 #include "chrome/window_placement.h"
 #include "config/language.h"
@@ -75,6 +78,7 @@ class TModules final {
   THistoryStore history;
   TAddressBar *address;
   TMainToolbars toolbars;
+  TToolbarCustomizing toolbarCustomizing;
   TMainStatusBar *status;
   TZVPageControl *pages;  // pcPage
   TTabStrip tabs;
@@ -96,6 +100,7 @@ class TModules final {
   TFullScreen fullScreen;
   TEdgeBars edges;
   TWindowBars bars;
+  TCustomizeMenu customizeMenu;
   TWindowPlacement placement;
   TActiveTabView activeTab;
   TDownloadsView downloadsView;

@@ -52,7 +52,7 @@ TMainStatusBar::TMainStatusBar(const TLanguage &language, TFrameUpdates &updates
       m_stopped(MakeButton(this, "tbPopupsStopped")),
       m_zoom(MakeButton(this, "tbZoom")),
       m_downloads(MakeButton(this, "tbDownloadsActive")),
-      m_security(MakeButton(this, "tbSecurity")),
+      m_security(MakeButton(this, "tbEncryption")),
       m_stoppedMenu(new QMenu(this)) {
   setObjectName(QStringLiteral("StatusBar"));
   m_progress->setObjectName(QStringLiteral("ProgressBar"));
@@ -74,6 +74,8 @@ TMainStatusBar::TMainStatusBar(const TLanguage &language, TFrameUpdates &updates
   addPermanentWidget(m_downloads);
   addPermanentWidget(m_security);
   m_downloads->setIcon(QIcon(QStringLiteral(":/icons/downloads.svg")));
+  m_downloads->show();
+  ShowDownloads(0);
   m_downloads->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   connect(m_downloads, &QToolButton::clicked, this, &TMainStatusBar::DownloadsClicked);
   m_pagesToCome->setIcon(QIcon(QStringLiteral(":/icons/stop_all.svg")));
@@ -116,9 +118,9 @@ void TMainStatusBar::ShowZoom(int percent) {
 }
 
 void TMainStatusBar::ShowDownloads(int active) {
-  m_downloads->setVisible(active > 0);
-  m_downloads->setText(QString::number(active));
-  const QString text = m_language.Text("MAIN", "DownloadsRunning").arg(active);
+  m_downloads->setText(active > 0 ? QString::number(active) : QString());
+  const QString text = active > 0 ? m_language.Text("MAIN", "DownloadsRunning").arg(active)
+                                  : TLanguage::ShortHint(m_language.Text("MAIN", "DownloadsHint"));
   m_downloads->setToolTip(text);
   m_downloads->setAccessibleName(text);
 }

@@ -31,6 +31,7 @@ class TMainStatusBar final : public QStatusBar {
   void ShowSecurity(bool secure, TEncryptionLevel level);
   // Nothing at the plain size; a click goes back to it.
   void ShowZoom(int percent);
+  // How many are running; the button stays where none is.
   void ShowDownloads(int active);
   // What was stopped on the page in front; an empty text hides it. A click opens the menu, which others fill.
   void ShowStopped(const QString &text);

@@ -6,6 +6,8 @@
 
 #include "actions/actions.h"
 #include "chrome/busy_indicator.h"
+#include "chrome/toolbar/toolbar_panel.h"
+#include "config/registry_paths.h"
 #include "config/settings.h"
 #include "search/address_bar.h"
 #include "search/address_label.h"
@@ -28,58 +30,33 @@ QToolBar *MakeBar(QMainWindow *window, const char *name, const char *title) {
   return bar;
 }
 
+// One of major version 4 has no menu of search engines.
+bool HasSearchMenu(const TRegistryStore &store) {
+  const auto version = store.Read(TRegistryHive::LocalMachine, RegistryKey::BrowserVersion, QStringLiteral("Version"));
+  return !version || !version->startsWith(u'4');
+}
+
 }  // namespace
 
 TMainToolbars::TMainToolbars(QMainWindow *window, const TActions &actions, TAddressBar *address, TFrameUpdates &updates,
-                             TSettings &settings)
+                             const TLanguage &language, TSettings &settings)
     : m_settings(settings),
       m_toolbar(MakeBar(window, "ToolBar", "__ToolbarName")),
       m_addressBand(MakeBar(window, "pnlAddress", "__AddressBarName")),
-      m_busy(new TBusyIndicator(updates, m_toolbar)) {
+      m_busy(new TBusyIndicator(updates, m_toolbar)),
+      m_panel(new TToolbarPanel(actions, language, HasSearchMenu(settings.Store()), m_busy, m_toolbar)) {
   m_busy->setAccessibleName(QStringLiteral("__BusyName"));
-  FillToolbar(actions);
+  m_toolbar->addWidget(m_panel);
   FillAddressBand(actions, address);
   QAction *go = actions[TCommand::Go];
   settings.Apply(Setting::ShowGo, m_addressBand, [&settings, go] { go->setVisible(settings.Get(Setting::ShowGo)); });
-}
-
-void TMainToolbars::FillToolbar(const TActions &actions) {
-  static constexpr TCommand Separator = TCommand::Count;
-  static constexpr TCommand Buttons[] = {
-      TCommand::Back,
-      TCommand::Forward,
-      TCommand::Stop,
-      TCommand::Refresh,
-      TCommand::Home,
-      Separator,
-      TCommand::NewBlank,
-      TCommand::TabListButton,
-      TCommand::CloseTab,
-      TCommand::GroupsButton,
-      Separator,
-      TCommand::Find,
-      TCommand::Print,
-      TCommand::Downloads,
-      TCommand::FullScreen,
-      TCommand::FontButton,
-  };
-  for (const TCommand command : Buttons) {
-    if (command == Separator) {
-      m_toolbar->addSeparator();
-    } else {
-      actions.AddTo(m_toolbar, command);
-    }
-  }
-  auto *space = new QWidget(m_toolbar);
-  space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-  m_toolbar->addWidget(space);
-  m_toolbar->addWidget(m_busy);
 }
 
 void TMainToolbars::FillAddressBand(const TActions &actions, TAddressBar *address) {
   auto *label = new TAddressLabel(QStringLiteral("__AddressLabel"), m_addressBand);
   label->setContentsMargins(LabelMargin, 0, LabelMargin, 0);
   label->setBuddy(address);
+  m_addressLabel = label;
   m_addressBand->addWidget(label);
   m_addressBand->addWidget(address);
   actions.AddTo(m_addressBand, TCommand::Go);

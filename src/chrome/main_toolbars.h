@@ -2,32 +2,38 @@
 
 class QMainWindow;
 class QToolBar;
+class QWidget;
 class TActions;
 class TAddressBar;
 class TBusyIndicator;
 class TFrameUpdates;
+class TLanguage;
 class TSettings;
+class TToolbarPanel;
 
-// The plain tool bar and the address band of the main window. Their texts are markers, for the window to translate.
+// The tool bar and the address band of the main window. Their texts are markers, for the window to translate.
 class TMainToolbars final {
  public:
   // Makes both bars as children of `window`, which places them. The address band takes `address` as its own.
   TMainToolbars(QMainWindow *window, const TActions &actions, TAddressBar *address, TFrameUpdates &updates,
-                TSettings &settings);
+                const TLanguage &language, TSettings &settings);
 
   [[nodiscard]] QToolBar *Toolbar() const { return m_toolbar; }
   [[nodiscard]] QToolBar *AddressBand() const { return m_addressBand; }
+  [[nodiscard]] QWidget *AddressLabel() const { return m_addressLabel; }
+  [[nodiscard]] TToolbarPanel &ToolbarPanel() const { return *m_panel; }
   [[nodiscard]] TBusyIndicator &Busy() const { return *m_busy; }
 
   // Leaves the settings that the bars obey in the store.
   void Save();
 
  private:
-  void FillToolbar(const TActions &actions);
   void FillAddressBand(const TActions &actions, TAddressBar *address);
 
   TSettings &m_settings;
   QToolBar *m_toolbar;
   QToolBar *m_addressBand;
+  QWidget *m_addressLabel = nullptr;
   TBusyIndicator *m_busy;
+  TToolbarPanel *m_panel;
 };

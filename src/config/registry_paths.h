@@ -27,6 +27,9 @@ inline constexpr const char *PageSetup = R"(Software\Velmora\Zarvela\CurrentVers
 inline constexpr const char *SystemBrowser = R"(Software\Microsoft\Internet Explorer\Main)";
 inline constexpr const char *TypedUrls = R"(Software\Microsoft\Internet Explorer\TypedUrls)";
 
+// Below TRegistryHive::LocalMachine: the version of the system's browser.
+inline constexpr const char *BrowserVersion = R"(Software\Microsoft\Internet Explorer)";
+
 // Below TRegistryHive::ClassesRoot: in a class's own key its verbs, in a verb's key what it runs.
 inline constexpr const char *Shell = "shell";
 inline constexpr const char *Command = "command";

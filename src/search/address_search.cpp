@@ -41,6 +41,10 @@ TAddressSearch::TAddressSearch(QWidget *window, TActions &actions, TAddressBar &
   connect(actions[TCommand::EditAddress], &QAction::triggered, this, &TAddressSearch::EditAddress);
   connect(actions[TCommand::ClearAddresses], &QAction::triggered, &bar, &TAddressBar::ClearAddressHistory);
   connect(&lists, &TSearchLists::EngineChosen, this, &TAddressSearch::OpenEngine);
+  connect(actions[TCommand::GoSearch], &QAction::triggered, this, [this] {
+    // Without a search page of his own the user can search from the address bar.
+    m_lists.DefaultSearchPage().isEmpty() ? EditAddress() : OpenEngine(m_lists.DefaultSearchPage());
+  });
 }
 
 void TAddressSearch::EditAddress() {

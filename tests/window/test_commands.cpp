@@ -7,6 +7,7 @@
 #include "browser/downloads/download_window.h"
 #include "browser/page/page_menu.h"
 #include "browser/tabs/close_all_dialog.h"
+#include "chrome/toolbar/customize_toolbar_dialog.h"
 #include "groups/group_folder.h"
 #include "groups/halvex_group_dialog.h"
 #include "search/search_engine_dialog.h"
@@ -110,7 +111,7 @@ class TestCommands final : public QObject, private TCommandsFixture {
     TTestServer secure;
     QVERIFY(secure.ListenWithTls());
     secure.RoutePage("/s", "Secret");
-    auto *lock = Window().findChild<QToolButton *>(u"tbSecurity"_s);
+    auto *lock = Window().findChild<QToolButton *>(u"tbEncryption"_s);
     auto *progress = Window().findChild<QProgressBar *>();
     auto *mark = Window().findChild<QAction *>(u"actConnection"_s);
     QTRY_VERIFY(!lock->isVisible() && !progress->isVisible() && !Active()->Secure());
@@ -189,8 +190,6 @@ class TestCommands final : public QObject, private TCommandsFixture {
   [[nodiscard]] QList<TRow> ButtonRows() {
     return {
         {TCommand::TabListButton, OnPopup(TMenu::TabList), Asked()},
-        {TCommand::GroupsButton, OnPopup(TMenu::Groups), Asked()},
-        {TCommand::FontButton, OnPopup(TMenu::FontSize), Asked()},
     };
   }
 
@@ -434,6 +433,13 @@ class TestCommands final : public QObject, private TCommandsFixture {
               Then(Stores(Setting::ViewStatusBar, true), [this] { QVERIFY(Window().statusBar()->isVisible()); }))},
         {TCommand::ViewMenuBar, full,
          Then(Stores(Setting::FullscreenMenuBar, true), [this] { QVERIFY(Window().menuBar()->isVisible()); })},
+        {TCommand::CustomizeViewAddressBar, none, Then(hides("pnlAddress"), Stores(Setting::ViewAddressBar, false))},
+        {TCommand::CustomizeViewToolbar, none, Then(hides("pnlToolbar"), Stores(Setting::ViewToolbar, false))},
+        {TCommand::CustomizeViewMenuBar, full,
+         Then(Stores(Setting::FullscreenMenuBar, true), [this] { QVERIFY(Window().menuBar()->isVisible()); })},
+        {TCommand::CustomizeViewLinksBar, [this] { (new QWidget(&Window()))->setObjectName(u"pnlLinks"_s); },
+         Stores(Setting::ViewLinksBar, false)},
+        {TCommand::CustomizeToolbar, Asks<TfrmCustomizeToolbar>(Reject<TfrmCustomizeToolbar>), Asked()},
         {TCommand::FullScreen, none,
          Then(Stores(Setting::FullScreen, true),
               [this] {
@@ -446,6 +452,7 @@ class TestCommands final : public QObject, private TCommandsFixture {
                 QTRY_VERIFY(!Window().isFullScreen());
                 QVERIFY(Window().menuBar()->isVisible() && Window().statusBar()->isVisible());
               })},
+        {TCommand::GoSearch, none, [this] { QVERIFY(AddressEdit()->hasFocus()); }},  // there is no search page
         {TCommand::FocusStrip, none, [this] { QVERIFY(Tabs().Pages().StripHasFocus()); }},
         {TCommand::FocusMenuBar, none,
          [this] {

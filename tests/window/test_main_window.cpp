@@ -203,8 +203,9 @@ class TestMainWindow final : public QObject {
     QVERIFY(back != forward);
     QCOMPARE(picture(Action(TCommand::Back)->icon()), forward);
     QCOMPARE(picture(Action(TCommand::Forward)->icon()), back);
-    const auto *bar = m_f.window->findChild<QToolBar *>(QStringLiteral("ToolBar"));
-    QVERIFY(bar->widgetForAction(Action(TCommand::Back))->x() > bar->widgetForAction(Action(TCommand::Forward))->x());
+    const auto *bar = m_f.window->findChild<QWidget *>(QStringLiteral("tbMain"));
+    const auto button = [bar](const char *name) { return bar->findChild<QToolButton *>(QLatin1String(name)); };
+    QVERIFY(button("tbBack")->x() > button("tbForward")->x());
 
     // The letter behind a text goes with the blank before it.
     TZVOptions(*m_f.store).Set(Setting::DisableALTShortcuts, true);

@@ -115,8 +115,8 @@ class TestMnemonics final : public QObject {
       if (row.menu != TMenu::Tab) Q_EMIT m_f.window->Actions().Menu(row.menu)->aboutToShow();
       CheckMenu(*menu, QString::fromLatin1(row.name));
     }
-    for (const TCommand command :
-         {TCommand::OrganizeSearchEngines, TCommand::OrganizeQuickSearch, TCommand::About, TCommand::TabName}) {
+    for (const TCommand command : {TCommand::OrganizeSearchEngines, TCommand::OrganizeQuickSearch, TCommand::About,
+                                   TCommand::TabName, TCommand::CustomizeToolbar}) {
       OnModalDialog<QDialog>([](QDialog &dialog) {
         dialog.inherits("TfrmSearchEngine") ? CheckEditor(dialog) : Check(dialog, 0);
         dialog.reject();

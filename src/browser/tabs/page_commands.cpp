@@ -200,6 +200,8 @@ void TPageCommands::MailPage() {
 void TPageCommands::ConnectEditing() {
   QMenu *menu = m_actions.Menu(TMenu::EditWith);
   connect(m_actions.Menu(TMenu::File), &QMenu::aboutToShow, this, &TPageCommands::FillEditMenu);
+  // The button that shows a page's source drops it by itself.
+  connect(menu, &QMenu::aboutToShow, this, &TPageCommands::FillEditMenu);
   menu->menuAction()->setVisible(false);
 }
 
