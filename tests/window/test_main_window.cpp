@@ -1,4 +1,5 @@
 #include <QCheckBox>
+#include <QContextMenuEvent>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileDialog>
@@ -8,7 +9,6 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QStatusBar>
-#include <QToolBar>
 #include <QToolButton>
 #include <QTranslator>
 #include <QWebEnginePage>
@@ -287,6 +287,48 @@ class TestMainWindow final : public QObject {
     QCOMPARE(QRect(options.Get(Setting::Left), options.Get(Setting::Top), options.Get(Setting::Width),
                    options.Get(Setting::Height)),
              QRect(30, 20, 620, 410));
+  }
+
+  // The bars share a context menu. In full screen it has the menu bar in the place of the tool bar.
+  void ContextMenuOfTheBars() {
+    QMenu *menu = m_f.window->Actions().Menu(TMenu::Customize);
+    const auto *bar = m_f.window->findChild<QWidget *>(u"tbMain"_s);
+    QWidget *places[] = {m_f.window->menuBar(), bar->findChild<QToolButton *>(u"tbHome"_s),
+                         bar->findChild<QToolButton *>(u"tbForward"_s),  // it rests
+                         m_f.window->findChild<QWidget *>(u"pnlToolbarMain"_s),
+                         m_f.window->findChild<QWidget *>(u"lblAddress"_s)};
+    for (QWidget *place : places) {
+      QContextMenuEvent wish(QContextMenuEvent::Mouse, {3, 3}, place->mapToGlobal(QPoint(3, 3)));
+      QApplication::sendEvent(place, &wish);
+      QVERIFY2(QApplication::activePopupWidget() == menu, qPrintable(place->objectName()));
+      QVERIFY(Action(TCommand::CustomizeViewToolbar)->isVisible());
+      QVERIFY(!Action(TCommand::CustomizeViewMenuBar)->isVisible());
+      menu->close();
+    }
+    Action(TCommand::FullScreen)->setChecked(true);
+    m_f.window->Settings().Set(Setting::FullscreenMenuBar, true);
+    Q_EMIT menu->aboutToShow();
+    QVERIFY(Action(TCommand::CustomizeViewMenuBar)->isVisible() && Action(TCommand::CustomizeViewMenuBar)->isChecked());
+    QVERIFY(!Action(TCommand::CustomizeViewToolbar)->isVisible());
+  }
+
+  // What is reached by no button of the tool bar.
+  void ButtonsElsewhere() {
+    const auto *corner = m_f.window->findChild<QWidget *>(u"pnlStripCorner"_s);
+    QTest::mouseClick(corner->findChild<QToolButton *>(u"actNewBlank"_s), Qt::LeftButton);
+    QCOMPARE(Tabs().TabCount(), 2);
+    QCOMPARE(corner->findChild<QToolButton *>(u"tbTabs"_s)->menu(), m_f.window->Actions().Menu(TMenu::TabList));
+    QTest::mouseClick(m_f.window->findChild<QToolButton *>(u"tbDownloadsActive"_s), Qt::LeftButton);
+    QTRY_VERIFY(std::ranges::any_of(QApplication::topLevelWidgets(), [](const QWidget *widget) {
+      return widget->isVisible() && widget->inherits("TDownloadWindow");
+    }));
+  }
+
+  void SearchPage() {
+    TZVOptions(*m_f.store).SetSearchEngines({{u"mine"_s, m_f.server.Url(u"/p3"_s)}});
+    m_f.Open();
+    m_f.window->findChild<QToolButton *>(u"tbSearch"_s)->click();
+    QTRY_COMPARE_WITH_TIMEOUT(Active()->GetLocationUrl(), m_f.server.Url(u"/p3"_s), m_f.LoadTime);
   }
 
   void PagesToCome() {

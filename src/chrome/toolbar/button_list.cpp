@@ -4,6 +4,7 @@
 #include <QDropEvent>
 #include <QKeyEvent>
 #include <QMimeData>
+#include <QStyle>
 
 namespace {
 
@@ -15,6 +16,8 @@ const QString Format = QStringLiteral("application/x-zarvela-toolbar-item");
 TButtonList::TButtonList(QWidget *parent) : QListWidget(parent) {
   setDragDropMode(QAbstractItemView::DragDrop);
   setUniformItemSizes(true);
+  const int icon = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
+  setIconSize(QSize(icon, icon));
   connect(this, &QListWidget::itemDoubleClicked, this, &TButtonList::Chosen);
 }
 

@@ -1,7 +1,8 @@
 #include "chrome/toolbar/zv_tool_bar.h"
 
 #include <algorithm>
-#include <QEvent>
+#include <QContextMenuEvent>
+#include <QCoreApplication>
 #include <QMenu>
 #include <QPainter>
 #include <QStyleOption>
@@ -71,6 +72,7 @@ QToolButton *TZVToolBar::BuildButton(const TToolButtonKind *kind) {
   button->setFocusPolicy(Qt::NoFocus);  // each command has a menu item or a key
   button->setIconSize(QSize(IconSize, IconSize));
   button->hide();
+  button->installEventFilter(this);
   button->setEnabled(kind != nullptr && kind->IsHere());
   if (kind == nullptr) return button;
   button->setObjectName(QString::fromLatin1(kind->name));
@@ -217,6 +219,18 @@ void TZVToolBar::changeEvent(QEvent *event) {
   if (event->type() == QEvent::LayoutDirectionChange) ShowItems();
   // Other arrows beside the drop-downs.
   if (event->type() == QEvent::StyleChange) SetEntries(TToolbarEntries(m_entries));
+}
+
+// A button that rests swallows what is asked of it, the menu of the bar it stands on as well.
+bool TZVToolBar::eventFilter(QObject *watched, QEvent *event) {
+  const auto *button = qobject_cast<QToolButton *>(watched);
+  if (event->type() == QEvent::ContextMenu && button != nullptr && !button->isEnabled()) {
+    const auto *wish = static_cast<QContextMenuEvent *>(event);
+    QContextMenuEvent own(wish->reason(), button->mapToParent(wish->pos()), wish->globalPos(), wish->modifiers());
+    QCoreApplication::sendEvent(this, &own);
+    return true;
+  }
+  return QWidget::eventFilter(watched, event);
 }
 
 void TZVToolBar::paintEvent(QPaintEvent *) {

@@ -40,6 +40,8 @@ class TZVToolBar final : public QWidget {
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override;
 
+  bool eventFilter(QObject *watched, QEvent *event) override;
+
  Q_SIGNALS:
   void EntriesChanged();
 
