@@ -40,6 +40,7 @@ enum class TCommand {
   EditAddress,
   ViewToolbar,
   ViewAddressBar,
+  ViewLinksBar,
   ViewStatusBar,
   ViewMenuBar,
   CustomizeViewAddressBar,

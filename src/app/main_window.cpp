@@ -10,6 +10,7 @@
 #include "app/modules.h"
 #include "app/shutdown_question.h"
 #include "app/store_notice.h"
+#include "chrome/toolbar/toolbar_panel.h"
 #include "ui/dialog_gate.h"
 
 namespace {
@@ -36,6 +37,10 @@ TActions &TfrmMain::Actions() const {
   return m_modules->actions;
 }
 
+QMenuBar *TfrmMain::menuBar() const {
+  return m_modules->menuBar->Bar();
+}
+
 void TfrmMain::FormCreate() {
   setObjectName(QStringLiteral("frmMain"));
   // The bars are shown and hidden in the View menu, which remembers it.
@@ -51,6 +56,7 @@ void TfrmMain::FormCreate() {
   connect(m_modules->actions[TCommand::Exit], &QAction::triggered, this, &QWidget::close);
 
   m_modules->tabs.NewTab(TTabPlace::AtEnd);
+  m_modules->bands->SetArrangement(m_modules->bandStore.Load());
   m_modules->bars.Apply();
   m_modules->placement.Restore();
   m_modules->fullScreen.Restore();
@@ -70,11 +76,11 @@ void TfrmMain::LoadLanguage() {
 }
 
 void TfrmMain::LayOut() {
-  m_modules->actions.FillMenuBar(menuBar());
-  m_modules->customizeMenu.OfferOn(menuBar());
-  addToolBar(m_modules->toolbars.Toolbar());
-  addToolBarBreak();
-  addToolBar(m_modules->toolbars.AddressBand());
+  TCoolBar *bands = m_modules->bands;
+  setMenuWidget(bands);
+  bands->SetContent(TBand::Menu, m_modules->menuBar);
+  bands->SetContent(TBand::Tool, &m_modules->toolbars.ToolbarPanel());
+  bands->SetContent(TBand::Address, m_modules->toolbars.AddressBand());
   setStatusBar(m_modules->status);
   setCentralWidget(m_modules->pages);
   m_language.TranslateForm(this, "MAIN");

@@ -7,6 +7,7 @@
 #include "config/language.h"
 #include "config/settings.h"
 
+class QMenuBar;
 class TActions;
 class TModules;
 class TStoreNotice;
@@ -24,6 +25,9 @@ class TfrmMain final : public QMainWindow {
 
   [[nodiscard]] TTabStrip &Tabs() const;
   [[nodiscard]] TActions &Actions() const;
+  // The menu bar stands in a band. The base class's function knows none there and would put an empty one in the place
+  // of all bands.
+  [[nodiscard]] QMenuBar *menuBar() const;
   [[nodiscard]] TSettings &Settings() { return m_settings; }
   [[nodiscard]] const TLanguage &Language() const { return m_language; }
   // Closes the window without the shutdown question, with everything written as always.

@@ -8,6 +8,7 @@
 #include "browser/tabs/browser_tab.h"
 #include "chrome/toolbar/toolbar_panel.h"
 #include "platform/program_folders.h"
+#include "search/address_label.h"
 
 namespace {
 
@@ -30,6 +31,9 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       framePacer(new TFramePacer(window)),
       frameUpdates(new TFrameUpdates(window)),
       history(ProgramFolders::UserData() + HistoryFile),
+      bands(new TCoolBar(language, window)),
+      bandStore(settings.Store()),
+      menuBar(new TMainMenuBar(actions, language, bands)),
       address(new TAddressBar(language, settings, history)),
       toolbars(window, actions, address, *frameUpdates, language, settings),
       toolbarCustomizing(window, actions, language, settings, toolbars.ToolbarPanel().Bar()),
@@ -52,8 +56,8 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       popups(window, tabs, tabMenu),
       policy(engine, popups, searchLists),
       fullScreen(window, actions, tabs, settings),
-      edges(window, fullScreen),
-      bars(window, actions, toolbars, *status, *pages, fullScreen, edges, settings),
+      edges(window, menuBar->Bar(), fullScreen),
+      bars(actions, *bands, *menuBar, *status, *pages, fullScreen, edges, settings),
       customizeMenu(window, actions, fullScreen, settings),
       placement(window, fullScreen, settings),
       activeTab(window, tabs, pageCommands, *address, *status, toolbars.Busy(), popups.Stopped(), *frameUpdates),
@@ -69,8 +73,7 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
 
 // What one module tells another that does not know it.
 void TModules::Join() {
-  customizeMenu.OfferOn(toolbars.Toolbar());
-  customizeMenu.OfferOn(toolbars.AddressLabel());
+  customizeMenu.OfferOn(bands);
   QObject::connect(&tabs, &TTabStrip::PageSetsOut, framePacer, &TFramePacer::GiveWay);
   QObject::connect(&loadQueue, &TLoadQueue::ToComeChanged, frameUpdates, &TFrameUpdates::SetPagesToCome);
   QObject::connect(&tabCommands, &TTabCommands::AddressWanted, address, [this] {
@@ -78,6 +81,8 @@ void TModules::Join() {
   });
   QObject::connect(&tabCommands, &TTabCommands::TextToOpen, &search,
                    [this](const QString &text) { search.Open(text, true); });
+  QObject::connect(&toolbars.AddressLabel(), &TAddressLabel::DoubleClicked, bands,
+                   [this] { bands->ToggleSize(TBand::Address); });
   QObject::connect(&fullScreen, &TFullScreen::BarsChanged, &pageCommands,
                    [this] { pageCommands.UpdateFor(tabs.GetActivePage()); });
   QObject::connect(&loadQueue, &TLoadQueue::ToComeChanged, status, &TMainStatusBar::ShowPagesToCome);
@@ -117,6 +122,7 @@ void TModules::Write() {
     tabCommands.Save();
     fullScreen.Save();
     placement.Save();
+    bandStore.Save(bands->Arrangement());
     bars.Save();
     return true;
   });

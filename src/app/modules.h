@@ -21,6 +21,9 @@
 #include "browser/tabs/tab_menu.h"
 #include "browser/tabs/tab_strip.h"
 #include "chrome/active_tab_view.h"
+#include "chrome/bands/band_store.h"
+#include "chrome/bands/cool_bar.h"
+#include "chrome/bands/main_menu_bar.h"
 #include "chrome/customize_menu.h"
 #include "chrome/downloads_view.h"
 #include "chrome/edge_bars.h"
@@ -76,6 +79,9 @@ class TModules final {
   TFramePacer *framePacer;
   TFrameUpdates *frameUpdates;
   THistoryStore history;
+  TCoolBar *bands;  // cbCoolbar
+  TBandStore bandStore;
+  TMainMenuBar *menuBar;
   TAddressBar *address;
   TMainToolbars toolbars;
   TToolbarCustomizing toolbarCustomizing;

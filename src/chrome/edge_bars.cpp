@@ -19,8 +19,8 @@ constexpr QPoint Nowhere(-1, -1);
 
 }  // namespace
 
-TEdgeBars::TEdgeBars(QMainWindow *window, TFullScreen &fullScreen)
-    : m_window(window), m_fullScreen(fullScreen), m_mouse(Nowhere) {
+TEdgeBars::TEdgeBars(QMainWindow *window, QMenuBar *menus, TFullScreen &fullScreen)
+    : m_window(window), m_menus(menus), m_fullScreen(fullScreen), m_mouse(Nowhere) {
   window->installEventFilter(this);
   m_rest.setSingleShot(true);
   m_rest.setInterval(RestingTime);
@@ -43,13 +43,15 @@ TEdgeBars::TEdge TEdgeBars::EdgeAt(const QPoint &mouse) const {
 
 bool TEdgeBars::IsInUse() const {
   if (QApplication::activePopupWidget() != nullptr) return true;
-  const QWidget *bar = m_window->menuBar();
+  const QWidget *bar = m_menus;
   if (m_edge == TEdge::Bottom) bar = m_window->findChild<QStatusBar *>();
   const QWidget *focused = QApplication::focusWidget();
   if (bar == nullptr) return false;
   if (focused != nullptr && (focused == bar || bar->isAncestorOf(focused))) return true;
-  return m_window->rect().contains(m_mouse) && bar->geometry().top() <= m_mouse.y() &&
-         m_mouse.y() <= bar->geometry().bottom();
+  if (!m_window->rect().contains(m_mouse)) return false;
+  // The way to it from its edge as well: the menu bar may stand below other bands.
+  const int top = bar->mapTo(m_window, QPoint()).y();
+  return m_edge == TEdge::Bottom ? m_mouse.y() >= top : m_mouse.y() < top + bar->height();
 }
 
 void TEdgeBars::Show(TEdge edge) {
@@ -60,14 +62,13 @@ void TEdgeBars::Show(TEdge edge) {
 }
 
 void TEdgeBars::OpenMenus() {
-  QMenuBar *bar = m_window->menuBar();
-  if (!bar->isVisible() && MayShow()) {
+  if (!m_menus->isVisible() && MayShow()) {
     m_mouse = Nowhere;
     Show(TEdge::Top);
     // The menu opens below the bar's place, which is not there yet.
     m_window->layout()->activate();
   }
-  if (bar->isVisible()) bar->setActiveAction(bar->actions().value(0));
+  if (m_menus->isVisible()) m_menus->setActiveAction(m_menus->actions().value(0));
 }
 
 void TEdgeBars::WatchWindow() {
@@ -78,8 +79,8 @@ void TEdgeBars::WatchWindow() {
 }
 
 void TEdgeBars::WatchMenus() {
-  m_window->menuBar()->installEventFilter(this);
-  for (const QAction *action : m_window->menuBar()->actions()) {
+  m_menus->installEventFilter(this);
+  for (const QAction *action : m_menus->actions()) {
     // One may open because another one closes.
     const auto kind = Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection);
     if (action->menu() != nullptr) connect(action->menu(), &QMenu::aboutToHide, this, &TEdgeBars::Settle, kind);

@@ -6,6 +6,7 @@
 #include <QTimer>
 
 class QMainWindow;
+class QMenuBar;
 class QWindow;
 class TFullScreen;
 
@@ -16,8 +17,8 @@ class TEdgeBars final : public QObject {
   Q_OBJECT
 
  public:
-  // Both must outlive this object.
-  TEdgeBars(QMainWindow *window, TFullScreen &fullScreen);
+  // All must outlive this object.
+  TEdgeBars(QMainWindow *window, QMenuBar *menus, TFullScreen &fullScreen);
 
   [[nodiscard]] bool ShowsMenuBar() const { return m_edge == TEdge::Top; }
   [[nodiscard]] bool ShowsStatusBar() const { return m_edge == TEdge::Bottom; }
@@ -42,6 +43,7 @@ class TEdgeBars final : public QObject {
   void Settle();
 
   QMainWindow *m_window;
+  QMenuBar *m_menus;
   TFullScreen &m_fullScreen;
   QPointer<QWindow> m_watched;
   QTimer m_rest;  // runs while the mouse rests at an edge whose bar is still to come

@@ -21,7 +21,8 @@ QToolBar *MakeBar(QMainWindow *window, const char *name, const char *title) {
   bar->setObjectName(QString::fromLatin1(name));
   bar->setMovable(false);
   bar->setFloatable(false);
-  bar->setContextMenuPolicy(Qt::PreventContextMenu);
+  // The menu of the bands is the affair of the band bar.
+  bar->setContextMenuPolicy(Qt::NoContextMenu);
   // What a narrow window has no room for is behind this button, which the toolkit leaves without a name.
   if (auto *more = bar->findChild<QToolButton *>(QStringLiteral("qt_toolbar_ext_button"))) {
     more->setAccessibleName(QStringLiteral("__ToolbarMore"));
@@ -41,23 +42,20 @@ bool HasSearchMenu(const TRegistryStore &store) {
 TMainToolbars::TMainToolbars(QMainWindow *window, const TActions &actions, TAddressBar *address, TFrameUpdates &updates,
                              const TLanguage &language, TSettings &settings)
     : m_settings(settings),
-      m_toolbar(MakeBar(window, "ToolBar", "__ToolbarName")),
       m_addressBand(MakeBar(window, "pnlAddress", "__AddressBarName")),
-      m_busy(new TBusyIndicator(updates, m_toolbar)),
-      m_panel(new TToolbarPanel(actions, language, HasSearchMenu(settings.Store()), m_busy, m_toolbar)) {
+      m_addressLabel(new TAddressLabel(QStringLiteral("__AddressLabel"), m_addressBand)),
+      m_busy(new TBusyIndicator(updates, window)),
+      m_panel(new TToolbarPanel(actions, language, HasSearchMenu(settings.Store()), m_busy, window)) {
   m_busy->setAccessibleName(QStringLiteral("__BusyName"));
-  m_toolbar->addWidget(m_panel);
   FillAddressBand(actions, address);
   QAction *go = actions[TCommand::Go];
   settings.Apply(Setting::ShowGo, m_addressBand, [&settings, go] { go->setVisible(settings.Get(Setting::ShowGo)); });
 }
 
 void TMainToolbars::FillAddressBand(const TActions &actions, TAddressBar *address) {
-  auto *label = new TAddressLabel(QStringLiteral("__AddressLabel"), m_addressBand);
-  label->setContentsMargins(LabelMargin, 0, LabelMargin, 0);
-  label->setBuddy(address);
-  m_addressLabel = label;
-  m_addressBand->addWidget(label);
+  m_addressLabel->setContentsMargins(LabelMargin, 0, LabelMargin, 0);
+  m_addressLabel->setBuddy(address);
+  m_addressBand->addWidget(m_addressLabel);
   m_addressBand->addWidget(address);
   actions.AddTo(m_addressBand, TCommand::Go);
 }

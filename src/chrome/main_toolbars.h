@@ -2,9 +2,9 @@
 
 class QMainWindow;
 class QToolBar;
-class QWidget;
 class TActions;
 class TAddressBar;
+class TAddressLabel;
 class TBusyIndicator;
 class TFrameUpdates;
 class TLanguage;
@@ -18,9 +18,8 @@ class TMainToolbars final {
   TMainToolbars(QMainWindow *window, const TActions &actions, TAddressBar *address, TFrameUpdates &updates,
                 const TLanguage &language, TSettings &settings);
 
-  [[nodiscard]] QToolBar *Toolbar() const { return m_toolbar; }
   [[nodiscard]] QToolBar *AddressBand() const { return m_addressBand; }
-  [[nodiscard]] QWidget *AddressLabel() const { return m_addressLabel; }
+  [[nodiscard]] TAddressLabel &AddressLabel() const { return *m_addressLabel; }
   [[nodiscard]] TToolbarPanel &ToolbarPanel() const { return *m_panel; }
   [[nodiscard]] TBusyIndicator &Busy() const { return *m_busy; }
 
@@ -31,9 +30,8 @@ class TMainToolbars final {
   void FillAddressBand(const TActions &actions, TAddressBar *address);
 
   TSettings &m_settings;
-  QToolBar *m_toolbar;
   QToolBar *m_addressBand;
-  QWidget *m_addressLabel = nullptr;
+  TAddressLabel *m_addressLabel;
   TBusyIndicator *m_busy;
   TToolbarPanel *m_panel;
 };

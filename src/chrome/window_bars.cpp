@@ -1,29 +1,27 @@
 #include "chrome/window_bars.h"
 
-#include <QMainWindow>
-#include <QMenuBar>
-#include <QToolBar>
-
 #include "actions/actions.h"
 #include "browser/strip/page_control.h"
+#include "chrome/bands/cool_bar.h"
+#include "chrome/bands/main_menu_bar.h"
 #include "chrome/edge_bars.h"
 #include "chrome/full_screen.h"
 #include "chrome/main_status_bar.h"
-#include "chrome/main_toolbars.h"
 #include "config/settings.h"
 
-TWindowBars::TWindowBars(QMainWindow *window, TActions &actions, TMainToolbars &toolbars, TMainStatusBar &status,
+TWindowBars::TWindowBars(TActions &actions, TCoolBar &bands, const TMainMenuBar &menuBar, TMainStatusBar &status,
                          TZVPageControl &pages, TFullScreen &fullScreen, TEdgeBars &edges, TSettings &settings)
-    : m_window(window),
-      m_actions(actions),
-      m_toolbars(toolbars),
+    : m_actions(actions),
+      m_bands(bands),
+      m_menuBar(menuBar),
       m_status(status),
       m_pages(pages),
       m_fullScreen(fullScreen),
       m_edges(edges),
       m_settings(settings) {
-  for (const TFlagSetting *setting : {&Setting::ViewToolbar, &Setting::ViewAddressBar, &Setting::ViewStatusBar,
-                                      &Setting::FullscreenStatusBar, &Setting::FullscreenMenuBar}) {
+  for (const TFlagSetting *setting :
+       {&Setting::ViewToolbar, &Setting::ViewAddressBar, &Setting::ViewLinksBar, &Setting::ViewStatusBar,
+        &Setting::FullscreenStatusBar, &Setting::FullscreenMenuBar}) {
     settings.Follow(*setting, this, [this] { Apply(); });
   }
   // Full screen has a choice of its own, and the one for the normal window stays as it is.
@@ -50,10 +48,14 @@ void TWindowBars::Apply() {
   m_actions[TCommand::ViewStatusBar]->setChecked(ShowsStatusBar());
   m_actions[TCommand::ViewMenuBar]->setChecked(ShowsMenuBar());
   m_actions[TCommand::ViewMenuBar]->setVisible(m_fullScreen.IsOn());
-  m_window->menuBar()->setVisible((ShowsMenuBar() || m_edges.ShowsMenuBar()) && !pageOnly);
+  m_actions[TCommand::ViewLinksBar]->setVisible(m_bands.HasContent(TBand::Links));
+  m_bands.ShowBands({
+      {TBand::Menu, (ShowsMenuBar() || m_edges.ShowsMenuBar()) && !pageOnly && !m_menuBar.IsElsewhere()},
+      {TBand::Tool, m_settings.Get(Setting::ViewToolbar) && !pageOnly},
+      {TBand::Address, m_settings.Get(Setting::ViewAddressBar) && !pageOnly},
+      {TBand::Links, m_settings.Get(Setting::ViewLinksBar) && !pageOnly},
+  });
   m_status.setVisible((ShowsStatusBar() || m_edges.ShowsStatusBar()) && !pageOnly);
-  m_toolbars.Toolbar()->setVisible(m_settings.Get(Setting::ViewToolbar) && !pageOnly);
-  m_toolbars.AddressBand()->setVisible(m_settings.Get(Setting::ViewAddressBar) && !pageOnly);
   m_pages.SetStripVisible(!pageOnly);
   // A page that has the screen to itself has its keys as well, and nothing is shown beside it.
   m_actions[TCommand::EditAddress]->setEnabled(!pageOnly);

@@ -2,12 +2,12 @@
 
 #include <QObject>
 
-class QMainWindow;
 class TActions;
+class TCoolBar;
 class TEdgeBars;
 class TFullScreen;
+class TMainMenuBar;
 class TMainStatusBar;
-class TMainToolbars;
 class TSettings;
 class TZVPageControl;
 
@@ -19,7 +19,7 @@ class TWindowBars final : public QObject {
 
  public:
   // All must outlive this object.
-  TWindowBars(QMainWindow *window, TActions &actions, TMainToolbars &toolbars, TMainStatusBar &status,
+  TWindowBars(TActions &actions, TCoolBar &bands, const TMainMenuBar &menuBar, TMainStatusBar &status,
               TZVPageControl &pages, TFullScreen &fullScreen, TEdgeBars &edges, TSettings &settings);
 
   // Shows the bars as the settings say; what changes them later does so by itself.
@@ -31,9 +31,9 @@ class TWindowBars final : public QObject {
   [[nodiscard]] bool ShowsStatusBar() const;
   [[nodiscard]] bool ShowsMenuBar() const;
 
-  QMainWindow *m_window;
   TActions &m_actions;
-  TMainToolbars &m_toolbars;
+  TCoolBar &m_bands;
+  const TMainMenuBar &m_menuBar;
   TMainStatusBar &m_status;
   TZVPageControl &m_pages;
   TFullScreen &m_fullScreen;

@@ -2,18 +2,16 @@
 
 #include <QLabel>
 
-// The label of the address bar (lblAddress). A double click makes the band that it stands in as narrow as the label,
-// or, when the band is narrower than 100 pixels, as wide as there is room.
+// The label of the address bar (lblAddress), which tells of double clicks.
 class TAddressLabel final : public QLabel {
   Q_OBJECT
 
  public:
-  // `band` holds the label and the bar.
-  TAddressLabel(const QString &text, QWidget *band);
+  explicit TAddressLabel(const QString &text, QWidget *parent = nullptr);
+
+ Q_SIGNALS:
+  void DoubleClicked();
 
  protected:
   void mouseDoubleClickEvent(QMouseEvent *event) override;
-
- private:
-  QWidget *m_band;
 };

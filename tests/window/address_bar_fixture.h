@@ -10,7 +10,6 @@
 #include "config/settings.h"
 #include "history/history_store.h"
 #include "search/address_bar.h"
-#include "search/address_label.h"
 
 // The address bar in a tool bar of a window, and the keys that are typed into it.
 class TAddressBarFixture {
@@ -20,8 +19,6 @@ class TAddressBarFixture {
     m_window = &window;
     band = window.addToolBar(QStringLiteral("band"));
     bar = new TAddressBar(language, settings, history, band);
-    label = new TAddressLabel(QStringLiteral("Address"), band);
-    band->addWidget(label);
     band->addWidget(bar);
     window.show();
     QVERIFY(QTest::qWaitForWindowActive(&window));
@@ -56,7 +53,6 @@ class TAddressBarFixture {
 
   QToolBar *band = nullptr;
   TAddressBar *bar = nullptr;
-  TAddressLabel *label = nullptr;
 
  private:
   QMainWindow *m_window = nullptr;

@@ -283,17 +283,6 @@ class TestAddressBar final : public QObject {
     }
   }
 
-  void LabelNarrowsTheBand() {
-    m_f->Make();
-    QTRY_VERIFY(m_f->band->width() >= 100);
-    QTest::mouseDClick(m_f->label, Qt::LeftButton);
-    QTRY_VERIFY(m_f->band->width() < 100);
-    QVERIFY(m_f->label->isVisible());
-    QVERIFY(m_f->band->rect().contains(m_f->label->geometry().center()));
-    QTest::mouseDClick(m_f->label, Qt::LeftButton);
-    QTRY_VERIFY(m_f->band->width() > 300);
-  }
-
   void InlineCompletion() {
     m_f->File({"http://Example.org/Path"});
     m_f->Make("IE4");

@@ -7,6 +7,7 @@
 #include "browser/downloads/download_window.h"
 #include "browser/page/page_menu.h"
 #include "browser/tabs/close_all_dialog.h"
+#include "chrome/bands/cool_bar.h"
 #include "chrome/toolbar/customize_toolbar_dialog.h"
 #include "groups/group_folder.h"
 #include "groups/halvex_group_dialog.h"
@@ -411,6 +412,13 @@ class TestCommands final : public QObject, private TCommandsFixture {
     const auto hides = [this](const char *bar) {
       return [this, bar] { QVERIFY(!Window().findChild<QWidget *>(QLatin1String(bar))->isVisible()); };
     };
+    const TStep links = [this] {
+      auto *content = new QWidget;
+      content->setObjectName(u"pnlLinks"_s);
+      Window().findChild<TCoolBar *>()->SetContent(TBand::Links, content);
+      Settings().Set(Setting::ViewLinksBar, true);
+      QVERIFY(content->isVisible());
+    };
     const auto set = [this](const TFlagSetting &setting, bool value) {
       return [this, setting, value] { Settings().Set(setting, value); };
     };
@@ -425,8 +433,9 @@ class TestCommands final : public QObject, private TCommandsFixture {
       };
     };
     return {
-        {TCommand::ViewToolbar, none, Then(hides("ToolBar"), Stores(Setting::ViewToolbar, false))},
+        {TCommand::ViewToolbar, none, Then(hides("pnlToolbar"), Stores(Setting::ViewToolbar, false))},
         {TCommand::ViewAddressBar, none, Then(hides("pnlAddress"), Stores(Setting::ViewAddressBar, false))},
+        {TCommand::ViewLinksBar, links, Then(hides("pnlLinks"), Stores(Setting::ViewLinksBar, false))},
         {TCommand::ViewStatusBar, none, Then(hides("StatusBar"), Stores(Setting::ViewStatusBar, false))},
         {TCommand::ViewStatusBar, full,
          Then(Stores(Setting::FullscreenStatusBar, true),

@@ -285,7 +285,7 @@ class TestStoredSettings final : public QObject {
         {"no letters",
          {"DisableALTShortcuts=1"},
          [this] { QCOMPARE(m_f.window->menuBar()->actions().first()->text(), u"File"_s); }},
-        {"no tool bar", {"ViewToolbar=0"}, Shows("ToolBar", false)},
+        {"no tool bar", {"ViewToolbar=0"}, Shows("pnlToolbar", false)},
         {"no address bar", {"ViewAddressBar=0"}, Shows("pnlAddress", false)},
         {"no status bar", {"ViewStatusBar=0"}, Shows("StatusBar", false)},
         {"full screen, bare",
