@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDialog>
+#include <QLayout>
 #include <QMenuBar>
 #include <QToolBar>
 
@@ -87,6 +88,8 @@ void TfrmMain::LayOut() {
 }
 
 void TfrmMain::tmrLoadCoolbarTimer() {
+  // What the bands hold may want other sizes since it is shown.
+  layout()->activate();
   m_modules->OpenFirstPages(m_argument);
   m_storeNotice->Begin();
 }

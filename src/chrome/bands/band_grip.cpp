@@ -139,6 +139,8 @@ void TBandGrip::paintEvent(QPaintEvent *) {
   if (hasFocus()) {
     QStyleOptionFocusRect focus;
     focus.initFrom(this);
+    // It came by keyboard, however the style knows of that.
+    focus.state |= QStyle::State_KeyboardFocusChange;
     focus.backgroundColor = palette().color(backgroundRole());
     painter.drawPrimitive(QStyle::PE_FrameFocusRect, focus);
   }

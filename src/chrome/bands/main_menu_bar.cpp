@@ -16,6 +16,7 @@ namespace {
 // Wider than its items can ever need, so that the toolkit has no reason to hide any behind a button of its own.
 constexpr int FullWidth = 16384;  // pixels
 constexpr int ChevronMargin = 2;
+constexpr int EndLine = 1;
 
 // Shows that there is more, and not that there is a menu as well.
 class TChevron final : public QToolButton {
@@ -77,7 +78,8 @@ TMainMenuBar::TSpan TMainMenuBar::SpanOf(const QAction *action) const {
 }
 
 void TMainMenuBar::LayOut() {
-  m_bar->resize(FullWidth, height());
+  const int barHeight = m_bar->sizeHint().height();
+  m_bar->resize(FullWidth, barHeight);
   int end = 0;
   for (const QAction *action : m_bar->actions()) {
     if (action->isVisible()) end = std::max(end, SpanOf(action).end);
@@ -99,11 +101,12 @@ void TMainMenuBar::LayOut() {
   const auto mirrored = [this](const QWidget *in, const QRect &place) {
     return QStyle::visualRect(layoutDirection(), in->rect(), place);
   };
-  m_view->setGeometry(mirrored(this, {0, 0, view, height()}));
+  // In the middle of a row that is higher, and without the line with which a menu bar ends at a page.
+  m_view->setGeometry(mirrored(this, {0, (height() - barHeight) / 2, view, barHeight - EndLine}));
   m_panel->setGeometry(mirrored(this, {width() - panel, 0, panel, height()}));
   m_panel->setVisible(!fits);
   m_chevron->setFixedHeight(height());
-  m_bar->setGeometry(mirrored(m_view, {-std::max(m_scrolled, 0), 0, FullWidth, height()}));
+  m_bar->setGeometry(mirrored(m_view, {-std::max(m_scrolled, 0), 0, FullWidth, barHeight}));
 }
 
 void TMainMenuBar::BringIntoView(QAction *action) {
