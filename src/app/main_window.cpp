@@ -11,6 +11,7 @@
 #include "app/modules.h"
 #include "app/shutdown_question.h"
 #include "app/store_notice.h"
+#include "browser/tabs/browser_tab.h"
 #include "chrome/toolbar/toolbar_panel.h"
 #include "ui/dialog_gate.h"
 
@@ -90,6 +91,10 @@ void TfrmMain::LayOut() {
 void TfrmMain::tmrLoadCoolbarTimer() {
   // What the bands hold may want other sizes since it is shown.
   layout()->activate();
+  // The toolkit has begun with what stands first for the Tab key, the grip of a band.
+  QWidget *first = m_modules->address;
+  if (!first->isVisible()) first = m_modules->tabs.GetActivePage();
+  first->setFocus();
   m_modules->OpenFirstPages(m_argument);
   m_storeNotice->Begin();
 }

@@ -11,6 +11,7 @@
 #include "chrome/bands/main_menu_bar.h"
 #include "chrome/bands/menu_extender.h"
 #include "config/registry_paths.h"
+#include "search/address_bar.h"
 #include "search/address_label.h"
 #include "support/data_row.h"
 #include "window/main_window_fixture.h"
@@ -295,6 +296,17 @@ class TestBands final : public QObject {
     QVERIFY(Bands()->Arrangement().IsLike(bands));
     const auto *address = m_f.window->findChild<QWidget *>(u"pnlAddress"_s);
     QCOMPARE(address->mapTo(m_f.window.get(), QPoint()).y(), Bands()->findChild<TBandGrip *>(u"gripTool"_s)->y());
+  }
+
+  // The grips stand before the address box for the Tab key, but nobody begins on one.
+  void TheKeyboardBeginsInTheAddressBox() {
+    for (const bool isShown : {true, false}) {
+      TZVOptions(*m_f.store).Set(Setting::ViewAddressBar, isShown);
+      m_f.Open();
+      const QWidget *focused = QApplication::focusWidget();
+      QVERIFY(qobject_cast<const TBandGrip *>(focused) == nullptr);
+      QCOMPARE(m_f.window->findChild<TAddressBar *>()->isAncestorOf(focused), isShown);
+    }
   }
 
   // Whatever lies in the store, every band can be seen and taken hold of.
