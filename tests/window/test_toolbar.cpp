@@ -329,6 +329,7 @@ class TestToolbar final : public QObject {
     QCOMPARE(item("tbPrint")->statusTip(), u"Print this page"_s);
     // A drop-down gives its items, which stay in its own menu, and no command.
     QCOMPARE(item("tbFontSize")->menu()->actions(), m_actions->Menu(TMenu::FontSize)->actions());
+    QCOMPARE(menu->findChildren<QMenu *>().size(), 2);  // none is left from the first time
     QVERIFY(m_actions->Menu(TMenu::View)->actions().contains(m_actions->Menu(TMenu::FontSize)->menuAction()));
     int printed = 0;
     connect((*m_actions)[TCommand::Print], &QAction::triggered, this, [&printed] { ++printed; });

@@ -38,6 +38,7 @@ TToolbarPanel::TToolbarPanel(const TActions &actions, const TLanguage &language,
       m_busy(busy) {
   setObjectName(QStringLiteral("pnlToolbar"));
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  m_bar->setAccessibleName(QStringLiteral("__ToolbarName"));
   m_busy->setParent(this);
   m_chevron->setObjectName(QStringLiteral("tbxBar"));
   m_chevron->setAutoRaise(true);
@@ -77,6 +78,7 @@ void TToolbarPanel::Arrange() {
 }
 
 void TToolbarPanel::FillMenu() {
+  qDeleteAll(m_menu->findChildren<QMenu *>(Qt::FindDirectChildrenOnly));
   m_menu->clear();
   m_bar->AddRestTo(*m_menu);
   if (!m_menu->isEmpty()) m_menu->addSeparator();

@@ -186,10 +186,10 @@ void TZVToolBar::AddRestItem(QMenu &menu, const TItem &item) const {
   action->setStatusTip(TLanguage::LongHint(hint));
   action->setEnabled(item.button->isEnabled());
   menu.addAction(action);
-  if (DropsMenu(kind)) {
+  QMenu *dropped = DropsMenu(kind) ? m_actions.Menu(kind.menu) : nullptr;
+  if (dropped != nullptr) Q_EMIT dropped->aboutToShow();
+  if (dropped != nullptr && !dropped->isEmpty()) {
     // Its items, not the menu itself, which would leave its place in the menu bar.
-    QMenu *dropped = m_actions.Menu(kind.menu);
-    Q_EMIT dropped->aboutToShow();
     auto *items = new QMenu(&menu);
     items->setToolTipsVisible(dropped->toolTipsVisible());
     items->addActions(dropped->actions());
@@ -198,6 +198,7 @@ void TZVToolBar::AddRestItem(QMenu &menu, const TItem &item) const {
   }
   action->setCheckable(item.button->isCheckable());
   action->setChecked(item.button->isChecked());
+  if (kind.command == TCommand::Count) return;
   connect(action, &QAction::triggered, m_actions[kind.command], &QAction::trigger);
 }
 
