@@ -16,9 +16,11 @@ class TInkEngine final : public QIconEngine {
   explicit TInkEngine(const QIcon &coloured) : m_coloured(coloured) {}
 
   QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override {
-    if (mode == QIcon::Active || mode == QIcon::Selected) return m_coloured.pixmap(size, 1, QIcon::Normal, state);
-    QColor ink = QGuiApplication::palette().color(QPalette::Active, QPalette::ButtonText);
-    ink.setAlphaF(float(mode == QIcon::Disabled ? Faint : Ink));
+    if (mode == QIcon::Active) return m_coloured.pixmap(size, 1, QIcon::Normal, state);
+    const bool isSelected = mode == QIcon::Selected;
+    QColor ink = QGuiApplication::palette().color(QPalette::Active,
+                                                  isSelected ? QPalette::HighlightedText : QPalette::ButtonText);
+    ink.setAlphaF(float(mode == QIcon::Disabled ? Faint : isSelected ? 1 : Ink));
     // The desktop may change its colours at any time.
     const QString key = QStringLiteral("zv_ink_%1_%2_%3_%4x%5")
                             .arg(m_coloured.cacheKey())

@@ -150,7 +150,7 @@ class TestToolbar final : public QObject {
   }
   void DialogSteps() {
     QFETCH(QString, steps);
-    TfrmCustomizeToolbar dialog(m_language, Entries(u"0 (1) (2) | 3"_s), nullptr);
+    TfrmCustomizeToolbar dialog(m_language, Entries(u"0 (1) (2) | 3"_s), false, nullptr);
     dialog.show();
     QVERIFY(QTest::qWaitForWindowExposed(&dialog));
     for (const QString &step : steps.split(u' ', Qt::SkipEmptyParts)) Do(dialog, step);
@@ -159,7 +159,7 @@ class TestToolbar final : public QObject {
   }
 
   void DialogTexts() {
-    TfrmCustomizeToolbar dialog(m_language, Entries(u"2 | 21 (33)"_s), nullptr);
+    TfrmCustomizeToolbar dialog(m_language, Entries(u"2 | 21 (33)"_s), false, nullptr);
     const TButtonList &current = ListOf(dialog, u'c');
     QCOMPARE(current.item(0)->text(), u"Back"_s);
     QCOMPARE(current.item(1)->text(), u"Separator"_s);
@@ -171,7 +171,7 @@ class TestToolbar final : public QObject {
 
   // What is dragged here from elsewhere is none of ours.
   void ForeignDrops() {
-    TfrmCustomizeToolbar dialog(m_language, Entries(u"0 | 3"_s), nullptr);
+    TfrmCustomizeToolbar dialog(m_language, Entries(u"0 | 3"_s), false, nullptr);
     dialog.show();
     TButtonList &current = ListOf(dialog, u'c');
     for (const QByteArray &text : {"1 lvCurrent 0"_ba, "lvCurrent"_ba, ""_ba,
@@ -365,8 +365,12 @@ class TestToolbar final : public QObject {
     };
     QPalette palette = QGuiApplication::palette();
     palette.setColor(QPalette::ButtonText, Qt::black);
+    palette.setColor(QPalette::HighlightedText, Qt::white);
     QGuiApplication::setPalette(palette);
     QCOMPARE(colours(QIcon::Normal), 1);
+    const QIcon icon = m_panel->Bar().FindButton(u"tbHome"_s)->icon();
+    QVERIFY(icon.pixmap(20, QIcon::Selected).toImage() != icon.pixmap(20, QIcon::Normal).toImage());
+    QCOMPARE(colours(QIcon::Selected), 1);
     QVERIFY(colours(QIcon::Active) > 1);
     QVERIFY(!m_panel->Bar().ShowsColor());
     m_settings->Set(Setting::ToolbarShowColor, true);

@@ -4,6 +4,7 @@
 #include "chrome/toolbar/tool_button_kinds.h"
 #include "config/language.h"
 #include "ui/dialog_placing.h"
+#include "ui/ink_icon.h"
 #include "ui_customize_toolbar_dialog.h"
 
 namespace {
@@ -18,8 +19,12 @@ bool IsSeparator(const QListWidgetItem *item) {
 
 }  // namespace
 
-TfrmCustomizeToolbar::TfrmCustomizeToolbar(const TLanguage &language, const TToolbarEntries &entries, QWidget *parent)
-    : QDialog(parent), m_language(language), m_ui(std::make_unique<Ui::TfrmCustomizeToolbar>()) {
+TfrmCustomizeToolbar::TfrmCustomizeToolbar(const TLanguage &language, const TToolbarEntries &entries, bool showsColor,
+                                           QWidget *parent)
+    : QDialog(parent),
+      m_language(language),
+      m_showsColor(showsColor),
+      m_ui(std::make_unique<Ui::TfrmCustomizeToolbar>()) {
   m_ui->setupUi(this);
   language.TranslateForm(this, "CUSTOMIZE_TOOLBAR");
   m_available = m_ui->lvAvailable;
@@ -68,7 +73,8 @@ QListWidgetItem *TfrmCustomizeToolbar::MakeItem(int index) const {
     item->setText(m_language.Text("CUSTOMIZE_TOOLBAR", "Separator"));
   } else if (kind != nullptr) {
     item->setText(TLanguage::ShortHint(m_language.Text(kind->hint)));
-    item->setIcon(CommandIcon(kind->icon));
+    const QIcon icon = CommandIcon(kind->icon);
+    item->setIcon(m_showsColor ? icon : InkIcon(icon));
   }
   if (kind != nullptr && !kind->IsHere()) {
     item->setForeground(palette().brush(QPalette::Disabled, QPalette::Text));

@@ -19,7 +19,8 @@ class TfrmCustomizeToolbar final : public QDialog {
   Q_OBJECT
 
  public:
-  TfrmCustomizeToolbar(const TLanguage &language, const TToolbarEntries &entries, QWidget *parent);
+  // With `showsColor` its pictures have colours, as those of the tool bar then have.
+  TfrmCustomizeToolbar(const TLanguage &language, const TToolbarEntries &entries, bool showsColor, QWidget *parent);
   ~TfrmCustomizeToolbar() override;
 
   // Once it was accepted, by OK or Reset: the tool bar as it is to be. What shows comes first, then what is hidden.
@@ -38,6 +39,7 @@ class TfrmCustomizeToolbar final : public QDialog {
   void Transfer(TButtonList *from, int source, TButtonList *to, int row);
 
   const TLanguage &m_language;
+  bool m_showsColor;
   std::unique_ptr<Ui::TfrmCustomizeToolbar> m_ui;
   TButtonList *m_available;  // its first item is the separator that stays
   TButtonList *m_current;

@@ -33,7 +33,8 @@ void TToolbarCustomizing::Load() {
 
 void TToolbarCustomizing::Customize() {
   const QPointer<TToolbarCustomizing> self(this);
-  const QPointer<TfrmCustomizeToolbar> dialog(new TfrmCustomizeToolbar(m_language, m_bar.Entries(), m_window));
+  const QPointer<TfrmCustomizeToolbar> dialog(
+      new TfrmCustomizeToolbar(m_language, m_bar.Entries(), m_bar.ShowsColor(), m_window));
   const int answer = dialog->exec();
   if (!self) return;  // The window has gone and has taken the dialog along.
   const bool isAccepted = dialog && answer == QDialog::Accepted;
