@@ -310,23 +310,26 @@ class TestToolbar final : public QObject {
   }
 
   void ChevronItems() {
-    Make(u"13 | | 7 12 16 4 15 22"_s);
+    Make(u"13 | | 7 12 16 4 14 15 22"_s);
     (*m_actions)[TCommand::FullScreen]->setChecked(true);
     (*m_actions)[TCommand::Stop]->setEnabled(false);
     m_panel->resize(20, 28);
     auto *menu = m_window->findChild<QMenu *>(u"pmToolBarExtender"_s);
     for (int opened = 0; opened < 2; ++opened) {
       Q_EMIT menu->aboutToShow();
+      m_actions->Menu(TMenu::EditWith)->addAction(u"none"_s)->setEnabled(false);
       QStringList texts;
       for (const QAction *item : menu->actions()) texts.append(item->isSeparator() ? u"-"_s : item->text());
       QCOMPARE(texts, QStringList({u"Print"_s, u"-"_s, u"-"_s, u"Search"_s, u"Text size"_s, u"Full screen"_s, u"Stop"_s,
-                                   u"-"_s, m_language.Global("Customize")}));
+                                   u"Page source"_s, u"-"_s, m_language.Global("Customize")}));
     }
     const auto item = [menu](const char *name) { return menu->findChild<QAction *>(QLatin1String(name)); };
     QVERIFY(!item("tbStop")->isEnabled() && item("tbPrint")->isEnabled());
     QVERIFY(item("tbFullScreen")->isCheckable() && item("tbFullScreen")->isChecked());
     QVERIFY(!item("tbPrint")->isCheckable());
     QCOMPARE(item("tbPrint")->statusTip(), u"Print this page"_s);
+    // Where a drop-down has nothing to offer there is its command.
+    QVERIFY(item("tbViewSource")->menu() == nullptr);
     // A drop-down gives its items, which stay in its own menu, and no command.
     QCOMPARE(item("tbFontSize")->menu()->actions(), m_actions->Menu(TMenu::FontSize)->actions());
     QCOMPARE(menu->findChildren<QMenu *>().size(), 2);  // none is left from the first time

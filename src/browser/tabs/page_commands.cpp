@@ -214,6 +214,8 @@ void TPageCommands::FillEditMenu() {
     QAction *item = menu->addAction(QIcon::fromTheme(editor.icon), name.replace(QLatin1Char('&'), QLatin1String("&&")));
     connect(item, &QAction::triggered, this, [this, editor] { EditPage(editor); });
   }
+  // Nobody sees that an empty menu has opened.
+  if (editors.isEmpty()) menu->addAction(m_tabs.Environment().language.Global("NoItems"))->setEnabled(false);
   menu->menuAction()->setVisible(!editors.isEmpty());
 }
 

@@ -23,6 +23,11 @@ constexpr int SeparatorWidth = 5;
 constexpr int IconSize = 20;
 constexpr int LeastWidth = 40;
 
+bool OffersAnything(const QMenu &menu) {
+  const QList<QAction *> items = menu.actions();
+  return std::ranges::any_of(items, [](const QAction *item) { return !item->isSeparator() && item->isEnabled(); });
+}
+
 }  // namespace
 
 TZVToolBar::TZVToolBar(const TActions &actions, const TLanguage &language, bool hasSearchMenu, QWidget *parent)
@@ -188,7 +193,7 @@ void TZVToolBar::AddRestItem(QMenu &menu, const TItem &item) const {
   menu.addAction(action);
   QMenu *dropped = DropsMenu(kind) ? m_actions.Menu(kind.menu) : nullptr;
   if (dropped != nullptr) Q_EMIT dropped->aboutToShow();
-  if (dropped != nullptr && !dropped->isEmpty()) {
+  if (dropped != nullptr && OffersAnything(*dropped)) {
     // Its items, not the menu itself, which would leave its place in the menu bar.
     auto *items = new QMenu(&menu);
     items->setToolTipsVisible(dropped->toolTipsVisible());
