@@ -281,7 +281,10 @@ class TPageControlTest final : public QObject {
       for (const bool several : {true, false}) {
         for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
           for (const int tabs : {1, 12, 80}) {
-            const QString name = QStringLiteral("%1 %2 %3 %4").arg(below).arg(several).arg(direction).arg(tabs);
+            const QString name = QStringLiteral("%1 tabs %2, %3, %4")
+                                     .arg(tabs)
+                                     .arg(below ? "below" : "above", several ? "several rows" : "one row",
+                                          direction == Qt::LeftToRight ? "left to right" : "right to left");
             Row(qPrintable(name), below, several, direction, tabs);
           }
         }
