@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <memory>
 #include <QTemporaryDir>
 #include <QTest>
 #include <utility>
@@ -8,6 +9,7 @@
 #include "config/registry_paths.h"
 #include "store/registry_store.h"
 #include "support/data_row.h"
+#include "support/store_trouble.h"
 
 using namespace Qt::StringLiterals;
 
@@ -276,6 +278,26 @@ class TestBandArrangement final : public QObject {
         {u"Name"_s, u"Menu"_s, false}, {u"Width"_s, u"648"_s, true}, {u"Break"_s, u"1"_s, true}};
     QCOMPARE(store.Values(Hive, KeyOf(u"0"_s)), links);
     QCOMPARE(store.Values(Hive, KeyOf(u"1"_s)), menu);
+  }
+
+  // What could not be read is not written over.
+  void UnreadArrangementStays() {
+    QTemporaryDir folder;
+    const QString path = folder.filePath(u"registry.sqlite"_s);
+    TBandArrangement changed;
+    changed.MoveTo(TBand::Links, 0);
+    {
+      TRegistryStore store(path);
+      TBandStore(store).Save(changed);
+    }
+    auto lock = std::make_unique<TStoreLock>(path, TStoreLock::TKind::Unreadable);
+    TRegistryStore store(path);
+    TBandStore bands(store);
+    const TBandArrangement unread = bands.Load();
+    QVERIFY(unread.IsLike(TBandArrangement()));
+    lock.reset();
+    bands.Save(unread);
+    QVERIFY(TBandStore(store).Load().IsLike(changed));
   }
 
   // Two windows: the one that has changed nothing leaves the other's arrangement alone.

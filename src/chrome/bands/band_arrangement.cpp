@@ -36,8 +36,8 @@ void TBandArrangement::MoveTo(TBand band, int position) {
   m_bands.insert(m_bands.begin() + std::clamp(position, 0, BandCount - 1), moved);
 }
 
-void TBandArrangement::SetWidth(TBand band, int width) {
-  Find(band).width = std::clamp(width, 0, LargestWidth);
+void TBandArrangement::SetWidth(TBand band, long long width) {
+  Find(band).width = int(std::clamp<long long>(width, 0, LargestWidth));
 }
 
 TBandArrangement::TRows TBandArrangement::Rows(int width) const {

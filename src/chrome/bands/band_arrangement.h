@@ -76,7 +76,7 @@ class TBandArrangement final {
   [[nodiscard]] int Width(TBand band) const { return Find(band).width; }
   [[nodiscard]] bool Breaks(TBand band) const { return Find(band).breaks; }
   void MoveTo(TBand band, int position);
-  void SetWidth(TBand band, int width);
+  void SetWidth(TBand band, long long width);
   void SetBreak(TBand band, bool breaks) { Find(band).breaks = breaks; }
   // Whether both would be stored alike.
   [[nodiscard]] bool IsLike(const TBandArrangement &other) const { return m_bands == other.m_bands; }

@@ -51,9 +51,7 @@ TBandArrangement TBandStore::Load() {
         std::ranges::find_if(BandRows, [&name](const TBandRow &known) { return name == QLatin1String(known.name); });
     if (row == BandRows.end()) continue;
     bands.MoveTo(row->band, position);
-    if (const auto width = NumberOf(values, Width)) {
-      bands.SetWidth(row->band, int(std::clamp<qint64>(*width, 0, TBandArrangement::LargestWidth)));
-    }
+    if (const auto width = NumberOf(values, Width)) bands.SetWidth(row->band, *width);
     if (const auto breaks = NumberOf(values, Break)) bands.SetBreak(row->band, *breaks != 0);
   }
   m_loaded = bands;
