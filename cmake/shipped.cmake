@@ -11,3 +11,6 @@ foreach(folder ${CMAKE_BINARY_DIR} ${CMAKE_BINARY_DIR}/tests)
     file(CREATE_LINK ${item} ${folder}/${name} SYMBOLIC)
   endforeach()
 endforeach()
+
+# The manual is made beside the program.
+file(CREATE_LINK ${CMAKE_BINARY_DIR}/manual ${CMAKE_BINARY_DIR}/tests/manual SYMBOLIC)

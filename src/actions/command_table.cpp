@@ -139,6 +139,7 @@ constexpr TCommandRow Rows[] = {
     {StartBlank, "mnuStartBlank", "__StartBlank", "", "", Radio(TChoice::Startup)},
     {StartLast, "mnuStartLast", "__StartLast", "", "", Radio(TChoice::Startup)},
     {StartGroup, "mnuStartGroup", "__StartGroup", "", "", Radio(TChoice::Startup)},
+    {Manual, "mnuManual", "__Manual", "question", "F1"},
     {About, "mnuAbout", "__About", "information", ""},
     {Go, "tbGo", "__Go", "go", ""},
     {TabListButton, "tbTabs", "__TabListName", "tab_list", "", Opens(TMenu::TabList)},
@@ -239,6 +240,7 @@ constexpr TMenuEntry Entries[] = {
 
     Put(TMenu::SearchEngines, OrganizeSearchEngines), Line(TMenu::SearchEngines),
 
+
     Put(TMenu::Tools, Downloads), Line(TMenu::Tools), Put(TMenu::Tools, TMenu::SearchEngines),
     Put(TMenu::Tools, OrganizeQuickSearch), Put(TMenu::Tools, ClearAddresses), Line(TMenu::Tools),
     Put(TMenu::Tools, UsePopupBlocker), Line(TMenu::Tools), Put(TMenu::Tools, SetHomePage),
@@ -246,7 +248,7 @@ constexpr TMenuEntry Entries[] = {
     Put(TMenu::Startup, StartHome), Put(TMenu::Startup, StartBlank), Put(TMenu::Startup, StartLast),
     Put(TMenu::Startup, StartGroup),
 
-    Put(TMenu::Help, About),
+    Put(TMenu::Help, Manual), Put(TMenu::Help, About),
 };
 // clang-format on
 

@@ -119,6 +119,7 @@ enum class TCommand {
   StartBlank,
   StartLast,
   StartGroup,
+  Manual,
   About,
   Go,
   TabListButton,

@@ -20,6 +20,10 @@ TZVPageControl *MakePages(QMainWindow *window, TFrameUpdates &updates) {
   return pages;
 }
 
+QString ManualFile() {
+  return ProgramFolders::Find(QStringLiteral("manual"), QStringLiteral("using.html"));
+}
+
 }  // namespace
 
 TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &language)
@@ -88,6 +92,8 @@ void TModules::Join() {
   QObject::connect(&loadQueue, &TLoadQueue::ToComeChanged, status, &TMainStatusBar::ShowPagesToCome);
   QObject::connect(status, &TMainStatusBar::StopPagesClicked, &loadQueue, &TLoadQueue::Stop);
   QObject::connect(actions[TCommand::StopAll], &QAction::triggered, &loadQueue, &TLoadQueue::Stop);
+  QObject::connect(actions[TCommand::Manual], &QAction::triggered, &tabs,
+                   [this] { tabs.NewTab()->Navigate(ManualFile()); });
   QObject::connect(status, &TMainStatusBar::SecurityClicked, actions[TCommand::Properties], &QAction::trigger);
   QObject::connect(address, &TAddressBar::ConnectionClicked, actions[TCommand::Properties], &QAction::trigger);
 }

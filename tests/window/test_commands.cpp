@@ -564,6 +564,11 @@ class TestCommands final : public QObject, private TCommandsFixture {
         starts(TCommand::StartHome, "Home"),
         starts(TCommand::StartBlank, "Blank"),
         starts(TCommand::StartLast, "Last"),
+        {TCommand::Manual, [] {},
+         [this] {
+           SOON(Tabs().TabCount(), 2);
+           SOON(Active()->GetLocationUrl().endsWith(u"/manual/using.html"_s), true);
+         }},
         {TCommand::About, Asks<QDialog>([](QDialog &dialog) {
            CompareTexts(dialog.objectName(), u"TfrmAbout"_s);
            dialog.reject();
