@@ -1,6 +1,7 @@
 #include "app/browsing_policy.h"
 
 #include "browser/engine/engine.h"
+#include "config/user_agent_token.h"
 #include "popups/popup_blocker.h"
 #include "search/quick_search.h"
 #include "search/search_lists.h"
@@ -24,4 +25,8 @@ TWordSearch TBrowsingPolicy::SearchFor(const QString &words) const {
     if (found.kind == TQuickSearch::TKind::Address) return {search.name, found.address};
   }
   return {};
+}
+
+QString TBrowsingPolicy::UserAgentToken() const {
+  return ::UserAgentToken::Registered(m_engine.Store());
 }

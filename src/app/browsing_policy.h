@@ -16,6 +16,8 @@ class TBrowsingPolicy final : public TPolicy {
   [[nodiscard]] bool IsPopup(const QString &address) override;
   // By the first of the user's quick searches, as if its keyword had been typed.
   [[nodiscard]] TWordSearch SearchFor(const QString &words) const override;
+  // The program's own, while it is registered.
+  [[nodiscard]] QString UserAgentToken() const override;
 
  private:
   TEngine &m_engine;

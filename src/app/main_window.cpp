@@ -13,6 +13,7 @@
 #include "app/store_notice.h"
 #include "browser/tabs/browser_tab.h"
 #include "chrome/toolbar/toolbar_panel.h"
+#include "config/user_agent_token.h"
 #include "ui/dialog_gate.h"
 
 namespace {
@@ -50,6 +51,8 @@ void TfrmMain::FormCreate() {
   setMinimumSize(SmallestSize);
   m_settings.Lists().RemoveZvid();
   LoadLanguage();
+  // Before the modules, whose pages are to have it from the first on.
+  UserAgentToken::Register(m_settings.Store(), true);
   m_modules = std::make_unique<TModules>(this, m_settings, m_language);
   m_storeNotice = std::make_unique<TStoreNotice>(this, m_settings.Store(), m_language);
   LayOut();
@@ -146,6 +149,7 @@ void TfrmMain::FormDestroy() {
   m_storeNotice.reset();
   m_loadCoolbar.stop();
   m_modules->Save();
+  UserAgentToken::Register(m_settings.Store(), false);
   hide();
   const QStringList unwritten = m_modules->Unwritten(EndPatience);
   m_modules.reset();

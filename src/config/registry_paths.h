@@ -34,4 +34,10 @@ inline constexpr const char *BrowserVersion = R"(Software\Microsoft\Internet Exp
 inline constexpr const char *Shell = "shell";
 inline constexpr const char *Command = "command";
 
+// Below TRegistryHive::LocalMachine.
+
+// What browsers add to the user agent, each as the name of a value.
+inline constexpr const char *PostPlatform =
+    R"(Software\Microsoft\Windows\CurrentVersion\Internet Settings\User Agent\Post Platform)";
+
 }  // namespace RegistryKey

@@ -159,7 +159,10 @@ void TEngine::SetPolicy(TPolicy *policy) {
     m_policy = policy != nullptr ? policy : &Permissive();
   }
   const QString token = m_policy->UserAgentToken();
-  const QString agent = token.isEmpty() ? m_ownUserAgent : m_ownUserAgent + QLatin1Char(' ') + token;
+  QString agent = m_ownUserAgent;
+  // The platform is what stands in the first brackets.
+  const qsizetype place = agent.indexOf(u')');
+  if (!token.isEmpty() && place >= 0) agent.insert(place, QStringLiteral("; ") + token);
   if (m_profile->httpUserAgent() != agent) m_profile->setHttpUserAgent(agent);
 }
 

@@ -57,7 +57,7 @@ class TPolicy {
   [[nodiscard]] virtual bool IsPopup(const QString &address);
   // Asked for a text that is no address.
   [[nodiscard]] virtual TWordSearch SearchFor(const QString &words) const;
-  // What is put behind the engine's own user agent, for all pages; empty for nothing.
+  // What stands behind the platform in the engine's own user agent, for all pages; empty for nothing.
   [[nodiscard]] virtual QString UserAgentToken() const;
 
  protected:
