@@ -57,6 +57,7 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       searchLists(language, settings.Store(), actions, window),
       search(window, actions, *address, tabs, searchLists, history),
       groups(window, actions, tabs, tabMenu, closeAll, loadQueue),
+      openCommand(window, actions, *address, search, groups, language),
       popups(window, tabs, tabMenu),
       policy(engine, popups, searchLists),
       fullScreen(window, actions, tabs, settings),

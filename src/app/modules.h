@@ -31,6 +31,7 @@
 #include "chrome/language_menu.h"
 #include "chrome/main_status_bar.h"
 #include "chrome/main_toolbars.h"
+#include "chrome/open_command.h"
 #include "chrome/strip_corner.h"
 #include "chrome/toolbar/toolbar_customizing.h"
 #include "chrome/window_bars.h"
@@ -101,6 +102,7 @@ class TModules final {
   TSearchLists searchLists;
   TAddressSearch search;
   TPageGroups groups;
+  TOpenCommand openCommand;
   TPopupBlocker popups;
   TBrowsingPolicy policy;
   TFullScreen fullScreen;

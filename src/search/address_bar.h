@@ -37,6 +37,8 @@ class TAddressBar final : public TZVComboBox {
   void SaveTypedAddresses();
   // Asks, then empties the list and its store.
   void ClearAddressHistory();
+  // The typed addresses, the newest first.
+  [[nodiscard]] const QStringList &TypedAddresses() const { return m_addresses.List(); }
 
   void showPopup() override;
 

@@ -30,6 +30,8 @@ class TAddressSearch final : public QObject {
   // setting for the one or the other, or `newTab`, says so. A quick search whose format has a fault opens nothing; the
   // user is told. False then.
   bool Open(const QString &text, bool newTab);
+  // Opens an address that was typed elsewhere than in the bar, and files it as one; no setting is asked.
+  void OpenAddress(const TAddress &address, bool newTab);
   // Puts the keyboard into the address bar, where it is shown.
   void EditAddress();
   // Leaves the settings that typed addresses obey in the store.
@@ -38,7 +40,6 @@ class TAddressSearch final : public QObject {
  private:
   void FileWhenItStarts(TBrowserTab *tab, const TAddress &address);
   void File(TBrowserTab *tab, const QString &address);
-  void OpenAddress(const TAddress &address, bool newTab);
   void Record(TBrowserTab *tab);
   void OpenEngine(const QString &address);
 

@@ -33,6 +33,7 @@ class TProgramFixture {
     for (int i = 0; i < 200; ++i) server.RoutePage("/page" + QByteArray::number(i), "Page " + QByteArray::number(i));
     Prepare([](TZVOptions &options) {
       options.Set(Setting::ConfirmShutdown, false);
+      options.Set(Setting::AskDefaultBrowser, false);
       options.Set(Setting::StartupMode, QStringLiteral("Blank"));
     });
   }

@@ -21,10 +21,7 @@ class TestOnScreen final : public QObject, private TScreenFixture {
     // Tells when the second frame is begun, that is, when the first one is on the screen.
     server.RoutePage("/home", "Home",
                      "<script>requestAnimationFrame(() => requestAnimationFrame(() => fetch('/seen')))</script>");
-    Prepare([](TZVOptions &options) {
-      options.Set(Setting::StartupMode, u"Home"_s);
-      options.Set(Setting::AskDefaultBrowser, false);
-    });
+    Prepare([](TZVOptions &options) { options.Set(Setting::StartupMode, u"Home"_s); });
     Store()->Write(TRegistryHive::CurrentUser, QString::fromLatin1(RegistryKey::SystemBrowser), u"Start Page"_s,
                    server.Url(u"/home"_s));
   }

@@ -30,6 +30,7 @@ class TMainWindowFixture {
     TZVOptions options(*store);
     options.Set(Setting::StartupMode, QStringLiteral("Blank"));
     options.Set(Setting::ConfirmShutdown, false);
+    options.Set(Setting::AskDefaultBrowser, false);
     server.ForgetRequests();
   }
   // A new window in the place of the one that was open; its pages are still to come.

@@ -217,10 +217,7 @@ class TestCommands final : public QObject, private TCommandsFixture {
            QApplication::clipboard()->setText(u" %1\n"_s.arg(Url(u"/c"_s)));
          },
          Shows(u"2:1 /c"_s)},
-        {TCommand::OpenFile,
-         Then([this] { WriteFile(m_f.Path(u"page.html"_s), "<title>File</title>"); },
-              AsksFile(m_f.Path(u"page.html"_s))),
-         Shows(u"1:0 file://"_s + m_f.Path(u"page.html"_s))},
+        {TCommand::OpenFile, none, Opens("TfrmOpen")},
         {TCommand::SaveAs, none, Opens("dlgSaveAs")},
         {TCommand::PageSetup, none, Opens("QPageSetupDialog")},
         {TCommand::Print, none, Opens("QPrintDialog")},

@@ -17,6 +17,7 @@
 #include "browser/page/script_dialog.h"
 #include "browser/page/sign_in_dialog.h"
 #include "browser/tabs/close_all_dialog.h"
+#include "chrome/open_dialog.h"
 #include "groups/halvex_group_dialog.h"
 #include "support/modal_dialogs.h"
 #include "ui/confirm_dialog.h"
@@ -142,6 +143,7 @@ class TestMnemonics final : public QObject {
     Check(TSignInDialog(u"?"_s, u"?"_s, false, language), 3);
     Check(TPropertiesDialog(TPageProperties{}, language), 0);
     Check(TfrmCloseAll(language, {u"a"_s}), 4);
+    Check(TfrmOpen(language, {}), 3);
     Check(TPrintPreview(language, {}, u"?"_s, nullptr), 6);
 
     QFile group(m_f.Path(u"x.hgp"_s));

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QMenu>
@@ -105,21 +104,11 @@ void TPageCommands::ConnectNavigation() {
   });
   connect(m_actions[TCommand::StopAll], &QAction::triggered, &m_tabs, &TTabStrip::StopAll);
   connect(m_actions[TCommand::RefreshAll], &QAction::triggered, &m_tabs, &TTabStrip::RefreshAll);
-  connect(m_actions[TCommand::OpenFile], &QAction::triggered, this, &TPageCommands::OpenFile);
   connect(m_actions[TCommand::SetHomePage], &QAction::triggered, this, [this] {
     if (const TBrowserTab *tab = m_tabs.GetActivePage()) {
       HomePage::Choose(m_tabs.Environment().store, tab->GetLocationUrl());
     }
   });
-}
-
-void TPageCommands::OpenFile() {
-  const TLanguage &language = m_tabs.Environment().language;
-  const QPointer<TPageCommands> self(this);
-  const QString file = QFileDialog::getOpenFileName(m_window, language.Text("MAIN", "OpenTitle"), QString(),
-                                                    language.Text("MAIN", "OpenFilter"));
-  if (!self || file.isEmpty()) return;
-  if (TBrowserTab *tab = m_tabs.GetActivePage()) tab->Navigate(file);
 }
 
 void TPageCommands::ConnectClipboard() {

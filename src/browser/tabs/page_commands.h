@@ -36,7 +36,6 @@ class TPageCommands final : public QObject {
   static const TFont Fonts[];
 
   void ConnectSimple();
-  void OpenFile();
   void ConnectNavigation();
   void ConnectClipboard();
   void ConnectFonts();
