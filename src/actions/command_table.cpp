@@ -36,6 +36,8 @@ constexpr TCommandRow Rows[] = {
     {MailNewMessage, "pmMailNewsNewMessage", "__MailNewMessage", "mail", ""},
     {MailLink, "pmMailNewsSendALink", "__MailLink", "", ""},
     {MailPage, "pmMailSendFile", "__MailPage", "", ""},
+    {ReadMail, "actReadMail", "__MailRead", "mail", "", Hint("MailReadHint")},
+    {ReadNews, "pmReadNews", "__NewsRead", "", ""},
     {Properties, "actProperties", "__Properties", "properties", "Alt+Return"},
     {CloseTab, "actClose", "__CloseTab", "close_tab", "Ctrl+W; Ctrl+F4"},
     {CloseAll, "actCloseAll", "__CloseAllDefault", "", "Ctrl+Shift+W"},
@@ -151,6 +153,7 @@ constexpr TMenuRow Menus[] = {
     {TMenu::NewTab, TMenu::File, "pmNew", "__NewTabOther"},
     {TMenu::Send, TMenu::File, "pmMail", "__Send"},
     {TMenu::EditWith, TMenu::File, "mnuEditWith", "__EditWith"},
+    {TMenu::OpenWith, TMenu::File, "mnuOpenWith", "__OpenWith"},
     {TMenu::CloseAll, TMenu::File, "pmFileCloseAll", "__CloseAll"},
     {TMenu::Edit, TMenu::Edit, "mnuEdit", "__Edit"},
     {TMenu::View, TMenu::View, "mnuView", "__View"},
@@ -163,6 +166,7 @@ constexpr TMenuRow Menus[] = {
     {TMenu::TabPosition, TMenu::Tabs, "mnuTabPosition", "__TabPosition"},
     {TMenu::Groups, TMenu::Groups, "pmHalvexGroupsPopup", "__Groups"},
     {TMenu::Tools, TMenu::Tools, "mnuTools", "__Tools"},
+    {TMenu::Mail, TMenu::Tools, "pmMailNews", "__MailNews"},
     {TMenu::SearchEngines, TMenu::Tools, "mnuSearchEngines", "__SearchEngines"},
     {TMenu::Startup, TMenu::Tools, "mnuStartup", "__Startup"},
     {TMenu::Help, TMenu::Help, "mnuHelp", "__Help"},
@@ -189,7 +193,8 @@ constexpr TMenuEntry ContentsOf(TMenu menu, TMenu other) {
 // clang-format off
 constexpr TMenuEntry Entries[] = {
     Put(TMenu::File, NewBlank), Put(TMenu::File, TMenu::NewTab), Put(TMenu::File, OpenFile), Line(TMenu::File),
-    Put(TMenu::File, SaveAs), Put(TMenu::File, TMenu::EditWith), Put(TMenu::File, TMenu::Send), Line(TMenu::File),
+    Put(TMenu::File, SaveAs), Put(TMenu::File, TMenu::EditWith), Put(TMenu::File, TMenu::OpenWith),
+    Put(TMenu::File, TMenu::Send), Line(TMenu::File),
     Put(TMenu::File, PageSetup), Put(TMenu::File, PrintPreview), Put(TMenu::File, Print), Put(TMenu::File, PrintNow),
     Line(TMenu::File), Put(TMenu::File, Properties), Line(TMenu::File), Put(TMenu::File, CloseTab),
     Put(TMenu::File, TMenu::CloseAll), Put(TMenu::File, ReopenTab), Put(TMenu::File, Exit),
@@ -240,8 +245,10 @@ constexpr TMenuEntry Entries[] = {
 
     Put(TMenu::SearchEngines, OrganizeSearchEngines), Line(TMenu::SearchEngines),
 
+    Put(TMenu::Mail, MailNewMessage), Put(TMenu::Mail, MailLink), Put(TMenu::Mail, MailPage), Line(TMenu::Mail),
+    Put(TMenu::Mail, ReadMail), Put(TMenu::Mail, ReadNews), Line(TMenu::Mail),
 
-    Put(TMenu::Tools, Downloads), Line(TMenu::Tools), Put(TMenu::Tools, TMenu::SearchEngines),
+    Put(TMenu::Tools, Downloads), Put(TMenu::Tools, TMenu::Mail), Line(TMenu::Tools), Put(TMenu::Tools, TMenu::SearchEngines),
     Put(TMenu::Tools, OrganizeQuickSearch), Put(TMenu::Tools, ClearAddresses), Line(TMenu::Tools),
     Put(TMenu::Tools, UsePopupBlocker), Line(TMenu::Tools), Put(TMenu::Tools, SetHomePage),
     Put(TMenu::Tools, TMenu::Startup),

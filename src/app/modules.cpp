@@ -52,7 +52,8 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       autoRefresh(actions, tabs, settings),
       stripSettings(actions, *pages, settings),
       tabCommands(actions, tabs, closeAll, settings),
-      pageCommands(window, actions, tabs),
+      pageCommands(actions, tabs),
+      desktopCommands(actions, tabs, desktop),
       downloads(engine.Profile(), language, settings.Store()),
       searchLists(language, settings.Store(), actions, window),
       search(window, actions, *address, tabs, searchLists, history),
@@ -93,8 +94,10 @@ void TModules::Join() {
   QObject::connect(&loadQueue, &TLoadQueue::ToComeChanged, status, &TMainStatusBar::ShowPagesToCome);
   QObject::connect(status, &TMainStatusBar::StopPagesClicked, &loadQueue, &TLoadQueue::Stop);
   QObject::connect(actions[TCommand::StopAll], &QAction::triggered, &loadQueue, &TLoadQueue::Stop);
+  QObject::connect(&desktopCommands, &TDesktopCommands::Note, status, &TMainStatusBar::ShowNote);
   QObject::connect(actions[TCommand::Manual], &QAction::triggered, &tabs,
                    [this] { tabs.NewTab()->Navigate(ManualFile()); });
+  downloads.SetOpener([this](const QUrl &address) { return desktop.Open(address); });
   QObject::connect(status, &TMainStatusBar::SecurityClicked, actions[TCommand::Properties], &QAction::trigger);
   QObject::connect(address, &TAddressBar::ConnectionClicked, actions[TCommand::Properties], &QAction::trigger);
 }

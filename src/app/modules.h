@@ -12,6 +12,7 @@
 #include "browser/tabs/auto_refresh.h"
 #include "browser/tabs/close_all_tabs.h"
 #include "browser/tabs/closed_tabs.h"
+#include "browser/tabs/desktop_commands.h"
 #include "browser/tabs/load_queue.h"
 #include "browser/tabs/page_commands.h"
 #include "browser/tabs/strip_settings.h"
@@ -40,6 +41,7 @@
 #include "config/settings.h"
 #include "groups/page_groups.h"
 #include "history/history_store.h"
+#include "platform/desktop_services.h"
 #include "platform/product_info.h"
 #include "popups/popup_blocker.h"
 #include "search/address_bar.h"
@@ -98,6 +100,8 @@ class TModules final {
   TStripSettings stripSettings;
   TTabCommands tabCommands;
   TPageCommands pageCommands;
+  TDesktopServices desktop;
+  TDesktopCommands desktopCommands;
   TDownloadList downloads;
   TSearchLists searchLists;
   TAddressSearch search;

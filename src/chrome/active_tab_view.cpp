@@ -43,7 +43,6 @@ TActiveTabView::TActiveTabView(QMainWindow *window, TTabStrip &tabs, TPageComman
     const TBrowserTab *tab = m_tabs.GetActivePage();
     if (tab != nullptr && tab->Browser() != nullptr) tab->Browser()->ResetZoom();
   });
-  connect(&commands, &TPageCommands::Note, &status, &TMainStatusBar::ShowNote);
 }
 
 void TActiveTabView::Show() {

@@ -33,9 +33,15 @@ inline constexpr const char *BrowserVersion = R"(Software\Microsoft\Internet Exp
 // Below TRegistryHive::ClassesRoot: in a class's own key its verbs, in a verb's key what it runs.
 inline constexpr const char *Shell = "shell";
 inline constexpr const char *Command = "command";
+// What edits web pages: the programs as subkeys, and what each can do.
+inline constexpr const char *OpenWithList = R"(.htm\OpenWithList)";
+inline constexpr const char *Applications = "Applications";
+// What starts the system's own browser.
+inline constexpr const char *SystemBrowserServer = R"(CLSID\{0002DF01-0000-0000-C000-000000000046}\LocalServer32)";
 
-// Below TRegistryHive::LocalMachine.
-
+// Below TRegistryHive::LocalMachine: clients as subkeys, the default one as the unnamed value.
+inline constexpr const char *MailClients = R"(Software\Clients\Mail)";
+inline constexpr const char *NewsClients = R"(Software\Clients\News)";
 // What browsers add to the user agent, each as the name of a value.
 inline constexpr const char *PostPlatform =
     R"(Software\Microsoft\Windows\CurrentVersion\Internet Settings\User Agent\Post Platform)";

@@ -1,30 +1,43 @@
 #pragma once
 
-#include <QList>
+#include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QUrl>
 
-// What the desktop does for the program: mail, and editing a file with another program. Every call fails silently with
-// false (or an empty list) where the desktop offers nothing.
-namespace DesktopServices {
+#include "platform/started_programs.h"
 
-// A program that can edit a web page, from the desktop's application entries.
-struct TEditor {
-  QString name;     // as the desktop calls it, in the user's language
-  QString icon;     // an icon name or path, may be empty
-  QString command;  // the entry's Exec line
+// What the desktop does for the program: starts other programs, opens files and folders, sends mail. Together with the
+// registry store it is what the program knows of the system it runs on. Every call fails silently with false where the
+// desktop offers nothing; nothing ever passes through a shell.
+class TDesktopServices final : public QObject {
+  Q_OBJECT
+
+ public:
+  // For as long as it lives, the mail addresses, news addresses and files that are opened in other programs pass
+  // through here, whoever opens them.
+  explicit TDesktopServices(QObject *parent = nullptr);
+  ~TDesktopServices() override;
+
+  // A program and its arguments.
+  bool StartCommand(const QStringList &command) { return m_programs.Start(command); }
+  // Shows the folder in the desktop's file manager.
+  bool OpenFolder(const QString &folder);
+  // With whatever the desktop opens it with. A local folder is opened as such.
+  bool Open(const QUrl &address);
+  // A new message with the files attached.
+  bool SendDocuments(const QStringList &files);
+  // Hands a "mailto:" address to the mail program exactly as it is.
+  bool OpenMailAddress(const QString &address);
+
+ Q_SIGNALS:
+  // What had been started has ended with an error after all; `program` is its name.
+  void Failed(const QString &program);
+
+ private Q_SLOTS:
+  void OpenMailUrl(const QUrl &address);
+  void OpenUrl(const QUrl &address);
+
+ private:
+  TStartedPrograms m_programs;
 };
-
-// Programs that say they open web pages or plain text in an editor, by name. Reads the entries anew at each call.
-[[nodiscard]] QList<TEditor> Editors();
-bool EditWith(const TEditor &editor, const QString &file);
-// The arguments of an Exec line with its field codes filled in (the desktop entry format); empty when it has no
-// program. A line that names no file gets the file at its end.
-[[nodiscard]] QStringList CommandLine(const QString &exec, const QString &file);
-
-// Hands a "mailto:" address to the mail program exactly as it is.
-bool OpenMailAddress(const QString &address);
-// A new message with the file attached.
-bool SendDocument(const QString &file);
-
-}  // namespace DesktopServices

@@ -4,11 +4,11 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingReply>
-#include <QFileInfo>
 #include <QMap>
 #include <QStandardPaths>
 #include <QVariantMap>
 
+#include "platform/session_bus.h"
 #include "store/ini_file.h"
 
 namespace {
@@ -25,12 +25,6 @@ QDBusPendingCall AskService(const QDBusConnection &bus, QDBusMessage call, const
   call.setAutoStartService(false);
   call << argument;
   return bus.asyncCall(call, patience);
-}
-
-// Looking for a bus where there is none would start one.
-bool HasSessionBus() {
-  return !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") ||
-         QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));
 }
 
 // Where desktops leave the same choice for programs that ask no portal.

@@ -204,7 +204,14 @@ class TestCommands final : public QObject, private TCommandsFixture {
     const TStep list =
         Then(three,
              Asks<TfrmCloseAll>([](TfrmCloseAll &dialog) { dialog.findChild<QPushButton *>(u"cmdClose"_s)->click(); }));
+    const TStep program = [this] {
+      const QString folder = qEnvironmentVariable("XDG_DATA_HOME") + u"/applications"_s;
+      WriteFile(folder + u"/mail.desktop"_s,
+                "[Desktop Entry]\nType=Application\nName=Mail\nExec=xdg-email --read %u\n"
+                "MimeType=x-scheme-handler/mailto;x-scheme-handler/news;\n");
+    };
     const TStep mailed = [this] { QTRY_VERIFY_WITH_TIMEOUT(!Mailed().isEmpty(), m_f.LoadTime); };
+    const TStep started = Then(mailed, [this] { QCOMPARE(Mailed(), QStringList(u"--read"_s)); });
     return {
         {TCommand::NewBlank, none, Then(Shows(u"2:1 /b"_s), [this] { QVERIFY(AddressEdit()->hasFocus()); })},
         {TCommand::NewHome, none, Shows(u"2:1 /b"_s)},
@@ -238,6 +245,8 @@ class TestCommands final : public QObject, private TCommandsFixture {
                 QVERIFY(page.contains("<BASE HREF=\"" + Url(u"/a"_s).toUtf8()));
                 QFile::remove(Mailed().last());
               })},
+        {TCommand::ReadMail, program, started},
+        {TCommand::ReadNews, program, started},
         {TCommand::Properties, none, Opens("TPropertiesDialog")},
         // The tab that is left has its own past again, the one beside it had none.
         {TCommand::CloseTab,

@@ -111,7 +111,8 @@ class TestMnemonics final : public QObject {
     QCOMPARE(languages->actions().size(), m_languages.size());
 
     for (const TMenuRow &row : MenuRows()) {
-      if (row.menu == TMenu::Languages || row.menu == TMenu::EditWith) continue;  // names of languages and programs
+      // Names of languages and programs.
+      if (row.menu == TMenu::Languages || row.menu == TMenu::EditWith || row.menu == TMenu::OpenWith) continue;
       const QMenu *menu = m_f.window->Actions().Menu(row.menu);
       if (row.menu != TMenu::Tab) Q_EMIT m_f.window->Actions().Menu(row.menu)->aboutToShow();
       CheckMenu(*menu, QString::fromLatin1(row.name));

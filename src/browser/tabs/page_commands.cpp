@@ -2,10 +2,8 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QFileInfo>
 #include <QLineEdit>
 #include <QMenu>
-#include <QUrl>
 
 #include "actions/actions.h"
 #include "browser/tabs/browser_tab.h"
@@ -54,14 +52,11 @@ const TPageCommands::TFont TPageCommands::Fonts[] = {
     {TCommand::FontSmaller, 1}, {TCommand::FontSmallest, 0},
 };
 
-TPageCommands::TPageCommands(QWidget *window, TActions &actions, TTabStrip &tabs)
-    : m_window(window), m_actions(actions), m_tabs(tabs) {
+TPageCommands::TPageCommands(TActions &actions, TTabStrip &tabs) : m_actions(actions), m_tabs(tabs) {
   ConnectSimple();
   ConnectNavigation();
   ConnectClipboard();
   ConnectFonts();
-  ConnectMail();
-  ConnectEditing();
 }
 
 THalvexBrowser *TPageCommands::Browser() const {
@@ -149,78 +144,6 @@ void TPageCommands::ConnectFonts() {
     const THalvexBrowser *browser = Browser();
     if (browser == nullptr) return;
     for (const TFont &font : Fonts) m_actions[font.command]->setChecked(font.zoom == browser->Zoom());
-  });
-}
-
-void TPageCommands::ConnectMail() {
-  connect(m_actions[TCommand::MailNewMessage], &QAction::triggered, this, [this] {
-    if (!DesktopServices::OpenMailAddress(QStringLiteral("mailto:"))) {
-      Q_EMIT Note(m_tabs.Environment().language.Text("MAIN", "MailFailed"));
-    }
-  });
-  connect(m_actions[TCommand::MailLink], &QAction::triggered, this, &TPageCommands::MailLink);
-  connect(m_actions[TCommand::MailPage], &QAction::triggered, this, &TPageCommands::MailPage);
-}
-
-QString TPageCommands::MailLinkAddress(const QString &title, const QString &address) {
-  return QStringLiteral("mailto:?subject=") + title + QStringLiteral(" (") + address + QStringLiteral(")&body=") +
-         address;
-}
-
-void TPageCommands::MailLink() {
-  const THalvexBrowser *browser = Browser();
-  if (browser == nullptr) return;
-  if (!DesktopServices::OpenMailAddress(MailLinkAddress(browser->LocationName(), browser->LocationUrl()))) {
-    Q_EMIT Note(m_tabs.Environment().language.Text("MAIN", "MailFailed"));
-  }
-}
-
-void TPageCommands::MailPage() {
-  THalvexBrowser *browser = Browser();
-  if (browser == nullptr) return;
-  const QPointer<TPageCommands> self(this);
-  browser->SaveToTemporaryFile(true, [self](const QString &file) {
-    if (self && (file.isEmpty() || !DesktopServices::SendDocument(file))) {
-      Q_EMIT self->Note(self->m_tabs.Environment().language.Text("MAIN", "MailFailed"));
-    }
-  });
-}
-
-void TPageCommands::ConnectEditing() {
-  QMenu *menu = m_actions.Menu(TMenu::EditWith);
-  connect(m_actions.Menu(TMenu::File), &QMenu::aboutToShow, this, &TPageCommands::FillEditMenu);
-  // The button that shows a page's source drops it by itself.
-  connect(menu, &QMenu::aboutToShow, this, &TPageCommands::FillEditMenu);
-  menu->menuAction()->setVisible(false);
-}
-
-void TPageCommands::FillEditMenu() {
-  QMenu *menu = m_actions.Menu(TMenu::EditWith);
-  menu->clear();
-  const QList<DesktopServices::TEditor> editors = DesktopServices::Editors();
-  for (const DesktopServices::TEditor &editor : editors) {
-    QString name = editor.name;
-    QAction *item = menu->addAction(QIcon::fromTheme(editor.icon), name.replace(QLatin1Char('&'), QLatin1String("&&")));
-    connect(item, &QAction::triggered, this, [this, editor] { EditPage(editor); });
-  }
-  // Nobody sees that an empty menu has opened.
-  if (editors.isEmpty()) menu->addAction(m_tabs.Environment().language.Global("NoItems"))->setEnabled(false);
-  menu->menuAction()->setVisible(!editors.isEmpty());
-}
-
-void TPageCommands::EditPage(const DesktopServices::TEditor &editor) {
-  THalvexBrowser *browser = Browser();
-  if (browser == nullptr) return;
-  const QUrl address(browser->LocationUrl());
-  if (address.isLocalFile() && QFileInfo(address.toLocalFile()).isFile()) {
-    DesktopServices::EditWith(editor, address.toLocalFile());
-    return;
-  }
-  const QPointer<TPageCommands> self(this);
-  browser->SaveToTemporaryFile(false, [self, editor](const QString &file) {
-    if (self && (file.isEmpty() || !DesktopServices::EditWith(editor, file))) {
-      Q_EMIT self->Note(self->m_tabs.Environment().language.Text("MAIN", "EditFailed"));
-    }
   });
 }
 

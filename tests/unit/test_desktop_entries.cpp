@@ -1,0 +1,242 @@
+#include <QLocale>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include "platform/desktop_entries.h"
+#include "platform/desktop_services.h"
+#include "support/data_row.h"
+#include "support/desktop_files.h"
+#include "support/fake_programs.h"
+
+using namespace Qt::StringLiterals;
+
+// What the desktop says of its programs, and what happens when they are started.
+class TestDesktopEntries final : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void initTestCase() {
+    // Nothing but what the tests write.
+    QVERIFY(m_system.isValid());
+    qputenv("XDG_DATA_DIRS", m_system.path().toLocal8Bit());
+    qputenv("XDG_CONFIG_DIRS", m_system.path().toLocal8Bit());
+    QLocale::setDefault(QLocale(u"de_AT"_s));
+  }
+  void cleanup() {
+    DesktopFiles::Clear();
+    qputenv("XDG_CURRENT_DESKTOP", "");
+  }
+
+  void CommandLine_data() {
+    Columns<QString, QStringList, QStringList>("exec", "targets", "command");
+    const QString file = u"/tmp/a b.htm"_s;
+    const QString url = u"file:///tmp/a%20b.htm"_s;
+    const QString page = u"http://a.test/?q=$(x)"_s;
+    Row("file", u"edit %f"_s, QStringList{file}, QStringList{u"edit"_s, file});
+    Row("address of a file", u"edit %u"_s, QStringList{file}, QStringList{u"edit"_s, url});
+    Row("file of an address", u"edit %f"_s, QStringList{url}, QStringList{u"edit"_s, file});
+    Row("address", u"browse %u"_s, QStringList{page}, QStringList{u"browse"_s, page});
+    Row("one of several", u"edit %f end"_s, QStringList{file, page}, QStringList{u"edit"_s, file, u"end"_s});
+    Row("all of several", u"edit %F -- %U"_s, QStringList{file, page},
+        QStringList{u"edit"_s, file, page, u"--"_s, url, page});
+    Row("nothing to open", u"mail %U -x %u --y=%f"_s, QStringList{}, QStringList{u"mail"_s, u"-x"_s, u"--y="_s});
+    Row("no code", u"edit --new"_s, QStringList{file}, QStringList{u"edit"_s, u"--new"_s, file});
+    Row("icon, name and place", u"edit %i %c %k %F"_s, QStringList{file},
+        QStringList{u"edit"_s, u"--icon"_s, u"pen"_s, u"The Editor"_s, u"/e/e.desktop"_s, file});
+    Row("retired codes", u"edit %d %n %v %m -- %F"_s, QStringList{file}, QStringList{u"edit"_s, u"--"_s, file});
+    Row("within an argument", u"\"my editor\" --file=%f"_s, QStringList{file},
+        QStringList{u"my editor"_s, u"--file="_s + file});
+    Row("escapes in quotes", u"e \"a \\\"b\\\" \\$c \\\\d\" '%f'"_s, QStringList{file},
+        QStringList{u"e"_s, u"a \"b\" $c \\d"_s, u"'"_s + file + u"'"_s});
+    Row("empty argument", u"e \"\" %f"_s, QStringList{file}, QStringList{u"e"_s, QString(), file});
+    Row("percent", u"edit 100%% %f"_s, QStringList{file}, QStringList{u"edit"_s, u"100%"_s, file});
+    Row("lone percent at the end", u"edit %"_s, QStringList{file}, QStringList{u"edit"_s, u"%"_s, file});
+    Row("open quotes", u"edit \"%f"_s, QStringList{file}, QStringList{});
+    Row("empty", QString(), QStringList{file}, QStringList{});
+  }
+  void CommandLine() {
+    QFETCH(QString, exec);
+    QFETCH(QStringList, targets);
+    const TDesktopEntry entry{.path = u"/e/e.desktop"_s, .name = u"The Editor"_s, .icon = u"pen"_s, .exec = exec};
+    QTEST(entry.CommandLine(targets), "command");
+  }
+
+  // A program at any path comes back from its Exec line as it is.
+  void QuotedProgramsAreRead() {
+    const QString program = u"/opt/a \"b\" $c `d` \\e 100% x\\n"_s;
+    DesktopFiles::WriteEntry(u"odd"_s, "Exec=" + TDesktopEntries::Quoted(program).toUtf8() + " %u\n");
+    QCOMPARE(Find(u"odd"_s).CommandLine({u"x"_s}), (QStringList{program, u"x"_s}));
+  }
+
+  void ReadsEntries() {
+    DesktopFiles::WriteEntry(u"named"_s, "Name[de]=Benannt\nIcon=pen\nExec=a\\sb\nMimeType=text/html;image/png;\n");
+    DesktopFiles::WriteEntry(u"fr"_s, "Name[fr]=Fr\nExec=a\n");
+    DesktopFiles::WriteEntry(u"sub/folder"_s, "Exec=a\n");
+    DesktopFiles::WriteEntry(u"hidden"_s, "Exec=a\nHidden=true\n");
+    DesktopFiles::WriteEntry(u"without"_s, "TryExec=no-such-program\nExec=a\n");
+    DesktopFiles::WriteEntry(u"with"_s, "TryExec=sh\nExec=a\n");
+    DesktopFiles::WriteEntry(u"idle"_s, "Comment=starts nothing\n");
+    DesktopFiles::Write(DesktopFiles::Applications() + u"link.desktop"_s, "[Desktop Entry]\nType=Link\nExec=a\n");
+    DesktopFiles::Write(DesktopFiles::Applications() + u"broken.desktop"_s, QByteArray("\0\xff[[==\nExec", 12));
+    // The user's own entries hide those of the system, even where they only take them away.
+    DesktopFiles::Write(m_system.filePath(u"applications/hidden.desktop"_s),
+                        "[Desktop Entry]\nType=Application\nName=hidden\nExec=system\n");
+    DesktopFiles::Write(m_system.filePath(u"applications/named.desktop"_s),
+                        "[Desktop Entry]\nType=Application\nName=of the system\nExec=system\n");
+    DesktopFiles::Write(m_system.filePath(u"applications/system.desktop"_s),
+                        "[Desktop Entry]\nType=Application\nName=system\nExec=system\n");
+    QCOMPARE(Find(u"named"_s).name, u"Benannt"_s);
+    QCOMPARE(Find(u"named"_s).CommandLine({}), (QStringList{u"a"_s, u"b"_s}));
+    QCOMPARE(Find(u"named"_s).mimeTypes, (QStringList{u"text/html"_s, u"image/png"_s}));
+    QCOMPARE(Find(u"fr"_s).name, u"fr"_s);
+    const TDesktopEntries entries = TDesktopEntries::Installed();
+    for (const char *id : {"sub-folder", "with", "system"}) QVERIFY2(entries.Find(QLatin1String(id) + Ending), id);
+    for (const char *id : {"hidden", "without", "idle", "link", "broken"}) {
+      QVERIFY2(!entries.Find(QLatin1String(id) + Ending), id);
+    }
+    QVERIFY(QDir(m_system.filePath(u"applications"_s)).removeRecursively());
+  }
+
+  void OnlyThisDesktopsShow_data() {
+    Columns<QString, QByteArray, bool>("desktop", "line", "isShown");
+    Row("any", u"GNOME"_s, QByteArray(), true);
+    Row("no menu", u"GNOME"_s, QByteArray("NoDisplay=true\n"), false);
+    Row("this one", u"X:GNOME"_s, QByteArray("OnlyShowIn=KDE;GNOME;\n"), true);
+    Row("another one", u"GNOME"_s, QByteArray("OnlyShowIn=KDE;\n"), false);
+    Row("not this one", u"GNOME"_s, QByteArray("NotShowIn=GNOME;\n"), false);
+  }
+  void OnlyThisDesktopsShow() {
+    QFETCH(QString, desktop);
+    QFETCH(QByteArray, line);
+    qputenv("XDG_CURRENT_DESKTOP", desktop.toLocal8Bit());
+    DesktopFiles::WriteEntry(u"some"_s, "Exec=a\nMimeType=text/html;\n" + line);
+    QTEST(!TDesktopEntries::Installed().HandlersOf(u"text/html"_s).isEmpty(), "isShown");
+    // Whatever shows, it is what opens the type.
+    QVERIFY(TDesktopEntries::Installed().DefaultOf(u"text/html"_s));
+  }
+
+  void ChoosesByTheUsersLists() {
+    for (const char *name : {"a", "b", "c"}) {
+      DesktopFiles::WriteEntry(QLatin1String(name), "Exec=x %u\nMimeType=text/html;\n");
+    }
+    DesktopFiles::WriteEntry(u"other"_s, "Exec=x %u\n");
+    const auto handlers = [] {
+      QString names;
+      for (const TDesktopEntry &entry : TDesktopEntries::Installed().HandlersOf(u"text/html"_s)) {
+        names += entry.name + u' ';
+      }
+      return names.trimmed();
+    };
+    QCOMPARE(handlers(), u"a b c"_s);
+    QCOMPARE(TDesktopEntries::Installed().ChosenFor(u"text/html"_s), QString());
+    // One that is gone does not count.
+    DesktopFiles::Write(
+        DesktopFiles::Choices(),
+        "[Default Applications]\ntext/html=gone.desktop;c.desktop;\n"
+        "[Added Associations]\ntext/html=other.desktop;\n[Removed Associations]\ntext/html=a.desktop\n");
+    QCOMPARE(handlers(), u"c b other"_s);
+    QCOMPARE(TDesktopEntries::Installed().ChosenFor(u"text/html"_s), u"c.desktop"_s);
+    // The desktop's own list comes first.
+    qputenv("XDG_CURRENT_DESKTOP", "Some");
+    const QString own = QFileInfo(DesktopFiles::Choices()).path() + u"/some-mimeapps.list"_s;
+    DesktopFiles::Write(own, "[Default Applications]\ntext/html=b.desktop\n");
+    QCOMPARE(handlers(), u"b c other"_s);
+    QVERIFY(QFile::remove(own));
+  }
+
+  void OffersPrograms() {
+    DesktopFiles::WriteEntry(u"editor"_s, "Exec=x %F\nCategories=Utility;TextEditor;\n");
+    DesktopFiles::WriteEntry(u"writer"_s, "Exec=x %F\nCategories=Office;\nMimeType=text/html;\n");
+    DesktopFiles::WriteEntry(u"browser"_s,
+                             "Exec=x %u\nMimeType=text/html;x-scheme-handler/mailto;\n"
+                             "Categories=Network;WebBrowser;TextEditor;\n");
+    DesktopFiles::WriteEntry(u"terminal"_s, "Exec=x\nTerminal=true\nCategories=TextEditor;WebBrowser;\n");
+    DesktopFiles::WriteEntry(u"mail"_s, "Exec=x %u\nMimeType=x-scheme-handler/mailto;\n");
+    DesktopFiles::WriteEntry(u"zarvela"_s, "Exec=x %u\nMimeType=text/html;\nCategories=WebBrowser;\n");
+    const TDesktopEntries entries = TDesktopEntries::Installed();
+    QCOMPARE(Names(entries.Editors()), u"editor writer"_s);
+    QCOMPARE(Names(entries.MailClients()), u"mail"_s);
+    QCOMPARE(Names(entries.Browsers()), u"browser"_s);
+  }
+
+  // Whatever stands in an address, it is one argument, and nothing of it is run.
+  void StartsWithoutAShell() {
+    TFakePrograms programs;
+    programs.Add(u"xdg-email"_s);
+    programs.Add(u"xdg-open"_s);
+    TDesktopServices desktop;
+    const QString address = u"mailto:?subject=a b; $(touch x) `y` \"z' & 100%"_s;
+    QVERIFY(desktop.OpenMailAddress(address));
+    QTRY_COMPARE(programs.Calls(), QStringList(u"xdg-email|"_s + address));
+    programs.Forget();
+    QVERIFY(desktop.SendDocuments({u"/tmp/a b"_s, u"/tmp/c"_s}));
+    QTRY_COMPARE(programs.Calls(), QStringList(u"xdg-email|--attach|/tmp/a b|--attach|/tmp/c"_s));
+    programs.Forget();
+    QVERIFY(desktop.OpenFolder(m_system.path()));
+    QTRY_COMPARE(programs.Calls(), QStringList(u"xdg-open|"_s + m_system.path()));
+    QVERIFY(!desktop.OpenFolder(m_system.filePath(u"gone"_s)));
+  }
+
+  void TellsOfALateFailure_data() {
+    Columns<QByteArray, bool>("then", "isTold");
+    Row("error", QByteArray("sleep 0.3; exit 3"), true);
+    Row("killed", QByteArray("kill -9 $$"), true);
+    Row("done", QByteArray("exit 0"), false);
+  }
+  void TellsOfALateFailure() {
+    QFETCH(QByteArray, then);
+    QFETCH(bool, isTold);
+    TFakePrograms programs;
+    programs.Add(u"late"_s, then);
+    programs.Add(u"last"_s, "sleep 0.6; exit 1");
+    TDesktopServices desktop;
+    const QSignalSpy failed(&desktop, &TDesktopServices::Failed);
+    QVERIFY(desktop.StartCommand({u"late"_s}));
+    // Ends after the other one, so that what is not told by then will never be.
+    QVERIFY(desktop.StartCommand({u"last"_s}));
+    QTRY_VERIFY(!failed.isEmpty() && failed.last().first() == u"last"_s);
+    QCOMPARE(failed.first().first() == u"late"_s, isTold);
+  }
+
+  void KnowsAtOnceWhatCannotStart() {
+    TFakePrograms programs;
+    DesktopFiles::Write(programs.Path(u"broken"_s), "#!/no/such/interpreter\n");
+    QFile::setPermissions(programs.Path(u"broken"_s), QFile::ReadOwner | QFile::ExeOwner);
+    TDesktopServices desktop;
+    for (const QStringList &command : {QStringList(), QStringList(u"no-such-program"_s), QStringList(u"broken"_s)}) {
+      QVERIFY(!desktop.StartCommand(command));
+    }
+  }
+
+  // What the user has started stays when this program ends.
+  void ProgramsOutliveTheProgram() {
+    TFakePrograms programs;
+    const QString go = m_system.filePath(u"go"_s);
+    const QString done = m_system.filePath(u"done"_s);
+    programs.Add(u"editor"_s, "until [ -e '" + go.toUtf8() + "' ]; do sleep 0.05; done; : > '" + done.toUtf8() + "'");
+    {
+      TDesktopServices desktop;
+      QVERIFY(desktop.StartCommand({u"editor"_s}));
+      QTRY_COMPARE(programs.Calls().size(), 1);
+    }
+    DesktopFiles::Write(go, {});
+    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(done), 10000);
+  }
+
+ private:
+  static constexpr QLatin1String Ending{".desktop"};
+
+  [[nodiscard]] static TDesktopEntry Find(const QString &name) {
+    return TDesktopEntries::Installed().Find(name + Ending).value_or(TDesktopEntry());
+  }
+  [[nodiscard]] static QString Names(const QList<TDesktopEntry> &entries) {
+    QStringList names;
+    for (const TDesktopEntry &entry : entries) names.append(entry.name);
+    return names.join(u' ');
+  }
+
+  QTemporaryDir m_system;
+};
+
+QTEST_GUILESS_MAIN(TestDesktopEntries)
+#include "test_desktop_entries.moc"
