@@ -71,7 +71,8 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       languageMenu(*actions.Menu(TMenu::Languages), language, settings),
       lastSites(tabs, settings.Store(), engine.ProcessNumber(), nullptr),
       startupModes(actions, groups, lastSites, settings),
-      handedOver(window, tabs, groups) {
+      handedOver(window, tabs, groups),
+      defaultBrowser(window, tabs, language, settings, desktopDefaults) {
   new TStripCorner(actions, *pages);
   engine.Views().KeepReady(window);
   Join();
@@ -107,6 +108,7 @@ void TModules::OpenFirstPages(const QString &argument) {
   startupModes.FollowPages();
   activeTab.Show();
   handedOver.Begin();
+  defaultBrowser.Begin();
   if (engine.KeepsData()) downloads.Keep(engine.ProcessNumber(), &TProfileFolder::IsInUse);
 }
 

@@ -4,6 +4,7 @@
 
 #include "actions/actions.h"
 #include "app/browsing_policy.h"
+#include "app/default_browser_question.h"
 #include "app/handed_over_text.h"
 #include "app/last_open_sites.h"
 #include "app/startup_modes.h"
@@ -41,6 +42,7 @@
 #include "config/settings.h"
 #include "groups/page_groups.h"
 #include "history/history_store.h"
+#include "platform/desktop_defaults.h"
 #include "platform/desktop_services.h"
 #include "platform/product_info.h"
 #include "popups/popup_blocker.h"
@@ -101,6 +103,7 @@ class TModules final {
   TTabCommands tabCommands;
   TPageCommands pageCommands;
   TDesktopServices desktop;
+  TDesktopDefaults desktopDefaults;
   TDesktopCommands desktopCommands;
   TDownloadList downloads;
   TSearchLists searchLists;
@@ -120,4 +123,5 @@ class TModules final {
   TLastOpenSites lastSites;
   TStartupModes startupModes;
   THandedOverText handedOver;
+  TDefaultBrowserQuestion defaultBrowser;
 };

@@ -9,6 +9,7 @@
 #include "browser/engine/engine_flags.h"
 #include "config/language.h"
 #include "config/shell_association.h"
+#include "platform/desktop_defaults.h"
 #include "platform/desktop_wishes.h"
 #include "platform/instance_channel.h"
 #include "platform/program_folders.h"
@@ -16,6 +17,9 @@
 #include "ui/motion.h"
 
 namespace {
+
+// Milliseconds for the desktop's tools to take the registration back.
+constexpr int UnregisterPatience = 20000;
 
 void SetNames() {
   QApplication::setApplicationName(QStringLiteral("zarvela"));
@@ -44,7 +48,10 @@ int RunProgram(int argc, char **argv, TInstanceLock &lock, bool ask) {
   TRegistryStore store(ProgramFolders::RegistryFile());
   const TCommandLine entry = ReadArguments(Arguments(argc, argv));
   if (entry.action == TCommandLine::TAction::Unregister) {
-    TShellAssociation(store).SetAll(false);
+    const QCoreApplication application(argc, argv);
+    TDesktopDefaults desktop;
+    TShellAssociation(store, &desktop).Unregister();
+    (void)desktop.WaitForDone(UnregisterPatience);
     return 0;
   }
   SetNames();

@@ -4,15 +4,46 @@
 #include <QCoreApplication>
 
 #include "config/registry_paths.h"
+#include "platform/desktop_defaults.h"
 #include "store/registry_store.h"
 
 namespace {
 
 const QString Verb = QStringLiteral("Zarvela");
 const QString Unnamed;
+// In the program's verb: the entry that the desktop opened the class with before.
+const QString Before = QStringLiteral("Before");
+
+// What the desktop calls the things of a class; the others are none of its affairs.
+struct TClassType {
+  const char *className;
+  const char *type;
+};
+constexpr TClassType ClassTypes[] = {
+    {"htmlfile", "text/html"},
+    {"http", "x-scheme-handler/http"},
+    {"https", "x-scheme-handler/https"},
+};
 
 QString ShellKey(const QString &className) {
   return className + QLatin1Char('\\') + QLatin1String(RegistryKey::Shell);
+}
+QString VerbKey(const QString &className) {
+  return ShellKey(className) + QLatin1Char('\\') + Verb;
+}
+
+QStringList AllClasses() {
+  return {std::begin(TShellAssociation::Classes), std::end(TShellAssociation::Classes)};
+}
+
+// The classes that the desktop knows, as class and type.
+QList<std::pair<QString, QString>> DesktopTypes(const QStringList &classes) {
+  QList<std::pair<QString, QString>> types;
+  for (const TClassType &row : ClassTypes) {
+    const QString className = QString::fromLatin1(row.className);
+    if (classes.contains(className)) types.append({className, QString::fromLatin1(row.type)});
+  }
+  return types;
 }
 
 }  // namespace
@@ -30,15 +61,15 @@ bool TShellAssociation::IsDefaultBrowser() const {
   });
 }
 
-void TShellAssociation::Set(const QString &className, bool on) {
+bool TShellAssociation::SetKeys(const QString &className, bool on) {
   const bool isOurs = Read(className).defaultVerb == Verb;
-  if (on == isOurs) return;
+  if (on == isOurs) return false;
   const QString shell = ShellKey(className);
   if (!on) {
     m_store.Write(TRegistryHive::ClassesRoot, shell, Unnamed, QStringLiteral("open"));
-    return;
+    return true;
   }
-  const QString verbKey = shell + QLatin1Char('\\') + Verb;
+  const QString verbKey = VerbKey(className);
   m_store.InTransaction([&] {
     // The program's path stands without quotes of its own while the argument is quoted; the form is meant.
     return m_store.Write(TRegistryHive::ClassesRoot, shell, Unnamed, Verb) &&
@@ -46,8 +77,53 @@ void TShellAssociation::Set(const QString &className, bool on) {
            m_store.Write(TRegistryHive::ClassesRoot, verbKey + QLatin1Char('\\') + QLatin1String(RegistryKey::Command),
                          Unnamed, QCoreApplication::applicationFilePath() + QStringLiteral(" \"%1\""));
   });
+  return true;
+}
+
+void TShellAssociation::Set(const QString &className, bool on) {
+  if (!SetKeys(className, on)) return;
+  if (on) {
+    MakeDesktopDefault({className});
+  } else {
+    TakeBackDesktopDefault({className}, false);
+  }
 }
 
 void TShellAssociation::SetAll(bool on) {
-  for (const char *className : Classes) Set(QString::fromLatin1(className), on);
+  const QStringList classes = AllClasses();
+  for (const QString &className : classes) SetKeys(className, on);
+  if (on) {
+    MakeDesktopDefault(classes);
+  } else {
+    TakeBackDesktopDefault(classes, false);
+  }
+}
+
+void TShellAssociation::Unregister() {
+  const QStringList classes = AllClasses();
+  for (const QString &className : classes) SetKeys(className, false);
+  TakeBackDesktopDefault(classes, true);
+}
+
+void TShellAssociation::MakeDesktopDefault(const QStringList &classes) {
+  if (m_desktop == nullptr) return;
+  const auto rows = DesktopTypes(classes);
+  QStringList types;
+  for (const auto &[className, type] : rows) types.append(type);
+  const TDesktopDefaults::TBefore before = m_desktop->Make(types);
+  for (const auto &[className, type] : rows) {
+    const QString entry = before.value(type);
+    if (!entry.isEmpty()) m_store.Write(TRegistryHive::ClassesRoot, VerbKey(className), Before, entry);
+  }
+}
+
+void TShellAssociation::TakeBackDesktopDefault(const QStringList &classes, bool forget) {
+  if (m_desktop == nullptr) return;
+  QStringList types;
+  TDesktopDefaults::TBefore before;
+  for (const auto &[className, type] : DesktopTypes(classes)) {
+    types.append(type);
+    before.insert(type, m_store.Read(TRegistryHive::ClassesRoot, VerbKey(className), Before).value_or(QString()));
+  }
+  m_desktop->TakeBack(types, before, forget);
 }

@@ -1,11 +1,14 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
+class TDesktopDefaults;
 class TRegistryStore;
 
 // The default-browser association: five shell classes whose default verb is the program's own ("Zarvela") when it is
-// the default browser. A missing key reads as empty; a refused write is not reported.
+// the default browser. A missing key reads as empty; a refused write is not reported. What the desktop itself opens web
+// pages and addresses with follows the keys, where it can be told; the keys alone decide what the program is.
 class TShellAssociation final {
  public:
   static constexpr const char *Classes[] = {"htmlfile", "http", "https", "file", "InternetShortcut"};
@@ -16,7 +19,9 @@ class TShellAssociation final {
     QString description;
   };
 
-  explicit TShellAssociation(TRegistryStore &store) : m_store(store) {}
+  // Both must live longer; without `desktop` only the keys are written.
+  explicit TShellAssociation(TRegistryStore &store, TDesktopDefaults *desktop = nullptr)
+      : m_store(store), m_desktop(desktop) {}
 
   [[nodiscard]] TRecord Read(const QString &className) const;
   [[nodiscard]] bool IsDefaultBrowser() const;
@@ -24,7 +29,15 @@ class TShellAssociation final {
   // verb key is left in place.
   void Set(const QString &className, bool on);
   void SetAll(bool on);
+  // Takes everything back that the program has registered itself with.
+  void Unregister();
 
  private:
+  // False when nothing was to be done.
+  bool SetKeys(const QString &className, bool on);
+  void MakeDesktopDefault(const QStringList &classes);
+  void TakeBackDesktopDefault(const QStringList &classes, bool forget);
+
   TRegistryStore &m_store;
+  TDesktopDefaults *m_desktop;
 };

@@ -5,6 +5,8 @@
 #include "platform/instance_lock.h"
 #include "process/program_fixture.h"
 #include "support/data_row.h"
+#include "support/desktop_files.h"
+#include "support/fake_programs.h"
 #include "support/named_lines.h"
 #include "support/store_trouble.h"
 
@@ -21,13 +23,37 @@ class TestStart final : public QObject, private TProgramFixture {
     server.ForgetRequests();
   }
 
+  // Both switches take back the keys and what the desktop was told, and end before a screen is needed.
+  void Unregisters_data() {
+    Columns<QString>("argument");
+    for (const char *argument : {"--undef", "--uninstall"}) Row(argument, QString::fromLatin1(argument));
+  }
   void Unregisters() {
+    QFETCH(QString, argument);
     const QString shell = u"http\\shell"_s;
-    Store()->Write(TRegistryHive::ClassesRoot, shell, {}, u"Zarvela"_s);
-    // The switch must end the program before it needs one.
-    const auto program = StartWithoutScreen({u"--undef"_s});
+    const auto write = [](const QString &key, const QString &name, const QString &data) {
+      Store()->Write(TRegistryHive::ClassesRoot, key, name, data);
+    };
+    write(shell, {}, u"Zarvela"_s);
+    for (const char *type : {"http", "https", "htmlfile"}) {
+      write(QLatin1String(type) + u"\\shell\\Zarvela"_s, u"Before"_s, u"other.desktop"_s);
+    }
+    DesktopFiles::WriteEntry(u"other"_s, "Exec=other %u\n");
+    DesktopFiles::WriteEntry(u"zarvela"_s, "Exec=zarvela %u\nX-Zarvela-Written=true\n");
+    DesktopFiles::Write(DesktopFiles::Choices(),
+                        "[Default Applications]\nx-scheme-handler/http=zarvela.desktop\n"
+                        "x-scheme-handler/https=zarvela.desktop\n");
+    TFakePrograms programs;
+    programs.Add(u"xdg-settings"_s);
+    programs.Add(u"xdg-mime"_s, "exit 1");
+    const auto program = StartWithoutScreen({argument});
     WaitForEnd(*program);
     QCOMPARE(Store()->Read(TRegistryHive::ClassesRoot, shell, {}), u"open"_s);
+    // What opened the addresses before, and what was changed since is left alone.
+    QCOMPARE(programs.Calls(),
+             (QStringList{u"xdg-settings|set|default-web-browser|other.desktop"_s,
+                          u"xdg-mime|default|other.desktop|x-scheme-handler/http|x-scheme-handler/https"_s}));
+    QVERIFY(!QFileInfo::exists(DesktopFiles::Applications() + u"zarvela.desktop"_s));
   }
 
   // Without a screen, and without a window to be found by a later start.

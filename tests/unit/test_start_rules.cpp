@@ -9,7 +9,6 @@
 #include "config/language.h"
 #include "config/registry_paths.h"
 #include "config/settings.h"
-#include "config/shell_association.h"
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"
 #include "support/named_lines.h"
@@ -153,23 +152,6 @@ class TestStartRules final : public QObject {
     QVERIFY(second.Write({tab("http://late/")}, 1));
     QVERIFY(next.Clear());
     QCOMPARE(AddressesOf(TKeptTabs(*m_store, 3, NoneRuns).Take()), QStringList{"http://late/"});
-  }
-
-  void Association() {
-    TShellAssociation association(*m_store);
-    QVERIFY(!association.IsDefaultBrowser());
-    association.SetAll(true);
-    QVERIFY(association.IsDefaultBrowser());
-    const auto command = m_store->Read(TRegistryHive::ClassesRoot, "http\\shell\\Zarvela\\command", {});
-    QVERIFY(command && command->endsWith(QStringLiteral(" \"%1\"")) && !command->startsWith(QLatin1Char('"')));
-
-    // A class that another program has taken over is left to it.
-    m_store->Write(TRegistryHive::ClassesRoot, "https\\shell", {}, "Other");
-    QVERIFY(!association.IsDefaultBrowser());
-    association.SetAll(false);
-    QCOMPARE(association.Read("http").defaultVerb, "open");
-    QCOMPARE(association.Read("https").defaultVerb, "Other");
-    QVERIFY(m_store->KeyExists(TRegistryHive::ClassesRoot, "http\\shell\\Zarvela"));
   }
 
   // The other instance does not answer: only its own button opens a window, and nothing is opened by mistake.
