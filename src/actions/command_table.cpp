@@ -248,8 +248,9 @@ constexpr TMenuEntry Entries[] = {
     Put(TMenu::Mail, MailNewMessage), Put(TMenu::Mail, MailLink), Put(TMenu::Mail, MailPage), Line(TMenu::Mail),
     Put(TMenu::Mail, ReadMail), Put(TMenu::Mail, ReadNews), Line(TMenu::Mail),
 
-    Put(TMenu::Tools, Downloads), Put(TMenu::Tools, TMenu::Mail), Line(TMenu::Tools), Put(TMenu::Tools, TMenu::SearchEngines),
-    Put(TMenu::Tools, OrganizeQuickSearch), Put(TMenu::Tools, ClearAddresses), Line(TMenu::Tools),
+    Put(TMenu::Tools, Downloads), Put(TMenu::Tools, TMenu::Mail), Line(TMenu::Tools),
+    Put(TMenu::Tools, TMenu::SearchEngines), Put(TMenu::Tools, OrganizeQuickSearch),
+    Put(TMenu::Tools, ClearAddresses), Line(TMenu::Tools),
     Put(TMenu::Tools, UsePopupBlocker), Line(TMenu::Tools), Put(TMenu::Tools, SetHomePage),
     Put(TMenu::Tools, TMenu::Startup),
     Put(TMenu::Startup, StartHome), Put(TMenu::Startup, StartBlank), Put(TMenu::Startup, StartLast),

@@ -1,6 +1,5 @@
 #include "platform/desktop_services.h"
 
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDesktopServices>
@@ -33,12 +32,17 @@ TDesktopServices::~TDesktopServices() {
 
 bool TDesktopServices::OpenFolder(const QString &folder) {
   if (!QFileInfo(folder).isDir()) return false;
-  if (!HasSessionBus() || !QDBusConnection::sessionBus().isConnected()) return StartCommand({Opener, folder});
-  QDBusMessage call = QDBusMessage::createMethodCall(
-      QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
-      QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowFolders"));
+  if (!HasSessionBus()) return StartCommand({Opener, folder});
+  return OpenFolderOn(QDBusConnection::sessionBus(), folder);
+}
+
+bool TDesktopServices::OpenFolderOn(const QDBusConnection &bus, const QString &folder) {
+  if (!bus.isConnected()) return StartCommand({Opener, folder});
+  const QString manager = QStringLiteral("org.freedesktop.FileManager1");
+  QDBusMessage call = QDBusMessage::createMethodCall(manager, QStringLiteral("/org/freedesktop/FileManager1"), manager,
+                                                     QStringLiteral("ShowFolders"));
   call << QStringList(QUrl::fromLocalFile(folder).toString(QUrl::FullyEncoded)) << QString();
-  auto *answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call, FileManagerPatience), this);
+  auto *answer = new QDBusPendingCallWatcher(bus.asyncCall(call, FileManagerPatience), this);
   connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, folder] {
     if (answer->isError() && !StartCommand({Opener, folder})) Q_EMIT Failed(Opener);
     answer->deleteLater();

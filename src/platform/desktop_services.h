@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDBusConnection>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -23,6 +24,8 @@ class TDesktopServices final : public QObject {
   bool StartCommand(const QStringList &command) { return m_programs.Start(command); }
   // Shows the folder in the desktop's file manager.
   bool OpenFolder(const QString &folder);
+  // The same by the file manager on this bus, with an opener of files in reserve.
+  bool OpenFolderOn(const QDBusConnection &bus, const QString &folder);
   // With whatever the desktop opens it with. A local folder is opened as such.
   bool Open(const QUrl &address);
   // A new message with the files attached.

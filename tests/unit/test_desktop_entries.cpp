@@ -1,3 +1,7 @@
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusServer>
+#include <QDBusVirtualObject>
 #include <QLocale>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -9,6 +13,20 @@
 #include "support/fake_programs.h"
 
 using namespace Qt::StringLiterals;
+
+// A file manager, or something in its place that knows nothing of folders.
+class TFileManager final : public QDBusVirtualObject {
+ public:
+  QString introspect(const QString &) const override { return {}; }
+  bool handleMessage(const QDBusMessage &call, const QDBusConnection &bus) override {
+    if (call.member() == u"ShowFolders"_s) shown = call.arguments().value(0).toStringList();
+    bus.send(isThere ? call.createReply() : call.createErrorReply(QDBusError::UnknownMethod, u"?"_s));
+    return true;
+  }
+
+  QStringList shown;
+  bool isThere = true;
+};
 
 // What the desktop says of its programs, and what happens when they are started.
 class TestDesktopEntries final : public QObject {
@@ -175,6 +193,34 @@ class TestDesktopEntries final : public QObject {
     QVERIFY(desktop.OpenFolder(m_system.path()));
     QTRY_COMPARE(programs.Calls(), QStringList(u"xdg-open|"_s + m_system.path()));
     QVERIFY(!desktop.OpenFolder(m_system.filePath(u"gone"_s)));
+  }
+
+  // By the file manager that the desktop has on its bus, and without it by what opens files.
+  void FolderGoesToTheFileManager_data() {
+    Columns<bool>("isThere");
+    Row("it answers", true);
+    Row("it does not", false);
+  }
+  void FolderGoesToTheFileManager() {
+    QFETCH(bool, isThere);
+    TFakePrograms programs;
+    programs.Add(u"xdg-open"_s);
+    TFileManager manager;
+    manager.isThere = isThere;
+    QDBusServer server(u"unix:tmpdir="_s + QDir::tempPath());
+    server.setAnonymousAuthenticationAllowed(true);
+    bool isJoined = false;
+    connect(&server, &QDBusServer::newConnection, &server, [&](QDBusConnection peer) {
+      isJoined = peer.registerVirtualObject(u"/"_s, &manager, QDBusConnection::SubPath);
+    });
+    const QDBusConnection bus = QDBusConnection::connectToPeer(server.address(), u"folders"_s);
+    QTRY_VERIFY(isJoined);
+    TDesktopServices desktop;
+    QVERIFY(desktop.OpenFolderOn(bus, u"/tmp/a b"_s));
+    QTRY_COMPARE(manager.shown, QStringList(u"file:///tmp/a%20b"_s));
+    if (!isThere) QTRY_COMPARE(programs.Calls(), QStringList(u"xdg-open|/tmp/a b"_s));
+    QDBusConnection::disconnectFromPeer(u"folders"_s);
+    if (isThere) QCOMPARE(programs.Calls(), QStringList());
   }
 
   void TellsOfALateFailure_data() {
