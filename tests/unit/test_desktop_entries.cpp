@@ -154,11 +154,13 @@ class TestDesktopEntries final : public QObject {
         "[Added Associations]\ntext/html=other.desktop;\n[Removed Associations]\ntext/html=a.desktop\n");
     QCOMPARE(handlers(), u"c b other"_s);
     QCOMPARE(TDesktopEntries::Installed().ChosenFor(u"text/html"_s), u"c.desktop"_s);
-    // The desktop's own list comes first.
+    // The desktop's own list comes first, also with what it takes away.
     qputenv("XDG_CURRENT_DESKTOP", "Some");
     const QString own = QFileInfo(DesktopFiles::Choices()).path() + u"/some-mimeapps.list"_s;
-    DesktopFiles::Write(own, "[Default Applications]\ntext/html=b.desktop\n");
-    QCOMPARE(handlers(), u"b c other"_s);
+    DesktopFiles::Write(own,
+                        "[Default Applications]\ntext/html=b.desktop\n"
+                        "[Removed Associations]\ntext/html=other.desktop\n");
+    QCOMPARE(handlers(), u"b c"_s);
     QVERIFY(QFile::remove(own));
   }
 

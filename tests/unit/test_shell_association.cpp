@@ -87,13 +87,16 @@ class TestShellAssociation final : public QObject {
              (QStringList{QCoreApplication::applicationFilePath(), u"http://a.test/"_s}));
     QVERIFY(entry.mimeTypes.contains(u"text/html"_s) && QFileInfo::exists(entry.icon));
 
-    // As the tools would have left it.
-    DesktopFiles::Write(DesktopFiles::Choices(), QByteArray(others).replace("other", "zarvela"));
+    // As the tools would have left it, and the user changed one of it since.
+    DesktopFiles::WriteEntry(u"third"_s, "Exec=third %u\n");
+    DesktopFiles::Write(DesktopFiles::Choices(),
+                        QByteArray(others).replace("other", "zarvela").replace("text/html=zarvela", "text/html=third"));
     programs.Forget();
     association.Unregister();
     QVERIFY(desktop.WaitForDone(Soon));
     QCOMPARE(programs.Calls(),
-             (QStringList{u"xdg-settings|set|default-web-browser|other.desktop"_s, Types(u"other.desktop"_s)}));
+             (QStringList{u"xdg-settings|set|default-web-browser|other.desktop"_s,
+                          u"xdg-mime|default|other.desktop|x-scheme-handler/http|x-scheme-handler/https"_s}));
     QVERIFY(!TDesktopEntries::Installed().Find(OwnId));
     QVERIFY(!QFileInfo::exists(entry.icon));
   }
