@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <QDir>
 #include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
 #include <QLocale>
 #include <QSet>
@@ -13,6 +14,7 @@
 
 namespace {
 
+constexpr qint64 LargestEntry = 1 << 20;  // bytes
 const QString Section = QStringLiteral("Desktop Entry");
 const QString ChoicesSection = QString::fromLatin1(TDesktopEntries::Choices);
 
@@ -85,9 +87,41 @@ bool IsTrue(const TIniFile &file, const char *key) {
   return file.Value(Section, QString::fromLatin1(key)) == QLatin1String("true");
 }
 
+// The lines of an entry that are looked at, in the user's language or in none. Most of a file are other languages, and
+// a menu that opens reads hundreds of files.
+QByteArray WantedLines(const QByteArray &bytes) {
+  static const QSet<QByteArray> keys{"Type",      "Name",     "Icon",       "Exec",      "TryExec",  "Hidden",
+                                     "NoDisplay", "Terminal", "OnlyShowIn", "NotShowIn", "MimeType", "Categories"};
+  const QByteArray language = '[' + QLocale().name().section(u'_', 0, 0).toLatin1();
+  const QByteArray header = '[' + Section.toLatin1() + ']';
+  QByteArray wanted = header + '\n';
+  bool isInside = false;
+  for (qsizetype begin = 0; begin < bytes.size();) {
+    qsizetype end = bytes.indexOf('\n', begin);
+    if (end < 0) end = bytes.size();
+    const QByteArrayView line = QByteArrayView(bytes).sliced(begin, end - begin).trimmed();
+    begin = end + 1;
+    if (line.startsWith('[')) {
+      if (isInside) break;
+      isInside = line == header;
+    }
+    const qsizetype equals = line.indexOf('=');
+    if (!isInside || equals < 0) continue;
+    const QByteArrayView name = line.first(equals).trimmed();
+    const qsizetype bracket = name.indexOf('[');
+    if (bracket >= 0 && !name.sliced(bracket).startsWith(language)) continue;
+    const QByteArrayView key = bracket < 0 ? name : name.first(bracket);
+    if (keys.contains(QByteArray::fromRawData(key.data(), key.size()))) wanted += line.toByteArray() + '\n';
+  }
+  return wanted;
+}
+
 std::optional<TDesktopEntry> ReadEntry(const QString &path, const QString &id) {
-  TIniFile file;
-  if (!file.Load(path)) return {};
+  // What is no regular file could keep the reader waiting for ever.
+  if (const QFileInfo info(path); !info.isFile() || info.size() > LargestEntry) return {};
+  QFile source(path);
+  if (!source.open(QIODevice::ReadOnly)) return {};
+  const TIniFile file = TIniFile::FromBytes(WantedLines(source.readAll()));
   if (file.Value(Section, QStringLiteral("Type")) != QLatin1String("Application") || IsTrue(file, "Hidden")) return {};
   const QString needed = Unescaped(file.Value(Section, QStringLiteral("TryExec")));
   if (!needed.isEmpty() && QStandardPaths::findExecutable(needed).isEmpty()) return {};

@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusServer>
@@ -96,6 +98,8 @@ class TestDesktopEntries final : public QObject {
     DesktopFiles::WriteEntry(u"idle"_s, "Comment=starts nothing\n");
     DesktopFiles::Write(DesktopFiles::Applications() + u"link.desktop"_s, "[Desktop Entry]\nType=Link\nExec=a\n");
     DesktopFiles::Write(DesktopFiles::Applications() + u"broken.desktop"_s, QByteArray("\0\xff[[==\nExec", 12));
+    QCOMPARE(::mkfifo(QFile::encodeName(DesktopFiles::Applications() + u"pipe.desktop"_s).constData(), 0600), 0);
+    DesktopFiles::WriteEntry(u"actions"_s, "Exec=own\n[Desktop Action x]\nName=Action\nExec=action\n");
     // The user's own entries hide those of the system, even where they only take them away.
     DesktopFiles::Write(m_system.filePath(u"applications/hidden.desktop"_s),
                         "[Desktop Entry]\nType=Application\nName=hidden\nExec=system\n");
@@ -107,9 +111,10 @@ class TestDesktopEntries final : public QObject {
     QCOMPARE(Find(u"named"_s).CommandLine({}), (QStringList{u"a"_s, u"b"_s}));
     QCOMPARE(Find(u"named"_s).mimeTypes, (QStringList{u"text/html"_s, u"image/png"_s}));
     QCOMPARE(Find(u"fr"_s).name, u"fr"_s);
+    QCOMPARE(Find(u"actions"_s).exec, u"own"_s);
     const TDesktopEntries entries = TDesktopEntries::Installed();
     for (const char *id : {"sub-folder", "with", "system"}) QVERIFY2(entries.Find(QLatin1String(id) + Ending), id);
-    for (const char *id : {"hidden", "without", "idle", "link", "broken"}) {
+    for (const char *id : {"hidden", "without", "idle", "link", "broken", "pipe"}) {
       QVERIFY2(!entries.Find(QLatin1String(id) + Ending), id);
     }
     QVERIFY(QDir(m_system.filePath(u"applications"_s)).removeRecursively());
