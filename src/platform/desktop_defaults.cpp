@@ -134,11 +134,10 @@ void TDesktopDefaults::TakeBack(const QStringList &types, const TBefore &before,
   if (forget) Forget();
 }
 
-// An entry that the user has made himself is left to him.
+// An entry that the user has made himself is left to him, even one that only hides the program.
 void TDesktopDefaults::MakeKnown() {
-  const std::optional<TDesktopEntry> known = TDesktopEntries::Installed().Find(OwnId);
   const QString path = OwnEntryFile();
-  if (known && !IsWritten(known->path)) return;
+  if (QFileInfo::exists(path) ? !IsWritten(path) : TDesktopEntries::Installed().Find(OwnId).has_value()) return;
   TIniFile file = TIniFile::FromBytes(ReadFile(ShippedEntry));
   if (!file.HasSection(Section)) return;
   const QString program = TDesktopEntries::Quoted(QCoreApplication::applicationFilePath());

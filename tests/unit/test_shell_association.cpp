@@ -123,6 +123,9 @@ class TestShellAssociation final : public QObject {
     TFakePrograms programs;
     programs.Add(u"xdg-settings"_s);
     programs.Add(u"xdg-mime"_s, "exit 4");
+    // An entry of the user's own stays as it is, whatever it says.
+    DesktopFiles::WriteEntry(u"zarvela"_s, "Exec=zarvela %u\nHidden=true\n");
+    const QByteArray entry = DesktopFiles::Read(DesktopFiles::Applications() + OwnId);
     TDesktopDefaults desktop;
     TShellAssociation association(*m_store, &desktop);
     association.Set(u"file"_s, true);
@@ -131,6 +134,7 @@ class TestShellAssociation final : public QObject {
     QVERIFY(desktop.WaitForDone(Soon));
     QCOMPARE(programs.Calls(), QStringList(u"xdg-mime|default|zarvela.desktop|x-scheme-handler/http"_s));
     QCOMPARE(association.Read(u"http"_s).defaultVerb, u"Zarvela"_s);
+    QCOMPARE(DesktopFiles::Read(DesktopFiles::Applications() + OwnId), entry);
   }
 
   // Without the desktop's tools there are the keys alone.

@@ -164,7 +164,10 @@ void TDesktopCommands::EditPage(const TFileCommand &command) {
   if (browser == nullptr) return;
   const QPointer<TDesktopCommands> self(this);
   const auto edit = [self, command](const QString &file) {
-    if (!self || (!file.isEmpty() && self->m_desktop.StartCommand(command(file)))) return;
+    if (!self) return;
+    const QStringList line = file.isEmpty() ? QStringList() : command(file);
+    // A program that does not say how it edits is left alone.
+    if (!file.isEmpty() && (line.isEmpty() || self->m_desktop.StartCommand(line))) return;
     Q_EMIT self->Note(self->m_tabs.Environment().language.Text("MAIN", "EditFailed"));
   };
   const QUrl address(browser->LocationUrl());
