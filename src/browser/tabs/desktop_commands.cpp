@@ -32,6 +32,8 @@ TDesktopCommands::TDesktopCommands(TActions &actions, TTabStrip &tabs, TDesktopS
     : m_actions(actions), m_tabs(tabs), m_desktop(desktop) {
   ConnectMail();
   connect(actions.Menu(TMenu::File), &QMenu::aboutToShow, this, &TDesktopCommands::FillFileMenus);
+  // The button that shows a page's source drops this one by itself.
+  connect(actions.Menu(TMenu::EditWith), &QMenu::aboutToShow, this, &TDesktopCommands::FillFileMenus);
   for (const TMenu menu : {TMenu::EditWith, TMenu::OpenWith}) actions.Menu(menu)->menuAction()->setVisible(false);
   connect(&desktop, &TDesktopServices::Failed, this, [this](const QString &program) {
     Q_EMIT Note(m_tabs.Environment().language.Text("MAIN", "ProgramFailed").arg(program));
@@ -97,6 +99,8 @@ void TDesktopCommands::FillFileMenus() {
                [this, editor] { EditPage([editor](const QString &file) { return editor.CommandLine({file}); }); });
   }
   editors->menuAction()->setVisible(!editors->isEmpty());
+  // Nobody sees that an empty menu has opened.
+  if (editors->isEmpty()) editors->addAction(m_tabs.Environment().language.Global("NoItems"))->setEnabled(false);
 
   QMenu *browsers = m_actions.Menu(TMenu::OpenWith);
   browsers->clear();

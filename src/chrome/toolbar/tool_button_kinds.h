@@ -38,7 +38,7 @@ inline constexpr auto ToolButtonKinds = std::to_array<TToolButtonKind>({
     {"tbAddFavorite", {"MAIN", "MenuFavoritesAddHint"}, TToolButtonStyle::Button, "add_favorite"},
     {"tbFavorites", {"FAVORITES_POPUP", "ShowFavoritesHint"}, TToolButtonStyle::Button, "favorites"},
     {"tbHalvexBar", {"MAIN", "MenuViewHalvexBarHint"}, TToolButtonStyle::Check, "side_bar"},
-    {"tbMail", {"MAIN", "MailReadHint"}, TToolButtonStyle::DropDown, "mail", TCommand::Count, TMenu::Send},
+    {"tbMail", {"MAIN", "MailReadHint"}, TToolButtonStyle::DropDown, "mail", TCommand::ReadMail, TMenu::Mail},
     {"tbFontSize", {"MAIN", "FontSizeHint"}, TToolButtonStyle::DropDown, "text_size", TCommand::FontMedium,
      TMenu::FontSize},
     {"tbPrint", {"MAIN", "MenuFilePrintHint"}, TToolButtonStyle::Button, "print", TCommand::Print},
