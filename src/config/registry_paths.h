@@ -26,6 +26,11 @@ inline constexpr const char *PageSetup = R"(Software\Velmora\Zarvela\CurrentVers
 // Shared with other programs of the desktop: the start page, and the addresses that were typed.
 inline constexpr const char *SystemBrowser = R"(Software\Microsoft\Internet Explorer\Main)";
 inline constexpr const char *TypedUrls = R"(Software\Microsoft\Internet Explorer\TypedUrls)";
+// Where the favorites lie: the shell's folders in both of its ways to write them, and what the links folder is called.
+inline constexpr const char *UserShellFolders =
+    R"(Software\Microsoft\Windows\CurrentVersion\Explorer\User Shell Folders)";
+inline constexpr const char *ShellFolders = R"(Software\Microsoft\Windows\CurrentVersion\Explorer\Shell Folders)";
+inline constexpr const char *SystemToolbar = R"(Software\Microsoft\Internet Explorer\Toolbar)";
 
 // Below TRegistryHive::LocalMachine: the version of the system's browser.
 inline constexpr const char *BrowserVersion = R"(Software\Microsoft\Internet Explorer)";

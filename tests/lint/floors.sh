@@ -7,7 +7,7 @@ cd "${1:-$(dirname "$0")/../../src}" || exit 2
 
 floors='store
 platform
-actions config history ui
+actions config favorites history ui
 browser/strip browser/page browser/downloads
 browser/engine
 browser/tabs
