@@ -1,9 +1,11 @@
 #pragma once
 
+#include <functional>
 #include <optional>
+#include <QByteArray>
+#include <QByteArrayView>
 #include <QList>
 #include <QString>
-#include <QStringList>
 
 // Folders and files with any name that the file system takes, as NativePath writes it. Links are followed where
 // nothing else is said.
@@ -14,9 +16,11 @@ struct TEntry {
   bool isFolder = false;  // or a link to one
 };
 
-// What stands in the folder, without names that begin with ".", in the order of the file system. Asks the disk about
-// links only, not about each file. std::nullopt with the system's reason where it cannot be read.
-[[nodiscard]] std::optional<QList<TEntry>> List(const QString &folder, QString *error = nullptr);
+// What stands in the folder, in the order of the file system; names that begin with "." only on demand. Asks the disk
+// about links only, not about each file. std::nullopt with the system's reason where it cannot be read.
+enum class THidden { LeftOut, Listed };
+[[nodiscard]] std::optional<QList<TEntry>> List(const QString &folder, QString *error = nullptr,
+                                                THidden hidden = THidden::LeftOut);
 
 // The first `most` bytes of a regular file; std::nullopt with the reason for everything else. Waits for no pipe.
 [[nodiscard]] std::optional<QByteArray> Read(const QString &file, qint64 most, QString *error = nullptr);
@@ -33,12 +37,24 @@ struct TEntry {
 [[nodiscard]] bool IsFolder(const QString &path);
 [[nodiscard]] bool IsLink(const QString &path);
 
-// Gives `from` the name `to`, on the same disk, unless something has that name already. 0, or the system's number of
-// the reason: EEXIST, EXDEV, ...
-[[nodiscard]] int MoveToFree(const QString &from, const QString &to);
+// The calls below answer 0, or the system's number of the reason (for qt_error_string).
 
-// Makes the folder; 0, or the reason. Its parent must be there.
+// Gives `from` the name `to`, on the same disk (EXDEV where it is not), unless something has that name: EEXIST.
+[[nodiscard]] int MoveToFree(const QString &from, const QString &to);
+// Its parent must be there.
 [[nodiscard]] int MakeFolder(const QString &path);
+// A new file, whole and on the disk or not there at all; EEXIST where something has that name.
+[[nodiscard]] int Create(const QString &path, QByteArrayView bytes);
+// The same in a folder that nobody knows of yet: the disk gets it when it likes, and a failure may leave a part.
+[[nodiscard]] int CreateUnseen(const QString &path, QByteArrayView bytes);
+// Puts a file in the place of the one that is there, if any, whole and on the disk or not at all. A link stays one, and
+// the file that it leads to is replaced; permissions stay.
+[[nodiscard]] int Replace(const QString &path, QByteArrayView bytes);
+// A copy of a regular file, or of a link, under a new name. `mayGoOn`, when given, is asked after each piece; ECANCELED
+// and no copy when it says no.
+[[nodiscard]] int Copy(const QString &from, const QString &to, const std::function<bool()> &mayGoOn = {});
+// Takes away a file or link; or a folder with all that is in it, following no link.
+[[nodiscard]] int Remove(const QString &path);
 
 // Brings all that was written to the disk of this folder there.
 void SyncDisk(const QString &folder);
