@@ -23,8 +23,8 @@ class TFaviconCache final {
   // False for addresses that have no site: files, scripts, about: and so on.
   [[nodiscard]] static bool HasSite(const QString &address);
 
-  // The icon of that page, and of its site where that has none yet. Larger ones are made smaller. What HasSite refuses
-  // and a null image do nothing. Writes only what has changed.
+  // The icon of that page, and of its site where that has none yet or this is its first page. Larger ones are made
+  // smaller. What HasSite refuses and a null image do nothing. Writes only what has changed.
   void Put(const QString &address, const QImage &icon);
   // That of the page, else that of its site, else null. Looks at the disk once for each address.
   [[nodiscard]] QImage Find(const QString &address) const;
@@ -35,6 +35,7 @@ class TFaviconCache final {
   [[nodiscard]] QImage Load(const QByteArray &key) const;
   void Store(const QByteArray &key, const QImage &icon);
   void DropOldest();
+  [[nodiscard]] QString PathOf(const QByteArray &key) const;
 
   QString m_folder;
   mutable QCache<QByteArray, QImage> m_images{1024};  // also null ones, for what is not on the disk

@@ -33,6 +33,9 @@ inline constexpr qsizetype LongestAddress = 256 * 1024;
 // ends count and become "%0A".
 [[nodiscard]] QString OneLine(const QString &address);
 
+// True for an address in one line that is a script, "javascript:", which runs in a page as soon as it is opened.
+[[nodiscard]] bool IsScript(const QString &address);
+
 // The bytes of an internet shortcut: "[InternetShortcut]\r\nURL=...\r\n" in UTF-8.
 [[nodiscard]] QByteArray Bytes(const QString &address);
 

@@ -1,0 +1,124 @@
+#include "favorites/favicon_cache.h"
+
+#include <QBuffer>
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QImageReader>
+#include <QUrl>
+
+#include "platform/folder_entries.h"
+#include "platform/program_folders.h"
+#include "store/private_folder.h"
+
+namespace {
+
+constexpr qint64 LargestFile = 64 * 1024;
+// So many go at once when there are too many.
+constexpr int DroppedAtOnce = TFaviconCache::MostFiles / 4;
+const QString NamePattern = QStringLiteral("*.png");
+
+QByteArray Hash(const QString &text) {
+  return QCryptographicHash::hash(text.toUtf8(), QCryptographicHash::Sha1).toHex();
+}
+
+// Of scheme, host and port.
+QByteArray SiteKey(const QUrl &url) {
+  const int port = url.port(url.scheme() == QLatin1String("https") ? 443 : 80);
+  return 's' + Hash(url.scheme() + QLatin1String("://") + url.host() + u':' + QString::number(port));
+}
+
+QByteArray PageKey(const QUrl &url) {
+  return 'p' + Hash(url.toString(QUrl::FullyEncoded | QUrl::RemoveFragment));
+}
+
+bool IsFirstPage(const QUrl &url) {
+  return (url.path().isEmpty() || url.path() == QLatin1String("/")) && !url.hasQuery();
+}
+
+QImage Small(const QImage &icon) {
+  const bool isSmall = icon.width() <= TFaviconCache::Size && icon.height() <= TFaviconCache::Size;
+  QImage small =
+      isSmall ? icon
+              : icon.scaled(TFaviconCache::Size, TFaviconCache::Size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+  small.setDevicePixelRatio(1);
+  return small.convertToFormat(QImage::Format_ARGB32);
+}
+
+}  // namespace
+
+QString TFaviconCache::Folder() {
+  return ProgramFolders::Cache() + QLatin1String("/favicons");
+}
+
+bool TFaviconCache::HasSite(const QString &address) {
+  const QUrl url(address);
+  return (url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https")) && !url.host().isEmpty();
+}
+
+void TFaviconCache::Put(const QString &address, const QImage &icon) {
+  if (icon.isNull() || !HasSite(address)) return;
+  const QUrl url(address);
+  const QImage small = Small(icon);
+  const QImage site = Load(SiteKey(url));
+  if (site.isNull() || (IsFirstPage(url) && site != small)) Store(SiteKey(url), small);
+  const QImage page = Load(PageKey(url));
+  // One that is as its site's needs no file of its own, unless it has one that says something else.
+  if (page.isNull() ? !site.isNull() && site != small && !IsFirstPage(url) : page != small) Store(PageKey(url), small);
+}
+
+QImage TFaviconCache::Find(const QString &address) const {
+  if (!HasSite(address)) return {};
+  const QUrl url(address);
+  const QImage page = Load(PageKey(url));
+  return page.isNull() ? Load(SiteKey(url)) : page;
+}
+
+void TFaviconCache::Clear() {
+  m_images.clear();
+  m_files = 0;
+  QDir folder(m_folder);
+  for (const QString &name : folder.entryList({NamePattern}, QDir::Files)) folder.remove(name);
+}
+
+QImage TFaviconCache::Load(const QByteArray &key) const {
+  if (const QImage *known = m_images.object(key)) return *known;
+  QImage image;
+  if (auto bytes = FolderEntries::Read(PathOf(key), LargestFile)) {
+    QBuffer buffer(&*bytes);
+    QImageReader reader(&buffer, "PNG");
+    // The size stands in front: nothing is unpacked that is none of ours.
+    const QSize size = reader.size();
+    if (size.width() <= Size && size.height() <= Size) image = reader.read().convertToFormat(QImage::Format_ARGB32);
+  }
+  m_images.insert(key, new QImage(image));
+  return image;
+}
+
+void TFaviconCache::Store(const QByteArray &key, const QImage &icon) {
+  m_images.insert(key, new QImage(icon));
+  if (!MakePrivateFolder(m_folder)) return;
+  if (m_files < 0) m_files = int(QDir(m_folder).entryList({NamePattern}, QDir::Files).size());
+  if (m_files >= MostFiles) DropOldest();
+  QBuffer buffer;
+  const QString path = PathOf(key);
+  const QString part = path + QLatin1String(".part");
+  // Not brought to the disk: what a power cut leaves of it counts as none.
+  QFile::remove(part);
+  if (!icon.save(&buffer, "PNG") || FolderEntries::CreateUnseen(part, buffer.data()) != 0) return;
+  QFile::remove(path);
+  if (QFile::rename(part, path)) ++m_files;
+}
+
+void TFaviconCache::DropOldest() {
+  QDir folder(m_folder);
+  const QStringList names = folder.entryList({NamePattern}, QDir::Files, QDir::Time | QDir::Reversed);
+  m_files = int(names.size());
+  for (const QString &name : names.first(qMin<qsizetype>(names.size(), DroppedAtOnce))) {
+    if (folder.remove(name)) --m_files;
+  }
+}
+
+QString TFaviconCache::PathOf(const QByteArray &key) const {
+  return m_folder + u'/' + QString::fromLatin1(key) + QLatin1String(".png");
+}

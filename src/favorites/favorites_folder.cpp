@@ -1,0 +1,145 @@
+#include "favorites/favorites_folder.h"
+
+#include <algorithm>
+#include <optional>
+#include <QCollator>
+#include <QDir>
+#include <QHash>
+#include <QSet>
+
+#include "config/registry_paths.h"
+#include "favorites/favorites_order.h"
+#include "favorites/shortcut_file.h"
+#include "platform/folder_entries.h"
+#include "platform/native_path.h"
+#include "platform/program_folders.h"
+#include "store/private_folder.h"
+#include "store/registry_store.h"
+
+namespace {
+
+const QString FavoritesName = QStringLiteral("Favorites");
+const QString LinksName = QStringLiteral("Links");
+
+// A full path, or empty.
+QString StoredPath(const TRegistryStore &store, const char *key) {
+  QString path = store.Read(TRegistryHive::CurrentUser, QString::fromLatin1(key), FavoritesName).value_or(QString());
+  if (path.startsWith(QLatin1String("~/"))) path.replace(0, 1, QDir::homePath());
+  return QDir::isAbsolutePath(path) ? QDir::cleanPath(path) : QString();
+}
+
+// A favorite with what decides its place.
+struct TSorted {
+  TFavorite favorite;
+  QString name;
+  QCollatorSortKey key;
+};
+
+class TCaptions final {
+ public:
+  TCaptions() { m_collator.setCaseSensitivity(Qt::CaseInsensitive); }
+
+  [[nodiscard]] QCollatorSortKey Key(const QString &caption) const {
+    // Where there is no language the collator knows nothing of upper and lower case.
+    return m_collator.sortKey(m_isPlain ? caption.toCaseFolded() : caption);
+  }
+
+ private:
+  QCollator m_collator;
+  bool m_isPlain = m_collator.locale().language() == QLocale::C;
+};
+
+bool ComesFirst(const TSorted &a, const TSorted &b) {
+  if (a.favorite.isFolder != b.favorite.isFolder) return a.favorite.isFolder;
+  if (const int order = a.key.compare(b.key); order != 0) return order < 0;
+  if (const int order = a.favorite.caption.compare(b.favorite.caption); order != 0) return order < 0;
+  return a.name < b.name;
+}
+
+void OrderByHand(QList<TSorted> &sorted, const QStringList &names) {
+  QHash<QString, qsizetype> places;
+  places.reserve(names.size());
+  // From the end, so that of a repeated name the first counts.
+  for (qsizetype i = names.size() - 1; i >= 0; --i) places.insert(names.at(i), i);
+  const auto placeOf = [&](const TSorted &one) { return places.value(one.name, names.size()); };
+  std::stable_sort(sorted.begin(), sorted.end(),
+                   [&](const TSorted &a, const TSorted &b) { return placeOf(a) < placeOf(b); });
+}
+
+}  // namespace
+
+namespace FavoritesFolder {
+
+QString Path(const TRegistryStore &store, TPlace place) {
+  const bool isUserFirst = place == TPlace::UserShellFolders;
+  QString path = StoredPath(store, isUserFirst ? RegistryKey::UserShellFolders : RegistryKey::ShellFolders);
+  if (path.isEmpty()) path = StoredPath(store, isUserFirst ? RegistryKey::ShellFolders : RegistryKey::UserShellFolders);
+  return path.isEmpty() ? ProgramFolders::UserData() + u'/' + FavoritesName : path;
+}
+
+QString LinksPath(const TRegistryStore &store) {
+  QString name = store
+                     .Read(TRegistryHive::CurrentUser, QString::fromLatin1(RegistryKey::SystemToolbar),
+                           QStringLiteral("LinksFolderName"))
+                     .value_or(QString());
+  name = QDir::cleanPath(name.trimmed().replace(u'\\', u'/'));
+  const bool isInside = !name.isEmpty() && name != u"." && name != u".." && !name.startsWith(QLatin1String("../")) &&
+                        QDir::isRelativePath(name);
+  return Path(store) + u'/' + (isInside ? name : LinksName);
+}
+
+bool Make(const QString &folder) {
+  return MakePrivateFolder(folder);
+}
+
+QString CaptionOf(const QString &path, bool isFolder) {
+  QString name = path.mid(path.lastIndexOf(u'/') + 1);
+  const qsizetype dot = isFolder ? -1 : name.lastIndexOf(u'.');
+  if (dot > 0) name.truncate(dot);
+  return NativePath::Shown(name);
+}
+
+TFavorites List(const QString &folder, QString *error) {
+  const auto entries = FolderEntries::List(folder, error);
+  if (!entries) return {};
+  const TCaptions captions;
+  const QString start = folder.endsWith(u'/') ? folder : folder + u'/';
+  QList<TSorted> sorted;
+  sorted.reserve(entries->size());
+  for (const FolderEntries::TEntry &entry : *entries) {
+    const QString caption = CaptionOf(entry.name, entry.isFolder);
+    sorted.append({{caption, start + entry.name, entry.isFolder}, entry.name, captions.Key(caption)});
+  }
+  std::sort(sorted.begin(), sorted.end(), ComesFirst);
+  if (const std::optional<QStringList> names = FavoritesOrder::Read(folder)) OrderByHand(sorted, *names);
+  TFavorites favorites;
+  favorites.reserve(sorted.size());
+  for (TSorted &one : sorted) favorites.append(std::move(one.favorite));
+  return favorites;
+}
+
+quint64 Stamp(const QString &folder) {
+  const quint64 stamp = FolderEntries::Stamp(folder);
+  // The order may also be edited where it stands.
+  return stamp == 0 ? 0 : stamp ^ FolderEntries::Stamp(folder + u'/' + QLatin1String(FavoritesOrder::FileName));
+}
+
+QString Target(const TFavorite &favorite) {
+  const QString address = favorite.isFolder ? QString() : ShortcutFile::Read(favorite.path);
+  return address.isEmpty() ? favorite.path : address;
+}
+
+QString Hint(const TFavorite &favorite) {
+  return favorite.caption + QLatin1String("\r\n") + NativePath::Shown(Target(favorite));
+}
+
+QStringList Addresses(const QString &folder) {
+  QStringList addresses;
+  for (const TFavorite &favorite : List(folder)) {
+    const QString address = favorite.isFolder ? QString() : ShortcutFile::Read(favorite.path);
+    if (!address.isEmpty() && !ShortcutFile::IsScript(address)) addresses.append(address);
+  }
+  return addresses;
+}
+
+}  // namespace FavoritesFolder
