@@ -14,7 +14,7 @@
 namespace BookmarkFile {
 
 // Larger files are refused: pictures in them count, too.
-inline constexpr qint64 LargestFile = 512 * 1024 * 1024;
+inline constexpr qint64 LargestFile = 256 * 1024 * 1024;
 
 [[nodiscard]] TBookmarks Read(QByteArrayView bytes, TSkippedBookmarks *skipped = nullptr);
 

@@ -26,14 +26,14 @@ namespace BookmarkSources {
 // For the user that runs this.
 [[nodiscard]] QList<TBookmarkSource> Find();
 
-// Reads it all. A browser's own file is never opened as it stands there but copied first, so that nothing of a running
-// browser is locked or changed. A source of the kind File may also be one of the other kinds' files, wherever it lies.
-// `mayGoOn` is asked now and then; when it says no, and when the source cannot be read or is something else
-// (`error`, when given, says why), the answer is std::nullopt.
+// Reads it all; what kind of file it is is told by its contents, so that a file that the user names may also be one of
+// a browser's own. A database is never opened as it stands there but copied first, so that nothing of a running browser
+// is locked or changed. `mayGoOn` is asked now and then. The answer is std::nullopt when it says no, when the source
+// cannot be read (then `error` holds the reason), and when it is no file of bookmarks (then `error` is empty).
 [[nodiscard]] std::optional<TBookmarks> Read(const TBookmarkSource &source, TSkippedBookmarks *skipped,
                                              const std::function<bool()> &mayGoOn, QString *error = nullptr);
 
-// The two JSON forms, told apart by what they hold. std::nullopt for what is neither.
+// The JSON forms. std::nullopt for what is neither.
 [[nodiscard]] std::optional<TBookmarks> ReadJson(const QByteArray &bytes, TSkippedBookmarks *skipped);
 
 }  // namespace BookmarkSources

@@ -11,7 +11,8 @@
 struct TTransferReport {
   enum class TEnd { Done, Cancelled, Failed };
   TEnd end = TEnd::Failed;
-  QString error{};   // the reason, when it failed
+  // The reason, when it failed; empty when what was to be read is no file of bookmarks.
+  QString error{};
   QString path{};    // of the folder or file that was made; empty when none was
   qint64 pages = 0;  // that were brought over
   qint64 folders = 0;
@@ -45,8 +46,9 @@ struct TRootNames {
 namespace FavoritesTransfer {
 
 // Brings bookmarks into a new folder `caption` in `folder` (which is made when it is missing), with their folders and
-// their order. All is made in a hidden folder beside and moved to its place in one step at the end: whoever cancels,
-// or pulls the plug, has nothing of it. What a cut-off import has left hidden is taken away by the next one.
+// their order. All is made in a hidden folder beside and moved to its place in one step at the end: whoever cancels, or
+// pulls the plug, has nothing of it. What a cut-off import has left hidden is taken away by the next one. A disk that
+// is full ends it; a single favorite that is refused is skipped.
 [[nodiscard]] TTransferReport Import(const TBookmarkSource &source, const QString &folder, const QString &caption,
                                      const TRootNames &names, TTransferControl &control);
 
@@ -55,7 +57,7 @@ namespace FavoritesTransfer {
                                      const TRootNames &names, TTransferControl &control);
 
 // Writes the favorites in `folder` and all its sub-folders to the bookmark file `file`, which is replaced, whole or not
-// at all. Links that lead back to a folder above are left out, as are files that hold no address.
+// at all. Of a folder that several links lead to, only the first is gone into; files that hold no address are left out.
 [[nodiscard]] TTransferReport Export(const QString &folder, const QString &file, const QString &title,
                                      TTransferControl &control);
 
