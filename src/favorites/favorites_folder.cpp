@@ -1,11 +1,11 @@
 #include "favorites/favorites_folder.h"
 
 #include <algorithm>
+#include <limits>
 #include <optional>
 #include <QCollator>
 #include <QDir>
 #include <QHash>
-#include <QSet>
 
 #include "config/registry_paths.h"
 #include "favorites/favorites_order.h"
@@ -32,7 +32,8 @@ QString StoredPath(const TRegistryStore &store, const char *key) {
 struct TSorted {
   TFavorite favorite;
   QString name;
-  QCollatorSortKey key;
+  qsizetype place;                      // in the order by hand
+  std::optional<QCollatorSortKey> key;  // of those that have none
 };
 
 class TCaptions final {
@@ -50,20 +51,23 @@ class TCaptions final {
 };
 
 bool ComesFirst(const TSorted &a, const TSorted &b) {
+  if (a.place != b.place) return a.place < b.place;
   if (a.favorite.isFolder != b.favorite.isFolder) return a.favorite.isFolder;
-  if (const int order = a.key.compare(b.key); order != 0) return order < 0;
+  if (a.key && b.key) {
+    if (const int order = a.key->compare(*b.key); order != 0) return order < 0;
+  }
   if (const int order = a.favorite.caption.compare(b.favorite.caption); order != 0) return order < 0;
   return a.name < b.name;
 }
 
-void OrderByHand(QList<TSorted> &sorted, const QStringList &names) {
+// By their names, the places in the order by hand.
+QHash<QString, qsizetype> PlacesIn(const QString &folder) {
   QHash<QString, qsizetype> places;
+  const QStringList names = FavoritesOrder::Read(folder).value_or(QStringList());
   places.reserve(names.size());
   // From the end, so that of a repeated name the first counts.
   for (qsizetype i = names.size() - 1; i >= 0; --i) places.insert(names.at(i), i);
-  const auto placeOf = [&](const TSorted &one) { return places.value(one.name, names.size()); };
-  std::stable_sort(sorted.begin(), sorted.end(),
-                   [&](const TSorted &a, const TSorted &b) { return placeOf(a) < placeOf(b); });
+  return places;
 }
 
 }  // namespace
@@ -103,15 +107,20 @@ TFavorites List(const QString &folder, QString *error) {
   const auto entries = FolderEntries::List(folder, error);
   if (!entries) return {};
   const TCaptions captions;
+  const QHash<QString, qsizetype> places = PlacesIn(folder);
+  const qsizetype last = std::numeric_limits<qsizetype>::max();
   const QString start = folder.endsWith(u'/') ? folder : folder + u'/';
   QList<TSorted> sorted;
   sorted.reserve(entries->size());
   for (const FolderEntries::TEntry &entry : *entries) {
     const QString caption = CaptionOf(entry.name, entry.isFolder);
-    sorted.append({{caption, start + entry.name, entry.isFolder}, entry.name, captions.Key(caption)});
+    const qsizetype place = places.value(entry.name, last);
+    sorted.append({{caption, start + entry.name, entry.isFolder},
+                   entry.name,
+                   place,
+                   place == last ? std::optional(captions.Key(caption)) : std::nullopt});
   }
   std::sort(sorted.begin(), sorted.end(), ComesFirst);
-  if (const std::optional<QStringList> names = FavoritesOrder::Read(folder)) OrderByHand(sorted, *names);
   TFavorites favorites;
   favorites.reserve(sorted.size());
   for (TSorted &one : sorted) favorites.append(std::move(one.favorite));
