@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <optional>
-#include <QByteArray>
 #include <QList>
 #include <QString>
 
@@ -32,8 +31,5 @@ namespace BookmarkSources {
 // cannot be read (then `error` holds the reason), and when it is no file of bookmarks (then `error` is empty).
 [[nodiscard]] std::optional<TBookmarks> Read(const TBookmarkSource &source, TSkippedBookmarks *skipped,
                                              const std::function<bool()> &mayGoOn, QString *error = nullptr);
-
-// The JSON forms. std::nullopt for what is neither.
-[[nodiscard]] std::optional<TBookmarks> ReadJson(const QByteArray &bytes, TSkippedBookmarks *skipped);
 
 }  // namespace BookmarkSources

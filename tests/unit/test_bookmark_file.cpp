@@ -2,7 +2,7 @@
 #include <QTest>
 
 #include "favorites/bookmark_file.h"
-#include "favorites/bookmark_sources.h"
+#include "favorites/bookmark_json.h"
 #include "support/data_row.h"
 
 using namespace Qt::StringLiterals;
@@ -122,7 +122,7 @@ class TTestBookmarkFile final : public QObject {
   void Json() {
     QFETCH(QByteArray, bytes);
     TSkippedBookmarks skipped;
-    const auto bookmarks = BookmarkSources::ReadJson(bytes, &skipped);
+    const auto bookmarks = BookmarkJson::Read(bytes, &skipped);
     QTEST(bookmarks ? Lines(*bookmarks) : QStringList{"none"}, "lines");
     QTEST(Reasons(skipped), "skipped");
   }
