@@ -1,7 +1,7 @@
 #pragma once
 
+#include <QByteArray>
 #include <QCache>
-#include <QHash>
 #include <QImage>
 #include <QString>
 

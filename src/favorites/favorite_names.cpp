@@ -2,11 +2,13 @@
 
 #include <QUrl>
 
+#include "platform/native_path.h"
 #include "platform/safe_name.h"
 
 namespace {
 
-constexpr qsizetype LongestName = 200;      // bytes; file systems take 255, and numbers and endings are appended
+constexpr qsizetype LongestOnDisk = 255;    // bytes
+constexpr qsizetype LongestName = 200;      // bytes, so that numbers and endings can be appended
 constexpr qsizetype LongestCaption = 1000;  // characters that are looked at
 
 QString Safe(const QString &text) {
@@ -33,8 +35,11 @@ QString TFavoriteNames::Free(const QString &stem, const QString &ending) {
   if (m_taken.contains(first)) {
     int &number = m_numbers[first];
     if (number == 0) number = 1;
-    do name = QStringLiteral("%1 (%2)%3").arg(stem, QString::number(++number), ending);
-    while (m_taken.contains(Folded(name)));
+    do {
+      const QString end = QStringLiteral(" (%1)").arg(++number) + ending;
+      // A name from elsewhere may be as long as names can be.
+      name = SafeName::Shortened(stem, LongestOnDisk - NativePath::ToBytes(end).size()) + end;
+    } while (m_taken.contains(Folded(name)));
   }
   Take(name);
   return name;

@@ -30,7 +30,7 @@ QString NameOf(const QString &path) {
 }
 
 QString FolderOf(const QString &path) {
-  return path.left(path.lastIndexOf(u'/'));
+  return path.left(qMax<qsizetype>(0, path.lastIndexOf(u'/')));
 }
 
 QString Clean(const QString &path) {
@@ -228,6 +228,25 @@ void UndoStep(TFavoritesChange &change, const TStep &step) {
   }
 }
 
+// Each path once, and none that goes along with a folder above it.
+QStringList Outermost(const QStringList &paths) {
+  QSet<QString> given;
+  for (const QString &path : paths) given.insert(Clean(path));
+  QStringList outermost;
+  QSet<QString> taken;
+  for (const QString &one : paths) {
+    const QString path = Clean(one);
+    bool isWithin = false;
+    for (QString above = FolderOf(path); !above.isEmpty() && !isWithin; above = FolderOf(above)) {
+      isWithin = given.contains(above);
+    }
+    if (isWithin || taken.contains(path)) continue;
+    taken.insert(path);
+    outermost.append(path);
+  }
+  return outermost;
+}
+
 bool MakeTarget(TFavoritesChange &change, const QString &folder) {
   if (FolderEntries::IsFolder(folder) || FavoritesFolder::Make(folder)) return true;
   Fail(change, FolderEntries::Exists(folder) ? ENOTDIR : EACCES);
@@ -256,8 +275,7 @@ TFavoritesChange Bring(const QStringList &paths, const QString &folder, int posi
   const QByteArray target = FolderEntries::Identity(folder);
   TFavoriteNames names = NamesIn(folder);
   QStringList arranged;
-  for (const QString &given : paths) {
-    const QString path = Clean(given);
+  for (const QString &path : Outermost(paths)) {
     if (!FolderEntries::Exists(path)) {
       Fail(change, ENOENT);
       continue;
@@ -347,7 +365,7 @@ TFavoritesChange Copy(const QStringList &paths, const QString &folder, int posit
 
 TFavoritesChange Trash(const QStringList &paths) {
   TFavoritesChange change;
-  for (const QString &path : paths) AddTrashed(change, Clean(path));
+  for (const QString &path : Outermost(paths)) AddTrashed(change, path);
   return change;
 }
 

@@ -33,8 +33,9 @@ struct TFavoritesChange {
 // Changes in the folders of favorites. Paths are those that FavoritesFolder::List gives.
 //
 // Names are made fit for every file system: without reserved characters and names, without dots and blanks at their
-// edges, 200 bytes at the most. Nothing is ever written over: of two with one name, compared regardless of case, the
-// later gets a number, "name (2)". An order by hand is kept in step.
+// edges, 200 bytes at the most. Of several paths those below another of them go along with it. Nothing is ever written
+// over: of two with one name, compared regardless of case, the later gets a number, "name (2)". An order by hand is
+// kept in step.
 //
 // `position` is a place in what FavoritesFolder::List gives for the folder, from 0, before which the favorites are to
 // stand; the folder gets an order by hand then, where it has none. NoPosition puts them where the order of names wants

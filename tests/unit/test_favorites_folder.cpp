@@ -114,6 +114,15 @@ class TTestFavoritesFolder final : public QObject {
     const TFavorite odd = FavoritesFolder::List(m_folder).last();
     QCOMPARE(FavoritesFolder::Target(odd), u"h:x"_s);
     QCOMPARE(NativePath::ToBytes(odd.path), path);
+    const QStringList before = Everything();
+    for (const bool isCopy : {true, false}) {
+      const TFavoritesChange change =
+          isCopy ? FavoritesEdit::Copy({odd.path}, m_folder) : FavoritesEdit::Trash({odd.path});
+      QVERIFY2(change.IsGood(), qPrintable(change.error));
+      QVERIFY(Everything() != before);
+      QVERIFY(FavoritesEdit::Undo(change).IsGood());
+      QCOMPARE(Everything(), before);
+    }
     const TFavoritesChange moved = FavoritesEdit::Move({odd.path}, In("a"), 0);
     QVERIFY2(moved.IsGood(), qPrintable(moved.error));
     QCOMPARE(Captions(In("a")), QStringList({odd.caption, "circle/"}));
@@ -235,6 +244,11 @@ class TTestFavoritesFolder final : public QObject {
     for (const TFavoritesChange &change : changes) QVERIFY(!change.IsGood() && change.IsEmpty());
     QVERIFY(FavoritesEdit::Rename(In("a.url"), " ").IsEmpty());
     QCOMPARE(Everything(), before);
+    // One that goes along with its folder, or comes twice, is no fault.
+    for (const char *name : {"d/", "d/x.url", "e/"}) Make(name);
+    const TFavoritesChange along = FavoritesEdit::Move({In("d/x.url"), In("d/"), In("d")}, In("e"));
+    QVERIFY(along.IsGood() && along.paths == QStringList{In("e/d")});
+    QCOMPARE(Captions(In("e/d")), QStringList{"x"});
     // What can be done is done.
     const TFavoritesChange half = FavoritesEdit::Trash({In("gone.url"), In("a.url")});
     QVERIFY(!half.IsGood() && half.steps.size() == 1);
