@@ -295,8 +295,9 @@ class TestBandArrangement final : public QObject {
     TBandStore bands(store);
     const TBandArrangement unread = bands.Load();
     QVERIFY(unread.IsLike(TBandArrangement()));
-    lock.reset();
     bands.Save(unread);
+    lock.reset();
+    QVERIFY(store.Flush(5000));
     QVERIFY(TBandStore(store).Load().IsLike(changed));
   }
 
