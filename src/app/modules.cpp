@@ -59,6 +59,7 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       search(window, actions, *address, tabs, searchLists, history),
       groups(window, actions, tabs, tabMenu, closeAll, loadQueue),
       openCommand(window, actions, *address, search, groups, language),
+      favorites(window, actions, tabs, tabMenu, loadQueue),
       popups(window, tabs, tabMenu),
       policy(engine, popups, searchLists),
       fullScreen(window, actions, tabs, settings),
@@ -109,6 +110,7 @@ void TModules::OpenFirstPages(const QString &argument) {
   activeTab.Show();
   handedOver.Begin();
   defaultBrowser.Begin();
+  favorites.Begin();
   if (engine.KeepsData()) downloads.Keep(engine.ProcessNumber(), &TProfileFolder::IsInUse);
 }
 

@@ -29,6 +29,7 @@
 #include "chrome/customize_menu.h"
 #include "chrome/downloads_view.h"
 #include "chrome/edge_bars.h"
+#include "chrome/favorites/favorites_view.h"
 #include "chrome/full_screen.h"
 #include "chrome/language_menu.h"
 #include "chrome/main_status_bar.h"
@@ -110,6 +111,7 @@ class TModules final {
   TAddressSearch search;
   TPageGroups groups;
   TOpenCommand openCommand;
+  TFavoritesView favorites;
   TPopupBlocker popups;
   TBrowsingPolicy policy;
   TFullScreen fullScreen;

@@ -95,6 +95,7 @@ inline constexpr TIntegerSetting Width{"Width", 0, nullptr, SettingRule::Default
 inline constexpr TIntegerSetting Height{"Height", 0, nullptr, SettingRule::DefaultWindowHeight};
 inline constexpr TIntegerSetting FavoritesWidth{"FavoritesWidth", 250};
 inline constexpr TIntegerSetting FavoritesHeight{"FavoritesHeight", 400};
+inline constexpr TStringSetting LastFavoritesFolder{"LastFavoritesFolder", ""};
 inline constexpr TFlagSetting DisableALTShortcuts{"DisableALTShortcuts", false};
 inline constexpr TFlagSetting BreakFavorites{"BreakFavorites", false};
 inline constexpr TFlagSetting ShowOpenAllFavorites{"ShowOpenAllFavorites", true};
@@ -118,7 +119,7 @@ inline constexpr auto All = std::to_array<TSetting>({
     CtrlShiftPre, CtrlShiftPost, FavoritesNewWin, HistoryNewWin, SearchNewWin, LinksNewWin, QuickSearchNewWin,
     SearchBar, HalvexBarWidth, HBAutoExpand, ViewAddressBar, ViewLinksBar, ViewToolbar, ViewStatusBar,
     ViewHalvexBar, FullScreen, FullscreenMenuBar, FullscreenStatusBar, Maximized, Left, Top, Width, Height,
-    FavoritesWidth, FavoritesHeight, DisableALTShortcuts, BreakFavorites, ShowOpenAllFavorites, ToolbarShowColor,
+    FavoritesWidth, FavoritesHeight, LastFavoritesFolder, DisableALTShortcuts, BreakFavorites, ShowOpenAllFavorites, ToolbarShowColor,
     UseCustomIcons, AutoRefresh, LanguageFile, LoadBHOs, VersionCheck, CheckedVersion, LastPong, New,
     FlyswatEnabled, FlyswatShowLinks
 });

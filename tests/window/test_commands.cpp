@@ -9,8 +9,12 @@
 #include "browser/tabs/close_all_dialog.h"
 #include "chrome/bands/cool_bar.h"
 #include "chrome/toolbar/customize_toolbar_dialog.h"
+#include "chrome/favorites/add_favorite_dialog.h"
+#include "favorites/favorites_edit.h"
+#include "favorites/favorites_folder.h"
 #include "groups/group_folder.h"
 #include "groups/halvex_group_dialog.h"
+#include "platform/program_folders.h"
 #include "search/search_engine_dialog.h"
 #include "support/data_row.h"
 #include "window/commands_fixture.h"
@@ -28,11 +32,14 @@ class TestCommands final : public QObject, private TCommandsFixture {
     TStep effect;
   };
 
+  const QString favorites = ProgramFolders::UserData() + u"/Favorites"_s;
+
  private Q_SLOTS:
   void initTestCase() { Prepare(); }
   void init() {
     m_asked = false;
     QFile::remove(MailFile());
+    QDir(favorites).removeRecursively();
     PutInOrder();
   }
   void cleanupTestCase() {
@@ -544,12 +551,21 @@ class TestCommands final : public QObject, private TCommandsFixture {
         dialog.reject();
       });
     };
+    const TStep adds = Asks<TfrmAddFavorite>([](TfrmAddFavorite &dialog) { dialog.accept(); });
+    const TStep isFavorite = [this] {
+      QVERIFY(m_asked);
+      QCOMPARE(FavoritesFolder::Addresses(favorites), QStringList(Url(u"/a"_s)));
+    };
     QList<TRow> rows{
         {TCommand::AddToGroup, Then(group, AsksFile(set)), added},
         {TCommand::TabAddToGroup, Then(group, AsksFile(set)), added},
         {TCommand::SaveAsGroup, AsksFile(set), added},
         {TCommand::OrganizeGroups, Then(group, Then(AsksFile(set), Asks<TfrmHalvexGroup>(Reject<TfrmHalvexGroup>))),
          opened},
+        {TCommand::AddFavorite, adds, isFavorite},
+        {TCommand::TabAddToFavorites, adds, isFavorite},
+        {TCommand::OpenAllFavorites, [this] { FavoritesEdit::AddPage(favorites, u"c"_s, Url(u"/c"_s)); },
+         Then([this] { SOON(Tabs().TabCount(), 2); }, [this] { SOON(Tabs().Tab(1)->GetLocationUrl(), Url(u"/c"_s)); })},
         {TCommand::Downloads, none, Opens("TDownloadWindow")},
         {TCommand::OrganizeSearchEngines, lists({"SEARCH_ENGINE", "OrganizeSearchEngines"}), opened},
         {TCommand::OrganizeQuickSearch, lists({"QUICK_SEARCH", "OrganizeQuickSearch"}), opened},

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+#include <QDialog>
+#include <QString>
+
+class QTreeWidgetItem;
+class TLanguage;
+
+namespace Ui {
+class TfrmAddFavorite;
+}
+
+// Asks under which name and in which folder a page becomes a favorite. Folders are read when they are opened.
+class TfrmAddFavorite final : public QDialog {
+  Q_OBJECT
+
+ public:
+  // `root` is the folder of all favorites, which need not be there; `chosen` the one below it that is proposed.
+  TfrmAddFavorite(const TLanguage &language, const QString &name, const QString &root, const QString &chosen,
+                  QWidget *parent = nullptr);
+  ~TfrmAddFavorite() override;
+
+  [[nodiscard]] QString Name() const;
+  [[nodiscard]] QString Folder() const;
+
+ private:
+  void AddNode(QTreeWidgetItem *parent, const QString &caption, const QString &path);
+  void FillNode(QTreeWidgetItem *node);
+  // Opens the tree down to that folder, or as far towards it as it goes.
+  void ShowFolder(const QString &path);
+  void MakeFolder();
+  void UpdateOk();
+
+  const TLanguage &m_language;
+  std::unique_ptr<Ui::TfrmAddFavorite> m_ui;
+};

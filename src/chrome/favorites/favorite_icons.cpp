@@ -1,0 +1,41 @@
+#include "chrome/favorites/favorite_icons.h"
+
+#include <QApplication>
+#include <QStyle>
+
+#include "browser/tabs/browser_tab.h"
+#include "browser/tabs/tab_strip.h"
+#include "config/settings.h"
+#include "favorites/favorites_folder.h"
+
+TFavoriteIcons::TFavoriteIcons(TTabStrip &tabs, TSettings &settings)
+    : m_settings(settings),
+      m_folder(QApplication::style()->standardIcon(QStyle::SP_DirIcon)),
+      m_page(QStringLiteral(":/icons/page.svg")) {
+  for (TBrowserTab *tab : tabs.Tabs()) Follow(tab);
+  connect(&tabs, &TTabStrip::TabOpened, this, &TFavoriteIcons::Follow);
+}
+
+void TFavoriteIcons::Follow(TBrowserTab *tab) {
+  if (tab->Browser() == nullptr) return;
+  connect(tab->Browser(), &THalvexBrowser::IconChanged, this, [this, tab] { Keep(tab); });
+}
+
+void TFavoriteIcons::Keep(TBrowserTab *tab) {
+  if (!m_settings.Get(Setting::UseCustomIcons) || tab->Browser() == nullptr) return;
+  const QIcon icon = tab->Browser()->Icon();
+  if (icon.isNull()) return;
+  m_cache.Put(tab->GetLocationUrl(), icon.pixmap(TFaviconCache::Size).toImage());
+  ++m_version;
+}
+
+bool TFavoriteIcons::HasOwn() const {
+  return m_settings.Get(Setting::UseCustomIcons);
+}
+
+QIcon TFavoriteIcons::Of(const TFavorite &favorite) const {
+  if (favorite.isFolder) return m_folder;
+  if (!HasOwn()) return m_page;
+  const QImage image = m_cache.Find(FavoritesFolder::Target(favorite));
+  return image.isNull() ? m_page : QIcon(QPixmap::fromImage(image));
+}

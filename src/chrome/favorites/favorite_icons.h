@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QIcon>
+#include <QObject>
+
+#include "favorites/favicon_cache.h"
+
+class TBrowserTab;
+class TSettings;
+class TTabStrip;
+struct TFavorite;
+
+// The pictures of favorites. With UseCustomIcons each page shows the icon that its site had when it was last visited,
+// else all show the plain one.
+class TFavoriteIcons final : public QObject {
+  Q_OBJECT
+
+ public:
+  // Keeps the icons of the pages in these tabs as they come. Both must outlive this object.
+  TFavoriteIcons(TTabStrip &tabs, TSettings &settings);
+
+  [[nodiscard]] const QIcon &Folder() const { return m_folder; }
+  [[nodiscard]] const QIcon &Page() const { return m_page; }
+  // Whether some have pictures of their own.
+  [[nodiscard]] bool HasOwn() const;
+  // Another number after each icon that came.
+  [[nodiscard]] int Version() const { return m_version; }
+  // That of its site, where it is to be shown and known, else the plain one. Reads the file, and the cache's.
+  [[nodiscard]] QIcon Of(const TFavorite &favorite) const;
+
+ private:
+  void Follow(TBrowserTab *tab);
+  void Keep(TBrowserTab *tab);
+
+  TSettings &m_settings;
+  TFaviconCache m_cache;
+  QIcon m_folder;
+  QIcon m_page;
+  int m_version = 0;
+};

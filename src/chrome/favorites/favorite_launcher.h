@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include "config/settings_table.h"
+
+class QWidget;
+class TLoadQueue;
+class TTabStrip;
+struct TFavorite;
+
+// Where a favorite opens.
+enum class TFavoritePlace {
+  BySetting,  // in the tab in front, or in a new one when its setting says so
+  NewTab,
+  BackgroundTab,
+};
+
+// Opens favorites, for menus, bars and windows.
+class TFavoriteLauncher final : public QObject {
+  Q_OBJECT
+
+ public:
+  // So many pages are opened at once without a question.
+  static constexpr qsizetype MostUnasked = 20;
+  // More are damage or a mistake, and would bury the window.
+  static constexpr qsizetype MostPages = 5000;
+
+  // `window` owns the dialogs; all must outlive this object.
+  TFavoriteLauncher(QWidget *window, TTabStrip &tabs, TLoadQueue &queue);
+
+  // Opens what the favorite leads to: an existing file in the desktop's program for it, anything else as an address. A
+  // script runs in the page in front, wherever it was to open. A folder does nothing.
+  void Open(const TFavorite &favorite, TFavoritePlace place, const TFlagSetting &newTab = Setting::FavoritesNewWin);
+  // The same for an address or the path of a file.
+  void OpenTarget(const QString &target, TFavoritePlace place, const TFlagSetting &newTab = Setting::FavoritesNewWin);
+  // All pages of the folder, but not of its sub-folders, in new tabs at the end; see FavoritesFolder::Addresses.
+  void OpenAll(const QString &folder);
+
+ private:
+  QWidget *m_window;
+  TTabStrip &m_tabs;
+  TLoadQueue &m_queue;
+};

@@ -1,0 +1,88 @@
+#include "chrome/favorites/favorites_view.h"
+
+#include <QMenu>
+#include <QPointer>
+
+#include "actions/actions.h"
+#include "browser/engine/address.h"
+#include "browser/tabs/browser_tab.h"
+#include "browser/tabs/tab_menu.h"
+#include "browser/tabs/tab_strip.h"
+#include "chrome/favorites/add_favorite_dialog.h"
+#include "config/language.h"
+#include "config/settings.h"
+#include "favorites/favorites_edit.h"
+#include "ui/dialog_gate.h"
+#include "ui/message_box.h"
+
+namespace {
+
+// A first page that takes longer does not keep the favorites waiting.
+constexpr int LongestWait = 3000;  // milliseconds
+
+}  // namespace
+
+TFavoritesView::TFavoritesView(QWidget *window, TActions &actions, TTabStrip &tabs, TTabMenu &tabMenu,
+                               TLoadQueue &queue)
+    : m_window(window),
+      m_actions(actions),
+      m_tabs(tabs),
+      m_settings(tabs.Environment().settings),
+      m_language(tabs.Environment().language),
+      m_launcher(window, tabs, queue),
+      m_icons(tabs, m_settings),
+      m_menus(m_launcher, m_icons, m_language, m_settings, Setting::FavoritesNewWin) {
+  ConnectCommands(tabMenu);
+  new TFavoriteMenu(
+      actions.Menu(TMenu::Favorites), [this] { return Folder(); }, TFavoriteMenu::TKind::Main, m_menus);
+  connect(&m_watcher, &TFolderWatcher::Changed, this, &TFavoritesView::Refresh);
+  m_firstPage.setSingleShot(true);
+  connect(&m_firstPage, &QTimer::timeout, this, &TFavoritesView::Watch);
+}
+
+void TFavoritesView::ConnectCommands(TTabMenu &tabMenu) {
+  connect(m_actions[TCommand::AddFavorite], &QAction::triggered, this, [this] { AddTab(m_tabs.GetActivePage()); });
+  connect(m_actions[TCommand::OpenAllFavorites], &QAction::triggered, this, [this] { m_launcher.OpenAll(Folder()); });
+  tabMenu.On(TCommand::TabAddToFavorites, this, [this](TBrowserTab *tab) { AddTab(tab); });
+}
+
+QString TFavoritesView::Folder() const {
+  return FavoritesFolder::Path(m_settings.Store());
+}
+
+void TFavoritesView::Begin() {
+  const TBrowserTab *tab = m_tabs.GetActivePage();
+  const bool isToCome = tab != nullptr && tab->Load() != TLoad::Blank;
+  connect(&m_tabs, &TTabStrip::TabLoaded, &m_firstPage, [this] {
+    if (m_firstPage.isActive()) m_firstPage.start(0);
+  });
+  m_firstPage.start(isToCome ? LongestWait : 0);
+}
+
+void TFavoritesView::Watch() {
+  m_watcher.Watch(Folder());
+  Refresh();
+}
+
+void TFavoritesView::Refresh() {
+  m_menus.MarkStale();
+  Q_EMIT Changed();
+}
+
+void TFavoritesView::AddTab(TBrowserTab *tab) {
+  if (tab == nullptr || DialogGate::IsClosed()) return;
+  const QString address = tab->AddressToSave().isEmpty() ? BlankPageAddress : tab->AddressToSave();
+  const QPointer<TFavoritesView> self(this);
+  const QPointer<TfrmAddFavorite> dialog(new TfrmAddFavorite(m_language, tab->ListCaption(), Folder(),
+                                                             m_settings.Get(Setting::LastFavoritesFolder), m_window));
+  const bool accepted = dialog->exec() == QDialog::Accepted;
+  if (!dialog || !self) return;  // The window has gone meanwhile.
+  const QString name = dialog->Name();
+  const QString folder = dialog->Folder();
+  delete dialog;
+  if (!accepted) return;
+  m_settings.Set(Setting::LastFavoritesFolder, folder);
+  const TFavoritesChange change = FavoritesEdit::AddPage(folder, name, address);
+  if (!change.IsGood()) ShowWarning(m_window, m_language, m_language.Text("FAVORITES", "CannotAdd").arg(change.error));
+  Refresh();
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QObject>
+
+#include "chrome/favorites/favorite_icons.h"
+#include "chrome/favorites/favorite_launcher.h"
+#include "chrome/favorites/favorite_menu.h"
+#include "platform/folder_watcher.h"
+
+class TActions;
+class TBrowserTab;
+class TTabMenu;
+
+// Favorites as the main window offers them: the Favorites menu, and adding pages to it. What cannot be written is told
+// with the system's reason.
+class TFavoritesView final : public QObject {
+  Q_OBJECT
+
+ public:
+  // Connects its commands. Nothing of the disk is touched before a menu opens, or Begin. `window` owns the dialogs; all
+  // must outlive this object.
+  TFavoritesView(QWidget *window, TActions &actions, TTabStrip &tabs, TTabMenu &tabMenu, TLoadQueue &queue);
+
+  // The first pages are under way: what is to be seen without a menu may be read, once one of them is there.
+  void Begin();
+  // Asks for a name and a folder, and adds the tab's page there.
+  void AddTab(TBrowserTab *tab);
+
+  [[nodiscard]] TFavoriteLauncher &Launcher() { return m_launcher; }
+  [[nodiscard]] const TFavoriteIcons &Icons() const { return m_icons; }
+  // The folder of all favorites.
+  [[nodiscard]] QString Folder() const;
+
+ Q_SIGNALS:
+  // Something in the folder may be new, gone or renamed.
+  void Changed();
+
+ private:
+  void ConnectCommands(TTabMenu &tabMenu);
+  void Watch();
+  void Refresh();
+
+  QWidget *m_window;
+  TActions &m_actions;
+  TTabStrip &m_tabs;
+  TSettings &m_settings;
+  const TLanguage &m_language;
+  TFavoriteLauncher m_launcher;
+  TFavoriteIcons m_icons;
+  TFavoriteMenus m_menus;
+  TFolderWatcher m_watcher{this};
+  QTimer m_firstPage{this};
+};
