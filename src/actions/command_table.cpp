@@ -130,7 +130,10 @@ constexpr TCommandRow Rows[] = {
     {TabCloseAllShowList, "pmTabCloseAllShowList", "__CloseAllShowList", "", ""},
     {TabClose, "pmTabClose", "__TabClose", "close_tab", ""},
     {AddFavorite, "mnuFavoritesAdd", "__FavoritesAdd", "favorites", "Ctrl+D", Hint("MenuFavoritesAddHint")},
+    {OrganizeFavorites, "mnuFavoritesOrganize", "__FavoritesOrganize", "", ""},
     {OpenAllFavorites, "miOpenAll", "~~OpenAllFavorites", "", ""},
+    {ImportFavorites, "mnuFavoritesImport", "__FavoritesImport", "", ""},
+    {ExportFavorites, "mnuFavoritesExport", "__FavoritesExport", "", ""},
     {AddToGroup, "pmAddToHalvexGroup", "__GroupsAddTab", "", "F6"},
     {SaveAsGroup, "actSaveAsHalvexGroup", "__GroupsSaveAll", "", "F7"},
     {OrganizeGroups, "actOrganizeHalvexGroups", "__GroupsOrganize", "", ""},
@@ -154,6 +157,7 @@ static_assert(std::size(Rows) == static_cast<size_t>(TCommand::Count));
 constexpr TMenuRow Menus[] = {
     {TMenu::File, TMenu::File, "mnuFile", "__File"},
     {TMenu::NewTab, TMenu::File, "pmNew", "__NewTabOther"},
+    {TMenu::Transfer, TMenu::File, "mnuFavoritesTransfer", "__FavoritesTransfer"},
     {TMenu::Send, TMenu::File, "pmMail", "__Send"},
     {TMenu::EditWith, TMenu::File, "mnuEditWith", "__EditWith"},
     {TMenu::OpenWith, TMenu::File, "mnuOpenWith", "__OpenWith"},
@@ -198,13 +202,14 @@ constexpr TMenuEntry ContentsOf(TMenu menu, TMenu other) {
 constexpr TMenuEntry Entries[] = {
     Put(TMenu::File, NewBlank), Put(TMenu::File, TMenu::NewTab), Put(TMenu::File, OpenFile), Line(TMenu::File),
     Put(TMenu::File, SaveAs), Put(TMenu::File, TMenu::EditWith), Put(TMenu::File, TMenu::OpenWith),
-    Put(TMenu::File, TMenu::Send), Line(TMenu::File),
+    Put(TMenu::File, TMenu::Send), Put(TMenu::File, TMenu::Transfer), Line(TMenu::File),
     Put(TMenu::File, PageSetup), Put(TMenu::File, PrintPreview), Put(TMenu::File, Print), Put(TMenu::File, PrintNow),
     Line(TMenu::File), Put(TMenu::File, Properties), Line(TMenu::File), Put(TMenu::File, CloseTab),
     Put(TMenu::File, TMenu::CloseAll), Put(TMenu::File, ReopenTab), Put(TMenu::File, Exit),
 
     Put(TMenu::NewTab, NewHome), Put(TMenu::NewTab, NewCurrent), Put(TMenu::NewTab, NewClipboard),
     Put(TMenu::Send, MailNewMessage), Put(TMenu::Send, MailLink), Put(TMenu::Send, MailPage),
+    Put(TMenu::Transfer, ImportFavorites), Put(TMenu::Transfer, ExportFavorites),
     Put(TMenu::CloseAll, CloseAll), Put(TMenu::CloseAll, CloseAllKeepCurrent), Put(TMenu::CloseAll, CloseAllShowList),
 
     Put(TMenu::Edit, Undo), Put(TMenu::Edit, Redo), Line(TMenu::Edit), Put(TMenu::Edit, Cut), Put(TMenu::Edit, Copy),
@@ -241,7 +246,7 @@ constexpr TMenuEntry Entries[] = {
     Put(TMenu::Tab, TabCloseAllKeepCurrent), Put(TMenu::Tab, TabCloseAllShowList), Put(TMenu::Tab, TabClose),
     Put(TMenu::Tab, ReopenTab), ContentsOf(TMenu::ThisTab, TMenu::Tab),
 
-    Put(TMenu::Favorites, AddFavorite), Put(TMenu::Favorites, OpenAllFavorites), Line(TMenu::Favorites),
+    Put(TMenu::Favorites, AddFavorite), Put(TMenu::Favorites, OrganizeFavorites), Put(TMenu::Favorites, OpenAllFavorites), Line(TMenu::Favorites),
 
     Put(TMenu::Customize, CustomizeViewAddressBar), Put(TMenu::Customize, CustomizeViewToolbar),
     Put(TMenu::Customize, CustomizeViewMenuBar), Put(TMenu::Customize, CustomizeViewLinksBar), Line(TMenu::Customize),

@@ -110,7 +110,10 @@ enum class TCommand {
   TabCloseAllShowList,
   TabClose,
   AddFavorite,
+  OrganizeFavorites,
   OpenAllFavorites,
+  ImportFavorites,
+  ExportFavorites,
   AddToGroup,
   SaveAsGroup,
   OrganizeGroups,
@@ -135,6 +138,7 @@ enum class TCommand {
 enum class TMenu {
   File,
   NewTab,
+  Transfer,
   Send,
   EditWith,
   OpenWith,

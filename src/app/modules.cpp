@@ -65,7 +65,7 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       fullScreen(window, actions, tabs, settings),
       edges(window, menuBar->Bar(), fullScreen),
       bars(actions, *bands, *menuBar, *status, *pages, fullScreen, edges, settings),
-      customizeMenu(window, actions, fullScreen, settings),
+      customizeMenu(actions, fullScreen, settings),
       placement(window, fullScreen, settings),
       activeTab(window, tabs, pageCommands, *address, *status, toolbars.Busy(), popups.Stopped(), *frameUpdates),
       downloadsView(actions, *status, downloads, language),
@@ -83,6 +83,7 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
 void TModules::Join() {
   customizeMenu.OfferOn(bands);
   QObject::connect(&tabs, &TTabStrip::PageSetsOut, framePacer, &TFramePacer::GiveWay);
+  QObject::connect(favorites.Links(), &TLinksBar::ThereChanged, &bars, &TWindowBars::Apply);
   QObject::connect(&loadQueue, &TLoadQueue::ToComeChanged, frameUpdates, &TFrameUpdates::SetPagesToCome);
   QObject::connect(&tabCommands, &TTabCommands::AddressWanted, address, [this] {
     if (address->isVisible()) address->FocusAll();

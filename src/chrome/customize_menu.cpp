@@ -1,14 +1,13 @@
 #include "chrome/customize_menu.h"
 
-#include <QMainWindow>
 #include <QMenu>
 
 #include "actions/actions.h"
 #include "chrome/full_screen.h"
 #include "config/settings.h"
 
-TCustomizeMenu::TCustomizeMenu(QMainWindow *window, TActions &actions, TFullScreen &fullScreen, TSettings &settings)
-    : m_window(window), m_actions(actions), m_fullScreen(fullScreen), m_settings(settings) {
+TCustomizeMenu::TCustomizeMenu(TActions &actions, TFullScreen &fullScreen, TSettings &settings)
+    : m_actions(actions), m_fullScreen(fullScreen), m_settings(settings) {
   connect(actions.Menu(TMenu::Customize), &QMenu::aboutToShow, this, &TCustomizeMenu::Update);
   connect(actions[TCommand::CustomizeViewMenuBar], &QAction::triggered, this,
           [this](bool on) { m_settings.Set(Setting::FullscreenMenuBar, on); });
@@ -26,6 +25,5 @@ void TCustomizeMenu::Update() {
   m_actions[TCommand::CustomizeViewMenuBar]->setVisible(isFull);
   m_actions[TCommand::CustomizeViewMenuBar]->setChecked(m_settings.Get(Setting::FullscreenMenuBar));
   m_actions[TCommand::CustomizeViewToolbar]->setVisible(!isFull);
-  m_actions[TCommand::CustomizeViewLinksBar]->setVisible(m_window->findChild<QWidget *>(QStringLiteral("pnlLinks")) !=
-                                                         nullptr);
+  m_actions[TCommand::CustomizeViewLinksBar]->setVisible(m_actions[TCommand::ViewLinksBar]->isVisible());
 }

@@ -2,7 +2,6 @@
 
 #include <QObject>
 
-class QMainWindow;
 class QWidget;
 class TActions;
 class TFullScreen;
@@ -14,7 +13,7 @@ class TCustomizeMenu final : public QObject {
 
  public:
   // All must outlive this object.
-  TCustomizeMenu(QMainWindow *window, TActions &actions, TFullScreen &fullScreen, TSettings &settings);
+  TCustomizeMenu(TActions &actions, TFullScreen &fullScreen, TSettings &settings);
 
   // Opens the menu where it is asked for in `bar`, or in what lies in it and has no menu of its own.
   void OfferOn(QWidget *bar);
@@ -22,7 +21,6 @@ class TCustomizeMenu final : public QObject {
  private:
   void Update();
 
-  QMainWindow *m_window;
   TActions &m_actions;
   TFullScreen &m_fullScreen;
   TSettings &m_settings;

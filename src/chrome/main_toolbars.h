@@ -2,6 +2,7 @@
 
 class QMainWindow;
 class QToolBar;
+class QWidget;
 class TActions;
 class TAddressBar;
 class TAddressLabel;

@@ -48,12 +48,13 @@ void TWindowBars::Apply() {
   m_actions[TCommand::ViewStatusBar]->setChecked(ShowsStatusBar());
   m_actions[TCommand::ViewMenuBar]->setChecked(ShowsMenuBar());
   m_actions[TCommand::ViewMenuBar]->setVisible(m_fullScreen.IsOn());
-  m_actions[TCommand::ViewLinksBar]->setVisible(m_bands.HasContent(TBand::Links));
+  const bool hasLinks = m_bands.HasContent(TBand::Links) && (!m_hasLinks || m_hasLinks());
+  m_actions[TCommand::ViewLinksBar]->setVisible(hasLinks);
   m_bands.ShowBands({
       {TBand::Menu, (ShowsMenuBar() || m_edges.ShowsMenuBar()) && !pageOnly && !m_menuBar.IsElsewhere()},
       {TBand::Tool, m_settings.Get(Setting::ViewToolbar) && !pageOnly},
       {TBand::Address, m_settings.Get(Setting::ViewAddressBar) && !pageOnly},
-      {TBand::Links, m_settings.Get(Setting::ViewLinksBar) && !pageOnly},
+      {TBand::Links, hasLinks && m_settings.Get(Setting::ViewLinksBar) && !pageOnly},
   });
   m_status.setVisible((ShowsStatusBar() || m_edges.ShowsStatusBar()) && !pageOnly);
   m_pages.SetStripVisible(!pageOnly);

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <QObject>
+#include <utility>
 
 class TActions;
 class TCoolBar;
@@ -22,6 +24,8 @@ class TWindowBars final : public QObject {
   TWindowBars(TActions &actions, TCoolBar &bands, const TMainMenuBar &menuBar, TMainStatusBar &status,
               TZVPageControl &pages, TFullScreen &fullScreen, TEdgeBars &edges, TSettings &settings);
 
+  // The links bar shows while ViewLinksBar is set and `hasLinks` says that there is something for it.
+  void SetHasLinks(std::function<bool()> hasLinks) { m_hasLinks = std::move(hasLinks); }
   // Shows the bars as the settings say; what changes them later does so by itself.
   void Apply();
   // Leaves the settings that the bars obey in the store.
@@ -39,4 +43,5 @@ class TWindowBars final : public QObject {
   TFullScreen &m_fullScreen;
   TEdgeBars &m_edges;
   TSettings &m_settings;
+  std::function<bool()> m_hasLinks;
 };

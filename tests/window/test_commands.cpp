@@ -1,4 +1,5 @@
 #include <QClipboard>
+#include <QDesktopServices>
 #include <QInputDialog>
 #include <QProgressBar>
 #include <QStatusBar>
@@ -32,6 +33,7 @@ class TestCommands final : public QObject, private TCommandsFixture {
     TStep effect;
   };
 
+  QUrl m_openedFile;  // by the desktop
   const QString favorites = ProgramFolders::UserData() + u"/Favorites"_s;
 
  private Q_SLOTS:
@@ -46,6 +48,8 @@ class TestCommands final : public QObject, private TCommandsFixture {
     m_f.End();
     QDir(TGroupFolder::Path()).removeRecursively();
   }
+
+  void OpenFile(const QUrl &url) { m_openedFile = url; }
 
   void EveryCommandHasItsRow() {
     const QList<TRow> rows = Rows();
@@ -551,6 +555,7 @@ class TestCommands final : public QObject, private TCommandsFixture {
         dialog.reject();
       });
     };
+    const QString bookmarks = m_f.Path(u"bookmarks.html"_s);
     const TStep adds = Asks<TfrmAddFavorite>([](TfrmAddFavorite &dialog) { dialog.accept(); });
     const TStep isFavorite = [this] {
       QVERIFY(m_asked);
@@ -564,6 +569,31 @@ class TestCommands final : public QObject, private TCommandsFixture {
          opened},
         {TCommand::AddFavorite, adds, isFavorite},
         {TCommand::TabAddToFavorites, adds, isFavorite},
+        {TCommand::OrganizeFavorites, [this] { QDesktopServices::setUrlHandler(u"file"_s, this, "OpenFile"); },
+         [this] {
+           QDesktopServices::unsetUrlHandler(u"file"_s);
+           QCOMPARE(m_openedFile, QUrl::fromLocalFile(favorites));
+         }},
+        {TCommand::ImportFavorites,
+         Then([bookmarks] { WriteFile(bookmarks, "<DL><DT><A HREF=\"http://x.test/\">X</A>"); }, AsksFile(bookmarks)),
+         [this] { QTRY_COMPARE(FavoritesFolder::List(favorites).size(), 1); }},
+        {TCommand::ExportFavorites,
+         Then(
+             [this, bookmarks] {
+               QFile::remove(bookmarks);
+               FavoritesEdit::AddPage(favorites, u"c"_s, Url(u"/c"_s));
+             },
+             AsksFile(bookmarks)),
+         [this, bookmarks] { QTRY_VERIFY(ReadFile(bookmarks).contains(Url(u"/c"_s).toUtf8())); }},
+        {TCommand::ViewLinksBar,
+         [this] {
+           FavoritesEdit::AddPage(favorites + u"/Links"_s, u"c"_s, Url(u"/c"_s));
+           QTRY_VERIFY(Window().findChild<QToolBar *>(u"LinksBand"_s)->isVisible());
+         },
+         [this] {
+           QVERIFY(!Settings().Get(Setting::ViewLinksBar));
+           QVERIFY(!Window().findChild<QToolBar *>(u"LinksBand"_s)->isVisible());
+         }},
         {TCommand::OpenAllFavorites, [this] { FavoritesEdit::AddPage(favorites, u"c"_s, Url(u"/c"_s)); },
          Then([this] { SOON(Tabs().TabCount(), 2); }, [this] { SOON(Tabs().Tab(1)->GetLocationUrl(), Url(u"/c"_s)); })},
         {TCommand::Downloads, none, Opens("TDownloadWindow")},

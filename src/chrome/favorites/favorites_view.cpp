@@ -1,7 +1,9 @@
 #include "chrome/favorites/favorites_view.h"
 
+#include <QDesktopServices>
 #include <QMenu>
 #include <QPointer>
+#include <QUrl>
 
 #include "actions/actions.h"
 #include "browser/engine/address.h"
@@ -12,6 +14,7 @@
 #include "config/language.h"
 #include "config/settings.h"
 #include "favorites/favorites_edit.h"
+#include "platform/native_path.h"
 #include "ui/dialog_gate.h"
 #include "ui/message_box.h"
 
@@ -31,10 +34,19 @@ TFavoritesView::TFavoritesView(QWidget *window, TActions &actions, TTabStrip &ta
       m_language(tabs.Environment().language),
       m_launcher(window, tabs, queue),
       m_icons(tabs, m_settings),
-      m_menus(m_launcher, m_icons, m_language, m_settings, Setting::FavoritesNewWin) {
+      m_commands(window, m_launcher, m_language),
+      m_menus(m_launcher, m_icons, m_language, m_settings, Setting::FavoritesNewWin),
+      m_transfer(window, m_language, [this] { return Folder(); }),
+      m_links(new TLinksBar(m_launcher, m_commands, m_icons, m_language, m_settings, window)) {
   ConnectCommands(tabMenu);
   new TFavoriteMenu(
       actions.Menu(TMenu::Favorites), [this] { return Folder(); }, TFavoriteMenu::TKind::Main, m_menus);
+  connect(&m_menus, &TFavoriteMenus::MenuWanted, this,
+          [this](const TFavorite &favorite, const QPoint &place) { m_commands.ShowMenu(favorite, place); });
+  connect(&m_commands, &TFavoriteCommands::Changed, this, &TFavoritesView::Refresh);
+  connect(&m_transfer, &TFavoritesTransferView::Changed, this, &TFavoritesView::Refresh);
+  connect(m_links, &TLinksBar::Changed, this, &TFavoritesView::Refresh);
+  connect(m_links, &TLinksBar::OrganizeWanted, this, &TFavoritesView::Organize);
   connect(&m_watcher, &TFolderWatcher::Changed, this, &TFavoritesView::Refresh);
   m_firstPage.setSingleShot(true);
   connect(&m_firstPage, &QTimer::timeout, this, &TFavoritesView::Watch);
@@ -43,6 +55,9 @@ TFavoritesView::TFavoritesView(QWidget *window, TActions &actions, TTabStrip &ta
 void TFavoritesView::ConnectCommands(TTabMenu &tabMenu) {
   connect(m_actions[TCommand::AddFavorite], &QAction::triggered, this, [this] { AddTab(m_tabs.GetActivePage()); });
   connect(m_actions[TCommand::OpenAllFavorites], &QAction::triggered, this, [this] { m_launcher.OpenAll(Folder()); });
+  connect(m_actions[TCommand::OrganizeFavorites], &QAction::triggered, this, [this] { Organize(Folder()); });
+  connect(m_actions[TCommand::ImportFavorites], &QAction::triggered, &m_transfer, &TFavoritesTransferView::Import);
+  connect(m_actions[TCommand::ExportFavorites], &QAction::triggered, &m_transfer, &TFavoritesTransferView::Export);
   tabMenu.On(TCommand::TabAddToFavorites, this, [this](TBrowserTab *tab) { AddTab(tab); });
 }
 
@@ -59,6 +74,12 @@ void TFavoritesView::Begin() {
   m_firstPage.start(isToCome ? LongestWait : 0);
 }
 
+void TFavoritesView::Organize(const QString &folder) {
+  if (!FavoritesFolder::Make(folder) || !QDesktopServices::openUrl(QUrl::fromLocalFile(folder))) {
+    ShowWarning(m_window, m_language, m_language.Text("FAVORITES", "CannotOpen").arg(NativePath::Shown(folder)));
+  }
+}
+
 void TFavoritesView::Watch() {
   m_watcher.Watch(Folder());
   Refresh();
@@ -66,6 +87,7 @@ void TFavoritesView::Watch() {
 
 void TFavoritesView::Refresh() {
   m_menus.MarkStale();
+  m_links->Refresh();
   Q_EMIT Changed();
 }
 

@@ -2,17 +2,20 @@
 
 #include <QObject>
 
+#include "chrome/favorites/favorite_commands.h"
 #include "chrome/favorites/favorite_icons.h"
 #include "chrome/favorites/favorite_launcher.h"
 #include "chrome/favorites/favorite_menu.h"
+#include "chrome/favorites/favorites_transfer_view.h"
+#include "chrome/favorites/links_bar.h"
 #include "platform/folder_watcher.h"
 
 class TActions;
 class TBrowserTab;
 class TTabMenu;
 
-// Favorites as the main window offers them: the Favorites menu, and adding pages to it. What cannot be written is told
-// with the system's reason.
+// Favorites as the main window offers them: the Favorites menu, the links bar, adding pages, import and export. What
+// cannot be written is told with the system's reason.
 class TFavoritesView final : public QObject {
   Q_OBJECT
 
@@ -26,6 +29,11 @@ class TFavoritesView final : public QObject {
   // Asks for a name and a folder, and adds the tab's page there.
   void AddTab(TBrowserTab *tab);
 
+  // Shows the folder where the user can put it in order.
+  void Organize(const QString &folder);
+
+  // A child of the window, which places it.
+  [[nodiscard]] TLinksBar *Links() const { return m_links; }
   [[nodiscard]] TFavoriteLauncher &Launcher() { return m_launcher; }
   [[nodiscard]] const TFavoriteIcons &Icons() const { return m_icons; }
   // The folder of all favorites.
@@ -47,7 +55,10 @@ class TFavoritesView final : public QObject {
   const TLanguage &m_language;
   TFavoriteLauncher m_launcher;
   TFavoriteIcons m_icons;
+  TFavoriteCommands m_commands;
   TFavoriteMenus m_menus;
+  TFavoritesTransferView m_transfer;
+  TLinksBar *m_links;
   TFolderWatcher m_watcher{this};
   QTimer m_firstPage{this};
 };
