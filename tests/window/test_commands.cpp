@@ -1,5 +1,4 @@
 #include <QClipboard>
-#include <QDesktopServices>
 #include <QInputDialog>
 #include <QProgressBar>
 #include <QStatusBar>
@@ -33,7 +32,6 @@ class TestCommands final : public QObject, private TCommandsFixture {
     TStep effect;
   };
 
-  QUrl m_openedFile;  // by the desktop
   const QString favorites = ProgramFolders::UserData() + u"/Favorites"_s;
 
  private Q_SLOTS:
@@ -48,8 +46,6 @@ class TestCommands final : public QObject, private TCommandsFixture {
     m_f.End();
     QDir(TGroupFolder::Path()).removeRecursively();
   }
-
-  void OpenFile(const QUrl &url) { m_openedFile = url; }
 
   void EveryCommandHasItsRow() {
     const QList<TRow> rows = Rows();
@@ -569,11 +565,7 @@ class TestCommands final : public QObject, private TCommandsFixture {
          opened},
         {TCommand::AddFavorite, adds, isFavorite},
         {TCommand::TabAddToFavorites, adds, isFavorite},
-        {TCommand::OrganizeFavorites, [this] { QDesktopServices::setUrlHandler(u"file"_s, this, "OpenFile"); },
-         [this] {
-           QDesktopServices::unsetUrlHandler(u"file"_s);
-           QCOMPARE(m_openedFile, QUrl::fromLocalFile(favorites));
-         }},
+        {TCommand::OrganizeFavorites, none, Opens("TfrmOrganizeFavorites")},
         {TCommand::ImportFavorites,
          Then([bookmarks] { WriteFile(bookmarks, "<DL><DT><A HREF=\"http://x.test/\">X</A>"); }, AsksFile(bookmarks)),
          [this] { QTRY_COMPARE(FavoritesFolder::List(favorites).size(), 1); }},

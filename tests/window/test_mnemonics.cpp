@@ -17,6 +17,10 @@
 #include "browser/page/script_dialog.h"
 #include "browser/page/sign_in_dialog.h"
 #include "browser/tabs/close_all_dialog.h"
+#include "browser/tabs/load_queue.h"
+#include "chrome/favorites/add_favorite_dialog.h"
+#include "chrome/favorites/favorite_commands.h"
+#include "chrome/favorites/favorite_dialog.h"
 #include "chrome/open_dialog.h"
 #include "groups/halvex_group_dialog.h"
 #include "support/modal_dialogs.h"
@@ -117,6 +121,19 @@ class TestMnemonics final : public QObject {
       if (row.menu != TMenu::Tab) Q_EMIT m_f.window->Actions().Menu(row.menu)->aboutToShow();
       CheckMenu(*menu, QString::fromLatin1(row.name));
     }
+    m_f.window->Actions()[TCommand::OrganizeFavorites]->trigger();
+    auto *organizer = m_f.window->findChild<QDialog *>(u"TfrmOrganizeFavorites"_s);
+    QMenu organizing;
+    organizing.addActions(organizer->findChildren<QAction *>(QString(), Qt::FindDirectChildrenOnly));
+    QVERIFY(organizing.actions().size() > 9);
+    CheckMenu(organizing, u"organizer"_s);
+    organizer->close();
+    TLoadQueue queue(m_f.window->Tabs());
+    TFavoriteLauncher launcher(m_f.window.get(), m_f.window->Tabs(), queue);
+    TFavoriteCommands favorites(m_f.window.get(), launcher, language);
+    QMenu favorite;
+    favorites.Fill(favorite, {});
+    CheckMenu(favorite, u"favorite"_s);
     for (const TCommand command : {TCommand::OrganizeSearchEngines, TCommand::OrganizeQuickSearch, TCommand::About,
                                    TCommand::TabName, TCommand::CustomizeToolbar}) {
       OnModalDialog<QDialog>([](QDialog &dialog) {
@@ -146,6 +163,9 @@ class TestMnemonics final : public QObject {
     Check(TfrmCloseAll(language, {u"a"_s}), 4);
     Check(TfrmOpen(language, {}), 3);
     Check(TPrintPreview(language, {}, u"?"_s, nullptr), 6);
+
+    Check(TfrmAddFavorite(language, u"a"_s, m_f.Path(u"a"_s), QString()), 3);
+    Check(TfrmFavorite(language, {u"a"_s, m_f.Path(u"a.url"_s), false}), 2);
 
     QFile group(m_f.Path(u"x.hgp"_s));
     QVERIFY(group.open(QIODevice::WriteOnly));

@@ -1,9 +1,7 @@
 #include "chrome/favorites/favorites_view.h"
 
-#include <QDesktopServices>
 #include <QMenu>
 #include <QPointer>
-#include <QUrl>
 
 #include "actions/actions.h"
 #include "browser/engine/address.h"
@@ -11,10 +9,10 @@
 #include "browser/tabs/tab_menu.h"
 #include "browser/tabs/tab_strip.h"
 #include "chrome/favorites/add_favorite_dialog.h"
+#include "chrome/favorites/organize_favorites.h"
 #include "config/language.h"
 #include "config/settings.h"
 #include "favorites/favorites_edit.h"
-#include "platform/native_path.h"
 #include "ui/dialog_gate.h"
 #include "ui/message_box.h"
 
@@ -52,6 +50,11 @@ TFavoritesView::TFavoritesView(QWidget *window, TActions &actions, TTabStrip &ta
   connect(&m_firstPage, &QTimer::timeout, this, &TFavoritesView::Watch);
 }
 
+TFavoritesView::~TFavoritesView() {
+  delete m_organizer;
+  delete m_links;
+}
+
 void TFavoritesView::ConnectCommands(TTabMenu &tabMenu) {
   connect(m_actions[TCommand::AddFavorite], &QAction::triggered, this, [this] { AddTab(m_tabs.GetActivePage()); });
   connect(m_actions[TCommand::OpenAllFavorites], &QAction::triggered, this, [this] { m_launcher.OpenAll(Folder()); });
@@ -75,9 +78,18 @@ void TFavoritesView::Begin() {
 }
 
 void TFavoritesView::Organize(const QString &folder) {
-  if (!FavoritesFolder::Make(folder) || !QDesktopServices::openUrl(QUrl::fromLocalFile(folder))) {
-    ShowWarning(m_window, m_language, m_language.Text("FAVORITES", "CannotOpen").arg(NativePath::Shown(folder)));
+  if (!m_organizer) {
+    m_organizer = new TfrmOrganizeFavorites(m_language, m_launcher, m_icons, Folder(), m_window);
+    connect(m_organizer, &TfrmOrganizeFavorites::Changed, this, [this] {
+      m_menus.MarkStale();
+      m_links->Refresh();
+    });
+    connect(this, &TFavoritesView::Changed, m_organizer, &TfrmOrganizeFavorites::Refresh);
   }
+  m_organizer->ShowFolder(folder);
+  m_organizer->show();
+  m_organizer->raise();
+  m_organizer->activateWindow();
 }
 
 void TFavoritesView::Watch() {

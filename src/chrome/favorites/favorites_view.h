@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 
 #include "chrome/favorites/favorite_commands.h"
 #include "chrome/favorites/favorite_icons.h"
@@ -12,6 +13,7 @@
 
 class TActions;
 class TBrowserTab;
+class TfrmOrganizeFavorites;
 class TTabMenu;
 
 // Favorites as the main window offers them: the Favorites menu, the links bar, adding pages, import and export. What
@@ -24,12 +26,15 @@ class TFavoritesView final : public QObject {
   // must outlive this object.
   TFavoritesView(QWidget *window, TActions &actions, TTabStrip &tabs, TTabMenu &tabMenu, TLoadQueue &queue);
 
+  // Its windows and bars go with it.
+  ~TFavoritesView() override;
+
   // The first pages are under way: what is to be seen without a menu may be read, once one of them is there.
   void Begin();
   // Asks for a name and a folder, and adds the tab's page there.
   void AddTab(TBrowserTab *tab);
 
-  // Shows the folder where the user can put it in order.
+  // Shows the folder in the window where favorites are put in order.
   void Organize(const QString &folder);
 
   // A child of the window, which places it.
@@ -59,6 +64,7 @@ class TFavoritesView final : public QObject {
   TFavoriteMenus m_menus;
   TFavoritesTransferView m_transfer;
   TLinksBar *m_links;
+  QPointer<TfrmOrganizeFavorites> m_organizer;
   TFolderWatcher m_watcher{this};
   QTimer m_firstPage{this};
 };
