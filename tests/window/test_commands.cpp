@@ -7,7 +7,6 @@
 #include "browser/downloads/download_window.h"
 #include "browser/page/page_menu.h"
 #include "browser/tabs/close_all_dialog.h"
-#include "chrome/bands/cool_bar.h"
 #include "chrome/favorites/add_favorite_dialog.h"
 #include "chrome/toolbar/customize_toolbar_dialog.h"
 #include "favorites/favorites_edit.h"
@@ -426,11 +425,8 @@ class TestCommands final : public QObject, private TCommandsFixture {
       return [this, bar] { QVERIFY(!Window().findChild<QWidget *>(QLatin1String(bar))->isVisible()); };
     };
     const TStep links = [this] {
-      auto *content = new QWidget;
-      content->setObjectName(u"pnlLinks"_s);
-      Window().findChild<TCoolBar *>()->SetContent(TBand::Links, content);
-      Settings().Set(Setting::ViewLinksBar, true);
-      QVERIFY(content->isVisible());
+      FavoritesEdit::AddPage(favorites + u"/Links"_s, u"c"_s, Url(u"/c"_s));
+      QTRY_VERIFY(Window().findChild<QWidget *>(u"pnlLinks"_s)->isVisible());
     };
     const auto set = [this](const TFlagSetting &setting, bool value) {
       return [this, setting, value] { Settings().Set(setting, value); };
@@ -459,8 +455,7 @@ class TestCommands final : public QObject, private TCommandsFixture {
         {TCommand::CustomizeViewToolbar, none, Then(hides("pnlToolbar"), Stores(Setting::ViewToolbar, false))},
         {TCommand::CustomizeViewMenuBar, full,
          Then(Stores(Setting::FullscreenMenuBar, true), [this] { QVERIFY(Window().menuBar()->isVisible()); })},
-        {TCommand::CustomizeViewLinksBar, [this] { (new QWidget(&Window()))->setObjectName(u"pnlLinks"_s); },
-         Stores(Setting::ViewLinksBar, false)},
+        {TCommand::CustomizeViewLinksBar, links, Then(hides("pnlLinks"), Stores(Setting::ViewLinksBar, false))},
         {TCommand::CustomizeToolbar, Asks<TfrmCustomizeToolbar>(Reject<TfrmCustomizeToolbar>), Asked()},
         {TCommand::FullScreen, none,
          Then(Stores(Setting::FullScreen, true),
@@ -577,15 +572,6 @@ class TestCommands final : public QObject, private TCommandsFixture {
              },
              AsksFile(bookmarks)),
          [this, bookmarks] { QTRY_VERIFY(ReadFile(bookmarks).contains(Url(u"/c"_s).toUtf8())); }},
-        {TCommand::ViewLinksBar,
-         [this] {
-           FavoritesEdit::AddPage(favorites + u"/Links"_s, u"c"_s, Url(u"/c"_s));
-           QTRY_VERIFY(Window().findChild<QToolBar *>(u"LinksBand"_s)->isVisible());
-         },
-         [this] {
-           QVERIFY(!Settings().Get(Setting::ViewLinksBar));
-           QVERIFY(!Window().findChild<QToolBar *>(u"LinksBand"_s)->isVisible());
-         }},
         {TCommand::OpenAllFavorites, [this] { FavoritesEdit::AddPage(favorites, u"c"_s, Url(u"/c"_s)); },
          Then([this] { SOON(Tabs().TabCount(), 2); }, [this] { SOON(Tabs().Tab(1)->GetLocationUrl(), Url(u"/c"_s)); })},
         {TCommand::Downloads, none, Opens("TDownloadWindow")},
