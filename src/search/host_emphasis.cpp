@@ -50,7 +50,8 @@ bool THostEmphasis::eventFilter(QObject *watched, QEvent *event) {
 
 // The toolkit's line edit has no text formats of its own but those of an input method.
 void THostEmphasis::Show() {
-  if (m_isShowing) return;
+  // What is being typed, by an input method too, is left alone; only its formats go once, when the keyboard comes.
+  if (m_isShowing || (m_edit->hasFocus() && !m_hasFormats)) return;
   const QScopedValueRollback showing(m_isShowing, true);
   QList<QInputMethodEvent::Attribute> attributes;
   const QString text = m_edit->text();
@@ -66,6 +67,7 @@ void THostEmphasis::Show() {
     add(0, host.start);
     add(host.start + host.length, text.size());
   }
+  m_hasFormats = !attributes.isEmpty();
   QInputMethodEvent event(QString(), attributes);
   QCoreApplication::sendEvent(m_edit, &event);
 }

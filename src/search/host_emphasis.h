@@ -28,4 +28,5 @@ class THostEmphasis final : public QObject {
 
   QLineEdit *m_edit;
   bool m_isShowing = false;
+  bool m_hasFormats = false;
 };

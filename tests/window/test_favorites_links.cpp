@@ -137,7 +137,7 @@ class TestFavoritesLinks final : public QObject, private TFavoritesFixture {
     Drop(address, Button(u"b"_s)->geometry().topLeft() + QPoint(1, 1));
     QTRY_COMPARE(Texts(), (QStringList{u"f"_s, u"a"_s, u"127.0.0.1"_s, u"b"_s, u"c"_s}));
     QMimeData favorite;
-    favorite.setData(u"application/x-zarvela-favorite"_s, (Root() + u"/Links/c.url"_s).toUtf8());
+    favorite.setData(u"application/x-zarvela-favorites"_s, (Root() + u"/Links/c.url"_s).toUtf8() + '\0');
     Drop(favorite, Button(u"a"_s)->geometry().topLeft() + QPoint(1, 1));
     QTRY_COMPARE(Texts(), (QStringList{u"f"_s, u"c"_s, u"a"_s, u"127.0.0.1"_s, u"b"_s}));
     Drop(favorite, Button(u"f"_s)->geometry().center());

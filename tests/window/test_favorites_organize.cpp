@@ -31,10 +31,13 @@ class TestFavoritesOrganize final : public QObject, private TFavoritesFixture {
   void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const { QTest::keyClick(m_list, key, modifiers); }
   void Drop(const QStringList &paths, QAbstractItemView &view, const QPoint &place, bool isCopied = false) const {
     const std::unique_ptr<QMimeData> data(FavoriteDrag::DataOf(paths));
-    QDragEnterEvent enter(place, Qt::CopyAction | Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    Drop(*data, view, place, isCopied);
+  }
+  void Drop(const QMimeData &data, QAbstractItemView &view, const QPoint &place, bool isCopied = false) const {
+    QDragEnterEvent enter(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(view.viewport(), &enter);
     QVERIFY(enter.isAccepted());
-    QDropEvent drop(place, Qt::CopyAction | Qt::MoveAction, data.get(), Qt::LeftButton,
+    QDropEvent drop(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
                     isCopied ? Qt::ControlModifier : Qt::NoModifier);
     drop.setDropAction(isCopied ? Qt::CopyAction : Qt::MoveAction);
     QApplication::sendEvent(view.viewport(), &drop);
@@ -142,13 +145,31 @@ class TestFavoritesOrganize final : public QObject, private TFavoritesFixture {
     QCOMPARE(Shown(), (QStringList{u"f"_s, u"b"_s, u"c"_s}));
   }
 
+  // A file manager proposes to move.
+  void FilesOfOthersStay() {
+    const QTemporaryDir folder;
+    QFile letter(folder.filePath(u"letter.txt"_s));
+    QVERIFY(letter.open(QIODevice::WriteOnly));
+    letter.close();
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(letter.fileName())});
+    Drop(data, *m_list, m_list->visualItemRect(m_list->item(0)).center());  // the folder
+    Drop(data, *m_tree, m_tree->visualItemRect(m_tree->topLevelItem(0)).center());
+    QVERIFY(letter.exists());
+    QVERIFY(OnDisk().contains(u"letter"_s) && OnDisk(u"f"_s).contains(u"letter"_s));
+  }
+
   void NewFolderIsNamedAtOnce() {
     m_window->findChild<QAction *>(u"actNewFolder"_s)->trigger();
     auto *box = m_list->findChild<QLineEdit *>();
     QVERIFY(box != nullptr);
     QTest::keyClicks(box, u"mine"_s);
+    // What changes meanwhile does not take the box away.
+    Put(QString(), u"d"_s, Page(1));
+    m_window->Refresh();
     QTest::keyClick(box, Qt::Key_Return);
     QTRY_VERIFY(OnDisk().contains(u"mine"_s));
+    QTRY_VERIFY(Shown().contains(u"d"_s));
     QVERIFY(QDir(Root() + u"/mine"_s).exists());
   }
 

@@ -29,6 +29,10 @@ QMimeData *DataOf(const QStringList &paths, bool isCut) {
   return data;
 }
 
+bool AreFavorites(const QMimeData &data) {
+  return data.hasFormat(PathsFormat);
+}
+
 bool HasPaths(const QMimeData &data) {
   return !PathsIn(data).isEmpty();
 }

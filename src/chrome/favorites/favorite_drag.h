@@ -9,6 +9,8 @@ namespace FavoriteDrag {
 
 // The caller's; `isCut` says that they are to go from where they are.
 [[nodiscard]] QMimeData *DataOf(const QStringList &paths, bool isCut = false);
+// They come from this program, and may be moved; other files are somebody's, and stay where they are.
+[[nodiscard]] bool AreFavorites(const QMimeData &data);
 [[nodiscard]] bool HasPaths(const QMimeData &data);
 [[nodiscard]] QStringList PathsIn(const QMimeData &data);
 [[nodiscard]] bool IsCut(const QMimeData &data);

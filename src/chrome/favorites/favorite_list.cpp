@@ -24,7 +24,9 @@ void TakeIfPaths(QDropEvent *event) {
   }
 }
 
+// What comes from elsewhere stays where it is, whatever its owner proposes.
 bool IsCopied(const QDropEvent &event) {
+  if (!FavoriteDrag::AreFavorites(*event.mimeData())) return true;
   return event.proposedAction() == Qt::CopyAction && event.modifiers().testFlag(Qt::ControlModifier);
 }
 

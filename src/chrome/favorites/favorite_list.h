@@ -19,6 +19,8 @@ class TFavoriteList final : public QListWidget {
   void Select(const QStringList &paths);
   // The one that the keyboard is on; one without a path when there is none.
   [[nodiscard]] TFavorite Current() const;
+  // A name is being typed.
+  [[nodiscard]] bool IsEditing() const { return state() == EditingState; }
 
  Q_SIGNALS:
   // `folder` is empty for the one that is shown, in which they are to stand before `position`.

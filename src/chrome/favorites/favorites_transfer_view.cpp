@@ -120,15 +120,19 @@ void TFavoritesTransferView::Run(TFavoritesJob::TWork work, const QString &capti
   m_progress->setAutoReset(false);
   m_progress->setMinimumDuration(ShownAfter);
   connect(m_progress, &QProgressDialog::canceled, m_job, &TFavoritesJob::Cancel);
-  connect(m_job, &TFavoritesJob::Progress, m_progress, [this](qint64 done, qint64 total) {
+  connect(m_job, &TFavoritesJob::Progress, m_progress, [dialog = m_progress.data()](qint64 done, qint64 total) {
     constexpr int Steps = 1000;
-    m_progress->setMaximum(total > 0 ? Steps : 0);
-    m_progress->setValue(total > 0 ? int(done * Steps / total) : 0);
+    dialog->setMaximum(total > 0 ? Steps : 0);
+    dialog->setValue(total > 0 ? int(done * Steps / total) : 0);
   });
   connect(m_job, &TFavoritesJob::Finished, this, [this, caption, doneText](const TTransferReport &report) {
     m_job->deleteLater();
     m_job.clear();
-    delete m_progress;
+    // It may be in the middle of showing the progress, which lets other events in.
+    m_progress->disconnect();
+    m_progress->hide();
+    m_progress->deleteLater();
+    m_progress.clear();
     Tell(report, caption, doneText);
     Q_EMIT Changed();
   });

@@ -11,6 +11,7 @@
 
 #include "browser/strip/link_mime.h"
 #include "chrome/favorites/favorite_commands.h"
+#include "chrome/favorites/favorite_drag.h"
 #include "chrome/favorites/favorite_icons.h"
 #include "config/language.h"
 #include "config/settings.h"
@@ -20,10 +21,9 @@
 
 namespace {
 
-constexpr int Gap = 1;                                                            // pixels between two buttons
-constexpr int LongestCaption = 40;                                                // characters
-constexpr int LeastWidth = 60;                                                    // pixels
-const QString FavoriteFormat = QStringLiteral("application/x-zarvela-favorite");  // its path, in UTF-8
+constexpr int Gap = 1;              // pixels between two buttons
+constexpr int LongestCaption = 40;  // characters
+constexpr int LeastWidth = 60;      // pixels
 
 }  // namespace
 
@@ -237,8 +237,7 @@ bool TLinksBar::eventFilter(QObject *watched, QEvent *event) {
 void TLinksBar::Drag(QToolButton *button) {
   const TFavorite favorite = FavoriteOf(button);
   button->setDown(false);
-  auto *data = new QMimeData;
-  data->setData(FavoriteFormat, favorite.path.toUtf8());
+  QMimeData *data = FavoriteDrag::DataOf({favorite.path});
   const QString target = FavoritesFolder::Target(favorite);
   if (!favorite.isFolder) {
     data->setText(target);
@@ -261,7 +260,7 @@ void TLinksBar::contextMenuEvent(QContextMenuEvent *event) {
 }
 
 void TLinksBar::dragEnterEvent(QDragEnterEvent *event) {
-  if (event->mimeData()->hasFormat(FavoriteFormat) || !LinksIn(*event->mimeData()).isEmpty()) {
+  if (FavoriteDrag::AreFavorites(*event->mimeData()) || !LinksIn(*event->mimeData()).isEmpty()) {
     event->acceptProposedAction();
   }
 }
@@ -277,10 +276,10 @@ void TLinksBar::dropEvent(QDropEvent *event) {
   const QString folder = over.isFolder ? over.path : FavoritesFolder::LinksPath(m_settings.Store());
   int position = over.isFolder ? FavoritesEdit::NoPosition : PositionAt(place);
   TFavoritesChange change;
-  if (event->mimeData()->hasFormat(FavoriteFormat)) {
-    const QString path = QString::fromUtf8(event->mimeData()->data(FavoriteFormat));
-    if (path == folder) return;
-    change = FavoritesEdit::Move({path}, folder, position);
+  if (FavoriteDrag::AreFavorites(*event->mimeData())) {
+    const QStringList paths = FavoriteDrag::PathsIn(*event->mimeData());
+    if (paths.contains(folder)) return;
+    change = FavoritesEdit::Move(paths, folder, position);
     event->setDropAction(Qt::MoveAction);
   } else {
     // The title, where the one that it comes from tells it: a line behind the address.

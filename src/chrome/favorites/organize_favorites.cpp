@@ -1,5 +1,6 @@
 #include "chrome/favorites/organize_favorites.h"
 
+#include <QAbstractItemDelegate>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMenu>
@@ -54,6 +55,12 @@ TfrmOrganizeFavorites::TfrmOrganizeFavorites(const TLanguage &language, TFavorit
   connect(m_list, &QListWidget::itemSelectionChanged, this, &TfrmOrganizeFavorites::UpdateActions);
   connect(m_list, &QListWidget::itemDoubleClicked, this, &TfrmOrganizeFavorites::OpenCurrent);
   connect(m_list, &QListWidget::customContextMenuRequested, this, &TfrmOrganizeFavorites::ShowMenu);
+  connect(
+      m_list->itemDelegate(), &QAbstractItemDelegate::closeEditor, this,
+      [this] {
+        if (m_isStale) Refresh();
+      },
+      Qt::QueuedConnection);
   connect(m_list, &TFavoriteList::Renamed, this, [this](const TFavorite &favorite, const QString &caption) {
     Do(FavoritesEdit::Rename(favorite.path, caption));
   });
@@ -106,6 +113,8 @@ void TfrmOrganizeFavorites::MakeActions() {
   m_properties = MakeAction(language.Text("FAVORITES", "Properties"), "actFavoriteProperties", "properties",
                             {QKeySequence(Qt::ALT | Qt::Key_Return)}, &TfrmOrganizeFavorites::ShowProperties);
   MakeAction(QString(), "actFavoritesUp", "", {QKeySequence(Qt::Key_Backspace)}, &TfrmOrganizeFavorites::GoUp);
+  // These are about what is selected in the list, and are not to reach it from the tree.
+  for (QAction *action : {m_open, m_rename, m_delete, m_cut, m_copy, m_properties}) m_tree->removeAction(action);
   m_bar->addActions({m_newFolder, m_rename, m_delete, m_undo});
   m_bar->addSeparator();
   m_bar->addActions({m_cut, m_copy, m_paste});
@@ -127,6 +136,9 @@ void TfrmOrganizeFavorites::ShowContents() {
 }
 
 void TfrmOrganizeFavorites::Refresh() {
+  // Not under a name that is being typed.
+  m_isStale = m_list->IsEditing();
+  if (m_isStale) return;
   m_tree->Refresh();
   ShowContents();
 }
@@ -158,8 +170,9 @@ void TfrmOrganizeFavorites::Drop(const QStringList &paths, const QString &folder
 }
 
 void TfrmOrganizeFavorites::NewFolder() {
-  Do(FavoritesEdit::AddFolder(Folder(), m_language.Text("HalvexGroups", "NewFolder")));
-  if (m_list->selectedItems().size() == 1) Rename();
+  const TFavoritesChange change = FavoritesEdit::AddFolder(Folder(), m_language.Text("HalvexGroups", "NewFolder"));
+  Do(change);
+  if (change.IsGood() && m_list->selectedItems().size() == 1) Rename();
 }
 
 void TfrmOrganizeFavorites::Rename() {
@@ -224,11 +237,12 @@ void TfrmOrganizeFavorites::GoUp() {
 }
 
 void TfrmOrganizeFavorites::ShowMenu(const QPoint &place) {
-  QMenu menu(this);
-  menu.addActions({m_open, m_newFolder});
-  menu.addSeparator();
-  menu.addActions({m_cut, m_copy, m_paste});
-  menu.addSeparator();
-  menu.addActions({m_rename, m_delete, m_undo, m_properties});
-  menu.exec(m_list->viewport()->mapToGlobal(place));
+  auto *menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  menu->addActions({m_open, m_newFolder});
+  menu->addSeparator();
+  menu->addActions({m_cut, m_copy, m_paste});
+  menu->addSeparator();
+  menu->addActions({m_rename, m_delete, m_undo, m_sort, m_properties});
+  menu->popup(m_list->viewport()->mapToGlobal(place));
 }

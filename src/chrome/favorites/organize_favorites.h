@@ -73,5 +73,6 @@ class TfrmOrganizeFavorites final : public QDialog {
   QAction *m_paste = nullptr;
   QAction *m_sort = nullptr;
   QAction *m_properties = nullptr;
+  bool m_isStale = false;          // something has changed while a name was being typed
   QList<TFavoritesChange> m_done;  // the last one at the end
 };

@@ -11,6 +11,7 @@
 #include "platform/program_folders.h"
 #include "store/ini_file.h"
 #include "store/private_folder.h"
+#include "ui/dialog_gate.h"
 #include "ui/message_box.h"
 
 TToolbarCustomizing::TToolbarCustomizing(QWidget *window, const TActions &actions, const TLanguage &language,
@@ -32,6 +33,7 @@ void TToolbarCustomizing::Load() {
 }
 
 void TToolbarCustomizing::Customize() {
+  if (DialogGate::IsClosed()) return;
   const QPointer<TToolbarCustomizing> self(this);
   const QPointer<TfrmCustomizeToolbar> dialog(
       new TfrmCustomizeToolbar(m_language, m_bar.Entries(), m_bar.ShowsColor(), m_window));
