@@ -101,6 +101,9 @@ class TestFavoritesMenu final : public QObject, private TFavoritesFixture {
     Put(u"f"_s, u"one"_s, Page(1));
     OpenPage(u"/page0"_s);
     QMenu *menu = SubMenu(u"f"_s);
+    // Where the mouse has not moved since a menu opened, toolkits after 6.4 take a click for one that closes it.
+    QTest::mouseMove(window.get(), QPoint(window->width() - 1, window->height() - 1));
+    QCoreApplication::processEvents();
     menu->popup(window->mapToGlobal(QPoint(10, 10)));
     const QPoint place = menu->actionGeometry(Item(menu, u"one"_s)).center();
     QTest::mouseMove(menu, place);
