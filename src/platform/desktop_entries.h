@@ -6,7 +6,7 @@
 #include <QString>
 #include <QStringList>
 
-// A program as the desktop knows it (freedesktop.org, Desktop Entry Specification).
+// A program as the desktop knows it (freedesktop.org, the desktop entry format).
 struct TDesktopEntry {
   QString id{};    // "org.example.editor.desktop"
   QString path{};  // of the entry's file
