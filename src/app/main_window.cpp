@@ -86,9 +86,7 @@ void TfrmMain::LayOut() {
   bands->SetContent(TBand::Menu, m_modules->menuBar);
   bands->SetContent(TBand::Tool, &m_modules->toolbars.ToolbarPanel());
   bands->SetContent(TBand::Address, m_modules->toolbars.AddressBand());
-  TLinksBar *links = m_modules->favorites.Links();
-  bands->SetContent(TBand::Links, links);
-  m_modules->bars.SetHasLinks([links] { return links->IsThere(); });
+  bands->SetContent(TBand::Links, m_modules->favorites.Links());
   setStatusBar(m_modules->status);
   setCentralWidget(m_modules->pages);
   m_language.TranslateForm(this, "MAIN");

@@ -83,6 +83,7 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
 void TModules::Join() {
   customizeMenu.OfferOn(bands);
   QObject::connect(&tabs, &TTabStrip::PageSetsOut, framePacer, &TFramePacer::GiveWay);
+  bars.SetHasLinks([links = favorites.Links()] { return links->IsThere(); });
   QObject::connect(favorites.Links(), &TLinksBar::ThereChanged, &bars, &TWindowBars::Apply);
   QObject::connect(&loadQueue, &TLoadQueue::ToComeChanged, frameUpdates, &TFrameUpdates::SetPagesToCome);
   QObject::connect(&tabCommands, &TTabCommands::AddressWanted, address, [this] {

@@ -101,7 +101,7 @@ void TMainStatusBar::ShowProgress(int percent) {
 }
 
 void TMainStatusBar::ShowSecurity(bool secure, TEncryptionLevel level) {
-  const bool locked = secure && level > TEncryptionLevel::Unknown;
+  const bool locked = IsWhole(secure, level);
   if (std::exchange(m_shownSecurity, std::pair(level, locked)) == std::pair(level, locked)) return;
   m_security->setVisible(level != TEncryptionLevel::None);
   if (level == TEncryptionLevel::None) return;

@@ -68,9 +68,8 @@ TAddressBar::TAddressBar(const TLanguage &language, TSettings &settings, THistor
 }
 
 void TAddressBar::ShowConnection(bool isSecure, TEncryptionLevel level) {
-  const bool isWhole = isSecure && level > TEncryptionLevel::Unknown;
   const bool isPlain = level == TEncryptionLevel::None;
-  const char *picture = isWhole ? "lock" : isPlain ? "lock_open" : "insecure";
+  const char *picture = IsWhole(isSecure, level) ? "lock" : isPlain ? "lock_open" : "insecure";
   // Pages that come over no network have no connection to tell about.
   m_connection->setVisible(!isPlain || PageAddress().startsWith(QLatin1String("http://")));
   m_connection->setIcon(QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(picture))));

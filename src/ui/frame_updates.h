@@ -24,6 +24,7 @@ class TFrameUpdates final : public QObject {
   // The user waits for it, or something else will be painted anyway: what has gathered is shown with that.
   void Hurry();
   void SetPagesToCome(int pages) { m_interval = pages > Crowd ? CrowdInterval : Interval; }
+  [[nodiscard]] int CurrentInterval() const { return m_interval; }  // milliseconds
 
  Q_SIGNALS:
   // What has changed since the last time is to be shown now.

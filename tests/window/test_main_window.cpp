@@ -337,6 +337,7 @@ class TestMainWindow final : public QObject {
       lines += "n" + QByteArray::number(i) + '=' + m_f.server.Url(u"/p%1"_s.arg(i)).toUtf8() + '\n';
     WriteGroup(u"Set.hgp"_s, lines);
     auto *toCome = m_f.window->findChild<QToolButton *>(u"tbPagesToCome"_s);
+    const auto *updates = m_f.window->findChild<TFrameUpdates *>();
     for (const bool byButton : {true, false}) {
       QMenu *menu = m_f.window->Actions().Menu(TMenu::Groups);
       Q_EMIT menu->aboutToShow();
@@ -344,9 +345,11 @@ class TestMainWindow final : public QObject {
       // Before the event loop turns nothing can have begun.
       QCOMPARE(toCome->text(), m_f.window->Language().Text("MAIN", "PagesToCome").arg(10));
       QVERIFY(toCome->isVisible());
+      QCOMPARE(updates->CurrentInterval(), TFrameUpdates::CrowdInterval);
       byButton ? toCome->click() : Action(TCommand::StopAll)->trigger();
       QTRY_VERIFY_WITH_TIMEOUT(!toCome->isVisible(), m_f.LoadTime);
       QCOMPARE(m_f.server.RequestCount("/p9"), 0);
+      QCOMPARE(updates->CurrentInterval(), TFrameUpdates::Interval);
     }
   }
 

@@ -24,6 +24,11 @@ inline constexpr TTextKey EncryptionTexts[] = {
     {"MAIN", "Encryption128Bit"},
 };
 
+// Whether the lock shows closed: all of a page of a secure address came over a connection that nobody had to excuse.
+[[nodiscard]] constexpr bool IsWhole(bool isSecure, TEncryptionLevel level) {
+  return isSecure && level > TEncryptionLevel::Unknown;
+}
+
 [[nodiscard]] constexpr TTextKey EncryptionText(TEncryptionLevel level) {
   return EncryptionTexts[static_cast<int>(level)];
 }
