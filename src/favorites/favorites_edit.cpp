@@ -37,12 +37,14 @@ QString Clean(const QString &path) {
   return path.size() > 1 && path.endsWith(u'/') ? path.chopped(1) : path;
 }
 
-// The ending of a file with its dot.
-QString EndingOf(const QString &path) {
-  if (FolderEntries::IsFolder(path)) return {};
-  const QString name = NameOf(path);
+// The ending of a file's name with its dot.
+QString EndingOfName(const QString &name) {
   const qsizetype dot = name.lastIndexOf(u'.');
   return dot > 0 ? name.mid(dot) : QString();
+}
+
+QString EndingOf(const QString &path) {
+  return FolderEntries::IsFolder(path) ? QString() : EndingOfName(NameOf(path));
 }
 
 void Fail(TFavoritesChange &change, const QString &error) {
@@ -186,9 +188,10 @@ QString Return(TFavoritesChange &change, const QString &from, const QString &to)
     return {};
   }
   TFavoriteNames names = NamesIn(folder, from);
-  const QString ending = EndingOf(from);
   const QString name = NameOf(to);
-  return Place(change, folder, names, name.endsWith(ending) ? name.chopped(ending.size()) : name, ending,
+  // Not that of `from`: the trash may have given it another name, with a number at its end.
+  const QString ending = FolderEntries::IsFolder(from) ? QString() : EndingOfName(name);
+  return Place(change, folder, names, name.chopped(ending.size()), ending,
                [&](const QString &path) { return MoveToFree(from, path); });
 }
 
