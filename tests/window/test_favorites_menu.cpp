@@ -3,9 +3,9 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
-#include <QTreeWidget>
 
 #include "chrome/favorites/add_favorite_dialog.h"
+#include "chrome/folder_view/folder_view.h"
 #include "ui/confirm_dialog.h"
 #include "window/favorites_fixture.h"
 
@@ -211,10 +211,14 @@ class TestFavoritesMenu final : public QObject, private TFavoritesFixture {
       name->setText(u" "_s);
       QVERIFY(!ok->isEnabled());
       name->setText(u"Two / three"_s);
-      auto *tree = dialog.findChild<QTreeWidget *>();
+      auto *tree = dialog.findChild<TFolderView *>();
       QCOMPARE(dialog.Folder(), Root());
-      QCOMPARE(tree->topLevelItem(0)->childCount(), 1);
-      tree->setCurrentItem(tree->topLevelItem(0)->child(0));
+      const QModelIndex root = tree->Model().RootIndex();
+      QTRY_COMPARE(tree->Model().rowCount(root), 1);
+      tree->setCurrentIndex(tree->Model().index(0, 0, root));
+      QTest::keyClick(tree, Qt::Key_Delete);  // chooses only
+      QTest::keyClick(tree, Qt::Key_F2);
+      QVERIFY(!tree->IsEditing() && QDir(Root() + u"/f"_s).exists());
       OnModalDialog<QInputDialog>([](QInputDialog &question) {
         question.setTextValue(u"new"_s);
         question.accept();

@@ -1,13 +1,16 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDropEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
 
-#include "chrome/favorites/favorite_drag.h"
-#include "chrome/favorites/favorite_list.h"
+#include "chrome/favorites/favorite_dialog.h"
 #include "chrome/favorites/organize_favorites.h"
+#include "chrome/folder_view/folder_view.h"
+#include "favorites/favorite_drag.h"
 #include "favorites/favorites_order.h"
+#include "favorites/shortcut_file.h"
 #include "window/favorites_fixture.h"
 
 // The window that puts favorites in order, by keyboard, mouse and clipboard; each change undone again.
@@ -17,16 +20,19 @@ class TestFavoritesOrganize final : public QObject, private TFavoritesFixture {
  private:
   [[nodiscard]] QStringList Shown() const {
     QStringList names;
-    for (int i = 0; i < m_list->count(); ++i) names.append(m_list->item(i)->text());
+    const QAbstractItemModel *model = m_list->model();
+    for (int i = 0; i < model->rowCount(m_list->rootIndex()); ++i) names.append(IndexAt(i).data().toString());
     return names;
   }
+  [[nodiscard]] QModelIndex IndexAt(int row) const { return m_list->model()->index(row, 0, m_list->rootIndex()); }
+  [[nodiscard]] QRect RowRect(int row) const { return m_list->visualRect(IndexAt(row)); }
   void Select(const QStringList &names) const {
     QStringList paths;
-    for (const TFavorite &favorite : m_list->Shown()) {
+    for (const TFavorite &favorite : FavoritesFolder::List(m_list->Model().Root())) {
       if (names.contains(favorite.caption)) paths.append(favorite.path);
     }
     m_list->Select(paths);
-    QCOMPARE(m_list->selectedItems().size(), names.size());
+    QTRY_COMPARE(m_list->Selected().size(), names.size());
   }
   void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const { QTest::keyClick(m_list, key, modifiers); }
   void Drop(const QStringList &paths, QAbstractItemView &view, const QPoint &place, bool isCopied = false) const {
@@ -51,9 +57,10 @@ class TestFavoritesOrganize final : public QObject, private TFavoritesFixture {
     return names;
   }
 
+  const QStringList m_all{u"f"_s, u"a"_s, u"b"_s, u"c"_s};
   TfrmOrganizeFavorites *m_window = nullptr;
-  TFavoriteList *m_list = nullptr;
-  TFolderTree *m_tree = nullptr;
+  TFolderView *m_list = nullptr;
+  TFolderView *m_tree = nullptr;
 
  private Q_SLOTS:
   void initTestCase() { Prepare(); }
@@ -64,9 +71,9 @@ class TestFavoritesOrganize final : public QObject, private TFavoritesFixture {
     (*actions)[TCommand::OrganizeFavorites]->trigger();
     m_window = window->findChild<TfrmOrganizeFavorites *>();
     QVERIFY(m_window != nullptr && QTest::qWaitForWindowActive(m_window));
-    m_list = m_window->findChild<TFavoriteList *>();
-    m_tree = m_window->findChild<TFolderTree *>();
-    QCOMPARE(Shown(), (QStringList{u"f"_s, u"a"_s, u"b"_s, u"c"_s}));
+    m_list = m_window->findChild<TFolderView *>(u"lvFavorites"_s);
+    m_tree = m_window->findChild<TFolderView *>(u"tvFolders"_s);
+    QTRY_COMPARE(Shown(), m_all);
   }
   void cleanup() {
     delete m_window;
@@ -81,27 +88,44 @@ class TestFavoritesOrganize final : public QObject, private TFavoritesFixture {
     QTest::keyClicks(box, u"new name"_s);
     QTest::keyClick(box, Qt::Key_Return);
     QTRY_COMPARE(OnDisk(), (QStringList{u"f"_s, u"a"_s, u"c"_s, u"new name"_s}));
-    QCOMPARE(Shown(), OnDisk());
-    QCOMPARE(m_list->Current().caption, u"new name"_s);
+    QTRY_COMPARE(Shown(), OnDisk());
+    QTRY_COMPARE(m_list->Current().caption, u"new name"_s);
     QCOMPARE(tabs->TabCount(), 1);  // Enter has only closed the box
     Press(Qt::Key_Z, Qt::ControlModifier);
-    QCOMPARE(OnDisk(), (QStringList{u"f"_s, u"a"_s, u"b"_s, u"c"_s}));
+    QCOMPARE(OnDisk(), m_all);
   }
 
   void DeletesToTheTrash() {
     Select({u"a"_s, u"c"_s, u"f"_s});
     Press(Qt::Key_Delete);
     QCOMPARE(OnDisk(), QStringList(u"b"_s));
-    QCOMPARE(Shown(), OnDisk());
+    QTRY_COMPARE(Shown(), OnDisk());
     Press(Qt::Key_Z, Qt::ControlModifier);
-    QCOMPARE(Shown(), (QStringList{u"f"_s, u"a"_s, u"b"_s, u"c"_s}));
-    QVERIFY(!m_window->findChild<QAction *>(u"actUndoFavorite"_s)->isEnabled());
+    QTRY_COMPARE(Shown(), m_all);
+    QVERIFY(!m_list->Action(TFolderAction::Undo)->isEnabled());
+  }
+
+  // The trash gives the second another name, which is not to come back with it.
+  void OneNameTwiceInTheTrash() {
+    for (int i = 0; i < 2; ++i) {
+      Select({u"a"_s});
+      Press(Qt::Key_Delete);
+      QTRY_VERIFY(!Shown().contains(u"a"_s));
+      if (i == 0) Put(QString(), u"a"_s, Page(2));
+      m_window->Refresh();
+      QTRY_COMPARE(Shown(), OnDisk());
+    }
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(OnDisk(), m_all);
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(OnDisk(), (QStringList{u"f"_s, u"a"_s, u"a (2)"_s, u"b"_s, u"c"_s}));
+    QCOMPARE(ShortcutFile::Read(Root() + u"/a.url"_s), Page(2));
   }
 
   void ByTheClipboard_data() {
     Columns<Qt::Key, QStringList>("key", "left");
     Row("cut", Qt::Key_X, QStringList{u"f"_s, u"c"_s});
-    Row("copied", Qt::Key_C, QStringList{u"f"_s, u"a"_s, u"b"_s, u"c"_s});
+    Row("copied", Qt::Key_C, m_all);
   }
   void ByTheClipboard() {
     QFETCH(Qt::Key, key);
@@ -109,40 +133,38 @@ class TestFavoritesOrganize final : public QObject, private TFavoritesFixture {
     Press(key, Qt::ControlModifier);
     Select({u"f"_s});
     Press(Qt::Key_Return);  // goes into the folder
-    QCOMPARE(m_tree->Current(), Root() + u"/f"_s);
-    QCOMPARE(Shown(), QStringList());
+    QTRY_COMPARE(m_tree->Current().path, Root() + u"/f"_s);
+    QTRY_VERIFY(m_list->Model().IsIdle() && Shown().isEmpty());
     Press(Qt::Key_V, Qt::ControlModifier);
-    QCOMPARE(Shown(), (QStringList{u"a"_s, u"b"_s}));
+    QTRY_COMPARE(Shown(), (QStringList{u"a"_s, u"b"_s}));
     QTEST(OnDisk(), "left");
     // Copies can be pasted again, what was cut is there only once.
     const QMimeData *clip = QGuiApplication::clipboard()->mimeData();
     QCOMPARE(clip != nullptr && FavoriteDrag::HasPaths(*clip), key == Qt::Key_C);
     Press(Qt::Key_Z, Qt::ControlModifier);
     Press(Qt::Key_Backspace);
-    QCOMPARE(Shown(), (QStringList{u"f"_s, u"a"_s, u"b"_s, u"c"_s}));
+    QTRY_COMPARE(Shown(), m_all);
   }
 
   void ByDragging() {
     const auto place = [this](int row, bool isUpper) {
-      const QRect rect = m_list->visualItemRect(m_list->item(row));
-      return isUpper ? rect.topLeft() + QPoint(2, 1) : rect.bottomLeft() + QPoint(2, -1);
+      return isUpper ? RowRect(row).topLeft() + QPoint(2, 1) : RowRect(row).bottomLeft() + QPoint(2, -1);
     };
     Drop({Root() + u"/c.url"_s}, *m_list, place(1, true));
-    QCOMPARE(Shown(), (QStringList{u"f"_s, u"c"_s, u"a"_s, u"b"_s}));
-    QAction *sort = m_window->findChild<QAction *>(u"actSortFavorites"_s);
-    QVERIFY(sort->isEnabled());
-    sort->trigger();
-    QCOMPARE(Shown(), (QStringList{u"f"_s, u"a"_s, u"b"_s, u"c"_s}));
-    QVERIFY(!sort->isEnabled() && !FavoritesOrder::Read(Root()));
+    QTRY_COMPARE(Shown(), (QStringList{u"f"_s, u"c"_s, u"a"_s, u"b"_s}));
+    m_list->Action(TFolderAction::SortByName)->trigger();
+    QTRY_COMPARE(Shown(), m_all);
+    QVERIFY(!FavoritesOrder::Read(Root()));
 
-    Drop({Root() + u"/a.url"_s}, *m_list, place(0, false));
+    Drop({Root() + u"/a.url"_s}, *m_list, RowRect(0).center());
     QCOMPARE(OnDisk(u"f"_s), QStringList(u"a"_s));
-    QCOMPARE(Shown(), (QStringList{u"f"_s, u"b"_s, u"c"_s}));
-    m_tree->topLevelItem(0)->setExpanded(true);
-    const QPoint folder = m_tree->visualItemRect(m_tree->topLevelItem(0)->child(0)).center();
+    QTRY_COMPARE(Shown(), (QStringList{u"f"_s, u"b"_s, u"c"_s}));
+    const QModelIndex root = m_tree->Model().RootIndex();
+    QTRY_COMPARE(m_tree->Model().rowCount(root), 1);
+    const QPoint folder = m_tree->visualRect(m_tree->Model().index(0, 0, root)).center();
     Drop({Root() + u"/b.url"_s}, *m_tree, folder, true);
     QCOMPARE(OnDisk(u"f"_s), (QStringList{u"a"_s, u"b"_s}));
-    QCOMPARE(Shown(), (QStringList{u"f"_s, u"b"_s, u"c"_s}));
+    QCOMPARE(OnDisk(), (QStringList{u"f"_s, u"b"_s, u"c"_s}));
   }
 
   // A file manager proposes to move.
@@ -153,24 +175,90 @@ class TestFavoritesOrganize final : public QObject, private TFavoritesFixture {
     letter.close();
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(letter.fileName())});
-    Drop(data, *m_list, m_list->visualItemRect(m_list->item(0)).center());  // the folder
-    Drop(data, *m_tree, m_tree->visualItemRect(m_tree->topLevelItem(0)).center());
+    Drop(data, *m_list, RowRect(0).center());  // the folder
+    Drop(data, *m_tree, m_tree->visualRect(m_tree->Model().RootIndex()).center());
     QVERIFY(letter.exists());
     QVERIFY(OnDisk().contains(u"letter"_s) && OnDisk(u"f"_s).contains(u"letter"_s));
   }
 
   void NewFolderIsNamedAtOnce() {
-    m_window->findChild<QAction *>(u"actNewFolder"_s)->trigger();
+    m_list->Action(TFolderAction::NewFolder)->trigger();
+    QTRY_VERIFY(m_list->findChild<QLineEdit *>() != nullptr);
     auto *box = m_list->findChild<QLineEdit *>();
-    QVERIFY(box != nullptr);
     QTest::keyClicks(box, u"mine"_s);
     // What changes meanwhile does not take the box away.
     Put(QString(), u"d"_s, Page(1));
     m_window->Refresh();
+    QTRY_VERIFY(Shown().contains(u"d"_s));
     QTest::keyClick(box, Qt::Key_Return);
     QTRY_VERIFY(OnDisk().contains(u"mine"_s));
-    QTRY_VERIFY(Shown().contains(u"d"_s));
     QVERIFY(QDir(Root() + u"/mine"_s).exists());
+  }
+
+  // What the properties have changed is undone in its turn, name and address together.
+  void PropertiesAreUndone() {
+    Select({u"c"_s});
+    Press(Qt::Key_Down, Qt::AltModifier);  // is the last already
+    Press(Qt::Key_Up, Qt::AltModifier);
+    QCOMPARE(OnDisk(), (QStringList{u"f"_s, u"a"_s, u"c"_s, u"b"_s}));
+    OnModalDialog<TfrmFavorite>([this](TfrmFavorite &dialog) {
+      auto *name = dialog.findChild<QLineEdit *>(u"edtName"_s);
+      auto *address = dialog.findChild<QLineEdit *>(u"edtAddress"_s);
+      QCOMPARE(address->text(), Page(1));
+      name->selectAll();
+      QTest::keyClicks(name, u"x"_s);
+      address->selectAll();
+      QTest::keyClicks(address, Page(2));
+      dialog.accept();
+    });
+    Press(Qt::Key_Return, Qt::AltModifier);
+    QCOMPARE(OnDisk(), (QStringList{u"f"_s, u"a"_s, u"x"_s, u"b"_s}));
+    QCOMPARE(ShortcutFile::Read(Root() + u"/x.url"_s), Page(2));
+    QTRY_COMPARE(Shown(), OnDisk());
+    Select({u"a"_s});
+    Press(Qt::Key_Delete);
+    QCOMPARE(OnDisk(), (QStringList{u"f"_s, u"x"_s, u"b"_s}));
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(OnDisk(), (QStringList{u"f"_s, u"a"_s, u"x"_s, u"b"_s}));
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(OnDisk(), (QStringList{u"f"_s, u"a"_s, u"c"_s, u"b"_s}));
+    QCOMPARE(ShortcutFile::Read(Root() + u"/c.url"_s), Page(1));
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(OnDisk(), m_all);
+  }
+
+  // A name from elsewhere may have blanks at its edges: OK alone does not rename it.
+  void BlanksAtTheEdgesStay() {
+    PutFile(u" edge .url"_s, ShortcutFile::Bytes(Page(1)));
+    m_window->Refresh();
+    QTRY_VERIFY(Shown().contains(u" edge "_s));
+    m_list->Select({Root() + u"/ edge .url"_s});
+    QTRY_COMPARE(m_list->Selected().size(), 1);
+    OnModalDialog<TfrmFavorite>([](TfrmFavorite &dialog) { dialog.accept(); });
+    Press(Qt::Key_Return, Qt::AltModifier);
+    Press(Qt::Key_F2);
+    QTest::keyClick(m_list->findChild<QLineEdit *>(), Qt::Key_Return);
+    QTest::qWait(0);
+    QVERIFY(QFile::exists(Root() + u"/ edge .url"_s));
+    QVERIFY(!m_list->Action(TFolderAction::Undo)->isEnabled());
+  }
+
+  // What could not be done is said in the window, until something is done.
+  void RefusalsAreTold() {
+    auto *message = m_window->findChild<QLabel *>(u"lblMessage"_s);
+    QVERIFY(!message->isVisible());
+    QFile::remove(Root() + u"/b.url"_s);
+    Select({u"a"_s});
+    m_list->selectAll();
+    Press(Qt::Key_X, Qt::ControlModifier);
+    Select({u"f"_s});
+    Press(Qt::Key_Return);
+    QTRY_COMPARE(m_list->Model().Root(), Root() + u"/f"_s);
+    Press(Qt::Key_V, Qt::ControlModifier);  // the folder into itself, and what is not there
+    QTRY_COMPARE(Shown(), (QStringList{u"a"_s, u"c"_s}));
+    QVERIFY(message->isVisible() && !message->text().isEmpty());
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    QVERIFY(!message->isVisible());
   }
 
   // What another program does shows by itself.

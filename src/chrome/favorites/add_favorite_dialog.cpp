@@ -2,9 +2,9 @@
 
 #include <QPointer>
 
+#include "chrome/folder_view/folder_view.h"
 #include "config/language.h"
-#include "favorites/favorites_edit.h"
-#include "favorites/favorites_folder.h"
+#include "platform/folder_entries.h"
 #include "ui/input_box.h"
 #include "ui/message_box.h"
 #include "ui/shown_text.h"
@@ -13,29 +13,41 @@
 namespace {
 
 constexpr int WidthInCharacters = 50;
-constexpr int PathRole = Qt::UserRole;
-constexpr int FilledRole = Qt::UserRole + 1;
 
-QString PathOf(const QTreeWidgetItem *node) {
-  return node->data(0, PathRole).toString();
+// The folder, or the nearest above it that is still there and not above the root.
+QString NearestFolder(const QString &folder, const QString &root) {
+  QString nearest = folder;
+  while (nearest.startsWith(root + u'/') && !FolderEntries::IsFolder(nearest)) nearest = nearest.section(u'/', 0, -2);
+  return nearest.startsWith(root + u'/') ? nearest : root;
 }
 
 }  // namespace
 
 TfrmAddFavorite::TfrmAddFavorite(const TLanguage &language, const QString &name, const QString &root,
                                  const QString &chosen, QWidget *parent)
-    : QDialog(parent), m_language(language), m_ui(std::make_unique<Ui::TfrmAddFavorite>()) {
+    : QDialog(parent),
+      m_language(language),
+      m_ui(std::make_unique<Ui::TfrmAddFavorite>()),
+      m_folders(new TFolderView(m_kind, m_editor, language, TFolderView::TLook::TreeWithRoot,
+                                TFolderModel::TShow::FoldersOnly)) {
   m_ui->setupUi(this);
   language.TranslateForm(this, "FAVORITES");
+  m_ui->layFolders->addWidget(m_folders);
+  m_ui->lblFolder->setBuddy(m_folders);
+  m_folders->SetReadOnly();
+  m_folders->setObjectName(QStringLiteral("tvFolders"));
   m_ui->edtName->setText(OneLine(name));
   m_ui->edtName->setMinimumWidth(fontMetrics().averageCharWidth() * WidthInCharacters);
-  connect(m_ui->tvFolders, &QTreeWidget::itemExpanded, this, &TfrmAddFavorite::FillNode);
+  setTabOrder(m_ui->edtName, m_folders);
+  setTabOrder(m_folders, m_ui->cmdNewFolder);
   connect(m_ui->edtName, &QLineEdit::textChanged, this, &TfrmAddFavorite::UpdateOk);
   connect(m_ui->cmdNewFolder, &QPushButton::clicked, this, &TfrmAddFavorite::MakeFolder);
   connect(m_ui->cmdOK, &QPushButton::clicked, this, &QDialog::accept);
-  AddNode(m_ui->tvFolders->invisibleRootItem(),
-          TLanguage::ShortHint(language.Text("FAVORITES_POPUP", "ShowFavoritesHint")), root);
-  ShowFolder(chosen);
+  connect(&m_editor, &TFolderEditor::Failed, this, [this](const QString &reason) {
+    ShowWarning(this, m_language, m_language.Text("FAVORITES", "CannotChange").arg(reason));
+  });
+  m_folders->SetRoot(root, TLanguage::ShortHint(language.Text("FAVORITES_POPUP", "ShowFavoritesHint")));
+  m_folders->Reveal(NearestFolder(chosen, root));
   UpdateOk();
   m_ui->edtName->selectAll();
   m_ui->edtName->setFocus();
@@ -48,42 +60,11 @@ QString TfrmAddFavorite::Name() const {
 }
 
 QString TfrmAddFavorite::Folder() const {
-  return PathOf(m_ui->tvFolders->currentItem());
+  return m_folders->Folder();
 }
 
 void TfrmAddFavorite::UpdateOk() {
   m_ui->cmdOK->setEnabled(!Name().isEmpty());
-}
-
-void TfrmAddFavorite::AddNode(QTreeWidgetItem *parent, const QString &caption, const QString &path) {
-  auto *node = new QTreeWidgetItem(parent, {OneLine(caption)});
-  node->setData(0, PathRole, path);
-  node->setIcon(0, style()->standardIcon(QStyle::SP_DirIcon));
-  node->setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
-}
-
-void TfrmAddFavorite::FillNode(QTreeWidgetItem *node) {
-  if (node->data(0, FilledRole).toBool()) return;
-  node->setData(0, FilledRole, true);
-  node->setChildIndicatorPolicy(QTreeWidgetItem::DontShowIndicatorWhenChildless);
-  for (const TFavorite &favorite : FavoritesFolder::List(PathOf(node))) {
-    if (favorite.isFolder) AddNode(node, favorite.caption, favorite.path);
-  }
-}
-
-void TfrmAddFavorite::ShowFolder(const QString &path) {
-  QTreeWidgetItem *node = m_ui->tvFolders->topLevelItem(0);
-  for (QTreeWidgetItem *next = node; next != nullptr;) {
-    node = next;
-    node->setExpanded(true);
-    next = nullptr;
-    for (int i = 0; i < node->childCount() && next == nullptr; ++i) {
-      const QString child = PathOf(node->child(i));
-      if (path == child || path.startsWith(child + u'/')) next = node->child(i);
-    }
-  }
-  m_ui->tvFolders->setCurrentItem(node);
-  m_ui->tvFolders->scrollToItem(node);
 }
 
 void TfrmAddFavorite::MakeFolder() {
@@ -98,9 +79,6 @@ void TfrmAddFavorite::MakeFolder() {
     ShowWarning(this, m_language, m_language.Text("HalvexGroups", "CannotMakeFolder").arg(change.error));
     return;
   }
-  QTreeWidgetItem *parent = m_ui->tvFolders->currentItem();
-  qDeleteAll(parent->takeChildren());
-  parent->setData(0, FilledRole, false);
-  FillNode(parent);
-  ShowFolder(change.paths.value(0));
+  (void)m_editor.Take(change);
+  m_folders->Reveal(change.paths.value(0));
 }

@@ -4,7 +4,10 @@
 #include <QDialog>
 #include <QString>
 
-class QTreeWidgetItem;
+#include "chrome/folder_view/folder_editor.h"
+#include "chrome/folder_view/folder_kind.h"
+
+class TFolderView;
 class TLanguage;
 
 namespace Ui {
@@ -25,13 +28,12 @@ class TfrmAddFavorite final : public QDialog {
   [[nodiscard]] QString Folder() const;
 
  private:
-  void AddNode(QTreeWidgetItem *parent, const QString &caption, const QString &path);
-  void FillNode(QTreeWidgetItem *node);
-  // Opens the tree down to that folder, or as far towards it as it goes.
-  void ShowFolder(const QString &path);
   void MakeFolder();
   void UpdateOk();
 
   const TLanguage &m_language;
+  TFolderKind m_kind;
+  TFolderEditor m_editor;
   std::unique_ptr<Ui::TfrmAddFavorite> m_ui;
+  TFolderView *m_folders;
 };

@@ -62,8 +62,10 @@ void TFavoriteCommands::Rename(const TFavorite &favorite) {
                                               {.caption = m_language.Text("FAVORITES", "RenameCaption"),
                                                .prompt = m_language.Text("FAVORITES", "Name"),
                                                .text = favorite.caption});
-  if (!self || !name || name->trimmed() == favorite.caption) return;
+  // The blanks at the edges of a name from elsewhere are no change.
+  if (!self || !name || name->trimmed() == favorite.caption.trimmed()) return;
   const TFavoritesChange change = FavoritesEdit::Rename(favorite.path, name->trimmed());
+  Q_EMIT Done(change);
   if (!change.IsGood()) TellCannotChange(change.error);
   Q_EMIT Changed();
 }
@@ -77,6 +79,7 @@ void TFavoriteCommands::Delete(const TFavorite &favorite) {
                              .cancel = m_language.Global("Cancel")});
   if (!self || !answer.accepted) return;
   const TFavoritesChange change = FavoritesEdit::Trash({favorite.path});
+  Q_EMIT Done(change);
   if (!change.IsGood()) {
     ShowWarning(m_window, m_language,
                 m_language.Text("HalvexGroups", "CannotDelete").arg(favorite.caption, change.error));
@@ -92,12 +95,17 @@ void TFavoriteCommands::ShowProperties(const TFavorite &favorite) {
   if (!dialog || !self) return;
   const QString name = dialog->Name();
   const QString address = dialog->Address();
+  const bool isOtherName = dialog->IsNameChanged();
   const bool isOtherAddress = dialog->IsAddressChanged();
   delete dialog;
   if (!accepted) return;
   TFavoritesChange change;
   if (isOtherAddress) change = FavoritesEdit::SetAddress(favorite.path, address);
-  if (change.IsGood() && name != favorite.caption) change = FavoritesEdit::Rename(favorite.path, name);
+  if (change.IsGood() && isOtherName) {
+    const TFavoritesChange renamed = FavoritesEdit::Rename(favorite.path, name);
+    change = {change.steps + renamed.steps, renamed.paths, renamed.error};
+  }
+  Q_EMIT Done(change);
   if (!change.IsGood()) TellCannotChange(change.error);
   Q_EMIT Changed();
 }

@@ -9,6 +9,7 @@
 class QMenu;
 class QWidget;
 class TLanguage;
+struct TFavoritesChange;
 
 // What can be done with one favorite wherever it is shown, and the menu that offers it.
 class TFavoriteCommands final : public QObject {
@@ -33,6 +34,8 @@ class TFavoriteCommands final : public QObject {
   void ShowProperties(const TFavorite &favorite);
 
  Q_SIGNALS:
+  // What was done, for whoever can undo it; before Changed.
+  void Done(const TFavoritesChange &change);
   // Something was done to the files.
   void Changed();
 

@@ -18,6 +18,7 @@ TfrmFavorite::TfrmFavorite(const TLanguage &language, const TFavorite &favorite,
   language.TranslateForm(this, "FAVORITES");
   m_ui->edtName->setText(favorite.caption);
   m_ui->edtName->setMinimumWidth(fontMetrics().averageCharWidth() * WidthInCharacters);
+  m_firstName = Name();
   m_ui->lblPath->setText(NativePath::Shown(favorite.path));
   const bool hasAddress = ShortcutFile::KindOf(favorite.path) != ShortcutFile::TKind::None && !favorite.isFolder;
   m_ui->lblAddress->setVisible(hasAddress);
@@ -41,6 +42,10 @@ QString TfrmFavorite::Name() const {
 
 QString TfrmFavorite::Address() const {
   return m_ui->edtAddress->text().trimmed();
+}
+
+bool TfrmFavorite::IsNameChanged() const {
+  return Name() != m_firstName;
 }
 
 bool TfrmFavorite::IsAddressChanged() const {

@@ -21,8 +21,11 @@ class TfrmFavorite final : public QDialog {
 
   [[nodiscard]] QString Name() const;
   [[nodiscard]] QString Address() const;
+  // By the user. A name from elsewhere may have blanks at its edges, and keeps them otherwise.
+  [[nodiscard]] bool IsNameChanged() const;
   [[nodiscard]] bool IsAddressChanged() const;
 
  private:
   std::unique_ptr<Ui::TfrmFavorite> m_ui;
+  QString m_firstName;
 };

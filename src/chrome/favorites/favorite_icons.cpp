@@ -35,7 +35,10 @@ bool TFavoriteIcons::HasOwn() const {
 
 QIcon TFavoriteIcons::Of(const TFavorite &favorite) const {
   if (favorite.isFolder) return m_folder;
-  if (!HasOwn()) return m_page;
-  const QImage image = m_cache.Find(FavoritesFolder::Target(favorite));
+  return HasOwn() ? OfAddress(FavoritesFolder::Target(favorite)) : m_page;
+}
+
+QIcon TFavoriteIcons::OfAddress(const QString &address) const {
+  const QImage image = HasOwn() ? m_cache.Find(address) : QImage();
   return image.isNull() ? m_page : QIcon(QPixmap::fromImage(image));
 }

@@ -27,6 +27,8 @@ class TFavoriteIcons final : public QObject {
   [[nodiscard]] int Version() const { return m_version; }
   // That of its site, where it is to be shown and known, else the plain one. Reads the file, and the cache's.
   [[nodiscard]] QIcon Of(const TFavorite &favorite) const;
+  // The same of an address that is known already.
+  [[nodiscard]] QIcon OfAddress(const QString &address) const;
 
  private:
   void Follow(TBrowserTab *tab);

@@ -11,10 +11,10 @@
 
 #include "browser/strip/link_mime.h"
 #include "chrome/favorites/favorite_commands.h"
-#include "chrome/favorites/favorite_drag.h"
 #include "chrome/favorites/favorite_icons.h"
 #include "config/language.h"
 #include "config/settings.h"
+#include "favorites/favorite_drag.h"
 #include "favorites/favorites_edit.h"
 #include "ui/message_box.h"
 #include "ui/shown_text.h"

@@ -1,4 +1,4 @@
-#include "chrome/favorites/favorite_drag.h"
+#include "favorites/favorite_drag.h"
 
 #include <QMimeData>
 #include <QUrl>

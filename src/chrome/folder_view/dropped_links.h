@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+class QMimeData;
+
+// An address that was dragged here from elsewhere, with its title where that was told.
+struct TDroppedLink {
+  QString address{};
+  QString title{};
+
+  bool operator==(const TDroppedLink &) const = default;
+};
+
+// The addresses in what was dragged, each once: those of LinksIn without files, and the title that goes with each, from
+// the list of addresses and titles ("text/x-moz-url", UTF-16, a line for each in turn) or from the links in a piece of
+// HTML.
+[[nodiscard]] QList<TDroppedLink> DroppedLinks(const QMimeData &data);

@@ -1,0 +1,16 @@
+#include "chrome/folder_view/folder_editor.h"
+
+bool TFolderEditor::Take(const TFavoritesChange &change) {
+  if (!change.IsEmpty()) m_done.append(change);
+  Tell(change);
+  return change.IsGood();
+}
+
+void TFolderEditor::Undo() {
+  if (!m_done.isEmpty()) Tell(FavoritesEdit::Undo(m_done.takeLast()));
+}
+
+void TFolderEditor::Tell(const TFavoritesChange &change) {
+  Q_EMIT Done(change);
+  if (!change.IsGood()) Q_EMIT Failed(change.error);
+}

@@ -1,0 +1,177 @@
+#pragma once
+
+#include <array>
+#include <QPointer>
+#include <QTimer>
+#include <QTreeView>
+
+#include "chrome/folder_view/folder_model.h"
+
+class QMenu;
+class TFolderEditor;
+class TFolderKind;
+class TLanguage;
+enum class TOpenPlace;
+struct TFavoritesChange;
+
+// What can be done in a view, by key and from its menu.
+enum class TFolderAction {
+  Open,
+  OpenAll,
+  OpenInNewTab,
+  OpenInBackground,
+  Cut,
+  Copy,
+  Paste,
+  Rename,
+  Delete,
+  NewFolder,
+  Undo,
+  SortByName,
+  MoveUp,
+  MoveDown,
+  CopyAddress,
+  Properties,
+  Count
+};
+
+// A folder on the disk as a tree, or as the list of what is in it. Files are opened, renamed in place, moved, copied,
+// put in order and thrown away; all is undone by the editor, which views may share. What others do on the disk shows
+// after Refresh, and what is selected, open and to be seen stays so.
+class TFolderView final : public QTreeView {
+  Q_OBJECT
+
+ public:
+  enum class TLook {
+    Tree,          // what is in the folder, and below
+    TreeWithRoot,  // the folder itself, too
+    List,          // only what is in it
+  };
+
+  // All must outlive this object.
+  TFolderView(TFolderKind &kind, TFolderEditor &editor, const TLanguage &language, TLook look,
+              TFolderModel::TShow show = TFolderModel::TShow::All, QWidget *parent = nullptr);
+
+  // Shows that folder, from its top.
+  void SetRoot(const QString &path, const QString &caption);
+  // A click opens, instead of a double click.
+  void SetOpensOnClick(bool opens);
+  // Only shows folders to choose from: nothing is changed here, and Enter is the window's.
+  void SetReadOnly();
+  void Refresh() { m_model.Refresh(); }
+
+  // Opens the tree down to that folder, or as far towards it as it goes, and makes it the current one.
+  void Reveal(const QString &folder);
+  // Selects these as soon as they are there; the first is the current one.
+  void Select(const QStringList &paths);
+
+  // One without a path when there is none.
+  [[nodiscard]] TFavorite Current() const;
+  // The folder that is current or on its way to be, see Reveal; or the one that the current file lies in.
+  [[nodiscard]] QString Folder() const;
+  // In their order from top to bottom, without the root.
+  [[nodiscard]] TFavorites Selected() const;
+  // A name is being typed.
+  [[nodiscard]] bool IsEditing() const { return state() == EditingState; }
+
+  [[nodiscard]] QAction *Action(TFolderAction action) const { return m_actions[static_cast<size_t>(action)]; }
+  // Fills a menu with what can be done with what is selected.
+  void FillMenu(QMenu &menu);
+  [[nodiscard]] const TFolderModel &Model() const { return m_model; }
+
+ Q_SIGNALS:
+  // Another folder, or file in one, is current.
+  void CurrentChanged();
+  // A list was to go into that folder.
+  void FolderWanted(const QString &path);
+  void PropertiesWanted(const TFavorite &favorite);
+  void Opened(TOpenPlace place);
+  // Why something was not done, for the window to show.
+  void Told(const QString &text);
+
+ protected:
+  bool event(QEvent *event) override;
+  void keyPressEvent(QKeyEvent *event) override;
+  void mousePressEvent(QMouseEvent *event) override;
+  void mouseReleaseEvent(QMouseEvent *event) override;
+  void contextMenuEvent(QContextMenuEvent *event) override;
+  void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+  void dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight, const QList<int> &roles) override;
+  void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
+  void startDrag(Qt::DropActions supported) override;
+  void dragEnterEvent(QDragEnterEvent *event) override;
+  void dragMoveEvent(QDragMoveEvent *event) override;
+  void dragLeaveEvent(QDragLeaveEvent *event) override;
+  void dropEvent(QDropEvent *event) override;
+  void paintEvent(QPaintEvent *event) override;
+
+ private:
+  // Where something that is dropped goes: before the row of the folder, or, with row -1, just into it. No folder: it
+  // cannot be dropped here.
+  struct TDrop {
+    QPersistentModelIndex folder{};
+    int row = -1;
+  };
+
+  // ---- folder_view.cpp: what is shown, and where keys and mouse lead ----
+  void MakeActions();
+  void UpdateActions();
+  void FollowReading();
+  // The index of the path; what leads there is opened. None as long as it is not read.
+  QModelIndex Sought(const QString &path);
+  void KeepPlace();
+  void ReturnToPlace();
+  void ShowMenu(const QPoint &globalPosition);
+  void OnClicked(const QModelIndex &index);
+  void OnDoubleClicked(const QModelIndex &index);
+  [[nodiscard]] QAction *ActionFor(const QKeyEvent &event) const;
+
+  // ---- folder_view_commands.cpp ----
+  void Run(TFolderAction action);
+  void Do(const TFavoritesChange &change);
+  void OnDone(const TFavoritesChange &change);
+  void Open(TOpenPlace place);
+  void Cut();
+  void Copy();
+  void Paste();
+  void Rename();
+  void Delete();
+  void NewFolder();
+  void MoveBy(int step);
+  void CopyAddress();
+  [[nodiscard]] QStringList SelectedPaths() const;
+  // Of the rows that are selected the first or the last in their folder; none when they are of several folders.
+  [[nodiscard]] QModelIndex EdgeOfSelected(bool isLast) const;
+  [[nodiscard]] bool CanMoveBy(int step) const;
+
+  // ---- folder_view_drag.cpp ----
+  [[nodiscard]] TDrop DropAt(const QPoint &place) const;
+  [[nodiscard]] QRect IndicatorOf(const TDrop &drop) const;
+  // The place in FavoritesEdit's sense.
+  [[nodiscard]] int PositionOf(const TDrop &drop) const;
+  void DropPaths(const QStringList &paths, const TDrop &drop, bool isCopied);
+  void DropLinks(const QMimeData &data, const TDrop &drop);
+  void EndDrag();
+  void ScrollAtEdge(const QPoint &place);
+
+  TFolderKind &m_kind;
+  TFolderEditor &m_editor;
+  const TLanguage &m_language;
+  TLook m_look;
+  TFolderModel m_model;
+  std::array<QAction *, static_cast<size_t>(TFolderAction::Count)> m_actions{};
+  bool m_opensOnClick = false;
+  bool m_isReadOnly = false;
+  QStringList m_sought;        // to be selected when they are there
+  bool m_isRevealing = false;  // or, of the only one, as far as it goes
+  QString m_edited;            // a folder whose name is to be typed when it is there
+  bool m_isActing = false;     // what is done now was begun here
+  QPersistentModelIndex m_top;
+  int m_topOffset = 0;
+  QPersistentModelIndex m_middlePressed;
+  QPointer<QMenu> m_menu;
+  TDrop m_drop;
+  QTimer m_hover;
+  QTimer m_scroll;
+  int m_scrollStep = 0;
+};

@@ -1,0 +1,194 @@
+#include <algorithm>
+#include <QApplication>
+#include <QDrag>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyleOption>
+
+#include "chrome/folder_view/dropped_links.h"
+#include "chrome/folder_view/folder_editor.h"
+#include "chrome/folder_view/folder_view.h"
+#include "config/language.h"
+#include "favorites/favorite_drag.h"
+
+namespace {
+
+// Milliseconds.
+constexpr int OpensAfter = 700;
+constexpr int ScrollsEvery = 30;
+// Pixels.
+constexpr int EdgeHeight = 16;
+constexpr int ScrollStep = 8;
+// Of so many files the addresses go along as text.
+constexpr qsizetype MostAddresses = 200;
+
+// What comes from elsewhere stays where it is, whatever its owner proposes.
+bool IsCopied(const QDropEvent &event) {
+  return !FavoriteDrag::AreFavorites(*event.mimeData()) || event.modifiers().testFlag(Qt::ControlModifier);
+}
+
+bool IsWithin(const QString &folder, const QStringList &paths) {
+  return std::ranges::any_of(
+      paths, [&folder](const QString &path) { return folder == path || folder.startsWith(path + u'/'); });
+}
+
+}  // namespace
+
+void TFolderView::startDrag(Qt::DropActions) {
+  const TFavorites selected = Selected();
+  if (selected.isEmpty()) return;
+  QStringList paths;
+  QStringList addresses;
+  for (const TFavorite &favorite : selected) {
+    paths.append(favorite.path);
+    if (!favorite.isFolder && addresses.size() < MostAddresses) addresses.append(FavoritesFolder::Target(favorite));
+  }
+  QMimeData *data = FavoriteDrag::DataOf(paths);
+  if (!addresses.isEmpty()) data->setText(addresses.join(u'\n'));
+  auto *drag = new QDrag(this);
+  drag->setMimeData(data);
+  drag->setPixmap(
+      m_model.data(currentIndex(), Qt::DecorationRole).value<QIcon>().pixmap(iconSize().expandedTo({16, 16})));
+  // Whoever takes them says what was done; nothing is taken away here.
+  drag->exec(Qt::CopyAction | Qt::MoveAction | Qt::LinkAction, Qt::MoveAction);
+}
+
+TFolderView::TDrop TFolderView::DropAt(const QPoint &place) const {
+  const QModelIndex over = indexAt(place);
+  if (!over.isValid() || over == m_model.RootIndex()) return {m_model.RootIndex(), -1};
+  const QRect row = visualRect(over);
+  const int quarter = qMax(1, row.height() / 4);
+  if (place.y() < row.top() + quarter) return {over.parent(), over.row()};
+  if (place.y() > row.bottom() - quarter) {
+    // Below the row of an open folder stands the first that is in it.
+    if (isExpanded(over) && m_model.rowCount(over) > 0) return {over, 0};
+    return {over.parent(), over.row() + 1};
+  }
+  return m_model.At(over).isFolder ? TDrop{over, -1} : TDrop();
+}
+
+int TFolderView::PositionOf(const TDrop &drop) const {
+  if (drop.row < 0) return FavoritesEdit::NoPosition;
+  const TFavorites all = FavoritesFolder::List(m_model.At(drop.folder).path);
+  // Not all of them need be shown here.
+  const QString before = m_model.At(m_model.index(drop.row, 0, drop.folder)).path;
+  const auto place = std::ranges::find(all, before, &TFavorite::path);
+  return int(place - all.begin());
+}
+
+QRect TFolderView::IndicatorOf(const TDrop &drop) const {
+  if (!drop.folder.isValid()) return {};
+  if (drop.row < 0) {
+    return drop.folder == rootIndex() ? viewport()->rect() : visualRect(drop.folder);
+  }
+  const QModelIndex below = m_model.index(drop.row, 0, drop.folder);
+  const QModelIndex above = m_model.index(drop.row - 1, 0, drop.folder);
+  const QRect row = visualRect(below.isValid() ? below : above);
+  return {row.left(), below.isValid() ? row.top() : row.bottom(), row.width(), 0};
+}
+
+void TFolderView::paintEvent(QPaintEvent *event) {
+  QTreeView::paintEvent(event);
+  const QRect indicator = IndicatorOf(m_drop);
+  if (!indicator.isValid() && indicator.width() <= 0) return;
+  QPainter painter(viewport());
+  QStyleOption option;
+  option.initFrom(this);
+  option.rect = indicator;
+  style()->drawPrimitive(QStyle::PE_IndicatorItemViewItemDrop, &option, &painter, this);
+}
+
+void TFolderView::dragEnterEvent(QDragEnterEvent *event) {
+  if (FavoriteDrag::HasPaths(*event->mimeData()) || !DroppedLinks(*event->mimeData()).isEmpty()) {
+    event->acceptProposedAction();
+  } else {
+    event->ignore();
+  }
+}
+
+void TFolderView::dragMoveEvent(QDragMoveEvent *event) {
+  const QPoint place = event->position().toPoint();
+  const QModelIndex hovered = m_drop.row < 0 ? QModelIndex(m_drop.folder) : QModelIndex();
+  m_drop = DropAt(place);
+  const QModelIndex now = m_drop.row < 0 ? QModelIndex(m_drop.folder) : QModelIndex();
+  if (now != hovered) m_hover.start(OpensAfter);
+  ScrollAtEdge(place);
+  viewport()->update();
+  if (!m_drop.folder.isValid()) {
+    event->ignore();
+    return;
+  }
+  const Qt::DropAction wanted = IsCopied(*event) ? Qt::CopyAction : Qt::MoveAction;
+  if (event->possibleActions().testFlag(wanted)) {
+    event->setDropAction(wanted);
+    event->accept();
+  } else {
+    event->acceptProposedAction();
+  }
+}
+
+void TFolderView::ScrollAtEdge(const QPoint &place) {
+  const int height = viewport()->height();
+  m_scrollStep = place.y() < EdgeHeight ? -ScrollStep : place.y() >= height - EdgeHeight ? ScrollStep : 0;
+  if (m_scrollStep == 0) {
+    m_scroll.stop();
+  } else if (!m_scroll.isActive()) {
+    m_scroll.start(ScrollsEvery);
+  }
+}
+
+void TFolderView::dragLeaveEvent(QDragLeaveEvent *) {
+  EndDrag();
+}
+
+void TFolderView::EndDrag() {
+  m_hover.stop();
+  m_scroll.stop();
+  m_drop = {};
+  viewport()->update();
+}
+
+void TFolderView::dropEvent(QDropEvent *event) {
+  const TDrop drop = DropAt(event->position().toPoint());
+  const bool isCopied = IsCopied(*event);
+  EndDrag();
+  // The one that it comes from takes nothing away: that is done here.
+  event->setDropAction(Qt::CopyAction);
+  event->accept();
+  if (!drop.folder.isValid()) {
+    Q_EMIT Told(m_language.Text("FOLDER_VIEW", "OntoFile"));
+    return;
+  }
+  if (const QStringList paths = FavoriteDrag::PathsIn(*event->mimeData()); !paths.isEmpty()) {
+    DropPaths(paths, drop, isCopied);
+  } else {
+    DropLinks(*event->mimeData(), drop);
+  }
+}
+
+void TFolderView::DropPaths(const QStringList &paths, const TDrop &drop, bool isCopied) {
+  const QString folder = m_model.At(drop.folder).path;
+  if (IsWithin(folder, paths)) {
+    Q_EMIT Told(m_language.Text("FOLDER_VIEW", "IntoItself"));
+    return;
+  }
+  const int position = PositionOf(drop);
+  Do(isCopied ? FavoritesEdit::Copy(paths, folder, position) : FavoritesEdit::Move(paths, folder, position));
+}
+
+// One change, so that they are taken back together.
+void TFolderView::DropLinks(const QMimeData &data, const TDrop &drop) {
+  const QString folder = m_model.At(drop.folder).path;
+  int position = PositionOf(drop);
+  TFavoritesChange all;
+  for (const TDroppedLink &link : DroppedLinks(data)) {
+    const TFavoritesChange change = FavoritesEdit::AddPage(folder, link.title, link.address, position);
+    all.steps += change.steps;
+    all.paths += change.paths;
+    if (all.error.isEmpty()) all.error = change.error;
+    if (position >= 0 && change.IsGood()) ++position;
+  }
+  Do(all);
+}
