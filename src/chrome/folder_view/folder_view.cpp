@@ -334,9 +334,7 @@ void TFolderView::mouseReleaseEvent(QMouseEvent *event) {
   const bool isClick = index.isValid() && m_middlePressed == index;
   m_middlePressed = QModelIndex();
   event->accept();
-  if (!isClick || favorite.isFolder) return;
-  m_kind.Open(favorite, TOpenPlace::BackgroundTab);
-  Q_EMIT Opened(TOpenPlace::BackgroundTab);
+  if (isClick && !favorite.isFolder) m_kind.Open(favorite, TOpenPlace::BackgroundTab);
 }
 
 void TFolderView::OnClicked(const QModelIndex &index) {

@@ -85,7 +85,6 @@ class TFolderView final : public QTreeView {
   // A list was to go into that folder.
   void FolderWanted(const QString &path);
   void PropertiesWanted(const TFavorite &favorite);
-  void Opened(TOpenPlace place);
   // Why something was not done, for the window to show.
   void Told(const QString &text);
 

@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QSet>
 #include <utility>
 
 #include "chrome/folder_view/folder_editor.h"
@@ -24,9 +25,7 @@ void TFolderView::Run(TFolderAction action) {
     case TFolderAction::Open:
       return Open(TOpenPlace::BySetting);
     case TFolderAction::OpenAll:
-      m_kind.OpenAll(Current().path);
-      Q_EMIT Opened(TOpenPlace::NewTab);
-      return;
+      return m_kind.OpenAll(Current().path);
     case TFolderAction::OpenInNewTab:
       return Open(TOpenPlace::NewTab);
     case TFolderAction::OpenInBackground:
@@ -95,7 +94,6 @@ void TFolderView::Open(TOpenPlace place) {
       // One tab is for one page.
       if (place == TOpenPlace::BySetting) place = TOpenPlace::NewTab;
     }
-    Q_EMIT Opened(place);
   }
 }
 
@@ -150,14 +148,30 @@ QModelIndex TFolderView::EdgeOfSelected(bool isLast) const {
 
 bool TFolderView::CanMoveBy(int step) const {
   const QModelIndex edge = EdgeOfSelected(step > 0);
-  return edge.isValid() && edge.siblingAtColumn(0).sibling(edge.row() + step, 0).isValid();
+  return edge.isValid() && edge.sibling(edge.row() + step, 0).isValid();
 }
 
+// By what is on the disk: of two presses in a row the second comes before the rows show the first.
 void TFolderView::MoveBy(int step) {
-  const QModelIndex edge = EdgeOfSelected(step > 0);
-  // Before the one above, or behind the one below.
-  const TDrop drop{edge.parent(), step < 0 ? edge.row() - 1 : edge.row() + 2};
-  Do(FavoritesEdit::Move(SelectedPaths(), m_model.At(edge.parent()).path, PositionOf(drop)));
+  const QString folder = m_model.At(EdgeOfSelected(step > 0).parent()).path;
+  const TFavorites all = FavoritesFolder::List(folder);
+  const QStringList paths = SelectedPaths();
+  const QSet<QString> selected(paths.begin(), paths.end());
+  QStringList moved;
+  int before = -1;  // the last that is shown above them
+  int after = -1;   // the first below
+  for (int i = 0; i < all.size(); ++i) {
+    const QString &path = all.at(i).path;
+    if (selected.contains(path)) {
+      moved.append(path);
+      after = -1;
+    } else if (m_model.At(m_model.Nearest(path)).path == path) {
+      if (moved.isEmpty()) before = i;
+      if (after < 0) after = i;
+    }
+  }
+  if (moved.isEmpty() || (step < 0 ? before : after) < 0) return;
+  Do(FavoritesEdit::Move(moved, folder, step < 0 ? before : after + 1));
 }
 
 void TFolderView::CopyAddress() {
