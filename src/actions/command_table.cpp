@@ -130,6 +130,7 @@ constexpr TCommandRow Rows[] = {
     {TabCloseAllShowList, "pmTabCloseAllShowList", "__CloseAllShowList", "", ""},
     {TabClose, "pmTabClose", "__TabClose", "close_tab", ""},
     {AddFavorite, "mnuFavoritesAdd", "__FavoritesAdd", "favorites", "Ctrl+D", Hint("MenuFavoritesAddHint")},
+    {ShowFavorites, "actShowFavorites", "", "favorites", "Ctrl+Shift+D"},
     {OrganizeFavorites, "mnuFavoritesOrganize", "__FavoritesOrganize", "", ""},
     {OpenAllFavorites, "miOpenAll", "~~OpenAllFavorites", "", ""},
     {ImportFavorites, "mnuFavoritesImport", "__FavoritesImport", "", ""},

@@ -110,6 +110,7 @@ enum class TCommand {
   TabCloseAllShowList,
   TabClose,
   AddFavorite,
+  ShowFavorites,
   OrganizeFavorites,
   OpenAllFavorites,
   ImportFavorites,

@@ -7,6 +7,7 @@
 #include "browser/engine/view_supply.h"
 #include "browser/tabs/browser_tab.h"
 #include "chrome/toolbar/toolbar_panel.h"
+#include "chrome/toolbar/zv_tool_bar.h"
 #include "platform/program_folders.h"
 #include "search/address_label.h"
 
@@ -85,6 +86,7 @@ void TModules::Join() {
   QObject::connect(&tabs, &TTabStrip::PageSetsOut, framePacer, &TFramePacer::GiveWay);
   bars.SetHasLinks([links = favorites.Links()] { return links->IsThere(); });
   QObject::connect(favorites.Links(), &TLinksBar::ThereChanged, &bars, &TWindowBars::Apply);
+  favorites.SetPopupButton([this] { return toolbars.ToolbarPanel().Bar().PlaceOf(QStringLiteral("tbFavorites")); });
   QObject::connect(&loadQueue, &TLoadQueue::ToComeChanged, frameUpdates, &TFrameUpdates::SetPagesToCome);
   QObject::connect(&tabCommands, &TTabCommands::AddressWanted, address, [this] {
     if (address->isVisible()) address->FocusAll();

@@ -3,6 +3,7 @@
 #include <QProgressBar>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QTreeView>
 
 #include "browser/downloads/download_window.h"
 #include "browser/page/page_menu.h"
@@ -560,6 +561,15 @@ class TestCommands final : public QObject, private TCommandsFixture {
          opened},
         {TCommand::AddFavorite, adds, isFavorite},
         {TCommand::TabAddToFavorites, adds, isFavorite},
+        {TCommand::ShowFavorites, [this] { FavoritesEdit::AddPage(favorites, u"c"_s, Url(u"/c"_s)); },
+         [this] {
+           auto *popup = Window().findChild<QWidget *>(u"TfrmFavorites"_s);
+           QVERIFY(popup != nullptr && popup->isVisible());
+           auto *tree = popup->findChild<QTreeView *>();
+           QTRY_COMPARE(tree->model()->rowCount(tree->rootIndex()), 1);
+           QTest::keyClick(tree, Qt::Key_Escape);
+           QVERIFY(!popup->isVisible());
+         }},
         {TCommand::OrganizeFavorites, none, Opens("TfrmOrganizeFavorites")},
         {TCommand::ImportFavorites,
          Then([bookmarks] { WriteFile(bookmarks, "<DL><DT><A HREF=\"http://x.test/\">X</A>"); }, AsksFile(bookmarks)),

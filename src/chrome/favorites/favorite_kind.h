@@ -6,7 +6,7 @@ class TFavoriteIcons;
 class TFavoriteLauncher;
 
 // Favorites in a tree over their folder: every file is one.
-class TFavoriteKind final : public TFolderKind {
+class TFavoriteKind : public TFolderKind {
  public:
   // Both must outlive this object.
   TFavoriteKind(TFavoriteLauncher &launcher, const TFavoriteIcons &icons) : m_launcher(launcher), m_icons(icons) {}

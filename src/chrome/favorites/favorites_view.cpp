@@ -9,6 +9,7 @@
 #include "browser/tabs/tab_menu.h"
 #include "browser/tabs/tab_strip.h"
 #include "chrome/favorites/add_favorite_dialog.h"
+#include "chrome/favorites/favorites_popup.h"
 #include "chrome/favorites/organize_favorites.h"
 #include "config/language.h"
 #include "config/settings.h"
@@ -52,12 +53,14 @@ TFavoritesView::TFavoritesView(QWidget *window, TActions &actions, TTabStrip &ta
 
 TFavoritesView::~TFavoritesView() {
   delete m_organizer;
+  delete m_popup;
   delete m_links;
 }
 
 void TFavoritesView::ConnectCommands(TTabMenu &tabMenu) {
   connect(m_actions[TCommand::AddFavorite], &QAction::triggered, this, [this] { AddTab(m_tabs.GetActivePage()); });
   connect(m_actions[TCommand::OpenAllFavorites], &QAction::triggered, this, [this] { m_launcher.OpenAll(Folder()); });
+  connect(m_actions[TCommand::ShowFavorites], &QAction::triggered, this, &TFavoritesView::ShowPopup);
   connect(m_actions[TCommand::OrganizeFavorites], &QAction::triggered, this, [this] { Organize(Folder()); });
   connect(m_actions[TCommand::ImportFavorites], &QAction::triggered, &m_transfer, &TFavoritesTransferView::Import);
   connect(m_actions[TCommand::ExportFavorites], &QAction::triggered, &m_transfer, &TFavoritesTransferView::Export);
@@ -90,6 +93,20 @@ void TFavoritesView::Organize(const QString &folder) {
   m_organizer->show();
   m_organizer->raise();
   m_organizer->activateWindow();
+}
+
+void TFavoritesView::ShowPopup() {
+  const QRect button = m_popupButton ? m_popupButton() : QRect();
+  if (button.isEmpty()) return;
+  if (m_popup == nullptr) {
+    m_popup = new TfrmFavorites(m_language, m_launcher, m_icons, m_settings, m_window);
+    connect(m_popup, &TfrmFavorites::Changed, this, [this] {
+      m_menus.MarkStale();
+      m_links->Refresh();
+    });
+    connect(this, &TFavoritesView::Changed, m_popup, &TfrmFavorites::Refresh);
+  }
+  m_popup->ShowBelow(button, Folder());
 }
 
 void TFavoritesView::Watch() {

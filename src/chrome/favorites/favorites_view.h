@@ -1,7 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <QObject>
 #include <QPointer>
+#include <QRect>
+#include <utility>
 
 #include "chrome/favorites/favorite_commands.h"
 #include "chrome/favorites/favorite_icons.h"
@@ -13,6 +16,7 @@
 
 class TActions;
 class TBrowserTab;
+class TfrmFavorites;
 class TfrmOrganizeFavorites;
 class TTabMenu;
 
@@ -37,6 +41,10 @@ class TFavoritesView final : public QObject {
   // Shows the folder in the window where favorites are put in order.
   void Organize(const QString &folder);
 
+  // Tells where the button is that opens the pop-up window of favorites, a rectangle of the screen; empty when there is
+  // none, and then nothing opens.
+  void SetPopupButton(std::function<QRect()> place) { m_popupButton = std::move(place); }
+
   // A child of the window, which places it.
   [[nodiscard]] TLinksBar *Links() const { return m_links; }
   [[nodiscard]] TFavoriteLauncher &Launcher() { return m_launcher; }
@@ -50,6 +58,7 @@ class TFavoritesView final : public QObject {
 
  private:
   void ConnectCommands(TTabMenu &tabMenu);
+  void ShowPopup();
   void Watch();
   void Refresh();
 
@@ -65,6 +74,8 @@ class TFavoritesView final : public QObject {
   TFavoritesTransferView m_transfer;
   TLinksBar *m_links;
   QPointer<TfrmOrganizeFavorites> m_organizer;
+  TfrmFavorites *m_popup = nullptr;  // from its first use on
+  std::function<QRect()> m_popupButton;
   TFolderWatcher m_watcher{this};
   QTimer m_firstPage{this};
 };

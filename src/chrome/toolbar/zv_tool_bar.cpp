@@ -132,6 +132,15 @@ QToolButton *TZVToolBar::FindButton(const QString &name) const {
   return found != m_items.end() ? found->button : nullptr;
 }
 
+QRect TZVToolBar::PlaceOf(const QString &name) const {
+  const QToolButton *button = FindButton(name);
+  const auto item = std::ranges::find(m_items, button, &TItem::button);
+  if (button == nullptr || !item->shows) return {};
+  QRect place = button->geometry();
+  if (item->Right() > width()) place.moveLeft(isRightToLeft() ? 0 : width() - place.width());
+  return {mapToGlobal(place.topLeft()), place.size()};
+}
+
 void TZVToolBar::PlaceItems() {
   int left = 0;
   bool afterSeparator = true;

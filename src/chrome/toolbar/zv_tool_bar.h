@@ -27,6 +27,10 @@ class TZVToolBar final : public QWidget {
   // The button of this object name, whether or not it shows; nullptr when it is not on the bar.
   [[nodiscard]] QToolButton *FindButton(const QString &name) const;
 
+  // Where that button is on the screen, or the end of the bar where there is no room for it; empty when it is not on
+  // the bar or the user has put it away.
+  [[nodiscard]] QRect PlaceOf(const QString &name) const;
+
   // Colours at all times, or only under the mouse and otherwise one ink.
   void SetShowsColor(bool shows);
   [[nodiscard]] bool ShowsColor() const { return m_showsColor; }
