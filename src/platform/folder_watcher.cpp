@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QFileSystemWatcher>
 #include <QHash>
+#include <QSet>
 #include <QTimer>
 #include <utility>
 
@@ -76,10 +77,13 @@ class TFolderWatch final : public QObject {
   // Brings the watches in line with the folders that there are; true when new ones were added.
   bool WatchFolders() {
     const TFolders now = Folders();
+    // One that is removed is watched no more, also when another has got its name and its number since.
+    const QStringList directories = m_watcher.directories();
+    const QSet<QString> watched(directories.begin(), directories.end());
     QStringList gone;
     for (auto known = m_known.cbegin(); known != m_known.cend(); ++known) {
       const auto found = now.constFind(known.key());
-      if (found == now.cend() || *found != *known) gone.append(known.key());
+      if (found == now.cend() || *found != *known || !watched.contains(known.key())) gone.append(known.key());
     }
     for (const QString &path : std::as_const(gone)) m_known.remove(path);
     if (!gone.isEmpty()) m_watcher.removePaths(gone);

@@ -49,6 +49,7 @@ class TTestFolderWatcher final : public QObject {
     Row("file in a folder of a name used before", "replace root/deep, write root/deep/new, write root/deep-old/new");
     Row("file in a folder moved here", "rename outside root/outside, write root/outside/new");
     Row("the folder itself goes and comes", "clear root, make root, write root/new");
+    Row("the folder itself is made anew at once", "renew root, write root/new");
     Row("its name is taken by another", "rename root other, rename outside root, write root/new");
   }
   void Tells() {
@@ -67,6 +68,7 @@ class TTestFolderWatcher final : public QObject {
       if (words.first() == "replace") isDone = QFile::rename(path, path + "-old") && QDir().mkpath(path);
       if (words.first() == "make") isDone = QDir().mkpath(path);
       if (words.first() == "clear") isDone = QDir(path).removeRecursively();
+      if (words.first() == "renew") isDone = QDir(path).removeRecursively() && QDir().mkpath(path);
       QVERIFY2(isDone, qPrintable(step));
       QVERIFY2(!m_changes->isEmpty() || m_changes->wait(Patience), qPrintable(step));
     }
