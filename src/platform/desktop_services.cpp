@@ -5,6 +5,7 @@
 #include <QDesktopServices>
 #include <QFileInfo>
 
+#include "platform/mail_address.h"
 #include "platform/session_bus.h"
 
 namespace {
@@ -53,6 +54,8 @@ bool TDesktopServices::OpenFolderOn(const QDBusConnection &bus, const QString &f
 bool TDesktopServices::Open(const QUrl &address) {
   if (!address.isLocalFile()) return StartCommand({Opener, address.toString(QUrl::FullyEncoded)});
   const QString path = address.toLocalFile();
+  // No text says which bytes a name has that is no UTF-8; the opener takes them as they stand in the address.
+  if (path.contains(QChar::ReplacementCharacter)) return StartCommand({Opener, address.toString(QUrl::FullyEncoded)});
   return QFileInfo(path).isDir() ? OpenFolder(path) : StartCommand({Opener, path});
 }
 
@@ -63,7 +66,8 @@ bool TDesktopServices::SendDocuments(const QStringList &files) {
 }
 
 bool TDesktopServices::OpenMailAddress(const QString &address) {
-  return StartCommand({Mailer, address}) || StartCommand({Opener, address});
+  const QString safe = MailAddress::Safe(address);
+  return !safe.isEmpty() && (StartCommand({Mailer, safe}) || StartCommand({Opener, safe}));
 }
 
 void TDesktopServices::OpenMailUrl(const QUrl &address) {

@@ -30,7 +30,7 @@ class TDesktopServices final : public QObject {
   bool Open(const QUrl &address);
   // A new message with the files attached.
   bool SendDocuments(const QStringList &files);
-  // Hands a "mailto:" address to the mail program exactly as it is.
+  // Hands a "mailto:" address to the mail program, without what it must not carry (see MailAddress).
   bool OpenMailAddress(const QString &address);
 
  Q_SIGNALS:

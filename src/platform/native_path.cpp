@@ -59,6 +59,11 @@ bool NativePath::IsPlain(const QString &text) {
   return true;
 }
 
+QUrl NativePath::ToUrl(const QString &path) {
+  if (IsPlain(path)) return QUrl::fromLocalFile(path);
+  return QUrl::fromEncoded("file://" + ToBytes(path).toPercentEncoding("/"));
+}
+
 QString NativePath::Shown(QString text) {
   for (qsizetype i = 0; i < text.size(); ++i) {
     if (StandsForByte(text, i)) text[i] = QChar::ReplacementCharacter;

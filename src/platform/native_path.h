@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
+#include <QUrl>
 
 // Paths as texts that lose nothing. File names are bytes, and need be no UTF-8: such a byte becomes a lone low
 // surrogate, U+DC80 to U+DCFF, and comes back as the same byte. For all other names this is what QFile does; QFile
@@ -13,6 +14,8 @@ namespace NativePath {
 [[nodiscard]] QByteArray ToBytes(const QString &text);
 // True when no byte of the name is one that QFile cannot be told.
 [[nodiscard]] bool IsPlain(const QString &text);
+// As an address of a file, which can carry any byte.
+[[nodiscard]] QUrl ToUrl(const QString &path);
 // For the screen: a replacement character for each such byte.
 [[nodiscard]] QString Shown(QString text);
 

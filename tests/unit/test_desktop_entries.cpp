@@ -10,6 +10,7 @@
 
 #include "platform/desktop_entries.h"
 #include "platform/desktop_services.h"
+#include "platform/mail_address.h"
 #include "support/data_row.h"
 #include "support/desktop_files.h"
 #include "support/fake_programs.h"
@@ -184,6 +185,32 @@ class TestDesktopEntries final : public QObject {
     QCOMPARE(Names(entries.Browsers()), u"browser"_s);
   }
 
+  // Whoever wrote the address: nothing in it but whom the message is for, what it is about and what it says.
+  void MailAddresses_data() {
+    Columns<QString, QString>("address", "safe");
+    Row("whom", "MAILTO:a@x.test,b@x.test", "mailto:a@x.test,b@x.test");
+    Row("all fields", "mailto:a@x.test?to=b@x.test&CC=c&bcc=d&subject=e&body=f",
+        "mailto:a@x.test?to=b@x.test&cc=c&bcc=d&subject=e&body=f");
+    Row("a file", "mailto:a@x.test?attach=/etc/passwd&subject=s&Attachment=x&body=b",
+        "mailto:a@x.test?subject=s&body=b");
+    Row("hidden name", "mailto:?%61ttach=/etc/passwd&body=b&%73ubject=s", "mailto:?body=b&subject=s");
+    Row("nothing but a file", "mailto:a@x.test?attach=/etc/passwd", "mailto:a@x.test");
+    Row("title that looks like fields",
+        "mailto:?subject=Q&attach=/etc/passwd (http://x.test/?a=1)&body=http://x.test/?a=1",
+        "mailto:?subject=Q&body=http://x.test/%3Fa%3D1");
+    Row("title as it is", "mailto:?subject=Q&A? 100% #1 é&body=b",
+        "mailto:?subject=Q%26A%3F%20100%25%20%231%20%C3%A9&body=b");
+    Row("encoded already", "mailto:?subject=a%20%26%3D%c3%A9%&body=%zz",
+        "mailto:?subject=a%20%26%3D%C3%A9%25&body=%25zz");
+    Row("another header", "mailto:a%0D%0ABcc:b?subject=a%0ABcc: b&body=a%0D%0Ab",
+        "mailto:aBcc:b?subject=aBcc:%20b&body=a%0D%0Ab");
+    Row("a switch", "--attach=/etc/passwd", "");
+  }
+  void MailAddresses() {
+    QFETCH(QString, address);
+    QTEST(MailAddress::Safe(address), "safe");
+  }
+
   // Whatever stands in an address, it is one argument, and nothing of it is run.
   void StartsWithoutAShell() {
     TFakePrograms programs;
@@ -192,7 +219,13 @@ class TestDesktopEntries final : public QObject {
     TDesktopServices desktop;
     const QString address = u"mailto:?subject=a b; $(touch x) `y` \"z' & 100%"_s;
     QVERIFY(desktop.OpenMailAddress(address));
-    QTRY_COMPARE(programs.Calls(), QStringList(u"xdg-email|"_s + address));
+    QTRY_COMPARE(
+        programs.Calls(),
+        QStringList(u"xdg-email|mailto:?subject=a%20b%3B%20%24%28touch%20x%29%20%60y%60%20%22z%27%20%26%20100%25"_s));
+    programs.Forget();
+    QVERIFY(!desktop.OpenMailAddress(u"--attach=/etc/passwd"_s));
+    QVERIFY(desktop.Open(QUrl::fromEncoded("file:///tmp/a%20%E9.txt")));
+    QTRY_COMPARE(programs.Calls(), QStringList(u"xdg-open|file:///tmp/a%20%E9.txt"_s));
     programs.Forget();
     QVERIFY(desktop.SendDocuments({u"/tmp/a b"_s, u"/tmp/c"_s}));
     QTRY_COMPARE(programs.Calls(), QStringList(u"xdg-email|--attach|/tmp/a b|--attach|/tmp/c"_s));

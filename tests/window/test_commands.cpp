@@ -241,8 +241,8 @@ class TestCommands final : public QObject, private TCommandsFixture {
         {TCommand::MailLink, [this] { Load(u"/odd?a=b&c=d"_s); },
          Then(mailed,
               [this] {
-                const QString line = u"mailto:?subject=Q&A? 100% #1 (%1)&body=%1"_s;
-                QCOMPARE(Mailed(), QStringList(line.arg(Url(u"/odd?a=b&c=d"_s))));
+                const QString line = u"mailto:?subject=Q%26A%3F%20100%25%20%231%20%28%1%29&body=%1"_s;
+                QCOMPARE(Mailed(), QStringList(line.arg(Url(u"/odd%3Fa%3Db%26c%3Dd"_s))));
               })},
         {TCommand::MailPage, none,
          Then(mailed,

@@ -13,6 +13,7 @@
 #include "config/registered_programs.h"
 #include "platform/desktop_entries.h"
 #include "platform/desktop_services.h"
+#include "platform/mail_address.h"
 #include "ui/shown_text.h"
 
 namespace {
@@ -135,7 +136,10 @@ QString TDesktopCommands::MailLinkAddress(const QString &title, const QString &a
 void TDesktopCommands::MailLink() {
   const THalvexBrowser *browser = Browser();
   if (browser == nullptr) return;
-  if (!m_desktop.OpenMailAddress(MailLinkAddress(browser->LocationName(), browser->LocationUrl()))) TellMailFailed();
+  // A title that looks like more of the address would otherwise put a file into the message, or somebody in copy.
+  const QString title = MailAddress::Encoded(browser->LocationName());
+  const QString address = MailAddress::Encoded(browser->LocationUrl());
+  if (!m_desktop.OpenMailAddress(MailLinkAddress(title, address))) TellMailFailed();
 }
 
 void TDesktopCommands::MailPage() {

@@ -20,7 +20,8 @@ class TDesktopCommands final : public QObject {
   // All must outlive this object.
   TDesktopCommands(TActions &actions, TTabStrip &tabs, TDesktopServices &desktop);
 
-  // The address of a new message with a link to a page. No character of title or address is escaped; that is meant.
+  // The address of a new message with a link to a page. No character of title or address is escaped; that is meant, and
+  // the affair of whoever hands the address over.
   [[nodiscard]] static QString MailLinkAddress(const QString &title, const QString &address);
 
  Q_SIGNALS:
