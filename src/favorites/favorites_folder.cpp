@@ -142,10 +142,21 @@ QString Hint(const TFavorite &favorite) {
   return favorite.caption + QLatin1String("\r\n") + NativePath::Shown(Target(favorite));
 }
 
-QStringList Addresses(const QString &folder) {
-  QStringList addresses;
+QStringList Targets(const QString &folder) {
+  QStringList targets;
   for (const TFavorite &favorite : List(folder)) {
-    const QString address = favorite.isFolder ? QString() : ShortcutFile::Read(favorite.path);
+    const QString target = favorite.isFolder ? QString() : Target(favorite);
+    if (!target.isEmpty() && !ShortcutFile::IsScript(target)) targets.append(target);
+  }
+  return targets;
+}
+
+QStringList ShortcutAddresses(const QString &folder) {
+  QStringList addresses;
+  const auto entries = FolderEntries::List(folder, nullptr, FolderEntries::THidden::Listed);
+  for (const FolderEntries::TEntry &entry : entries.value_or(QList<FolderEntries::TEntry>())) {
+    if (entry.isFolder || ShortcutFile::KindOf(entry.name) != ShortcutFile::TKind::Url) continue;
+    const QString address = ShortcutFile::Read(folder + u'/' + entry.name);
     if (!address.isEmpty() && !ShortcutFile::IsScript(address)) addresses.append(address);
   }
   return addresses;

@@ -49,10 +49,12 @@ bool Make(const QString &folder);
 // The caption, "\r\n", and the target.
 [[nodiscard]] QString Hint(const TFavorite &favorite);
 
-// The addresses of all favorites of one folder, in its order; without its sub-folders, and without files that hold
-// none. For what opens all of them: addresses that are scripts ("javascript:") are left out, since those run only when
-// the user chooses them.
-[[nodiscard]] QStringList Addresses(const QString &folder);
+// What all favorites of one folder lead to (see Target), in its order; without its sub-folders. For what opens all of
+// them: addresses that are scripts ("javascript:") are left out, since those run only when the user chooses them.
+[[nodiscard]] QStringList Targets(const QString &folder);
+// The addresses in all internet shortcuts (".url") right in the folder, hidden ones too, in the order of the disk;
+// without scripts, and without those that hold none.
+[[nodiscard]] QStringList ShortcutAddresses(const QString &folder);
 
 // The name of a file or folder, as the caption shows it.
 [[nodiscard]] QString CaptionOf(const QString &path, bool isFolder);

@@ -93,7 +93,7 @@ class TTestFavoritesFolder final : public QObject {
     QCOMPARE(hints, QStringList({"e.url\r\n" + In("e.url"), "a\r\nhttp://a.example", "b\r\n" + In("b.url"),
                                  "c\r\n" + In("c.txt"), "d\r\nJavaScript:alert(1)"}));
     // Nothing runs without having been chosen by itself.
-    QCOMPARE(FavoritesFolder::Addresses(m_folder), QStringList{"http://a.example"});
+    QCOMPARE(FavoritesFolder::Targets(m_folder), QStringList({"http://a.example", In("b.url"), In("c.txt")}));
   }
 
   // Circles of links, what cannot be read, and names that are no text.

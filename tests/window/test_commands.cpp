@@ -551,7 +551,7 @@ class TestCommands final : public QObject, private TCommandsFixture {
     const TStep adds = Asks<TfrmAddFavorite>([](TfrmAddFavorite &dialog) { dialog.accept(); });
     const TStep isFavorite = [this] {
       QVERIFY(m_asked);
-      QCOMPARE(FavoritesFolder::Addresses(favorites), QStringList(Url(u"/a"_s)));
+      QCOMPARE(FavoritesFolder::Targets(favorites), QStringList(Url(u"/a"_s)));
     };
     QList<TRow> rows{
         {TCommand::AddToGroup, Then(group, AsksFile(set)), added},

@@ -4,7 +4,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QPointer>
-#include <QUrl>
 
 #include "browser/engine/address.h"
 #include "browser/tabs/browser_tab.h"
@@ -14,8 +13,20 @@
 #include "config/settings.h"
 #include "favorites/favorites_folder.h"
 #include "favorites/shortcut_file.h"
+#include "platform/folder_entries.h"
+#include "platform/native_path.h"
 #include "ui/confirm_dialog.h"
 #include "ui/message_box.h"
+
+namespace {
+
+bool IsFile(const QString &target) {
+  if (!QDir::isAbsolutePath(target)) return false;
+  if (NativePath::IsPlain(target)) return QFileInfo(target).isFile();
+  return FolderEntries::Exists(target) && !FolderEntries::IsFolder(target);
+}
+
+}  // namespace
 
 TFavoriteLauncher::TFavoriteLauncher(QWidget *window, TTabStrip &tabs, TLoadQueue &queue)
     : m_window(window), m_tabs(tabs), m_queue(queue) {}
@@ -24,11 +35,16 @@ void TFavoriteLauncher::Open(const TFavorite &favorite, TFavoritePlace place, co
   if (!favorite.isFolder) OpenTarget(FavoritesFolder::Target(favorite), place, newTab);
 }
 
+void TFavoriteLauncher::OpenFile(const QString &path) {
+  if (QDesktopServices::openUrl(NativePath::ToUrl(path))) return;
+  const TLanguage &language = m_tabs.Environment().language;
+  const QString name = NativePath::Shown(path.mid(path.lastIndexOf(u'/') + 1));
+  ShowWarning(m_window, language, language.Text("FAVORITES", "CannotOpen").arg(name));
+}
+
 void TFavoriteLauncher::OpenTarget(const QString &target, TFavoritePlace place, const TFlagSetting &newTab) {
-  if (QDir::isAbsolutePath(target) && QFileInfo(target).isFile()) {
-    if (QDesktopServices::openUrl(QUrl::fromLocalFile(target))) return;
-    const TLanguage &language = m_tabs.Environment().language;
-    ShowWarning(m_window, language, language.Text("FAVORITES", "CannotOpen").arg(QFileInfo(target).fileName()));
+  if (IsFile(target)) {
+    OpenFile(target);
     return;
   }
   TBrowserTab *tab = m_tabs.GetActivePage();
@@ -42,23 +58,48 @@ void TFavoriteLauncher::OpenTarget(const QString &target, TFavoritePlace place, 
   tab->Navigate(target);
 }
 
+qsizetype TFavoriteLauncher::AskHowMany(qsizetype pages) {
+  if (pages <= MostUnasked) return pages;
+  const TLanguage &language = m_tabs.Environment().language;
+  const qsizetype most = qMin(pages, MostPages);
+  const QString prompt = pages > most ? language.Text("FAVORITES", "OpenManyFirst").arg(most).arg(pages)
+                                      : language.Text("FAVORITES", "OpenManyPrompt").arg(pages);
+  const TAnswer answer =
+      ShowConfirm(m_window, {.caption = TLanguage::ShortHint(language.Text("FAVORITES_POPUP", "ShowFavoritesHint")),
+                             .firstLine = prompt,
+                             .secondText = language.Text("CONFIRM", "Proceed"),
+                             .ok = language.Global("Yes"),
+                             .cancel = language.Global("No")});
+  return answer.accepted ? most : 0;
+}
+
 void TFavoriteLauncher::OpenAll(const QString &folder) {
-  const QStringList addresses = FavoritesFolder::Addresses(folder).mid(0, MostPages);
-  if (addresses.size() > MostUnasked) {
-    const TLanguage &language = m_tabs.Environment().language;
-    const QPointer<TFavoriteLauncher> self(this);
-    const TAnswer answer =
-        ShowConfirm(m_window, {.caption = TLanguage::ShortHint(language.Text("FAVORITES_POPUP", "ShowFavoritesHint")),
-                               .firstLine = language.Text("FAVORITES", "OpenManyPrompt").arg(addresses.size()),
-                               .secondText = language.Text("CONFIRM", "Proceed"),
-                               .ok = language.Global("Yes"),
-                               .cancel = language.Global("No")});
-    if (!self || !answer.accepted) return;
+  const QPointer<TFavoriteLauncher> self(this);
+  const QStringList all = FavoritesFolder::Targets(folder);
+  const QStringList targets = all.mid(0, AskHowMany(all.size()));
+  if (!self || targets.isEmpty()) return;
+  QStringList files;
+  {
+    const TPresentationPause pause(m_tabs.Pages());
+    const bool inForeground = m_tabs.Environment().settings.Get(Setting::OpenNewInForeground);
+    for (const QString &target : targets) {
+      if (IsFile(target)) {
+        files.append(target);
+        continue;
+      }
+      TBrowserTab *tab = inForeground ? m_tabs.NewTab(TTabPlace::AtEnd) : m_tabs.NewBackgroundTab(TTabPlace::AtEnd);
+      m_queue.Navigate(tab, target);
+    }
   }
+  for (const QString &file : files) {
+    if (self) OpenFile(file);
+  }
+}
+
+void TFavoriteLauncher::OpenInNewTabs(const QStringList &addresses) {
+  const QPointer<TFavoriteLauncher> self(this);
+  const qsizetype most = AskHowMany(addresses.size());
+  if (!self) return;
   const TPresentationPause pause(m_tabs.Pages());
-  const bool inForeground = m_tabs.Environment().settings.Get(Setting::OpenNewInForeground);
-  for (const QString &address : addresses) {
-    TBrowserTab *tab = inForeground ? m_tabs.NewTab(TTabPlace::AtEnd) : m_tabs.NewBackgroundTab(TTabPlace::AtEnd);
-    m_queue.Navigate(tab, address);
-  }
+  for (const QString &address : addresses.mid(0, most)) m_queue.Navigate(m_tabs.NewTab(), address);
 }

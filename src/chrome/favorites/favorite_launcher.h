@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QObject>
-#include <QString>
+#include <QStringList>
 
 #include "config/settings_table.h"
 
@@ -24,7 +24,7 @@ class TFavoriteLauncher final : public QObject {
  public:
   // So many pages are opened at once without a question.
   static constexpr qsizetype MostUnasked = 20;
-  // More are damage or a mistake, and would bury the window.
+  // More are damage or a mistake, and would bury the window. The question says so.
   static constexpr qsizetype MostPages = 5000;
 
   // `window` owns the dialogs; all must outlive this object.
@@ -33,12 +33,19 @@ class TFavoriteLauncher final : public QObject {
   // Opens what the favorite leads to: an existing file in the desktop's program for it, anything else as an address. A
   // script runs in the page in front, wherever it was to open. A folder does nothing.
   void Open(const TFavorite &favorite, TFavoritePlace place, const TFlagSetting &newTab = Setting::FavoritesNewWin);
-  // The same for an address or the path of a file.
+  // The same for an address or the path of a file, of any name.
   void OpenTarget(const QString &target, TFavoritePlace place, const TFlagSetting &newTab = Setting::FavoritesNewWin);
-  // All pages of the folder, but not of its sub-folders, in new tabs at the end; see FavoritesFolder::Addresses.
+  // What Open would open for each favorite of the folder, but not of its sub-folders: pages in new tabs at the end. See
+  // FavoritesFolder::Targets.
   void OpenAll(const QString &folder);
+  // Each in a new tab, as the setting for new tabs has it.
+  void OpenInNewTabs(const QStringList &addresses);
 
  private:
+  // Asks where there are many; how many of them are to be opened.
+  [[nodiscard]] qsizetype AskHowMany(qsizetype pages);
+  void OpenFile(const QString &path);
+
   QWidget *m_window;
   TTabStrip &m_tabs;
   TLoadQueue &m_queue;
