@@ -106,6 +106,7 @@ void TModules::Join() {
   downloads.SetOpener([this](const QUrl &address) { return desktop.Open(address); });
   QObject::connect(status, &TMainStatusBar::SecurityClicked, actions[TCommand::Properties], &QAction::trigger);
   QObject::connect(address, &TAddressBar::ConnectionClicked, actions[TCommand::Properties], &QAction::trigger);
+  QObject::connect(address, &TAddressBar::DragWanted, &favorites, [this] { favorites.DragPage(address); });
 }
 
 void TModules::OpenFirstPages(const QString &argument) {

@@ -1,9 +1,9 @@
 #include "search/address_bar.h"
 
 #include <algorithm>
-#include <QAction>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QUrl>
 #include <utility>
 
 #include "config/language.h"
@@ -11,6 +11,7 @@
 #include "history/history_store.h"
 #include "history/visit_words.h"
 #include "search/inline_completion.h"
+#include "search/page_icon.h"
 #include "search/suggestion_list.h"
 #include "ui/confirm_dialog.h"
 
@@ -37,6 +38,7 @@ TAddressBar::TAddressBar(const TLanguage &language, TSettings &settings, THistor
       m_language(language),
       m_settings(settings),
       m_history(history),
+      m_icon(new TPageIcon(lineEdit())),
       m_suggestions(new TSuggestionList(this, lineEdit(), language.Text("MAIN", "AddressSuggestionsName"))) {
   setObjectName(QStringLiteral("cboAddress"));
   // The label names the box, but it is the edit field in it that has the keyboard.
@@ -44,9 +46,8 @@ TAddressBar::TAddressBar(const TLanguage &language, TSettings &settings, THistor
     part->setAccessibleName(language.Text("MAIN", "AddressLabel"));
   }
   lineEdit()->setPlaceholderText(language.Text("MAIN", "AddressPlaceholder"));
-  m_connection = lineEdit()->addAction(QIcon(), QLineEdit::LeadingPosition);
-  m_connection->setObjectName(QStringLiteral("actConnection"));
-  connect(m_connection, &QAction::triggered, this, &TAddressBar::ConnectionClicked);
+  connect(m_icon, &TPageIcon::Clicked, this, &TAddressBar::ConnectionClicked);
+  connect(m_icon, &TPageIcon::DragWanted, this, &TAddressBar::DragWanted);
   ShowConnection(false, TEncryptionLevel::None);
   setMaxVisibleItems(TTypedAddresses::Most);
   settings.Follow(Setting::AutoCompleteStyle, this, [this] { HideSuggestions(); });
@@ -70,11 +71,15 @@ TAddressBar::TAddressBar(const TLanguage &language, TSettings &settings, THistor
 void TAddressBar::ShowConnection(bool isSecure, TEncryptionLevel level) {
   const bool isPlain = level == TEncryptionLevel::None;
   const char *picture = IsWhole(isSecure, level) ? "lock" : isPlain ? "lock_open" : "insecure";
-  // Pages that come over no network have no connection to tell about.
-  m_connection->setVisible(!isPlain || PageAddress().startsWith(QLatin1String("http://")));
-  m_connection->setIcon(QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(picture))));
-  m_connection->setToolTip(isPlain ? m_language.Text("MAIN", "ConnectionPlain")
-                                   : m_language.Text(EncryptionText(level)));
+  if (!isPlain || PageAddress().startsWith(QLatin1String("http://"))) {
+    m_icon->Show(QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(picture))),
+                 isPlain ? m_language.Text("MAIN", "ConnectionPlain") : m_language.Text(EncryptionText(level)));
+  } else if (QUrl(PageAddress()).isLocalFile()) {
+    // It comes over no network, and has no connection to tell about.
+    m_icon->Show(QIcon(QStringLiteral(":/icons/page.svg")), m_language.Text("MAIN", "PageFromDisk"));
+  } else {
+    m_icon->Hide();
+  }
 }
 
 TAddressForms TAddressBar::Forms() const {

@@ -7,9 +7,9 @@
 #include "search/typed_addresses.h"
 #include "search/zv_combo_box.h"
 
-class QAction;
 class THistoryStore;
 class TLanguage;
+class TPageIcon;
 class TSettings;
 class TSuggestionList;
 
@@ -25,7 +25,7 @@ class TAddressBar final : public TZVComboBox {
 
   // Opens what the box holds, in the current tab unless the settings say otherwise.
   void Go() { Open(false); }
-  // The mark for the connection to the page whose address is shown.
+  // The mark for the connection to the page whose address is shown; for a page from the disk, that it is one.
   void ShowConnection(bool isSecure, TEncryptionLevel level);
   // The active tab sets out for an address. When it was typed it goes to the top of the list; the box shows it.
   void AddTypedAddress(const QString &address);
@@ -46,6 +46,8 @@ class TAddressBar final : public TZVComboBox {
   // `text` is to be opened as it stands (see TAddressSearch::Open).
   void OpenRequested(const QString &text, bool newTab);
   void ConnectionClicked();
+  // The user drags the page by its icon.
+  void DragWanted();
 
  protected:
   bool TakeKey(const QKeyEvent &key) override;
@@ -71,7 +73,7 @@ class TAddressBar final : public TZVComboBox {
   TSettings &m_settings;
   THistoryStore &m_history;
   TTypedAddresses m_addresses;
-  QAction *m_connection;
+  TPageIcon *m_icon;
   TSuggestionList *m_suggestions;
   QTimer m_suggest;     // runs when all that was typed has been shown
   QString m_typedText;  // what the suggestions were made for

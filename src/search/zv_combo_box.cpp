@@ -164,6 +164,11 @@ bool TZVComboBox::FilterEdit(QEvent *event) {
     case QEvent::DragEnter:
     case QEvent::DragMove: {
       auto *drag = static_cast<QDropEvent *>(event);
+      if (drag->source() == this) {
+        // The page that is shown has nowhere to go here.
+        drag->ignore();
+        return true;
+      }
       if (DroppedAddress(*drag).isEmpty()) return false;
       drag->acceptProposedAction();
       return true;
@@ -197,7 +202,7 @@ bool TZVComboBox::FilterList(QEvent *event) {
 
 // A text that is dragged about in the box itself is only moved.
 QString TZVComboBox::DroppedAddress(const QDropEvent &event) const {
-  if (event.source() == lineEdit() || event.mimeData() == nullptr) return {};
+  if (event.source() == lineEdit() || event.source() == this || event.mimeData() == nullptr) return {};
   const QStringList links = LinksIn(*event.mimeData());
   if (!links.isEmpty()) return links.first();
   // A host name without its scheme, with or without a port, is an address as well; a word or a script is not.

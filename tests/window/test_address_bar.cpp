@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTextEdit>
+#include <QToolButton>
 #include <QWheelEvent>
 
 #include "search/suggestion_list.h"
@@ -71,6 +72,44 @@ class TestAddressBar final : public QObject {
     for (const auto &call : opened) texts.append(call.at(0).toString());
     QTEST(texts, "opened");
     if (!opened.isEmpty()) QTEST(opened.at(0).at(1).toBool(), "newTab");
+  }
+
+  // The icon is there for pages that can be dragged by it, or have a connection to tell about; a click is no drag.
+  void Icon_data() {
+    Columns<QString, bool, int, bool>("address", "isThere", "far", "drags");
+    Row("blank", "about:blank", false, 0, false);
+    Row("no address", "no address", false, 0, false);
+    Row("click", "http://a.example/", true, 0, false);
+    Row("shaky click", "http://a.example/", true, -1, false);
+    Row("drag", "http://a.example/", true, 1, true);
+    Row("drag of a page from the disk", "file:///tmp/a.html", true, 1, true);
+  }
+  void Icon() {
+    QFETCH(QString, address);
+    QFETCH(bool, isThere);
+    QFETCH(int, far);  // how the mouse moves: not, less than a drag needs, and as far
+    QFETCH(bool, drags);
+    m_f->Make();
+    m_f->bar->ShowAddress(address);
+    m_f->bar->ShowConnection(false, TEncryptionLevel::None);
+    auto *icon = m_f->bar->findChild<QToolButton *>("imgIELink");
+    QVERIFY(icon != nullptr);
+    QCOMPARE(icon->isVisible(), isThere);
+    if (!isThere) return;
+    const QSignalSpy clicked(m_f->bar, &TAddressBar::ConnectionClicked);
+    const QSignalSpy dragged(m_f->bar, &TAddressBar::DragWanted);
+    const QPoint middle = icon->rect().center();
+    const int step = far > 0 ? QApplication::startDragDistance() : QApplication::startDragDistance() - 1;
+    const QPoint to = far == 0 ? middle : middle - QPoint(step, 0);
+    QTest::mousePress(icon, Qt::LeftButton, {}, middle);
+    for (int i = 0; i < 2; ++i) {
+      QMouseEvent move(QEvent::MouseMove, to, icon->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, {});
+      QApplication::sendEvent(icon, &move);
+    }
+    if (!drags) QTest::mouseRelease(icon, Qt::LeftButton, {}, middle);
+    QCOMPARE(dragged.count(), drags ? 1 : 0);
+    QCOMPARE(clicked.count(), drags ? 0 : 1);
+    QVERIFY(!icon->isDown());
   }
 
   void Scripts_data() {

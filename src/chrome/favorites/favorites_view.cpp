@@ -1,16 +1,21 @@
 #include "chrome/favorites/favorites_view.h"
 
+#include <QDrag>
 #include <QMenu>
+#include <QMimeData>
 #include <QPointer>
 
 #include "actions/actions.h"
 #include "browser/engine/address.h"
+#include "browser/strip/page_control.h"
+#include "browser/strip/tab_bar_view.h"
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/tab_menu.h"
 #include "browser/tabs/tab_strip.h"
 #include "chrome/favorites/add_favorite_dialog.h"
 #include "chrome/favorites/favorites_popup.h"
 #include "chrome/favorites/organize_favorites.h"
+#include "chrome/favorites/page_shortcut.h"
 #include "config/language.h"
 #include "config/settings.h"
 #include "favorites/favorites_edit.h"
@@ -36,8 +41,12 @@ TFavoritesView::TFavoritesView(QWidget *window, TActions &actions, TTabStrip &ta
       m_commands(window, m_launcher, m_language),
       m_menus(m_launcher, m_icons, m_language, m_settings, Setting::FavoritesNewWin),
       m_transfer(window, m_language, [this] { return Folder(); }),
+      m_drop(
+          m_launcher, [this] { return Folder(); }, nullptr),
       m_links(new TLinksBar(m_launcher, m_commands, m_icons, m_language, m_settings, window)) {
   ConnectCommands(tabMenu);
+  m_drop.Watch(&tabs.Pages());
+  m_drop.Watch(tabs.Pages().findChild<TTabBarView *>());
   new TFavoriteMenu(
       actions.Menu(TMenu::Favorites), [this] { return Folder(); }, TFavoriteMenu::TKind::Main, m_menus);
   connect(&m_menus, &TFavoriteMenus::MenuWanted, this,
@@ -78,6 +87,15 @@ void TFavoritesView::Begin() {
     if (m_firstPage.isActive()) m_firstPage.start(0);
   });
   m_firstPage.start(isToCome ? LongestWait : 0);
+}
+
+void TFavoritesView::DragPage(QWidget *from) {
+  const TBrowserTab *tab = m_tabs.GetActivePage();
+  if (tab == nullptr || tab->AddressToSave().isEmpty()) return;
+  auto *drag = new QDrag(from);
+  drag->setMimeData(PageShortcut::DataOf(tab->Title(), tab->AddressToSave()));
+  drag->setPixmap(m_icons.Page().pixmap(from->style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, from)));
+  drag->exec(Qt::CopyAction | Qt::LinkAction);
 }
 
 void TFavoritesView::Organize(const QString &folder) {

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "chrome/favorites/favorite_commands.h"
+#include "chrome/favorites/favorite_drop.h"
 #include "chrome/favorites/favorite_icons.h"
 #include "chrome/favorites/favorite_launcher.h"
 #include "chrome/favorites/favorite_menu.h"
@@ -37,6 +38,9 @@ class TFavoritesView final : public QObject {
   void Begin();
   // Asks for a name and a folder, and adds the tab's page there.
   void AddTab(TBrowserTab *tab);
+
+  // Drags the page in front as a shortcut, from that widget; comes back when it has been let go.
+  void DragPage(QWidget *from);
 
   // Shows the folder in the window where favorites are put in order.
   void Organize(const QString &folder);
@@ -72,6 +76,7 @@ class TFavoritesView final : public QObject {
   TFavoriteCommands m_commands;
   TFavoriteMenus m_menus;
   TFavoritesTransferView m_transfer;
+  TFavoriteDrop m_drop;
   TLinksBar *m_links;
   QPointer<TfrmOrganizeFavorites> m_organizer;
   TfrmFavorites *m_popup = nullptr;  // from its first use on
