@@ -50,6 +50,7 @@ enum class TCommand {
   CustomizeViewMenuBar,
   CustomizeViewLinksBar,
   CustomizeToolbar,
+  CustomizeOrganizeLinks,
   Back,
   Forward,
   Home,

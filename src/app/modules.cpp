@@ -6,6 +6,7 @@
 #include "app/delayed_start.h"
 #include "browser/engine/view_supply.h"
 #include "browser/tabs/browser_tab.h"
+#include "chrome/bands/menu_extender.h"
 #include "chrome/toolbar/toolbar_panel.h"
 #include "chrome/toolbar/zv_tool_bar.h"
 #include "platform/program_folders.h"
@@ -85,6 +86,7 @@ void TModules::Join() {
   customizeMenu.OfferOn(bands);
   QObject::connect(&tabs, &TTabStrip::PageSetsOut, framePacer, &TFramePacer::GiveWay);
   bars.SetHasLinks([links = favorites.Links()] { return links->IsThere(); });
+  QObject::connect(&bars, &TWindowBars::LinksWanted, favorites.Links(), &TLinksBar::MakeFolder);
   QObject::connect(favorites.Links(), &TLinksBar::ThereChanged, &bars, &TWindowBars::Apply);
   favorites.SetPopupButton([this] { return toolbars.ToolbarPanel().Bar().PlaceOf(QStringLiteral("tbFavorites")); });
   QObject::connect(&loadQueue, &TLoadQueue::ToComeChanged, frameUpdates, &TFrameUpdates::SetPagesToCome);
@@ -106,6 +108,9 @@ void TModules::Join() {
   downloads.SetOpener([this](const QUrl &address) { return desktop.Open(address); });
   QObject::connect(status, &TMainStatusBar::SecurityClicked, actions[TCommand::Properties], &QAction::trigger);
   QObject::connect(address, &TAddressBar::ConnectionClicked, actions[TCommand::Properties], &QAction::trigger);
+  QObject::connect(&menuBar->Extender(), &TMenuExtender::BorrowerMade, &favorites, [this](TMenu menu, QMenu *borrower) {
+    if (menu == TMenu::Favorites) favorites.Serve(borrower);
+  });
   QObject::connect(address, &TAddressBar::DragWanted, &favorites, [this] { favorites.DragPage(address); });
 }
 

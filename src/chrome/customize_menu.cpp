@@ -25,5 +25,4 @@ void TCustomizeMenu::Update() {
   m_actions[TCommand::CustomizeViewMenuBar]->setVisible(isFull);
   m_actions[TCommand::CustomizeViewMenuBar]->setChecked(m_settings.Get(Setting::FullscreenMenuBar));
   m_actions[TCommand::CustomizeViewToolbar]->setVisible(!isFull);
-  m_actions[TCommand::CustomizeViewLinksBar]->setVisible(m_actions[TCommand::ViewLinksBar]->isVisible());
 }

@@ -30,6 +30,13 @@ TWindowBars::TWindowBars(TActions &actions, TCoolBar &bands, const TMainMenuBar 
   });
   connect(actions[TCommand::ViewMenuBar], &QAction::triggered, this,
           [this](bool on) { m_settings.Set(Setting::FullscreenMenuBar, on); });
+  for (const TCommand command : {TCommand::ViewLinksBar, TCommand::CustomizeViewLinksBar}) {
+    connect(actions[command], &QAction::triggered, this, [this](bool on) {
+      if (on && m_hasLinks && !m_hasLinks()) Q_EMIT LinksWanted();
+      m_settings.Set(Setting::ViewLinksBar, on);
+      Apply();
+    });
+  }
   connect(&fullScreen, &TFullScreen::BarsChanged, this, &TWindowBars::Apply);
   connect(&edges, &TEdgeBars::Changed, this, &TWindowBars::Apply);
   connect(actions[TCommand::FocusMenuBar], &QAction::triggered, &edges, &TEdgeBars::OpenMenus);
@@ -49,12 +56,14 @@ void TWindowBars::Apply() {
   m_actions[TCommand::ViewMenuBar]->setChecked(ShowsMenuBar());
   m_actions[TCommand::ViewMenuBar]->setVisible(m_fullScreen.IsOn());
   const bool hasLinks = m_bands.HasContent(TBand::Links) && (!m_hasLinks || m_hasLinks());
-  m_actions[TCommand::ViewLinksBar]->setVisible(hasLinks);
+  const bool showsLinks = hasLinks && m_settings.Get(Setting::ViewLinksBar);
+  m_actions[TCommand::ViewLinksBar]->setChecked(showsLinks);
+  m_actions[TCommand::CustomizeViewLinksBar]->setChecked(showsLinks);
   m_bands.ShowBands({
       {TBand::Menu, (ShowsMenuBar() || m_edges.ShowsMenuBar()) && !pageOnly && !m_menuBar.IsElsewhere()},
       {TBand::Tool, m_settings.Get(Setting::ViewToolbar) && !pageOnly},
       {TBand::Address, m_settings.Get(Setting::ViewAddressBar) && !pageOnly},
-      {TBand::Links, hasLinks && m_settings.Get(Setting::ViewLinksBar) && !pageOnly},
+      {TBand::Links, showsLinks && !pageOnly},
   });
   m_status.setVisible((ShowsStatusBar() || m_edges.ShowsStatusBar()) && !pageOnly);
   m_pages.SetStripVisible(!pageOnly);

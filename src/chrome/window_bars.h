@@ -24,12 +24,17 @@ class TWindowBars final : public QObject {
   TWindowBars(TActions &actions, TCoolBar &bands, const TMainMenuBar &menuBar, TMainStatusBar &status,
               TZVPageControl &pages, TFullScreen &fullScreen, TEdgeBars &edges, TSettings &settings);
 
-  // The links bar shows while ViewLinksBar is set and `hasLinks` says that there is something for it.
+  // The links bar shows while ViewLinksBar is set and `hasLinks` says that there is something for it. Its command is
+  // there always, and checked while the bar shows.
   void SetHasLinks(std::function<bool()> hasLinks) { m_hasLinks = std::move(hasLinks); }
   // Shows the bars as the settings say; what changes them later does so by itself.
   void Apply();
   // Leaves the settings that the bars obey in the store.
   void Save();
+
+ Q_SIGNALS:
+  // The user wants the links bar, and there is nothing for it yet.
+  void LinksWanted();
 
  private:
   [[nodiscard]] bool ShowsStatusBar() const;

@@ -9,6 +9,7 @@
 #include "browser/page/page_menu.h"
 #include "browser/tabs/close_all_dialog.h"
 #include "chrome/favorites/add_favorite_dialog.h"
+#include "chrome/favorites/links_bar.h"
 #include "chrome/toolbar/customize_toolbar_dialog.h"
 #include "favorites/favorites_edit.h"
 #include "favorites/favorites_folder.h"
@@ -429,6 +430,18 @@ class TestCommands final : public QObject, private TCommandsFixture {
       FavoritesEdit::AddPage(favorites + u"/Links"_s, u"c"_s, Url(u"/c"_s));
       QTRY_VERIFY(Window().findChild<QWidget *>(u"pnlLinks"_s)->isVisible());
     };
+    const TStep noLinks = [this] {
+      QVERIFY(!QDir(favorites + u"/Links"_s).exists());
+      // What comes and goes within a moment, as between two rows, is told by nobody.
+      Window().findChild<TLinksBar *>()->Refresh();
+      QVERIFY(!Action(TCommand::ViewLinksBar)->isChecked());
+    };
+    // Whoever wants the bar gets the folder that it shows.
+    const TStep makesLinks = [this] {
+      QVERIFY(Window().findChild<QWidget *>(u"pnlLinks"_s)->isVisible());
+      QVERIFY(Action(TCommand::ViewLinksBar)->isChecked() && Action(TCommand::CustomizeViewLinksBar)->isChecked());
+      QVERIFY(QDir().rmdir(favorites + u"/Links"_s));
+    };
     const auto set = [this](const TFlagSetting &setting, bool value) {
       return [this, setting, value] { Settings().Set(setting, value); };
     };
@@ -445,6 +458,7 @@ class TestCommands final : public QObject, private TCommandsFixture {
     return {
         {TCommand::ViewToolbar, none, Then(hides("pnlToolbar"), Stores(Setting::ViewToolbar, false))},
         {TCommand::ViewAddressBar, none, Then(hides("pnlAddress"), Stores(Setting::ViewAddressBar, false))},
+        {TCommand::ViewLinksBar, noLinks, makesLinks},
         {TCommand::ViewLinksBar, links, Then(hides("pnlLinks"), Stores(Setting::ViewLinksBar, false))},
         {TCommand::ViewStatusBar, none, Then(hides("StatusBar"), Stores(Setting::ViewStatusBar, false))},
         {TCommand::ViewStatusBar, full,
@@ -456,7 +470,10 @@ class TestCommands final : public QObject, private TCommandsFixture {
         {TCommand::CustomizeViewToolbar, none, Then(hides("pnlToolbar"), Stores(Setting::ViewToolbar, false))},
         {TCommand::CustomizeViewMenuBar, full,
          Then(Stores(Setting::FullscreenMenuBar, true), [this] { QVERIFY(Window().menuBar()->isVisible()); })},
+        {TCommand::CustomizeViewLinksBar, noLinks, makesLinks},
         {TCommand::CustomizeViewLinksBar, links, Then(hides("pnlLinks"), Stores(Setting::ViewLinksBar, false))},
+        {TCommand::CustomizeOrganizeLinks, noLinks,
+         Then(Opens("TfrmOrganizeFavorites"), [this] { QVERIFY(QDir().rmdir(favorites + u"/Links"_s)); })},
         {TCommand::CustomizeToolbar, Asks<TfrmCustomizeToolbar>(Reject<TfrmCustomizeToolbar>), Asked()},
         {TCommand::FullScreen, none,
          Then(Stores(Setting::FullScreen, true),

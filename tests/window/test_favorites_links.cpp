@@ -1,4 +1,5 @@
 #include <QClipboard>
+#include <QDrag>
 #include <QDropEvent>
 #include <QFileDialog>
 #include <QInputDialog>
@@ -90,6 +91,21 @@ class TestFavoritesLinks final : public QObject, private TFavoritesFixture {
     QTRY_VERIFY(!view->Links()->IsThere());
   }
 
+  void MakesTheFolder() {
+    const QSignalSpy organized(view->Links(), &TLinksBar::OrganizeWanted);
+    view->Begin();
+    (*actions)[TCommand::CustomizeOrganizeLinks]->trigger();
+    QVERIFY(QDir(Root() + u"/Links"_s).exists() && view->Links()->IsThere());
+    QCOMPARE(organized.value(0), QVariantList{Root() + u"/Links"_s});
+    // A file has its name, and stays.
+    QVERIFY(QDir(Root() + u"/Links"_s).removeRecursively());
+    PutFile(u"Links"_s, "text");
+    OnModalDialog<QMessageBox>([](QMessageBox &box) { box.accept(); });
+    view->Links()->MakeFolder();
+    QTRY_VERIFY(QApplication::activeModalWidget() == nullptr);
+    QVERIFY(!view->Links()->IsThere() && QFile::exists(Root() + u"/Links"_s));
+  }
+
   void WhatDoesNotFitIsBehindTheButton() {
     for (const QString &name : {u"aaaaaaaa"_s, u"bbbbbbbb"_s, u"cccccccc"_s}) Put(u"Links"_s, name, Page(1));
     ShowBar(150);
@@ -140,6 +156,13 @@ class TestFavoritesLinks final : public QObject, private TFavoritesFixture {
     favorite.setData(u"application/x-zarvela-favorites"_s, (Root() + u"/Links/c.url"_s).toUtf8() + '\0');
     Drop(favorite, Button(u"a"_s)->geometry().topLeft() + QPoint(1, 1));
     QTRY_COMPARE(Texts(), (QStringList{u"f"_s, u"c"_s, u"a"_s, u"127.0.0.1"_s, u"b"_s}));
+    // Into a folder by the middle half of its button, beside it by its quarters.
+    const QRect folder = Button(u"f"_s)->geometry();
+    Drop(favorite, QPoint(folder.left() + folder.width() / 5, folder.center().y()));
+    QTRY_COMPARE(Texts(), (QStringList{u"c"_s, u"f"_s, u"a"_s, u"127.0.0.1"_s, u"b"_s}));
+    const QRect moved = Button(u"f"_s)->geometry();
+    Drop(favorite, QPoint(moved.right() - moved.width() / 5, moved.center().y()));
+    QTRY_COMPARE(Texts(), (QStringList{u"f"_s, u"c"_s, u"a"_s, u"127.0.0.1"_s, u"b"_s}));
     Drop(favorite, Button(u"f"_s)->geometry().center());
     QTRY_COMPARE(Texts(), (QStringList{u"f"_s, u"a"_s, u"127.0.0.1"_s, u"b"_s}));
     QVERIFY(QFile::exists(Root() + u"/Links/f/c.url"_s));
@@ -147,6 +170,128 @@ class TestFavoritesLinks final : public QObject, private TFavoritesFixture {
     script.setText(u"javascript:alert(1)"_s);
     Drop(script, QPoint(1, 1));
     QCOMPARE(FavoritesFolder::List(Root() + u"/Links"_s).size(), 4);
+  }
+
+  // Also where there is no folder yet.
+  void DropsOfOthers() {
+    const QString elsewhere = Path(u"Shortcut.url"_s);
+    QFile file(elsewhere);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("[InternetShortcut]\r\nURL=http://s.test/\r\n") > 0);
+    file.close();
+    ShowBar();
+    QMimeData several;
+    several.setUrls({QUrl(Page(1)), QUrl(Page(2)), QUrl(Page(3)), QUrl::fromLocalFile(elsewhere),
+                     QUrl::fromLocalFile(Path(u"text.html"_s))});
+    const QString titles = Page(2) + u"\nTwo\n"_s + Page(1) + u"\nOne\n"_s;
+    several.setData(u"text/x-moz-url"_s, QByteArray(reinterpret_cast<const char *>(titles.utf16()), titles.size() * 2));
+    Drop(several, QPoint(1, 1));
+    QTRY_COMPARE(Texts(), (QStringList{u"One"_s, u"Two"_s, u"127.0.0.1"_s, u"Shortcut"_s, u"text"_s}));
+    QVERIFY(QFile::exists(elsewhere));
+    const TFavorites all = FavoritesFolder::List(Root() + u"/Links"_s);
+    QCOMPARE(FavoritesFolder::Target(all.at(1)), Page(2));
+    QCOMPARE(FavoritesFolder::Target(all.at(3)), u"http://s.test/"_s);
+  }
+
+  // A folder's button opens its menu when it is let go, and is dragged before.
+  void Drags_data() {
+    Columns<QString, bool>("button", "isFolder");
+    Row("link", "one", false);
+    Row("folder", "f", true);
+  }
+  void Drags() {
+    QFETCH(QString, button);
+    QFETCH(bool, isFolder);
+    const QString link = Put(u"Links"_s, u"one"_s, Page(1));
+    Put(u"Links/f"_s, u"inside"_s, Page(2));
+    ShowBar();
+    QToolButton *dragged = Button(button);
+    QTest::mousePress(dragged, Qt::LeftButton, {}, QPoint(3, 3));
+    QVERIFY(QApplication::activePopupWidget() == nullptr);
+    const QPoint to(3 + QApplication::startDragDistance(), 3);
+    QMouseEvent move(QEvent::MouseMove, to, dragged->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, {});
+    QApplication::sendEvent(dragged, &move);
+    const auto *drag = view->Links()->findChild<QDrag *>();
+    QVERIFY(drag != nullptr);
+    QCOMPARE(drag->mimeData()->data(u"application/x-zarvela-favorites"_s),
+             isFolder ? (Root() + u"/Links/f"_s).toUtf8() + '\0' : link.toUtf8() + '\0');
+    QCOMPARE(drag->mimeData()->urls(),
+             QList<QUrl>{isFolder ? QUrl::fromLocalFile(Root() + u"/Links/f"_s) : QUrl(Page(1))});
+    QVERIFY(QFile::exists(link));  // nobody has taken it
+    if (!isFolder) return;
+    bool isOpen = false;
+    QTimer::singleShot(0, this, [&] {
+      QWidget *menu = QApplication::activePopupWidget();
+      isOpen = menu != nullptr && menu == dragged->menu();
+      if (menu != nullptr) menu->close();
+    });
+    QTest::mouseClick(dragged, Qt::LeftButton, {}, QPoint(3, 3));
+    QVERIFY(isOpen);
+  }
+
+  // Whatever happens on the disk, until it closes.
+  void OpenMenuStays_data() {
+    Columns<QString>("which");
+    Row("folder", "folder");
+    Row("rest", "rest");
+    Row("whole", "whole");
+  }
+  void OpenMenuStays() {
+    QFETCH(QString, which);
+    Put(u"Links/f"_s, u"inside"_s, Page(2));
+    Put(u"Links"_s, u"one"_s, Page(1));
+    ShowBar();
+    QMenu *menu = which == u"folder"_s ? Button(u"f"_s)->menu()
+                  : which == u"rest"_s ? view->Links()->findChild<QMenu *>(u"pmLinksBarExtender"_s)
+                                       : view->Links()->Menu();
+    menu->popup(QPoint(0, 0));
+    const QPointer<QToolButton> before = Button(u"one"_s);
+    Put(u"Links"_s, u"two"_s, Page(2));
+    view->Links()->Refresh();
+    QCoreApplication::processEvents();
+    QVERIFY(menu->isVisible() && before);
+    QCOMPARE(Texts(), (QStringList{u"f"_s, u"one"_s}));
+    menu->close();
+    QTRY_COMPARE(Texts(), (QStringList{u"f"_s, u"one"_s, u"two"_s}));
+  }
+
+  // In their order, from whatever they were made for; the button for the rest is the last.
+  void Keys() {
+    for (const char *name : {"aaaaaaaa", "bbbbbbbb", "cccccccc", "dddddddd"}) {
+      Put(u"Links"_s, QString::fromLatin1(name), Page(1));
+    }
+    ShowBar(190);
+    Put(u"Links"_s, u"a"_s, Page(1));
+    view->Links()->Refresh();
+    auto *more = view->Links()->findChild<QToolButton *>(u"tbxLinks"_s);
+    QTRY_VERIFY(more->isVisible());
+    QList<QWidget *> shown;
+    for (const QString &text : Texts()) {
+      if (Button(text)->isVisible()) shown.append(Button(text));
+    }
+    shown.append(more);
+    QVERIFY(shown.size() > 2);
+    window->activateWindow();
+    shown.first()->setFocus();
+    QTRY_VERIFY(shown.first()->hasFocus());
+    for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Right}) {
+      shown.first()->setFocus();
+      for (qsizetype i = 1; i < shown.size(); ++i) {
+        QTest::keyClick(shown.at(i - 1), key);
+        QVERIFY2(shown.at(i)->hasFocus(), qPrintable(QString::number(i)));
+      }
+    }
+    QTest::keyClick(more, Qt::Key_Right);
+    QVERIFY(more->hasFocus());
+    QTest::keyClick(more, Qt::Key_Home);
+    QVERIFY(shown.first()->hasFocus());
+    QTest::keyClick(shown.first(), Qt::Key_End);
+    QTest::keyClick(more, Qt::Key_Left);
+    QVERIFY(shown.at(shown.size() - 2)->hasFocus());
+    // The one that has the keyboard keeps it when the bar is made anew.
+    Put(u"Links"_s, u"zz"_s, Page(1));
+    const QString text = static_cast<QToolButton *>(shown.at(shown.size() - 2))->text();
+    view->Links()->Refresh();
+    QVERIFY(Button(text)->hasFocus());
   }
 
   void Commands() {

@@ -4,6 +4,7 @@
 #include <QPushButton>
 #include <QScreen>
 
+#include "chrome/bands/menu_extender.h"
 #include "chrome/favorites/add_favorite_dialog.h"
 #include "chrome/folder_view/folder_view.h"
 #include "ui/confirm_dialog.h"
@@ -131,34 +132,74 @@ class TestFavoritesMenu final : public QObject, private TFavoritesFixture {
     QCOMPARE(tabs->TabCount(), 1);
   }
 
-  void OpensAll_data() {
-    Columns<int, bool, bool, int>("pages", "isAsked", "answer", "opened");
-    Row("a few", 3, false, false, 3);
-    Row("as many as go unasked", 20, false, false, 20);
-    Row("more", 21, true, true, 21);
-    Row("more, refused", 21, true, false, 0);
-  }
-
   void OpensAll() {
-    QFETCH(int, pages);
-    QFETCH(bool, isAsked);
-    QFETCH(bool, answer);
-    for (int i = 0; i < pages; ++i) Put(u"f"_s, u"p%1"_s.arg(i, 2, 10, QChar(u'0')), Page(i % 10));
-    Put(u"f/deeper"_s, u"not this"_s, Page(1));
-    Put(u"f"_s, u"nor this"_s, u"javascript:alert(1)"_s);
-    bool asked = false;
-    if (isAsked) {
-      OnModalDialog<TfrmConfirm>([&](TfrmConfirm &dialog) {
-        asked = true;
-        answer ? dialog.accept() : dialog.reject();
-      });
-    }
+    for (int i = 0; i < 3; ++i) Put(u"f"_s, u"p%1"_s.arg(i), Page(i));
     SubMenu(u"f"_s)->actions().first()->trigger();
-    QCOMPARE(asked, isAsked);
-    QTEST(tabs->TabCount() - 1, "opened");
-    for (int i = 1; i < tabs->TabCount(); ++i) QCOMPARE(tabs->Tab(i)->AddressToSave(), Page((i - 1) % 10));
+    QCOMPARE(Addresses().mid(1), (QStringList{Page(0), Page(1), Page(2)}));
     QCOMPARE(tabs->ActiveTabIndex(), 0);
     queue->Stop();
+  }
+
+  // Wherever the items of the menu stand, and whoever has them for a while: one click and one key do the same.
+  void AnyMenu_data() {
+    Columns<QString, QString>("menu", "act");
+    for (const char *menu : {"own", "borrower", "extender"}) {
+      for (const char *act : {"middle", "right", "Menu", "Shift+F10"}) {
+        Row(qPrintable(QLatin1String(menu) + u' ' + QLatin1String(act)), QString::fromLatin1(menu),
+            QString::fromLatin1(act));
+      }
+    }
+  }
+  void AnyMenu() {
+    QFETCH(QString, menu);
+    QFETCH(QString, act);
+    settings->Set(Setting::FavoritesNewWin, false);
+    settings->Set(Setting::LinksNewWin, false);
+    settings->Set(Setting::BreakFavorites, true);
+    Put(menu == u"extender"_s ? u"Links"_s : QString(), u"one"_s, Page(1));
+    OpenPage(u"/page0"_s);
+    TMenuExtender borrowers(
+        *actions, [](const QAction *) { return false; }, window.get());
+    connect(&borrowers, &TMenuExtender::BorrowerMade, this, [this](TMenu owner, QMenu *borrower) {
+      if (owner == TMenu::Favorites) view->Serve(borrower);
+    });
+    QMenu *opened = nullptr;
+    if (menu == u"own"_s) {
+      opened = MainMenu();
+    } else if (menu == u"borrower"_s) {
+      Opened(&borrowers);
+      opened = borrowers.findChild<QMenu *>(u"pmFavoritesExtended"_s);
+    } else {
+      view->Links()->setFixedSize(1, 20);
+      view->Links()->Refresh();
+      view->Links()->show();
+      opened = Opened(view->Links()->findChild<QMenu *>(u"pmLinksBarExtender"_s));
+    }
+    QAction *item = Item(opened, u"one"_s);
+    QVERIFY(item != nullptr);
+    QTest::mouseMove(window.get(), QPoint(window->width() - 1, window->height() - 1));
+    QCoreApplication::processEvents();
+    opened->popup(window->mapToGlobal(QPoint(10, 10)));
+    item = Item(opened, u"one"_s);  // one that is filled when it opens has another
+    const QPoint place = opened->actionGeometry(item).center();
+    QTest::mouseMove(opened, place);
+    opened->setActiveAction(item);
+    QVERIFY(opened->toolTipsVisible() && item->statusTip() == Page(1));
+    QVERIFY(opened->style()->styleHint(QStyle::SH_Menu_Scrollable, nullptr, opened) == 0);  // it has columns
+    if (act == u"middle"_s) QTest::mouseClick(opened, Qt::MiddleButton, {}, place);
+    if (act == u"right"_s) QTest::mouseClick(opened, Qt::RightButton, {}, place);
+    if (act == u"Menu"_s) QTest::keyClick(opened, Qt::Key_Menu);
+    if (act == u"Shift+F10"_s) QTest::keyClick(opened, Qt::Key_F10, Qt::ShiftModifier);
+    if (act == u"middle"_s) {
+      QTRY_COMPARE_WITH_TIMEOUT(Addresses(), (QStringList{Page(0), Page(1)}), LoadTime);
+      QCOMPARE(tabs->ActiveTabIndex(), 0);
+    } else {
+      QWidget *context = QApplication::activePopupWidget();
+      QVERIFY(context != nullptr && context->objectName() == u"pmFavorite"_s);
+      context->close();
+      QCOMPARE(Addresses(), QStringList(Page(0)));
+    }
+    opened->close();
   }
 
   // Columns as high as the screen, less 6 items, where the user wants no menu that scrolls.
@@ -196,6 +237,20 @@ class TestFavoritesMenu final : public QObject, private TFavoritesFixture {
     OpenPage(u"/red"_s);
     QTRY_VERIFY_WITH_TIMEOUT(!tabs->Tab(0)->Browser()->Icon().isNull(), LoadTime);
     QTRY_COMPARE(middle(), QColor(Qt::red));
+    // One that comes while the menu is open shows at once, in the item that is there.
+    settings->Set(Setting::UseCustomIcons, true);
+    server.Route("/blue.svg", TTestResponse{.body = "<svg xmlns='http://www.w3.org/2000/svg' width='16' height='16'>"
+                                                    "<rect width='16' height='16' fill='#0000ff'/></svg>",
+                                            .headers = {{"Content-Type", "image/svg+xml"}}});
+    server.Route("/red", TTestResponse::Page("<link rel=icon href=/blue.svg><title>Blue</title>"));
+    QMenu *open = MainMenu();
+    open->popup(QPoint(0, 0));
+    const QPointer<QAction> item = Item(open, u"red"_s);
+    QTRY_COMPARE(item->icon().pixmap(16, 16).toImage().pixelColor(8, 8), QColor(Qt::red));
+    tabs->Tab(0)->Reload(true);
+    QTRY_COMPARE_WITH_TIMEOUT(item->icon().pixmap(16, 16).toImage().pixelColor(8, 8), QColor(Qt::blue), LoadTime);
+    QVERIFY(item == Item(open, u"red"_s));
+    open->close();
     settings->Set(Setting::UseCustomIcons, false);
     QTest::qWait(0);
     QCOMPARE(middle(), plain);

@@ -38,6 +38,8 @@ void TMenuExtender::Borrow(TMenu menu) {
   if (borrower == nullptr) {
     borrower = new QMenu(this);
     borrower->setObjectName(owner->objectName() + QLatin1String("Extended"));
+    borrower->setToolTipsVisible(owner->toolTipsVisible());
+    Q_EMIT BorrowerMade(menu, borrower);
   }
   const QAction *button = owner->menuAction();
   QAction *entry = borrower->menuAction();

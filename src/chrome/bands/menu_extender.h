@@ -23,6 +23,10 @@ class TMenuExtender final : public QMenu {
   // Gives all items back to their menus; nothing happens when none is borrowed.
   void GiveBack();
 
+ Q_SIGNALS:
+  // This menu takes the place of another one's items from now on, and is to treat them as that one does.
+  void BorrowerMade(TMenu menu, QMenu *borrower);
+
  private:
   void Fill();
   void Borrow(TMenu menu);

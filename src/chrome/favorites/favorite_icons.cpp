@@ -27,6 +27,7 @@ void TFavoriteIcons::Keep(TBrowserTab *tab) {
   if (icon.isNull()) return;
   m_cache.Put(tab->GetLocationUrl(), icon.pixmap(TFaviconCache::Size).toImage());
   ++m_version;
+  Q_EMIT Came();
 }
 
 bool TFavoriteIcons::HasOwn() const {

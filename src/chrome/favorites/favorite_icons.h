@@ -30,6 +30,10 @@ class TFavoriteIcons final : public QObject {
   // The same of an address that is known already.
   [[nodiscard]] QIcon OfAddress(const QString &address) const;
 
+ Q_SIGNALS:
+  // A page has shown its icon.
+  void Came();
+
  private:
   void Follow(TBrowserTab *tab);
   void Keep(TBrowserTab *tab);

@@ -1,6 +1,7 @@
 #include "chrome/favorites/favorite_menu.h"
 
 #include <QElapsedTimer>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
 #include <utility>
@@ -38,24 +39,107 @@ TFavoriteMenus::TFavoriteMenus(TFavoriteLauncher &launcher, const TFavoriteIcons
 
 TFavoriteMenus::~TFavoriteMenus() = default;
 
+void TFavoriteMenus::Serve(QMenu *menu) {
+  menu->setToolTipsVisible(true);
+  menu->setStyle(m_style);
+  menu->installEventFilter(this);
+}
+
+QAction *TFavoriteMenus::AddLink(QMenu *menu, const TFavorite &favorite, const QIcon &icon) {
+  QAction *item = menu->addAction(icon, MenuText(favorite.caption));
+  item->setData(QVariant::fromValue(favorite));
+  connect(item, &QAction::hovered, this, [this, item] { ShowHint(item); });
+  connect(item, &QAction::triggered, this, [this, favorite] { Choose(favorite); });
+  return item;
+}
+
+TFavorite TFavoriteMenus::FavoriteOf(const QAction *item) {
+  return item != nullptr ? item->data().value<TFavorite>() : TFavorite();
+}
+
+void TFavoriteMenus::Choose(const TFavorite &favorite) {
+  const bool inBackground = std::exchange(m_inBackground, false);
+  m_launcher.Open(favorite, inBackground ? TFavoritePlace::BackgroundTab : TFavoritePlace::BySetting, m_newTab);
+}
+
+void TFavoriteMenus::ChangeQuietly(QAction *item, const std::function<void()> &change) {
+  m_isQuiet = true;
+  change();
+  m_isQuiet = false;
+  for (QObject *place : item->associatedObjects()) {
+    if (auto *menu = qobject_cast<QMenu *>(place)) menu->update();
+  }
+}
+
+// Reads the file, so only for the one that the mouse or the keyboard is on.
+void TFavoriteMenus::ShowHint(QAction *item) {
+  const QString hint = FavoritesFolder::Hint(FavoriteOf(item));
+  ChangeQuietly(item, [item, hint] {
+    item->setToolTip(PlainTip(hint).replace(QLatin1String("\r\n"), QLatin1String("<br>")));
+    item->setStatusTip(OneLine(Shortened(hint.section(QLatin1String("\r\n"), 1), 250)));
+  });
+}
+
+bool TFavoriteMenus::TakeClick(QMenu *menu, const QMouseEvent &click) {
+  m_inBackground = click.button() == Qt::MiddleButton || click.modifiers().testFlag(Qt::ControlModifier);
+  if (click.button() != Qt::RightButton) return false;
+  const TFavorite favorite = FavoriteOf(menu->actionAt(click.position().toPoint()));
+  if (favorite.path.isEmpty()) return false;
+  if (click.type() == QEvent::MouseButtonRelease) Q_EMIT MenuWanted(favorite, click.globalPosition().toPoint());
+  return true;
+}
+
+bool TFavoriteMenus::TakeKey(QMenu *menu, const QKeyEvent &key) {
+  m_inBackground = key.modifiers().testFlag(Qt::ControlModifier);
+  const bool isWanted =
+      key.key() == Qt::Key_Menu || (key.key() == Qt::Key_F10 && key.modifiers().testFlag(Qt::ShiftModifier));
+  if (!isWanted) return false;
+  QAction *item = menu->activeAction();
+  const QPoint place = item != nullptr ? menu->actionGeometry(item).center() : QPoint();
+  // In a sub-menu that has just opened the keyboard is still on its folder.
+  const TFavorite favorite = FavoriteOf(item != nullptr ? item : menu->menuAction());
+  if (favorite.path.isEmpty()) return false;
+  Q_EMIT MenuWanted(favorite, menu->mapToGlobal(place));
+  return true;
+}
+
+bool TFavoriteMenus::eventFilter(QObject *watched, QEvent *event) {
+  auto *menu = qobject_cast<QMenu *>(watched);
+  if (menu == nullptr) return QObject::eventFilter(watched, event);
+  switch (event->type()) {
+    case QEvent::ActionChanged:
+      if (m_isQuiet && menu->isVisible()) return true;
+      break;
+    case QEvent::KeyPress:
+      if (TakeKey(menu, static_cast<QKeyEvent &>(*event))) return true;
+      break;
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+      if (TakeClick(menu, static_cast<QMouseEvent &>(*event))) return true;
+      break;
+    default:
+      break;
+  }
+  return QObject::eventFilter(watched, event);
+}
+
 TFavoriteMenu::TFavoriteMenu(QMenu *menu, TFolder folder, TKind kind, TFavoriteMenus &menus)
     : QObject(menu), m_menu(menu), m_folder(std::move(folder)), m_kind(kind), m_menus(menus) {
-  menu->setToolTipsVisible(true);
-  menu->setStyle(menus.m_style);
-  menu->installEventFilter(this);
+  menus.Serve(menu);
   if (kind == TKind::Folder) m_placeHolder = menu->addAction(PlaceHolder);
   connect(menu, &QMenu::aboutToShow, this, [this] {
     Load();
-    if (std::exchange(m_iconVersion, m_menus.m_icons.Version()) != m_iconVersion) m_iconsShown = 0;
-    if (m_iconsShown < m_items.size()) m_iconTimer.start();
+    m_isOpen = true;
+    BeginIcons();
   });
-  connect(menu, &QMenu::aboutToHide, &m_iconTimer, &QTimer::stop);
+  connect(menu, &QMenu::aboutToHide, this, [this] {
+    m_isOpen = false;
+    m_iconTimer.stop();
+  });
+  connect(&menus.m_icons, &TFavoriteIcons::Came, this, [this] {
+    if (m_isOpen) BeginIcons();
+  });
   connect(&m_iconTimer, &QTimer::timeout, this, &TFavoriteMenu::ShowIcons);
-}
-
-const TFavorite *TFavoriteMenu::FavoriteOf(const QAction *item) const {
-  const auto found = m_favorites.constFind(item);
-  return found == m_favorites.constEnd() ? nullptr : &*found;
 }
 
 void TFavoriteMenu::Load() {
@@ -78,7 +162,6 @@ void TFavoriteMenu::Clear() {
       delete item;
     }
   }
-  m_favorites.clear();
   m_iconsShown = 0;
 }
 
@@ -89,8 +172,13 @@ void TFavoriteMenu::Fill() {
     m_items.append(m_menu->addSeparator());
   }
   const TFavorites favorites = FavoritesFolder::List(m_shown);
-  m_favorites.reserve(favorites.size());
-  for (const TFavorite &favorite : favorites) favorite.isFolder ? AddFolder(favorite) : AddLink(favorite);
+  for (const TFavorite &favorite : favorites) {
+    if (favorite.isFolder) {
+      AddFolder(favorite);
+    } else {
+      m_items.append(m_menus.AddLink(m_menu, favorite, m_menus.m_icons.Page()));
+    }
+  }
   if (m_placeHolder == nullptr) return;
   if (!m_items.isEmpty()) {
     delete std::exchange(m_placeHolder, nullptr);
@@ -106,28 +194,12 @@ void TFavoriteMenu::AddFolder(const TFavorite &favorite) {
   new TFavoriteMenu(
       child, [path = favorite.path] { return path; }, TKind::Folder, m_menus);
   m_items.append(m_menu->addMenu(child));
-  m_favorites.insert(m_items.last(), favorite);
+  m_items.last()->setData(QVariant::fromValue(favorite));
 }
 
-void TFavoriteMenu::AddLink(const TFavorite &favorite) {
-  QAction *item = m_menu->addAction(m_menus.m_icons.Page(), MenuText(favorite.caption));
-  m_items.append(item);
-  m_favorites.insert(item, favorite);
-  connect(item, &QAction::hovered, this, [this, item] { ShowHint(item); });
-  connect(item, &QAction::triggered, this, [this, favorite] {
-    const bool inBackground = std::exchange(m_inBackground, false);
-    m_menus.m_launcher.Open(favorite, inBackground ? TFavoritePlace::BackgroundTab : TFavoritePlace::BySetting,
-                            m_menus.m_newTab);
-  });
-}
-
-// Reads the file, so only for the one that the mouse or the keyboard is on.
-void TFavoriteMenu::ShowHint(QAction *item) const {
-  const TFavorite *favorite = FavoriteOf(item);
-  if (favorite == nullptr) return;
-  const QString hint = FavoritesFolder::Hint(*favorite);
-  item->setToolTip(PlainTip(hint).replace(QLatin1String("\r\n"), QLatin1String("<br>")));
-  item->setStatusTip(OneLine(Shortened(hint.section(QLatin1String("\r\n"), 1), 250)));
+void TFavoriteMenu::BeginIcons() {
+  if (std::exchange(m_iconVersion, m_menus.m_icons.Version()) != m_iconVersion) m_iconsShown = 0;
+  if (m_iconsShown < m_items.size()) m_iconTimer.start();
 }
 
 // A little at a time while the menu is open: with thousands of favorites it is there at once.
@@ -136,29 +208,11 @@ void TFavoriteMenu::ShowIcons() {
   time.start();
   for (; m_iconsShown < m_items.size() && !time.hasExpired(IconSlice); ++m_iconsShown) {
     QAction *item = m_items.at(m_iconsShown);
-    const TFavorite *favorite = FavoriteOf(item);
-    if (favorite != nullptr && !favorite->isFolder && m_menus.m_icons.HasOwn()) {
-      const QIcon icon = m_menus.m_icons.Of(*favorite);
-      if (icon.cacheKey() != item->icon().cacheKey()) item->setIcon(icon);
-    }
+    const TFavorite favorite = TFavoriteMenus::FavoriteOf(item);
+    if (favorite.path.isEmpty() || favorite.isFolder || !m_menus.m_icons.HasOwn()) continue;
+    const QIcon icon = m_menus.m_icons.Of(favorite);
+    if (icon.cacheKey() == item->icon().cacheKey()) continue;
+    m_menus.ChangeQuietly(item, [item, icon] { item->setIcon(icon); });
   }
   if (m_iconsShown == m_items.size()) m_iconTimer.stop();
-}
-
-bool TFavoriteMenu::eventFilter(QObject *watched, QEvent *event) {
-  if (event->type() == QEvent::KeyPress) {
-    m_inBackground = static_cast<QKeyEvent *>(event)->modifiers().testFlag(Qt::ControlModifier);
-  } else if (event->type() == QEvent::MouseButtonRelease || event->type() == QEvent::MouseButtonPress) {
-    auto &click = static_cast<QMouseEvent &>(*event);
-    m_inBackground = click.button() == Qt::MiddleButton || click.modifiers().testFlag(Qt::ControlModifier);
-    if (click.button() == Qt::RightButton) {
-      const QAction *item = m_menu->actionAt(click.position().toPoint());
-      const TFavorite *favorite = FavoriteOf(item);
-      if (favorite != nullptr && event->type() == QEvent::MouseButtonRelease) {
-        Q_EMIT m_menus.MenuWanted(TFavorite(*favorite), click.globalPosition().toPoint());
-      }
-      if (favorite != nullptr) return true;
-    }
-  }
-  return QObject::eventFilter(watched, event);
 }

@@ -71,6 +71,7 @@ void TFavoritesView::ConnectCommands(TTabMenu &tabMenu) {
   connect(m_actions[TCommand::OpenAllFavorites], &QAction::triggered, this, [this] { m_launcher.OpenAll(Folder()); });
   connect(m_actions[TCommand::ShowFavorites], &QAction::triggered, this, &TFavoritesView::ShowPopup);
   connect(m_actions[TCommand::OrganizeFavorites], &QAction::triggered, this, [this] { Organize(Folder()); });
+  connect(m_actions[TCommand::CustomizeOrganizeLinks], &QAction::triggered, m_links, &TLinksBar::Organize);
   connect(m_actions[TCommand::ImportFavorites], &QAction::triggered, &m_transfer, &TFavoritesTransferView::Import);
   connect(m_actions[TCommand::ExportFavorites], &QAction::triggered, &m_transfer, &TFavoritesTransferView::Export);
   tabMenu.On(TCommand::TabAddToFavorites, this, [this](TBrowserTab *tab) { AddTab(tab); });

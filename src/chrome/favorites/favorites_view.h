@@ -48,6 +48,8 @@ class TFavoritesView final : public QObject {
   // Tells where the button is that opens the pop-up window of favorites, a rectangle of the screen; empty when there is
   // none, and then nothing opens.
   void SetPopupButton(std::function<QRect()> place) { m_popupButton = std::move(place); }
+  // Another menu shows what the Favorites menu holds.
+  void Serve(QMenu *menu) { m_menus.Serve(menu); }
 
   // A child of the window, which places it.
   [[nodiscard]] TLinksBar *Links() const { return m_links; }

@@ -1,5 +1,6 @@
 #include "chrome/favorites/links_bar.h"
 
+#include <algorithm>
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QDrag>
@@ -16,6 +17,7 @@
 #include "config/settings.h"
 #include "favorites/favorite_drag.h"
 #include "favorites/favorites_edit.h"
+#include "favorites/shortcut_file.h"
 #include "ui/message_box.h"
 #include "ui/shown_text.h"
 
@@ -24,6 +26,15 @@ namespace {
 constexpr int Gap = 1;              // pixels between two buttons
 constexpr int LongestCaption = 40;  // characters
 constexpr int LeastWidth = 60;      // pixels
+constexpr int MarkWidth = 2;
+constexpr int IconDelay = 100;  // milliseconds in which the icons of several pages come together
+
+// The file of another program, as a link with its name.
+QString NameOf(const TNamedAddress &link) {
+  if (!link.name.isEmpty()) return link.name;
+  const QUrl url(link.address);
+  return url.isLocalFile() ? QFileInfo(url.toLocalFile()).completeBaseName() : url.host();
+}
 
 }  // namespace
 
@@ -38,7 +49,8 @@ TLinksBar::TLinksBar(TFavoriteLauncher &launcher, TFavoriteCommands &commands, c
       m_menus(launcher, icons, language, settings, Setting::LinksNewWin),
       m_menu(new QMenu(language.Global("Links"), this)),
       m_extenderMenu(new QMenu(this)),
-      m_extender(new QToolButton(this)) {
+      m_extender(new QToolButton(this)),
+      m_mark(new QWidget(this)) {
   setObjectName(QStringLiteral("pnlLinks"));
   setAcceptDrops(true);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -58,31 +70,73 @@ TLinksBar::TLinksBar(TFavoriteLauncher &launcher, TFavoriteCommands &commands, c
   m_extender->setPopupMode(QToolButton::InstantPopup);
   m_extender->setAccessibleName(language.Text("MAIN", "ToolbarMore"));
   m_extender->setToolTip(language.Text("MAIN", "ToolbarMore"));
+  m_extender->installEventFilter(this);
   m_extender->hide();
+  m_menus.Serve(m_extenderMenu);
+  for (const QMenu *menu : {m_menu, m_extenderMenu}) FollowClosing(menu);
+  m_mark->setAutoFillBackground(true);
+  m_mark->setBackgroundRole(QPalette::Highlight);
+  m_mark->hide();
+  m_iconTimer.setSingleShot(true);
+  m_iconTimer.setInterval(IconDelay);
+  connect(&m_iconTimer, &QTimer::timeout, this, &TLinksBar::ShowIcons);
+  connect(&icons, &TFavoriteIcons::Came, &m_iconTimer, QOverload<>::of(&QTimer::start));
 }
 
 TLinksBar::~TLinksBar() = default;
 
 void TLinksBar::Refresh() {
-  if (m_isDragging) return;
+  m_isStale = m_isDragging || HasOpenMenu();
+  if (m_isStale) return;
   const bool isThere = QFileInfo(FavoritesFolder::LinksPath(m_settings.Store())).isDir();
   if (isThere) m_favorites->Load();
   if (std::exchange(m_isThere, isThere) != isThere) Q_EMIT ThereChanged();
 }
 
+void TLinksBar::MakeFolder() {
+  const QString folder = FavoritesFolder::LinksPath(m_settings.Store());
+  if (!QFileInfo(folder).isDir() && !FavoritesFolder::Make(folder)) Tell(qt_error_string());
+  Refresh();
+}
+
+void TLinksBar::Organize() {
+  MakeFolder();
+  Q_EMIT OrganizeWanted(FavoritesFolder::LinksPath(m_settings.Store()));
+}
+
+bool TLinksBar::HasOpenMenu() const {
+  return m_menu->isVisible() || m_extenderMenu->isVisible() || std::ranges::any_of(m_buttons, [](const auto *button) {
+           return button->menu() != nullptr && button->menu()->isVisible();
+         });
+}
+
+void TLinksBar::FollowClosing(const QMenu *menu) {
+  // What was chosen in it is carried out first.
+  const auto refresh = [this] {
+    if (m_isStale) Refresh();
+  };
+  connect(menu, &QMenu::aboutToHide, this, refresh, Qt::QueuedConnection);
+}
+
 void TLinksBar::Rebuild() {
+  const QString focused = FavoriteOf(qobject_cast<QToolButton *>(focusWidget())).path;
   qDeleteAll(std::exchange(m_buttons, {}));
   qDeleteAll(std::exchange(m_customize, {}));
   m_shown.clear();
   for (QAction *item : m_menu->actions()) {
-    if (const TFavorite *favorite = m_favorites->FavoriteOf(item)) AddButton(item, *favorite);
+    const TFavorite favorite = TFavoriteMenus::FavoriteOf(item);
+    if (!favorite.path.isEmpty()) AddButton(item, favorite);
   }
   m_customize.append(m_menu->addSeparator());
   m_customize.append(m_menu->addAction(m_language.Text("MAIN", "CustomizeLinks")));
-  connect(m_customize.last(), &QAction::triggered, this, [this] { Q_EMIT OrganizeWanted(m_favorites->Folder()); });
+  connect(m_customize.last(), &QAction::triggered, this, &TLinksBar::Organize);
+  OrderForKeys();
   updateGeometry();
   Arrange();
-  QTimer::singleShot(0, this, &TLinksBar::ShowIcons);
+  for (qsizetype i = 0; i < m_buttons.size(); ++i) {
+    if (m_shown.at(i).path == focused) m_buttons.at(i)->setFocus();
+  }
+  m_iconTimer.start(0);
 }
 
 void TLinksBar::AddButton(QAction *item, const TFavorite &favorite) {
@@ -96,7 +150,10 @@ void TLinksBar::AddButton(QAction *item, const TFavorite &favorite) {
   button->installEventFilter(this);
   if (favorite.isFolder) {
     button->setMenu(item->menu());
-    button->setPopupMode(QToolButton::InstantPopup);
+    // Not as soon as it is pressed: it may be dragged.
+    button->setPopupMode(QToolButton::DelayedPopup);
+    connect(button, &QToolButton::clicked, button, &QToolButton::showMenu);
+    FollowClosing(item->menu());
   } else {
     connect(button, &QToolButton::clicked, this, [this, favorite] {
       const bool inBackground = QApplication::keyboardModifiers().testFlag(Qt::ControlModifier);
@@ -108,10 +165,22 @@ void TLinksBar::AddButton(QAction *item, const TFavorite &favorite) {
   m_shown.append(favorite);
 }
 
+// In the order in which they stand, whenever each was made; the button for the rest is the last.
+void TLinksBar::OrderForKeys() {
+  QWidget *before = m_extender;
+  for (QToolButton *button : m_buttons) {
+    setTabOrder(before, button);
+    before = button;
+  }
+  if (before != m_extender) setTabOrder(before, m_extender);
+}
+
 void TLinksBar::ShowIcons() {
   if (!m_icons.HasOwn()) return;
   for (qsizetype i = 0; i < m_buttons.size(); ++i) {
-    if (!m_shown.at(i).isFolder) m_buttons.at(i)->setIcon(m_icons.Of(m_shown.at(i)));
+    if (m_shown.at(i).isFolder) continue;
+    const QIcon icon = m_icons.Of(m_shown.at(i));
+    if (icon.cacheKey() != m_buttons.at(i)->icon().cacheKey()) m_buttons.at(i)->setIcon(icon);
   }
 }
 
@@ -157,46 +226,31 @@ void TLinksBar::resizeEvent(QResizeEvent *event) {
 void TLinksBar::FillExtender() {
   m_extenderMenu->clear();
   for (qsizetype i = 0; i < m_buttons.size(); ++i) {
-    QToolButton *button = m_buttons.at(i);
+    const QToolButton *button = m_buttons.at(i);
     if (!button->isHidden()) continue;
     if (button->menu() != nullptr) {
       m_extenderMenu->addAction(button->menu()->menuAction());
     } else {
-      QAction *item = m_extenderMenu->addAction(button->icon(), MenuText(m_shown.at(i).caption));
-      connect(item, &QAction::triggered, button, &QToolButton::click);
+      m_menus.AddLink(m_extenderMenu, m_shown.at(i), button->icon());
     }
   }
   m_extenderMenu->addSeparator();
   QAction *customize = m_extenderMenu->addAction(m_language.Text("MAIN", "CustomizeLinks"));
   customize->setToolTip(TLanguage::ShortHint(m_language.Text("MAIN", "CustomizeLinksHint")));
   customize->setStatusTip(TLanguage::LongHint(m_language.Text("MAIN", "CustomizeLinksHint")));
-  connect(customize, &QAction::triggered, this, [this] { Q_EMIT OrganizeWanted(m_favorites->Folder()); });
+  connect(customize, &QAction::triggered, this, &TLinksBar::Organize);
 }
 
 TFavorite TLinksBar::FavoriteOf(const QToolButton *button) const {
-  return m_shown.value(m_buttons.indexOf(const_cast<QToolButton *>(button)));
-}
-
-QToolButton *TLinksBar::ButtonAt(const QPoint &place) const {
-  for (QToolButton *button : m_buttons) {
-    if (!button->isHidden() && button->geometry().contains(place)) return button;
-  }
-  return nullptr;
-}
-
-int TLinksBar::PositionAt(const QPoint &place) const {
-  int position = 0;
-  for (const QToolButton *button : m_buttons) {
-    const int middle = button->geometry().center().x();
-    if (button->isHidden() || (isRightToLeft() ? place.x() > middle : place.x() < middle)) break;
-    ++position;
-  }
-  return position;
+  return m_shown.value(m_buttons.indexOf(button));
 }
 
 bool TLinksBar::eventFilter(QObject *watched, QEvent *event) {
   auto *button = qobject_cast<QToolButton *>(watched);
-  if (button == nullptr || !m_buttons.contains(button)) return QWidget::eventFilter(watched, event);
+  const bool isLink = m_buttons.contains(button);
+  if (!isLink && button != m_extender) return QWidget::eventFilter(watched, event);
+  if (event->type() == QEvent::KeyPress && TakeKey(button, static_cast<QKeyEvent &>(*event))) return true;
+  if (!isLink) return QWidget::eventFilter(watched, event);
   switch (event->type()) {
     case QEvent::ToolTip:
       // Reads the file, so only now.
@@ -211,18 +265,13 @@ bool TLinksBar::eventFilter(QObject *watched, QEvent *event) {
     case QEvent::MouseButtonPress:
       m_pressed = static_cast<QMouseEvent *>(event)->position().toPoint();
       break;
-    case QEvent::MouseButtonRelease: {
-      const auto &click = static_cast<QMouseEvent &>(*event);
-      if (click.button() == Qt::MiddleButton && button->rect().contains(click.position().toPoint())) {
-        m_launcher.Open(FavoriteOf(button), TFavoritePlace::BackgroundTab);
-        return true;
-      }
+    case QEvent::MouseButtonRelease:
+      OpenByMouse(button, static_cast<QMouseEvent &>(*event));
       break;
-    }
     case QEvent::MouseMove: {
       const auto &move = static_cast<QMouseEvent &>(*event);
       const int far = (move.position().toPoint() - m_pressed).manhattanLength();
-      if (move.buttons().testFlag(Qt::LeftButton) && far >= QApplication::startDragDistance()) {
+      if (button->isDown() && move.buttons().testFlag(Qt::LeftButton) && far >= QApplication::startDragDistance()) {
         Drag(button);
         return true;
       }
@@ -234,12 +283,51 @@ bool TLinksBar::eventFilter(QObject *watched, QEvent *event) {
   return QWidget::eventFilter(watched, event);
 }
 
+void TLinksBar::OpenByMouse(const QToolButton *button, const QMouseEvent &click) {
+  if (click.button() != Qt::MiddleButton || !button->rect().contains(click.position().toPoint())) return;
+  m_launcher.Open(FavoriteOf(button), TFavoritePlace::BackgroundTab);
+}
+
+bool TLinksBar::TakeKey(QToolButton *button, const QKeyEvent &key) {
+  QList<QToolButton *> shown;
+  for (QToolButton *one : m_buttons + QList{m_extender}) {
+    if (!one->isHidden()) shown.append(one);
+  }
+  const Qt::Key back = isRightToLeft() ? Qt::Key_Right : Qt::Key_Left;
+  qsizetype to = shown.indexOf(button);
+  switch (key.key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+      to += key.key() == back ? -1 : 1;
+      break;
+    case Qt::Key_Home:
+      to = 0;
+      break;
+    case Qt::Key_End:
+      to = shown.size() - 1;
+      break;
+    case Qt::Key_Down:
+      if (button->menu() != nullptr) button->showMenu();
+      return true;
+    case Qt::Key_Up:
+      return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      button->animateClick();
+      return true;
+    default:
+      return false;
+  }
+  if (to >= 0 && to < shown.size()) shown.at(to)->setFocus(Qt::TabFocusReason);
+  return true;
+}
+
 void TLinksBar::Drag(QToolButton *button) {
   const TFavorite favorite = FavoriteOf(button);
   button->setDown(false);
   QMimeData *data = FavoriteDrag::DataOf({favorite.path});
   const QString target = FavoritesFolder::Target(favorite);
-  if (!favorite.isFolder) {
+  if (!favorite.isFolder && target != favorite.path) {
     data->setText(target);
     data->setUrls({QUrl(target)});
   }
@@ -251,12 +339,39 @@ void TLinksBar::Drag(QToolButton *button) {
   drag->exec(Qt::CopyAction | Qt::MoveAction | Qt::LinkAction);
   if (!self) return;
   m_isDragging = false;
-  QTimer::singleShot(0, this, &TLinksBar::Refresh);
+  // Not now: the button is still on the way back from it.
+  QMetaObject::invokeMethod(this, &TLinksBar::Refresh, Qt::QueuedConnection);
 }
 
 void TLinksBar::contextMenuEvent(QContextMenuEvent *event) {
   m_favorites->Load();
   m_menu->popup(event->globalPos());
+}
+
+TLinksBar::TDropPlace TLinksBar::PlaceAt(const QPoint &place) const {
+  TDropPlace found{FavoritesFolder::LinksPath(m_settings.Store()), 0, nullptr, 0};
+  for (QToolButton *button : m_buttons) {
+    if (button->isHidden()) break;
+    const QRect room = button->geometry();
+    const int quarter = room.width() / 4;
+    if (button->menu() != nullptr && room.adjusted(quarter, 0, -quarter, 0).contains(place)) {
+      return {FavoriteOf(button).path, FavoritesEdit::NoPosition, button, 0};
+    }
+    if (isRightToLeft() ? place.x() > room.center().x() : place.x() < room.center().x()) break;
+    ++found.position;
+    found.x = isRightToLeft() ? room.left() : room.right() + 1;
+  }
+  if (found.position == 0 && isRightToLeft()) found.x = width();
+  return found;
+}
+
+// Nullptr: nothing is dragged here any more.
+void TLinksBar::ShowPlace(const TDropPlace *place) {
+  for (QToolButton *button : m_buttons) button->setDown(place != nullptr && button == place->into);
+  m_mark->setVisible(place != nullptr && place->into == nullptr);
+  if (place == nullptr) return;
+  m_mark->setGeometry(qBound(0, place->x - MarkWidth / 2, width() - MarkWidth), 0, MarkWidth, height());
+  m_mark->raise();
 }
 
 void TLinksBar::dragEnterEvent(QDragEnterEvent *event) {
@@ -266,40 +381,49 @@ void TLinksBar::dragEnterEvent(QDragEnterEvent *event) {
 }
 
 void TLinksBar::dragMoveEvent(QDragMoveEvent *event) {
+  const TDropPlace place = PlaceAt(event->position().toPoint());
+  ShowPlace(&place);
   event->acceptProposedAction();
 }
 
-void TLinksBar::dropEvent(QDropEvent *event) {
-  const QPoint place = event->position().toPoint();
-  const QToolButton *button = ButtonAt(place);
-  const TFavorite over = button != nullptr ? FavoriteOf(button) : TFavorite();
-  const QString folder = over.isFolder ? over.path : FavoritesFolder::LinksPath(m_settings.Store());
-  int position = over.isFolder ? FavoritesEdit::NoPosition : PositionAt(place);
+void TLinksBar::dragLeaveEvent(QDragLeaveEvent *event) {
+  ShowPlace(nullptr);
+  QWidget::dragLeaveEvent(event);
+}
+
+TFavoritesChange TLinksBar::TakeDropped(const QMimeData &data, const TDropPlace &place) {
+  if (FavoriteDrag::AreFavorites(data)) {
+    const QStringList paths = FavoriteDrag::PathsIn(data);
+    // A folder on its own button is where it is.
+    return paths.contains(place.folder) ? TFavoritesChange() : FavoritesEdit::Move(paths, place.folder, place.position);
+  }
   TFavoritesChange change;
-  if (FavoriteDrag::AreFavorites(*event->mimeData())) {
-    const QStringList paths = FavoriteDrag::PathsIn(*event->mimeData());
-    if (paths.contains(folder)) return;
-    change = FavoritesEdit::Move(paths, folder, position);
-    event->setDropAction(Qt::MoveAction);
-  } else {
-    // The title, where the one that it comes from tells it: a line behind the address.
-    const QByteArray titled = event->mimeData()->data(QStringLiteral("text/x-moz-url"));
-    const QString title =
-        QString(reinterpret_cast<const QChar *>(titled.constData()), titled.size() / 2).section(u'\n', 1, 1);
-    for (const QString &address : LinksIn(*event->mimeData())) {
-      const QString host = QUrl(address).host();
-      const QString name = !title.isEmpty() ? title : host;
-      change = FavoritesEdit::AddPage(folder, name, address, position);
-      if (!change.IsGood()) break;
-      if (position >= 0) ++position;
-    }
-    event->setDropAction(Qt::CopyAction);
+  int position = place.position;
+  for (const TNamedAddress &link : NamedLinksIn(data)) {
+    const QString file = QUrl(link.address).toLocalFile();
+    // A shortcut of somebody's stays where it is.
+    change = ShortcutFile::KindOf(file) != ShortcutFile::TKind::None
+                 ? FavoritesEdit::Copy({file}, place.folder, position)
+                 : FavoritesEdit::AddPage(place.folder, NameOf(link), link.address, position);
+    if (!change.IsGood()) break;
+    if (position >= 0) ++position;
   }
+  return change;
+}
+
+void TLinksBar::dropEvent(QDropEvent *event) {
+  ShowPlace(nullptr);
+  const TFavoritesChange change = TakeDropped(*event->mimeData(), PlaceAt(event->position().toPoint()));
+  event->setDropAction(FavoriteDrag::AreFavorites(*event->mimeData()) ? Qt::MoveAction : Qt::CopyAction);
   event->accept();
-  if (!change.IsGood()) {
-    ShowWarning(this, m_language, m_language.Text("FAVORITES", "CannotChange").arg(change.error));
-  }
-  // Not now: the button that is being dragged would go with it.
-  QMetaObject::invokeMethod(
-      this, [this] { Q_EMIT Changed(); }, Qt::QueuedConnection);
+  // Not now: the button that is being dragged would go with it, and the drag would wait for the answer.
+  const auto end = [this, error = change.error] {
+    if (!error.isEmpty()) Tell(error);
+    Q_EMIT Changed();
+  };
+  QMetaObject::invokeMethod(this, end, Qt::QueuedConnection);
+}
+
+void TLinksBar::Tell(const QString &error) {
+  ShowWarning(this, m_language, m_language.Text("FAVORITES", "CannotChange").arg(error));
 }

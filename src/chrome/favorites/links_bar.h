@@ -2,18 +2,21 @@
 
 #include <QList>
 #include <QPointer>
+#include <QTimer>
 #include <QToolButton>
 
 #include "chrome/favorites/favorite_menu.h"
 
 class QMenu;
+class QMimeData;
 class TFavoriteCommands;
+struct TFavoritesChange;
 class TLanguage;
 class TSettings;
 
 // The links bar (pnlLinks): a button for each favorite in the Links folder, in their order; sub-folders open as menus.
 // What does not fit is behind the button at its end. Addresses that are dropped on it become links, buttons are dragged
-// to another place or into a folder.
+// to another place or, by the middle half of its button, into a folder. Arrow keys walk the buttons.
 class TLinksBar final : public QWidget {
   Q_OBJECT
 
@@ -25,6 +28,10 @@ class TLinksBar final : public QWidget {
 
   // Shows what the folder holds now.
   void Refresh();
+  // Makes the Links folder where there is none, for the user who wants it; what cannot be made is told.
+  void MakeFolder();
+  // Has the folder organised; makes it first where there is none.
+  void Organize();
   // Whether there is a Links folder.
   [[nodiscard]] bool IsThere() const { return m_isThere; }
   // The folder's favorites as a menu, with "Customize" at its end.
@@ -46,19 +53,35 @@ class TLinksBar final : public QWidget {
   void contextMenuEvent(QContextMenuEvent *event) override;
   void dragEnterEvent(QDragEnterEvent *event) override;
   void dragMoveEvent(QDragMoveEvent *event) override;
+  void dragLeaveEvent(QDragLeaveEvent *event) override;
   void dropEvent(QDropEvent *event) override;
   bool eventFilter(QObject *watched, QEvent *event) override;
 
  private:
+  // Where a thing would go that is dropped here.
+  struct TDropPlace {
+    QString folder;
+    int position;       // in the folder; NoPosition where its order decides
+    QToolButton *into;  // the folder's button; none for the bar itself
+    int x;              // of the gap between two buttons
+  };
+
   void Rebuild();
   void AddButton(QAction *item, const TFavorite &favorite);
   void Arrange();
   void FillExtender();
   void ShowIcons();
+  void OrderForKeys();
+  // Some menu shows what the bar does. It stays as it is until it has closed.
+  [[nodiscard]] bool HasOpenMenu() const;
+  void FollowClosing(const QMenu *menu);
   void Drag(QToolButton *button);
-  // The button there, or none; and before which favorite of the folder a thing that is dropped there would go.
-  [[nodiscard]] QToolButton *ButtonAt(const QPoint &place) const;
-  [[nodiscard]] int PositionAt(const QPoint &place) const;
+  void OpenByMouse(const QToolButton *button, const QMouseEvent &click);
+  [[nodiscard]] bool TakeKey(QToolButton *button, const QKeyEvent &key);
+  [[nodiscard]] TDropPlace PlaceAt(const QPoint &place) const;
+  void ShowPlace(const TDropPlace *place);
+  TFavoritesChange TakeDropped(const QMimeData &data, const TDropPlace &place);
+  void Tell(const QString &error);
   [[nodiscard]] TFavorite FavoriteOf(const QToolButton *button) const;
 
   TFavoriteLauncher &m_launcher;
@@ -71,10 +94,13 @@ class TLinksBar final : public QWidget {
   TFavoriteMenu *m_favorites;
   QMenu *m_extenderMenu;    // pmLinksBarExtender
   QToolButton *m_extender;  // tbxLinks
+  QWidget *m_mark;          // the gap between two buttons where a thing would be dropped
   QList<QToolButton *> m_buttons;
   QList<QAction *> m_customize;  // at the end of the menu
   TFavorites m_shown;            // of the buttons, in their order
   QPoint m_pressed;
   bool m_isThere = false;
-  bool m_isDragging = false;  // The buttons stay as they are.
+  bool m_isDragging = false;  // the buttons stay as they are
+  bool m_isStale = false;     // the folder has changed meanwhile
+  QTimer m_iconTimer;
 };
