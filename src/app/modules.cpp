@@ -62,6 +62,7 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       groups(window, actions, tabs, tabMenu, closeAll, loadQueue),
       openCommand(window, actions, *address, search, groups, language),
       favorites(window, actions, tabs, tabMenu, loadQueue),
+      pageIcons(favorites.Icons().Cache()),
       popups(window, tabs, tabMenu),
       policy(engine, popups, searchLists),
       fullScreen(window, actions, tabs, settings),
@@ -84,6 +85,7 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
 // What one module tells another that does not know it.
 void TModules::Join() {
   customizeMenu.OfferOn(bands);
+  address->SetIcons(pageIcons);
   QObject::connect(&tabs, &TTabStrip::PageSetsOut, framePacer, &TFramePacer::GiveWay);
   bars.SetHasLinks([links = favorites.Links()] { return links->IsThere(); });
   QObject::connect(&bars, &TWindowBars::LinksWanted, favorites.Links(), &TLinksBar::MakeFolder);

@@ -41,6 +41,7 @@
 #include "chrome/window_placement.h"
 #include "config/language.h"
 #include "config/settings.h"
+#include "favorites/page_icons.h"
 #include "groups/page_groups.h"
 #include "history/history_store.h"
 #include "platform/desktop_defaults.h"
@@ -112,6 +113,7 @@ class TModules final {
   TPageGroups groups;
   TOpenCommand openCommand;
   TFavoritesView favorites;
+  TPageIcons pageIcons;
   TPopupBlocker popups;
   TBrowsingPolicy policy;
   TFullScreen fullScreen;

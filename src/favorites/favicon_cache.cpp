@@ -75,6 +75,7 @@ QImage TFaviconCache::Find(const QString &address) const {
 }
 
 void TFaviconCache::Clear() {
+  ++m_clearings;
   m_images.clear();
   m_files = 0;
   QDir folder(m_folder);
@@ -83,16 +84,47 @@ void TFaviconCache::Clear() {
 
 QImage TFaviconCache::Load(const QByteArray &key) const {
   if (const QImage *known = m_images.object(key)) return *known;
+  const QImage image = ReadFile(PathOf(m_folder, key));
+  m_images.insert(key, new QImage(image));
+  return image;
+}
+
+QImage TFaviconCache::ReadFile(const QString &path) {
   QImage image;
-  if (auto bytes = FolderEntries::Read(PathOf(key), LargestFile)) {
+  if (auto bytes = FolderEntries::Read(path, LargestFile)) {
     QBuffer buffer(&*bytes);
     QImageReader reader(&buffer, "PNG");
     // The size stands in front: nothing is unpacked that is none of ours.
     const QSize size = reader.size();
     if (size.width() <= Size && size.height() <= Size) image = reader.read().convertToFormat(QImage::Format_ARGB32);
   }
-  m_images.insert(key, new QImage(image));
   return image;
+}
+
+std::optional<QImage> TFaviconCache::Known(const QString &address) const {
+  if (!HasSite(address)) return QImage();
+  const QUrl url(address);
+  const QImage *page = m_images.object(PageKey(url));
+  if (page == nullptr) return std::nullopt;
+  if (!page->isNull()) return *page;
+  const QImage *site = m_images.object(SiteKey(url));
+  if (site == nullptr) return std::nullopt;
+  return *site;
+}
+
+QList<TFaviconCache::TFile> TFaviconCache::Read(const QString &folder, const QString &address) {
+  if (!HasSite(address)) return {};
+  const QUrl url(address);
+  QList<TFile> files;
+  for (const QByteArray &key : {PageKey(url), SiteKey(url)}) files.append({key, ReadFile(PathOf(folder, key))});
+  return files;
+}
+
+void TFaviconCache::Learn(const QList<TFile> &files, int clearings) const {
+  if (clearings != m_clearings) return;
+  for (const TFile &file : files) {
+    if (!m_images.contains(file.key)) m_images.insert(file.key, new QImage(file.image));
+  }
 }
 
 void TFaviconCache::Store(const QByteArray &key, const QImage &icon) {
@@ -101,7 +133,7 @@ void TFaviconCache::Store(const QByteArray &key, const QImage &icon) {
   if (m_files < 0) m_files = int(QDir(m_folder).entryList({NamePattern}, QDir::Files).size());
   if (m_files >= MostFiles) DropOldest();
   QBuffer buffer;
-  const QString path = PathOf(key);
+  const QString path = PathOf(m_folder, key);
   const QString part = path + QLatin1String(".part");
   // Not brought to the disk: what a power cut leaves of it counts as none.
   QFile::remove(part);
@@ -119,6 +151,6 @@ void TFaviconCache::DropOldest() {
   }
 }
 
-QString TFaviconCache::PathOf(const QByteArray &key) const {
-  return m_folder + u'/' + QString::fromLatin1(key) + QLatin1String(".png");
+QString TFaviconCache::PathOf(const QString &folder, const QByteArray &key) {
+  return folder + u'/' + QString::fromLatin1(key) + QLatin1String(".png");
 }

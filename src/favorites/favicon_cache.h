@@ -1,8 +1,10 @@
 #pragma once
 
+#include <optional>
 #include <QByteArray>
 #include <QCache>
 #include <QImage>
+#include <QList>
 #include <QString>
 
 // The small icons of sites and pages, for favorites: PNG files in a folder of their own, named by a hash of the
@@ -28,6 +30,20 @@ class TFaviconCache final {
   void Put(const QString &address, const QImage &icon);
   // That of the page, else that of its site, else null. Looks at the disk once for each address.
   [[nodiscard]] QImage Find(const QString &address) const;
+  // The same from memory alone; nothing where the disk would have to be looked at.
+  [[nodiscard]] std::optional<QImage> Known(const QString &address) const;
+
+  struct TFile {
+    QByteArray key;
+    QImage image;
+  };
+  // What Find would read of the folder, for a thread of its own.
+  [[nodiscard]] static QList<TFile> Read(const QString &folder, const QString &address);
+  // Keeps in memory what was read so, where nothing newer is known. `clearings` is what Clearings() was before.
+  void Learn(const QList<TFile> &files, int clearings) const;
+  [[nodiscard]] int Clearings() const { return m_clearings; }
+  [[nodiscard]] const QString &Place() const { return m_folder; }
+
   // Forgets all of them, on the disk too.
   void Clear();
 
@@ -35,9 +51,11 @@ class TFaviconCache final {
   [[nodiscard]] QImage Load(const QByteArray &key) const;
   void Store(const QByteArray &key, const QImage &icon);
   void DropOldest();
-  [[nodiscard]] QString PathOf(const QByteArray &key) const;
+  [[nodiscard]] static QImage ReadFile(const QString &path);
+  [[nodiscard]] static QString PathOf(const QString &folder, const QByteArray &key);
 
   QString m_folder;
   mutable QCache<QByteArray, QImage> m_images{1024};  // also null ones, for what is not on the disk
-  int m_files = -1;                                   // on the disk; not counted yet
+  int m_clearings = 0;
+  int m_files = -1;  // on the disk; not counted yet
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -17,5 +18,14 @@ namespace VisitWords {
 [[nodiscard]] QStringList Query(const QString &text);
 // `words` as `Of` makes them, `query` as `Query` does.
 [[nodiscard]] bool Match(const QString &words, const QStringList &query);
+
+struct TPlace {
+  qsizetype start = 0;
+  qsizetype length = 0;
+  bool operator==(const TPlace &) const = default;
+};
+// Where the parts of `query` stand in `text`, which has not been folded, from its start to its end; places that touch
+// are one.
+[[nodiscard]] QList<TPlace> Places(const QString &text, const QStringList &query);
 
 }  // namespace VisitWords

@@ -247,7 +247,8 @@ void TAddressBar::Suggest() {
   std::ranges::stable_sort(pages, std::greater(), &TVisitedPage::visits);
   QList<TSuggestion> suggestions;
   for (const TVisitedPage &page : pages.mid(0, MostSuggestions)) suggestions.append({page.address, page.title});
-  m_suggestions->Offer(suggestions);
+  m_suggestions->SetIcons(m_settings.Get(Setting::UseCustomIcons) ? m_icons : nullptr);
+  m_suggestions->Offer(suggestions, query);
 }
 
 void TAddressBar::HideSuggestions() {

@@ -10,6 +10,7 @@
 class THistoryStore;
 class TLanguage;
 class TPageIcon;
+class TPageIcons;
 class TSettings;
 class TSuggestionList;
 
@@ -39,6 +40,9 @@ class TAddressBar final : public TZVComboBox {
   void ClearAddressHistory();
   // The typed addresses, the newest first.
   [[nodiscard]] const QStringList &TypedAddresses() const { return m_addresses.List(); }
+
+  // The icons of the pages that are suggested, shown with UseCustomIcons. Before this call all have the plain one.
+  void SetIcons(TPageIcons &icons) { m_icons = &icons; }
 
   void showPopup() override;
 
@@ -74,6 +78,7 @@ class TAddressBar final : public TZVComboBox {
   THistoryStore &m_history;
   TTypedAddresses m_addresses;
   TPageIcon *m_icon;
+  TPageIcons *m_icons = nullptr;
   TSuggestionList *m_suggestions;
   QTimer m_suggest;     // runs when all that was typed has been shown
   QString m_typedText;  // what the suggestions were made for

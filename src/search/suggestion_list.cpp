@@ -1,70 +1,84 @@
 #include "search/suggestion_list.h"
 
 #include <algorithm>
+#include <QAccessible>
 #include <QApplication>
-#include <QHeaderView>
 #include <QLineEdit>
 #include <QScreen>
 #include <QStandardItemModel>
 
-#include "search/row_delegate.h"
+#include "favorites/page_icons.h"
+#include "search/suggestion_delegate.h"
 #include "ui/shown_address.h"
 
 namespace {
 
 constexpr int AddressRole = Qt::UserRole + 1;
-constexpr double AddressShare = 0.6;  // of the width; the rest is the title's
-constexpr float TitleOpacity = 0.65F;
+constexpr int IconSize = 16;
 constexpr int PageStep = 5;
-
-QStandardItem *MakeItem(const QString &text) {
-  auto *item = new QStandardItem(text);
-  item->setEditable(false);
-  return item;
-}
 
 }  // namespace
 
 TSuggestionList::TSuggestionList(QWidget *below, QLineEdit *edit, const QString &accessibleName)
-    : QTreeView(below), m_below(below), m_edit(edit), m_model(new QStandardItemModel(this)) {
+    : QListView(below),
+      m_below(below),
+      m_edit(edit),
+      m_model(new QStandardItemModel(this)),
+      m_delegate(new TSuggestionDelegate(this)),
+      m_plainIcon(QStringLiteral(":/icons/page.svg")) {
   setWindowFlags(Qt::ToolTip | Qt::FramelessWindowHint);
   setAttribute(Qt::WA_ShowWithoutActivating);
   setFocusPolicy(Qt::NoFocus);
   setAccessibleName(accessibleName);
   setModel(m_model);
-  setItemDelegate(new TRowDelegate(this));
-  setHeaderHidden(true);
-  setRootIsDecorated(false);
-  setUniformRowHeights(true);
-  setAllColumnsShowFocus(true);
-  setSelectionBehavior(QAbstractItemView::SelectRows);
+  setItemDelegate(m_delegate);
+  setUniformItemSizes(true);
+  setIconSize(QSize(IconSize, IconSize));
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setTextElideMode(Qt::ElideRight);
   setMouseTracking(true);
-  header()->setStretchLastSection(true);
-  header()->setMinimumSectionSize(0);
   connect(this, &QAbstractItemView::clicked, this,
-          [this](const QModelIndex &index) { Q_EMIT Clicked(index.siblingAtColumn(0).data(AddressRole).toString()); });
+          [this](const QModelIndex &index) { Q_EMIT Clicked(index.data(AddressRole).toString()); });
   hide();
 }
 
-void TSuggestionList::Offer(const QList<TSuggestion> &suggestions) {
+void TSuggestionList::SetIcons(TPageIcons *icons) {
+  if (m_icons == icons) return;
+  if (m_icons) m_icons->disconnect(this);
+  m_icons = icons;
+  if (icons != nullptr) connect(icons, &TPageIcons::Changed, this, &TSuggestionList::ShowIcons);
+}
+
+void TSuggestionList::Offer(const QList<TSuggestion> &suggestions, const QStringList &query) {
   m_model->clear();
+  m_delegate->SetQuery(query);
+  QStringList addresses;
   for (const TSuggestion &suggestion : suggestions) {
-    auto *address = MakeItem(ShownAddress(suggestion.address));
-    address->setData(suggestion.address, AddressRole);
-    auto *title = MakeItem(suggestion.title.simplified());
-    QColor quiet = palette().color(QPalette::Text);
-    quiet.setAlphaF(TitleOpacity);
-    title->setForeground(quiet);
-    m_model->appendRow({address, title});
+    const QString shown = ShownAddress(suggestion.address);
+    const QString title = suggestion.title.simplified();
+    auto *item = new QStandardItem(shown);
+    item->setEditable(false);
+    item->setData(suggestion.address, AddressRole);
+    item->setData(title, TSuggestionDelegate::TitleRole);
+    item->setData(title.isEmpty() ? shown : title + QLatin1String(", ") + shown, Qt::AccessibleTextRole);
+    m_model->appendRow(item);
+    addresses.append(suggestion.address);
   }
   if (suggestions.isEmpty()) {
     hide();
     return;
   }
+  ShowIcons();
   Place();
   show();
+  if (m_icons) m_icons->Fetch(addresses);
+}
+
+void TSuggestionList::ShowIcons() {
+  for (int row = 0; row < m_model->rowCount(); ++row) {
+    QStandardItem *item = m_model->item(row);
+    const QImage icon = m_icons ? m_icons->Of(item->data(AddressRole).toString()) : QImage();
+    item->setIcon(icon.isNull() ? m_plainIcon : QIcon(QPixmap::fromImage(icon)));
+  }
 }
 
 void TSuggestionList::Place() {
@@ -75,7 +89,6 @@ void TSuggestionList::Place() {
   const int above = corner.y() - m_below->height() - height;
   setGeometry(corner.x(), fitsBelow || above < screen.top() ? corner.y() : above, m_below->width(),
               std::min(height, screen.height()));
-  setColumnWidth(0, static_cast<int>(m_below->width() * AddressShare));
 }
 
 QString TSuggestionList::Move(bool down, bool page) {
@@ -92,12 +105,20 @@ QString TSuggestionList::Move(bool down, bool page) {
   const QModelIndex index = next == last ? QModelIndex() : m_model->index(next, 0);
   setCurrentIndex(index);
   if (!index.isValid()) clearSelection();
+  TellChosen();
   return Chosen();
 }
 
+// The keyboard stays with the text box, whose text alone would be heard: the address, and not whose it is.
+void TSuggestionList::TellChosen() {
+  if (!currentIndex().isValid() || !QAccessible::isActive()) return;
+  QAccessibleEvent event(this, QAccessible::Focus);
+  event.setChild(currentIndex().row());
+  QAccessible::updateAccessibility(&event);
+}
+
 QString TSuggestionList::Chosen() const {
-  return isVisible() && currentIndex().isValid() ? currentIndex().siblingAtColumn(0).data(AddressRole).toString()
-                                                 : QString();
+  return isVisible() && currentIndex().isValid() ? currentIndex().data(AddressRole).toString() : QString();
 }
 
 void TSuggestionList::RemoveChosen() {
@@ -110,12 +131,12 @@ void TSuggestionList::RemoveChosen() {
 
 void TSuggestionList::showEvent(QShowEvent *event) {
   qApp->installEventFilter(this);
-  QTreeView::showEvent(event);
+  QListView::showEvent(event);
 }
 
 void TSuggestionList::hideEvent(QHideEvent *event) {
   qApp->removeEventFilter(this);
-  QTreeView::hideEvent(event);
+  QListView::hideEvent(event);
 }
 
 // What shows that the user has turned elsewhere closes the list.
@@ -138,5 +159,5 @@ bool TSuggestionList::eventFilter(QObject *watched, QEvent *event) {
     default:
       break;
   }
-  return QTreeView::eventFilter(watched, event);
+  return QListView::eventFilter(watched, event);
 }

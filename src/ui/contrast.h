@@ -6,7 +6,8 @@
 // colour, 21 for black and white.
 namespace Contrast {
 
-constexpr double ForMarks = 3;  // the least that a mark which means something is to have
+constexpr double ForMarks = 3;   // the least that a mark which means something is to have
+constexpr double ForText = 4.5;  // the least that a text is to have
 
 [[nodiscard]] double Between(const QColor &one, const QColor &other);
 // `color`, taken towards black or white as far as it needs to reach `least` before `ground`; its alpha stays.

@@ -1,6 +1,7 @@
 #include <sys/stat.h>
 #include <QDir>
 #include <QFile>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -9,6 +10,7 @@
 #include "favorites/favorites_edit.h"
 #include "favorites/favorites_folder.h"
 #include "favorites/favorites_order.h"
+#include "favorites/page_icons.h"
 #include "platform/native_path.h"
 #include "platform/program_folders.h"
 #include "store/registry_store.h"
@@ -311,6 +313,41 @@ class TTestFavoritesFolder final : public QObject {
     QVERIFY(TFaviconCache(folder).Find(page).isNull());
     cache.Clear();
     QVERIFY(cache.Find(page).isNull() && QDir(folder).isEmpty());
+  }
+
+  void IconsFromMemory() {
+    const QString folder = m_temporary->filePath("icons");
+    QImage red(16, 16, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    TFaviconCache(folder).Put("http://a.example/", red);
+    const TFaviconCache cache(folder);
+    TPageIcons icons(cache);
+    const QSignalSpy changed(&icons, &TPageIcons::Changed);
+    const QStringList addresses{"http://a.example/x", "http://b.example/", "about:x"};
+    // Asking alone never goes to the disk.
+    QVERIFY(icons.Of(addresses[0]).isNull() && !cache.Known(addresses[0]) && cache.Known("about:x"));
+    icons.Fetch(addresses);
+    QTRY_COMPARE(changed.size(), 1);
+    QCOMPARE(icons.Of(addresses[0]).pixelColor(1, 1), QColor(Qt::red));
+    // That there is none is known as well, and nothing is read again.
+    QVERIFY(icons.Of(addresses[1]).isNull() && cache.Known(addresses[1]));
+    QVERIFY(QDir(folder).removeRecursively());
+    icons.Fetch(addresses);
+    QVERIFY(!icons.Of(addresses[0]).isNull());
+
+    // What was read before all were forgotten, or before a newer one came, does not come back.
+    TFaviconCache own(folder);
+    own.Put("http://a.example/", red);
+    const QList<TFaviconCache::TFile> old = TFaviconCache::Read(folder, "http://a.example/");
+    const int before = own.Clearings();
+    own.Clear();
+    own.Learn(old, before);
+    QVERIFY(!own.Known("http://a.example/"));
+    QImage blue(red);
+    blue.fill(Qt::blue);
+    own.Put("http://a.example/", blue);
+    own.Learn(old, own.Clearings());
+    QCOMPARE(own.Known("http://a.example/")->pixelColor(1, 1), QColor(Qt::blue));
   }
 
   void OldIconsGo() {

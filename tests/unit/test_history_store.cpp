@@ -255,6 +255,33 @@ class TTestHistoryStore final : public QObject {
     QCOMPARE(store.Count(), 101);
   }
 
+  void PlacesOfWords_data() {
+    Columns<QString, QString, QString>("text", "query", "marked");
+    const auto row = [](const char *name, const QString &text, const QString &query, const QString &marked) {
+      Row(name, text, query, marked);
+    };
+    row("where words begin", "News from renewed Newark", "ne", "[Ne]ws from renewed [Ne]wark");
+    row("accents", "In Z\u00FCrich", "zur", "In [Z\u00FCr]ich");
+    row("accents apart", "In Zu\u0308rich", "zur", "In [Zu\u0308r]ich");
+    row("an accent at the end", "caf\u0065\u0301 x", "cafe", "[caf\u0065\u0301] x");
+    row("one letter for two", "Stra\u00DFen", "strass", "[Stra\u00DF]en");
+    row("several parts, one in another", "newspaper daily", "news d new", "[news]paper [d]aily");
+    row("across punctuation", "http://my-site.example/", "my-site", "http://[my-site].example/");
+    row("without blanks", "\u6771\u4EAC\u90FD", "\u4EAC\u90FD", "\u6771[\u4EAC\u90FD]");
+    row("behind a pair", "\U0001F600 new", "new", "\U0001F600 [new]");
+    row("nothing", "news", "paper", "news");
+  }
+  // The places are shown in brackets.
+  void PlacesOfWords() {
+    QFETCH(QString, text);
+    QFETCH(QString, query);
+    const QList<VisitWords::TPlace> places = VisitWords::Places(text, VisitWords::Query(query));
+    for (auto place = places.rbegin(); place != places.rend(); ++place) {
+      text.insert(place->start + place->length, ']').insert(place->start, '[');
+    }
+    QTEST(text, "marked");
+  }
+
   void FolderThatTakesNothing() {
     QFile inTheWay(m_folder->filePath("data"));
     QVERIFY(inTheWay.open(QIODevice::WriteOnly));

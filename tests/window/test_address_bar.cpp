@@ -1,5 +1,6 @@
 #include <memory>
 #include <QAbstractItemView>
+#include <QAccessible>
 #include <QClipboard>
 #include <QDropEvent>
 #include <QMimeData>
@@ -9,6 +10,9 @@
 #include <QToolButton>
 #include <QWheelEvent>
 
+#include "favorites/favicon_cache.h"
+#include "favorites/page_icons.h"
+#include "search/suggestion_delegate.h"
 #include "search/suggestion_list.h"
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"
@@ -22,7 +26,11 @@ class TestAddressBar final : public QObject {
 
  private Q_SLOTS:
   void init() { m_f = std::make_unique<TLoneAddressBarFixture>(); }
-  void cleanup() { m_f.reset(); }
+  void cleanup() {
+    m_f.reset();
+    QApplication::setPalette(QPalette());
+    QApplication::setLayoutDirection(Qt::LeftToRight);
+  }
 
   void HostStandsOutUnlessEdited() {
     m_f->Make();
@@ -361,14 +369,77 @@ class TestAddressBar final : public QObject {
     m_f->Type("news");
     const QStringList expected = {"http://often.example/", "http://now.example/", "http://typed.example/news"};
     QTRY_COMPARE(Suggested(), expected);
-    QCOMPARE(Suggestions()->model()->index(1, 1).data().toString(), "Now and then <b>news</b>");
+    QCOMPARE(Suggestions()->model()->index(1, 0).data(TSuggestionDelegate::TitleRole).toString(),
+             "Now and then <b>news</b>");
     for (const QAbstractItemView *list : {static_cast<QAbstractItemView *>(Suggestions()), m_f->bar->view()}) {
-      QVERIFY(list->sizeHintForRow(0) >= 24);
+      QVERIFY(list->sizeHintForRow(0) >= 28);
     }
     m_f->Type("exam else");
     QTRY_COMPARE(Suggested(), QStringList("http://other.example/"));
     m_f->Type("nowhere");
     QTRY_VERIFY(!Suggestions()->isVisible());
+  }
+
+  void SuggestionsShowWhatTheyAre_data() {
+    Columns<bool, bool, QString, QString>("rightToLeft", "dark", "title", "path");
+    const QString word(4, QChar(0x2588));  // full blocks are pure ink
+    const QString line(300, QChar(0x2588));
+    Row("short", false, false, word, word);
+    Row("from right to left", true, false, word, word);
+    Row("dark", false, true, word, word);
+    Row("long title", false, false, line, word);
+    Row("both long", false, false, line, line);
+    Row("both long, from right to left", true, true, line, line);
+  }
+  // Icon, title in full ink, and then the address, which always keeps a part of the row.
+  void SuggestionsShowWhatTheyAre() {
+    QFETCH(bool, rightToLeft);
+    QFETCH(bool, dark);
+    QFETCH(QString, title);
+    QFETCH(QString, path);
+    QPalette palette;
+    palette.setColor(QPalette::Base, dark ? Qt::black : Qt::white);
+    palette.setColor(QPalette::Text, dark ? Qt::white : Qt::black);
+    QApplication::setPalette(palette);
+    if (rightToLeft) QApplication::setLayoutDirection(Qt::RightToLeft);
+    TFaviconCache cache(m_f->folder.filePath("icons"));
+    QImage red(32, 32, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    cache.Put("http://a.example/", red);
+    const TFaviconCache unread(m_f->folder.filePath("icons"));
+    TPageIcons icons(unread);
+    m_f->Make("IE5");
+    m_f->bar->SetIcons(icons);
+    m_f->Visit("http://a.example/news" + path, title, 1);
+    m_f->Type("news");
+    QTRY_COMPARE(Suggested().size(), 1);
+    const QImage picture = [this] {
+      const QRect row = Suggestions()->visualRect(Suggestions()->model()->index(0, 0));
+      const auto grab = [&] { return Suggestions()->viewport()->grab(row).toImage(); };
+      [&] { QTRY_VERIFY(Count(grab(), Qt::red).first > 10); }();
+      return grab();
+    }();
+    const auto [redWidth, redMiddle] = Count(picture, Qt::red);
+    const auto [titleWidth, titleMiddle] = Count(picture, palette.color(QPalette::Text));
+    QCOMPARE(redWidth, 16);
+    // In the order of reading, each in its part of the row.
+    const double direction = rightToLeft ? -1 : 1;
+    QVERIFY(direction * (titleMiddle - redMiddle) > 0);
+    QVERIFY(titleWidth > 8 && titleWidth < picture.width() * 0.7);
+    const auto [leftInk, rightInk] = Extent(picture, palette.color(QPalette::Base));
+    QVERIFY(leftInk > 2 && rightInk < picture.width() - 3);
+    const int addressEnd =
+        rightToLeft ? int(titleMiddle) - titleWidth / 2 - leftInk : rightInk - int(titleMiddle) - titleWidth / 2;
+    QVERIFY2(addressEnd > 80, qPrintable(QString::number(addressEnd)));
+
+    QAccessibleInterface *list = QAccessible::queryAccessibleInterface(Suggestions());
+    const QString spoken = list->child(0)->text(QAccessible::Name);
+    QVERIFY2(spoken.startsWith(title) && spoken.endsWith(path), qPrintable(spoken));
+    // Without icons of their own all have the plain one.
+    m_f->settings.Set(Setting::UseCustomIcons, false);
+    m_f->Type("news");
+    QTRY_COMPARE(Suggested().size(), 1);
+    QCOMPARE(Count(Suggestions()->viewport()->grab().toImage(), Qt::red).first, 0);
   }
 
   void SuggestionsNeverSteal() {
@@ -439,6 +510,32 @@ class TestAddressBar final : public QObject {
 
  private:
   [[nodiscard]] TSuggestionList *Suggestions() const { return m_f->bar->findChild<TSuggestionList *>(); }
+
+  // In how many columns there is such a point, and where they are in the mean.
+  [[nodiscard]] static std::pair<int, double> Count(const QImage &picture, const QColor &colour) {
+    int found = 0;
+    double sum = 0;
+    for (int x = 0; x < picture.width(); ++x) {
+      bool isThere = false;
+      for (int y = 0; y < picture.height(); ++y) isThere |= picture.pixel(x, y) == colour.rgb();
+      found += isThere ? 1 : 0;
+      sum += isThere ? x : 0;
+    }
+    return {found, found > 0 ? sum / found : 0};
+  }
+  // The first and the last column with anything but the ground in it.
+  [[nodiscard]] static std::pair<int, int> Extent(const QImage &picture, const QColor &ground) {
+    int first = picture.width();
+    int last = -1;
+    for (int x = 0; x < picture.width(); ++x) {
+      for (int y = 0; y < picture.height(); ++y) {
+        if (picture.pixel(x, y) == ground.rgb()) continue;
+        first = std::min(first, x);
+        last = x;
+      }
+    }
+    return {first, last};
+  }
 
   [[nodiscard]] QStringList Suggested() const {
     QStringList addresses;

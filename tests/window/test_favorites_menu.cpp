@@ -7,7 +7,6 @@
 #include "chrome/bands/menu_extender.h"
 #include "chrome/favorites/add_favorite_dialog.h"
 #include "chrome/folder_view/folder_view.h"
-#include "ui/confirm_dialog.h"
 #include "window/favorites_fixture.h"
 
 // The Favorites menu with the real engine: what it holds and when it is read, where favorites open, and how pages are

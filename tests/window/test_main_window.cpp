@@ -18,6 +18,7 @@
 #include "config/registry_paths.h"
 #include "groups/group_folder.h"
 #include "search/address_bar.h"
+#include "search/suggestion_list.h"
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"
 #include "support/named_lines.h"
@@ -479,6 +480,26 @@ class TestMainWindow final : public QObject {
     // The tab that was there belongs to the pages of the start.
     QVERIFY(Tabs().Tab(0)->Url() != u"about:blank#later"_s);
     QCOMPARE(Active()->Url(), u"about:blank#later"_s);
+  }
+
+  // The address bar suggests pages with the icons that they had when they were visited.
+  void SuggestsWithIcons() {
+    m_f.server.Route("/icon.svg",
+                     TTestResponse{.body = "<svg xmlns='http://www.w3.org/2000/svg' width='16' height='16'>"
+                                           "<rect width='16' height='16' fill='#ff0000'/></svg>",
+                                   .headers = {{"Content-Type", "image/svg+xml"}}});
+    m_f.server.Route("/red", TTestResponse::Page("<link rel=icon href=/icon.svg><title>Crimson</title>"));
+    Load(u"/red"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(!Active()->Browser()->Icon().isNull(), m_f.LoadTime);
+    const auto *suggested = Bar()->findChild<TSuggestionList *>();
+    const auto offers = [&] {
+      Action(TCommand::EditAddress)->trigger();
+      QTest::keyClicks(Bar()->lineEdit(), u"crimson"_s);
+      return QTest::qWaitFor([&] { return suggested->isVisible(); }, 500);
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(offers(), m_f.LoadTime);
+    const auto icon = suggested->model()->index(0, 0).data(Qt::DecorationRole).value<QIcon>();
+    QCOMPARE(icon.pixmap(16, 16).toImage().pixelColor(8, 8), QColor(Qt::red));
   }
 
   // After a slow composition the thread has time for other things, unless the user has just done something.

@@ -25,6 +25,7 @@ class TFavoriteIcons final : public QObject {
   [[nodiscard]] bool HasOwn() const;
   // Another number after each icon that came.
   [[nodiscard]] int Version() const { return m_version; }
+  [[nodiscard]] const TFaviconCache &Cache() const { return m_cache; }
   // That of its site, where it is to be shown and known, else the plain one. Reads the file, and the cache's.
   [[nodiscard]] QIcon Of(const TFavorite &favorite) const;
   // The same of an address that is known already.
