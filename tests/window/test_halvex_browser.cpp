@@ -8,6 +8,8 @@
 
 #include "browser/engine/site_zoom.h"
 #include "browser/engine/zoom_table.h"
+#include "browser/page/find_bar.h"
+#include "browser/page/permission_bar.h"
 #include "config/registry_paths.h"
 #include "support/data_row.h"
 #include "window/browser_fixture.h"
@@ -520,6 +522,10 @@ class TestHalvexBrowser final : public QObject, private TBrowserFixture {
     QVERIFY(Shows(u"Page A"_s));
 
     QVERIFY(Fails(address));
+    // A click that was meant for the page lets nobody in.
+    auto *letIn = Browser().findChild<QAbstractButton *>(u"cmdNoticeSecondary"_s);
+    QTest::mouseClick(letIn, Qt::LeftButton);
+    QVERIFY(!letIn->isEnabled() && !Engine().AcceptsCertificateErrors(u"localhost"_s));
     Press("cmdNoticeSecondary");
     QVERIFY(Shows(u"Secure page"_s));
     QVERIFY(Engine().AcceptsCertificateErrors(u"LOCALHOST"_s));
@@ -528,6 +534,60 @@ class TestHalvexBrowser final : public QObject, private TBrowserFixture {
     Browser().CollectProperties([&](const TPageProperties &found) { properties = found; });
     QTRY_COMPARE(properties.encryptionLevel, TEncryptionLevel::Unknown);
     QVERIFY(properties.certificate.contains(u"Test server"_s));
+  }
+
+  // A question and the find bar come and go over the page, which keeps its size.
+  void PanelsOverThePage_data() {
+    Columns<QSize, Qt::LayoutDirection>("size", "direction");
+    Row("wide", QSize(900, 600), Qt::LeftToRight);
+    Row("from right to left", QSize(900, 600), Qt::RightToLeft);
+    Row("narrow", QSize(480, 300), Qt::LeftToRight);
+    Row("as narrow as the window gets", QSize(300, 260), Qt::LeftToRight);
+  }
+  void PanelsOverThePage() {
+    QFETCH(QSize, size);
+    QFETCH(Qt::LayoutDirection, direction);
+    Browser().setLayoutDirection(direction);
+    Browser().resize(size);
+    QVERIFY(OpenPath(u"/a"_s));
+    QTRY_COMPARE(Script(u"innerWidth + 'x' + innerHeight"_s).toString(),
+                 u"%1x%2"_s.arg(size.width()).arg(size.height()));
+    auto *question = Browser().findChild<TPermissionBar *>();
+    Run(u"window.sizes = 0; onresize = () => ++sizes; Notification.requestPermission()"_s);
+    QTRY_VERIFY(question->isVisible());
+    Browser().FindOnPage();
+    auto *find = Browser().findChild<TFindBar *>();
+    // Both at once, one below the other, with all that is in them, and in the reading direction's own corner.
+    QVERIFY(find->geometry().top() > question->geometry().bottom());
+    const bool mirrored = direction == Qt::RightToLeft;
+    const int margin = question->y();
+    QCOMPARE(mirrored ? size.width() - question->geometry().right() - 1 : question->x(), margin);
+    QCOMPARE(mirrored ? find->x() : size.width() - find->geometry().right() - 1, margin);
+    for (const QWidget *panel : {static_cast<QWidget *>(question), static_cast<QWidget *>(find)}) {
+      QVERIFY(Browser().rect().contains(panel->geometry()));
+      const auto parts = panel->findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
+      for (const QWidget *part : parts) {
+        if (part->isHidden()) continue;
+        QVERIFY2(panel->rect().contains(part->geometry()), qPrintable(part->objectName()));
+        for (const QWidget *other : parts) {
+          const bool overlaps = other != part && !other->isHidden() && other->geometry().intersects(part->geometry());
+          QVERIFY2(!overlaps, qPrintable(part->objectName() + u" on "_s + other->objectName()));
+        }
+      }
+      // What is over the page there is the panel and not the page, to the mouse as well.
+      QWidget *hit = Browser().childAt(panel->geometry().center());
+      QVERIFY(hit == panel || panel->isAncestorOf(hit));
+      // Its shadow is only to be seen.
+      hit = Browser().childAt(panel->geometry().bottomLeft() + QPoint(20, 3));
+      QVERIFY(hit != nullptr && !Browser().findChild<TFindBar *>()->isAncestorOf(hit) && hit->inherits("QQuickWidget"));
+    }
+    QTest::keyClick(find, Qt::Key_Escape);
+    QVERIFY(!find->isVisible());
+    Browser().FindOnPage();
+    QTest::keyClick(question, Qt::Key_Escape);
+    QVERIFY(!question->isVisible());
+    QCOMPARE(find->y(), margin);
+    QCOMPARE(Script(u"sizes"_s).toInt(), 0);
   }
 
   void CertificateOfAPart() {
@@ -585,6 +645,7 @@ class TestHalvexBrowser final : public QObject, private TBrowserFixture {
   void Press(const char *button) {
     auto *found = Browser().findChild<QAbstractButton *>(QLatin1String(button));
     QVERIFY(found && found->isVisible());
+    QTRY_VERIFY(found->isEnabled());
     found->click();
   }
   [[nodiscard]] QString Url(const char *path) { return Server().Url(QString::fromLatin1(path)); }

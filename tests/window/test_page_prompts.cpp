@@ -23,6 +23,7 @@
 #include "browser/page/full_screen_notice.h"
 #include "browser/page/page_menu.h"
 #include "browser/page/page_prompts.h"
+#include "browser/page/permission_bar.h"
 #include "browser/page/question_sheet.h"
 #include "browser/page/sign_in_dialog.h"
 #include "browser/page/site_permissions.h"
@@ -367,6 +368,18 @@ class TestPagePrompts final : public QObject {
     m_prompts->Bar()->findChild<QAbstractButton *>("cmdClose")->click();
     QTRY_VERIFY_WITH_TIMEOUT(m_prompts->Bar()->isVisible(), LongWait);
     QVERIFY(!allow.isEnabled());
+    QTRY_VERIFY(allow.isEnabled());
+    // Nor the second one of two quick clicks, of which the first went to something that covered the bar.
+    const QPointF place = QRectF(allow.rect()).center();
+    QMouseEvent second(QEvent::MouseButtonDblClick, place, allow.mapToGlobal(place), Qt::LeftButton, Qt::LeftButton,
+                       {});
+    QApplication::sendEvent(&allow, &second);
+    QTest::mouseRelease(&allow, Qt::LeftButton);
+    QVERIFY(m_prompts->Bar()->isVisible());
+    // Its tab comes to the front under the mouse.
+    m_window->hide();
+    m_window->show();
+    QVERIFY(m_prompts->Bar()->isVisible() && !allow.isEnabled());
     QTRY_VERIFY(allow.isEnabled());
     // Leaving the page takes its questions along.
     Load(u"/other"_s);

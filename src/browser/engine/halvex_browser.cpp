@@ -20,7 +20,9 @@
 #include "browser/engine/policy.h"
 #include "browser/engine/view_supply.h"
 #include "browser/page/page_menu.h"
+#include "browser/page/page_overlay.h"
 #include "browser/page/page_prompts.h"
+#include "browser/page/permission_bar.h"
 #include "browser/page/properties_dialog.h"
 #include "browser/page/question_sheet.h"
 #include "browser/page/site_permissions.h"
@@ -40,13 +42,12 @@ THalvexBrowser::THalvexBrowser(QWidget *owner, TEngine &engine, TDownloadControl
       m_owner(owner),
       m_engine(engine),
       m_options(options),
-      m_layout(new QVBoxLayout(this)),
       m_stack(new TPageStack(engine.Language(), this)),
       m_zoom(new TPageZoom(engine.SiteZoom(), this)) {
   setObjectName(QStringLiteral("THalvexBrowser"));
-  m_layout->setContentsMargins(0, 0, 0, 0);
-  m_layout->setSpacing(0);
-  m_layout->addWidget(m_stack, 1);
+  auto *layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(m_stack);
   connect(m_zoom, &TPageZoom::Changed, this, &THalvexBrowser::ZoomChanged);
   connect(m_stack, &TPageStack::FocusReceived, this, &THalvexBrowser::FocusReceived);
   connect(m_stack, &TPageStack::NoticeChanged, this, &THalvexBrowser::OnNoticeChanged);
@@ -83,10 +84,11 @@ void THalvexBrowser::SetView(QWebEngineView *view) {
   connect(m_sheet, &TQuestionSheet::OpenChanged, this, &THalvexBrowser::OnQuestion);
   m_page->ShowDialogsOn(m_sheet);
   auto *prompts = new TPagePrompts(m_page, m_sheet, this, m_engine.Language());
-  m_layout->insertWidget(0, prompts->Bar());
+  auto *overlay = new TPageOverlay(this, m_stack);
+  overlay->Add(prompts->Bar(), TPageOverlay::TSide::Leading);
   connect(m_page, &TEnginePage::UserActed, prompts, &TPagePrompts::AllowSignIns);
   connect(m_page, &TEnginePage::UserActed, m_sheet, &TQuestionSheet::Dismiss);
-  m_finder = new TPageFinder(m_page, m_layout, m_engine.Language(), this);
+  m_finder = new TPageFinder(m_page, overlay, m_engine.Language(), this);
   m_fullScreen = new TPageFullScreen(m_view, prompts, this);
   m_printing = new TPagePrinting(m_engine, m_view, this);
   m_page->WatchInput(m_view);
@@ -95,7 +97,7 @@ void THalvexBrowser::SetView(QWebEngineView *view) {
   ConnectPage();
   // A page begins with the room that it will have, shown or not; it would otherwise be laid out twice.
   if (const QWidget *outer = parentWidget(); outer && outer->layout()) outer->layout()->activate();
-  m_layout->activate();
+  layout()->activate();
   m_view->resize(m_stack->size());
   m_stack->SetView(m_view);
 }

@@ -10,7 +10,6 @@
 #include "browser/engine/engine.h"
 #include "browser/page/page_properties.h"
 
-class QVBoxLayout;
 class QWebEnginePage;
 class QWebEngineView;
 class QWebEngineNewWindowRequest;
@@ -176,7 +175,6 @@ class THalvexBrowser final : public QWidget {
   QPointer<QWidget> m_owner;
   TEngine &m_engine;
   TDownloadControlOptionSet m_options;
-  QVBoxLayout *m_layout;
   TPageStack *m_stack;
   // From the first address on.
   QWebEngineView *m_view = nullptr;

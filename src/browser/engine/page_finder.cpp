@@ -1,13 +1,13 @@
 #include "browser/engine/page_finder.h"
 
-#include <QVBoxLayout>
 #include <QWebEngineFindTextResult>
 #include <QWebEnginePage>
 
 #include "browser/page/find_bar.h"
+#include "browser/page/page_overlay.h"
 
-TPageFinder::TPageFinder(QWebEnginePage *page, QVBoxLayout *layout, const TLanguage &language, QWidget *browser)
-    : QObject(browser), m_page(page), m_layout(layout), m_language(language), m_browser(browser) {
+TPageFinder::TPageFinder(QWebEnginePage *page, TPageOverlay *overlay, const TLanguage &language, QWidget *browser)
+    : QObject(browser), m_page(page), m_overlay(overlay), m_language(language), m_browser(browser) {
   connect(page, &QWebEnginePage::findTextFinished, this, [this](const QWebEngineFindTextResult &result) {
     if (m_bar && m_bar->isVisible()) m_bar->ShowResult(result.activeMatch(), result.numberOfMatches());
   });
@@ -16,7 +16,7 @@ TPageFinder::TPageFinder(QWebEnginePage *page, QVBoxLayout *layout, const TLangu
 void TPageFinder::Open() {
   if (!m_bar) {
     m_bar = new TFindBar(m_language, m_browser);
-    m_layout->addWidget(m_bar);
+    m_overlay->Add(m_bar, TPageOverlay::TSide::Trailing);
     connect(m_bar, &TFindBar::FindRequested, this,
             [this](const QString &text, bool forward, bool matchCase, bool) { Find(text, forward, matchCase); });
     connect(m_bar, &TFindBar::Closed, this, [this] {

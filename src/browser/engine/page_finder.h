@@ -2,19 +2,19 @@
 
 #include <QObject>
 
-class QVBoxLayout;
 class QWebEnginePage;
 class QWidget;
 class TFindBar;
 class TLanguage;
+class TPageOverlay;
 
 // Searches one page for what its find bar asks. The bar is made when it is first opened.
 class TPageFinder final : public QObject {
   Q_OBJECT
 
  public:
-  // The bar is put at the end of `layout` and belongs to `browser`.
-  TPageFinder(QWebEnginePage *page, QVBoxLayout *layout, const TLanguage &language, QWidget *browser);
+  // The bar is laid over the page by `overlay`, at the trailing edge, and belongs to `browser`.
+  TPageFinder(QWebEnginePage *page, TPageOverlay *overlay, const TLanguage &language, QWidget *browser);
 
   // Opens the bar with what is selected on the page.
   void Open();
@@ -31,7 +31,7 @@ class TPageFinder final : public QObject {
   void Find(const QString &text, bool forward, bool matchCase);
 
   QWebEnginePage *m_page;
-  QVBoxLayout *m_layout;
+  TPageOverlay *m_overlay;
   const TLanguage &m_language;
   QWidget *m_browser;
   TFindBar *m_bar = nullptr;

@@ -11,13 +11,15 @@
 
 #include "config/language.h"
 #include "ui/close_button.h"
+#include "ui/flow_layout.h"
 
 namespace {
 
 constexpr int TypingPause = 200;  // ms without a key before the page is searched
 constexpr int LongestText = 1000;
-constexpr int TextWidthInCharacters = 32;
-constexpr int Margin = 4;
+constexpr int TextWidthInCharacters = 24;
+constexpr int Margin = 8;
+constexpr int Distance = 6;
 constexpr qreal WarningShare = 0.35;  // how much red the box takes when nothing matches
 
 QToolButton *MakeButton(QWidget *parent, Qt::ArrowType arrow, const QString &text) {
@@ -37,7 +39,7 @@ QColor Mix(const QColor &ground, const QColor &tint) {
 
 }  // namespace
 
-TFindBar::TFindBar(const TLanguage &language, QWidget *parent) : QWidget(parent), m_language(language) {
+TFindBar::TFindBar(const TLanguage &language, QWidget *parent) : TFloatingPanel(parent), m_language(language) {
   setObjectName("FindBar");
   m_text = new QLineEdit(this);
   m_text->setObjectName("txtFind");
@@ -45,8 +47,7 @@ TFindBar::TFindBar(const TLanguage &language, QWidget *parent) : QWidget(parent)
   m_text->setClearButtonEnabled(true);
   m_text->setPlaceholderText(language.Text("FIND_BAR", "Prompt"));
   m_text->setAccessibleName(language.Text("FIND_BAR", "Prompt"));
-  m_text->setMinimumWidth(fontMetrics().averageCharWidth() * TextWidthInCharacters / 2);
-  m_text->setMaximumWidth(fontMetrics().averageCharWidth() * TextWidthInCharacters);
+  m_text->setFixedWidth(fontMetrics().averageCharWidth() * TextWidthInCharacters);
   m_previous = MakeButton(this, Qt::UpArrow, language.Text("FIND_BAR", "Previous"));
   m_previous->setObjectName("cmdPrevious");
   m_next = MakeButton(this, Qt::DownArrow, language.Text("FIND_BAR", "Next"));
@@ -61,15 +62,19 @@ TFindBar::TFindBar(const TLanguage &language, QWidget *parent) : QWidget(parent)
   m_result->setTextFormat(Qt::PlainText);
   auto *close = new TCloseButton(language.Text("FIND_BAR", "Close"), this);
 
+  // So that the panel keeps its size while something is typed.
+  m_result->setFixedWidth(LongestResult());
+
   auto *layout = new QHBoxLayout(this);
   layout->setContentsMargins(Margin, Margin, Margin, Margin);
-  layout->addWidget(m_text, 1);
-  for (QWidget *widget : {static_cast<QWidget *>(m_previous), static_cast<QWidget *>(m_next),
-                          static_cast<QWidget *>(m_matchCase), static_cast<QWidget *>(m_wrap)}) {
-    layout->addWidget(widget);
+  auto *rows = new TFlowLayout(Distance);
+  for (QWidget *widget :
+       {static_cast<QWidget *>(m_text), static_cast<QWidget *>(m_previous), static_cast<QWidget *>(m_next),
+        static_cast<QWidget *>(m_result), static_cast<QWidget *>(m_matchCase), static_cast<QWidget *>(m_wrap)}) {
+    rows->addWidget(widget);
   }
-  layout->addWidget(m_result, 1);
-  layout->addWidget(close);
+  layout->addLayout(rows, 1);
+  layout->addWidget(close, 0, Qt::AlignTop);
 
   m_typing.setSingleShot(true);
   m_typing.setInterval(TypingPause);
@@ -80,6 +85,17 @@ TFindBar::TFindBar(const TLanguage &language, QWidget *parent) : QWidget(parent)
   connect(m_next, &QToolButton::clicked, this, [this] { FindNext(true); });
   connect(close, &QToolButton::clicked, this, &TFindBar::Close);
   hide();
+}
+
+int TFindBar::LongestResult() const {
+  constexpr int Many = 9999;
+  int longest = 0;
+  for (const char *key : {"NoMatches", "LastMatch", "FirstMatch", "Count"}) {
+    QString text = m_language.Text("FIND_BAR", key);
+    if (text.contains(QLatin1String("%1"))) text = text.arg(Many).arg(Many);
+    longest = qMax(longest, fontMetrics().horizontalAdvance(text));
+  }
+  return longest;
 }
 
 QString TFindBar::SearchText() const {
@@ -145,7 +161,7 @@ void TFindBar::ShowNoMatches(bool none) {
 }
 
 bool TFindBar::event(QEvent *event) {
-  return ClaimEscape(*event) || QWidget::event(event);
+  return ClaimEscape(*event) || TFloatingPanel::event(event);
 }
 
 void TFindBar::keyPressEvent(QKeyEvent *event) {
@@ -156,11 +172,11 @@ void TFindBar::keyPressEvent(QKeyEvent *event) {
     case Qt::Key_Enter:
       return FindNext(!event->modifiers().testFlag(Qt::ShiftModifier));
     default:
-      QWidget::keyPressEvent(event);
+      TFloatingPanel::keyPressEvent(event);
   }
 }
 
 void TFindBar::changeEvent(QEvent *event) {
-  QWidget::changeEvent(event);
+  TFloatingPanel::changeEvent(event);
   if (event->type() == QEvent::PaletteChange) ShowNoMatches(m_noMatches);
 }

@@ -1,7 +1,8 @@
 #pragma once
 
 #include <QTimer>
-#include <QWidget>
+
+#include "ui/floating_panel.h"
 
 class QCheckBox;
 class QLabel;
@@ -9,9 +10,9 @@ class QLineEdit;
 class QToolButton;
 class TLanguage;
 
-// The bar that searches the page: text box, previous and next, match case, wrap, the count of matches, close. It
-// searches nothing itself: the owner runs FindRequested on the page and answers with ShowResult.
-class TFindBar final : public QWidget {
+// The panel over the page that searches it: text box, previous and next, match case, wrap, the count of matches, close.
+// It searches nothing itself: the owner runs FindRequested on the page and answers with ShowResult.
+class TFindBar final : public TFloatingPanel {
   Q_OBJECT
 
  public:
@@ -41,6 +42,7 @@ class TFindBar final : public QWidget {
   void changeEvent(QEvent *event) override;
 
  private:
+  [[nodiscard]] int LongestResult() const;
   void FindFromTyping();
   void ShowNoMatches(bool none);
 

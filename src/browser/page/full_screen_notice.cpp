@@ -22,8 +22,6 @@ TFullScreenNotice::TFullScreenNotice(const QString &text, QWidget *over) : QLabe
   setWordWrap(true);
   setMargin(Padding);
   setAutoFillBackground(true);
-  setBackgroundRole(QPalette::ToolTipBase);
-  setForegroundRole(QPalette::ToolTipText);
   setFrameShape(QFrame::Box);
   setAttribute(Qt::WA_TransparentForMouseEvents);
   auto *opacity = new QGraphicsOpacityEffect(this);

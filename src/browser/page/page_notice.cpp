@@ -6,6 +6,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "ui/click_guard.h"
+
 namespace {
 
 constexpr int ColumnWidth = 640;
@@ -84,11 +86,14 @@ TPageNotice::TPageNotice(QWidget *parent) : QScrollArea(parent) {
   setFocusProxy(m_primary);
   UpdateTitleFont();
 
+  // What it offers may be to let somebody in.
+  m_guard = new TClickGuard(this, {m_secondary});
   connect(m_primary, &QPushButton::clicked, this, &TPageNotice::PrimaryPressed);
   connect(m_secondary, &QPushButton::clicked, this, &TPageNotice::SecondaryPressed);
 }
 
 void TPageNotice::Show(const TPageNoticeText &text) {
+  m_guard->Sleep();
   SetText(m_title, text.title);
   SetText(m_text, text.text);
   SetText(m_address, Breakable(text.address));

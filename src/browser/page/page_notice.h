@@ -4,6 +4,7 @@
 
 class QLabel;
 class QPushButton;
+class TClickGuard;
 
 // What a notice says. Empty texts show nothing, and an empty button text no button.
 struct TPageNoticeText {
@@ -41,4 +42,5 @@ class TPageNotice final : public QScrollArea {
   QLabel *m_details = nullptr;
   QPushButton *m_primary = nullptr;
   QPushButton *m_secondary = nullptr;
+  TClickGuard *m_guard = nullptr;
 };

@@ -109,7 +109,7 @@ TPagePrompts::~TPagePrompts() {
   delete m_bar;
 }
 
-QWidget *TPagePrompts::Bar() const {
+TPermissionBar *TPagePrompts::Bar() const {
   return m_bar;
 }
 

@@ -26,9 +26,8 @@ class TPagePrompts final : public QObject {
   TPagePrompts(QWebEnginePage *page, TQuestionSheet *sheet, QWidget *owner, const TLanguage &language);
   ~TPagePrompts() override;
 
-  // The bar with permission questions, to be laid out above the page; it shows and hides itself. It belongs to `owner`
-  // until it is put into a layout elsewhere.
-  [[nodiscard]] QWidget *Bar() const;
+  // The bar with permission questions, to be laid over the page; it shows and hides itself. It belongs to `owner`.
+  [[nodiscard]] TPermissionBar *Bar() const;
 
   // Tells the user how to leave full screen, over the top of `over`, for a few seconds. Call it when the page's request
   // for full screen was accepted, and the other one when full screen ends.

@@ -1,18 +1,21 @@
 #include "browser/page/permission_bar.h"
 
 #include <QAccessible>
-#include <QHBoxLayout>
+#include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 
 #include "config/language.h"
+#include "ui/click_guard.h"
 #include "ui/close_button.h"
+#include "ui/flow_layout.h"
 
 namespace {
 
-constexpr int Margin = 6;
-constexpr int WakeDelay = 500;  // ms until the buttons take clicks
+constexpr int Margin = 10;
+constexpr int Distance = 6;
+constexpr int Width = 440;  // where there is room
 
 struct TAnswer {
   const char *name;
@@ -27,38 +30,39 @@ constexpr TAnswer Answers[] = {
 
 }  // namespace
 
-TPermissionBar::TPermissionBar(const TLanguage &language, QWidget *parent) : QFrame(parent) {
+TPermissionBar::TPermissionBar(const TLanguage &language, QWidget *parent) : TFloatingPanel(parent) {
   setObjectName("PermissionBar");
-  setFrameShape(QFrame::StyledPanel);
-  setAutoFillBackground(true);
-  setBackgroundRole(QPalette::ToolTipBase);
-  setForegroundRole(QPalette::ToolTipText);
   m_question = new QLabel(this);
   m_question->setObjectName("lblQuestion");
   m_question->setTextFormat(Qt::PlainText);
   m_question->setWordWrap(true);
-  m_question->setForegroundRole(QPalette::ToolTipText);
   auto *close = new TCloseButton(language.Text("PERMISSIONS", "NotNow"), this);
-  close->setForegroundRole(QPalette::ToolTipText);
   m_close = close;
 
-  auto *layout = new QHBoxLayout(this);
+  auto *layout = new QGridLayout(this);
   layout->setContentsMargins(Margin, Margin, Margin, Margin);
-  layout->addWidget(m_question, 1);
+  layout->addWidget(m_question, 0, 0);
+  layout->addWidget(close, 0, 1, Qt::AlignTop);
+  auto *row = new TFlowLayout(Distance, true);
+  QList<QAbstractButton *> guarded;
   for (const TAnswer &answer : Answers) {
     auto *button = new QPushButton(language.Text(answer.text), this);
     button->setObjectName(QString::fromLatin1(answer.name));
     connect(button, &QPushButton::clicked, this, [this, decision = answer.decision] { Q_EMIT Answered(decision); });
-    layout->addWidget(button);
+    row->addWidget(button);
     m_buttons.append(button);
+    guarded.append(button);
   }
-  layout->addWidget(close);
-
-  m_wake.setSingleShot(true);
-  m_wake.setInterval(WakeDelay);
-  connect(&m_wake, &QTimer::timeout, this, [this] { SetButtonsEnabled(true); });
+  m_buttons.first()->setDefault(true);
+  layout->addLayout(row, 1, 0, 1, 2);
+  layout->setColumnStretch(0, 1);
+  m_guard = new TClickGuard(this, guarded);
   connect(close, &TCloseButton::clicked, this, [this] { Q_EMIT Answered(TPermissionDecision::Ask); });
   hide();
+}
+
+QSize TPermissionBar::sizeHint() const {
+  return {Width, heightForWidth(Width)};
 }
 
 // Whoever leads the keyboard into the page comes before what lies in it, and with it this bar; the Tab key would pass
@@ -80,17 +84,16 @@ void TPermissionBar::ComeBeforePage() {
 void TPermissionBar::Ask(const QString &question) {
   m_question->setText(question);
   setAccessibleName(question);
-  SetButtonsEnabled(false);
+  m_guard->Sleep();
   if (parentWidget() != nullptr) ComeBeforePage();
   show();
-  m_wake.start();
   // The bar does not take the keyboard, so a screen reader has to be told that it is there.
   QAccessibleEvent event(this, QAccessible::Alert);
   QAccessible::updateAccessibility(&event);
 }
 
 bool TPermissionBar::event(QEvent *event) {
-  return ClaimEscape(*event) || QFrame::event(event);
+  return ClaimEscape(*event) || TFloatingPanel::event(event);
 }
 
 void TPermissionBar::keyPressEvent(QKeyEvent *event) {
@@ -98,9 +101,5 @@ void TPermissionBar::keyPressEvent(QKeyEvent *event) {
     Q_EMIT Answered(TPermissionDecision::Ask);
     return;
   }
-  QFrame::keyPressEvent(event);
-}
-
-void TPermissionBar::SetButtonsEnabled(bool enabled) {
-  for (QPushButton *button : m_buttons) button->setEnabled(enabled);
+  TFloatingPanel::keyPressEvent(event);
 }

@@ -1,24 +1,24 @@
 #pragma once
 
-#include <QFrame>
-#include <QTimer>
-
 #include "browser/page/permission_decisions.h"
+#include "ui/floating_panel.h"
 
 class QLabel;
 class QPushButton;
+class TClickGuard;
 class TLanguage;
 
-// One question above the page, with Allow, Deny, Never and a close button. It never takes the keyboard from the page by
-// itself, and its buttons wake up a moment after it appeared, so that a click meant for the page does not allow
-// anything.
-class TPermissionBar final : public QFrame {
+// One question over the page's top edge, with Allow, Deny, Never and a close button. It never takes the keyboard from
+// the page by itself, and its buttons wake up a moment after it appeared, so that a click meant for the page does not
+// allow anything.
+class TPermissionBar final : public TFloatingPanel {
   Q_OBJECT
 
  public:
   explicit TPermissionBar(const TLanguage &language, QWidget *parent = nullptr);
 
   void Ask(const QString &question);
+  [[nodiscard]] QSize sizeHint() const override;
 
  Q_SIGNALS:
   // Allowed, RefusedForNow, Refused; Ask when it was closed without a decision.
@@ -29,11 +29,10 @@ class TPermissionBar final : public QFrame {
   void keyPressEvent(QKeyEvent *event) override;
 
  private:
-  void SetButtonsEnabled(bool enabled);
   void ComeBeforePage();
 
   QLabel *m_question = nullptr;
   QList<QPushButton *> m_buttons;
   QWidget *m_close = nullptr;
-  QTimer m_wake;
+  TClickGuard *m_guard = nullptr;
 };
