@@ -445,7 +445,7 @@ class TestFolderView final : public QObject {
         u"http://a.test/?a=1&b=2"_s, QStringList(u"http://a.test/?a=1&b=2|An A & B"_s));
     Row("titled, and without an end", u"http://a.test/\nA\nhttp://b.test/"_s, QString(), QString(),
         QStringList{u"http://a.test/|A"_s, u"http://b.test/|"_s});
-    Row("no pages", u"javascript:alert(1)\nA\nfile:///etc/passwd\nB"_s, QString(), u"just words"_s, QStringList());
+    Row("no pages", u"javascript:alert(1)\nA\nmailto:a@b.test\nB"_s, QString(), u"just words"_s, QStringList());
     Row("told twice", u"http://a.test/\nA\nhttp://a.test/\nB"_s, QString(), u"http://a.test/"_s,
         QStringList(u"http://a.test/|A"_s));
   }

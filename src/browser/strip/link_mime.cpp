@@ -1,6 +1,5 @@
 #include "browser/strip/link_mime.h"
 
-#include <cstring>
 #include <QMimeData>
 #include <QUrl>
 
@@ -29,23 +28,6 @@ QStringList LinksIn(const QMimeData &data) {
   } else if (data.hasText()) {
     const QString text = data.text().trimmed();
     if (text.size() <= kLongestText) take(QUrl(text, QUrl::StrictMode));
-  }
-  return links;
-}
-
-TNamedAddresses NamedLinksIn(const QMimeData &data) {
-  TNamedAddresses links;
-  for (const QString &address : LinksIn(data)) links.append({.address = address});
-  // In turn the lines of an address and of its title.
-  const QByteArray bytes = data.data(QStringLiteral("text/x-moz-url"));
-  QString text(bytes.size() / qsizetype(sizeof(char16_t)), Qt::Uninitialized);
-  std::memcpy(text.data(), bytes.constData(), size_t(text.size()) * sizeof(char16_t));
-  const QStringList lines = text.remove(u'\0').split(u'\n');
-  for (qsizetype i = 0; i + 1 < lines.size(); i += 2) {
-    const QString address = QUrl(lines.at(i).trimmed()).toString(QUrl::FullyEncoded);
-    for (TNamedAddress &link : links) {
-      if (link.name.isEmpty() && link.address == address) link.name = lines.at(i + 1).trimmed();
-    }
   }
   return links;
 }

@@ -10,9 +10,9 @@
 #include <QUrl>
 #include <utility>
 
-#include "browser/strip/link_mime.h"
 #include "chrome/favorites/favorite_commands.h"
 #include "chrome/favorites/favorite_icons.h"
+#include "chrome/folder_view/dropped_links.h"
 #include "config/language.h"
 #include "config/settings.h"
 #include "favorites/favorite_drag.h"
@@ -30,8 +30,8 @@ constexpr int MarkWidth = 2;
 constexpr int IconDelay = 100;  // milliseconds in which the icons of several pages come together
 
 // The file of another program, as a link with its name.
-QString NameOf(const TNamedAddress &link) {
-  if (!link.name.isEmpty()) return link.name;
+QString NameOf(const TDroppedLink &link) {
+  if (!link.title.isEmpty()) return link.title;
   const QUrl url(link.address);
   return url.isLocalFile() ? QFileInfo(url.toLocalFile()).completeBaseName() : url.host();
 }
@@ -375,7 +375,7 @@ void TLinksBar::ShowPlace(const TDropPlace *place) {
 }
 
 void TLinksBar::dragEnterEvent(QDragEnterEvent *event) {
-  if (FavoriteDrag::AreFavorites(*event->mimeData()) || !LinksIn(*event->mimeData()).isEmpty()) {
+  if (FavoriteDrag::AreFavorites(*event->mimeData()) || !DroppedLinks(*event->mimeData()).isEmpty()) {
     event->acceptProposedAction();
   }
 }
@@ -399,7 +399,7 @@ TFavoritesChange TLinksBar::TakeDropped(const QMimeData &data, const TDropPlace 
   }
   TFavoritesChange change;
   int position = place.position;
-  for (const TNamedAddress &link : NamedLinksIn(data)) {
+  for (const TDroppedLink &link : DroppedLinks(data)) {
     const QString file = QUrl(link.address).toLocalFile();
     // A shortcut of somebody's stays where it is.
     change = ShortcutFile::KindOf(file) != ShortcutFile::TKind::None

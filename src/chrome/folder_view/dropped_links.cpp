@@ -19,10 +19,6 @@ QString Encoded(const QString &address) {
   return QUrl(address.trimmed()).toString(QUrl::FullyEncoded);
 }
 
-bool IsFile(const QString &address) {
-  return address.startsWith(QLatin1String("file:"));
-}
-
 QStringList TitledLines(const QMimeData &data) {
   const QByteArray bytes = data.data(TitledFormat);
   QString text(bytes.size() / 2, Qt::Uninitialized);
@@ -58,7 +54,7 @@ QList<TDroppedLink> DroppedLinks(const QMimeData &data) {
   QList<TDroppedLink> links;
   QSet<QString> taken;
   const auto add = [&](const QString &address) {
-    if (IsFile(address) || taken.contains(address)) return;
+    if (taken.contains(address)) return;
     taken.insert(address);
     links.append({address, titles.value(address)});
   };

@@ -13,7 +13,7 @@ struct TDroppedLink {
   bool operator==(const TDroppedLink &) const = default;
 };
 
-// The addresses in what was dragged, each once: those of LinksIn without files, and the title that goes with each, from
+// The addresses in what was dragged, each once: those of LinksIn, and the title that goes with each, from
 // the list of addresses and titles ("text/x-moz-url", UTF-16, a line for each in turn) or from the links in a piece of
 // HTML.
 [[nodiscard]] QList<TDroppedLink> DroppedLinks(const QMimeData &data);
