@@ -38,14 +38,36 @@ struct TSorted {
 
 class TCaptions final {
  public:
-  TCaptions() { m_collator.setCaseSensitivity(Qt::CaseInsensitive); }
+  TCaptions() {
+    m_collator.setCaseSensitivity(Qt::CaseInsensitive);
+    m_collator.setNumericMode(true);
+  }
 
   [[nodiscard]] QCollatorSortKey Key(const QString &caption) const {
-    // Where there is no language the collator knows nothing of upper and lower case.
-    return m_collator.sortKey(m_isPlain ? caption.toCaseFolded() : caption);
+    // Where there is no language the collator knows nothing of upper and lower case, nor of numbers.
+    return m_collator.sortKey(m_isPlain ? WithPaddedNumbers(caption.toCaseFolded()) : caption);
   }
 
  private:
+  // Numbers of fewer digits come first.
+  static QString WithPaddedNumbers(const QString &caption) {
+    constexpr qsizetype MostDigits = 20;
+    QString padded;
+    qsizetype number = -1;  // where one begins in `padded`
+    for (const QChar c : caption) {
+      const bool isDigit = c >= u'0' && c <= u'9';
+      if (!isDigit && number >= 0) {
+        padded.insert(number, QString(qMax<qsizetype>(0, MostDigits - (padded.size() - number)), u'0'));
+        number = -1;
+      } else if (isDigit && number < 0) {
+        number = padded.size();
+      }
+      padded += c;
+    }
+    if (number >= 0) padded.insert(number, QString(qMax<qsizetype>(0, MostDigits - (padded.size() - number)), u'0'));
+    return padded;
+  }
+
   QCollator m_collator;
   bool m_isPlain = m_collator.locale().language() == QLocale::C;
 };

@@ -36,8 +36,8 @@ bool Make(const QString &folder);
 
 // What stands in one folder. Names that begin with "." are left out. In the order by hand where there is one (see
 // FavoritesOrder), in which folders and files may be mixed, and what it does not name at the end; else folders, then
-// files. The rest of the order is that of the captions, as the user's language sorts them, regardless of case, and by
-// their characters where that is the same.
+// files. The rest of the order is that of the captions, as the user's language sorts them, regardless of case and
+// numbers by their value, and by their characters where that is the same.
 // Reads no file but the order. A folder that cannot be read is empty, and `error`, when given, holds the reason.
 [[nodiscard]] TFavorites List(const QString &folder, QString *error = nullptr);
 

@@ -64,6 +64,8 @@ class TTestFavoritesFolder final : public QObject {
     Row("folders, then names regardless of case", mixed, QString(), QStringList{"a/", "Z/", "A", "b", "c"});
     Row("by hand", mixed, u"c.txt\r\nZ\n\ngone.url\nb.url\nc.txt\n"_s, QStringList{"c", "Z/", "b", "a/", "A"});
     Row("no order at all", mixed, u"../x\n.\n..\n%zz\n/\n"_s, QStringList{"a/", "Z/", "A", "b", "c"});
+    Row("numbers by their value", QStringList{"p10.url", "p2.url", "p1x.url", "p02.url", "p.url", "p10a.url"},
+        QString(), QStringList{"p", "p1x", "p02", "p2", "p10", "p10a"});
     Row("captions", QStringList{"a.b.url", "plain", "end.", "..x"}, QString(), QStringList{"a.b", "end", "plain"});
     Row("same caption", QStringList{"a.webloc", "a.url", "A.url"}, QString(), QStringList{"A", "a", "a"});
     Row("names that need escapes", QStringList{"a%b.url", "c\nd.url", "%25.url"}, u"c%0Ad.url\n%2525.url\n"_s,

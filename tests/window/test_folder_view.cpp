@@ -260,6 +260,7 @@ class TestFolderView final : public QObject {
     } else if (how == u"middle"_s) {
       QTest::mouseClick(m_view->viewport(), Qt::MiddleButton, {}, place);
     } else {
+      m_view->clearSelection();
       m_view->selectionModel()->setCurrentIndex(Index(name), QItemSelectionModel::NoUpdate);
       if (how != u"Space"_s) Choose({name});
       Press(how);

@@ -4,9 +4,11 @@
 #include <QStyle>
 
 QIcon TFolderKind::FolderIcon() const {
-  return QApplication::style()->standardIcon(QStyle::SP_DirIcon);
+  if (m_folderIcon.isNull()) m_folderIcon = QApplication::style()->standardIcon(QStyle::SP_DirIcon);
+  return m_folderIcon;
 }
 
 QIcon TFolderKind::FileIcon() const {
-  return QApplication::style()->standardIcon(QStyle::SP_FileIcon);
+  if (m_fileIcon.isNull()) m_fileIcon = QApplication::style()->standardIcon(QStyle::SP_FileIcon);
+  return m_fileIcon;
 }

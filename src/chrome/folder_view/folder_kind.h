@@ -31,4 +31,9 @@ class TFolderKind {
   virtual void Open(const TFavorite & /*file*/, TOpenPlace /*place*/) {}
   // All files of a folder.
   virtual void OpenAll(const QString & /*folder*/) {}
+
+ private:
+  // Styles make theirs anew each time.
+  mutable QIcon m_folderIcon;
+  mutable QIcon m_fileIcon;
 };

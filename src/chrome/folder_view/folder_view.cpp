@@ -140,7 +140,7 @@ QModelIndex TFolderView::Sought(const QString &path) {
 
 void TFolderView::FollowReading() {
   if (m_look != TLook::TreeWithRoot && hasFocus() && !currentIndex().isValid()) {
-    selectionModel()->setCurrentIndex(m_model.index(0, 0, rootIndex()), QItemSelectionModel::NoUpdate);
+    setCurrentIndex(m_model.index(0, 0, rootIndex()));
   }
   if (m_sought.isEmpty()) return;
   QModelIndexList found;
