@@ -5,8 +5,8 @@
 #include <QMimeData>
 #include <QWidget>
 
-#include "chrome/favorites/favorite_drag.h"
 #include "chrome/favorites/favorite_launcher.h"
+#include "favorites/favorite_drag.h"
 #include "favorites/favorites_folder.h"
 #include "favorites/shortcut_file.h"
 #include "platform/folder_entries.h"
