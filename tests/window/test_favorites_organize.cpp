@@ -243,6 +243,23 @@ class TestFavoritesOrganize final : public QObject, private TFavoritesFixture {
     QVERIFY(!m_list->Action(TFolderAction::Undo)->isEnabled());
   }
 
+  // The folder that the list shows is renamed in the tree.
+  void FollowsARenamedFolder() {
+    Put(u"f"_s, u"x"_s, Page(1));
+    m_window->ShowFolder(Root() + u"/f"_s);
+    QTRY_COMPARE(Shown(), QStringList(u"x"_s));
+    m_tree->setFocus();
+    QTest::keyClick(m_tree, Qt::Key_F2);
+    auto *box = m_tree->findChild<QLineEdit *>();
+    QVERIFY(box != nullptr);
+    QTest::keyClicks(box, u"g"_s);
+    QTest::keyClick(box, Qt::Key_Return);
+    QTRY_COMPARE(m_list->Model().Root(), Root() + u"/g"_s);
+    QTRY_COMPARE(Shown(), QStringList(u"x"_s));
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    QTRY_COMPARE(m_list->Model().Root(), Root() + u"/f"_s);
+  }
+
   // What could not be done is said in the window, until something is done.
   void RefusalsAreTold() {
     auto *message = m_window->findChild<QLabel *>(u"lblMessage"_s);

@@ -478,6 +478,35 @@ class TestFolderView final : public QObject {
     QApplication::sendEvent(m_view->viewport(), &leave);
   }
 
+  // At the edge of the view a drag scrolls it, for as long as it stays there.
+  void ScrollsAtItsEdge() {
+    for (int i = 0; i < 50; ++i) Put(u"h/%1.url"_s.arg(i));
+    Expand(u"h"_s);
+    const std::unique_ptr<QMimeData> data(FavoriteDrag::DataOf({In(u"a.url"_s)}));
+    const auto drag = [&](int y) {
+      QDragEnterEvent enter(QPoint(20, y), Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+      QApplication::sendEvent(m_view->viewport(), &enter);
+      QDragMoveEvent move(QPoint(20, y), Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+      QApplication::sendEvent(m_view->viewport(), &move);
+    };
+    const QScrollBar *bar = m_view->verticalScrollBar();
+    drag(m_view->viewport()->height() - 3);
+    QTRY_COMPARE(bar->value(), bar->maximum());
+    drag(2);
+    QTRY_COMPARE(bar->value(), 0);
+    QDragLeaveEvent leave;
+    QApplication::sendEvent(m_view->viewport(), &leave);
+  }
+
+  // Other programs get the files, or the addresses as text.
+  void CarriesFilesAndAddresses() {
+    Choose({u"f"_s, u"b.url"_s});
+    const std::unique_ptr<QMimeData> data(m_view->SelectedData());
+    QCOMPARE(data->urls(), (QList<QUrl>{QUrl::fromLocalFile(In(u"f"_s)), QUrl::fromLocalFile(In(u"b.url"_s))}));
+    QCOMPARE(data->text(), u"http://b.test/"_s);
+    QVERIFY(FavoriteDrag::AreFavorites(*data));
+  }
+
   // Where the disk refuses nothing is lost, and the reason is told.
   void FailuresAreTold() {
     QVERIFY(QDir(In(u"h"_s)).removeRecursively());

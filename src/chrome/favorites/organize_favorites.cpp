@@ -59,6 +59,7 @@ TfrmOrganizeFavorites::TfrmOrganizeFavorites(const TLanguage &language, TFavorit
   connect(&m_commands, &TFavoriteCommands::Done, &m_editor, &TFolderEditor::Take);
   connect(&m_editor, &TFolderEditor::Done, this, [this] {
     m_message->Show(QString());
+    ShowContents();  // the folder that is shown may have another name now
     Q_EMIT Changed();
   });
   connect(&m_editor, &TFolderEditor::Failed, m_message, [this, &language](const QString &reason) {

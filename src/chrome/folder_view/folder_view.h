@@ -8,6 +8,7 @@
 #include "chrome/folder_view/folder_model.h"
 
 class QMenu;
+class QMimeData;
 class TFolderEditor;
 class TFolderKind;
 class TLanguage;
@@ -71,6 +72,8 @@ class TFolderView final : public QTreeView {
   [[nodiscard]] QString Folder() const;
   // In their order from top to bottom, without the root.
   [[nodiscard]] TFavorites Selected() const;
+  // What a drag of them carries: the files, and the addresses in them as text. The caller's.
+  [[nodiscard]] QMimeData *SelectedData() const;
   // A name is being typed.
   [[nodiscard]] bool IsEditing() const { return state() == EditingState; }
 

@@ -36,19 +36,22 @@ bool IsWithin(const QString &folder, const QStringList &paths) {
 
 }  // namespace
 
-void TFolderView::startDrag(Qt::DropActions) {
-  const TFavorites selected = Selected();
-  if (selected.isEmpty()) return;
+QMimeData *TFolderView::SelectedData() const {
   QStringList paths;
   QStringList addresses;
-  for (const TFavorite &favorite : selected) {
+  for (const TFavorite &favorite : Selected()) {
     paths.append(favorite.path);
     if (!favorite.isFolder && addresses.size() < MostAddresses) addresses.append(FavoritesFolder::Target(favorite));
   }
   QMimeData *data = FavoriteDrag::DataOf(paths);
   if (!addresses.isEmpty()) data->setText(addresses.join(u'\n'));
+  return data;
+}
+
+void TFolderView::startDrag(Qt::DropActions) {
+  if (Selected().isEmpty()) return;
   auto *drag = new QDrag(this);
-  drag->setMimeData(data);
+  drag->setMimeData(SelectedData());
   drag->setPixmap(
       m_model.data(currentIndex(), Qt::DecorationRole).value<QIcon>().pixmap(iconSize().expandedTo({16, 16})));
   // Whoever takes them says what was done; nothing is taken away here.
