@@ -122,6 +122,26 @@ class TestFavoritesDrop final : public QObject, private TFavoritesFixture {
     QVERIFY(m_opened.isEmpty());
   }
 
+  // A page gets what other programs drop on it, and would show a favorite as a file.
+  void DropsOnAPage() {
+    QMimeData favorite;
+    favorite.setData(u"application/x-zarvela-favorites"_s, Put(QString(), u"one"_s, Page(1)).toUtf8() + '\0');
+    favorite.setUrls({QUrl::fromLocalFile(Root() + u"/one.url"_s)});
+    TBrowserTab *tab = OpenPage(u"/page0"_s);
+    QWidget *page = nullptr;  // what takes what is dropped on it
+    for (QWidget *inner : tab->Browser()->findChildren<QWidget *>()) {
+      if (inner->acceptDrops() && inner->isVisible()) page = inner;
+    }
+    QVERIFY(page != nullptr);
+    QVERIFY(Drop(page, favorite));
+    QTRY_COMPARE(Addresses(), (QStringList{Page(0), Page(1)}));
+    QMimeData file;
+    file.setUrls(favorite.urls());
+    (void)Drop(page, file);
+    QCoreApplication::processEvents();
+    QCOMPARE(tabs->TabCount(), 2);
+  }
+
   // There is no page yet that could take it.
   void DropsOnABlankPage() {
     QMimeData data;

@@ -32,6 +32,14 @@ void TFavoriteDrop::Watch(QWidget *widget) {
   widget->installEventFilter(this);
 }
 
+void TFavoriteDrop::WatchPage(QWidget *page) {
+  if (page == nullptr || m_pages.contains(page)) return;
+  m_pages.insert(page);
+  page->installEventFilter(this);
+  connect(page, &QObject::destroyed, this, [this](QObject *gone) { m_pages.remove(gone); });
+  for (QWidget *inner : page->findChildren<QWidget *>()) WatchPage(inner);
+}
+
 QStringList TFavoriteDrop::PathsIn(const QMimeData &data) const {
   if (FavoriteDrag::AreFavorites(data)) return FavoriteDrag::PathsIn(data);
   QStringList paths;
@@ -67,10 +75,17 @@ void TFavoriteDrop::Open(const QStringList &paths) {
 
 bool TFavoriteDrop::eventFilter(QObject *watched, QEvent *event) {
   switch (event->type()) {
+    case QEvent::ChildAdded:
+      if (auto *inner = qobject_cast<QWidget *>(static_cast<QChildEvent *>(event)->child());
+          inner != nullptr && m_pages.contains(watched)) {
+        WatchPage(inner);
+      }
+      break;
     case QEvent::DragEnter:
     case QEvent::DragMove:
     case QEvent::Drop: {
       auto *drop = static_cast<QDropEvent *>(event);
+      if (m_pages.contains(watched) && !FavoriteDrag::AreFavorites(*drop->mimeData())) break;
       const QStringList paths = PathsIn(*drop->mimeData());
       if (paths.isEmpty()) break;
       // The favorites stay where they are.

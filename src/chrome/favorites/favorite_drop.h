@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <QObject>
+#include <QSet>
 #include <QStringList>
 
 class QDropEvent;
@@ -10,7 +11,8 @@ class TFavoriteLauncher;
 
 // Where favorites may be dropped to be opened (ouDropFavorite): the strip of tabs, and the room of a page while there
 // is none. A shortcut opens its address in a new tab; a folder of favorites all internet shortcuts that stand right in
-// it, each in a tab of its own. What else is dropped is the affair of whoever it is dropped on.
+// it, each in a tab of its own. Pages give way only to what comes from this window, which they would
+// take for files to show. What else is dropped is the affair of whoever it is dropped on.
 class TFavoriteDrop final : public QObject {
   Q_OBJECT
 
@@ -20,6 +22,8 @@ class TFavoriteDrop final : public QObject {
 
   // From now on that widget takes favorites.
   void Watch(QWidget *widget);
+  // What shows pages in there, now and later, takes those that come from this window.
+  void WatchPage(QWidget *page);
 
  protected:
   bool eventFilter(QObject *watched, QEvent *event) override;
@@ -31,4 +35,5 @@ class TFavoriteDrop final : public QObject {
 
   TFavoriteLauncher &m_launcher;
   std::function<QString()> m_root;
+  QSet<const QObject *> m_pages;  // and all that is in them
 };

@@ -45,6 +45,8 @@ TFavoritesView::TFavoritesView(QWidget *window, TActions &actions, TTabStrip &ta
           m_launcher, [this] { return Folder(); }, nullptr),
       m_links(new TLinksBar(m_launcher, m_commands, m_icons, m_language, m_settings, window)) {
   ConnectCommands(tabMenu);
+  connect(&tabs, &TTabStrip::TabOpened, &m_drop, [this](const TBrowserTab *tab) { m_drop.WatchPage(tab->Browser()); });
+  for (const TBrowserTab *tab : tabs.Tabs()) m_drop.WatchPage(tab->Browser());
   m_drop.Watch(&tabs.Pages());
   m_drop.Watch(tabs.Pages().findChild<TTabBarView *>());
   new TFavoriteMenu(
