@@ -14,6 +14,7 @@
 #include "platform/instance_channel.h"
 #include "platform/program_folders.h"
 #include "platform/termination_signals.h"
+#include "ui/control_style.h"
 #include "ui/motion.h"
 
 namespace {
@@ -57,6 +58,7 @@ int RunProgram(int argc, char **argv, TInstanceLock &lock, bool ask) {
   SetNames();
   TEngine::RegisterSchemes();
   QApplication application(argc, argv);
+  TControlStyle::Install();
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/zarvela.svg")));
   if (ask && !MayRunBeside(store)) return 0;
   HeedDesktop();

@@ -3,9 +3,11 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QStyleOptionButton>
 #include <QTextEdit>
 #include <QToolButton>
 
@@ -18,6 +20,8 @@
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"
 #include "ui/confirm_dialog.h"
+#include "ui/contrast.h"
+#include "ui/control_style.h"
 #include "ui/input_box.h"
 
 using namespace Qt::StringLiterals;
@@ -126,6 +130,89 @@ class TestDialogs final : public QObject {
     TfrmConfirm endless({.secondText = sentence.repeated(2000), .ok = u"OK"_s});
     endless.show();
     QVERIFY(endless.height() <= endless.screen()->availableSize().height());
+  }
+
+  void controlsAreSeenAndHit_data() {
+    Columns<QColor, QColor, QColor>("window", "text", "highlight");
+    Row("light", QColor(239, 239, 239), QColor(Qt::black), QColor(48, 140, 198));
+    Row("dark", QColor(35, 38, 41), QColor(Qt::white), QColor(61, 140, 198));
+    Row("dark with a dark accent", QColor(35, 38, 41), QColor(Qt::white), QColor(30, 60, 90));
+    Row("light with a light accent", QColor(Qt::white), QColor(Qt::black), QColor(220, 230, 255));
+  }
+  void controlsAreSeenAndHit() {
+    QFETCH(QColor, window);
+    QFETCH(QColor, text);
+    QFETCH(QColor, highlight);
+    TControlStyle style;
+    QPalette palette(window, window);
+    palette.setColor(QPalette::WindowText, text);
+    palette.setColor(QPalette::Base, window);
+    palette.setColor(QPalette::Highlight, highlight);
+    // How far the frame in `place` stands out, in all of its four sides.
+    const auto frame = [&](const QImage &picture, const QRect &place) {
+      double least = 21;
+      for (const QPoint inward : {QPoint(1, 0), QPoint(-1, 0), QPoint(0, 1), QPoint(0, -1)}) {
+        QPoint at =
+            place.center() - QPoint(inward.x() * (place.width() / 2 + 1), inward.y() * (place.height() / 2 + 1));
+        double most = 0;
+        for (int step = 0; step < 4; ++step, at += inward) {
+          if (picture.rect().contains(at)) most = std::max(most, Contrast::Between(picture.pixelColor(at), window));
+        }
+        least = std::min(least, most);
+      }
+      return least;
+    };
+    QWidget owner(nullptr, Qt::FramelessWindowHint);
+    owner.setPalette(palette);
+    QToolButton button(&owner);
+    QCheckBox box(QStringLiteral("x"), &owner);
+    QPushButton push(&owner);
+    push.setDefault(true);
+    QListWidget list(&owner);
+    list.addItem(u"x"_s);
+    QMenu menu(&owner);
+    QAction *item = menu.addAction(u"x"_s);
+    QAction *line = menu.addSeparator();
+    QFont small = menu.font();
+    small.setPixelSize(8);
+    for (QWidget *widget :
+         {static_cast<QWidget *>(&button), static_cast<QWidget *>(&box), static_cast<QWidget *>(&push),
+          static_cast<QWidget *>(&list), static_cast<QWidget *>(&menu)}) {
+      widget->setStyle(&style);
+      widget->setFont(small);
+    }
+    button.setAutoRaise(true);
+    button.setGeometry(10, 10, 40, 30);
+    box.move(60, 0);
+    push.move(0, 60);
+    list.move(0, 120);
+    owner.show();
+    owner.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&owner));
+    box.clearFocus();
+    button.clearFocus();
+    QStyleOptionButton option;
+    option.initFrom(&box);
+    const QRect square = style.subElementRect(QStyle::SE_CheckBoxIndicator, &option, &box).translated(box.pos());
+    QVERIFY(frame(owner.grab().toImage(), square) >= Contrast::ForMarks);
+    owner.setAttribute(Qt::WA_KeyboardFocusChange);
+    for (QAbstractButton *shown : {static_cast<QAbstractButton *>(&button), static_cast<QAbstractButton *>(&push)}) {
+      const QImage before = shown->grab().toImage();
+      shown->setFocus(Qt::TabFocusReason);
+      const QImage after = shown->grab().toImage();
+      const QRect outline = after.rect().adjusted(2, 2, -2, -2);
+      QVERIFY2(frame(after, outline) >= Contrast::ForMarks, shown->metaObject()->className());
+      int changed = 0;
+      for (int x = 0; x < after.width(); ++x) {
+        for (int y = 0; y < after.height(); ++y) {
+          changed += Contrast::Between(before.pixelColor(x, y), after.pixelColor(x, y)) > 2 ? 1 : 0;
+        }
+      }
+      QVERIFY2(changed > shown->width(), qPrintable(QString::number(changed)));
+    }
+    QVERIFY(list.sizeHintForRow(0) >= TControlStyle::LeastRow);
+    QVERIFY(menu.actionGeometry(item).height() >= TControlStyle::LeastRow);
+    QVERIFY(menu.actionGeometry(line).height() < TControlStyle::LeastRow);
   }
 
   void questionsOutliveTheirOwner() {
