@@ -1,5 +1,6 @@
 #!/bin/sh
-# Takes the pictures of the window in docs/images/: light, dark, at twice the scale, small, and read from right to left.
+# Takes the pictures in docs/images/: of the window in light and dark colours, at twice the scale, small, and read from
+# right to left; of what is suggested, a question over a page, the groups menu, the quick searches and a blocked pop-up.
 #   scripts/pictures.sh [FOLDER]     where to put them instead
 # The program is built when it has to be, and runs on a screen in memory, in folders of its own, with pages made here and
 # served to this machine only.
@@ -58,15 +59,31 @@ page soup 'ef6c00' 'Lentil soup for eight'
 page paper '6a1b9a' 'Folding paper'
 page sea '00838f' 'Tides and harbours'
 
-# store NAME=VALUE...: the program's settings.
+cat >"$folder/pages/windows.html" <<'PAGE'
+<!doctype html><meta charset="utf-8"><title>A page with windows</title><style>body { font: 17px/1.6 sans-serif; margin: 3em }
+h1 { font-size: 1.9em }</style><h1>A page with windows</h1><p>One of them opens now.</p>
+<script>onclick = () => open('ads_offer.html')</script>
+PAGE
+cat >"$folder/pages/asks.html" <<'PAGE'
+<!doctype html><meta charset="utf-8"><title>A page that asks</title><style>body { font: 17px/1.6 sans-serif; margin: 3em }
+h1 { font-size: 1.9em }</style><h1>A page that asks</h1><p>Where are you? Nothing on this page moves while it asks.</p>
+<script>navigator.geolocation.getCurrentPosition(() => {})</script>
+PAGE
+
+# store NAME=VALUE...: the program's settings; KEY/NAME=VALUE is one in a key below theirs.
 store() {
   python3 - "$home/config/zarvela/registry.sqlite" "$@" <<'STORE'
 import sqlite3, sys
 path = r'Software\Velmora\Zarvela\CurrentVersion'
 store = sqlite3.connect(sys.argv[1])
-key = store.execute('SELECT id FROM keys WHERE hive = 0 AND path = ?', (path.casefold(),)).fetchone()[0]
+def key_of(path, parent, name):
+    store.execute('INSERT OR IGNORE INTO keys(hive, path, parent, name) VALUES(0, ?, ?, ?)',
+                  (path.casefold(), parent.casefold(), name))
+    return store.execute('SELECT id FROM keys WHERE hive = 0 AND path = ?', (path.casefold(),)).fetchone()[0]
 for setting in sys.argv[2:]:
     name, value = setting.split('=', 1)
+    below, _, name = name.rpartition('/')
+    key = key_of(path + '\\' + below, path, below) if below else key_of(path, path.rpartition('\\')[0], 'CurrentVersion')
     store.execute('DELETE FROM entries WHERE key = ? AND folded = ?', (key, name.casefold()))
     store.execute('INSERT INTO entries(key, folded, name, data) VALUES(?, ?, ?, ?)', (key, name.casefold(), name, value))
 store.commit()
@@ -89,8 +106,32 @@ stop() {
   program=
 }
 
+# What is done in the window before some of the pictures. Each leaves in "part" what is to be seen, the window otherwise:
+# a size beginning at the window's corner, or "in front" for the window that has come.
+suggestions() {
+  xdotool key ctrl+l
+  xdotool type --delay 50 't'
+  part=1000x330
+}
+groups_menu() {
+  xdotool key alt+g
+  part=800x330
+}
+quick_searches() {
+  # The fourth item of the menu.
+  xdotool key alt+t Down Down Down Return
+  part='in front'
+}
+click_in_page() {
+  xdotool mousemove --window "$found" 400 500 click 1
+  sleep 1
+  xdotool mousemove --window "$found" 400 650
+  part=832x606
+}
+nothing_more() { part=800x400; }
+
 # take NAME WIDTH HEIGHT SCREEN SETTING...: one picture. Settings of the form NAME=VALUE are the program's, those that
-# begin with "env:" the environment's.
+# begin with "env:" the environment's; "do:" names what is done before, and "open:" what is opened instead of the pages.
 take() {
   name=$1 width=$2 height=$3 screen=$4
   shift 4
@@ -100,9 +141,14 @@ take() {
   (
     export HOME="$home" XDG_CONFIG_HOME="$home/config" XDG_DATA_HOME="$home/data" XDG_CACHE_HOME="$home/cache" \
       XDG_RUNTIME_DIR="$home/run"
+    set -f
     settings=
+    act=
+    open=$folder/pages.hgp
     for setting in "$@"; do
       case $setting in
+        do:*) act=${setting#do:} ;;
+        open:*) open=http://127.0.0.1:$port/${setting#open:} ;;
         env:*) export "${setting#env:}" ;;
         *) settings="$settings $setting" ;;
       esac
@@ -126,7 +172,10 @@ take() {
     stop
     # shellcheck disable=SC2086 # a list of words
     store AskDefaultBrowser=0 ConfirmShutdown=0 Left=0 Top=0 Width="$width" Height="$height" StartupMode=Blank $settings
-    start "$folder/pages.hgp"
+    mkdir -p "$home/data/zarvela/HalvexGroups/Travel"
+    cp "$folder/pages.hgp" "$home/data/zarvela/HalvexGroups/Morning.hgp"
+    cp "$folder/pages.hgp" "$home/data/zarvela/HalvexGroups/Baking & bread.hgp"
+    start "$open"
     window
     # The pages come one after the other, the last with its icon.
     sleep 6
@@ -134,7 +183,19 @@ take() {
     xdotool key Escape
     sleep 1
     found=$(xdotool search --onlyvisible --name Zarvela | head -n 1)
-    import -window "$found" "$images/$name.png"
+    # Where its corner is, its frame left aside.
+    corner=$(xdotool mousemove --window "$found" 0 0 getmouselocation --shell | sed -n 's/^[XY]=/+/p' | tr -d '\n')
+    part=
+    [ -z "$act" ] || $act
+    [ -z "$act" ] || sleep 2
+    case $part in
+      '') import -window "$found" "$images/$name.png" ;;
+      'in front') import -window "$(xdotool getactivewindow)" +dither -colors 128 -strip "PNG8:$images/$name.png" ;;
+      *)
+        # Menus and lists are windows of their own.
+        import -window root -crop "$part$corner" +repage +dither -colors 128 -strip "PNG8:$images/$name.png"
+        ;;
+    esac
     stop
   ) || return 1
   if [ -s "$images/$name.png" ]; then say "$name.png"; else say "$name.png could not be taken"; return 1; fi
@@ -166,4 +227,10 @@ take dark 1200 760 1280x900 env:XDG_CURRENT_DESKTOP=KDE env:KDE_SESSION_VERSION=
 take twice_the_scale 1000 640 2200x1500 env:QT_SCALE_FACTOR=2 || code=1
 take small 500 400 1280x900 || code=1
 take right_to_left 1200 760 1280x900 LanguageFile=zvara.ini || code=1
+take suggestions 1000 640 1280x900 do:suggestions || code=1
+take question 800 640 1280x900 do:nothing_more open:asks.html || code=1
+take groups 1000 640 1280x900 do:groups_menu || code=1
+take quick_search 1000 640 1280x900 do:quick_searches 'QuickSearch/web=http://search.example.org/?q=%s' \
+  'QuickSearch/wiki=http://wiki.example.org/find/%s' 'QuickSearch/word=http://dictionary.example.org/word/%s' || code=1
+take popup 832 606 860x660 do:click_in_page open:windows.html 'PopupHalvex/url1=*ads_*' || code=1
 exit $code
