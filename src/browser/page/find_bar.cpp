@@ -90,9 +90,9 @@ TFindBar::TFindBar(const TLanguage &language, QWidget *parent) : TFloatingPanel(
 int TFindBar::LongestResult() const {
   constexpr int Many = 9999;
   int longest = 0;
-  for (const char *key : {"NoMatches", "LastMatch", "FirstMatch", "Count"}) {
-    QString text = m_language.Text("FIND_BAR", key);
-    if (text.contains(QLatin1String("%1"))) text = text.arg(Many).arg(Many);
+  for (const QString &text :
+       {m_language.Text("FIND_BAR", "NoMatches"), m_language.Text("FIND_BAR", "LastMatch"),
+        m_language.Text("FIND_BAR", "FirstMatch"), m_language.Text("FIND_BAR", "Count").arg(Many).arg(Many)}) {
     longest = qMax(longest, fontMetrics().horizontalAdvance(text));
   }
   return longest;
