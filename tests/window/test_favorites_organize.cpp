@@ -238,7 +238,8 @@ class TestFavoritesOrganize final : public QObject, private TFavoritesFixture {
     Press(Qt::Key_Return, Qt::AltModifier);
     Press(Qt::Key_F2);
     QTest::keyClick(m_list->findChild<QLineEdit *>(), Qt::Key_Return);
-    QTest::qWait(0);
+    QTRY_VERIFY(!m_list->IsEditing());
+    QCoreApplication::processEvents();
     QVERIFY(QFile::exists(Root() + u"/ edge .url"_s));
     QVERIFY(!m_list->Action(TFolderAction::Undo)->isEnabled());
   }
