@@ -13,8 +13,6 @@
 #include "browser/engine/page_finder.h"
 #include "browser/engine/page_full_screen.h"
 #include "browser/engine/page_printing.h"
-#include "browser/engine/page_probe.h"
-#include "browser/engine/page_saving.h"
 #include "browser/engine/page_stack.h"
 #include "browser/engine/page_zoom.h"
 #include "browser/engine/policy.h"
@@ -23,9 +21,7 @@
 #include "browser/page/page_overlay.h"
 #include "browser/page/page_prompts.h"
 #include "browser/page/permission_bar.h"
-#include "browser/page/properties_dialog.h"
 #include "browser/page/question_sheet.h"
-#include "browser/page/site_permissions.h"
 #include "config/language.h"
 
 namespace {
@@ -355,135 +351,6 @@ bool THalvexBrowser::CanGoBack() const {
 
 bool THalvexBrowser::CanGoForward() const {
   return m_page && !IsLocalFailure() && m_page->action(QWebEnginePage::Forward)->isEnabled();
-}
-
-void THalvexBrowser::SaveAs() {
-  if (HasLivePage()) PageSaving::SaveAs(m_page, m_owner ? m_owner.data() : this, m_engine.Language());
-}
-
-void THalvexBrowser::Print() {
-  if (HasLivePage()) m_printing->Print();
-}
-
-void THalvexBrowser::PrintWithoutAsking() {
-  if (HasLivePage()) m_printing->PrintWithoutAsking();
-}
-
-void THalvexBrowser::PrintPreview() {
-  if (HasLivePage()) m_printing->Preview();
-}
-
-void THalvexBrowser::PageSetup() {
-  TPagePrinting::SetUpPage(m_engine, window());
-}
-
-void THalvexBrowser::Properties() {
-  CollectProperties([self = QPointer(this)](const TPageProperties &properties) {
-    if (!self) return;
-    auto *dialog = new TPropertiesDialog(properties, self->m_engine.Language(), self->window());
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    if (self->HasLivePage()) {
-      for (QWidget *site : self->m_page->findChild<TPagePrompts *>()->SitePermissions(dialog)) dialog->AddSection(site);
-    }
-    dialog->open();
-  });
-}
-
-// Never in a page that is hidden behind a notice.
-void THalvexBrowser::Edit(int action) {
-  if (HasLivePage()) m_page->triggerAction(QWebEnginePage::WebAction(action));
-}
-
-void THalvexBrowser::Cut() {
-  GivePageTheFocus();
-  Edit(QWebEnginePage::Cut);
-}
-
-void THalvexBrowser::Copy() {
-  GivePageTheFocus();
-  Edit(QWebEnginePage::Copy);
-}
-
-void THalvexBrowser::Paste() {
-  GivePageTheFocus();
-  Edit(QWebEnginePage::Paste);
-}
-
-void THalvexBrowser::SelectAll() {
-  Edit(QWebEnginePage::SelectAll);
-}
-
-void THalvexBrowser::Undo() {
-  Edit(QWebEnginePage::Undo);
-}
-
-void THalvexBrowser::Redo() {
-  Edit(QWebEnginePage::Redo);
-}
-
-void THalvexBrowser::SetZoom(int zoom) {
-  m_zoom->SetTextSize(zoom);
-}
-
-int THalvexBrowser::Zoom() const {
-  return m_zoom->TextSize();
-}
-
-void THalvexBrowser::ZoomIn() {
-  m_zoom->Step(true);
-}
-
-void THalvexBrowser::ZoomOut() {
-  m_zoom->Step(false);
-}
-
-void THalvexBrowser::ResetZoom() {
-  m_zoom->Reset();
-}
-
-int THalvexBrowser::ZoomPercent() const {
-  return m_zoom->Percent();
-}
-
-void THalvexBrowser::FindOnPage() {
-  if (!HasLivePage()) return;
-  GivePageTheFocus();
-  m_finder->Open();
-}
-
-void THalvexBrowser::FindNext(bool forward) {
-  if (!HasLivePage()) return;
-  if (m_finder->WasOpened()) {
-    m_finder->FindNext(forward);
-  } else {
-    FindOnPage();
-  }
-}
-
-void THalvexBrowser::ViewSource() {
-  if (!HasLivePage() || m_page->url().scheme() == QLatin1String("view-source")) return;
-  Q_EMIT ViewSourceRequested(TAddress::OfEngine(QStringLiteral("view-source:") + LocationUrl()));
-}
-
-void THalvexBrowser::SaveToTemporaryFile(bool insertBase, const std::function<void(const QString &)> &done) {
-  if (!HasLivePage()) {
-    done({});
-    return;
-  }
-  m_page->toHtml([address = LocationUrl(), insertBase, done](const QString &html) {
-    done(PageSaving::WriteTemporary(insertBase ? PageSaving::InsertBase(html, address) : html));
-  });
-}
-
-void THalvexBrowser::CollectProperties(const std::function<void(const TPageProperties &)> &done) {
-  if (!HasLivePage()) {
-    TPageProperties properties;
-    properties.title = LocationName();
-    properties.address = LocationUrl();
-    done(properties);
-    return;
-  }
-  ProbePage(m_page, m_engine.Language(), done);
 }
 
 void THalvexBrowser::SetDownloadControlOptionSet(TDownloadControlOptionSet options) {
