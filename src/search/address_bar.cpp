@@ -68,18 +68,41 @@ TAddressBar::TAddressBar(const TLanguage &language, TSettings &settings, THistor
   });
 }
 
+void TAddressBar::ShowAddress(const QString &address) {
+  TZVComboBox::ShowAddress(address);
+  if (std::exchange(m_isOnTheWay, false)) ShowIcon();
+}
+
 void TAddressBar::ShowConnection(bool isSecure, TEncryptionLevel level) {
+  m_isSecure = isSecure;
+  m_level = level;
+  ShowIcon();
+}
+
+void TAddressBar::ShowIcon() {
+  // The lock of one page must not stand beside the address of another.
+  const TEncryptionLevel level = m_isOnTheWay ? TEncryptionLevel::None : m_level;
   const bool isPlain = level == TEncryptionLevel::None;
-  const char *picture = IsWhole(isSecure, level) ? "lock" : isPlain ? "lock_open" : "insecure";
-  if (!isPlain || PageAddress().startsWith(QLatin1String("http://"))) {
-    m_icon->Show(QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(picture))),
-                 isPlain ? m_language.Text("MAIN", "ConnectionPlain") : m_language.Text(EncryptionText(level)));
-  } else if (QUrl(PageAddress()).isLocalFile()) {
+  const QUrl address(PageAddress());
+  const char *picture = "page";
+  QString hint;
+  if (!isPlain) {
+    picture = IsWhole(m_isSecure, level) ? "lock" : "insecure";
+    hint = m_language.Text(EncryptionText(level));
+  } else if (address.scheme() == QLatin1String("http")) {
+    picture = "lock_open";
+    hint = m_language.Text("MAIN", "ConnectionPlain");
+  } else if (address.isLocalFile()) {
     // It comes over no network, and has no connection to tell about.
-    m_icon->Show(QIcon(QStringLiteral(":/icons/page.svg")), m_language.Text("MAIN", "PageFromDisk"));
+    hint = m_language.Text("MAIN", "PageFromDisk");
+  } else if (!address.scheme().isEmpty() && address.scheme() != QLatin1String("about")) {
+    // A handle to drag the page by, so that the text does not jump while the connection is made.
+    hint = m_language.Text("MAIN", "PageHandle");
   } else {
     m_icon->Hide();
+    return;
   }
+  m_icon->Show(QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(picture))), hint);
 }
 
 TAddressForms TAddressBar::Forms() const {
@@ -107,7 +130,9 @@ void TAddressBar::SaveTypedAddresses() {
 
 void TAddressBar::AddTypedAddress(const QString &address) {
   FileTypedAddress(address);
-  ShowAddress(address);
+  m_isOnTheWay = true;
+  TZVComboBox::ShowAddress(address);
+  ShowIcon();
 }
 
 void TAddressBar::FileTypedAddress(const QString &address) {

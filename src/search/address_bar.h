@@ -26,9 +26,12 @@ class TAddressBar final : public TZVComboBox {
 
   // Opens what the box holds, in the current tab unless the settings say otherwise.
   void Go() { Open(false); }
-  // The mark for the connection to the page whose address is shown; for a page from the disk, that it is one.
+  // The address of the page that is shown, which the connection is told of next.
+  void ShowAddress(const QString &address);
+  // The mark for the connection to the page that is shown; for a page from the disk, that it is one.
   void ShowConnection(bool isSecure, TEncryptionLevel level);
-  // The active tab sets out for an address. When it was typed it goes to the top of the list; the box shows it.
+  // The active tab sets out for an address. When it was typed it goes to the top of the list; the box shows it, without
+  // a mark for the connection, which is not known before the page comes.
   void AddTypedAddress(const QString &address);
   // The same for a tab that is not the active one any more: the box shows another page's address.
   void FileTypedAddress(const QString &address);
@@ -72,12 +75,17 @@ class TAddressBar final : public TZVComboBox {
   [[nodiscard]] bool TakeSuggestionKey(const QKeyEvent &key);
   void Suggest();
   void HideSuggestions();
+  void ShowIcon();
 
   const TLanguage &m_language;
   TSettings &m_settings;
   THistoryStore &m_history;
   TTypedAddresses m_addresses;
   TPageIcon *m_icon;
+  // Of the page that is shown.
+  bool m_isSecure = false;
+  TEncryptionLevel m_level = TEncryptionLevel::None;
+  bool m_isOnTheWay = false;  // the address is not that page's, but one that its tab has set out for
   TPageIcons *m_icons = nullptr;
   TSuggestionList *m_suggestions;
   QTimer m_suggest;     // runs when all that was typed has been shown

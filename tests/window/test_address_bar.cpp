@@ -90,6 +90,7 @@ class TestAddressBar final : public QObject {
     Row("click", "http://a.example/", true, 0, false);
     Row("shaky click", "http://a.example/", true, -1, false);
     Row("drag", "http://a.example/", true, 1, true);
+    Row("of no connection", "data:text/html,a", true, 0, false);
     Row("drag of a page from the disk", "file:///tmp/a.html", true, 1, true);
   }
   void Icon() {
@@ -118,6 +119,22 @@ class TestAddressBar final : public QObject {
     QCOMPARE(dragged.count(), drags ? 1 : 0);
     QCOMPARE(clicked.count(), drags ? 0 : 1);
     QVERIFY(!icon->isDown());
+  }
+
+  // A page's lock is not shown beside the address that its tab sets out for.
+  void LockIsThePagesOwn() {
+    m_f->Make();
+    auto *icon = m_f->bar->findChild<QToolButton *>("imgIELink");
+    const auto hint = [&] { return icon->toolTip(); };
+    m_f->bar->ShowAddress("https://bank.example/");
+    m_f->bar->ShowConnection(true, TEncryptionLevel::Bits128);
+    const QString whole = hint();
+    m_f->bar->AddTypedAddress("https://other.example/");
+    m_f->bar->ShowConnection(true, TEncryptionLevel::Bits128);
+    QVERIFY(icon->isVisible() && hint() != whole);
+    // The tab stays where it is.
+    m_f->bar->ShowAddress("https://bank.example/");
+    QCOMPARE(hint(), whole);
   }
 
   void Scripts_data() {
