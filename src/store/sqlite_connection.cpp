@@ -109,6 +109,10 @@ bool TSqliteConnection::InTransaction() const {
   return m_database != nullptr && sqlite3_get_autocommit(m_database) == 0;
 }
 
+qint64 TSqliteConnection::Changes() const {
+  return m_database != nullptr ? sqlite3_changes(m_database) : 0;
+}
+
 int TSqliteConnection::Code() const {
   return m_database != nullptr ? sqlite3_errcode(m_database) : SQLITE_MISUSE;
 }

@@ -60,6 +60,8 @@ class TSqliteConnection final {
   // `sql` must be a literal: the statement is prepared once and kept. One use at a time.
   [[nodiscard]] TSqliteStatement Use(const char *sql);
   [[nodiscard]] bool InTransaction() const;
+  // Rows that the last INSERT, UPDATE or DELETE itself has changed.
+  [[nodiscard]] qint64 Changes() const;
   // SQLite's result code of the last call.
   [[nodiscard]] int Code() const;
 

@@ -62,7 +62,7 @@ TStoreFile::TState TStoreFile::StateOf(int code) {
   }
 }
 
-TStoreFile::TState TStoreFile::Open(TMode mode) {
+TStoreFile::TState TStoreFile::Open(TMode mode, bool mayUpgrade) {
   Close();
   if (mode != TMode::Memory) {
     m_identity = IdentityOf(m_path);
@@ -72,7 +72,7 @@ TStoreFile::TState TStoreFile::Open(TMode mode) {
   if (m_identity == TIdentity()) m_identity = IdentityOf(m_path);
   if (code != SQLITE_OK) return StateOf(code);
   m_database.SetBusyTimeout(m_wasBusy ? 0 : std::exchange(m_wasOpened, true) ? m_patience.usual : m_patience.first);
-  const TState state = CheckSchema(mode == TMode::ReadWrite || mode == TMode::Memory);
+  const TState state = CheckSchema(mode == TMode::ReadWrite || mode == TMode::Memory, mayUpgrade);
   m_wasBusy = state == TState::Busy;
   if (state == TState::Ready) {
     m_database.SetBusyTimeout(m_patience.usual);
@@ -90,7 +90,7 @@ TStoreFile::TState TStoreFile::Ensure(bool mayCreate) {
     Close();
   }
   if (!mayCreate && !QFileInfo::exists(m_path)) return TState::Unavailable;
-  return Open(TMode::ReadWrite);
+  return Open(TMode::ReadWrite, mayCreate);
 }
 
 bool TStoreFile::SetAside(const TIdentity &damaged) {
@@ -108,7 +108,7 @@ bool TStoreFile::SetAside(const TIdentity &damaged) {
 
 // Whether the open file has this schema; an empty one is given it when `mayWrite`. Files that may be written get the
 // write-ahead log, with which a commit needs no wait for the disk and readers never wait for a writer.
-TStoreFile::TState TStoreFile::CheckSchema(bool mayWrite) {
+TStoreFile::TState TStoreFile::CheckSchema(bool mayWrite, bool mayUpgrade) {
   qint64 version = 0;
   qint64 tables = 0;
   {
@@ -121,10 +121,13 @@ TStoreFile::TState TStoreFile::CheckSchema(bool mayWrite) {
   }
   const bool isEmpty = version == 0 && tables == 0;
   if (isEmpty && !mayWrite) return TState::Unavailable;
-  if (!isEmpty && version != m_schema.version) return TState::Damaged;
+  if (!isEmpty && (version < m_schema.FirstVersion() || version > m_schema.version)) return TState::Damaged;
+  if (!isEmpty && version < m_schema.version && !(mayWrite && mayUpgrade)) return TState::Outdated;
   // Refused (by another process opening at this moment), it is asked for again next time; all works without it.
   if (mayWrite) m_database.Execute("PRAGMA synchronous = NORMAL; PRAGMA journal_mode = WAL");
-  if (isEmpty) return MakeSchema();
+  if (version < m_schema.version) {
+    if (const TState state = MakeSchema(version); isEmpty || state != TState::Ready) return state;
+  }
   for (const char *query : m_schema.queries) {
     TSqliteStatement statement = m_database.Use(query);
     statement.Step();
@@ -133,20 +136,26 @@ TStoreFile::TState TStoreFile::CheckSchema(bool mayWrite) {
   return TState::Ready;
 }
 
-TStoreFile::TState TStoreFile::MakeSchema() {
+TStoreFile::TState TStoreFile::MakeSchema(qint64 version) {
   int code = m_database.Execute("BEGIN IMMEDIATE");
   if (code != SQLITE_OK) return StateOf(code);
-  bool isMade = false;
+  const bool wasEmpty = version == 0;
   {
     // Another process may have been faster.
     TSqliteStatement statement = m_database.Use("PRAGMA user_version");
-    isMade = statement.Step() && statement.Integer(0) == m_schema.version;
+    if (statement.Step()) version = statement.Integer(0);
   }
-  if (!isMade) code = m_database.Execute(m_schema.sql);
+  if (version == 0) {
+    code = m_database.Execute(m_schema.sql);
+    version = m_schema.FirstVersion();
+  }
+  for (; code == SQLITE_OK && version < m_schema.version; ++version) {
+    code = m_database.Execute(m_schema.upgrades[size_t(version - m_schema.FirstVersion())]);
+  }
   if (code == SQLITE_OK) code = m_database.Execute("COMMIT");
   if (code == SQLITE_OK) return TState::Ready;
   if (m_database.InTransaction()) m_database.Execute("ROLLBACK");
-  // Nothing was there to be damaged.
   const TState state = StateOf(code);
-  return state == TState::Damaged ? TState::Unavailable : state;
+  // Where nothing was there, nothing can be damaged.
+  return wasEmpty && state == TState::Damaged ? TState::Unavailable : state;
 }

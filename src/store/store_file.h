@@ -18,6 +18,7 @@ class TStoreFile final {
     Busy,         // another process keeps it locked; worth another try
     Refused,      // the disk takes nothing (it is full, say); worth another try
     Damaged,      // no database, or not of this kind and version
+    Outdated,     // of an earlier version, which whoever may make the file brings up to date
     Unavailable,  // nothing can be read or written there
   };
   // Of SQLite's result codes.
@@ -25,8 +26,12 @@ class TStoreFile final {
 
   struct TSchema {
     int version;                           // kept in the file's user_version
-    const char *sql;                       // makes the tables and sets the version
+    const char *sql;                       // makes the tables of the first version and sets that
     std::span<const char *const> queries;  // they fail where the version is right and the tables are not
+    // Each makes the next version out of the one before and sets it; the last makes `version`.
+    std::span<const char *const> upgrades{};
+
+    [[nodiscard]] int FirstVersion() const { return version - int(upgrades.size()); }
   };
 
   // How long a call waits for another process, in milliseconds: when the file is opened for the first time, and later
@@ -56,10 +61,11 @@ class TStoreFile final {
   [[nodiscard]] const QString &SetAsideFile() const { return m_setAside; }
 
   // Opens the file anew. A missing or empty one is made in the modes ReadWrite and Memory only; its folder must be
-  // there.
-  [[nodiscard]] TState Open(TMode mode);
+  // there. One of an earlier version is brought up to date in these modes, when `mayUpgrade`: all of it or nothing.
+  [[nodiscard]] TState Open(TMode mode, bool mayUpgrade = true);
   // Before each use of a file that may be written: Ready when the connection is open, sound, and to the file that the
-  // path leads to by now; it is opened where it is not. A missing file is made only when `mayCreate`.
+  // path leads to by now; it is opened where it is not. A missing file is made, and one of an earlier version brought
+  // up to date, only when `mayCreate`.
   [[nodiscard]] TState Ensure(bool mayCreate);
   void Close() { m_database.Close(); }
 
@@ -69,8 +75,8 @@ class TStoreFile final {
   [[nodiscard]] bool SetAside(const TIdentity &damaged);
 
  private:
-  [[nodiscard]] TState CheckSchema(bool mayWrite);
-  [[nodiscard]] TState MakeSchema();
+  [[nodiscard]] TState CheckSchema(bool mayWrite, bool mayUpgrade);
+  [[nodiscard]] TState MakeSchema(qint64 version);
 
   const QString m_path;
   const TSchema m_schema;
