@@ -37,6 +37,7 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       framePacer(new TFramePacer(window)),
       frameUpdates(new TFrameUpdates(window)),
       history(ProgramFolders::UserData() + HistoryFile),
+      historyKeeper(history),
       bands(new TCoolBar(language, window)),
       bandStore(settings.Store()),
       menuBar(new TMainMenuBar(actions, language, bands)),
@@ -86,6 +87,8 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
 void TModules::Join() {
   customizeMenu.OfferOn(bands);
   address->SetIcons(pageIcons);
+  settings.Apply(Setting::HistoryDays, &historyKeeper,
+                 [this] { historyKeeper.SetDays(settings.Get(Setting::HistoryDays)); });
   QObject::connect(&tabs, &TTabStrip::PageSetsOut, framePacer, &TFramePacer::GiveWay);
   bars.SetHasLinks([links = favorites.Links()] { return links->IsThere(); });
   QObject::connect(&bars, &TWindowBars::LinksWanted, favorites.Links(), &TLinksBar::MakeFolder);

@@ -43,6 +43,7 @@
 #include "config/settings.h"
 #include "favorites/page_icons.h"
 #include "groups/page_groups.h"
+#include "history/history_keeper.h"
 #include "history/history_store.h"
 #include "platform/desktop_defaults.h"
 #include "platform/desktop_services.h"
@@ -86,6 +87,7 @@ class TModules final {
   TFramePacer *framePacer;
   TFrameUpdates *frameUpdates;
   THistoryStore history;
+  THistoryKeeper historyKeeper;
   TCoolBar *bands;  // cbCoolbar
   TBandStore bandStore;
   TMainMenuBar *menuBar;

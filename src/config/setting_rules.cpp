@@ -27,6 +27,10 @@ int ClampHalvexBarWidth(int width) {
   return width < 0 ? Setting::HalvexBarWidth.fallback : width;
 }
 
+int ClampHistoryDays(int days) {
+  return qMax(0, days);
+}
+
 int DefaultWindowWidth() {
   return AvailableSize().width() - ScreenMargin;
 }

@@ -32,6 +32,8 @@ namespace SettingRule {
 int ClampNewAction(int action);
 // A negative width asks for the default rather than for no bar at all.
 int ClampHalvexBarWidth(int width);
+// No less than 0, which stands for ever.
+int ClampHistoryDays(int days);
 // The primary screen without panels and docks, less 40 pixels.
 int DefaultWindowWidth();
 int DefaultWindowHeight();
@@ -74,6 +76,7 @@ inline constexpr TStringSetting CtrlShiftPre{"CtrlShiftPre", "http://www."};
 inline constexpr TStringSetting CtrlShiftPost{"CtrlShiftPost", ".org"};
 inline constexpr TFlagSetting FavoritesNewWin{"FavoritesNewWin", true};
 inline constexpr TFlagSetting HistoryNewWin{"HistoryNewWin", true};
+inline constexpr TIntegerSetting HistoryDays{"HistoryDays", 365, SettingRule::ClampHistoryDays};
 inline constexpr TFlagSetting SearchNewWin{"SearchNewWin", true};
 inline constexpr TFlagSetting LinksNewWin{"LinksNewWin", true};
 inline constexpr TFlagSetting QuickSearchNewWin{"QuickSearchNewWin", true};
@@ -116,7 +119,7 @@ inline constexpr auto All = std::to_array<TSetting>({
     HGCloseFirst, NewAction, LimitTitleLength, MultipleLines, TabsDown, TabColorScheme, InactiveTabColor,
     InactiveFontColor, StartupMode, StartupHalvexGroup, StartupPage, CommandLine, AskDefaultBrowser,
     ConfirmCloseAll, ConfirmShutdown, UsePopupHalvex, PopupHalvexNotify, CtrlPre, CtrlPost, ShiftPre, ShiftPost,
-    CtrlShiftPre, CtrlShiftPost, FavoritesNewWin, HistoryNewWin, SearchNewWin, LinksNewWin, QuickSearchNewWin,
+    CtrlShiftPre, CtrlShiftPost, FavoritesNewWin, HistoryNewWin, HistoryDays, SearchNewWin, LinksNewWin, QuickSearchNewWin,
     SearchBar, HalvexBarWidth, HBAutoExpand, ViewAddressBar, ViewLinksBar, ViewToolbar, ViewStatusBar,
     ViewHalvexBar, FullScreen, FullscreenMenuBar, FullscreenStatusBar, Maximized, Left, Top, Width, Height,
     FavoritesWidth, FavoritesHeight, LastFavoritesFolder, DisableALTShortcuts, BreakFavorites, ShowOpenAllFavorites, ToolbarShowColor,

@@ -1,6 +1,7 @@
 #include <sqlite3.h>
 #include <QtTest>
 
+#include "history/history_keeper.h"
 #include "history/history_reader.h"
 #include "history/visit_words.h"
 #include "support/data_row.h"
@@ -264,6 +265,29 @@ class TTestHistoryPages final : public QObject {
     store.Clear();
     QVERIFY(store.Flush());
     QVERIFY(!store.OldestLastVisit());
+  }
+
+  // What is too old goes in steps, one after the other; what is to be kept for ever stays.
+  void KeepsNothingTooLong() {
+    constexpr int Many = THistoryKeeper::PagesAtOnce + 200;
+    THistoryStore store(m_file);
+    const QDateTime now = QDateTime::currentDateTime();
+    const auto visit = [&](const QString &name, int age) {
+      store.AddVisit("http://a.example/" + name, name, now.addDays(-age));
+    };
+    for (int i = 0; i < Many; ++i) visit(QString("ancient%1").arg(i), 3000);
+    visit("old", 2001);
+    visit("young", 1999);
+    QVERIFY(store.Flush(5000));
+    THistoryKeeper forEver(store, std::chrono::milliseconds(1));
+    forEver.SetDays(0);
+    QSignalSpy written(&store, &THistoryStore::Written);
+    THistoryKeeper keeper(store, std::chrono::milliseconds(1));
+    keeper.SetDays(2500);
+    QTRY_COMPARE(Titles(), QStringList({"old", "young"}));
+    QVERIFY(written.count() >= 2);
+    keeper.SetDays(2000);
+    QTRY_COMPARE(Titles(), QStringList("young"));
   }
 
   // What goes at once leaves nothing of its words, and the file goes on working as before.

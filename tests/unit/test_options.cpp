@@ -27,7 +27,7 @@ constexpr struct {
     {"AskDefaultBrowser", "1"}, {"ConfirmCloseAll", "1"}, {"ConfirmShutdown", "1"}, {"UsePopupHalvex", "1"},
     {"PopupHalvexNotify", "1"}, {"CtrlPre", "http://www."}, {"CtrlPost", ".com"}, {"ShiftPre", "http://www."},
     {"ShiftPost", ".net"}, {"CtrlShiftPre", "http://www."}, {"CtrlShiftPost", ".org"}, {"FavoritesNewWin", "1"},
-    {"HistoryNewWin", "1"}, {"SearchNewWin", "1"}, {"LinksNewWin", "1"}, {"QuickSearchNewWin", "1"},
+    {"HistoryNewWin", "1"}, {"HistoryDays", "365"}, {"SearchNewWin", "1"}, {"LinksNewWin", "1"}, {"QuickSearchNewWin", "1"},
     {"HalvexBarWidth", "234"}, {"HBAutoExpand", "1"}, {"ViewAddressBar", "1"}, {"ViewLinksBar", "1"},
     {"ViewToolbar", "1"}, {"ViewStatusBar", "1"}, {"ViewHalvexBar", "0"}, {"FullScreen", "0"},
     {"FullscreenMenuBar", "0"}, {"FullscreenStatusBar", "0"}, {"Maximized", "0"}, {"Left", "10"}, {"Top", "10"},
@@ -132,6 +132,10 @@ class TTestOptions final : public QObject {
     for (const auto &[written, stored] : {std::pair(-1, 234), {0, 0}, {9999, 9999}}) {
       options.Set(Setting::HalvexBarWidth, written);
       QCOMPARE(options.Get(Setting::HalvexBarWidth), stored);
+    }
+    for (const auto &[written, stored] : {std::pair(-1, 0), {0, 0}, {9999, 9999}}) {
+      options.Set(Setting::HistoryDays, written);
+      QCOMPARE(options.Get(Setting::HistoryDays), stored);
     }
     // Only writing clamps: what somebody else stored is told as it is.
     m_store->Write(User, RegistryKey::CurrentVersion, "NewAction", "-1");
