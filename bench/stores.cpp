@@ -4,12 +4,16 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <optional>
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFile>
 
 #include "config/named_address.h"
+#include "history/history_reader.h"
 #include "history/history_store.h"
+#include "history/url_history.h"
 #include "popups/popup_patterns.h"
 #include "table.h"
 
@@ -22,6 +26,9 @@ constexpr int VisitsAtOnce = 20'000;
 constexpr int FlushTries = 120;         // each waits a second at the most
 constexpr int Suggestions = 12;         // as many as the address bar offers
 constexpr double CompletionLimit = 30;  // milliseconds
+constexpr double FindLimit = 50;        // milliseconds, until the first pages that are found are there
+constexpr int FoundAtMost = 1000;
+constexpr int PagesOfAPiece = 300;
 
 constexpr std::array PatternCounts{10, 1'000, 100'000};
 constexpr int TestsAtOnce = 200;
@@ -100,10 +107,67 @@ class THistoryBench final {
     // What the first keystroke after a start waits for, too.
     Add("first of a start", Time(1, [this] { (void)THistoryStore(m_file).Search(QStringLiteral("h"), Suggestions); }));
     const QString row = QStringLiteral("completion: %1").arg(QLatin1String(m_slowestName));
-    return PrintValue(row, m_slowest, "ms", CompletionLimit) && isGood;
+    isGood = PrintValue(row, m_slowest, "ms", CompletionLimit) && isGood;
+    isGood = Find() && isGood;
+    Lists();
+    return isGood;
   }
 
  private:
+  // What somebody looks for in the history, by a text that counts as it stands and by words.
+  bool Find() const {
+    THistoryStore store(m_file);
+    TUrlHistory history(store);
+    QEventLoop loop;
+    std::optional<qint64> first;
+    QElapsedTimer clock;
+    QObject::connect(&history, &TUrlHistory::Found, &loop, [&] {
+      if (!first) first = clock.nsecsElapsed();
+    });
+    QObject::connect(&history, &TUrlHistory::Finished, &loop, &QEventLoop::quit);
+    std::vector<double> firsts;
+    std::vector<double> wholes;
+    const auto run = [&](auto begin) {
+      first.reset();
+      clock.start();
+      begin();
+      loop.exec();
+      wholes.push_back(double(clock.nsecsElapsed()) / 1e6);
+      firsts.push_back(double(first.value_or(clock.nsecsElapsed())) / 1e6);
+    };
+    for (const char *text : {"ka", "lo", "an"}) {
+      run([&] { history.Enumerate(QLatin1String(text), 0); });
+    }
+    for (const char *text : {"h", "page ka", "kaka lo"}) {
+      run([&] { history.EnumerateWords(QLatin1String(text), FoundAtMost); });
+    }
+    const bool isGood = PrintValue(QStringLiteral("find in history: first results"), *std::ranges::max_element(firsts),
+                                   "ms", FindLimit);
+    PrintValue(QStringLiteral("find in history: all results"), *std::ranges::max_element(wholes), "ms", 0);
+    run([&] { history.Enumerate(QStringLiteral("zzyzx"), 0); });
+    PrintValue(QStringLiteral("find in history: no match"), wholes.back(), "ms", 0);
+    return isGood;
+  }
+
+  // What the history's tree and lists read when a part of them opens, on a thread of their own.
+  void Lists() const {
+    THistoryReader reader(m_file);
+    const QDate today = QDateTime::fromSecsSinceEpoch(1'600'000'000 + Visits).date();
+    QList<THistoryPeriod> periods;
+    PrintValue(QStringLiteral("history: days, weeks and months"),
+               Time(1, [&] { periods = reader.Periods(today, Qt::Monday).value_or(periods); }), "ms", 0);
+    qsizetype sites = 0;
+    PrintValue(QStringLiteral("history: sites of the fullest day"),
+               Time(1,
+                    [&] {
+                      const THistoryPeriod &day = periods.at(1);
+                      sites = reader.Sites({.from = day.From(), .until = day.Until()}).value_or(QStringList()).size();
+                    }),
+               "ms", 0);
+    PrintValue(QStringLiteral("history: a piece by number of visits"),
+               Time(1, [&] { (void)reader.Pages({}, THistoryOrder::MostVisited, PagesOfAPiece); }), "ms", 0);
+  }
+
   void Add(const char *name, double milliseconds) {
     if (milliseconds <= m_slowest) return;
     m_slowest = milliseconds;
@@ -115,7 +179,12 @@ class THistoryBench final {
     return QStringLiteral("https://www.%1%2.example/page%3").arg(Word(site)).arg(site % 400).arg(visit);
   }
 
-  bool IsFilled() const { return QFile::exists(m_file) && THistoryStore(m_file).Count() == Visits; }
+  bool IsFilled() const {
+    if (!QFile::exists(m_file)) return false;
+    THistoryStore store(m_file);
+    // A file of an earlier version is brought up to date first.
+    return store.Count() == Visits || (Written(store) && store.Count() == Visits);
+  }
 
   bool Fill() {
     std::fprintf(stderr, "bench: filling a history with %d visits, once\n", Visits);

@@ -230,8 +230,8 @@ class TTestHistoryPages final : public QObject {
     QVERIFY(store.Flush(20000));
     QVERIFY(!store.Removal().isGoing);
     std::optional<TStoreLock> lock(std::in_place, m_file);
-    store.AddVisit("http://a.example/before", "Page", Noon(Today));
-    store.RemoveSpan({});
+    store.AddVisit("http://a.example/before", "Before", Noon(Today.addDays(-1)));
+    store.RemoveSpan({.from = Today.startOfDay().toMSecsSinceEpoch()});
     store.AddVisit("http://a.example/after", "After", Noon(Today));
     QVERIFY(store.Removal().isGoing);
     lock.reset();
@@ -243,8 +243,10 @@ class TTestHistoryPages final : public QObject {
     }
     QVERIFY(most >= 1000);
     QVERIFY(store.Flush(20000));
-    QCOMPARE(Titles(), QStringList("After"));
-    QCOMPARE(store.Find("http://a.example/after")->visits, 1);
+    QCOMPARE(Titles(), QStringList({"After", "Before"}));
+    for (const char *name : {"before", "after"}) {
+      QCOMPARE(store.Find(QString("http://a.example/") + name)->visits, 1);
+    }
     QTRY_VERIFY(written.count() >= 5);
   }
 

@@ -56,6 +56,7 @@ class TTestUrlHistory final : public QObject {
   void TellsAndAsks() {
     m_store->AddVisit("http://a.example/News", "News", At(10));
     m_store->AddVisit("http://b.example/News", "Old", At(20));
+    m_store->AddVisit("http://d.example/", "News", At(25));
     m_store->AddVisit("http://c.example/News", "News", At(30));
     m_store->AddVisit("http://c.example/News", "News", At(40));
     QVERIFY(m_store->Flush());
@@ -79,7 +80,7 @@ class TTestUrlHistory final : public QObject {
     m_history->SetAccept({});
     m_history->Enumerate("", 0);
     QTRY_COMPARE(m_finished->count(), 2);
-    QCOMPARE(m_history->Entries().size(), 3);
+    QCOMPARE(m_history->Entries().size(), 4);
     QVERIFY(!m_history->Entries().first().expires.isValid());
   }
 
@@ -133,13 +134,21 @@ class TTestUrlHistory final : public QObject {
     m_history->EnumerateWords(" ?! ", 3);
     QTRY_COMPARE(m_finished->count(), 3);
     QVERIFY(m_history->Entries().isEmpty());
-    // From within the first piece.
+    // Another one from within the first piece, when more pieces are on their way.
+    const auto other = connect(m_history.get(), &TUrlHistory::Found, m_history.get(), [this] {
+      QTest::qSleep(100);
+      m_history->EnumerateWords("nowhere", 3);
+    });
+    m_history->Enumerate("", 0);
+    QTRY_COMPARE(m_finished->count(), 4);
+    QVERIFY(m_history->Entries().isEmpty());
+    disconnect(other);
     connect(m_history.get(), &TUrlHistory::Found, m_history.get(), [this] { m_history->Cancel(); });
     m_history->Enumerate("", 0);
     QTRY_VERIFY(!m_history->IsSearching());
     QVERIFY(m_history->Entries().size() < Many);
     m_history->EnumerateWords("nowhere", 3);
-    QTRY_COMPARE(m_finished->count(), 4);
+    QTRY_COMPARE(m_finished->count(), 5);
   }
 
   void TakesOut() {
