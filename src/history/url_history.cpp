@@ -10,9 +10,9 @@
 
 namespace {
 
-constexpr int RowsAtOnce = 1000;
-// The first piece comes at once, the later the more there is in them: for a list each piece costs by itself.
-constexpr qint64 FirstPause = 10;  // milliseconds
+constexpr int RowsAtOnce = 250;
+// The first piece comes at once, the others later and later: for a list each piece costs by itself.
+constexpr qint64 FirstPause = 30;  // milliseconds, before the second piece
 constexpr qint64 LongestPause = 500;
 
 bool IsBefore(const TUrlHistoryEntry &a, const TUrlHistoryEntry &b, TUrlHistory::TKey key) {
@@ -83,16 +83,16 @@ void TUrlHistory::Begin(const TMatch &match, qsizetype limit) {
       found.append({page.address, page.title, page.lastVisit, page.lastVisit, expires, page.visits});
     };
     qint64 below = std::numeric_limits<qint64>::max();
-    qint64 pause = FirstPause;
+    qint64 pause = 0;
     QElapsedTimer clock;
     clock.start();
     bool isMore = true;
     while (isMore && !*run) {
       isMore = reader.Walk(below, RowsAtOnce, look);
-      if (!isMore || found.isEmpty() || !clock.hasExpired(pause)) continue;
+      if (!isMore || found.isEmpty() || (pause > 0 && !clock.hasExpired(pause))) continue;
       hand(false);
       clock.start();
-      pause = std::min(pause * 2, LongestPause);
+      pause = std::clamp(pause * 2, FirstPause, LongestPause);
     }
     hand(true);
   });
