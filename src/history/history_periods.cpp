@@ -10,11 +10,11 @@ constexpr int Days = 7;
 constexpr int DaysOfWeek = 7;
 constexpr int Weeks = 4;
 
-QDate WeekOf(const QDate &day, Qt::DayOfWeek first) {
-  return day.addDays(-((day.dayOfWeek() - first + DaysOfWeek) % DaysOfWeek));
-}
-
 }  // namespace
+
+QDate THistoryPeriod::WeekOf(const QDate &day, Qt::DayOfWeek firstDayOfWeek) {
+  return day.addDays(-((day.dayOfWeek() - firstDayOfWeek + DaysOfWeek) % DaysOfWeek));
+}
 
 qint64 THistoryPeriod::From() const {
   return first.startOfDay().toMSecsSinceEpoch();

@@ -15,6 +15,8 @@ struct THistoryPeriod {
   [[nodiscard]] qint64 From() const;
   [[nodiscard]] qint64 Until() const;
 
+  // The first day of the week that this day is in.
+  [[nodiscard]] static QDate WeekOf(const QDate &day, Qt::DayOfWeek firstDayOfWeek);
   // The period that this moment (milliseconds since 1970) is in.
   [[nodiscard]] static THistoryPeriod Of(qint64 moment, const QDate &today, Qt::DayOfWeek firstDayOfWeek);
 };
