@@ -62,9 +62,16 @@ class TestHistoryPage final : public QObject {
     m_tree->setCurrentIndex(index);
     m_tree->setFocus();
   }
-  // Opens the menu as the keyboard does, and gives the names of what it shows.
-  [[nodiscard]] QStringList MenuOn(QTreeView &view) const {
-    Q_EMIT view.customContextMenuRequested(view.viewport()->rect().center());
+  // Opens the menu as the keyboard does, or as the mouse at this place, and gives the names of what it shows.
+  [[nodiscard]] QStringList MenuOn(QTreeView &view, std::optional<QPoint> place = {}) const {
+    if (place) {
+      QContextMenuEvent event(QContextMenuEvent::Mouse, *place, view.viewport()->mapToGlobal(*place));
+      QApplication::sendEvent(view.viewport(), &event);
+    } else {
+      const QPoint middle = view.rect().center();
+      QContextMenuEvent event(QContextMenuEvent::Keyboard, middle, view.mapToGlobal(middle));
+      QApplication::sendEvent(&view, &event);
+    }
     QStringList shown;
     auto *menu = m_page->findChild<QMenu *>(u"pmHistory"_s);
     for (const QAction *action : menu->actions()) {
@@ -154,8 +161,11 @@ class TestHistoryPage final : public QObject {
     QTRY_COMPARE(TreeLines(), (QStringList{u"Page a2"_s, u"Page b1"_s, u"Page a1"_s, u"Page c1"_s}));
     Press(order, Qt::Key_Down);
     QTRY_COMPARE(TreeLines(), (QStringList{u"Page a2"_s, u"Page b1"_s, u"Page a1"_s, u"Page c1"_s}));
+    // The others make room, and the keyboard stays on what it was on.
+    Turn(Line({u"Page a2"_s}));
     Visit(u"c"_s, u"Page c1"_s, 3, 9);
-    QTRY_COMPARE(TreeLines().first(), u"Page c1"_s);
+    QTRY_COMPARE(TreeLines(), (QStringList{u"Page c1"_s, u"Page a2"_s, u"Page b1"_s, u"Page a1"_s}));
+    QCOMPARE(m_tree->currentIndex(), Line({u"Page a2"_s}));
   }
 
   // A long list is read as it is scrolled, and no further.
@@ -255,6 +265,13 @@ class TestHistoryPage final : public QObject {
     QCOMPARE(properties->findChild<QLineEdit *>(u"edtAddress"_s)->text(), address);
     QCOMPARE(properties->findChild<QLineEdit *>(u"edtVisits"_s)->text(), u"2"_s);
     properties->close();
+    m_page->findChild<QMenu *>(u"pmHistory"_s)->close();
+    // The mouse opens it for what is below it, whatever the keyboard is on.
+    QVERIFY(MenuOn(*m_tree, m_tree->viewport()->rect().bottomLeft()).isEmpty());
+    QCOMPARE(MenuOn(*m_tree, m_tree->visualRect(Line({u"Yesterday"_s})).center()), always);
+    m_page->findChild<QMenu *>(u"pmHistory"_s)->close();
+    Turn(Line({u"Today"_s, u"b.example"_s, u"Page b1"_s}));
+    QVERIFY(!MenuOn(*m_tree).isEmpty());
     Choose("pmHistoryDelete");
     QTRY_COMPARE(TreeLines({u"Today"_s}), QStringList(u"a.example"_s));
   }
@@ -284,6 +301,8 @@ class TestHistoryPage final : public QObject {
 
   void FindsText() {
     QVERIFY(!m_found->isVisible());
+    m_store->AddVisit(u"http://title.example/"_s, u"Page a, but only in the title"_s);
+    QVERIFY(m_store->Flush());
     Find(u"Page a"_s);
     QTRY_COMPARE(FoundLines(), (QStringList{u"Page a2"_s, u"Page a1"_s}));
     QVERIFY(m_found->isVisible());
@@ -390,9 +409,11 @@ class TestHistoryPage final : public QObject {
     Turn(Line({u"Today"_s}));
     OnModalDialog<TfrmConfirm>([&](TfrmConfirm &dialog) { dialog.accept(); });
     std::optional<TStoreLock> lock(std::in_place, m_store->FilePath());
+    QElapsedTimer clock;
+    clock.start();
     Press(m_tree, Qt::Key_Delete);
-    QVERIFY(!progress->isVisible());
     QTRY_VERIFY(progress->isVisible());
+    QVERIFY(clock.elapsed() >= 1000);
     QVERIFY(m_page->findChild<QTreeView *>(u"shHistory"_s)->isEnabled());
     lock.reset();
     QTRY_VERIFY(!progress->isVisible());

@@ -222,25 +222,14 @@ void THistoryModel::Take(quint64 number, const TItems &items, int limit, bool is
     if (isAnew || !isPaged) {
       Merge(*node, *items);
     } else {
-      Append(*node, *items);
+      // A page that was visited meanwhile stands further up, and comes with what is read anew.
+      Insert(*node, int(node->children.size()), *items);
     }
   } else {
     // The store knows what to do about a file that cannot be read.
     (void)m_history.OldestLastVisit();
   }
   Q_EMIT Read();
-}
-
-// A page that was visited since the piece before was read is where it is by now already, or comes with what is read
-// anew.
-void THistoryModel::Append(TNode &parent, const QList<TItem> &items) {
-  QSet<QString> known;
-  for (const auto &child : parent.children) known.insert(child->item.key);
-  QList<TItem> added;
-  for (const TItem &item : items) {
-    if (!known.contains(item.key)) added.append(item);
-  }
-  Insert(parent, int(parent.children.size()), added);
 }
 
 void THistoryModel::Merge(TNode &parent, const QList<TItem> &items) {

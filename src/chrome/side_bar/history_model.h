@@ -87,7 +87,6 @@ class THistoryModel final : public QAbstractItemModel {
 
   void Ask(TNode &node, bool isAnew);
   void Take(quint64 number, const TItems &items, int limit, bool isAnew);
-  void Append(TNode &parent, const QList<TItem> &items);
   void Merge(TNode &parent, const QList<TItem> &items);
   void Insert(TNode &parent, int row, const QList<TItem> &items);
   void RemoveRows(TNode &parent, int first, int last);

@@ -217,7 +217,9 @@ void THistoryPage::showEvent(QShowEvent *event) {
 
 void THistoryPage::Refresh() {
   m_isStale = !isVisible();
-  if (!m_isStale) m_model.Refresh();
+  if (m_isStale) return;
+  // What takes long to read is not asked for again before it is there.
+  m_model.IsAtRest() ? m_model.Refresh() : m_refresh.start();
 }
 
 QString THistoryPage::AddressOf(const QModelIndex &index) const {
@@ -287,11 +289,8 @@ void THistoryPage::ShowProperties(const QModelIndex &index) {
 }
 
 void THistoryPage::ShowMenu(QAbstractItemView &view, const QPoint &place) {
-  QModelIndex index = view.indexAt(place);
-  // The keyboard's menu comes with the middle of the view, or the place of its own choice, for the current line.
-  if (!index.isValid() || (QGuiApplication::mouseButtons() == Qt::NoButton && view.currentIndex().isValid())) {
-    index = view.currentIndex();
-  }
+  // The keyboard's menu is about the current line, wherever the toolkit puts it.
+  const QModelIndex index = std::exchange(m_isMenuByKey, false) ? view.currentIndex() : view.indexAt(place);
   const bool isTree = &view == m_tree;
   const bool isLeaf = !AddressOf(index).isEmpty();
   if (!index.isValid() || (!isTree && !isLeaf)) return;
@@ -345,6 +344,9 @@ bool THistoryPage::ListKeyDown(QAbstractItemView &view, const QKeyEvent &event) 
 bool THistoryPage::eventFilter(QObject *watched, QEvent *event) {
   if (watched == m_tree->viewport()) {
     return event->type() == QEvent::MouseButtonPress && shHistoryMouseDown(*static_cast<QMouseEvent *>(event));
+  }
+  if (event->type() == QEvent::ContextMenu) {
+    m_isMenuByKey = static_cast<QContextMenuEvent *>(event)->reason() == QContextMenuEvent::Keyboard;
   }
   if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride) return false;
   const auto &key = *static_cast<QKeyEvent *>(event);

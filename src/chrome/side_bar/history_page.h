@@ -94,6 +94,7 @@ class THistoryPage final : public QWidget {
   QTimer m_refresh;
   QTimer m_removal;
   QElapsedTimer m_removalClock;
+  bool m_isMenuByKey = false;
   bool m_isStale = false;
   bool m_wasShown = false;
 };
