@@ -88,7 +88,7 @@ void THistoryWriter::Run() {
     const bool mustWait = state == TState::Busy || state == TState::Refused;
     if ((mustWait || (state == TState::Ready && m_hasMore)) && !m_stop) {
       m_waiting = changes + m_waiting;
-      if (m_waiting.size() > MostWaiting) m_waiting.remove(0, m_waiting.size() - MostWaiting);
+      DropOldest();
       if (mustWait) m_wake.wait_for(lock, RetryTime, [this] { return m_stop; });
     } else {
       m_removal = {};
@@ -98,6 +98,13 @@ void THistoryWriter::Run() {
     m_urgent = m_urgent || m_hasMore || std::ranges::any_of(m_waiting, &THistoryChange::IsRemoval);
     if (m_waiting.isEmpty()) m_idle.notify_all();
   }
+}
+
+// Visits are dropped, but never what the user wants to be gone.
+void THistoryWriter::DropOldest() {
+  qsizetype surplus = m_waiting.size() - MostWaiting;
+  if (surplus <= 0) return;
+  m_waiting.removeIf([&](const THistoryChange &change) { return !change.IsRemoval() && surplus-- > 0; });
 }
 
 // What is written in one transaction: a span goes by itself, in steps.

@@ -55,6 +55,7 @@ class THistoryWriter final {
   using TState = TStoreFile::TState;
 
   void Run();
+  void DropOldest();
   [[nodiscard]] QList<THistoryChange> Next();
   [[nodiscard]] TState Write(const QList<THistoryChange> &changes);
   [[nodiscard]] TState WriteOnce(const QList<THistoryChange> &changes);

@@ -218,6 +218,21 @@ class TTestHistoryStore final : public QObject {
     QCOMPARE(Addresses(store, "page").size(), 2);
   }
 
+  // Visits wait, but not all of them without end; what is to be gone does.
+  void TooMuchWaits() {
+    THistoryStore store(m_file);
+    store.AddVisit("http://secret.example/", "Page");
+    QVERIFY(store.Flush());
+    std::optional<TStoreLock> lock(std::in_place, m_file);
+    store.Remove("http://secret.example/");
+    for (int i = 0; i < 10100; ++i) store.AddVisit("http://a.example/", "Page");
+    QVERIFY(!store.Flush(1000));
+    lock.reset();
+    QTRY_VERIFY_WITH_TIMEOUT(store.Flush(), 20000);
+    QVERIFY(!store.Find("http://secret.example/"));
+    QVERIFY(store.Find("http://a.example/")->visits < 10100);
+  }
+
   // The end waits for somebody who keeps the file locked, but not for ever.
   void LockedAtTheEnd() {
     auto store = std::make_unique<THistoryStore>(m_file);
