@@ -227,6 +227,9 @@ class TestHistoryPage final : public QObject {
     QCOMPARE(TakeOpened(), u"back "_s + Address(u"a"_s, u"Page a1"_s));
     Press(m_tree, Qt::Key_C, Qt::ControlModifier);
     QCOMPARE(QGuiApplication::clipboard()->text(), Address(u"a"_s, u"Page a1"_s));
+    Press(m_tree, Qt::Key_F10, Qt::ShiftModifier);
+    Choose("pmHistoryOpenInNewWindow");
+    QCOMPARE(TakeOpened(), u"new "_s + Address(u"a"_s, u"Page a1"_s));
     Press(m_tree, Qt::Key_Delete);
     QTRY_COMPARE(TreeLines({u"Today"_s, u"a.example"_s}), QStringList(u"Page a2"_s));
     QVERIFY(m_store->Flush());
@@ -324,6 +327,7 @@ class TestHistoryPage final : public QObject {
     m_words->setFocus();
     QTest::keyClicks(m_words, u"EXAM pag"_s);
     QTRY_COMPARE(FoundLines().size(), 4);
+    Expand({u"Today"_s, u"a.example"_s});
     Press(m_words, Qt::Key_Down);
     QTRY_VERIFY(m_found->hasFocus());
     m_found->sortByColumn(1, Qt::AscendingOrder);

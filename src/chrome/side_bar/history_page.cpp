@@ -333,6 +333,11 @@ bool THistoryPage::ListKeyDown(QAbstractItemView &view, const QKeyEvent &event) 
     case Qt::Key_Escape:
       EndSearch();
       return true;
+    case Qt::Key_F10:  // desktops turn the menu key alone into a menu's event
+      if (event.modifiers() != Qt::ShiftModifier) return false;
+      m_isMenuByKey = true;
+      ShowMenu(view, {});
+      return true;
     default:
       break;
   }
