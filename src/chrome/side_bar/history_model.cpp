@@ -68,7 +68,10 @@ QModelIndex THistoryModel::IndexOf(const TNode &node) const {
 THistorySpan THistoryModel::SpanOf(const TNode &node) const {
   if (node.item.kind == TItem::TKind::Root) return {};
   const QString site = node.item.kind == TItem::TKind::Site ? node.item.key : QString();
-  return {.from = node.item.period.From(), .until = node.item.period.Until(), .site = site};
+  THistoryPeriod period = node.item.period;
+  // What was today when it was read may be yesterday by now, and has an end then.
+  if (!period.end.isValid() && period.first < QDate::currentDate()) period.end = period.first.addDays(1);
+  return {.from = period.From(), .until = period.Until(), .site = site};
 }
 
 QModelIndex THistoryModel::index(int row, int column, const QModelIndex &parent) const {
