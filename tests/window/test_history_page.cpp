@@ -117,7 +117,12 @@ class TestHistoryPage final : public QObject {
     Visit(u"a"_s, u"Page a2"_s, 0, 3);
     Visit(u"c"_s, u"Page c1"_s, 1);
     QVERIFY(m_store->Flush());
-    const auto icon = [](const QString &) { return QIcon(); };
+    m_color = Qt::red;
+    const auto icon = [this](const QString &) {
+      QPixmap picture(16, 16);
+      picture.fill(m_color);
+      return QIcon(picture);
+    };
     m_page = std::make_unique<THistoryPage>(m_language, *m_settings, *m_store, icon);
     m_tree = m_page->findChild<QTreeView *>(u"shHistory"_s);
     m_found = m_page->findChild<QTreeView *>(u"lvFindHistory"_s);
@@ -152,6 +157,20 @@ class TestHistoryPage final : public QObject {
     QTRY_COMPARE(TreeLines(), QStringList(u"Today"_s));
     QVERIFY(m_tree->isExpanded(Line({u"Today"_s, u"a.example"_s})));
     QCOMPARE(m_tree->currentIndex().data().toString(), u"Renamed"_s);
+  }
+
+  // A page shows its picture, and another one when there is one; days and sites have none.
+  void Pictures() {
+    Expand({u"Today"_s, u"b.example"_s});
+    const auto colorOf = [this](const QStringList &path) {
+      const auto icon = Line(path).data(Qt::DecorationRole).value<QIcon>();
+      return icon.isNull() ? QColor() : icon.pixmap(16).toImage().pixelColor(8, 8);
+    };
+    QCOMPARE(colorOf({u"Today"_s, u"b.example"_s, u"Page b1"_s}), QColor(Qt::red));
+    QCOMPARE(colorOf({u"Today"_s, u"b.example"_s}), QColor());
+    m_color = Qt::blue;
+    m_page->ForgetIcons();
+    QCOMPARE(colorOf({u"Today"_s, u"b.example"_s, u"Page b1"_s}), QColor(Qt::blue));
   }
 
   void ListsInOtherOrders() {
@@ -479,6 +498,7 @@ class TestHistoryPage final : public QObject {
   QLineEdit *m_text = nullptr;
   QLineEdit *m_words = nullptr;
   QStringList m_opened;
+  QColor m_color;  // of the pictures of pages
 };
 
 QTEST_MAIN(TestHistoryPage)

@@ -48,6 +48,16 @@ void THistoryModel::Refresh() {
   askAll(*m_root);
 }
 
+void THistoryModel::ForgetIcons() {
+  const std::function<void(TNode &)> forget = [&](TNode &node) {
+    node.icon = {};
+    for (const auto &child : node.children) forget(*child);
+    if (node.children.empty() || node.children.front()->item.kind != TItem::TKind::Page) return;
+    Q_EMIT dataChanged(IndexOf(*node.children.front()), IndexOf(*node.children.back()), {Qt::DecorationRole});
+  };
+  forget(*m_root);
+}
+
 std::optional<TVisitedPage> THistoryModel::PageAt(const QModelIndex &index) const {
   const TNode &node = *NodeAt(index);
   return node.item.kind == TItem::TKind::Page ? std::optional(node.item.page) : std::nullopt;

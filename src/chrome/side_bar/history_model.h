@@ -20,7 +20,7 @@ class THistoryModel final : public QAbstractItemModel {
 
  public:
   enum class TOrder { ByDay, LastVisit, MostVisited };
-  // The picture of a page; asked once for each that shows.
+  // The picture of a page; asked once for each that shows, until ForgetIcons.
   using TPageIcon = std::function<QIcon(const QString &address)>;
   // So many pages are read at once.
   static constexpr int PieceOfPages = 300;
@@ -36,6 +36,8 @@ class THistoryModel final : public QAbstractItemModel {
   void Refresh();
   // Reads the next pages behind those that are there, where there are more.
   void ReadOn(const QModelIndex &parent);
+  // There may be other pictures by now.
+  void ForgetIcons();
   // Nothing is being read.
   [[nodiscard]] bool IsAtRest() const { return m_reading.isEmpty(); }
 

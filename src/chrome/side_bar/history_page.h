@@ -32,6 +32,8 @@ class THistoryPage final : public QWidget {
 
   // Where the keyboard goes when the page is turned to.
   void FocusTree();
+  // Pages may have other pictures by now.
+  void ForgetIcons() { m_model.ForgetIcons(); }
 
  Q_SIGNALS:
   void OpenInCurrentTab(const QString &address);
