@@ -42,6 +42,10 @@ void TDefaultBrowserQuestion::Ask() {
                                                 .checkBox = m_language.Text("Default", "AlwaysAsk"),
                                                 .checkBoxState = true});
   if (!self) return;
-  if (answer.accepted) TShellAssociation(m_settings.Store(), &m_desktop).SetAll(true);
+  if (answer.accepted) MakeDefault();
   if (!answer.checked) m_settings.Set(Setting::AskDefaultBrowser, false);
+}
+
+void TDefaultBrowserQuestion::MakeDefault() {
+  TShellAssociation(m_settings.Store(), &m_desktop).SetAll(true);
 }

@@ -21,6 +21,8 @@ class TDefaultBrowserQuestion final : public QObject {
 
   // The pages of the start have been opened.
   void Begin();
+  // What the answer "Yes" does; also for the user who has said no before.
+  void MakeDefault();
 
  private:
   void AskSoon();

@@ -85,6 +85,8 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
 
 // What one module tells another that does not know it.
 void TModules::Join() {
+  QObject::connect(actions[TCommand::MakeDefaultBrowser], &QAction::triggered, &defaultBrowser,
+                   &TDefaultBrowserQuestion::MakeDefault);
   customizeMenu.OfferOn(bands);
   address->SetIcons(pageIcons);
   settings.Apply(Setting::HistoryDays, &historyKeeper,

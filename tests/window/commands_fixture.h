@@ -36,6 +36,8 @@ class TCommandsFixture {
     mail.write("#!/bin/sh\nprintf '%s\\n' \"$@\" > \"$0.new\" && mv \"$0.new\" \"$0.got\"\n");
     mail.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     mail.close();
+    for (const char *name : {"xdg-settings", "xdg-mime"})
+      QVERIFY(QFile::link(u"/bin/true"_s, m_programs.filePath(QLatin1String(name))));
     qputenv("PATH", m_programs.path().toLocal8Bit() + ':' + qgetenv("PATH"));
 
     m_f.Prepare();

@@ -11,6 +11,7 @@
 #include "chrome/favorites/add_favorite_dialog.h"
 #include "chrome/favorites/links_bar.h"
 #include "chrome/toolbar/customize_toolbar_dialog.h"
+#include "config/shell_association.h"
 #include "favorites/favorites_edit.h"
 #include "favorites/favorites_folder.h"
 #include "groups/group_folder.h"
@@ -503,6 +504,12 @@ class TestCommands final : public QObject, private TCommandsFixture {
         {TCommand::OpenNewInForeground, none, Stores(Setting::OpenNewInForeground, true)},
         {TCommand::CloseTabsFirst, none, Stores(Setting::HGCloseFirst, true)},
         {TCommand::UsePopupBlocker, none, Stores(Setting::UsePopupHalvex, false)},
+        {TCommand::FavoritesInNewTab, none, Stores(Setting::FavoritesNewWin, false)},
+        {TCommand::LinksInNewTab, none, Stores(Setting::LinksNewWin, false)},
+        {TCommand::FavoritesInColumns, none, Stores(Setting::BreakFavorites, true)},
+        {TCommand::OfferOpenAll, none, Stores(Setting::ShowOpenAllFavorites, false)},
+        {TCommand::ShowPageIcons, none, Stores(Setting::UseCustomIcons, false)},
+        {TCommand::CustomizeColor, none, Stores(Setting::ToolbarShowColor, true)},
     };
   }
 
@@ -618,6 +625,7 @@ class TestCommands final : public QObject, private TCommandsFixture {
              })),
          [this] { QVERIFY(m_asked && Window().findChild<TAddressBar *>()->count() == 0); }},
         {TCommand::SetHomePage, none, [this] { QCOMPARE(HomePage::Chosen(*m_f.store), Url(u"/a"_s)); }},
+        {TCommand::MakeDefaultBrowser, none, [this] { QVERIFY(TShellAssociation(*m_f.store).IsDefaultBrowser()); }},
         starts(TCommand::StartHome, "Home"),
         starts(TCommand::StartBlank, "Blank"),
         starts(TCommand::StartLast, "Last"),

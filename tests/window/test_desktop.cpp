@@ -83,6 +83,10 @@ class TestDesktop final : public QObject {
       QCOMPARE(m_programs.Calls().first(), u"xdg-settings|set|default-web-browser|zarvela.desktop"_s);
     } else {
       QVERIFY(m_f.store->Subkeys(TRegistryHive::ClassesRoot, {}).isEmpty());
+      // Who has said no can still change his mind.
+      m_f.window->Actions()[TCommand::MakeDefaultBrowser]->trigger();
+      QVERIFY(TShellAssociation(*m_f.store).IsDefaultBrowser());
+      QTRY_COMPARE(m_programs.Calls().value(0), u"xdg-settings|set|default-web-browser|zarvela.desktop"_s);
     }
   }
 
