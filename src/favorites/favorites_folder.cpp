@@ -6,6 +6,7 @@
 #include <QCollator>
 #include <QDir>
 #include <QHash>
+#include <QMimeDatabase>
 
 #include "config/registry_paths.h"
 #include "favorites/favorites_order.h"
@@ -92,6 +93,14 @@ QHash<QString, qsizetype> PlacesIn(const QString &folder) {
   return places;
 }
 
+// The desktop might run it. One of its own files that is a target starts something: it holds no address, or another
+// favorite leads to it.
+bool IsProgram(const QString &target) {
+  if (!QDir::isAbsolutePath(target)) return false;
+  return ShortcutFile::KindOf(target) == ShortcutFile::TKind::Desktop || FolderEntries::IsExecutable(target) ||
+         QMimeDatabase().mimeTypeForFile(target).inherits(QStringLiteral("application/x-desktop"));
+}
+
 }  // namespace
 
 namespace FavoritesFolder {
@@ -168,7 +177,7 @@ QStringList Targets(const QString &folder) {
   QStringList targets;
   for (const TFavorite &favorite : List(folder)) {
     const QString target = favorite.isFolder ? QString() : Target(favorite);
-    if (!target.isEmpty() && !ShortcutFile::IsScript(target)) targets.append(target);
+    if (!target.isEmpty() && !ShortcutFile::IsScript(target) && !IsProgram(target)) targets.append(target);
   }
   return targets;
 }

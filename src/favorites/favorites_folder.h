@@ -50,7 +50,8 @@ bool Make(const QString &folder);
 [[nodiscard]] QString Hint(const TFavorite &favorite);
 
 // What all favorites of one folder lead to (see Target), in its order; without its sub-folders. For what opens all of
-// them: addresses that are scripts ("javascript:") are left out, since those run only when the user chooses them.
+// them: scripts ("javascript:") and programs, which are executable files and what starts them on the desktop, are left
+// out, since those run only when the user chooses them.
 [[nodiscard]] QStringList Targets(const QString &folder);
 // The addresses in all internet shortcuts (".url") right in the folder, hidden ones too, in the order of the disk;
 // without scripts, and without those that hold none.

@@ -171,6 +171,12 @@ bool IsFolder(const QString &path) {
   return ::stat(NativePath::ToBytes(path).constData(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
+bool IsExecutable(const QString &path) {
+  const QByteArray bytes = NativePath::ToBytes(path);
+  struct stat status {};
+  return ::stat(bytes.constData(), &status) == 0 && S_ISREG(status.st_mode) && ::access(bytes.constData(), X_OK) == 0;
+}
+
 bool IsLink(const QString &path) {
   struct stat status {};
   return ::lstat(NativePath::ToBytes(path).constData(), &status) == 0 && S_ISLNK(status.st_mode);

@@ -36,6 +36,8 @@ enum class THidden { LeftOut, Listed };
 [[nodiscard]] bool Exists(const QString &path);
 [[nodiscard]] bool IsFolder(const QString &path);
 [[nodiscard]] bool IsLink(const QString &path);
+// A file, or a link to one, that the user may run as a program.
+[[nodiscard]] bool IsExecutable(const QString &path);
 
 // The calls below answer 0, or the system's number of the reason (for qt_error_string).
 

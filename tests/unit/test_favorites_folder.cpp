@@ -100,6 +100,37 @@ class TTestFavoritesFolder final : public QObject {
     QCOMPARE(FavoritesFolder::Targets(m_folder), QStringList({"http://a.example", In("b.url"), In("c.txt")}));
   }
 
+  // What the desktop would run is not opened together with all others, however it is reached.
+  void ProgramsAreNoTargets_data() {
+    Columns<QString, QString, bool, bool>("name", "text", "isExecutable", "isTarget");
+    const char *starter = "[Desktop Entry]\nType=Application\nName=x\nExec=x\n";
+    Row("plain file", "a.txt", "text", false, true);
+    Row("link of the desktop", "a.desktop", "[Desktop Entry]\nType=Link\nURL=http://a.test/\n", false, true);
+    Row("starter", "a.DESKTOP", starter, false, false);
+    Row("starter under another name", "a", starter, false, false);
+    Row("executable", "a.txt", "text", true, false);
+    Row("leads to a plain file", "a.url", "[InternetShortcut]\nURL=$/.d/plain.txt\n", false, true);
+    Row("leads to a starter", "a.url", "[InternetShortcut]\nURL=$/.d/x.desktop\n", false, false);
+    Row("leads to an executable", "a.url", "[InternetShortcut]\nURL=$/.d/run\n", false, false);
+    Row("desktop's own leads to one", "a.desktop", "[Desktop Entry]\nType=Link\nURL=$/.d/run\n", false, false);
+  }
+  void ProgramsAreNoTargets() {
+    QFETCH(QString, name);
+    QFETCH(QString, text);
+    QFETCH(bool, isExecutable);
+    const auto allow = [this](const QString &file) {
+      QVERIFY(QFile::setPermissions(In(file), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    };
+    Make(".d/");
+    Put(".d/plain.txt", "text");
+    Put(".d/x.desktop", "[Desktop Entry]\nType=Link\nURL=http://a.test/\n");
+    Put(".d/run", "text");
+    allow(".d/run");
+    Put(name, text.replace('$', m_folder).toUtf8());
+    if (isExecutable) allow(name);
+    QTEST(FavoritesFolder::Targets(m_folder).size() == 1, "isTarget");
+  }
+
   // Circles of links, what cannot be read, and names that are no text.
   void HostileFolders() {
     Make("a/");
