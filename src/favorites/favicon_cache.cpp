@@ -56,15 +56,18 @@ bool TFaviconCache::HasSite(const QString &address) {
   return (url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https")) && !url.host().isEmpty();
 }
 
-void TFaviconCache::Put(const QString &address, const QImage &icon) {
-  if (icon.isNull() || !HasSite(address)) return;
+bool TFaviconCache::Put(const QString &address, const QImage &icon) {
+  if (icon.isNull() || !HasSite(address)) return false;
   const QUrl url(address);
   const QImage small = Small(icon);
   const QImage site = Load(SiteKey(url));
-  if (site.isNull() || (IsFirstPage(url) && site != small)) Store(SiteKey(url), small);
+  const bool isForSite = site.isNull() || (IsFirstPage(url) && site != small);
+  if (isForSite) Store(SiteKey(url), small);
   const QImage page = Load(PageKey(url));
   // One that is as its site's needs no file of its own, unless it has one that says something else.
-  if (page.isNull() ? !site.isNull() && site != small && !IsFirstPage(url) : page != small) Store(PageKey(url), small);
+  const bool isForPage = page.isNull() ? !site.isNull() && site != small && !IsFirstPage(url) : page != small;
+  if (isForPage) Store(PageKey(url), small);
+  return isForSite || isForPage;
 }
 
 QImage TFaviconCache::Find(const QString &address) const {
@@ -131,21 +134,24 @@ void TFaviconCache::Store(const QByteArray &key, const QImage &icon) {
   m_images.insert(key, new QImage(icon));
   if (!MakePrivateFolder(m_folder)) return;
   if (m_files < 0) m_files = int(QDir(m_folder).entryList({NamePattern}, QDir::Files).size());
-  if (m_files >= MostFiles) DropOldest();
-  QBuffer buffer;
   const QString path = PathOf(m_folder, key);
+  const bool isNew = !QFile::exists(path);
+  if (isNew && m_files >= MostFiles) DropOldest();
+  QBuffer buffer;
   const QString part = path + QLatin1String(".part");
   // Not brought to the disk: what a power cut leaves of it counts as none.
   QFile::remove(part);
   if (!icon.save(&buffer, "PNG") || FolderEntries::CreateUnseen(part, buffer.data()) != 0) return;
   QFile::remove(path);
-  if (QFile::rename(part, path)) ++m_files;
+  if (QFile::rename(part, path) && isNew) ++m_files;
 }
 
 void TFaviconCache::DropOldest() {
   QDir folder(m_folder);
   const QStringList names = folder.entryList({NamePattern}, QDir::Files, QDir::Time | QDir::Reversed);
   m_files = int(names.size());
+  // Others may have taken some away.
+  if (m_files < MostFiles) return;
   for (const QString &name : names.first(qMin<qsizetype>(names.size(), DroppedAtOnce))) {
     if (folder.remove(name)) --m_files;
   }

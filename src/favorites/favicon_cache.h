@@ -26,8 +26,8 @@ class TFaviconCache final {
   [[nodiscard]] static bool HasSite(const QString &address);
 
   // The icon of that page, and of its site where that has none yet or this is its first page. Larger ones are made
-  // smaller. What HasSite refuses and a null image do nothing. Writes only what has changed.
-  void Put(const QString &address, const QImage &icon);
+  // smaller. What HasSite refuses and a null image do nothing. Writes only what has changed; false when nothing has.
+  bool Put(const QString &address, const QImage &icon);
   // That of the page, else that of its site, else null. Looks at the disk once for each address.
   [[nodiscard]] QImage Find(const QString &address) const;
   // The same from memory alone; nothing where the disk would have to be looked at.

@@ -397,6 +397,29 @@ class TTestFavoritesFolder final : public QObject {
     QVERIFY(count < TFaviconCache::MostFiles && count > TFaviconCache::MostFiles / 2);
   }
 
+  // One that takes the place of another is no more, and where others have made room nothing goes.
+  void NewIconsCount() {
+    const QString folder = m_temporary->filePath("icons");
+    TFaviconCache cache(folder);
+    QImage image(1, 1, QImage::Format_RGB32);
+    const auto put = [&](const QString &address, int number) {
+      image.setPixel(0, 0, QRgb(number));
+      return cache.Put(address, image);
+    };
+    QVERIFY(put("http://a.test/", 1) && !put("http://a.test/", 1));
+    for (int i = 2; i < TFaviconCache::MostFiles + 2; ++i) QVERIFY(put("http://b.test/", i));
+    QCOMPARE(QDir(folder).entryList(QDir::Files).size(), 2);
+    for (int i = 0; i < TFaviconCache::MostFiles - 2; ++i) {
+      QVERIFY(QFile(folder + '/' + QString::number(i) + ".png").open(QIODevice::WriteOnly));
+    }
+    TFaviconCache full(folder);
+    QVERIFY(full.Put("http://a.test/", image));
+    QCOMPARE(QDir(folder).entryList(QDir::Files).size(), TFaviconCache::MostFiles);
+    for (int i = 0; i < 100; ++i) QVERIFY(QFile::remove(folder + '/' + QString::number(i) + ".png"));
+    QVERIFY(full.Put("http://c.test/", image));
+    QCOMPARE(QDir(folder).entryList(QDir::Files).size(), TFaviconCache::MostFiles - 99);
+  }
+
  private:
   [[nodiscard]] QString In(const QString &name) const { return m_folder + '/' + name; }
   void Put(const QString &name, const QByteArray &bytes) const {
