@@ -86,12 +86,13 @@ bool TFavoriteDrop::eventFilter(QObject *watched, QEvent *event) {
     case QEvent::Drop: {
       auto *drop = static_cast<QDropEvent *>(event);
       if (m_pages.contains(watched) && !FavoriteDrag::AreFavorites(*drop->mimeData())) break;
-      const QStringList paths = PathsIn(*drop->mimeData());
-      if (paths.isEmpty()) break;
+      // Looks at the disk, so not at each move.
+      if (event->type() == QEvent::DragEnter) m_dragged = PathsIn(*drop->mimeData());
+      if (m_dragged.isEmpty()) break;
       // The favorites stay where they are.
       drop->setDropAction(drop->possibleActions().testFlag(Qt::CopyAction) ? Qt::CopyAction : Qt::LinkAction);
       drop->accept();
-      if (event->type() == QEvent::Drop) Open(paths);
+      if (event->type() == QEvent::Drop) Open(m_dragged);
       return true;
     }
     default:

@@ -35,5 +35,6 @@ class TFavoriteDrop final : public QObject {
 
   TFavoriteLauncher &m_launcher;
   std::function<QString()> m_root;
+  QStringList m_dragged;          // what PathsIn has found when it came
   QSet<const QObject *> m_pages;  // and all that is in them
 };
