@@ -1,3 +1,5 @@
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <QClipboard>
 #include <QDrag>
 #include <QDropEvent>
@@ -280,6 +282,29 @@ class TestFavoritesLinks final : public QObject, private TFavoritesFixture {
         QVERIFY2(shown.at(i)->hasFocus(), qPrintable(QString::number(i)));
       }
     }
+  // Also where the times of the disk are too coarse to tell that there was one.
+  void ShowsEachChange() {
+    const QString folder = Root() + u"/Links"_s;
+    const QString inside = Put(u"Links/f"_s, u"inside"_s, Page(2));
+    Put(u"Links"_s, u"one"_s, Page(1));
+    ShowBar();
+    settings->Set(Setting::ShowOpenAllFavorites, false);
+    QCOMPARE(Captions(*Opened(Button(u"f"_s)->menu())), QStringList{u"inside"_s});
+    struct stat before {};
+    QCOMPARE(::stat(folder.toUtf8().constData(), &before), 0);
+    QVERIFY(QFile::remove(folder + u"/one.url"_s));
+    const timespec times[] = {before.st_atim, before.st_mtim};
+    QCOMPARE(::utimensat(AT_FDCWD, folder.toUtf8().constData(), times, 0), 0);
+    view->Links()->Refresh();
+    QCOMPARE(Texts(), QStringList{u"f"_s});
+    QVERIFY(QFile::remove(inside));
+    QCOMPARE(Captions(*Opened(Button(u"f"_s)->menu())), QStringList{language.Global("EmptyFolder")});
+    Put(u"Links/f"_s, u"again"_s, Page(2));
+    QCOMPARE(Captions(*Opened(Button(u"f"_s)->menu())), QStringList{u"again"_s});
+    QVERIFY(QFile::remove(Root() + u"/Links/f/again.url"_s));
+    QCOMPARE(Captions(*Opened(Button(u"f"_s)->menu())), QStringList{language.Global("EmptyFolder")});
+  }
+
     QTest::keyClick(more, Qt::Key_Right);
     QVERIFY(more->hasFocus());
     QTest::keyClick(more, Qt::Key_Home);

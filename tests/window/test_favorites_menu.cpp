@@ -251,8 +251,16 @@ class TestFavoritesMenu final : public QObject, private TFavoritesFixture {
     QVERIFY(item == Item(open, u"red"_s));
     open->close();
     settings->Set(Setting::UseCustomIcons, false);
-    QTest::qWait(0);
     QCOMPARE(middle(), plain);
+    // Kept all the same, for when they are wanted again.
+    server.Route("/red", TTestResponse::Page("<link rel=icon href=/icon.svg><title>Red</title>"));
+    const QIcon blue = tabs->Tab(0)->Browser()->Icon();
+    tabs->Tab(0)->Reload(true);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        tabs->Tab(0)->Browser()->Icon().cacheKey() != blue.cacheKey() && !tabs->Tab(0)->Browser()->Icon().isNull(),
+        LoadTime);
+    settings->Set(Setting::UseCustomIcons, true);
+    QTRY_COMPARE(middle(), QColor(Qt::red));
   }
 
   void Adds() {

@@ -21,11 +21,11 @@ void TFavoriteIcons::Follow(TBrowserTab *tab) {
   connect(tab->Browser(), &THalvexBrowser::IconChanged, this, [this, tab] { Keep(tab); });
 }
 
-void TFavoriteIcons::Keep(TBrowserTab *tab) {
-  if (!m_settings.Get(Setting::UseCustomIcons) || tab->Browser() == nullptr) return;
+void TFavoriteIcons::Keep(const TBrowserTab *tab) {
+  if (tab->Browser() == nullptr) return;
   const QIcon icon = tab->Browser()->Icon();
   if (icon.isNull()) return;
-  m_cache.Put(tab->GetLocationUrl(), icon.pixmap(TFaviconCache::Size).toImage());
+  if (!m_cache.Put(tab->GetLocationUrl(), icon.pixmap(TFaviconCache::Size).toImage())) return;
   ++m_version;
   Q_EMIT Came();
 }

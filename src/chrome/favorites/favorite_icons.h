@@ -30,14 +30,15 @@ class TFavoriteIcons final : public QObject {
   [[nodiscard]] QIcon Of(const TFavorite &favorite) const;
   // The same of an address that is known already.
   [[nodiscard]] QIcon OfAddress(const QString &address) const;
+  // Keeps the icon that the page in this tab has now, whether icons are shown or not.
+  void Keep(const TBrowserTab *tab);
 
  Q_SIGNALS:
-  // A page has shown its icon.
+  // A page has shown an icon that was not known.
   void Came();
 
  private:
   void Follow(TBrowserTab *tab);
-  void Keep(TBrowserTab *tab);
 
   TSettings &m_settings;
   TFaviconCache m_cache;

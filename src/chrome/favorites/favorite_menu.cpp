@@ -179,10 +179,11 @@ void TFavoriteMenu::Fill() {
       m_items.append(m_menus.AddLink(m_menu, favorite, m_menus.m_icons.Page()));
     }
   }
-  if (m_placeHolder == nullptr) return;
+  if (m_kind != TKind::Folder) return;
   if (!m_items.isEmpty()) {
     delete std::exchange(m_placeHolder, nullptr);
   } else {
+    if (m_placeHolder == nullptr) m_placeHolder = m_menu->addAction(PlaceHolder);
     m_placeHolder->setText(m_menus.m_language.Global("EmptyFolder"));
     m_placeHolder->setEnabled(false);
   }
@@ -198,7 +199,8 @@ void TFavoriteMenu::AddFolder(const TFavorite &favorite) {
 }
 
 void TFavoriteMenu::BeginIcons() {
-  if (std::exchange(m_iconVersion, m_menus.m_icons.Version()) != m_iconVersion) m_iconsShown = 0;
+  const int version = m_menus.m_icons.Version();
+  if (std::exchange(m_iconVersion, version) != version) m_iconsShown = 0;
   if (m_iconsShown < m_items.size()) m_iconTimer.start();
 }
 

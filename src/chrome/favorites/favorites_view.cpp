@@ -144,6 +144,7 @@ void TFavoritesView::Refresh() {
 void TFavoritesView::AddTab(TBrowserTab *tab) {
   if (tab == nullptr || DialogGate::IsClosed()) return;
   const QString address = tab->AddressToSave().isEmpty() ? BlankPageAddress : tab->AddressToSave();
+  m_icons.Keep(tab);
   const QPointer<TFavoritesView> self(this);
   const QPointer<TfrmAddFavorite> dialog(new TfrmAddFavorite(m_language, tab->ListCaption(), Folder(),
                                                              m_settings.Get(Setting::LastFavoritesFolder), m_window));

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QDrag>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QMenu>
 #include <QMimeData>
@@ -27,7 +28,8 @@ constexpr int Gap = 1;              // pixels between two buttons
 constexpr int LongestCaption = 40;  // characters
 constexpr int LeastWidth = 60;      // pixels
 constexpr int MarkWidth = 2;
-constexpr int IconDelay = 100;  // milliseconds in which the icons of several pages come together
+constexpr int IconDelay = 100;    // milliseconds in which the icons of several pages come together
+constexpr int IconPatience = 20;  // milliseconds that reading the icons of a menu may take
 
 // The file of another program, as a link with its name.
 QString NameOf(const TDroppedLink &link) {
@@ -81,11 +83,14 @@ TLinksBar::TLinksBar(TFavoriteLauncher &launcher, TFavoriteCommands &commands, c
   m_iconTimer.setInterval(IconDelay);
   connect(&m_iconTimer, &QTimer::timeout, this, &TLinksBar::ShowIcons);
   connect(&icons, &TFavoriteIcons::Came, &m_iconTimer, QOverload<>::of(&QTimer::start));
+  settings.Follow(Setting::UseCustomIcons, this, [this] { m_iconTimer.start(0); });
 }
 
 TLinksBar::~TLinksBar() = default;
 
 void TLinksBar::Refresh() {
+  // The times of some disks are too coarse to tell a change from the one before.
+  m_menus.MarkStale();
   m_isStale = m_isDragging || HasOpenMenu();
   if (m_isStale) return;
   const bool isThere = QFileInfo(FavoritesFolder::LinksPath(m_settings.Store())).isDir();
@@ -123,6 +128,7 @@ void TLinksBar::Rebuild() {
   qDeleteAll(std::exchange(m_buttons, {}));
   qDeleteAll(std::exchange(m_customize, {}));
   m_shown.clear();
+  m_addresses.clear();
   for (QAction *item : m_menu->actions()) {
     const TFavorite favorite = TFavoriteMenus::FavoriteOf(item);
     if (!favorite.path.isEmpty()) AddButton(item, favorite);
@@ -176,13 +182,23 @@ void TLinksBar::OrderForKeys() {
 }
 
 void TLinksBar::ShowIcons() {
-  if (!m_icons.HasOwn()) return;
   for (qsizetype i = 0; i < m_buttons.size(); ++i) {
-    if (m_shown.at(i).isFolder) continue;
-    const QIcon icon = m_icons.Of(m_shown.at(i));
-    if (icon.cacheKey() != m_buttons.at(i)->icon().cacheKey()) m_buttons.at(i)->setIcon(icon);
+    if (!m_buttons.at(i)->isHidden()) ShowIcon(i);
   }
 }
+// Reads the file the first time.
+void TLinksBar::ShowIcon(qsizetype number) {
+  const TFavorite &favorite = m_shown.at(number);
+  if (favorite.isFolder) return;
+  QIcon icon = m_icons.Page();
+  if (m_icons.HasOwn()) {
+    QString &address = m_addresses[favorite.path];
+    if (address.isEmpty()) address = FavoritesFolder::Target(favorite);
+    icon = m_icons.OfAddress(address);
+  }
+  if (icon.cacheKey() != m_buttons.at(number)->icon().cacheKey()) m_buttons.at(number)->setIcon(icon);
+}
+
 
 QSize TLinksBar::sizeHint() const {
   int width = 0;
@@ -211,6 +227,7 @@ void TLinksBar::Arrange() {
   bool isOver = false;  // what follows the first that does not fit is behind the extender, too
   for (QToolButton *button : m_buttons) {
     const int wanted = button->sizeHint().width();
+    if (button->isHidden() && !isOver) m_iconTimer.start(0);
     isOver = isOver || x + wanted > width() - extender;
     button->setVisible(!isOver);
     if (!isOver) place(button, x, wanted);
@@ -224,12 +241,16 @@ void TLinksBar::resizeEvent(QResizeEvent *event) {
 }
 
 void TLinksBar::FillExtender() {
+  QElapsedTimer time;
+  time.start();
   m_extenderMenu->clear();
   for (qsizetype i = 0; i < m_buttons.size(); ++i) {
     const QToolButton *button = m_buttons.at(i);
     if (!button->isHidden()) continue;
     if (button->menu() != nullptr) {
       m_extenderMenu->addAction(button->menu()->menuAction());
+      // Of very many links the menu is there at once, without all of their icons.
+      if (!time.hasExpired(IconPatience)) ShowIcon(i);
     } else {
       m_menus.AddLink(m_extenderMenu, m_shown.at(i), button->icon());
     }

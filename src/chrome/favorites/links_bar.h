@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QPointer>
 #include <QTimer>
@@ -69,6 +70,7 @@ class TLinksBar final : public QWidget {
   void Rebuild();
   void AddButton(QAction *item, const TFavorite &favorite);
   void Arrange();
+  void ShowIcon(qsizetype number);
   void FillExtender();
   void ShowIcons();
   void OrderForKeys();
@@ -96,8 +98,9 @@ class TLinksBar final : public QWidget {
   QToolButton *m_extender;  // tbxLinks
   QWidget *m_mark;          // the gap between two buttons where a thing would be dropped
   QList<QToolButton *> m_buttons;
-  QList<QAction *> m_customize;  // at the end of the menu
-  TFavorites m_shown;            // of the buttons, in their order
+  QList<QAction *> m_customize;         // at the end of the menu
+  TFavorites m_shown;                   // of the buttons, in their order
+  QHash<QString, QString> m_addresses;  // of those whose files have been read, by their paths
   QPoint m_pressed;
   bool m_isThere = false;
   bool m_isDragging = false;  // the buttons stay as they are
