@@ -37,11 +37,11 @@ class TestFavoritesLinks final : public QObject, private TFavoritesFixture {
     }
     return nullptr;
   }
-  void Drop(const QMimeData &data, const QPoint &place) const {
-    QDragEnterEvent enter(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+  void Drop(const QMimeData &data, const QPoint &place, Qt::KeyboardModifiers keys = Qt::NoModifier) const {
+    QDragEnterEvent enter(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, keys);
     QApplication::sendEvent(view->Links(), &enter);
     if (!enter.isAccepted()) return;
-    QDropEvent drop(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QDropEvent drop(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, keys);
     QApplication::sendEvent(view->Links(), &drop);
   }
   void ShowBar(int width = 600) {
@@ -180,18 +180,38 @@ class TestFavoritesLinks final : public QObject, private TFavoritesFixture {
     QFile file(elsewhere);
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write("[InternetShortcut]\r\nURL=http://s.test/\r\n") > 0);
     file.close();
+    QFile text(Path(u"text.html"_s));
+    QVERIFY(text.open(QIODevice::WriteOnly) && text.write("text") > 0);
+    text.close();
     ShowBar();
     QMimeData several;
-    several.setUrls({QUrl(Page(1)), QUrl(Page(2)), QUrl(Page(3)), QUrl::fromLocalFile(elsewhere),
-                     QUrl::fromLocalFile(Path(u"text.html"_s))});
+    several.setUrls({QUrl(Page(1)), QUrl(Page(2)), QUrl::fromLocalFile(Path(u"gone"_s)), QUrl(Page(3)),
+                     QUrl::fromLocalFile(elsewhere), QUrl::fromLocalFile(text.fileName())});
     const QString titles = Page(2) + u"\nTwo\n"_s + Page(1) + u"\nOne\n"_s;
     several.setData(u"text/x-moz-url"_s, QByteArray(reinterpret_cast<const char *>(titles.utf16()), titles.size() * 2));
     Drop(several, QPoint(1, 1));
     QTRY_COMPARE(Texts(), (QStringList{u"One"_s, u"Two"_s, u"127.0.0.1"_s, u"Shortcut"_s, u"text"_s}));
-    QVERIFY(QFile::exists(elsewhere));
+    QVERIFY(!Told().isEmpty());  // of the one that is gone, which keeps no other away
+    QVERIFY(QFile::exists(elsewhere) && QFile::exists(text.fileName()));
     const TFavorites all = FavoritesFolder::List(Root() + u"/Links"_s);
     QCOMPARE(FavoritesFolder::Target(all.at(1)), Page(2));
     QCOMPARE(FavoritesFolder::Target(all.at(3)), u"http://s.test/"_s);
+    QCOMPARE(FavoritesFolder::Target(all.at(4)), Root() + u"/Links/text.html"_s);
+    // Files alone, however many.
+    QMimeData files;
+    QList<QUrl> urls;
+    for (int i = 0; i < 60; ++i) {
+      QVERIFY(QFile::copy(elsewhere, Path(u"s%1.url"_s.arg(i))));
+      urls.append(QUrl::fromLocalFile(Path(u"s%1.url"_s.arg(i))));
+    }
+    files.setUrls(urls);
+    Drop(files, QPoint(1, 1));
+    QCOMPARE(FavoritesFolder::List(Root() + u"/Links"_s).size(), 65);
+    // With Ctrl favorites are copied.
+    QMimeData favorite;
+    favorite.setData(u"application/x-zarvela-favorites"_s, (Root() + u"/Links/Shortcut.url"_s).toUtf8() + '\0');
+    Drop(favorite, QPoint(1, 1), Qt::ControlModifier);
+    QCOMPARE(FavoritesFolder::List(Root() + u"/Links"_s).size(), 66);
   }
 
   // A folder's button opens its menu when it is let go, and is dragged before.
@@ -217,7 +237,13 @@ class TestFavoritesLinks final : public QObject, private TFavoritesFixture {
     QCOMPARE(drag->mimeData()->data(u"application/x-zarvela-favorites"_s),
              isFolder ? (Root() + u"/Links/f"_s).toUtf8() + '\0' : link.toUtf8() + '\0');
     QCOMPARE(drag->mimeData()->urls(),
-             QList<QUrl>{isFolder ? QUrl::fromLocalFile(Root() + u"/Links/f"_s) : QUrl(Page(1))});
+             QList<QUrl>{QUrl::fromLocalFile(isFolder ? Root() + u"/Links/f"_s : link)});
+    if (!isFolder) {
+      QCOMPARE(drag->mimeData()->text(), Page(1));
+      const QByteArray titled = drag->mimeData()->data(u"text/x-moz-url"_s);
+      QCOMPARE(QString::fromUtf16(reinterpret_cast<const char16_t *>(titled.constData()), titled.size() / 2),
+               Page(1) + u"\none"_s);
+    }
     QVERIFY(QFile::exists(link));  // nobody has taken it
     if (!isFolder) return;
     bool isOpen = false;
@@ -256,6 +282,29 @@ class TestFavoritesLinks final : public QObject, private TFavoritesFixture {
     QTRY_COMPARE(Texts(), (QStringList{u"f"_s, u"one"_s, u"two"_s}));
   }
 
+  // Also where the times of the disk are too coarse to tell that there was one.
+  void ShowsEachChange() {
+    const QString folder = Root() + u"/Links"_s;
+    const QString inside = Put(u"Links/f"_s, u"inside"_s, Page(2));
+    Put(u"Links"_s, u"one"_s, Page(1));
+    ShowBar();
+    settings->Set(Setting::ShowOpenAllFavorites, false);
+    QCOMPARE(Captions(*Opened(Button(u"f"_s)->menu())), QStringList{u"inside"_s});
+    struct stat before {};
+    QCOMPARE(::stat(folder.toUtf8().constData(), &before), 0);
+    QVERIFY(QFile::remove(folder + u"/one.url"_s));
+    const timespec times[] = {before.st_atim, before.st_mtim};
+    QCOMPARE(::utimensat(AT_FDCWD, folder.toUtf8().constData(), times, 0), 0);
+    view->Links()->Refresh();
+    QCOMPARE(Texts(), QStringList{u"f"_s});
+    QVERIFY(QFile::remove(inside));
+    QCOMPARE(Captions(*Opened(Button(u"f"_s)->menu())), QStringList{language.Global("EmptyFolder")});
+    Put(u"Links/f"_s, u"again"_s, Page(2));
+    QCOMPARE(Captions(*Opened(Button(u"f"_s)->menu())), QStringList{u"again"_s});
+    QVERIFY(QFile::remove(Root() + u"/Links/f/again.url"_s));
+    QCOMPARE(Captions(*Opened(Button(u"f"_s)->menu())), QStringList{language.Global("EmptyFolder")});
+  }
+
   // In their order, from whatever they were made for; the button for the rest is the last.
   void Keys() {
     for (const char *name : {"aaaaaaaa", "bbbbbbbb", "cccccccc", "dddddddd"}) {
@@ -282,29 +331,6 @@ class TestFavoritesLinks final : public QObject, private TFavoritesFixture {
         QVERIFY2(shown.at(i)->hasFocus(), qPrintable(QString::number(i)));
       }
     }
-  // Also where the times of the disk are too coarse to tell that there was one.
-  void ShowsEachChange() {
-    const QString folder = Root() + u"/Links"_s;
-    const QString inside = Put(u"Links/f"_s, u"inside"_s, Page(2));
-    Put(u"Links"_s, u"one"_s, Page(1));
-    ShowBar();
-    settings->Set(Setting::ShowOpenAllFavorites, false);
-    QCOMPARE(Captions(*Opened(Button(u"f"_s)->menu())), QStringList{u"inside"_s});
-    struct stat before {};
-    QCOMPARE(::stat(folder.toUtf8().constData(), &before), 0);
-    QVERIFY(QFile::remove(folder + u"/one.url"_s));
-    const timespec times[] = {before.st_atim, before.st_mtim};
-    QCOMPARE(::utimensat(AT_FDCWD, folder.toUtf8().constData(), times, 0), 0);
-    view->Links()->Refresh();
-    QCOMPARE(Texts(), QStringList{u"f"_s});
-    QVERIFY(QFile::remove(inside));
-    QCOMPARE(Captions(*Opened(Button(u"f"_s)->menu())), QStringList{language.Global("EmptyFolder")});
-    Put(u"Links/f"_s, u"again"_s, Page(2));
-    QCOMPARE(Captions(*Opened(Button(u"f"_s)->menu())), QStringList{u"again"_s});
-    QVERIFY(QFile::remove(Root() + u"/Links/f/again.url"_s));
-    QCOMPARE(Captions(*Opened(Button(u"f"_s)->menu())), QStringList{language.Global("EmptyFolder")});
-  }
-
     QTest::keyClick(more, Qt::Key_Right);
     QVERIFY(more->hasFocus());
     QTest::keyClick(more, Qt::Key_Home);

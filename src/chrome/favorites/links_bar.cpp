@@ -13,12 +13,12 @@
 
 #include "chrome/favorites/favorite_commands.h"
 #include "chrome/favorites/favorite_icons.h"
-#include "chrome/folder_view/dropped_links.h"
+#include "chrome/favorites/page_shortcut.h"
+#include "chrome/folder_view/dropped_favorites.h"
 #include "config/language.h"
 #include "config/settings.h"
 #include "favorites/favorite_drag.h"
 #include "favorites/favorites_edit.h"
-#include "favorites/shortcut_file.h"
 #include "ui/message_box.h"
 #include "ui/shown_text.h"
 
@@ -30,13 +30,6 @@ constexpr int LeastWidth = 60;      // pixels
 constexpr int MarkWidth = 2;
 constexpr int IconDelay = 100;    // milliseconds in which the icons of several pages come together
 constexpr int IconPatience = 20;  // milliseconds that reading the icons of a menu may take
-
-// The file of another program, as a link with its name.
-QString NameOf(const TDroppedLink &link) {
-  if (!link.title.isEmpty()) return link.title;
-  const QUrl url(link.address);
-  return url.isLocalFile() ? QFileInfo(url.toLocalFile()).completeBaseName() : url.host();
-}
 
 }  // namespace
 
@@ -186,6 +179,7 @@ void TLinksBar::ShowIcons() {
     if (!m_buttons.at(i)->isHidden()) ShowIcon(i);
   }
 }
+
 // Reads the file the first time.
 void TLinksBar::ShowIcon(qsizetype number) {
   const TFavorite &favorite = m_shown.at(number);
@@ -198,7 +192,6 @@ void TLinksBar::ShowIcon(qsizetype number) {
   }
   if (icon.cacheKey() != m_buttons.at(number)->icon().cacheKey()) m_buttons.at(number)->setIcon(icon);
 }
-
 
 QSize TLinksBar::sizeHint() const {
   int width = 0;
@@ -227,8 +220,8 @@ void TLinksBar::Arrange() {
   bool isOver = false;  // what follows the first that does not fit is behind the extender, too
   for (QToolButton *button : m_buttons) {
     const int wanted = button->sizeHint().width();
-    if (button->isHidden() && !isOver) m_iconTimer.start(0);
     isOver = isOver || x + wanted > width() - extender;
+    if (button->isHidden() && !isOver) m_iconTimer.start(0);
     button->setVisible(!isOver);
     if (!isOver) place(button, x, wanted);
     x += wanted + Gap;
@@ -241,17 +234,17 @@ void TLinksBar::resizeEvent(QResizeEvent *event) {
 }
 
 void TLinksBar::FillExtender() {
+  m_extenderMenu->clear();
   QElapsedTimer time;
   time.start();
-  m_extenderMenu->clear();
   for (qsizetype i = 0; i < m_buttons.size(); ++i) {
     const QToolButton *button = m_buttons.at(i);
     if (!button->isHidden()) continue;
     if (button->menu() != nullptr) {
       m_extenderMenu->addAction(button->menu()->menuAction());
+    } else {
       // Of very many links the menu is there at once, without all of their icons.
       if (!time.hasExpired(IconPatience)) ShowIcon(i);
-    } else {
       m_menus.AddLink(m_extenderMenu, m_shown.at(i), button->icon());
     }
   }
@@ -346,18 +339,19 @@ bool TLinksBar::TakeKey(QToolButton *button, const QKeyEvent &key) {
 void TLinksBar::Drag(QToolButton *button) {
   const TFavorite favorite = FavoriteOf(button);
   button->setDown(false);
+  // As a file, which a folder or the trash can take, and as its address for whoever takes texts or pages.
   QMimeData *data = FavoriteDrag::DataOf({favorite.path});
   const QString target = FavoritesFolder::Target(favorite);
   if (!favorite.isFolder && target != favorite.path) {
     data->setText(target);
-    data->setUrls({QUrl(target)});
+    PageShortcut::AddTitled(*data, favorite.caption, target);
   }
   auto *drag = new QDrag(this);
   drag->setMimeData(data);
   drag->setPixmap(button->icon().pixmap(button->iconSize()));
   m_isDragging = true;
   const QPointer<TLinksBar> self(this);
-  drag->exec(Qt::CopyAction | Qt::MoveAction | Qt::LinkAction);
+  drag->exec(Qt::CopyAction | Qt::MoveAction | Qt::LinkAction, Qt::CopyAction);
   if (!self) return;
   m_isDragging = false;
   // Not now: the button is still on the way back from it.
@@ -396,15 +390,13 @@ void TLinksBar::ShowPlace(const TDropPlace *place) {
 }
 
 void TLinksBar::dragEnterEvent(QDragEnterEvent *event) {
-  if (FavoriteDrag::AreFavorites(*event->mimeData()) || !DroppedLinks(*event->mimeData()).isEmpty()) {
-    event->acceptProposedAction();
-  }
+  if (DroppedFavorites::CanTake(*event->mimeData())) event->acceptProposedAction();
 }
 
 void TLinksBar::dragMoveEvent(QDragMoveEvent *event) {
   const TDropPlace place = PlaceAt(event->position().toPoint());
   ShowPlace(&place);
-  event->acceptProposedAction();
+  DroppedFavorites::Propose(*event);
 }
 
 void TLinksBar::dragLeaveEvent(QDragLeaveEvent *event) {
@@ -412,30 +404,17 @@ void TLinksBar::dragLeaveEvent(QDragLeaveEvent *event) {
   QWidget::dragLeaveEvent(event);
 }
 
-TFavoritesChange TLinksBar::TakeDropped(const QMimeData &data, const TDropPlace &place) {
-  if (FavoriteDrag::AreFavorites(data)) {
-    const QStringList paths = FavoriteDrag::PathsIn(data);
-    // A folder on its own button is where it is.
-    return paths.contains(place.folder) ? TFavoritesChange() : FavoritesEdit::Move(paths, place.folder, place.position);
-  }
-  TFavoritesChange change;
-  int position = place.position;
-  for (const TDroppedLink &link : DroppedLinks(data)) {
-    const QString file = QUrl(link.address).toLocalFile();
-    // A shortcut of somebody's stays where it is.
-    change = ShortcutFile::KindOf(file) != ShortcutFile::TKind::None
-                 ? FavoritesEdit::Copy({file}, place.folder, position)
-                 : FavoritesEdit::AddPage(place.folder, NameOf(link), link.address, position);
-    if (!change.IsGood()) break;
-    if (position >= 0) ++position;
-  }
-  return change;
-}
-
 void TLinksBar::dropEvent(QDropEvent *event) {
   ShowPlace(nullptr);
-  const TFavoritesChange change = TakeDropped(*event->mimeData(), PlaceAt(event->position().toPoint()));
-  event->setDropAction(FavoriteDrag::AreFavorites(*event->mimeData()) ? Qt::MoveAction : Qt::CopyAction);
+  const TDropPlace place = PlaceAt(event->position().toPoint());
+  TFavoritesChange change;
+  // A folder on its own button is where it is.
+  if (!FavoriteDrag::PathsIn(*event->mimeData()).contains(place.folder)) {
+    change = DroppedFavorites::Take(*event->mimeData(), place.folder, place.position,
+                                    DroppedFavorites::IsCopied(*event));
+  }
+  // The one that it comes from takes nothing away: that is done here.
+  event->setDropAction(Qt::CopyAction);
   event->accept();
   // Not now: the button that is being dragged would go with it, and the drag would wait for the answer.
   const auto end = [this, error = change.error] {

@@ -9,9 +9,7 @@
 #include "chrome/favorites/favorite_menu.h"
 
 class QMenu;
-class QMimeData;
 class TFavoriteCommands;
-struct TFavoritesChange;
 class TLanguage;
 class TSettings;
 
@@ -70,9 +68,9 @@ class TLinksBar final : public QWidget {
   void Rebuild();
   void AddButton(QAction *item, const TFavorite &favorite);
   void Arrange();
-  void ShowIcon(qsizetype number);
   void FillExtender();
   void ShowIcons();
+  void ShowIcon(qsizetype number);
   void OrderForKeys();
   // Some menu shows what the bar does. It stays as it is until it has closed.
   [[nodiscard]] bool HasOpenMenu() const;
@@ -82,7 +80,6 @@ class TLinksBar final : public QWidget {
   [[nodiscard]] bool TakeKey(QToolButton *button, const QKeyEvent &key);
   [[nodiscard]] TDropPlace PlaceAt(const QPoint &place) const;
   void ShowPlace(const TDropPlace *place);
-  TFavoritesChange TakeDropped(const QMimeData &data, const TDropPlace &place);
   void Tell(const QString &error);
   [[nodiscard]] TFavorite FavoriteOf(const QToolButton *button) const;
 

@@ -44,8 +44,12 @@ QMimeData *PageShortcut::DataOf(const QString &title, const QString &address) {
   data->setData(QStringLiteral("UniformResourceLocator"), address.toUtf8());
   data->setData(QStringLiteral("FileGroupDescriptor"), DescriptorOf(name.toUtf8(), contents.size()));
   data->setData(QStringLiteral("FileContents"), contents);
-  const QString titled = address + u'\n' + title.simplified();
-  data->setData(QStringLiteral("text/x-moz-url"), QByteArray(reinterpret_cast<const char *>(titled.utf16()),
-                                                             titled.size() * qsizetype(sizeof(char16_t))));
+  AddTitled(*data, title, address);
   return data;
+}
+
+void PageShortcut::AddTitled(QMimeData &data, const QString &title, const QString &address) {
+  const QString titled = address + u'\n' + title.simplified();
+  data.setData(QStringLiteral("text/x-moz-url"), QByteArray(reinterpret_cast<const char *>(titled.utf16()),
+                                                            titled.size() * qsizetype(sizeof(char16_t))));
 }

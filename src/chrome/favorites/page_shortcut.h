@@ -11,5 +11,7 @@ namespace PageShortcut {
 // FileContents: one internet shortcut, named by the title made safe as a file name; as text/x-moz-url, for other
 // browsers: address and title.
 [[nodiscard]] QMimeData *DataOf(const QString &title, const QString &address);
+// The last of these alone, beside what is there.
+void AddTitled(QMimeData &data, const QString &title, const QString &address);
 
 }  // namespace PageShortcut

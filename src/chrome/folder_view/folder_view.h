@@ -151,8 +151,6 @@ class TFolderView final : public QTreeView {
   [[nodiscard]] QRect IndicatorOf(const TDrop &drop) const;
   // The place in FavoritesEdit's sense.
   [[nodiscard]] int PositionOf(const TDrop &drop) const;
-  void DropPaths(const QStringList &paths, const TDrop &drop, bool isCopied);
-  void DropLinks(const QMimeData &data, const TDrop &drop);
   void EndDrag();
   void ScrollAtEdge(const QPoint &place);
 

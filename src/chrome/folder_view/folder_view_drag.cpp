@@ -7,7 +7,7 @@
 #include <QScrollBar>
 #include <QStyleOption>
 
-#include "chrome/folder_view/dropped_links.h"
+#include "chrome/folder_view/dropped_favorites.h"
 #include "chrome/folder_view/folder_editor.h"
 #include "chrome/folder_view/folder_view.h"
 #include "config/language.h"
@@ -23,11 +23,6 @@ constexpr int EdgeHeight = 16;
 constexpr int ScrollStep = 8;
 // Of so many files the addresses go along as text.
 constexpr qsizetype MostAddresses = 200;
-
-// What comes from elsewhere stays where it is, whatever its owner proposes.
-bool IsCopied(const QDropEvent &event) {
-  return !FavoriteDrag::AreFavorites(*event.mimeData()) || event.modifiers().testFlag(Qt::ControlModifier);
-}
 
 bool IsWithin(const QString &folder, const QStringList &paths) {
   return std::ranges::any_of(
@@ -104,7 +99,7 @@ void TFolderView::paintEvent(QPaintEvent *event) {
 }
 
 void TFolderView::dragEnterEvent(QDragEnterEvent *event) {
-  if (FavoriteDrag::HasPaths(*event->mimeData()) || !DroppedLinks(*event->mimeData()).isEmpty()) {
+  if (DroppedFavorites::CanTake(*event->mimeData())) {
     event->acceptProposedAction();
   } else {
     event->ignore();
@@ -123,13 +118,7 @@ void TFolderView::dragMoveEvent(QDragMoveEvent *event) {
     event->ignore();
     return;
   }
-  const Qt::DropAction wanted = IsCopied(*event) ? Qt::CopyAction : Qt::MoveAction;
-  if (event->possibleActions().testFlag(wanted)) {
-    event->setDropAction(wanted);
-    event->accept();
-  } else {
-    event->acceptProposedAction();
-  }
+  DroppedFavorites::Propose(*event);
 }
 
 void TFolderView::ScrollAtEdge(const QPoint &place) {
@@ -155,7 +144,7 @@ void TFolderView::EndDrag() {
 
 void TFolderView::dropEvent(QDropEvent *event) {
   const TDrop drop = DropAt(event->position().toPoint());
-  const bool isCopied = IsCopied(*event);
+  const bool isCopied = DroppedFavorites::IsCopied(*event);
   EndDrag();
   // The one that it comes from takes nothing away: that is done here.
   event->setDropAction(Qt::CopyAction);
@@ -164,34 +153,10 @@ void TFolderView::dropEvent(QDropEvent *event) {
     Q_EMIT Told(m_language.Text("FOLDER_VIEW", "OntoFile"));
     return;
   }
-  if (const QStringList paths = FavoriteDrag::PathsIn(*event->mimeData()); !paths.isEmpty()) {
-    DropPaths(paths, drop, isCopied);
-  } else {
-    DropLinks(*event->mimeData(), drop);
-  }
-}
-
-void TFolderView::DropPaths(const QStringList &paths, const TDrop &drop, bool isCopied) {
   const QString folder = m_model.At(drop.folder).path;
-  if (IsWithin(folder, paths)) {
+  if (IsWithin(folder, FavoriteDrag::PathsIn(*event->mimeData()))) {
     Q_EMIT Told(m_language.Text("FOLDER_VIEW", "IntoItself"));
     return;
   }
-  const int position = PositionOf(drop);
-  Do(isCopied ? FavoritesEdit::Copy(paths, folder, position) : FavoritesEdit::Move(paths, folder, position));
-}
-
-// One change, so that they are taken back together.
-void TFolderView::DropLinks(const QMimeData &data, const TDrop &drop) {
-  const QString folder = m_model.At(drop.folder).path;
-  int position = PositionOf(drop);
-  TFavoritesChange all;
-  for (const TDroppedLink &link : DroppedLinks(data)) {
-    const TFavoritesChange change = FavoritesEdit::AddPage(folder, link.title, link.address, position);
-    all.steps += change.steps;
-    all.paths += change.paths;
-    if (all.error.isEmpty()) all.error = change.error;
-    if (position >= 0 && change.IsGood()) ++position;
-  }
-  Do(all);
+  Do(DroppedFavorites::Take(*event->mimeData(), folder, PositionOf(drop), isCopied));
 }

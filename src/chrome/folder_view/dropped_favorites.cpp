@@ -1,0 +1,56 @@
+#include "chrome/folder_view/dropped_favorites.h"
+
+#include <algorithm>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QUrl>
+
+#include "chrome/folder_view/dropped_links.h"
+#include "favorites/favorite_drag.h"
+
+namespace {
+
+bool IsFile(const TDroppedLink &link) {
+  return QUrl(link.address).isLocalFile();
+}
+
+}  // namespace
+
+bool DroppedFavorites::CanTake(const QMimeData &data) {
+  return FavoriteDrag::HasPaths(data) || !DroppedLinks(data).isEmpty();
+}
+
+bool DroppedFavorites::IsCopied(const QDropEvent &event) {
+  return !FavoriteDrag::AreFavorites(*event.mimeData()) || event.modifiers().testFlag(Qt::ControlModifier);
+}
+
+void DroppedFavorites::Propose(QDropEvent &event) {
+  const Qt::DropAction wanted = IsCopied(event) ? Qt::CopyAction : Qt::MoveAction;
+  if (event.possibleActions().testFlag(wanted)) {
+    event.setDropAction(wanted);
+    event.accept();
+  } else {
+    event.acceptProposedAction();
+  }
+}
+
+TFavoritesChange DroppedFavorites::Take(const QMimeData &data, const QString &folder, int position, bool isCopied) {
+  const QStringList paths = FavoriteDrag::PathsIn(data);
+  if (FavoriteDrag::AreFavorites(data)) {
+    return isCopied ? FavoritesEdit::Copy(paths, folder, position) : FavoritesEdit::Move(paths, folder, position);
+  }
+  const QList<TDroppedLink> links = DroppedLinks(data);
+  // However many they are.
+  if (std::ranges::all_of(links, &IsFile)) return FavoritesEdit::Copy(paths, folder, position);
+  TFavoritesChange all;
+  for (const TDroppedLink &link : links) {
+    const TFavoritesChange change = IsFile(link)
+                                        ? FavoritesEdit::Copy({QUrl(link.address).toLocalFile()}, folder, position)
+                                        : FavoritesEdit::AddPage(folder, link.title, link.address, position);
+    all.steps += change.steps;
+    all.paths += change.paths;
+    if (all.error.isEmpty()) all.error = change.error;
+    if (position >= 0) position += int(change.paths.size());
+  }
+  return all;
+}
