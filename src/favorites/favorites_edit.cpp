@@ -153,11 +153,20 @@ int CopyToFree(const QString &from, const QString &to, THidden which) {
   return code;
 }
 
-int MoveToFree(const QString &from, const QString &to) {
+// `left` is set to the reason where all has come to `to`, but `from`, on another disk, could not be taken away or not
+// all of it.
+int MoveToFree(const QString &from, const QString &to, int &left) {
   int code = FolderEntries::MoveToFree(from, to);
   if (code != EXDEV) return code;
   code = CopyToFree(from, to, THidden::Come);
-  return code != 0 ? code : FolderEntries::Remove(from);
+  if (code == 0) left = FolderEntries::Remove(from);
+  return code;
+}
+
+// What MoveToFree has done. What is still in its old place was not moved: to undo it takes the copy away.
+void AddMoved(TFavoritesChange &change, const QString &from, const QString &to, int left) {
+  change.steps.append(left == 0 ? TStep{TKind::Moved, from, to, {}} : TStep{TKind::Added, {}, to, {}});
+  if (left != 0) Fail(change, left);
 }
 
 void AddTrashed(TFavoritesChange &change, const QString &path) {
@@ -170,18 +179,18 @@ void AddTrashed(TFavoritesChange &change, const QString &path) {
     plain = Place(change, FolderOf(path), names, stem, ending,
                   [&](const QString &to) { return FolderEntries::MoveToFree(path, to); });
     if (plain.isEmpty()) return;
-    change.steps.append({TKind::Moved, path, plain, {}});
   }
   QFile file(plain);
-  if (file.moveToTrash()) {
-    change.steps.append({TKind::Trashed, plain, file.fileName(), {}});
-  } else {
-    Fail(change, file.errorString());
-  }
+  const bool isTrashed = file.moveToTrash();
+  if (!isTrashed) Fail(change, file.errorString());
+  // What stays keeps its name.
+  const bool isBack = !isTrashed && plain != path && FolderEntries::MoveToFree(plain, path) == 0;
+  if (plain != path && !isBack) change.steps.append({TKind::Moved, path, plain, {}});
+  if (isTrashed) change.steps.append({TKind::Trashed, plain, file.fileName(), {}});
 }
 
-// Moves `from` to the folder and name of `to`, or to a name close by.
-QString Return(TFavoritesChange &change, const QString &from, const QString &to) {
+// Moves `from` to the folder and name of `to`, or to a name close by. For `left` see MoveToFree.
+QString Return(TFavoritesChange &change, const QString &from, const QString &to, int &left) {
   const QString folder = FolderOf(to);
   if (!FavoritesFolder::Make(folder)) {
     Fail(change, ENOENT);
@@ -192,13 +201,15 @@ QString Return(TFavoritesChange &change, const QString &from, const QString &to)
   // Not that of `from`: the trash may have given it another name, with a number at its end.
   const QString ending = FolderEntries::IsFolder(from) ? QString() : EndingOfName(name);
   return Place(change, folder, names, name.chopped(ending.size()), ending,
-               [&](const QString &path) { return MoveToFree(from, path); });
+               [&](const QString &path) { return MoveToFree(from, path, left); });
 }
 
 void UndoTrashed(TFavoritesChange &change, const TStep &step) {
-  const QString path = Return(change, step.to, step.from);
+  int left = 0;
+  const QString path = Return(change, step.to, step.from, left);
   if (path.isEmpty()) return;
   change.steps.append({TKind::Added, {}, path, {}});
+  if (left != 0) return Fail(change, left);
   // The note of where it came from, in the layout of the desktops' trash.
   QString note = FolderOf(step.to);
   if (note.endsWith(QLatin1String("/files"))) {
@@ -207,14 +218,16 @@ void UndoTrashed(TFavoritesChange &change, const TStep &step) {
   }
 }
 
-void UndoStep(TFavoritesChange &change, const TStep &step) {
+TFavoritesChange UndoStep(const TStep &step) {
+  TFavoritesChange change;
+  int left = 0;
   switch (step.kind) {
     case TKind::Added:
       AddTrashed(change, step.to);
       break;
     case TKind::Moved:
-      if (const QString path = Return(change, step.to, step.from); !path.isEmpty()) {
-        change.steps.append({TKind::Moved, step.to, path, {}});
+      if (const QString path = Return(change, step.to, step.from, left); !path.isEmpty()) {
+        AddMoved(change, step.to, path, left);
       }
       break;
     case TKind::Trashed:
@@ -224,11 +237,16 @@ void UndoStep(TFavoritesChange &change, const TStep &step) {
       WriteOrder(change, step.from, step.order);
       break;
     case TKind::Changed:
-      const TFavoritesChange back = FavoritesEdit::SetAddress(step.from, step.to);
-      change.steps += back.steps;
-      Fail(change, back.error);
+      change = FavoritesEdit::SetAddress(step.from, step.to);
       break;
   }
+  return change;
+}
+
+// What the step was about: as long as it is there its undo can be tried again.
+bool IsThere(const TStep &step) {
+  const bool isNew = step.kind == TKind::Added || step.kind == TKind::Moved || step.kind == TKind::Trashed;
+  return FolderEntries::Exists(isNew ? step.to : step.from);
 }
 
 // Each path once, and none that goes along with a folder above it.
@@ -293,12 +311,17 @@ TFavoritesChange Bring(const QStringList &paths, const QString &folder, int posi
       continue;
     }
     const QString ending = EndingOf(path);
+    int left = 0;
     const QString to =
         Place(change, folder, names, NameOf(path).chopped(ending.size()), ending, [&](const QString &free) {
-          return isCopy ? CopyToFree(path, free, THidden::StayBehind) : MoveToFree(path, free);
+          return isCopy ? CopyToFree(path, free, THidden::StayBehind) : MoveToFree(path, free, left);
         });
     if (to.isEmpty()) continue;
-    change.steps.append(isCopy ? TStep{TKind::Added, {}, to, {}} : TStep{TKind::Moved, path, to, {}});
+    if (isCopy) {
+      change.steps.append({TKind::Added, {}, to, {}});
+    } else {
+      AddMoved(change, path, to, left);
+    }
     change.paths.append(to);
     arranged.append(NameOf(to));
   }
@@ -378,9 +401,14 @@ TFavoritesChange Order(const QString &folder, const std::optional<QStringList> &
   return change;
 }
 
-TFavoritesChange Undo(const TFavoritesChange &change) {
+TFavoritesChange Undo(const TFavoritesChange &change, TFavoritesChange *left) {
   TFavoritesChange back;
-  for (auto step = change.steps.rbegin(); step != change.steps.rend(); ++step) UndoStep(back, *step);
+  for (auto step = change.steps.rbegin(); step != change.steps.rend(); ++step) {
+    const TFavoritesChange one = UndoStep(*step);
+    back.steps += one.steps;
+    Fail(back, one.error);
+    if (left != nullptr && one.IsEmpty() && !one.IsGood() && IsThere(*step)) left->steps.prepend(*step);
+  }
   for (const TStep &step : std::as_const(back.steps)) {
     if (step.kind == TKind::Added || step.kind == TKind::Moved) back.paths.append(step.to);
   }

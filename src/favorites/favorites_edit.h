@@ -56,7 +56,8 @@ TFavoritesChange AddFolder(const QString &folder, const QString &caption, int po
 // A file keeps its ending. An empty caption, and the one it has, change nothing.
 TFavoritesChange Rename(const QString &path, const QString &caption);
 TFavoritesChange SetAddress(const QString &path, const QString &address);
-// A folder is not moved or copied into itself: EINVAL. Within one folder Move only changes the order.
+// A folder is not moved or copied into itself: EINVAL. Within one folder Move only changes the order. What comes from
+// another disk and cannot be taken away there has been added here, and the error says why the rest stayed.
 TFavoritesChange Move(const QStringList &paths, const QString &folder, int position = NoPosition);
 // Folders with all that is in them, without hidden files but for the order; links are copied as links.
 TFavoritesChange Copy(const QStringList &paths, const QString &folder, int position = NoPosition);
@@ -67,7 +68,8 @@ TFavoritesChange Trash(const QStringList &paths);
 TFavoritesChange Order(const QString &folder, const std::optional<QStringList> &names);
 
 // Undoes the steps, the last one first. What was added goes to the trash; what comes back to a name that has been taken
-// meanwhile gets a number. What it did, which can be undone again.
-TFavoritesChange Undo(const TFavoritesChange &change);
+// meanwhile gets a number. What it did, which can be undone again. `left`, when given, gets the steps that could not be
+// undone, to be tried again; but not those of what is not there any more.
+TFavoritesChange Undo(const TFavoritesChange &change, TFavoritesChange *left = nullptr);
 
 }  // namespace FavoritesEdit

@@ -293,6 +293,17 @@ class TTestFavoritesFolder final : public QObject {
     QVERIFY(back.IsGood() && back.paths == QStringList{In("a (2).url")});
   }
 
+  // A move from another disk, where nothing can be taken away: what has come is there, once, and can be undone.
+  void MovesFromWhereNothingGoes() {
+    const QString fixed = u"/proc/version"_s;
+    const TFavoritesChange change = FavoritesEdit::Move({fixed}, m_folder);
+    QVERIFY(!change.IsGood() && QFile::exists(fixed));
+    QCOMPARE(change.paths, QStringList{In("version")});
+    QCOMPARE(Captions(m_folder), QStringList{"version"});
+    QVERIFY(FavoritesEdit::Undo(change).IsGood());
+    QCOMPARE(Captions(m_folder), QStringList());
+  }
+
   // What another program does shows at the next look.
   void Stamps() {
     quint64 stamp = FavoritesFolder::Stamp(m_folder);

@@ -7,7 +7,11 @@ bool TFolderEditor::Take(const TFavoritesChange &change) {
 }
 
 void TFolderEditor::Undo() {
-  if (!m_done.isEmpty()) Tell(FavoritesEdit::Undo(m_done.takeLast()));
+  if (m_done.isEmpty()) return;
+  TFavoritesChange left;
+  const TFavoritesChange back = FavoritesEdit::Undo(m_done.takeLast(), &left);
+  if (!left.IsEmpty()) m_done.append(left);
+  Tell(back);
 }
 
 void TFolderEditor::Tell(const TFavoritesChange &change) {

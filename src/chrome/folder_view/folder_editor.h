@@ -15,6 +15,7 @@ class TFolderEditor final : public QObject {
   // Takes note of a change that was tried, and tells of it. True when all of it was done.
   bool Take(const TFavoritesChange &change);
   [[nodiscard]] bool CanUndo() const { return !m_done.isEmpty(); }
+  // What of it could not be undone is the last again.
   void Undo();
 
  Q_SIGNALS:
