@@ -43,9 +43,6 @@ TfrmAddFavorite::TfrmAddFavorite(const TLanguage &language, const QString &name,
   connect(m_ui->edtName, &QLineEdit::textChanged, this, &TfrmAddFavorite::UpdateOk);
   connect(m_ui->cmdNewFolder, &QPushButton::clicked, this, &TfrmAddFavorite::MakeFolder);
   connect(m_ui->cmdOK, &QPushButton::clicked, this, &QDialog::accept);
-  connect(&m_editor, &TFolderEditor::Failed, this, [this](const QString &reason) {
-    ShowWarning(this, m_language, m_language.Text("FAVORITES", "CannotChange").arg(reason));
-  });
   m_folders->SetRoot(root, TLanguage::ShortHint(language.Text("FAVORITES_POPUP", "ShowFavoritesHint")));
   m_folders->Reveal(NearestFolder(chosen, root));
   UpdateOk();

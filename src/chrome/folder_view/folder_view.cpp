@@ -202,6 +202,12 @@ TFavorites TFolderView::Selected() const {
   return selected;
 }
 
+TFavorite TFolderView::Sole() const {
+  const TFavorites selected = Selected();
+  if (selected.size() == 1) return selected.first();
+  return selected.isEmpty() && currentIndex() == m_model.RootIndex() ? Current() : TFavorite();
+}
+
 // ---- keys and mouse ----
 
 void TFolderView::MakeActions() {
@@ -225,7 +231,7 @@ void TFolderView::UpdateActions() {
   const bool areFiles = count > 0 && std::ranges::none_of(selected, &TFavorite::isFolder);
   const auto enable = [this](TFolderAction action, bool isEnabled) { Action(action)->setEnabled(isEnabled); };
   enable(TFolderAction::Open, (areFiles && count <= MostOpened) || (isOne && selected.first().isFolder));
-  enable(TFolderAction::OpenAll, Current().isFolder && count <= 1);
+  enable(TFolderAction::OpenAll, Sole().isFolder);
   for (const TFolderAction action : {TFolderAction::OpenInNewTab, TFolderAction::OpenInBackground})
     enable(action, areFiles && count <= MostOpened);
   for (const TFolderAction action : {TFolderAction::Cut, TFolderAction::Copy, TFolderAction::Delete}) {

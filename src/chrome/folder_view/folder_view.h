@@ -72,6 +72,9 @@ class TFolderView final : public QTreeView {
   [[nodiscard]] QString Folder() const;
   // In their order from top to bottom, without the root.
   [[nodiscard]] TFavorites Selected() const;
+  // The only one that is selected, or the root where it is the current one and nothing else is selected; else one
+  // without a path. The current row may be one that was just taken out of what is selected.
+  [[nodiscard]] TFavorite Sole() const;
   // What a drag of them carries: the files, and the addresses in them as text. The caller's.
   [[nodiscard]] QMimeData *SelectedData() const;
   // A name is being typed.
@@ -108,8 +111,8 @@ class TFolderView final : public QTreeView {
   void paintEvent(QPaintEvent *event) override;
 
  private:
-  // Where something that is dropped goes: before the row of the folder, or, with row -1, just into it. No folder: it
-  // cannot be dropped here.
+  // Where something that is dropped goes: before the row of the folder, or, with row -1, just into it. No folder:
+  // nothing is shown yet.
   struct TDrop {
     QPersistentModelIndex folder{};
     int row = -1;

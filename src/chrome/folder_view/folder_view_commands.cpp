@@ -11,6 +11,7 @@
 #include "chrome/folder_view/folder_view.h"
 #include "config/language.h"
 #include "favorites/favorite_drag.h"
+#include "favorites/shortcut_file.h"
 
 namespace {
 
@@ -25,7 +26,7 @@ void TFolderView::Run(TFolderAction action) {
     case TFolderAction::Open:
       return Open(TOpenPlace::BySetting);
     case TFolderAction::OpenAll:
-      return m_kind.OpenAll(Current().path);
+      return m_kind.OpenAll(Sole().path);
     case TFolderAction::OpenInNewTab:
       return Open(TOpenPlace::NewTab);
     case TFolderAction::OpenInBackground:
@@ -56,7 +57,7 @@ void TFolderView::Run(TFolderAction action) {
     case TFolderAction::CopyAddress:
       return CopyAddress();
     case TFolderAction::Properties:
-      if (!Current().path.isEmpty()) Q_EMIT PropertiesWanted(Current());
+      if (const TFavorite one = Sole(); !one.path.isEmpty()) Q_EMIT PropertiesWanted(one);
       return;
     case TFolderAction::Count:
       return;
@@ -90,6 +91,8 @@ void TFolderView::Open(TOpenPlace place) {
     setExpanded(index, !isExpanded(index));
   } else if (!selected.isEmpty()) {
     for (const TFavorite &favorite : selected) {
+      // Nothing runs without having been chosen by itself.
+      if (selected.size() > 1 && ShortcutFile::IsScript(FavoritesFolder::Target(favorite))) continue;
       m_kind.Open(favorite, place);
       // One tab is for one page.
       if (place == TOpenPlace::BySetting) place = TOpenPlace::NewTab;
@@ -117,14 +120,19 @@ void TFolderView::Paste() {
   const QStringList paths = FavoriteDrag::PathsIn(*clip);
   const bool isCut = FavoriteDrag::IsCut(*clip);
   if (paths.isEmpty()) return;
-  if (isCut) QGuiApplication::clipboard()->clear();  // it is there only once
-  Do(isCut ? FavoritesEdit::Move(paths, Folder()) : FavoritesEdit::Copy(paths, Folder()));
+  const TFavoritesChange change = isCut ? FavoritesEdit::Move(paths, Folder()) : FavoritesEdit::Copy(paths, Folder());
+  // What was cut is there only once; what could not be moved can be pasted elsewhere.
+  if (isCut && change.IsGood()) QGuiApplication::clipboard()->clear();
+  Do(change);
 }
 
 void TFolderView::Rename() {
-  if (!currentIndex().isValid()) return;
+  const TFavorite one = Sole();
+  if (one.path.isEmpty()) return;
   setFocus();
-  edit(currentIndex());
+  const QModelIndex index = m_model.Nearest(one.path);
+  selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+  edit(index);
 }
 
 void TFolderView::Delete() {

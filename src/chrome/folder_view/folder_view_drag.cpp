@@ -49,22 +49,24 @@ void TFolderView::startDrag(Qt::DropActions) {
   drag->setMimeData(SelectedData());
   drag->setPixmap(
       m_model.data(currentIndex(), Qt::DecorationRole).value<QIcon>().pixmap(iconSize().expandedTo({16, 16})));
-  // Whoever takes them says what was done; nothing is taken away here.
-  drag->exec(Qt::CopyAction | Qt::MoveAction | Qt::LinkAction, Qt::MoveAction);
+  // Nothing is taken away here. The places that favorites have in this program move them all the same; a file manager
+  // that has no wish of its own is to leave them where they are.
+  drag->exec(Qt::CopyAction | Qt::MoveAction | Qt::LinkAction, Qt::CopyAction);
 }
 
 TFolderView::TDrop TFolderView::DropAt(const QPoint &place) const {
   const QModelIndex over = indexAt(place);
   if (!over.isValid() || over == m_model.RootIndex()) return {m_model.RootIndex(), -1};
   const QRect row = visualRect(over);
+  if (!m_model.At(over).isFolder) {
+    return {over.parent(), place.y() <= row.center().y() ? over.row() : over.row() + 1};
+  }
   const int quarter = qMax(1, row.height() / 4);
   if (place.y() < row.top() + quarter) return {over.parent(), over.row()};
-  if (place.y() > row.bottom() - quarter) {
-    // Below the row of an open folder stands the first that is in it.
-    if (isExpanded(over) && m_model.rowCount(over) > 0) return {over, 0};
-    return {over.parent(), over.row() + 1};
-  }
-  return m_model.At(over).isFolder ? TDrop{over, -1} : TDrop();
+  if (place.y() <= row.bottom() - quarter) return {over, -1};
+  // Below the row of an open folder stands the first that is in it.
+  if (isExpanded(over) && m_model.rowCount(over) > 0) return {over, 0};
+  return {over.parent(), over.row() + 1};
 }
 
 int TFolderView::PositionOf(const TDrop &drop) const {
@@ -149,10 +151,7 @@ void TFolderView::dropEvent(QDropEvent *event) {
   // The one that it comes from takes nothing away: that is done here.
   event->setDropAction(Qt::CopyAction);
   event->accept();
-  if (!drop.folder.isValid()) {
-    Q_EMIT Told(m_language.Text("FOLDER_VIEW", "OntoFile"));
-    return;
-  }
+  if (!drop.folder.isValid()) return;
   const QString folder = m_model.At(drop.folder).path;
   if (IsWithin(folder, FavoriteDrag::PathsIn(*event->mimeData()))) {
     Q_EMIT Told(m_language.Text("FOLDER_VIEW", "IntoItself"));
