@@ -5,7 +5,6 @@
 
 namespace {
 constexpr qsizetype kLongestText = 8192;  // characters; a longer text is prose, not an address
-constexpr qsizetype kMostLinks = 50;  // of one drag: a whole folder dropped by mistake must not open a thousand tabs
 
 bool IsAddress(const QUrl &url) {
   if (!url.isValid()) return false;
@@ -17,10 +16,10 @@ bool IsAddress(const QUrl &url) {
 }
 }  // namespace
 
-QStringList LinksIn(const QMimeData &data) {
+QStringList LinksIn(const QMimeData &data, qsizetype most) {
   QStringList links;
-  const auto take = [&links](const QUrl &url) {
-    if (IsAddress(url) && links.size() < kMostLinks) links.append(url.toString(QUrl::FullyEncoded));
+  const auto take = [&links, most](const QUrl &url) {
+    if (links.size() < most && IsAddress(url)) links.append(url.toString(QUrl::FullyEncoded));
   };
   if (data.hasUrls()) {
     const QList<QUrl> urls = data.urls();

@@ -14,6 +14,7 @@ namespace {
 const QString TitledFormat = QStringLiteral("text/x-moz-url");
 // More is a document, and not what somebody has dragged for its links.
 constexpr qsizetype LongestHtml = 256 * 1024;
+constexpr qsizetype MostLinks = 1000;
 
 QString Encoded(const QString &address) {
   return QUrl(address.trimmed()).toString(QUrl::FullyEncoded);
@@ -26,22 +27,44 @@ QStringList TitledLines(const QMimeData &data) {
   return text.remove(QChar(0)).remove(u'\r').split(u'\n');
 }
 
-// By their addresses. The first that is told of one counts.
-QHash<QString, QString> TitlesIn(const QMimeData &data, const QStringList &lines) {
+// Each once, as LinksIn writes them.
+QStringList AddressesIn(const QMimeData &data, const QStringList &lines, qsizetype most) {
+  QStringList addresses = LinksIn(data, most);
+  // Some tell only this.
+  QMimeData titled;
+  QList<QUrl> urls;
+  for (qsizetype i = 0; i < lines.size(); i += 2) urls.append(QUrl(lines.at(i).trimmed()));
+  titled.setUrls(urls);
+  addresses += LinksIn(titled, most);
+  addresses.removeDuplicates();
+  return addresses.mid(0, most);
+}
+
+QString PlainText(const QString &html) {
+  const bool isPlain = !html.contains(u'<') && !html.contains(u'&');
+  return isPlain ? html : QTextDocumentFragment::fromHtml(html).toPlainText();
+}
+
+// Of these addresses. The first that is told of one counts.
+QHash<QString, QString> TitlesIn(const QMimeData &data, const QStringList &lines, const QStringList &addresses) {
+  QSet<QString> wanted(addresses.begin(), addresses.end());
   QHash<QString, QString> titles;
-  const auto add = [&titles](const QString &address, const QString &title) {
-    if (!title.trimmed().isEmpty() && !titles.contains(address)) titles.insert(address, title.simplified());
+  const auto add = [&](const QString &address, const QString &html, bool isPlain) {
+    if (!wanted.contains(address)) return;
+    const QString title = (isPlain ? html : PlainText(html)).simplified();
+    if (title.isEmpty()) return;
+    titles.insert(address, title);
+    wanted.remove(address);
   };
-  for (qsizetype i = 0; i + 1 < lines.size(); i += 2) add(Encoded(lines.at(i)), lines.at(i + 1));
-  if (!data.hasHtml()) return titles;
+  for (qsizetype i = 0; i + 1 < lines.size(); i += 2) add(Encoded(lines.at(i)), lines.at(i + 1), true);
+  if (wanted.isEmpty() || !data.hasHtml()) return titles;
   static const QRegularExpression link(
       QStringLiteral("<a\\b[^>]*\\bhref\\s*=\\s*[\"']([^\"']*)[\"'][^>]*>(.*?)</a>"),
       QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption);
   const QString html = data.html().left(LongestHtml);
-  for (auto matches = link.globalMatch(html); matches.hasNext();) {
+  for (auto matches = link.globalMatch(html); matches.hasNext() && !wanted.isEmpty();) {
     const QRegularExpressionMatch match = matches.next();
-    add(Encoded(QTextDocumentFragment::fromHtml(match.captured(1)).toPlainText()),
-        QTextDocumentFragment::fromHtml(match.captured(2)).toPlainText());
+    add(Encoded(PlainText(match.captured(1))), match.captured(2), false);
   }
   return titles;
 }
@@ -50,20 +73,13 @@ QHash<QString, QString> TitlesIn(const QMimeData &data, const QStringList &lines
 
 QList<TDroppedLink> DroppedLinks(const QMimeData &data) {
   const QStringList lines = TitledLines(data);
-  const QHash<QString, QString> titles = TitlesIn(data, lines);
+  const QStringList addresses = AddressesIn(data, lines, MostLinks);
+  const QHash<QString, QString> titles = TitlesIn(data, lines, addresses);
   QList<TDroppedLink> links;
-  QSet<QString> taken;
-  const auto add = [&](const QString &address) {
-    if (taken.contains(address)) return;
-    taken.insert(address);
-    links.append({address, titles.value(address)});
-  };
-  for (const QString &address : LinksIn(data)) add(address);
-  // Some tell only this.
-  QMimeData titled;
-  QList<QUrl> urls;
-  for (qsizetype i = 0; i < lines.size(); i += 2) urls.append(QUrl(lines.at(i).trimmed()));
-  titled.setUrls(urls);
-  for (const QString &address : LinksIn(titled)) add(address);
+  for (const QString &address : addresses) links.append({address, titles.value(address)});
   return links;
+}
+
+bool HasDroppedLinks(const QMimeData &data) {
+  return !AddressesIn(data, TitledLines(data), 1).isEmpty();
 }

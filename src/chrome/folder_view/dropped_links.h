@@ -15,5 +15,7 @@ struct TDroppedLink {
 
 // The addresses in what was dragged, each once: those of LinksIn, and the title that goes with each, from
 // the list of addresses and titles ("text/x-moz-url", UTF-16, a line for each in turn) or from the links in a piece of
-// HTML.
+// HTML. At most 1000.
 [[nodiscard]] QList<TDroppedLink> DroppedLinks(const QMimeData &data);
+// Whether there are any; looks at no titles, since it is asked while something is dragged.
+[[nodiscard]] bool HasDroppedLinks(const QMimeData &data);
