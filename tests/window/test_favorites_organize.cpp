@@ -3,15 +3,32 @@
 #include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QMimeData>
 
 #include "chrome/favorites/favorite_dialog.h"
 #include "chrome/favorites/organize_favorites.h"
 #include "chrome/folder_view/folder_view.h"
+#include "favorites/favicon_cache.h"
 #include "favorites/favorite_drag.h"
 #include "favorites/favorites_order.h"
 #include "favorites/shortcut_file.h"
 #include "window/favorites_fixture.h"
+
+namespace {
+
+// How often it is painted.
+class TPaintCounter final : public QObject {
+ public:
+  explicit TPaintCounter(QWidget *widget) { widget->installEventFilter(this); }
+  bool eventFilter(QObject *, QEvent *event) override {
+    if (event->type() == QEvent::Paint) ++count;
+    return false;
+  }
+  int count = 0;
+};
+
+}  // namespace
 
 // The window that puts favorites in order, by keyboard, mouse and clipboard; each change undone again.
 class TestFavoritesOrganize final : public QObject, private TFavoritesFixture {
@@ -277,6 +294,43 @@ class TestFavoritesOrganize final : public QObject, private TFavoritesFixture {
     QVERIFY(message->isVisible() && !message->text().isEmpty());
     Press(Qt::Key_Z, Qt::ControlModifier);
     QVERIFY(!message->isVisible());
+  }
+
+  // Painting waits for no disk; what is found there, and what pages bring, is painted when it comes.
+  void ShowsIconsAsTheyCome() {
+    settings->Set(Setting::UseCustomIcons, true);
+    const QString address = u"http://icons.example/"_s;
+    QImage red(16, 16, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    TFaviconCache().Put(address, red);  // on the disk alone
+    const TFavoriteKind kind(view->Launcher(), view->Icons());
+    QVERIFY(kind.IconOf(address).isNull());
+    const int before = kind.IconVersion();
+    QTRY_VERIFY(kind.IconVersion() != before);
+    const TPaintCounter painted(m_list->viewport());
+    QVERIFY(!kind.IconOf(address).isNull());
+    QCoreApplication::processEvents();
+    const int paintings = painted.count;
+    Q_EMIT const_cast<TFavoriteIcons &>(view->Icons()).Came();
+    QTRY_VERIFY(painted.count > paintings);
+  }
+
+  // Once, in a box; the line in the window is for what is done in it.
+  void FailingPropertiesAreToldOnce() {
+    Select({u"b"_s});
+    QString told;
+    OnModalDialog<TfrmFavorite>([&told](TfrmFavorite &dialog) {
+      QFile::remove(Root() + u"/b.url"_s);
+      dialog.findChild<QLineEdit *>(u"edtName"_s)->setText(u"x"_s);
+      OnModalDialog<QMessageBox>([&told](QMessageBox &box) {
+        told = box.text();
+        box.accept();
+      });
+      dialog.accept();
+    });
+    Press(Qt::Key_Return, Qt::AltModifier);
+    QTRY_VERIFY(!told.isEmpty());
+    QVERIFY(!m_window->findChild<QLabel *>(u"lblMessage"_s)->isVisible());
   }
 
   // What another program does shows by itself.

@@ -184,6 +184,13 @@ class TestFolderView final : public QObject {
     QTRY_COMPARE(colour(u"a.url"_s), QColor(Qt::red));
     QTRY_COMPARE(colour(u"b.url"_s), QColor(Qt::green));
     QCOMPARE(Index(u"a.url"_s).data(Qt::ToolTipRole).toString(), u"<qt>a<br>http://a.test/</qt>"_s);
+    // What another writes into a file shows, too, at the next look.
+    QFile file(In(u"a.url"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(ShortcutFile::Bytes(u"http://z.test/"_s)) > 0);
+    file.close();
+    m_view->Refresh();
+    QTRY_COMPARE(Index(u"a.url"_s).data(Qt::ToolTipRole).toString(), u"<qt>a<br>http://z.test/</qt>"_s);
+    QTRY_COMPARE(colour(u"a.url"_s), QColor(Qt::green));
     m_view->SetRoot(In(u"many"_s), QString());
     QTRY_COMPARE(Rows().size(), 300);
     QTRY_VERIFY(m_view->indexAt(QPoint(9, m_view->viewport()->height() - 30)).data(Qt::ToolTipRole).isValid());
@@ -481,6 +488,9 @@ class TestFolderView final : public QObject {
         u"http://a.test/?a=1&b=2"_s, QStringList(u"http://a.test/?a=1&b=2|An A & B"_s));
     Row("titled, and without an end", u"http://a.test/\nA\nhttp://b.test/"_s, QString(), QString(),
         QStringList{u"http://a.test/|A"_s, u"http://b.test/|"_s});
+    Row("no title is taken from another link", QString(),
+        u"<a href='http://b.test/'>B</a><a href='http://a.test/'></a><a href='http://a.test/'>A</a>"_s,
+        u"http://a.test/"_s, QStringList(u"http://a.test/|A"_s));
     Row("no pages", u"javascript:alert(1)\nA\nmailto:a@b.test\nB"_s, QString(), u"just words"_s, QStringList());
     Row("told twice", u"http://a.test/\nA\nhttp://a.test/\nB"_s, QString(), u"http://a.test/"_s,
         QStringList(u"http://a.test/|A"_s));
@@ -498,6 +508,18 @@ class TestFolderView final : public QObject {
     QStringList links;
     for (const TDroppedLink &link : DroppedLinks(data)) links.append(link.address + u'|' + link.title);
     QTEST(links, "links");
+    QCOMPARE(HasDroppedLinks(data), !links.isEmpty());
+  }
+
+  // More than may become tabs at once, but not without end.
+  void ManyLinksInWhatIsDropped() {
+    QList<QUrl> urls;
+    for (int i = 0; i < 1200; ++i) urls.append(QUrl(u"http://a.test/%1"_s.arg(i)));
+    QMimeData data;
+    data.setUrls(urls);
+    const QList<TDroppedLink> links = DroppedLinks(data);
+    QCOMPARE(links.size(), 1000);
+    QCOMPARE(links.last().address, u"http://a.test/999"_s);
   }
 
   // A drag that rests on a folder opens it.

@@ -2,6 +2,18 @@
 
 #include "chrome/favorites/favorite_icons.h"
 #include "chrome/favorites/favorite_launcher.h"
+#include "chrome/folder_view/folder_view.h"
+
+TFavoriteKind::TFavoriteKind(TFavoriteLauncher &launcher, const TFavoriteIcons &icons)
+    : m_launcher(launcher), m_icons(icons), m_pageIcons(icons.Cache()) {
+  QObject::connect(&m_pageIcons, &TPageIcons::Changed, &m_pageIcons, [this] { ++m_found; });
+}
+
+void TFavoriteKind::Serve(TFolderView &view) const {
+  QWidget *shown = view.viewport();
+  QObject::connect(&m_icons, &TFavoriteIcons::Came, shown, qOverload<>(&QWidget::update));
+  QObject::connect(&m_pageIcons, &TPageIcons::Changed, shown, qOverload<>(&QWidget::update));
+}
 
 QIcon TFavoriteKind::FolderIcon() const {
   return m_icons.Folder();
@@ -12,11 +24,14 @@ QIcon TFavoriteKind::FileIcon() const {
 }
 
 QIcon TFavoriteKind::IconOf(const QString &address) const {
-  return m_icons.OfAddress(address);
+  if (!m_icons.HasOwn()) return {};
+  const QImage image = m_pageIcons.Of(address);
+  if (image.isNull()) m_pageIcons.Fetch({address});
+  return image.isNull() ? QIcon() : QIcon(QPixmap::fromImage(image));
 }
 
 int TFavoriteKind::IconVersion() const {
-  return m_icons.HasOwn() ? 1 + m_icons.Version() : 0;
+  return m_icons.HasOwn() ? 1 + m_icons.Version() + m_found : 0;
 }
 
 void TFavoriteKind::Open(const TFavorite &file, TOpenPlace place) {

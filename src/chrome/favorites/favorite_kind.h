@@ -1,18 +1,23 @@
 #pragma once
 
 #include "chrome/folder_view/folder_kind.h"
+#include "favorites/page_icons.h"
 
 class TFavoriteIcons;
 class TFavoriteLauncher;
+class TFolderView;
 
 // Favorites in a tree over their folder: every file is one.
 class TFavoriteKind : public TFolderKind {
  public:
   // Both must outlive this object.
-  TFavoriteKind(TFavoriteLauncher &launcher, const TFavoriteIcons &icons) : m_launcher(launcher), m_icons(icons) {}
+  TFavoriteKind(TFavoriteLauncher &launcher, const TFavoriteIcons &icons);
+  // Has a view of this kind painted again whenever icons come.
+  void Serve(TFolderView &view) const;
 
   [[nodiscard]] QIcon FolderIcon() const override;
   [[nodiscard]] QIcon FileIcon() const override;
+  // Never waits for the disk.
   [[nodiscard]] QIcon IconOf(const QString &address) const override;
   [[nodiscard]] int IconVersion() const override;
   void Open(const TFavorite &file, TOpenPlace place) override;
@@ -21,4 +26,6 @@ class TFavoriteKind : public TFolderKind {
  private:
   TFavoriteLauncher &m_launcher;
   const TFavoriteIcons &m_icons;
+  mutable TPageIcons m_pageIcons;
+  int m_found = 0;  // how often the disk had some
 };

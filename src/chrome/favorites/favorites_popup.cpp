@@ -76,11 +76,6 @@ QIcon TfrmFavorites::TKind::FileIcon() const {
   return IsInk() ? m_inkPage : TFavoriteKind::FileIcon();
 }
 
-QIcon TfrmFavorites::TKind::IconOf(const QString &address) const {
-  const QIcon icon = TFavoriteKind::IconOf(address);
-  return icon.cacheKey() == TFavoriteKind::FileIcon().cacheKey() ? FileIcon() : icon;
-}
-
 int TfrmFavorites::TKind::IconVersion() const {
   return TFavoriteKind::IconVersion() * 2 + int(IsInk());
 }
@@ -118,12 +113,13 @@ TfrmFavorites::TfrmFavorites(const TLanguage &language, TFavoriteLauncher &launc
   layout->addWidget(m_tree, 1);
   layout->addWidget(m_message);
   layout->addWidget(new TCornerGrip(this), 0, Qt::AlignRight | Qt::AlignBottom);
+  m_kind.Serve(*m_tree);
   connect(m_tree, &TFolderView::Told, m_message, &TMessageLine::Show);
   connect(m_tree, &TFolderView::PropertiesWanted, this, [this](const TFavorite &favorite) {
     close();  // a dialog has no business beside it
     m_commands.ShowProperties(favorite);
   });
-  connect(&m_commands, &TFavoriteCommands::Done, &m_editor, &TFolderEditor::Take);
+  connect(&m_commands, &TFavoriteCommands::Done, &m_editor, &TFolderEditor::Note);
   connect(&m_editor, &TFolderEditor::Done, this, [this] {
     m_message->Show(QString());
     Q_EMIT Changed();

@@ -44,7 +44,6 @@ class TfrmFavorites final : public QFrame {
     TKind(TfrmFavorites &window, TFavoriteLauncher &launcher, const TFavoriteIcons &icons);
     [[nodiscard]] QIcon FolderIcon() const override;
     [[nodiscard]] QIcon FileIcon() const override;
-    [[nodiscard]] QIcon IconOf(const QString &address) const override;
     [[nodiscard]] int IconVersion() const override;
     void Open(const TFavorite &file, TOpenPlace place) override;
     void OpenAll(const QString &folder) override;

@@ -56,7 +56,7 @@ TfrmOrganizeFavorites::TfrmOrganizeFavorites(const TLanguage &language, TFavorit
   Equip(*m_list);
   connect(m_tree, &TFolderView::CurrentChanged, this, &TfrmOrganizeFavorites::ShowContents);
   connect(m_list, &TFolderView::FolderWanted, this, &TfrmOrganizeFavorites::ShowFolder);
-  connect(&m_commands, &TFavoriteCommands::Done, &m_editor, &TFolderEditor::Take);
+  connect(&m_commands, &TFavoriteCommands::Done, &m_editor, &TFolderEditor::Note);
   connect(&m_editor, &TFolderEditor::Done, this, [this] {
     m_message->Show(QString());
     ShowContents();  // the folder that is shown may have another name now
@@ -72,6 +72,7 @@ TfrmOrganizeFavorites::TfrmOrganizeFavorites(const TLanguage &language, TFavorit
 }
 
 void TfrmOrganizeFavorites::Equip(TFolderView &view) {
+  m_kind.Serve(view);
   connect(&view, &TFolderView::PropertiesWanted, &m_commands, &TFavoriteCommands::ShowProperties);
   connect(&view, &TFolderView::Told, m_message, &TMessageLine::Show);
 }

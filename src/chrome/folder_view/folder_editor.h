@@ -14,6 +14,8 @@ class TFolderEditor final : public QObject {
 
   // Takes note of a change that was tried, and tells of it. True when all of it was done.
   bool Take(const TFavoritesChange &change);
+  // The same where the one who tried it has told why something was not done: no Failed.
+  void Note(const TFavoritesChange &change);
   [[nodiscard]] bool CanUndo() const { return !m_done.isEmpty(); }
   // What of it could not be undone is the last again.
   void Undo();
@@ -25,7 +27,5 @@ class TFolderEditor final : public QObject {
   void Failed(const QString &reason);
 
  private:
-  void Tell(const TFavoritesChange &change);
-
   QList<TFavoritesChange> m_done;  // the last one at the end
 };

@@ -22,6 +22,7 @@ struct TFolderModel::TNode {
   quint64 stamp = TFolderReader::NoStamp;
   QElapsedTimer readAt{};
   std::vector<std::unique_ptr<TNode>> children{};
+  QHash<QString, TNode *> byName{};
   // Of files that have been painted.
   bool isTargetWanted = false;
   QString target{};
@@ -91,9 +92,9 @@ QModelIndex TFolderModel::Nearest(const QString &path) const {
   const TNode *node = m_root.get();
   const QStringList names = path.mid(m_root->name.size()).split(u'/', Qt::SkipEmptyParts);
   for (const QString &name : names) {
-    const auto child = std::ranges::find_if(node->children, [&name](const auto &one) { return one->name == name; });
-    if (child == node->children.end()) break;
-    node = child->get();
+    const TNode *child = node->byName.value(name);
+    if (child == nullptr) break;
+    node = child;
   }
   return IndexOf(*node);
 }
@@ -117,7 +118,11 @@ void TFolderModel::WantAgain(TNode &folder) {
   if (folder.state == TNode::TState::Unread) return;
   Want(folder);
   for (const auto &child : folder.children) {
-    if (child->isFolder) WantAgain(*child);
+    if (child->isFolder) {
+      WantAgain(*child);
+    } else {
+      child->isTargetWanted = false;  // what is in a file may change while its folder stays as it is
+    }
   }
 }
 
@@ -149,7 +154,7 @@ void TFolderModel::OnFolderRead(const QString &path, const TFavorites &favorites
 
 void TFolderModel::OnTargetRead(const QString &path, const QString &target) {
   TNode *node = Find(path);
-  if (node == nullptr) return;
+  if (node == nullptr || node->target == target) return;
   node->target = target;
   node->iconVersion = -1;
   const QModelIndex index = IndexOf(*node);
@@ -186,6 +191,7 @@ void TFolderModel::RemoveMissing(TNode &folder, const QHash<QString, int> &place
     int first = last;
     while (first > 0 && !isThere(first - 1)) --first;
     beginRemoveRows(IndexOf(folder), first, last);
+    for (int row = first; row <= last; ++row) folder.byName.remove(children[size_t(row)]->name);
     children.erase(children.begin() + first, children.begin() + last + 1);
     folder.Number();
     endRemoveRows();
@@ -222,6 +228,7 @@ void TFolderModel::AddNew(TNode &folder, const TFavorites &favorites) {
           TNode{.name = NameOf(one.path), .caption = one.caption, .isFolder = one.isFolder, .parent = &folder}));
     }
     if (added.empty()) continue;
+    for (const auto &node : added) folder.byName.insert(node->name, node.get());
     const int last = int(first) + int(added.size()) - 1;
     beginInsertRows(IndexOf(folder), int(first), last);
     children.insert(children.begin() + first, std::make_move_iterator(added.begin()),
@@ -235,7 +242,10 @@ void TFolderModel::AddNew(TNode &folder, const TFavorites &favorites) {
 void TFolderModel::Rename(const QString &from, const QString &to) {
   TNode *node = Find(from);
   if (node == nullptr || node->parent == nullptr) return;
+  // Another may have that name already, as long as the folder is not read again.
+  node->parent->byName.remove(node->name);
   node->name = NameOf(to);
+  node->parent->byName.insert(node->name, node);
   node->caption = FavoritesFolder::CaptionOf(to, node->isFolder);
   node->isTargetWanted = false;
   const QModelIndex index = IndexOf(*node);

@@ -28,7 +28,7 @@ class TFolderModel final : public QAbstractItemModel {
   [[nodiscard]] TFavorite At(const QModelIndex &index) const;
   // That of the path or, as far as it has been read, of the nearest folder above it; none where it lies elsewhere.
   [[nodiscard]] QModelIndex Nearest(const QString &path) const;
-  // Looks again at all that has been read.
+  // Looks again at all that has been read, and at what the files lead to when they are next asked for.
   void Refresh();
   // Nothing is being read.
   [[nodiscard]] bool IsIdle() const { return m_reading == 0 && !m_readsAgain; }

@@ -82,6 +82,8 @@ TFolderView::TFolderView(TFolderKind &kind, TFolderEditor &editor, const TLangua
   connect(&m_model, &TFolderModel::AboutToChange, this, &TFolderView::KeepPlace);
   connect(&m_model, &TFolderModel::Changed, this, &TFolderView::ReturnToPlace);
   connect(&m_model, &TFolderModel::Read, this, &TFolderView::FollowReading);
+  // Painting asks again for what the rows lead to.
+  connect(&m_model, &TFolderModel::Read, viewport(), qOverload<>(&QWidget::update));
   connect(&m_model, &TFolderModel::Renamed, this, [this](const TFavorite &favorite, const QString &caption) {
     Do(FavoritesEdit::Rename(favorite.path, caption));
   });
