@@ -17,7 +17,7 @@ bool IsFile(const TDroppedLink &link) {
 }  // namespace
 
 bool DroppedFavorites::CanTake(const QMimeData &data) {
-  return FavoriteDrag::HasPaths(data) || !DroppedLinks(data).isEmpty();
+  return FavoriteDrag::HasPaths(data) || HasDroppedLinks(data);
 }
 
 bool DroppedFavorites::IsCopied(const QDropEvent &event) {
