@@ -9,7 +9,6 @@
 #include "favorites/binary_plist.h"
 #include "platform/folder_entries.h"
 #include "store/ini_file.h"
-#include "store/utf8_text.h"
 
 namespace {
 

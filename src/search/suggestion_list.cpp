@@ -91,7 +91,7 @@ void TSuggestionList::Place() {
               std::min(height, screen.height()));
 }
 
-QString TSuggestionList::Move(bool down, bool page) {
+void TSuggestionList::Move(bool down, bool page) {
   // One place more than there are rows: the place of what was typed.
   const int places = m_model->rowCount() + 1;
   const int last = places - 1;
@@ -106,7 +106,6 @@ QString TSuggestionList::Move(bool down, bool page) {
   setCurrentIndex(index);
   if (!index.isValid()) clearSelection();
   TellChosen();
-  return Chosen();
 }
 
 // The keyboard stays with the text box, whose text alone would be heard: the address, and not whose it is.

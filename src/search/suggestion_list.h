@@ -27,8 +27,8 @@ class TSuggestionList final : public QListView {
   // Shows the suggestions with none chosen; none at all hides the list. `query` are the words that stand out in them
   // (see VisitWords::Query).
   void Offer(const QList<TSuggestion> &suggestions, const QStringList &query);
-  // Moves the choice, by a page with `page`; beyond either end nothing is chosen. The chosen address, or empty.
-  QString Move(bool down, bool page);
+  // Moves the choice, by a page with `page`; beyond either end nothing is chosen.
+  void Move(bool down, bool page);
   // Takes the chosen suggestion out of the list; nothing is chosen then.
   void RemoveChosen();
   // The chosen address; empty when none is, or the list is hidden.

@@ -195,7 +195,7 @@ class TestFavoritesDrop final : public QObject, private TFavoritesFixture {
     OpenPage(u"/page0"_s);
     const TFavorites all = FavoritesFolder::List(Root());
     QCOMPARE(all.size(), 1);
-    view->Launcher().Open(all.first(), TFavoritePlace::NewTab);
+    view->Launcher().Open(all.first(), TOpenPlace::NewTab);
     QCOMPARE(m_opened.size(), 1);
     QVERIFY2(m_opened.first().toEncoded().endsWith("/b%E9.txt"), m_opened.first().toEncoded().constData());
     QCOMPARE(tabs->TabCount(), 1);

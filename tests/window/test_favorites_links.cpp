@@ -236,8 +236,7 @@ class TestFavoritesLinks final : public QObject, private TFavoritesFixture {
     QVERIFY(drag != nullptr);
     QCOMPARE(drag->mimeData()->data(u"application/x-zarvela-favorites"_s),
              isFolder ? (Root() + u"/Links/f"_s).toUtf8() + '\0' : link.toUtf8() + '\0');
-    QCOMPARE(drag->mimeData()->urls(),
-             QList<QUrl>{QUrl::fromLocalFile(isFolder ? Root() + u"/Links/f"_s : link)});
+    QCOMPARE(drag->mimeData()->urls(), QList<QUrl>{QUrl::fromLocalFile(isFolder ? Root() + u"/Links/f"_s : link)});
     if (!isFolder) {
       QCOMPARE(drag->mimeData()->text(), Page(1));
       const QByteArray titled = drag->mimeData()->data(u"text/x-moz-url"_s);

@@ -23,11 +23,10 @@ void TFavoriteCommands::Fill(QMenu &menu, const TFavorite &favorite, const TFlag
   if (favorite.isFolder) {
     add(m_language.Global("OpenAllFavorites"), [=, this] { m_launcher.OpenAll(favorite.path); });
   } else {
-    add(m_language.Global("Open"),
-        [=, this, &newTab] { m_launcher.Open(favorite, TFavoritePlace::BySetting, newTab); });
-    add(m_language.Text("FAVORITES", "OpenInNewTab"), [=, this] { m_launcher.Open(favorite, TFavoritePlace::NewTab); });
+    add(m_language.Global("Open"), [=, this, &newTab] { m_launcher.Open(favorite, TOpenPlace::BySetting, newTab); });
+    add(m_language.Text("FAVORITES", "OpenInNewTab"), [=, this] { m_launcher.Open(favorite, TOpenPlace::NewTab); });
     add(m_language.Text("FAVORITES", "OpenInBackground"),
-        [=, this] { m_launcher.Open(favorite, TFavoritePlace::BackgroundTab); });
+        [=, this] { m_launcher.Open(favorite, TOpenPlace::BackgroundTab); });
     menu.addSeparator();
     add(m_language.Text("FAVORITES", "CopyAddress"), [=, this] { CopyAddress(favorite); });
   }

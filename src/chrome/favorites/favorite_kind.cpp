@@ -35,14 +35,7 @@ int TFavoriteKind::IconVersion() const {
 }
 
 void TFavoriteKind::Open(const TFavorite &file, TOpenPlace place) {
-  switch (place) {
-    case TOpenPlace::BySetting:
-      return m_launcher.Open(file, TFavoritePlace::BySetting);
-    case TOpenPlace::NewTab:
-      return m_launcher.Open(file, TFavoritePlace::NewTab);
-    case TOpenPlace::BackgroundTab:
-      return m_launcher.Open(file, TFavoritePlace::BackgroundTab);
-  }
+  m_launcher.Open(file, place);
 }
 
 void TFavoriteKind::OpenAll(const QString &folder) {

@@ -31,7 +31,7 @@ bool IsFile(const QString &target) {
 TFavoriteLauncher::TFavoriteLauncher(QWidget *window, TTabStrip &tabs, TLoadQueue &queue)
     : m_window(window), m_tabs(tabs), m_queue(queue) {}
 
-void TFavoriteLauncher::Open(const TFavorite &favorite, TFavoritePlace place, const TFlagSetting &newTab) {
+void TFavoriteLauncher::Open(const TFavorite &favorite, TOpenPlace place, const TFlagSetting &newTab) {
   if (!favorite.isFolder) OpenTarget(FavoritesFolder::Target(favorite), place, newTab);
 }
 
@@ -42,16 +42,16 @@ void TFavoriteLauncher::OpenFile(const QString &path) {
   ShowWarning(m_window, language, language.Text("FAVORITES", "CannotOpen").arg(name));
 }
 
-void TFavoriteLauncher::OpenTarget(const QString &target, TFavoritePlace place, const TFlagSetting &newTab) {
+void TFavoriteLauncher::OpenTarget(const QString &target, TOpenPlace place, const TFlagSetting &newTab) {
   if (IsFile(target)) {
     OpenFile(target);
     return;
   }
   TBrowserTab *tab = m_tabs.GetActivePage();
   if (tab == nullptr || !ShortcutFile::IsScript(target)) {
-    if (place == TFavoritePlace::BackgroundTab) {
+    if (place == TOpenPlace::BackgroundTab) {
       tab = m_tabs.NewBackgroundTab();
-    } else if (place == TFavoritePlace::NewTab || tab == nullptr || m_tabs.Environment().settings.Get(newTab)) {
+    } else if (place == TOpenPlace::NewTab || tab == nullptr || m_tabs.Environment().settings.Get(newTab)) {
       tab = m_tabs.NewTab();
     }
   }

@@ -3,19 +3,13 @@
 #include <QObject>
 #include <QStringList>
 
+#include "chrome/folder_view/folder_kind.h"
 #include "config/settings_table.h"
 
 class QWidget;
 class TLoadQueue;
 class TTabStrip;
 struct TFavorite;
-
-// Where a favorite opens.
-enum class TFavoritePlace {
-  BySetting,  // in the tab in front, or in a new one when its setting says so
-  NewTab,
-  BackgroundTab,
-};
 
 // Opens favorites, for menus, bars and windows.
 class TFavoriteLauncher final : public QObject {
@@ -32,9 +26,9 @@ class TFavoriteLauncher final : public QObject {
 
   // Opens what the favorite leads to: an existing file in the desktop's program for it, anything else as an address. A
   // script runs in the page in front, wherever it was to open. A folder does nothing.
-  void Open(const TFavorite &favorite, TFavoritePlace place, const TFlagSetting &newTab = Setting::FavoritesNewWin);
+  void Open(const TFavorite &favorite, TOpenPlace place, const TFlagSetting &newTab = Setting::FavoritesNewWin);
   // The same for an address or the path of a file, of any name.
-  void OpenTarget(const QString &target, TFavoritePlace place, const TFlagSetting &newTab = Setting::FavoritesNewWin);
+  void OpenTarget(const QString &target, TOpenPlace place, const TFlagSetting &newTab = Setting::FavoritesNewWin);
   // What Open would open for each favorite of the folder, but not of its sub-folders: pages in new tabs at the end. See
   // FavoritesFolder::Targets.
   void OpenAll(const QString &folder);

@@ -59,7 +59,7 @@ TFavorite TFavoriteMenus::FavoriteOf(const QAction *item) {
 
 void TFavoriteMenus::Choose(const TFavorite &favorite) {
   const bool inBackground = std::exchange(m_inBackground, false);
-  m_launcher.Open(favorite, inBackground ? TFavoritePlace::BackgroundTab : TFavoritePlace::BySetting, m_newTab);
+  m_launcher.Open(favorite, inBackground ? TOpenPlace::BackgroundTab : TOpenPlace::BySetting, m_newTab);
 }
 
 void TFavoriteMenus::ChangeQuietly(QAction *item, const std::function<void()> &change) {

@@ -84,7 +84,6 @@ class TFavoriteMenu final : public QObject {
 
   // Fills the menu, unless it shows what the folder holds.
   void Load();
-  [[nodiscard]] const QString &Folder() const { return m_shown; }
 
  Q_SIGNALS:
   void Filled();

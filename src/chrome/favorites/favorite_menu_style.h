@@ -8,7 +8,6 @@ class TFavoriteMenuStyle final : public QProxyStyle {
 
  public:
   void SetBreaks(bool breaks) { m_breaks = breaks; }
-  [[nodiscard]] bool Breaks() const { return m_breaks; }
 
   int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
                 QStyleHintReturn *data) const override;

@@ -73,9 +73,8 @@ TLinksBar::TLinksBar(TFavoriteLauncher &launcher, TFavoriteCommands &commands, c
   m_mark->setBackgroundRole(QPalette::Highlight);
   m_mark->hide();
   m_iconTimer.setSingleShot(true);
-  m_iconTimer.setInterval(IconDelay);
   connect(&m_iconTimer, &QTimer::timeout, this, &TLinksBar::ShowIcons);
-  connect(&icons, &TFavoriteIcons::Came, &m_iconTimer, QOverload<>::of(&QTimer::start));
+  connect(&icons, &TFavoriteIcons::Came, this, [this] { m_iconTimer.start(IconDelay); });
   settings.Follow(Setting::UseCustomIcons, this, [this] { m_iconTimer.start(0); });
 }
 
@@ -156,8 +155,7 @@ void TLinksBar::AddButton(QAction *item, const TFavorite &favorite) {
   } else {
     connect(button, &QToolButton::clicked, this, [this, favorite] {
       const bool inBackground = QApplication::keyboardModifiers().testFlag(Qt::ControlModifier);
-      m_launcher.Open(favorite, inBackground ? TFavoritePlace::BackgroundTab : TFavoritePlace::BySetting,
-                      Setting::LinksNewWin);
+      m_launcher.Open(favorite, inBackground ? TOpenPlace::BackgroundTab : TOpenPlace::BySetting, Setting::LinksNewWin);
     });
   }
   m_buttons.append(button);
@@ -299,7 +297,7 @@ bool TLinksBar::eventFilter(QObject *watched, QEvent *event) {
 
 void TLinksBar::OpenByMouse(const QToolButton *button, const QMouseEvent &click) {
   if (click.button() != Qt::MiddleButton || !button->rect().contains(click.position().toPoint())) return;
-  m_launcher.Open(FavoriteOf(button), TFavoritePlace::BackgroundTab);
+  m_launcher.Open(FavoriteOf(button), TOpenPlace::BackgroundTab);
 }
 
 bool TLinksBar::TakeKey(QToolButton *button, const QKeyEvent &key) {
@@ -410,8 +408,8 @@ void TLinksBar::dropEvent(QDropEvent *event) {
   TFavoritesChange change;
   // A folder on its own button is where it is.
   if (!FavoriteDrag::PathsIn(*event->mimeData()).contains(place.folder)) {
-    change = DroppedFavorites::Take(*event->mimeData(), place.folder, place.position,
-                                    DroppedFavorites::IsCopied(*event));
+    change =
+        DroppedFavorites::Take(*event->mimeData(), place.folder, place.position, DroppedFavorites::IsCopied(*event));
   }
   // The one that it comes from takes nothing away: that is done here.
   event->setDropAction(Qt::CopyAction);

@@ -50,6 +50,6 @@ QMimeData *PageShortcut::DataOf(const QString &title, const QString &address) {
 
 void PageShortcut::AddTitled(QMimeData &data, const QString &title, const QString &address) {
   const QString titled = address + u'\n' + title.simplified();
-  data.setData(QStringLiteral("text/x-moz-url"), QByteArray(reinterpret_cast<const char *>(titled.utf16()),
-                                                            titled.size() * qsizetype(sizeof(char16_t))));
+  data.setData(QStringLiteral("text/x-moz-url"),
+               QByteArray(reinterpret_cast<const char *>(titled.utf16()), titled.size() * qsizetype(sizeof(char16_t))));
 }
