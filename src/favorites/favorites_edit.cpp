@@ -23,6 +23,8 @@ using TStep = TFavoritesChange::TStep;
 using TKind = TStep::TKind;
 
 constexpr int MostTries = 100;
+constexpr qsizetype MostEntries = 5000;
+constexpr qint64 MostBytes = 64 * 1024 * 1024;
 const QString UrlEnding = QStringLiteral(".url");
 
 QString NameOf(const QString &path) {
@@ -387,6 +389,22 @@ TFavoritesChange Move(const QStringList &paths, const QString &folder, int posit
 
 TFavoritesChange Copy(const QStringList &paths, const QString &folder, int position) {
   return Bring(paths, Clean(folder), position, true);
+}
+
+bool IsTooMuch(const QStringList &paths) {
+  QStringList open = Outermost(paths);
+  qsizetype entries = open.size();
+  qint64 bytes = 0;
+  while (!open.isEmpty() && entries <= MostEntries && bytes <= MostBytes) {
+    const QString path = open.takeLast();
+    bytes += FolderEntries::Size(path);
+    if (FolderEntries::IsLink(path) || !FolderEntries::IsFolder(path)) continue;
+    const auto within = FolderEntries::List(path);
+    if (!within) continue;
+    entries += within->size();
+    for (const FolderEntries::TEntry &entry : *within) open.append(path + u'/' + entry.name);
+  }
+  return entries > MostEntries || bytes > MostBytes;
 }
 
 TFavoritesChange Trash(const QStringList &paths) {

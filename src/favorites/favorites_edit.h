@@ -61,6 +61,9 @@ TFavoritesChange SetAddress(const QString &path, const QString &address);
 TFavoritesChange Move(const QStringList &paths, const QString &folder, int position = NoPosition);
 // Folders with all that is in them, without hidden files but for the order; links are copied as links.
 TFavoritesChange Copy(const QStringList &paths, const QString &folder, int position = NoPosition);
+// Whether these, with all that is in them, are more than 5,000 entries or 64 MB: nobody's favorites, and copying them
+// would keep the window waiting. Looks no further than that.
+[[nodiscard]] bool IsTooMuch(const QStringList &paths);
 // To the desktop's trash. Where there is none the favorites stay, and the error says so.
 TFavoritesChange Trash(const QStringList &paths);
 // The order by hand as it is given: names with their endings, those that are not named at the end. std::nullopt forgets

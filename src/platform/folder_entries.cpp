@@ -182,6 +182,11 @@ bool IsLink(const QString &path) {
   return ::lstat(NativePath::ToBytes(path).constData(), &status) == 0 && S_ISLNK(status.st_mode);
 }
 
+qint64 Size(const QString &path) {
+  struct stat status {};
+  return ::lstat(NativePath::ToBytes(path).constData(), &status) == 0 && S_ISREG(status.st_mode) ? status.st_size : 0;
+}
+
 int MoveToFree(const QString &from, const QString &to) {
   const QByteArray source = NativePath::ToBytes(from);
   const QByteArray target = NativePath::ToBytes(to);

@@ -38,6 +38,8 @@ enum class THidden { LeftOut, Listed };
 [[nodiscard]] bool IsLink(const QString &path);
 // A file, or a link to one, that the user may run as a program.
 [[nodiscard]] bool IsExecutable(const QString &path);
+// Of a regular file, in bytes; 0 for everything else, links too.
+[[nodiscard]] qint64 Size(const QString &path);
 
 // The calls below answer 0, or the system's number of the reason (for qt_error_string).
 

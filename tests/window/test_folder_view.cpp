@@ -555,6 +555,50 @@ class TestFolderView final : public QObject {
     QApplication::sendEvent(m_view->viewport(), &leave);
   }
 
+  // What comes from elsewhere may be a whole disk; favorites themselves are never too much.
+  void RefusesTooMuch_data() {
+    Columns<int, int, bool, bool>("files", "megabytes", "isOwn", "isRefused");
+    Row("as many as may be", 4999, 64, false, false);  // and their folder
+    Row("too many", 5000, 0, false, true);
+    Row("too large", 1, 65, false, true);
+    Row("favorites", 1, 65, true, false);
+  }
+  void RefusesTooMuch() {
+    QFETCH(int, files);
+    QFETCH(int, megabytes);
+    QFETCH(bool, isOwn);
+    QFETCH(bool, isRefused);
+    const QString from = m_temporary->filePath(u"from"_s);
+    QVERIFY(QDir().mkpath(from));
+    for (int i = 0; i < files; ++i) {
+      QFile file(from + u'/' + QString::number(i));
+      QVERIFY(file.open(QIODevice::WriteOnly));
+      if (i == 0) QVERIFY(file.resize(qint64(megabytes) * 1024 * 1024));
+    }
+    if (!isOwn && !isRefused) {
+      QVERIFY(!FavoritesEdit::IsTooMuch({from}));
+      return;
+    }
+    QStringList told;
+    connect(m_view.get(), &TFolderView::Told, this, [&told](const QString &text) { told.append(text); });
+    const auto data = [&] {
+      auto *given = FavoriteDrag::DataOf({from});
+      if (!isOwn) {
+        given->clear();
+        given->setUrls({QUrl::fromLocalFile(from)});
+      }
+      return given;
+    };
+    const std::unique_ptr<QMimeData> dropped(data());
+    Drop(*dropped, At(u"h"_s, 0.5), Qt::ControlModifier);
+    QCOMPARE(OnDisk(u"h"_s).contains(u"from"_s), !isRefused);
+    QGuiApplication::clipboard()->setMimeData(data());
+    Choose({u"f"_s});
+    Press(u"Ctrl+V"_s);
+    QCOMPARE(OnDisk(u"f"_s).contains(u"from"_s), !isRefused);
+    QCOMPARE(told.size(), isRefused ? 2 : 0);
+  }
+
   // Other programs get the files, or the addresses as text.
   void CarriesFilesAndAddresses() {
     Choose({u"f"_s, u"b.url"_s});

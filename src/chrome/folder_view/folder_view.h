@@ -144,6 +144,8 @@ class TFolderView final : public QTreeView {
   void NewFolder();
   void MoveBy(int step);
   void CopyAddress();
+  // What comes from elsewhere may be anything; true where that has been told and nothing is to be done.
+  [[nodiscard]] bool IsRefused(const QMimeData &data, const QStringList &paths);
   [[nodiscard]] QStringList SelectedPaths() const;
   // Of the rows that are selected the first or the last in their folder; none when they are of several folders.
   [[nodiscard]] QModelIndex EdgeOfSelected(bool isLast) const;

@@ -119,11 +119,17 @@ void TFolderView::Paste() {
   if (clip == nullptr) return;
   const QStringList paths = FavoriteDrag::PathsIn(*clip);
   const bool isCut = FavoriteDrag::IsCut(*clip);
-  if (paths.isEmpty()) return;
+  if (paths.isEmpty() || IsRefused(*clip, paths)) return;
   const TFavoritesChange change = isCut ? FavoritesEdit::Move(paths, Folder()) : FavoritesEdit::Copy(paths, Folder());
   // What was cut is there only once; what could not be moved can be pasted elsewhere.
   if (isCut && change.IsGood()) QGuiApplication::clipboard()->clear();
   Do(change);
+}
+
+bool TFolderView::IsRefused(const QMimeData &data, const QStringList &paths) {
+  if (FavoriteDrag::AreFavorites(data) || !FavoritesEdit::IsTooMuch(paths)) return false;
+  Q_EMIT Told(m_language.Text("FOLDER_VIEW", "TooMuch"));
+  return true;
 }
 
 void TFolderView::Rename() {

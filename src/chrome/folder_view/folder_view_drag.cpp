@@ -152,8 +152,10 @@ void TFolderView::dropEvent(QDropEvent *event) {
   event->setDropAction(Qt::CopyAction);
   event->accept();
   if (!drop.folder.isValid()) return;
+  const QStringList paths = FavoriteDrag::PathsIn(*event->mimeData());
+  if (IsRefused(*event->mimeData(), paths)) return;
   const QString folder = m_model.At(drop.folder).path;
-  if (IsWithin(folder, FavoriteDrag::PathsIn(*event->mimeData()))) {
+  if (IsWithin(folder, paths)) {
     Q_EMIT Told(m_language.Text("FOLDER_VIEW", "IntoItself"));
     return;
   }
