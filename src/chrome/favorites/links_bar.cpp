@@ -406,8 +406,11 @@ void TLinksBar::dropEvent(QDropEvent *event) {
   ShowPlace(nullptr);
   const TDropPlace place = PlaceAt(event->position().toPoint());
   TFavoritesChange change;
-  // A folder on its own button is where it is.
-  if (!FavoriteDrag::PathsIn(*event->mimeData()).contains(place.folder)) {
+  const QStringList paths = FavoriteDrag::PathsIn(*event->mimeData());
+  if (!FavoriteDrag::AreFavorites(*event->mimeData()) && FavoritesEdit::IsTooMuch(paths)) {
+    change.error = m_language.Text("FOLDER_VIEW", "TooMuch");
+  } else if (!paths.contains(place.folder)) {
+    // A folder on its own button is where it is.
     change =
         DroppedFavorites::Take(*event->mimeData(), place.folder, place.position, DroppedFavorites::IsCopied(*event));
   }
