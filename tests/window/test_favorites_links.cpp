@@ -286,8 +286,8 @@ class TestFavoritesLinks final : public QObject, private TFavoritesFixture {
     const QString folder = Root() + u"/Links"_s;
     const QString inside = Put(u"Links/f"_s, u"inside"_s, Page(2));
     Put(u"Links"_s, u"one"_s, Page(1));
-    ShowBar();
     settings->Set(Setting::ShowOpenAllFavorites, false);
+    ShowBar();
     QCOMPARE(Captions(*Opened(Button(u"f"_s)->menu())), QStringList{u"inside"_s});
     struct stat before {};
     QCOMPARE(::stat(folder.toUtf8().constData(), &before), 0);
