@@ -6,7 +6,8 @@
 #include <QMouseEvent>
 #include <QToolButton>
 
-TPageIcon::TPageIcon(QLineEdit *edit) : QObject(edit), m_action(edit->addAction(QIcon(), QLineEdit::LeadingPosition)) {
+TPageIcon::TPageIcon(QLineEdit *edit)
+    : QObject(edit), m_edit(edit), m_action(edit->addAction(QIcon(), QLineEdit::LeadingPosition)) {
   m_action->setObjectName(QStringLiteral("actConnection"));
   connect(m_action, &QAction::triggered, this, &TPageIcon::Clicked);
   // The button that the edit field has made for it.
@@ -20,11 +21,17 @@ TPageIcon::TPageIcon(QLineEdit *edit) : QObject(edit), m_action(edit->addAction(
 void TPageIcon::Show(const QIcon &icon, const QString &hint) {
   m_action->setIcon(icon);
   m_action->setToolTip(hint);
-  m_action->setVisible(true);
+  SetVisible(true);
 }
 
 void TPageIcon::Hide() {
-  m_action->setVisible(false);
+  SetVisible(false);
+}
+
+void TPageIcon::SetVisible(bool isVisible) {
+  if (m_action->isVisible() == isVisible) return;
+  m_action->setVisible(isVisible);
+  m_edit->update();  // the text moves, which the toolkit does not see to
 }
 
 bool TPageIcon::eventFilter(QObject *watched, QEvent *event) {

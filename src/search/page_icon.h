@@ -29,6 +29,9 @@ class TPageIcon final : public QObject {
   bool eventFilter(QObject *watched, QEvent *event) override;
 
  private:
+  void SetVisible(bool isVisible);
+
+  QLineEdit *m_edit;
   QAction *m_action;
   QPoint m_pressed;
   bool m_isPressed = false;

@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QDropEvent>
 #include <QMimeData>
+#include <QPaintEvent>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTextEdit>
@@ -135,6 +136,24 @@ class TestAddressBar final : public QObject {
     // The tab stays where it is.
     m_f->bar->ShowAddress("https://bank.example/");
     QCOMPARE(hint(), whole);
+  }
+
+  // The text that is there already moves, and is painted anew as a whole.
+  void IconMovesTheText() {
+    m_f->Make();
+    m_f->bar->ShowConnection(false, TEncryptionLevel::None);
+    m_f->bar->ShowAddress("http://page.example/");
+    struct TPaints final : QObject {
+      bool eventFilter(QObject *, QEvent *event) override {
+        if (event->type() == QEvent::Paint) region += static_cast<QPaintEvent *>(event)->region();
+        return false;
+      }
+      QRegion region;
+    } paints;
+    QCoreApplication::processEvents();  // what is still to be painted
+    m_f->Edit()->installEventFilter(&paints);
+    m_f->bar->ShowConnection(false, TEncryptionLevel::None);
+    QTRY_VERIFY((QRegion(m_f->Edit()->rect()) - paints.region).isEmpty());
   }
 
   void Scripts_data() {
