@@ -12,6 +12,7 @@ namespace {
 const QString StyleName = QStringLiteral("fusion");
 constexpr qreal RingWidth = 2;
 constexpr qreal RingRadius = 3;
+constexpr float HintShare = 0.55F;  // of the text's colour
 
 void DrawRing(QPainter &painter, const QStyleOption &option) {
   const QPalette &palette = option.palette;
@@ -25,12 +26,32 @@ void DrawRing(QPainter &painter, const QStyleOption &option) {
   painter.restore();
 }
 
+// As it looks on that ground, which shows through.
+QColor Over(const QColor &colour, const QColor &ground) {
+  const auto mix = [&](float over, float under) { return over * colour.alphaF() + under * (1 - colour.alphaF()); };
+  return QColor::fromRgbF(mix(colour.redF(), ground.redF()), mix(colour.greenF(), ground.greenF()),
+                          mix(colour.blueF(), ground.blueF()));
+}
+
 }  // namespace
 
 TControlStyle::TControlStyle() : QProxyStyle(StyleName) {}
 
 void TControlStyle::Install() {
   if (QApplication::style()->name() == StyleName) QApplication::setStyle(new TControlStyle);
+}
+
+// The toolkit's own colour of hints is for light boxes, and stays when a desktop tells all colours but this one.
+void TControlStyle::polish(QPalette &palette) {
+  QProxyStyle::polish(palette);
+  for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+    const QColor base = palette.color(group, QPalette::Base);
+    const QColor hint = palette.color(group, QPalette::PlaceholderText);
+    if (Contrast::Between(Over(hint, base), base) >= Contrast::ForMarks) continue;
+    QColor colour = palette.color(group, QPalette::Text);
+    colour.setAlphaF(HintShare);
+    palette.setColor(group, QPalette::PlaceholderText, colour);
+  }
 }
 
 void TControlStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,

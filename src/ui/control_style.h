@@ -15,6 +15,9 @@ class TControlStyle final : public QProxyStyle {
   // For the whole program, where it applies. Once, after the application has been made.
   static void Install();
 
+  using QProxyStyle::polish;
+  // Makes the hints in empty boxes readable where the desktop has no colour for them.
+  void polish(QPalette &palette) override;
   void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                      const QWidget *widget) const override;
   [[nodiscard]] QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,

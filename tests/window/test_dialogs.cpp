@@ -148,6 +148,10 @@ class TestDialogs final : public QObject {
     palette.setColor(QPalette::WindowText, text);
     palette.setColor(QPalette::Base, window);
     palette.setColor(QPalette::Highlight, highlight);
+    palette.setColor(QPalette::Text, text);
+    palette.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 128));
+    style.polish(palette);
+    QCOMPARE(palette.color(QPalette::PlaceholderText).rgb() & RGB_MASK, text.rgb() & RGB_MASK);
     // How far the frame in `place` stands out, in all of its four sides.
     const auto frame = [&](const QImage &picture, const QRect &place) {
       double least = 21;
