@@ -104,10 +104,7 @@ void TFavoritesView::DragPage(QWidget *from) {
 void TFavoritesView::Organize(const QString &folder) {
   if (!m_organizer) {
     m_organizer = new TfrmOrganizeFavorites(m_language, m_launcher, m_icons, Folder(), m_window);
-    connect(m_organizer, &TfrmOrganizeFavorites::Changed, this, [this] {
-      m_menus.MarkStale();
-      m_links->Refresh();
-    });
+    connect(m_organizer, &TfrmOrganizeFavorites::Changed, this, &TFavoritesView::RefreshBars);
     connect(this, &TFavoritesView::Changed, m_organizer, &TfrmOrganizeFavorites::Refresh);
   }
   m_organizer->ShowFolder(folder);
@@ -121,10 +118,7 @@ void TFavoritesView::ShowPopup() {
   if (button.isEmpty()) return;
   if (m_popup == nullptr) {
     m_popup = new TfrmFavorites(m_language, m_launcher, m_icons, m_settings, m_window);
-    connect(m_popup, &TfrmFavorites::Changed, this, [this] {
-      m_menus.MarkStale();
-      m_links->Refresh();
-    });
+    connect(m_popup, &TfrmFavorites::Changed, this, &TFavoritesView::RefreshBars);
     connect(this, &TFavoritesView::Changed, m_popup, &TfrmFavorites::Refresh);
   }
   m_popup->ShowBelow(button, Folder());
@@ -135,9 +129,13 @@ void TFavoritesView::Watch() {
   Refresh();
 }
 
-void TFavoritesView::Refresh() {
+void TFavoritesView::RefreshBars() {
   m_menus.MarkStale();
   m_links->Refresh();
+}
+
+void TFavoritesView::Refresh() {
+  RefreshBars();
   Q_EMIT Changed();
 }
 

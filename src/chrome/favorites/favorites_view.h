@@ -66,6 +66,8 @@ class TFavoritesView final : public QObject {
   void ConnectCommands(TTabMenu &tabMenu);
   void ShowPopup();
   void Watch();
+  // What shows favorites without a window of its own.
+  void RefreshBars();
   void Refresh();
 
   QWidget *m_window;
