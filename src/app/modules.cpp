@@ -63,7 +63,6 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       groups(window, actions, tabs, tabMenu, closeAll, loadQueue),
       openCommand(window, actions, *address, search, groups, language),
       favorites(window, actions, tabs, tabMenu, loadQueue),
-      pageIcons(favorites.Icons().Cache()),
       popups(window, tabs, tabMenu),
       policy(engine, popups, searchLists),
       fullScreen(window, actions, tabs, settings),
@@ -88,7 +87,7 @@ void TModules::Join() {
   QObject::connect(actions[TCommand::MakeDefaultBrowser], &QAction::triggered, &defaultBrowser,
                    &TDefaultBrowserQuestion::MakeDefault);
   customizeMenu.OfferOn(bands);
-  address->SetIcons(pageIcons);
+  address->SetIcons(favorites.Icons().Pages());
   settings.Apply(Setting::HistoryDays, &historyKeeper,
                  [this] { historyKeeper.SetDays(settings.Get(Setting::HistoryDays)); });
   QObject::connect(&tabs, &TTabStrip::PageSetsOut, framePacer, &TFramePacer::GiveWay);

@@ -41,7 +41,6 @@
 #include "chrome/window_placement.h"
 #include "config/language.h"
 #include "config/settings.h"
-#include "favorites/page_icons.h"
 #include "groups/page_groups.h"
 #include "history/history_keeper.h"
 #include "history/history_store.h"
@@ -115,7 +114,6 @@ class TModules final {
   TPageGroups groups;
   TOpenCommand openCommand;
   TFavoritesView favorites;
-  TPageIcons pageIcons;
   TPopupBlocker popups;
   TBrowsingPolicy policy;
   TFullScreen fullScreen;

@@ -13,6 +13,7 @@ TFavoriteIcons::TFavoriteIcons(TTabStrip &tabs, TSettings &settings)
       m_folder(QApplication::style()->standardIcon(QStyle::SP_DirIcon)),
       m_page(QStringLiteral(":/icons/page.svg")) {
   for (TBrowserTab *tab : tabs.Tabs()) Follow(tab);
+  connect(&m_pages, &TPageIcons::Changed, this, [this] { ++m_version; });
   connect(&tabs, &TTabStrip::TabOpened, this, &TFavoriteIcons::Follow);
 }
 

@@ -4,6 +4,7 @@
 #include <QObject>
 
 #include "favorites/favicon_cache.h"
+#include "favorites/page_icons.h"
 
 class TBrowserTab;
 class TSettings;
@@ -23,9 +24,10 @@ class TFavoriteIcons final : public QObject {
   [[nodiscard]] const QIcon &Page() const { return m_page; }
   // Whether some have pictures of their own.
   [[nodiscard]] bool HasOwn() const;
-  // Another number after each icon that came.
+  // Another number after each icon that came, from a page or from the disk.
   [[nodiscard]] int Version() const { return m_version; }
-  [[nodiscard]] const TFaviconCache &Cache() const { return m_cache; }
+  // The same icons for what must not wait for the disk.
+  [[nodiscard]] TPageIcons &Pages() const { return m_pages; }
   // That of its site, where it is to be shown and known, else the plain one. Reads the file, and the cache's.
   [[nodiscard]] QIcon Of(const TFavorite &favorite) const;
   // The same of an address that is known already.
@@ -42,6 +44,7 @@ class TFavoriteIcons final : public QObject {
 
   TSettings &m_settings;
   TFaviconCache m_cache;
+  mutable TPageIcons m_pages{m_cache};
   QIcon m_folder;
   QIcon m_page;
   int m_version = 0;

@@ -5,14 +5,12 @@
 #include "chrome/folder_view/folder_view.h"
 
 TFavoriteKind::TFavoriteKind(TFavoriteLauncher &launcher, const TFavoriteIcons &icons)
-    : m_launcher(launcher), m_icons(icons), m_pageIcons(icons.Cache()) {
-  QObject::connect(&m_pageIcons, &TPageIcons::Changed, &m_pageIcons, [this] { ++m_found; });
-}
+    : m_launcher(launcher), m_icons(icons) {}
 
 void TFavoriteKind::Serve(TFolderView &view) const {
   QWidget *shown = view.viewport();
   QObject::connect(&m_icons, &TFavoriteIcons::Came, shown, qOverload<>(&QWidget::update));
-  QObject::connect(&m_pageIcons, &TPageIcons::Changed, shown, qOverload<>(&QWidget::update));
+  QObject::connect(&m_icons.Pages(), &TPageIcons::Changed, shown, qOverload<>(&QWidget::update));
 }
 
 QIcon TFavoriteKind::FolderIcon() const {
@@ -25,13 +23,13 @@ QIcon TFavoriteKind::FileIcon() const {
 
 QIcon TFavoriteKind::IconOf(const QString &address) const {
   if (!m_icons.HasOwn()) return {};
-  const QImage image = m_pageIcons.Of(address);
-  if (image.isNull()) m_pageIcons.Fetch({address});
+  const QImage image = m_icons.Pages().Of(address);
+  if (image.isNull()) m_icons.Pages().Fetch({address});
   return image.isNull() ? QIcon() : QIcon(QPixmap::fromImage(image));
 }
 
 int TFavoriteKind::IconVersion() const {
-  return m_icons.HasOwn() ? 1 + m_icons.Version() + m_found : 0;
+  return m_icons.HasOwn() ? 1 + m_icons.Version() : 0;
 }
 
 void TFavoriteKind::Open(const TFavorite &file, TOpenPlace place) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "chrome/folder_view/folder_kind.h"
-#include "favorites/page_icons.h"
 
 class TFavoriteIcons;
 class TFavoriteLauncher;
@@ -26,6 +25,4 @@ class TFavoriteKind : public TFolderKind {
  private:
   TFavoriteLauncher &m_launcher;
   const TFavoriteIcons &m_icons;
-  mutable TPageIcons m_pageIcons;
-  int m_found = 0;  // how often the disk had some
 };
