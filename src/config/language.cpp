@@ -1,8 +1,10 @@
 #include "config/language.h"
 
 #include <QCoreApplication>
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QLibraryInfo>
+#include <QSet>
 #include <QTranslator>
 
 #include "config/form_translator.h"
@@ -91,4 +93,22 @@ QString TLanguage::LongHint(const QString &hint) {
 
 void TLanguage::TranslateForm(QObject *form, const char *section) const {
   if (form != nullptr) TFormTranslator(m_texts, section).Translate(form);
+}
+
+QList<TLanguageFile> TLanguage::Available() {
+  QList<TLanguageFile> available;
+  QSet<QString> names;
+  for (const QString &folder : ProgramFolders::SearchPath(Folder)) {
+    QDirIterator files(folder, {"*.ini"}, QDir::Files);
+    while (files.hasNext()) {
+      const QString path = files.next();
+      const QString name = files.fileName();
+      if (names.contains(name)) continue;
+      names.insert(name);
+      TIniFile file;
+      file.Load(path);
+      available.append({path, name, file.Value("INFO", "Language")});
+    }
+  }
+  return available;
 }

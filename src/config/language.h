@@ -13,6 +13,13 @@ struct TTextKey {
   const char *key = nullptr;
 };
 
+// A language that can be chosen.
+struct TLanguageFile {
+  QString path;
+  QString name;     // of the file, without folder
+  QString caption;  // the language's own name for itself
+};
+
 // The texts of the interface, from one language file that is read once at start. Language files are INI files (see
 // TIniFile) in the folder "Languages" of the program's folders.
 class TLanguage final {
@@ -26,6 +33,9 @@ class TLanguage final {
   void Load(TZVOptions &options);
   // Loads exactly this file; false when it cannot be read (every look-up then falls back).
   bool LoadFile(const QString &path);
+
+  // All language files in the program's folders; of two of one name, the one that is looked in first.
+  [[nodiscard]] static QList<TLanguageFile> Available();
 
   // The file that Load could not read, without folder; empty when there was none.
   [[nodiscard]] const QString &UnreadFile() const { return m_unreadFile; }

@@ -26,6 +26,8 @@ inline constexpr const char *PageSetup = R"(Software\Velmora\Zarvela\CurrentVers
 // Shared with other programs of the desktop: the start page, and the addresses that were typed.
 inline constexpr const char *SystemBrowser = R"(Software\Microsoft\Internet Explorer\Main)";
 inline constexpr const char *TypedUrls = R"(Software\Microsoft\Internet Explorer\TypedUrls)";
+// The security zones are below it, see TZoneStore.
+inline constexpr const char *InternetSettings = R"(Software\Microsoft\Windows\CurrentVersion\Internet Settings)";
 // Where the favorites lie: the shell's folders in both of its ways to write them, and what the links folder is called.
 inline constexpr const char *UserShellFolders =
     R"(Software\Microsoft\Windows\CurrentVersion\Explorer\User Shell Folders)";

@@ -31,6 +31,10 @@ int ClampHistoryDays(int days) {
   return qMax(0, days);
 }
 
+int ClampSleepMinutes(int minutes) {
+  return qMax(0, minutes);
+}
+
 int DefaultWindowWidth() {
   return AvailableSize().width() - ScreenMargin;
 }

@@ -34,6 +34,8 @@ int ClampNewAction(int action);
 int ClampHalvexBarWidth(int width);
 // No less than 0, which stands for ever.
 int ClampHistoryDays(int days);
+// No less than 0, which stands for never.
+int ClampSleepMinutes(int minutes);
 // The primary screen without panels and docks, less 40 pixels.
 int DefaultWindowWidth();
 int DefaultWindowHeight();
@@ -54,6 +56,7 @@ inline constexpr TFlagSetting OpenNewInForeground{"OpenNewInForeground", false};
 inline constexpr TFlagSetting HGCloseFirst{"HGCloseFirst", false};
 inline constexpr TIntegerSetting NewAction{"NewAction", 2, SettingRule::ClampNewAction};
 inline constexpr TIntegerSetting LimitTitleLength{"LimitTitleLength", 35};
+inline constexpr TIntegerSetting SleepMinutes{"SleepMinutes", 30, SettingRule::ClampSleepMinutes};
 inline constexpr TFlagSetting MultipleLines{"MultipleLines", false};
 inline constexpr TFlagSetting TabsDown{"TabsDown", true};
 inline constexpr TStringSetting TabColorScheme{"TabColorScheme", "custom"};
@@ -83,6 +86,7 @@ inline constexpr TFlagSetting QuickSearchNewWin{"QuickSearchNewWin", true};
 inline constexpr TStringSetting SearchBar{"SearchBar", "", SettingRule::DefaultSearchBar};
 inline constexpr TIntegerSetting HalvexBarWidth{"HalvexBarWidth", 234, SettingRule::ClampHalvexBarWidth};
 inline constexpr TFlagSetting HBAutoExpand{"HBAutoExpand", true};
+inline constexpr TIntegerSetting HalvexBarPage{"HalvexBarPage", 0};
 inline constexpr TFlagSetting ViewAddressBar{"ViewAddressBar", true};
 inline constexpr TFlagSetting ViewLinksBar{"ViewLinksBar", true};
 inline constexpr TFlagSetting ViewToolbar{"ViewToolbar", true};
@@ -99,6 +103,9 @@ inline constexpr TIntegerSetting Height{"Height", 0, nullptr, SettingRule::Defau
 inline constexpr TIntegerSetting FavoritesWidth{"FavoritesWidth", 250};
 inline constexpr TIntegerSetting FavoritesHeight{"FavoritesHeight", 400};
 inline constexpr TStringSetting LastFavoritesFolder{"LastFavoritesFolder", ""};
+// Where downloads go, or where the question for it begins; empty, or one that cannot be written, for the desktop's own.
+inline constexpr TStringSetting DownloadFolder{"DownloadFolder", ""};
+inline constexpr TFlagSetting DownloadAsk{"DownloadAsk", true};
 inline constexpr TFlagSetting DisableALTShortcuts{"DisableALTShortcuts", false};
 inline constexpr TFlagSetting BreakFavorites{"BreakFavorites", false};
 inline constexpr TFlagSetting ShowOpenAllFavorites{"ShowOpenAllFavorites", true};
@@ -113,18 +120,19 @@ inline constexpr TIntegerSetting LastPong{"LastPong", 0};
 inline constexpr TFlagSetting New{"New", false};
 inline constexpr TFlagSetting FlyswatEnabled{"FlyswatEnabled", true};
 inline constexpr TFlagSetting FlyswatShowLinks{"FlyswatShowLinks", true};
+inline constexpr TStringSetting FlyswatAgreed{"FlyswatAgreed", ""};
 
 inline constexpr auto All = std::to_array<TSetting>({
     AllowMultiInstance, MinToTray, AddressNewWin, ShowGo, AutoCompleteStyle, OpenNewAtEnd, OpenNewInForeground,
-    HGCloseFirst, NewAction, LimitTitleLength, MultipleLines, TabsDown, TabColorScheme, InactiveTabColor,
+    HGCloseFirst, NewAction, LimitTitleLength, SleepMinutes, MultipleLines, TabsDown, TabColorScheme, InactiveTabColor,
     InactiveFontColor, StartupMode, StartupHalvexGroup, StartupPage, CommandLine, AskDefaultBrowser,
     ConfirmCloseAll, ConfirmShutdown, UsePopupHalvex, PopupHalvexNotify, CtrlPre, CtrlPost, ShiftPre, ShiftPost,
     CtrlShiftPre, CtrlShiftPost, FavoritesNewWin, HistoryNewWin, HistoryDays, SearchNewWin, LinksNewWin, QuickSearchNewWin,
-    SearchBar, HalvexBarWidth, HBAutoExpand, ViewAddressBar, ViewLinksBar, ViewToolbar, ViewStatusBar,
+    SearchBar, HalvexBarWidth, HBAutoExpand, HalvexBarPage, ViewAddressBar, ViewLinksBar, ViewToolbar, ViewStatusBar,
     ViewHalvexBar, FullScreen, FullscreenMenuBar, FullscreenStatusBar, Maximized, Left, Top, Width, Height,
-    FavoritesWidth, FavoritesHeight, LastFavoritesFolder, DisableALTShortcuts, BreakFavorites, ShowOpenAllFavorites, ToolbarShowColor,
+    FavoritesWidth, FavoritesHeight, LastFavoritesFolder, DownloadFolder, DownloadAsk, DisableALTShortcuts, BreakFavorites, ShowOpenAllFavorites, ToolbarShowColor,
     UseCustomIcons, AutoRefresh, LanguageFile, LoadBHOs, VersionCheck, CheckedVersion, LastPong, New,
-    FlyswatEnabled, FlyswatShowLinks
+    FlyswatEnabled, FlyswatShowLinks, FlyswatAgreed
 });
 
 }  // namespace Setting

@@ -55,15 +55,17 @@ TShellAssociation::TRecord TShellAssociation::Read(const QString &className) con
   return {className, read(ShellKey(className)), read(className)};
 }
 
+bool TShellAssociation::IsOurs(const QString &className) const {
+  return Read(className).defaultVerb == Verb;
+}
+
 bool TShellAssociation::IsDefaultBrowser() const {
-  return std::all_of(std::begin(Classes), std::end(Classes), [this](const char *className) {
-    return Read(QString::fromLatin1(className)).defaultVerb == Verb;
-  });
+  return std::all_of(std::begin(Classes), std::end(Classes),
+                     [this](const char *className) { return IsOurs(QString::fromLatin1(className)); });
 }
 
 bool TShellAssociation::SetKeys(const QString &className, bool on) {
-  const bool isOurs = Read(className).defaultVerb == Verb;
-  if (on == isOurs) return false;
+  if (on == IsOurs(className)) return false;
   const QString shell = ShellKey(className);
   if (!on) {
     m_store.Write(TRegistryHive::ClassesRoot, shell, Unnamed, QStringLiteral("open"));

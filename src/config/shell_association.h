@@ -24,6 +24,9 @@ class TShellAssociation final {
       : m_store(store), m_desktop(desktop) {}
 
   [[nodiscard]] TRecord Read(const QString &className) const;
+  // The class's default verb is the program's own.
+  [[nodiscard]] bool IsOurs(const QString &className) const;
+  // All classes are.
   [[nodiscard]] bool IsDefaultBrowser() const;
   // Switching a class off puts the verb "open" back, but only where the verb is still the program's own; the program's
   // verb key is left in place.

@@ -36,8 +36,9 @@ void TDesktopNotifications::Show(TMessage message) {
     waiting->deleteLater();
     if (reply.isValid()) {
       m_shown.insert(reply.value(), message);
-    } else if (message.closed) {
-      message.closed();
+    } else {
+      if (message.failed) message.failed();
+      if (message.closed) message.closed();
     }
   });
 }

@@ -15,6 +15,7 @@ class TDesktopNotifications final : public QObject {
     QString title;
     QString text;                     // plain
     std::function<void()> clicked{};  // the user wants to see more
+    std::function<void()> failed{};   // nothing was shown; before `closed`
     std::function<void()> closed{};   // called once, after `clicked` as well
   };
 

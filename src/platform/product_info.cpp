@@ -8,5 +8,6 @@ TProductInfo TProductInfo::Load() {
   const QString path = ProgramFolders::Find({}, "product.ini");
   if (!path.isEmpty()) file.Load(path);
   const auto address = [&file](const char *key) { return file.Value("Addresses", key); };
-  return {address("DefaultHomePage"), address("StartupPage"), address("SearchPanelPage"), address("UpdateServer")};
+  return {address("DefaultHomePage"), address("StartupPage"), address("SearchPanelPage"), address("UpdateServer"),
+          file.Value("Annotations", "Service")};
 }

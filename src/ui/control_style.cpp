@@ -89,6 +89,18 @@ void TControlStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *
   QProxyStyle::drawPrimitive(element, option, painter, widget);
 }
 
+void TControlStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option, QPainter *painter,
+                                       const QWidget *widget) const {
+  const auto *button = control == CC_ToolButton ? qstyleoption_cast<const QStyleOptionToolButton *>(option) : nullptr;
+  if (button == nullptr || button->features.testFlag(QStyleOptionToolButton::MenuButtonPopup)) {
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+    return;
+  }
+  QStyleOptionToolButton plain(*button);
+  plain.features.setFlag(QStyleOptionToolButton::HasMenu, false);
+  QProxyStyle::drawComplexControl(control, &plain, painter, widget);
+}
+
 QSize TControlStyle::sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,
                                       const QWidget *widget) const {
   const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);

@@ -3,8 +3,9 @@
 #include <QProxyStyle>
 
 // The toolkit's own style ("fusion"), made plain where it is not: buttons of bars and grips show the keyboard as
-// clearly in dark colours as in light ones, boxes to tick have an outline that can be seen, and rows of menus and lists
-// are high enough to be hit. Styles that belong to a desktop are left as they are.
+// clearly in dark colours as in light ones, boxes to tick have an outline that can be seen, rows of menus and lists are
+// high enough to be hit, and a button that opens a menu as a whole has no second small arrow in its corner. Styles that
+// belong to a desktop are left as they are.
 class TControlStyle final : public QProxyStyle {
   Q_OBJECT
 
@@ -20,6 +21,8 @@ class TControlStyle final : public QProxyStyle {
   void polish(QPalette &palette) override;
   void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                      const QWidget *widget) const override;
+  void drawComplexControl(ComplexControl control, const QStyleOptionComplex *option, QPainter *painter,
+                          const QWidget *widget) const override;
   [[nodiscard]] QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,
                                        const QWidget *widget) const override;
 };

@@ -24,6 +24,14 @@
   return shown;
 }
 
+// A text that runs from left to right as it stands, an address say, where what is around it may run the other way; also
+// when it is shortened to fit.
+[[nodiscard]] inline QString LeftToRight(const QString &text) {
+  constexpr QChar Begin(0x202A);
+  constexpr QChar End(0x202C);
+  return text.isEmpty() ? text : Begin + text + End;
+}
+
 // As the text of a menu item, which takes "&" for a mnemonic and a tab for the place of a short-cut.
 [[nodiscard]] inline QString MenuText(const QString &text, qsizetype longest = 250) {
   return OneLine(Shortened(text, longest)).replace(u'&', QLatin1String("&&"));

@@ -50,6 +50,28 @@ class TStoreLock final {
   sqlite3 *m_database = nullptr;
 };
 
+// A store's folder is not there, and none can be made, for as long as this object lives.
+class TMissingFolder final {
+ public:
+  explicit TMissingFolder(const QString &path) : m_path(path) {
+    QFile inTheWay(m_path);
+    if (!QDir().rename(m_path, Away()) || !inTheWay.open(QIODevice::WriteOnly)) {
+      QTest::qFail("the folder stays", __FILE__, __LINE__);
+    }
+  }
+  ~TMissingFolder() {
+    QFile::remove(m_path);
+    QDir().rename(Away(), m_path);
+  }
+  TMissingFolder(const TMissingFolder &) = delete;
+  TMissingFolder &operator=(const TMissingFolder &) = delete;
+
+ private:
+  [[nodiscard]] QString Away() const { return m_path + QStringLiteral(".away"); }
+
+  const QString m_path;
+};
+
 // No file grows beyond so many bytes meanwhile, as on a full disk.
 class TSmallFiles final {
  public:

@@ -21,20 +21,20 @@ constexpr struct {
 } Defaults[] = {
     {"AllowMultiInstance", "0"}, {"MinToTray", "0"}, {"AddressNewWin", "0"}, {"ShowGo", "0"},
     {"AutoCompleteStyle", "IE5"}, {"OpenNewAtEnd", "0"}, {"OpenNewInForeground", "0"}, {"HGCloseFirst", "0"},
-    {"NewAction", "2"}, {"LimitTitleLength", "35"}, {"MultipleLines", "0"}, {"TabsDown", "1"},
+    {"NewAction", "2"}, {"LimitTitleLength", "35"}, {"SleepMinutes", "30"}, {"MultipleLines", "0"}, {"TabsDown", "1"},
     {"TabColorScheme", "custom"}, {"InactiveTabColor", "11184810"}, {"InactiveFontColor", "0"},
     {"StartupMode", "Home"}, {"StartupHalvexGroup", ""}, {"StartupPage", ""}, {"CommandLine", ""},
     {"AskDefaultBrowser", "1"}, {"ConfirmCloseAll", "1"}, {"ConfirmShutdown", "1"}, {"UsePopupHalvex", "1"},
     {"PopupHalvexNotify", "1"}, {"CtrlPre", "http://www."}, {"CtrlPost", ".com"}, {"ShiftPre", "http://www."},
     {"ShiftPost", ".net"}, {"CtrlShiftPre", "http://www."}, {"CtrlShiftPost", ".org"}, {"FavoritesNewWin", "1"},
     {"HistoryNewWin", "1"}, {"HistoryDays", "365"}, {"SearchNewWin", "1"}, {"LinksNewWin", "1"}, {"QuickSearchNewWin", "1"},
-    {"HalvexBarWidth", "234"}, {"HBAutoExpand", "1"}, {"ViewAddressBar", "1"}, {"ViewLinksBar", "1"},
+    {"HalvexBarWidth", "234"}, {"HBAutoExpand", "1"}, {"HalvexBarPage", "0"}, {"ViewAddressBar", "1"}, {"ViewLinksBar", "1"},
     {"ViewToolbar", "1"}, {"ViewStatusBar", "1"}, {"ViewHalvexBar", "0"}, {"FullScreen", "0"},
     {"FullscreenMenuBar", "0"}, {"FullscreenStatusBar", "0"}, {"Maximized", "0"}, {"Left", "10"}, {"Top", "10"},
-    {"FavoritesWidth", "250"}, {"FavoritesHeight", "400"}, {"LastFavoritesFolder", ""}, {"DisableALTShortcuts", "0"}, {"BreakFavorites", "0"},
+    {"FavoritesWidth", "250"}, {"FavoritesHeight", "400"}, {"LastFavoritesFolder", ""}, {"DownloadFolder", ""}, {"DownloadAsk", "1"}, {"DisableALTShortcuts", "0"}, {"BreakFavorites", "0"},
     {"ShowOpenAllFavorites", "1"}, {"ToolbarShowColor", "0"}, {"UseCustomIcons", "1"}, {"AutoRefresh", "0"},
     {"LanguageFile", "zveng.ini"}, {"LoadBHOs", "0"}, {"VersionCheck", "1"}, {"CheckedVersion", "155"},
-    {"LastPong", "0"}, {"New", "0"}, {"FlyswatEnabled", "1"}, {"FlyswatShowLinks", "1"},
+    {"LastPong", "0"}, {"New", "0"}, {"FlyswatEnabled", "1"}, {"FlyswatShowLinks", "1"}, {"FlyswatAgreed", ""},
 };
 // clang-format on
 
