@@ -15,6 +15,7 @@
 #include "history/history_store.h"
 #include "history/url_history.h"
 #include "popups/popup_patterns.h"
+#include "security/zone_map.h"
 #include "table.h"
 
 namespace {
@@ -33,6 +34,8 @@ constexpr int PagesOfAPiece = 300;
 constexpr std::array PatternCounts{10, 1'000, 100'000};
 constexpr int TestsAtOnce = 200;
 constexpr double PopupLimit = 10;  // microseconds
+constexpr int ZoneMappings = 50'000;
+constexpr double ZoneLimit = 20;  // microseconds
 
 // The median time of one call of `work`, in milliseconds.
 template <typename TWork>
@@ -179,11 +182,16 @@ class THistoryBench final {
     return QStringLiteral("https://www.%1%2.example/page%3").arg(Word(site)).arg(site % 400).arg(visit);
   }
 
+  qsizetype Count() const {
+    const auto pages = THistoryReader(m_file).Pages({}, THistoryOrder::LastVisit, Visits + 1);
+    return pages ? pages->size() : -1;
+  }
+
   bool IsFilled() const {
     if (!QFile::exists(m_file)) return false;
     THistoryStore store(m_file);
     // A file of an earlier version is brought up to date first.
-    return store.Count() == Visits || (Written(store) && store.Count() == Visits);
+    return Count() == Visits || (Written(store) && Count() == Visits);
   }
 
   bool Fill() {
@@ -292,6 +300,40 @@ void PopupReading() {
   PrintValue(QStringLiteral("pop-up list: arranged, %1 patterns").arg(patterns.size()), arranging, "ms", 0);
 }
 
+bool ZoneLookUp() {
+  QList<TZoneMapping> mappings;
+  for (int i = 0; i < ZoneMappings; ++i) {
+    const char *form = i % 3 == 0   ? "http://www.site%1.example"
+                       : i % 3 == 1 ? "*.domain%1.example"
+                                    : "https://*.b%1.test";
+    mappings.append({QString::fromLatin1(form).arg(i), i % 3 == 0 ? 2 : 4});
+  }
+  TZoneMap map;
+  const double arranging = Time(1, [&] { map.Set(mappings); });
+  PrintValue(QStringLiteral("zones: arranged, %1 mappings").arg(ZoneMappings), arranging, "ms", 0);
+  const std::pair<QString, int> addresses[] = {
+      {QStringLiteral("https://www.nowhere.example/news/index.html"), 3},
+      {QStringLiteral("http://www.site49998.example/show?id=7"), 2},
+      {QStringLiteral("https://a.b.c.domain49999.example/now"), 4},
+      {QStringLiteral("https://x.b2.test:8443/"), 4},
+      {QStringLiteral("https://b\u00fccher.nowhere.example/news/index.html"), 3},
+      {QStringLiteral("https://") + QStringLiteral("a.").repeated(100) + QStringLiteral("example/"), 3},
+  };
+  bool isGood = true;
+  double slowest = 0;
+  double plain = 0;
+  for (const auto &[address, expected] : addresses) {
+    int zone = -1;
+    slowest = std::max(slowest, Time(TestsAtOnce, [&, &text = address] { zone = map.ZoneOf(text); }));
+    if (plain == 0) plain = slowest;
+    if (zone == expected) continue;
+    std::fprintf(stderr, "bench: zone %d instead of %d for %s\n", zone, expected, qPrintable(address.left(80)));
+    isGood = false;
+  }
+  PrintValue(QStringLiteral("zones: a plain address"), plain * 1000, "us", 0);
+  return PrintValue(QStringLiteral("zones: the slowest address"), slowest * 1000, "us", ZoneLimit) && isGood;
+}
+
 }  // namespace
 
 int main(int argc, char **argv) {
@@ -304,6 +346,7 @@ int main(int argc, char **argv) {
               Visits);
   const bool patternsAreGood = PopupTest();
   PopupReading();
+  const bool zonesAreGood = ZoneLookUp();
   const bool historyIsGood = THistoryBench(QString::fromLocal8Bit(argv[1])).Run();
-  return patternsAreGood && historyIsGood ? 0 : 1;
+  return patternsAreGood && zonesAreGood && historyIsGood ? 0 : 1;
 }

@@ -16,15 +16,6 @@ constexpr TStoreFile::TPatience Patience{.first = 250, .usual = 250};
 constexpr qsizetype MostPeriods = 1200;
 constexpr int RowsAtOnce = 5000;
 
-TVisitedPage PageOf(const TSqliteStatement &row) {
-  return {row.Text(0),
-          row.Text(1),
-          QDateTime::fromMSecsSinceEpoch(row.Integer(2)),
-          QDateTime::fromMSecsSinceEpoch(row.Integer(3)),
-          row.Integer(4),
-          row.Integer(5)};
-}
-
 }  // namespace
 
 QString THistoryRow::Address() const {
@@ -36,11 +27,11 @@ QString THistoryRow::Title() const {
 }
 
 QString THistoryRow::Words() const {
-  return m_row.Text(6);
+  return m_row.Text(HistorySchema::NextColumn);
 }
 
 TVisitedPage THistoryRow::Page() const {
-  return PageOf(m_row);
+  return HistorySchema::PageOf(m_row);
 }
 
 THistoryReader::THistoryReader(const QString &filePath) : m_file(filePath, HistorySchema::Schema, Patience) {}
@@ -99,7 +90,7 @@ std::optional<QStringList> THistoryReader::Sites(const THistorySpan &span) {
 }
 
 bool THistoryReader::Gather(TSqliteStatement &rows, int limit, QList<TVisitedPage> &pages) const {
-  while (pages.size() < limit && rows.Step()) pages.append(PageOf(rows));
+  while (pages.size() < limit && rows.Step()) pages.append(HistorySchema::PageOf(rows));
   return TStoreFile::StateOf(rows.Code()) == TState::Ready;
 }
 
@@ -113,37 +104,42 @@ std::optional<QList<TVisitedPage>> THistoryReader::Pages(const THistorySpan &spa
   const qint64 last = after ? after->lastVisit.toMSecsSinceEpoch() : span.until - 1;
   const qint64 id = after ? after->id : -1;
   if (order == THistoryOrder::LastVisit) {
-    TSqliteStatement rows = database.Use(
-        "SELECT address, title, first, last, count, id FROM visits WHERE last >= ?1 AND last <= ?2 "
-        "AND (last < ?2 OR id > ?3) AND (?4 = '' OR site = ?4) ORDER BY last DESC, id LIMIT ?5");
+    TSqliteStatement rows =
+        database.Use("SELECT " ZV_PAGE_COLUMNS
+                     " FROM visits WHERE last >= ?1 AND last <= ?2 "
+                     "AND (last < ?2 OR id > ?3) AND (?4 = '' OR site = ?4) ORDER BY last DESC, id LIMIT ?5");
     rows.Bind(span.from).Bind(last).Bind(id).Bind(span.site).Bind(limit);
     return Gather(rows, limit, pages) ? std::optional(pages) : std::nullopt;
   }
   // First the rest of those with as many visits, then those with less: so each piece is found by the index.
   if (after) {
-    TSqliteStatement rows = database.Use(
-        "SELECT address, title, first, last, count, id FROM visits WHERE count = ?1 AND last <= ?2 "
-        "AND (last < ?2 OR id > ?3) ORDER BY last DESC, id LIMIT ?4");
+    TSqliteStatement rows = database.Use("SELECT " ZV_PAGE_COLUMNS
+                                         " FROM visits WHERE count = ?1 AND last <= ?2 "
+                                         "AND (last < ?2 OR id > ?3) ORDER BY last DESC, id LIMIT ?4");
     rows.Bind(after->visits).Bind(last).Bind(id).Bind(limit);
     if (!Gather(rows, limit, pages)) return std::nullopt;
   }
-  TSqliteStatement rows = database.Use(
-      "SELECT address, title, first, last, count, id FROM visits WHERE count < ?1 ORDER BY count DESC, last DESC, id "
-      "LIMIT ?2");
+  TSqliteStatement rows = database.Use("SELECT " ZV_PAGE_COLUMNS
+                                       " FROM visits WHERE count < ?1 ORDER BY count DESC, last DESC, id "
+                                       "LIMIT ?2");
   rows.Bind(after ? after->visits : std::numeric_limits<qint64>::max()).Bind(limit - pages.size());
   return Gather(rows, limit, pages) ? std::optional(pages) : std::nullopt;
 }
 
-bool THistoryReader::Walk(qint64 &below, int rows, const std::function<void(const THistoryRow &)> &look) {
-  if (Ensure() != TAccess::Ready) return false;
-  TSqliteStatement found = m_file.Database().Use(
-      "SELECT address, title, first, last, count, id, words FROM visits WHERE id < ?1 ORDER BY id DESC LIMIT ?2");
+THistoryReader::TWalk THistoryReader::Walk(qint64 &below, int rows,
+                                           const std::function<void(const THistoryRow &)> &look) {
+  if (const TAccess access = Ensure(); access != TAccess::Ready) {
+    return access == TAccess::NothingThere ? TWalk::End : TWalk::Failed;
+  }
+  TSqliteStatement found =
+      m_file.Database().Use("SELECT " ZV_PAGE_COLUMNS ", words FROM visits WHERE id < ?1 ORDER BY id DESC LIMIT ?2");
   found.Bind(below).Bind(rows);
   int count = 0;
   while (found.Step()) {
     ++count;
-    below = found.Integer(5);
+    below = found.Integer(HistorySchema::IdColumn);
     look(THistoryRow(found));
   }
-  return count == rows && !IsStopped();
+  if (TStoreFile::StateOf(found.Code()) != TState::Ready) return TWalk::Failed;
+  return count == rows && !IsStopped() ? TWalk::More : TWalk::End;
 }

@@ -43,9 +43,14 @@ class THistoryReader final {
   // At most `limit` pages of a span, beginning behind `after`, one that was told before.
   [[nodiscard]] std::optional<QList<TVisitedPage>> Pages(const THistorySpan &span, THistoryOrder order, int limit,
                                                          const std::optional<TVisitedPage> &after = {});
+  enum class TWalk {
+    More,
+    End,     // also when it was stopped
+    Failed,  // what comes next cannot be read
+  };
   // Goes through at most `rows` pages, those that were visited first last, beginning below `below`, which is then where
-  // to go on; at first it is the largest number. False when there are no more, or they cannot be read.
-  [[nodiscard]] bool Walk(qint64 &below, int rows, const std::function<void(const THistoryRow &)> &look);
+  // to go on; at first it is the largest number.
+  [[nodiscard]] TWalk Walk(qint64 &below, int rows, const std::function<void(const THistoryRow &)> &look);
 
   // From any thread: what is at work ends soon and is not to be used.
   void Stop() { m_isStopped = true; }

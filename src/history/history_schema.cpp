@@ -1,5 +1,7 @@
 #include "history/history_schema.h"
 
+#include "history/history_store.h"
+
 // The part of an address between the scheme and the path, user names included.
 #define ZV_AUTHORITY                                      \
   "substr(substr(address, instr(address, '://') + 3), 1," \
@@ -55,6 +57,15 @@ constexpr const char *Queries[] = {
 const char *const RemoveAll =
     "DROP TRIGGER visits_removed; DELETE FROM visits;"
     "INSERT INTO search(search) VALUES('delete-all');" ZV_REMOVED_TRIGGER;
+
+TVisitedPage PageOf(const TSqliteStatement &row) {
+  return {row.Text(0),
+          row.Text(1),
+          QDateTime::fromMSecsSinceEpoch(row.Integer(2)),
+          QDateTime::fromMSecsSinceEpoch(row.Integer(3)),
+          row.Integer(4),
+          row.Integer(IdColumn)};
+}
 
 const TStoreFile::TSchema Schema{2, Tables, Queries, Upgrades};
 

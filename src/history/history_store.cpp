@@ -40,12 +40,6 @@ QString Cleaned(const QString &title) {
   return title.simplified().left(LongestTitle);
 }
 
-// A row that begins with address, title, first and last visit, count.
-TVisitedPage PageOf(const TSqliteStatement &row) {
-  return {row.Text(0), row.Text(1), QDateTime::fromMSecsSinceEpoch(row.Integer(2)),
-          QDateTime::fromMSecsSinceEpoch(row.Integer(3)), row.Integer(4)};
-}
-
 bool IsMoreUsed(const TVisitedPage &a, const TVisitedPage &b) {
   return a.visits != b.visits ? a.visits > b.visits : a.lastVisit > b.lastVisit;
 }
@@ -120,7 +114,8 @@ void THistoryStore::TReader::TakeSample(TSqliteConnection &database) {
 
 THistoryStore::THistoryStore(const QString &filePath)
     : m_path(filePath),
-      m_writer(std::make_unique<THistoryWriter>(filePath, [this] { Q_EMIT Written(); })),
+      m_writer(std::make_unique<THistoryWriter>(
+          filePath, [this] { Q_EMIT Written(); }, [this](THistoryTrouble trouble) { Q_EMIT Troubled(trouble); })),
       m_reader(std::make_unique<TReader>(filePath)) {}
 
 THistoryStore::~THistoryStore() = default;
@@ -176,25 +171,25 @@ QList<TVisitedPage> THistoryStore::Search(const QString &text, int limit) const 
   // In the order of the answer: once it is full nothing better can follow.
   const auto gather = [&](TSqliteStatement &rows, qsizetype most) {
     while (pages.size() < most && rows.Step()) {
-      if (!VisitWords::Match(rows.Text(6), query) || seen.contains(rows.Integer(5))) continue;
-      seen.insert(rows.Integer(5));
-      pages.append(PageOf(rows));
+      const qint64 id = rows.Integer(HistorySchema::IdColumn);
+      if (!VisitWords::Match(rows.Text(HistorySchema::NextColumn), query) || seen.contains(id)) continue;
+      seen.insert(id);
+      pages.append(HistorySchema::PageOf(rows));
     }
   };
   {
-    TSqliteStatement rows = database->Use(
-        "SELECT address, title, first, last, count, id, words FROM visits ORDER BY count DESC, last DESC LIMIT ?");
+    TSqliteStatement rows =
+        database->Use("SELECT " ZV_PAGE_COLUMNS ", words FROM visits ORDER BY count DESC, last DESC LIMIT ?");
     gather(rows.Bind(MostUsedLookedAt), limit);
   }
   if (pages.size() < limit) {
     if (const QString word = m_reader->RarestWord(*database, query); !word.isEmpty()) {
-      TSqliteStatement rows = database->Use(
-          "SELECT address, title, first, last, count, id, visits.words FROM search JOIN visits ON id = search.rowid "
-          "WHERE search MATCH ? ORDER BY search.rowid DESC LIMIT ?");
+      TSqliteStatement rows = database->Use("SELECT " ZV_PAGE_COLUMNS
+                                            ", visits.words FROM search JOIN visits ON id = search.rowid "
+                                            "WHERE search MATCH ? ORDER BY search.rowid DESC LIMIT ?");
       gather(rows.Bind(word).Bind(FoundLookedAt), MostUsedLookedAt + FoundLookedAt);
     } else {
-      TSqliteStatement rows =
-          database->Use("SELECT address, title, first, last, count, id, words FROM visits ORDER BY id DESC LIMIT ?");
+      TSqliteStatement rows = database->Use("SELECT " ZV_PAGE_COLUMNS ", words FROM visits ORDER BY id DESC LIMIT ?");
       gather(rows.Bind(NewestLookedAt), MostUsedLookedAt + NewestLookedAt);
     }
     std::ranges::stable_sort(pages, IsMoreUsed);
@@ -205,9 +200,9 @@ QList<TVisitedPage> THistoryStore::Search(const QString &text, int limit) const 
 std::optional<TVisitedPage> THistoryStore::Find(const QString &address) const {
   TSqliteConnection *database = m_reader->Database(*m_writer);
   if (database == nullptr) return std::nullopt;
-  TSqliteStatement row = database->Use("SELECT address, title, first, last, count FROM visits WHERE address = ?");
+  TSqliteStatement row = database->Use("SELECT " ZV_PAGE_COLUMNS " FROM visits WHERE address = ?");
   if (!row.Bind(address).Step()) return std::nullopt;
-  return PageOf(row);
+  return HistorySchema::PageOf(row);
 }
 
 std::optional<QDateTime> THistoryStore::OldestLastVisit() const {
@@ -216,13 +211,6 @@ std::optional<QDateTime> THistoryStore::OldestLastVisit() const {
   TSqliteStatement row = database->Use("SELECT min(last) FROM visits");
   if (!row.Step() || !row.IsInteger(0)) return std::nullopt;
   return QDateTime::fromMSecsSinceEpoch(row.Integer(0));
-}
-
-qint64 THistoryStore::Count() const {
-  TSqliteConnection *database = m_reader->Database(*m_writer);
-  if (database == nullptr) return 0;
-  TSqliteStatement row = database->Use("SELECT count(*) FROM visits");
-  return row.Step() ? row.Integer(0) : 0;
 }
 
 QString THistoryStore::SetAsideFile() const {

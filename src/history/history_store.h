@@ -15,8 +15,8 @@
 // Readers see what has been written (see Flush). A file that is damaged is set aside under a new name beside it and a
 // new one is begun; one of an earlier version is brought up to date by the writer, and gives nothing until then. While
 // another process keeps the file locked, or the disk is full, changes wait (ten thousand of them at the most). Where
-// nothing can ever be written they are dropped in silence: a history is no reason to disturb anybody. One object serves
-// one thread.
+// nothing can be written at all visits are dropped in silence: a history is no reason to disturb anybody. What is to be
+// taken out is never dropped: it waits too, and that it must is told (see Troubled). One object serves one thread.
 
 class THistoryWriter;
 
@@ -26,7 +26,7 @@ struct TVisitedPage {
   QDateTime firstVisit{};
   QDateTime lastVisit{};
   qint64 visits = 0;
-  qint64 id = 0;  // in its file; only THistoryReader tells it
+  qint64 id = 0;  // in its file
 };
 
 // Pages by their last visit, from `from` to before `until` (milliseconds since 1970), and of one site, unless `site` is
@@ -42,8 +42,15 @@ struct THistorySpan {
 // How far what the user has asked to be taken out is gone.
 struct THistoryRemoval {
   bool isGoing = false;
-  qint64 done = 0;   // pages
-  qint64 total = 0;  // 0 while it is not known
+  qint64 done = 0;         // pages
+  qint64 total = 0;        // 0 while it is not known
+  bool isFailing = false;  // the disk or the file did not take it when it was last tried; it is tried again
+};
+
+// What the user is to know of.
+enum class THistoryTrouble {
+  SetAside,      // the file was damaged, see SetAsideFile
+  RemovalFails,  // see THistoryRemoval::isFailing; once until all that is to go is gone
 };
 
 class THistoryStore final : public QObject {
@@ -83,14 +90,14 @@ class THistoryStore final : public QObject {
   [[nodiscard]] std::optional<TVisitedPage> Find(const QString &address) const;
   // Of the page that was not visited for the longest time; nothing where there is none, or it cannot be read now.
   [[nodiscard]] std::optional<QDateTime> OldestLastVisit() const;
-  [[nodiscard]] qint64 Count() const;
 
   // The name that a damaged file was given since this object was made; empty when nothing was wrong.
   [[nodiscard]] QString SetAsideFile() const;
 
  Q_SIGNALS:
-  // Something has been written. Emitted by the writer's thread.
+  // Both are emitted by the writer's thread. Something has been written.
   void Written();
+  void Troubled(THistoryTrouble trouble);
 
  private:
   class TReader;

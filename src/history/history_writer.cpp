@@ -14,7 +14,9 @@ namespace {
 constexpr TStoreFile::TPatience Patience{.first = 250, .usual = 250};
 // Changes of one moment are written together.
 constexpr std::chrono::milliseconds GatherTime{300};
-constexpr std::chrono::milliseconds RetryTime{100};
+// Doubled after each try in vain.
+constexpr std::chrono::milliseconds FirstRetry{100};
+constexpr std::chrono::milliseconds LongestRetry{5000};
 constexpr std::chrono::milliseconds EndTime{5000};
 // While another process keeps the file locked, or the disk is full, changes wait, but not without end.
 constexpr qsizetype MostWaiting = 10000;
@@ -23,8 +25,12 @@ constexpr qint64 StepOfRemoval = 1000;
 
 }  // namespace
 
-THistoryWriter::THistoryWriter(const QString &filePath, std::function<void()> written)
-    : m_file(filePath, HistorySchema::Schema, Patience), m_written(std::move(written)) {}
+THistoryWriter::THistoryWriter(const QString &filePath, std::function<void()> written,
+                               std::function<void(THistoryTrouble)> troubled)
+    : m_file(filePath, HistorySchema::Schema, Patience),
+      m_written(std::move(written)),
+      m_troubled(std::move(troubled)),
+      m_retry(FirstRetry) {}
 
 THistoryWriter::~THistoryWriter() {
   if (!m_givenUp) Flush(EndTime);
@@ -40,6 +46,7 @@ void THistoryWriter::Add(THistoryChange change) {
   const std::lock_guard lock(m_mutex);
   // What is taken out must not be found any more.
   m_urgent = m_urgent || change.IsRemoval();
+  m_tryNow = m_tryNow || change.IsRemoval();
   m_givenUp = false;
   m_waiting.append(std::move(change));
   if (!m_thread.joinable()) m_thread = std::thread([this] { Run(); });
@@ -50,6 +57,7 @@ bool THistoryWriter::Flush(std::chrono::milliseconds time) {
   std::unique_lock lock(m_mutex);
   if (!m_thread.joinable()) return true;
   m_hurry = true;
+  m_tryNow = true;
   m_wake.notify_all();
   const bool done = m_idle.wait_for(lock, time, [this] { return m_waiting.isEmpty() && !m_writing; });
   m_hurry = false;
@@ -76,6 +84,7 @@ void THistoryWriter::Run() {
     if (m_waiting.isEmpty()) return;
     m_wake.wait_for(lock, GatherTime, [this] { return m_stop || m_hurry || m_urgent; });
     m_urgent = false;
+    m_tryNow = false;
     QList<THistoryChange> changes = Next();
     m_isRemoving = std::ranges::any_of(changes, &THistoryChange::IsRemoval);
     m_writing = true;
@@ -85,11 +94,19 @@ void THistoryWriter::Run() {
     lock.lock();
     m_writing = false;
     m_isRemoving = false;
-    const bool mustWait = state == TState::Busy || state == TState::Refused;
-    if ((mustWait || (state == TState::Ready && m_hasMore)) && !m_stop) {
+    if (state == TState::Ready) {
+      m_removal = {.done = m_removal.done + m_spanStep, .total = std::max<qint64>(m_spanTotal, 0)};
+      m_retry = FirstRetry;
+    } else if (state != TState::Busy && state != TState::Refused) {
+      changes.removeIf([](const THistoryChange &change) { return !change.IsRemoval(); });
+    }
+    if ((state == TState::Ready ? m_hasMore : !changes.isEmpty()) && !m_stop) {
+      const bool hasFailed = state != TState::Ready && state != TState::Busy;
+      const bool isRemoval = std::ranges::any_of(changes, &THistoryChange::IsRemoval);
       m_waiting = changes + m_waiting;
       DropOldest();
-      if (mustWait) m_wake.wait_for(lock, RetryTime, [this] { return m_stop; });
+      if (hasFailed && isRemoval) TellFailedRemoval(lock);
+      if (state != TState::Ready) Pause(lock);
     } else {
       m_removal = {};
       m_spanTotal = -1;
@@ -98,6 +115,21 @@ void THistoryWriter::Run() {
     m_urgent = m_urgent || m_hasMore || std::ranges::any_of(m_waiting, &THistoryChange::IsRemoval);
     if (m_waiting.isEmpty()) m_idle.notify_all();
   }
+}
+
+// Once, however often it is tried, until all is done again.
+void THistoryWriter::TellFailedRemoval(TLock &lock) {
+  if (std::exchange(m_removal.isFailing, true)) return;
+  lock.unlock();
+  m_troubled(THistoryTrouble::RemovalFails);
+  lock.lock();
+}
+
+void THistoryWriter::Pause(TLock &lock) {
+  // Whoever waits for it must not be kept waiting for a disk that takes things again.
+  const std::chrono::milliseconds pause = m_hurry ? FirstRetry : m_retry;
+  m_retry = std::min(m_retry * 2, LongestRetry);
+  m_wake.wait_for(lock, pause, [this] { return m_stop || m_tryNow; });
 }
 
 // Visits are dropped, but never what the user wants to be gone.
@@ -131,6 +163,7 @@ TStoreFile::TState THistoryWriter::Write(const QList<THistoryChange> &changes) {
 
 TStoreFile::TState THistoryWriter::WriteOnce(const QList<THistoryChange> &changes) {
   m_hasMore = false;
+  m_spanStep = 0;
   MakePrivateFolder(QFileInfo(m_file.Path()).absolutePath());
   if (const TState state = m_file.Ensure(true); state != TState::Ready) return state;
   TSqliteConnection &database = m_file.Database();
@@ -193,16 +226,17 @@ bool THistoryWriter::WriteSpan(const THistoryChange &change) {
     statement.Bind(change.when).Bind(change.until).Bind(change.address).Bind(StepOfRemoval);
     if (!statement.Run()) return false;
   }
-  const qint64 removed = database.Changes();
-  m_hasMore = removed == StepOfRemoval;
-  const std::lock_guard lock(m_mutex);
-  m_removal.total = m_spanTotal;
-  m_removal.done += removed;
+  m_spanStep = database.Changes();
+  m_hasMore = m_spanStep == StepOfRemoval;
   return true;
 }
 
 void THistoryWriter::MoveAside(const TStoreFile::TIdentity &damaged) {
   if (!m_file.SetAside(damaged)) return;
-  const std::lock_guard lock(m_mutex);
-  m_setAside = m_file.SetAsideFile();
+  {
+    const std::lock_guard lock(m_mutex);
+    // Another process may have done it, who tells its own user.
+    if (std::exchange(m_setAside, m_file.SetAsideFile()) == m_file.SetAsideFile()) return;
+  }
+  m_troubled(THistoryTrouble::SetAside);
 }

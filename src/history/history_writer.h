@@ -40,8 +40,8 @@ struct THistoryChange {
 // Takes changes of the history from its owner's thread and writes them on its own, in their order.
 class THistoryWriter final {
  public:
-  // `written` is called on the writer's thread, each time after something has been written.
-  THistoryWriter(const QString &filePath, std::function<void()> written);
+  // Both are called on the writer's thread: `written` each time after something has been written.
+  THistoryWriter(const QString &filePath, std::function<void()> written, std::function<void(THistoryTrouble)> troubled);
   ~THistoryWriter();
   THistoryWriter(const THistoryWriter &) = delete;
   THistoryWriter &operator=(const THistoryWriter &) = delete;
@@ -54,7 +54,11 @@ class THistoryWriter final {
  private:
   using TState = TStoreFile::TState;
 
+  using TLock = std::unique_lock<std::mutex>;
+
   void Run();
+  void TellFailedRemoval(TLock &lock);
+  void Pause(TLock &lock);
   void DropOldest();
   [[nodiscard]] QList<THistoryChange> Next();
   [[nodiscard]] TState Write(const QList<THistoryChange> &changes);
@@ -66,7 +70,9 @@ class THistoryWriter final {
   TStoreFile m_file;        // the thread's alone
   bool m_hasMore = false;   // of the span that was written last; the thread's alone
   qint64 m_spanTotal = -1;  // pages of the span that is being removed, -1 while it was not counted; the thread's alone
+  qint64 m_spanStep = 0;    // of these, what was removed last; the thread's alone
   const std::function<void()> m_written;
+  const std::function<void(THistoryTrouble)> m_troubled;
   mutable std::mutex m_mutex;
   std::condition_variable m_wake;
   std::condition_variable m_idle;
@@ -74,6 +80,8 @@ class THistoryWriter final {
   QList<THistoryChange> m_waiting;
   QString m_setAside;
   THistoryRemoval m_removal;  // of the span at hand
+  std::chrono::milliseconds m_retry;
+  bool m_tryNow = false;      // something has come that is worth another try at once
   bool m_isRemoving = false;  // something of what is being written
   bool m_writing = false;
   bool m_hurry = false;

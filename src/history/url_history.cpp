@@ -67,13 +67,14 @@ void TUrlHistory::Cancel() {
 void TUrlHistory::Begin(const TMatch &match, qsizetype limit) {
   Cancel();
   m_entries.clear();
+  m_hasFailed = false;
   m_limit = limit;
   m_run = std::make_shared<std::atomic_bool>(false);
   m_thread->Do([this, match, days = m_days, run = m_run](THistoryReader &reader) {
     QList<TUrlHistoryEntry> found;
-    const auto hand = [&](bool isLast) {
+    const auto hand = [&](TPiece piece) {
       QMetaObject::invokeMethod(
-          this, [this, run, entries = std::exchange(found, {}), isLast] { Take(run, entries, isLast); },
+          this, [this, run, entries = std::exchange(found, {}), piece] { Take(run, entries, piece); },
           Qt::QueuedConnection);
     };
     const auto look = [&](const THistoryRow &row) {
@@ -86,19 +87,20 @@ void TUrlHistory::Begin(const TMatch &match, qsizetype limit) {
     qint64 pause = 0;
     QElapsedTimer clock;
     clock.start();
-    bool isMore = true;
-    while (isMore && !*run) {
-      isMore = reader.Walk(below, RowsAtOnce, look);
-      if (!isMore || found.isEmpty() || (pause > 0 && !clock.hasExpired(pause))) continue;
-      hand(false);
+    using TWalk = THistoryReader::TWalk;
+    TWalk walk = TWalk::More;
+    while (walk == TWalk::More && !*run) {
+      walk = reader.Walk(below, RowsAtOnce, look);
+      if (walk != TWalk::More || found.isEmpty() || (pause > 0 && !clock.hasExpired(pause))) continue;
+      hand(TPiece::MoreFollow);
       clock.start();
       pause = std::clamp(pause * 2, FirstPause, LongestPause);
     }
-    hand(true);
+    hand(walk == TWalk::Failed ? TPiece::LastOfFailed : TPiece::Last);
   });
 }
 
-void TUrlHistory::Take(const TRun &run, const QList<TUrlHistoryEntry> &entries, bool isLast) {
+void TUrlHistory::Take(const TRun &run, const QList<TUrlHistoryEntry> &entries, TPiece piece) {
   if (run != m_run) return;
   const qsizetype before = m_entries.size();
   for (const TUrlHistoryEntry &entry : entries) {
@@ -112,15 +114,20 @@ void TUrlHistory::Take(const TRun &run, const QList<TUrlHistoryEntry> &entries, 
     if (isAccepted) m_entries.append(entry);
   }
   if (m_entries.size() > before) Q_EMIT Found(m_entries.size() - before);
-  if (run != m_run || (!isLast && m_entries.size() < m_limit)) return;
+  const bool isFull = m_entries.size() >= m_limit;
+  if (run != m_run || (piece == TPiece::MoreFollow && !isFull)) return;
   Cancel();
+  m_hasFailed = piece == TPiece::LastOfFailed && !isFull;
+  // The store knows what to do about a file that cannot be read.
+  if (m_hasFailed) (void)m_store.OldestLastVisit();
   Q_EMIT Finished();
 }
 
-void TUrlHistory::Sort(TKey key, Qt::SortOrder order) {
-  std::ranges::stable_sort(m_entries, [&](const TUrlHistoryEntry &a, const TUrlHistoryEntry &b) {
+QList<TUrlHistoryEntry> TUrlHistory::Sorted(QList<TUrlHistoryEntry> entries, TKey key, Qt::SortOrder order) {
+  std::ranges::stable_sort(entries, [&](const TUrlHistoryEntry &a, const TUrlHistoryEntry &b) {
     return order == Qt::AscendingOrder ? IsBefore(a, b, key) : IsBefore(b, a, key);
   });
+  return entries;
 }
 
 void TUrlHistory::Remove(const QString &address) {

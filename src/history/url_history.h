@@ -52,10 +52,15 @@ class TUrlHistory final : public QObject {
   // What was found so far stays. Finished follows no more.
   void Cancel();
   [[nodiscard]] bool IsSearching() const { return m_run != nullptr; }
+  // The last search has ended before its time, because the history could not be read.
+  [[nodiscard]] bool HasFailed() const { return m_hasFailed; }
 
   [[nodiscard]] const QList<TUrlHistoryEntry> &Entries() const { return m_entries; }
   // Those that are there. Titles and addresses are compared without regard to case; what is equal keeps its order.
-  void Sort(TKey key, Qt::SortOrder order);
+  void Sort(TKey key, Qt::SortOrder order) { m_entries = Sorted(std::move(m_entries), key, order); }
+  // The same for any thread, and what it has made of Entries put back; they must not have changed meanwhile.
+  [[nodiscard]] static QList<TUrlHistoryEntry> Sorted(QList<TUrlHistoryEntry> entries, TKey key, Qt::SortOrder order);
+  void SetOrder(QList<TUrlHistoryEntry> sorted) { m_entries = std::move(sorted); }
   // Takes the page out of the history, and of the entries.
   void Remove(const QString &address);
   // Takes all pages out of the history, and drops the entries.
@@ -64,21 +69,23 @@ class TUrlHistory final : public QObject {
  Q_SIGNALS:
   // So many entries have come at the end.
   void Found(qsizetype count);
-  // All has been looked through, or the limit is reached.
+  // All has been looked through, the limit is reached, or it has failed.
   void Finished();
 
  private:
   using TRun = std::shared_ptr<std::atomic_bool>;  // true when it is to end
+  enum class TPiece { MoreFollow, Last, LastOfFailed };
   using TMatch = std::function<bool(const THistoryRow &)>;
 
   void Begin(const TMatch &match, qsizetype limit);
-  void Take(const TRun &run, const QList<TUrlHistoryEntry> &entries, bool isLast);
+  void Take(const TRun &run, const QList<TUrlHistoryEntry> &entries, TPiece piece);
 
   THistoryStore &m_store;
   TAccept m_accept;
   int m_days = 0;
   qsizetype m_limit = 0;
   QList<TUrlHistoryEntry> m_entries;
+  bool m_hasFailed = false;
   TRun m_run;
   std::unique_ptr<THistoryThread> m_thread;
 };

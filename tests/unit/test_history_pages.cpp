@@ -6,6 +6,7 @@
 #include "history/visit_words.h"
 #include "support/data_row.h"
 #include "support/store_trouble.h"
+#include "support/visit_count.h"
 
 namespace {
 
@@ -151,7 +152,7 @@ class TTestHistoryPages final : public QObject {
       QVERIFY(!found->isEmpty());
       pages += found->size();
     }
-    QCOMPARE(pages, store.Count());
+    QCOMPARE(pages, VisitCount(m_file));
     QCOMPARE(periods->last().first,
              QDateTime::fromMSecsSinceEpoch(-1).date().addDays(1 - QDateTime::fromMSecsSinceEpoch(-1).date().day()));
   }

@@ -6,6 +6,7 @@
 #include "history/visit_words.h"
 #include "support/data_row.h"
 #include "support/store_trouble.h"
+#include "support/visit_count.h"
 
 // The pages that were visited, and how they are found.
 class TTestHistoryStore final : public QObject {
@@ -29,7 +30,7 @@ class TTestHistoryStore final : public QObject {
     }
     // The end of the store writes what it still held.
     const THistoryStore again(m_file);
-    QCOMPARE(again.Count(), 1);
+    QCOMPARE(VisitCount(m_file), 1);
     const auto page = again.Find("http://a.example/");
     QVERIFY(page.has_value());
     QCOMPARE(page->visits, 3);
@@ -48,7 +49,7 @@ class TTestHistoryStore final : public QObject {
     QVERIFY(store.Flush());
     QCOMPARE(Addresses(store, "new"), QStringList("http://a.example/"));
     QVERIFY(Addresses(store, "old").isEmpty());
-    QCOMPARE(store.Count(), 1);
+    QCOMPARE(VisitCount(m_file), 1);
     QCOMPARE(store.Find("http://a.example/")->visits, 1);
   }
 
@@ -61,12 +62,12 @@ class TTestHistoryStore final : public QObject {
       store.SetTitle(address, "t");
     }
     QVERIFY(store.Flush());
-    QCOMPARE(store.Count(), 0);
+    QCOMPARE(VisitCount(m_file), 0);
     for (const char *address : {"http://a.example/", "https://a.example/", "file:///a", "ftp://a.example/"}) {
       store.AddVisit(address, "t");
     }
     QVERIFY(store.Flush());
-    QCOMPARE(store.Count(), 4);
+    QCOMPARE(VisitCount(m_file), 4);
   }
 
   void RemovesAndClears() {
@@ -143,7 +144,7 @@ class TTestHistoryStore final : public QObject {
       for (int again = 0; i == 8017 && again < 5; ++again) store.AddVisit(address, QString());
     }
     QTRY_VERIFY_WITH_TIMEOUT(store.Flush(), 30000);
-    QCOMPARE(store.Count(), Many);
+    QCOMPARE(VisitCount(m_file), Many);
     QCOMPARE(Addresses(store, "need"),
              QStringList({"http://www.example.org/page8017", "http://www.example.org/page4017",
                           "http://www.example.org/page17"}));
@@ -245,7 +246,7 @@ class TTestHistoryStore final : public QObject {
     QVERIFY(end.wait_for(std::chrono::milliseconds(2500)) == std::future_status::timeout);
     lock.reset();
     end.get();
-    QCOMPARE(THistoryStore(m_file).Count(), 2);
+    QCOMPARE(VisitCount(m_file), 2);
 
     store = std::make_unique<THistoryStore>(m_file);
     lock.emplace(m_file);
@@ -267,7 +268,64 @@ class TTestHistoryStore final : public QObject {
       QVERIFY(!store.Flush(300));
     }
     QTRY_VERIFY(store.Flush());
-    QCOMPARE(store.Count(), 101);
+    QCOMPARE(VisitCount(m_file), 101);
+  }
+
+  // What the user wants to be gone waits where it cannot be written, which is told once, and goes when it can.
+  void RemovalIsNeverLost_data() {
+    Columns<bool, QString>("isFull", "what");
+    for (const char *what : {"page", "span", "all"}) {
+      Row(qPrintable(QString("disk is full, ") + what), true, QString(what));
+      Row(qPrintable(QString("nothing can be written, ") + what), false, QString(what));
+    }
+  }
+  void RemovalIsNeverLost() {
+    QFETCH(bool, isFull);
+    QFETCH(QString, what);
+    THistoryStore store(m_file);
+    store.AddVisit("http://secret.example/", "Page");
+    QVERIFY(store.Flush());
+    int told = 0;
+    connect(&store, &THistoryStore::Troubled, this,
+            [&](THistoryTrouble trouble) { told += trouble == THistoryTrouble::RemovalFails ? 1 : 0; });
+    std::optional<TSmallFiles> full;
+    std::optional<TMissingFolder> missing;
+    for (int i = 1; i <= 2; ++i) {
+      isFull ? void(full.emplace(1)) : void(missing.emplace(QFileInfo(m_file).path()));
+      if (what == "page") store.Remove("http://secret.example/");
+      if (what == "span") store.RemoveSpan({.site = "secret.example"});
+      if (what == "all") store.Clear();
+      QTRY_COMPARE(told, i);
+      QVERIFY(store.Removal().isGoing && store.Removal().isFailing);
+      QVERIFY(!store.Flush(500));
+      QCoreApplication::processEvents();
+      QCOMPARE(told, i);
+      full.reset();
+      missing.reset();
+      // By itself, however long it has been tried.
+      QTRY_VERIFY_WITH_TIMEOUT(!store.Removal().isGoing, 20000);
+      QVERIFY(!store.Removal().isFailing);
+      QVERIFY(store.Flush());
+      QCOMPARE(VisitCount(m_file), 0);
+      store.AddVisit("http://secret.example/", "Page");
+      QVERIFY(store.Flush());
+    }
+  }
+
+  // The pauses between tries in vain double.
+  void TriesLessAndLessOften() {
+    THistoryStore store(m_file);
+    store.AddVisit("http://a.example/", "Page");
+    QVERIFY(store.Flush());
+    const TSmallFiles limit(1);
+    static std::atomic_int tries;
+    tries = 0;
+    ::signal(SIGXFSZ, [](int) { ++tries; });
+    QElapsedTimer clock;
+    clock.start();
+    store.Remove("http://a.example/");
+    QTRY_VERIFY_WITH_TIMEOUT(tries >= 5, 20000);
+    QVERIFY2(clock.elapsed() >= 1500, qPrintable(QString::number(clock.elapsed())));
   }
 
   void PlacesOfWords_data() {
@@ -304,7 +362,7 @@ class TTestHistoryStore final : public QObject {
     store.AddVisit("http://a.example/", "Page");
     QVERIFY(store.Flush());
     QVERIFY(store.Search("page", 5).isEmpty());
-    QCOMPARE(store.Count(), 0);
+    QCOMPARE(VisitCount(m_file), 0);
   }
 
  private:

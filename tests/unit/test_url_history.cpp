@@ -3,6 +3,8 @@
 #include "history/history_store.h"
 #include "history/url_history.h"
 #include "support/data_row.h"
+#include "support/store_trouble.h"
+#include "support/visit_count.h"
 
 // What is found in the history.
 class TTestUrlHistory final : public QObject {
@@ -151,6 +153,47 @@ class TTestUrlHistory final : public QObject {
     QTRY_COMPARE(m_finished->count(), 5);
   }
 
+  // A history that cannot be read is not one in which nothing is found; the store is told of a damaged one.
+  void TellsThatItHasFailed_data() {
+    Columns<QString, bool, qsizetype>("state", "hasFailed", "found");
+    Row("not there yet", "none", false, qsizetype(0));
+    Row("locked", "locked", true, qsizetype(0));
+    Row("damaged", "damaged", true, qsizetype(0));
+    Row("damaged further on", "damaged inside", true, qsizetype(1));
+  }
+  void TellsThatItHasFailed() {
+    QFETCH(QString, state);
+    const QString path = m_store->FilePath();
+    const int many = state == "none" ? 0 : state == "damaged inside" ? 5000 : 1;
+    for (int i = 0; i < many; ++i) m_store->AddVisit(QString("http://a.example/%1").arg(i), "Page", At(i));
+    QVERIFY(m_store->Flush(20000));
+    m_history.reset();
+    m_store.reset();
+    if (state.startsWith("damaged")) {
+      QFile file(path);
+      QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(many > 1 ? file.size() * 2 / 5 : 0));
+      QVERIFY(file.write(QByteArray(many > 1 ? file.size() / 5 : file.size(), 'x')) > 0);
+    }
+    std::optional<TStoreLock> lock;
+    if (state == "locked") lock.emplace(path, TStoreLock::TKind::Unreadable);
+    m_store = std::make_unique<THistoryStore>(path);
+    m_history = std::make_unique<TUrlHistory>(*m_store);
+    m_finished = std::make_unique<QSignalSpy>(m_history.get(), &TUrlHistory::Finished);
+    m_history->Enumerate("", 0);
+    QTRY_COMPARE(m_finished->count(), 1);
+    QTEST(m_history->HasFailed(), "hasFailed");
+    QFETCH(qsizetype, found);
+    QCOMPARE(std::min<qsizetype>(m_history->Entries().size(), 1), found);
+    QVERIFY(m_history->Entries().size() < std::max(many, 1));
+    if (state == "damaged") QTRY_VERIFY(!m_store->SetAsideFile().isEmpty());
+    lock.reset();
+    if (state == "damaged inside") return;
+    m_history->Enumerate("", 0);
+    QTRY_COMPARE(m_finished->count(), 2);
+    QVERIFY(!m_history->HasFailed());
+    QCOMPARE(m_history->Entries().size(), state == "locked" ? 1 : 0);
+  }
+
   void TakesOut() {
     for (const char *name : {"a", "b", "c"}) m_store->AddVisit(QString("http://%1.example/").arg(name), "Page");
     QVERIFY(m_store->Flush());
@@ -159,11 +202,11 @@ class TTestUrlHistory final : public QObject {
     m_history->Remove("http://b.example/");
     QCOMPARE(Addresses(), QStringList({"http://c.example/", "http://a.example/"}));
     QVERIFY(m_store->Flush());
-    QCOMPARE(m_store->Count(), 2);
+    QCOMPARE(VisitCount(m_store->FilePath()), 2);
     m_history->Clear();
     QVERIFY(m_history->Entries().isEmpty());
     QVERIFY(m_store->Flush());
-    QCOMPARE(m_store->Count(), 0);
+    QCOMPARE(VisitCount(m_store->FilePath()), 0);
   }
 
  private:
