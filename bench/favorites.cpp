@@ -3,12 +3,15 @@
 //   bench_favorites folder    keeps the filled folders in this one, for the next time
 
 #include <cstdio>
+#include <optional>
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QTemporaryDir>
 
 #include "favorites/bookmark_file.h"
+#include "favorites/favorites_finder.h"
 #include "favorites/favorites_folder.h"
 #include "favorites/favorites_order.h"
 #include "favorites/favorites_transfer.h"
@@ -27,6 +30,7 @@ constexpr int Imported = 50'000;
 constexpr double TopLimit = 25;
 constexpr double FolderLimit = 10;
 constexpr double HintLimit = 1;
+constexpr double FindLimit = 50;  // until the first that are found are there
 
 template <typename TWork>
 double Time(TWork work) {
@@ -98,6 +102,43 @@ bool MeasureMenus(const QString &folder) {
   return isGood;
 }
 
+// What somebody looks for in all of them, the slowest of several texts.
+bool MeasureFind(const QString &folder) {
+  const QString many = Filled(folder, QStringLiteral("favorites-500x20"), Made(Folders, InEach));
+  if (many.isEmpty()) return false;
+  TFavoritesFinder finder;
+  QEventLoop loop;
+  QElapsedTimer clock;
+  std::optional<qint64> first;
+  qsizetype count = 0;
+  QObject::connect(&finder, &TFavoritesFinder::Found, &loop, [&](const TFoundFavorites &found) {
+    if (!first) first = clock.nsecsElapsed();
+    count += found.size();
+  });
+  QObject::connect(&finder, &TFavoritesFinder::Finished, &loop, &QEventLoop::quit);
+  double slowestFirst = 0;
+  double slowestAll = 0;
+  const auto run = [&](const char *text, qsizetype expected) {
+    std::vector<double> firsts;
+    const double all = Time([&] {
+      first.reset();
+      count = 0;
+      clock.start();
+      finder.Find(many, QString::fromLatin1(text));
+      loop.exec();
+      firsts.push_back(double(first.value_or(clock.nsecsElapsed())) / 1e6);
+    });
+    slowestFirst = qMax(slowestFirst, Median(firsts));
+    slowestAll = qMax(slowestAll, all);
+    if (count != expected) std::fprintf(stderr, "bench: %d favorites found for %s\n", int(count), text);
+    return count == expected;
+  };
+  const bool isFound = run("words", Folders * InEach) && run("NUMBER 7", Folders) && run("site499.", InEach);
+  const bool isGood = PrintValue(QStringLiteral("favorites: first found of 10,000"), slowestFirst, "ms", FindLimit);
+  PrintValue(QStringLiteral("favorites: all found of 10,000"), slowestAll, "ms", 0);
+  return isFound && isGood;
+}
+
 bool MeasureImport(const QString &folder) {
   const QTemporaryDir place(folder + QStringLiteral("/import.XXXXXX"));
   const TBookmarks bookmarks = Made(Imported / 1'000, 999);
@@ -133,5 +174,6 @@ int main(int argc, char **argv) {
   const QString folder = QString::fromLocal8Bit(argv[1]);
   std::printf("\nFavorites on disk, medians of %d times; an import is made once.\n\n", Repeats);
   const bool menusAreGood = MeasureMenus(folder);
-  return MeasureImport(folder) && menusAreGood ? 0 : 1;
+  const bool findIsGood = MeasureFind(folder);
+  return MeasureImport(folder) && menusAreGood && findIsGood ? 0 : 1;
 }

@@ -17,6 +17,7 @@ constexpr qint64 LargestFile = 64 * 1024;
 // So many go at once when there are too many.
 constexpr int DroppedAtOnce = TFaviconCache::MostFiles / 4;
 const QString NamePattern = QStringLiteral("*.png");
+const QString PartPattern = QStringLiteral("*.part");  // of a write that was broken off
 
 QByteArray Hash(const QString &text) {
   return QCryptographicHash::hash(text.toUtf8(), QCryptographicHash::Sha1).toHex();
@@ -77,12 +78,19 @@ QImage TFaviconCache::Find(const QString &address) const {
   return page.isNull() ? Load(SiteKey(url)) : page;
 }
 
+void TFaviconCache::Forget(const QString &address) {
+  const QByteArray key = PageKey(QUrl(address));
+  m_images.remove(key);
+  ++m_clearings;  // what is being read now is not to be learned
+  if (QFile::remove(PathOf(m_folder, key)) && m_files > 0) --m_files;
+}
+
 void TFaviconCache::Clear() {
   ++m_clearings;
   m_images.clear();
   m_files = 0;
   QDir folder(m_folder);
-  for (const QString &name : folder.entryList({NamePattern}, QDir::Files)) folder.remove(name);
+  for (const QString &name : folder.entryList({NamePattern, PartPattern}, QDir::Files)) folder.remove(name);
 }
 
 QImage TFaviconCache::Load(const QByteArray &key) const {

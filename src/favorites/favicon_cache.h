@@ -44,6 +44,8 @@ class TFaviconCache final {
   [[nodiscard]] int Clearings() const { return m_clearings; }
   [[nodiscard]] const QString &Place() const { return m_folder; }
 
+  // Forgets that of the page, on the disk too; its site's stays.
+  void Forget(const QString &address);
   // Forgets all of them, on the disk too.
   void Clear();
 

@@ -15,7 +15,7 @@ const QString CutFormat = QStringLiteral("application/x-kde-cutselection");
 
 namespace FavoriteDrag {
 
-QMimeData *DataOf(const QStringList &paths, bool isCut) {
+QMimeData *DataOf(const QStringList &paths) {
   auto *data = new QMimeData;
   QByteArray bytes;
   QList<QUrl> urls;
@@ -25,8 +25,11 @@ QMimeData *DataOf(const QStringList &paths, bool isCut) {
   }
   data->setData(PathsFormat, bytes);
   data->setUrls(urls);
-  if (isCut) data->setData(CutFormat, "1");
   return data;
+}
+
+void SetCut(QMimeData &data) {
+  data.setData(CutFormat, "1");
 }
 
 bool AreFavorites(const QMimeData &data) {

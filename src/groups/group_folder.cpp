@@ -1,6 +1,5 @@
 #include "groups/group_folder.h"
 
-#include <cerrno>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -8,6 +7,7 @@
 #include <QWidget>
 
 #include "config/language.h"
+#include "favorites/favorites_edit.h"
 #include "groups/halvex_group.h"
 #include "platform/program_folders.h"
 #include "store/private_folder.h"
@@ -57,6 +57,23 @@ QString TGroupFolder::Move(const QString &from, const QString &to) {
   return isMoved ? to : QString();
 }
 
+QString TGroupFolder::RenameFolder(const QString &path) {
+  const auto answer = AskText(m_window, m_language,
+                              {.caption = m_language.Text("FAVORITES", "RenameCaption"),
+                               .prompt = m_language.Text("FAVORITES", "Name"),
+                               .text = QFileInfo(QDir::cleanPath(path)).fileName()});
+  // The window may go meanwhile, and this object with it.
+  return answer ? RenameFolder(path, *answer) : QString();
+}
+
+void TGroupFolder::BringBack(const TFavoritesChange &change) {
+  const TFavoritesChange back = FavoritesEdit::Undo(change);
+  Q_EMIT Changed();
+  if (back.IsGood()) return;
+  ShowWarning(m_window, m_language, m_language.Text("HalvexGroups", "CannotChange").arg(back.error),
+              m_language.Global("HalvexGroup"));
+}
+
 bool TGroupFolder::Delete(const QString &path) {
   const QFileInfo info(QDir::cleanPath(path));
   const bool isLink = info.isSymLink();
@@ -70,31 +87,15 @@ bool TGroupFolder::Delete(const QString &path) {
                              .cancel = m_language.Global("Cancel"),
                              .isRisky = true});
   if (!answer.accepted || !self) return false;
-  QFile file(info.filePath());
-  const bool isGone = file.moveToTrash();
-  if (!isGone) {
-    const QString text = m_language.Text("HalvexGroups", "CannotDelete").arg(info.fileName(), file.errorString());
+  const TFavoritesChange change = FavoritesEdit::Trash({info.filePath()});
+  if (change.IsGood()) {
+    Q_EMIT Trashed(info.fileName(), [self, change] {
+      if (self) self->BringBack(change);
+    });
+  } else {
+    const QString text = m_language.Text("HalvexGroups", "CannotDelete").arg(info.fileName(), change.error);
     ShowWarning(m_window, m_language, text, m_language.Global("HalvexGroup"));
   }
   Q_EMIT Changed();
-  return isGone;
-}
-
-QString TGroupFolder::NewFolder(const QString &parent) {
-  const QDir dir(parent);
-  const QString base = m_language.Text("HalvexGroups", "NewFolder");
-  QString name = base;
-  constexpr int MostTries = 1000;
-  for (int number = 2; QFileInfo::exists(dir.filePath(name)) && number < MostTries; ++number) {
-    name = QStringLiteral("%1 (%2)").arg(base, QString::number(number));
-  }
-  errno = ENOENT;
-  const bool isMade = dir.exists() && dir.mkdir(name);
-  const int error = errno;
-  if (!isMade) {
-    const QString text = m_language.Text("HalvexGroups", "CannotMakeFolder").arg(qt_error_string(error));
-    ShowWarning(m_window, m_language, text, m_language.Global("HalvexGroup"));
-  }
-  Q_EMIT Changed();
-  return isMade ? dir.filePath(name) : QString();
+  return change.IsGood();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <QObject>
 #include <QString>
 
@@ -7,6 +8,7 @@
 
 class QWidget;
 class TLanguage;
+struct TFavoritesChange;
 
 // The folder of the page groups, HalvexGroups in the user's data folder, and what can be done with a path in it. Group
 // files and sub-folders are given by their full path; one that is not there makes every command do nothing.
@@ -27,18 +29,21 @@ class TGroupFolder final : public QObject {
   QString Rename(const QString &path);
   // Gives a sub-folder another name; the same holds. The new path, or empty.
   QString RenameFolder(const QString &path, const QString &name);
+  // Asks for it first.
+  QString RenameFolder(const QString &path);
   // Asks, then moves the file or sub-folder to the trash; a refusal is told with its reason. True when it has gone.
   bool Delete(const QString &path);
-  // Makes a folder with a fresh name in `parent`. Its path, or empty after the user was told why there is none.
-  QString NewFolder(const QString &parent);
   void Refresh() { Q_EMIT Changed(); }
 
  Q_SIGNALS:
   // Something in the folder is new, gone or renamed: menus are to be filled anew, trees to be refreshed.
   void Changed();
+  // Delete has moved this to the trash; the function brings it back.
+  void Trashed(const QString &name, const std::function<void()> &undo);
 
  private:
   QString Move(const QString &from, const QString &to);
+  void BringBack(const TFavoritesChange &change);
 
   QWidget *m_window;
   const TLanguage &m_language;

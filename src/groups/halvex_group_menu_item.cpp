@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <QDir>
+#include <QKeyEvent>
+#include <QMouseEvent>
 #include <QStyle>
 
 #include "config/language.h"
@@ -35,7 +37,8 @@ void THalvexGroupMenus::BuildHalvexGroupMenu(QMenu *menu, const QString &folder)
   for (const TNamed &item : Sorted(dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::NoSort), 0)) {
     auto *child = new THalvexGroupMenuItem(item.caption, place + item.name + QLatin1Char('/'), *this, menu);
     child->setIcon(folderIcon);
-    menu->addMenu(child);
+    menu->addMenu(child)->setData(place + item.name);
+    Serve(child);
   }
   QStringList groups = dir.entryList(QDir::Files | QDir::Hidden, QDir::NoSort);
   groups.removeIf([&extension](const QString &name) { return !name.endsWith(extension); });
@@ -45,6 +48,31 @@ void THalvexGroupMenus::BuildHalvexGroupMenu(QMenu *menu, const QString &folder)
     action->setData(place + item.name);
     connect(action, &QAction::triggered, this, [this, path = place + item.name] { Q_EMIT GroupChosen(path); });
   }
+}
+
+bool THalvexGroupMenus::eventFilter(QObject *watched, QEvent *event) {
+  auto *menu = qobject_cast<QMenu *>(watched);
+  const QEvent::Type type = event->type();
+  if (menu == nullptr) return QObject::eventFilter(watched, event);
+  if (type == QEvent::MouseButtonPress || type == QEvent::MouseButtonRelease) {
+    const auto &click = static_cast<QMouseEvent &>(*event);
+    const QAction *item = menu->actionAt(click.position().toPoint());
+    const QString path = item != nullptr ? item->data().toString() : QString();
+    if (click.button() != Qt::RightButton || path.isEmpty()) return false;
+    if (type == QEvent::MouseButtonRelease) Q_EMIT MenuWanted(path, click.globalPosition().toPoint());
+    return true;
+  }
+  if (type == QEvent::KeyPress) {
+    const auto &key = static_cast<QKeyEvent &>(*event);
+    const bool isWanted =
+        key.key() == Qt::Key_Menu || (key.key() == Qt::Key_F10 && key.modifiers().testFlag(Qt::ShiftModifier));
+    QAction *item = menu->activeAction();
+    const QString path = item != nullptr ? item->data().toString() : QString();
+    if (!isWanted || path.isEmpty()) return false;
+    Q_EMIT MenuWanted(path, menu->mapToGlobal(menu->actionGeometry(item).center()));
+    return true;
+  }
+  return QObject::eventFilter(watched, event);
 }
 
 THalvexGroupMenuItem::THalvexGroupMenuItem(const QString &caption, const QString &folder, THalvexGroupMenus &menus,

@@ -17,11 +17,13 @@
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
 #include "config/settings.h"
+#include "groups/group_pages.h"
 #include "groups/halvex_group.h"
 #include "groups/halvex_group_dialog.h"
 #include "groups/halvex_group_menu_item.h"
 #include "ui/confirm_dialog.h"
 #include "ui/message_box.h"
+#include "ui/shown_text.h"
 
 namespace {
 
@@ -35,6 +37,13 @@ QString LocalPath(const QString &argument) {
 bool IsOtherUrl(const QString &path) {
   static const QRegularExpression scheme(QStringLiteral("^[A-Za-z][A-Za-z0-9+.-]*://"));
   return scheme.match(path).hasMatch();
+}
+
+// As the trees show it.
+QString ShortName(const QString &file) {
+  constexpr qsizetype Longest = 60;  // characters
+  const QString name = IsHalvexGroupFile(file) ? file.chopped(qstrlen(THalvexGroup::Extension)) : file;
+  return OneLine(Shortened(name, Longest));
 }
 
 void AddTo(THalvexGroup &group, const TBrowserTab &tab) {
@@ -68,8 +77,13 @@ void TPageGroups::ConnectCommands(TTabMenu &tabMenu) {
 
 void TPageGroups::FollowFolder() {
   connect(m_folder, &TGroupFolder::Changed, this, [this] { m_groupsMenuStale = true; });
+  connect(m_folder, &TGroupFolder::Trashed, this, [this](const QString &name, const std::function<void()> &undo) {
+    Q_EMIT Done(m_language.Text("HalvexGroups", "TrashedNote").arg(ShortName(name)), undo);
+  });
   connect(m_menus, &THalvexGroupMenus::GroupChosen, this, &TPageGroups::HalvexGroupClick);
+  connect(m_menus, &THalvexGroupMenus::MenuWanted, this, &TPageGroups::ShowItemMenu);
   QMenu *menu = m_actions.Menu(TMenu::Groups);
+  m_menus->Serve(menu);
   const int fixedItems = int(menu->actions().size());
   connect(menu, &QMenu::aboutToShow, this, [this, menu, fixedItems] {
     m_folder->Watch();
@@ -118,6 +132,10 @@ void TPageGroups::OpenHalvexGroup(const QString &argument, bool closeFirst, bool
   }
 }
 
+void TPageGroups::OpenPage(TBrowserTab *tab, const QString &line) {
+  OpenEntry(tab, {line.section(u'=', 0, 0), line.section(u'=', 1)}, false);
+}
+
 void TPageGroups::OpenEntry(TBrowserTab *tab, TNamedAddress page, bool atStartup) {
   if (atStartup) tab->SetRestored(true);
   // Only the lower-case spelling means no name; a page named "Blank7" keeps its name, which is meant.
@@ -140,7 +158,7 @@ void TPageGroups::actSaveAsHalvexGroupExecute() {
   if (!self) return;
   if (!file.isEmpty()) {
     group.SetFileName(file);
-    Save(group);
+    Save(group, m_language.Text("HalvexGroups", "SavedNote"));
   }
   m_folder->Refresh();
 }
@@ -155,7 +173,7 @@ void TPageGroups::AddTabToHalvexGroup(TBrowserTab *tab) {
     if (group.ReadError().isEmpty()) {
       group.SetFileName(file);
       AddTo(group, *page);
-      Save(group);
+      Save(group, m_language.Text("HalvexGroups", "AddedNote"));
     } else {
       TellUnreadable(file, group.ReadError());
     }
@@ -192,13 +210,9 @@ QString TPageGroups::AskExistingFile() {
 }
 
 QString TPageGroups::AskNewFile() {
-  auto *dialog = new QFileDialog(m_window);
-  dialog->setAcceptMode(QFileDialog::AcceptSave);
-  dialog->setFileMode(QFileDialog::AnyFile);
-  // The question about an existing file is asked below, with the name that the file really gets.
-  dialog->setOption(QFileDialog::DontConfirmOverwrite);
   const QPointer<TPageGroups> self(this);
-  QString file = Ask(dialog);
+  const TBrowse browse = [self](QWidget *over) { return self ? self->BrowseNewFile(over) : QString(); };
+  QString file = m_askNewFile ? m_askNewFile(m_window, browse) : browse(m_window);
   if (!self || file.isEmpty()) return {};
   if (!IsHalvexGroupFile(file)) file += QLatin1String(THalvexGroup::Extension);
   if (!QFileInfo::exists(file)) return file;
@@ -209,6 +223,15 @@ QString TPageGroups::AskNewFile() {
                                                 .cancel = m_language.Global("No"),
                                                 .isRisky = true});
   return answer.accepted ? file : QString();
+}
+
+QString TPageGroups::BrowseNewFile(QWidget *over) {
+  auto *dialog = new QFileDialog(over);
+  dialog->setAcceptMode(QFileDialog::AcceptSave);
+  dialog->setFileMode(QFileDialog::AnyFile);
+  // The question about an existing file comes later, with the name that the file really gets.
+  dialog->setOption(QFileDialog::DontConfirmOverwrite);
+  return Ask(dialog);
 }
 
 QString TPageGroups::Ask(QFileDialog *dialog) {
@@ -223,11 +246,24 @@ QString TPageGroups::Ask(QFileDialog *dialog) {
   return file;
 }
 
-void TPageGroups::Save(const THalvexGroup &group) {
-  QString error;
-  if (group.Save(&error)) return;
-  const QString name = QFileInfo(group.FileName()).fileName();
-  Tell(m_language.Text("HalvexGroups", "CannotWrite").arg(name, error));
+void TPageGroups::Save(const THalvexGroup &group, const QString &note) {
+  const TGroupChange change = GroupPages::Write(group);
+  QString name = QFileInfo(group.FileName()).fileName();
+  if (!change.error.isEmpty()) {
+    Tell(m_language.Text("HalvexGroups", "CannotWrite").arg(name, change.error));
+    return;
+  }
+  const QPointer<TPageGroups> self(this);
+  Q_EMIT Done(note.arg(ShortName(name)), [self, change, name] {
+    if (self) self->TakeBack(change, name);
+  });
+}
+
+void TPageGroups::TakeBack(const TGroupChange &change, const QString &name) {
+  const QString error = GroupPages::Undo(change);
+  const QPointer<TPageGroups> self(this);
+  if (!error.isEmpty()) Tell(m_language.Text("HalvexGroups", "CannotWrite").arg(name, error));
+  if (self) m_folder->Refresh();
 }
 
 void TPageGroups::TellUnreadable(const QString &path, const QString &reason) {
@@ -236,6 +272,39 @@ void TPageGroups::TellUnreadable(const QString &path, const QString &reason) {
 
 void TPageGroups::Tell(const QString &text) {
   ShowWarning(m_window, m_language, text, m_language.Global("HalvexGroup"));
+}
+
+void TPageGroups::Serve(QMenu *menu) {
+  m_menus->Serve(menu);
+}
+
+void TPageGroups::ShowItemMenu(const QString &path, const QPoint &globalPosition) {
+  auto *menu = new QMenu(m_window);
+  menu->setObjectName(QStringLiteral("pmGroupItem"));
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  const auto add = [&](const QString &text, auto command) {
+    QAction *item = menu->addAction(text);
+    // Once the menu that the item stands in has gone, which has no business beside a dialog.
+    connect(
+        item, &QAction::triggered, this,
+        [command] {
+          while (QWidget *open = QApplication::activePopupWidget()) {
+            if (!open->close()) break;
+          }
+          command();
+        },
+        Qt::QueuedConnection);
+    return item;
+  };
+  const bool isFolder = QFileInfo(path).isDir();
+  if (!isFolder) {
+    menu->setDefaultAction(add(m_language.Text("FOLDER_VIEW", "Open"), [=, this] { HalvexGroupClick(path); }));
+    add(m_language.Text("HalvexGroups", "Organize"), [=, this] { Organize(path); });
+  }
+  add(m_language.Text("FOLDER_VIEW", "Rename"),
+      [=, this] { isFolder ? m_folder->RenameFolder(path) : m_folder->Rename(path); });
+  add(m_language.Text("FOLDER_VIEW", "Delete"), [=, this] { m_folder->Delete(path); });
+  menu->popup(globalPosition);
 }
 
 void TPageGroups::RefillMenu(QMenu *menu, int fixedItems) {

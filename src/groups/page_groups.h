@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <QObject>
 #include <QString>
 
@@ -10,6 +11,7 @@ class QFileDialog;
 class QMenu;
 class TBrowserTab;
 class TCloseAllTabs;
+class QPoint;
 class THalvexGroup;
 class THalvexGroupMenus;
 class TLanguage;
@@ -18,6 +20,7 @@ class TActions;
 class TSettings;
 class TTabMenu;
 class TTabStrip;
+struct TGroupChange;
 
 // Page groups as the main window offers them: opening a group into tabs, saving tabs as a group, the groups menu and
 // the editor. What cannot be read or written is told to the user with the system's reason.
@@ -46,8 +49,19 @@ class TPageGroups final : public QObject {
   //   setting StartupHalvexGroup       OpenHalvexGroup(group, no tab was taken yet)
   //   argument of the first start      OpenHalvexGroup(argument, true, true)
   void OpenHalvexGroup(const QString &argument, bool closeFirst, bool atStartup = false);
+  // Opens one page of a group, given by its line, in a tab that is new: with its name and its lock.
+  void OpenPage(TBrowserTab *tab, const QString &line);
   // As the setting HGCloseFirst says.
   void HalvexGroupClick(const QString &argument);
+
+  // Asks for the file of a new group over that window. `browse` has the toolkit's dialog ask for any file instead. The
+  // file may lack its ending; empty for none.
+  using TBrowse = std::function<QString(QWidget *over)>;
+  using TNewFileQuestion = std::function<QString(QWidget *window, const TBrowse &browse)>;
+  // Without one it is the toolkit's dialog.
+  void SetNewFileQuestion(const TNewFileQuestion &ask) { m_askNewFile = ask; }
+  // Another menu shows what the groups menu holds.
+  void Serve(QMenu *menu);
 
   // Saves the tabs that show in the strip as a new group (F7).
   void actSaveAsHalvexGroupExecute();
@@ -64,6 +78,10 @@ class TPageGroups final : public QObject {
   // The folder's commands (rename, delete, new folder, refresh) and its news.
   [[nodiscard]] TGroupFolder &Folder() { return *m_folder; }
 
+ Q_SIGNALS:
+  // Something was saved or deleted, in a few words, with what takes it back.
+  void Done(const QString &text, const std::function<void()> &undo);
+
  private:
   void ConnectCommands(TTabMenu &tabMenu);
   void FollowFolder();
@@ -72,7 +90,12 @@ class TPageGroups final : public QObject {
   // The same for a group that may be new.
   [[nodiscard]] QString AskNewFile();
   [[nodiscard]] QString Ask(QFileDialog *dialog);
-  void Save(const THalvexGroup &group);
+  // `note` tells that it was done; %1 in it is the group's name.
+  void Save(const THalvexGroup &group, const QString &note);
+  void TakeBack(const TGroupChange &change, const QString &name);
+  [[nodiscard]] QString BrowseNewFile(QWidget *over);
+  // The menu of a group or folder in the groups menu.
+  void ShowItemMenu(const QString &path, const QPoint &globalPosition);
   void TellUnreadable(const QString &path, const QString &reason);
   void Tell(const QString &text);
 
@@ -84,5 +107,6 @@ class TPageGroups final : public QObject {
   const TLanguage &m_language;
   TGroupFolder *m_folder;
   THalvexGroupMenus *m_menus;
+  TNewFileQuestion m_askNewFile;
   bool m_groupsMenuStale = true;  // The folder has changed since the menu was filled.
 };

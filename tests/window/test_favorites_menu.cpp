@@ -286,7 +286,7 @@ class TestFavoritesMenu final : public QObject, private TFavoritesFixture {
         question.accept();
       });
       dialog.findChild<QPushButton *>(u"cmdNewFolder"_s)->click();
-      QCOMPARE(dialog.Folder(), Root() + u"/f/new"_s);
+      QTRY_COMPARE(dialog.Folder(), Root() + u"/f/new"_s);
       ok->click();
     });
     (*actions)[TCommand::AddFavorite]->trigger();
@@ -298,7 +298,7 @@ class TestFavoritesMenu final : public QObject, private TFavoritesFixture {
     // The next one goes to the same place, unless the user gives up.
     for (const bool accept : {false, true}) {
       OnModalDialog<TfrmAddFavorite>([accept](TfrmAddFavorite &dialog) {
-        QCOMPARE(dialog.Folder(), Root() + u"/f/new"_s);
+        QTRY_COMPARE(dialog.Folder(), Root() + u"/f/new"_s);
         accept ? dialog.accept() : dialog.reject();
       });
       (*actions)[TCommand::AddFavorite]->trigger();

@@ -313,6 +313,11 @@ class TestFavoritesOrganize final : public QObject, private TFavoritesFixture {
     const int paintings = painted.count;
     Q_EMIT const_cast<TFavoriteIcons &>(view->Icons()).Came();
     QTRY_VERIFY(painted.count > paintings);
+    // Until all are forgotten.
+    const int known = kind.IconVersion();
+    view->ForgetIcons();
+    QVERIFY(kind.IconOf(address).isNull() && kind.IconVersion() != known);
+    QVERIFY(TFaviconCache().Find(address).isNull());
   }
 
   // Once, in a box; the line in the window is for what is done in it.

@@ -1,6 +1,5 @@
 #include <QCheckBox>
 #include <QElapsedTimer>
-#include <QFileDialog>
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QMenu>
@@ -12,14 +11,6 @@
 #include "window/groups_fixture.h"
 
 namespace {
-
-void ChooseFile(const QString &path, const std::function<void()> &after = nullptr) {
-  OnModalDialog<QFileDialog>([path, after](QFileDialog &dialog) {
-    dialog.findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(path);
-    static_cast<QDialog &>(dialog).accept();
-    if (after) after();
-  });
-}
 
 void Answer(bool yes) {
   OnModalDialog<TfrmConfirm>([yes](TfrmConfirm &dialog) { yes ? dialog.accept() : dialog.reject(); });
@@ -157,67 +148,6 @@ class TestGroups final : public QObject, private TGroupsFixture {
     QVERIFY(!tabs->Tab(2)->Locked());
   }
 
-  void SavesAll() {
-    const QStringList paths{"/page1?a=b=c", "/page2", "/page3", "/page4"};
-    for (int i = 0; i < paths.size(); ++i) {
-      TBrowserTab *tab = i == 0 ? tabs->Tab(0) : tabs->NewTab();
-      Load(tab, paths.at(i));
-    }
-    tabs->Tab(0)->SetStickyName(u"x=y"_s);
-    tabs->Tab(1)->SetLocked(true);
-    tabs->Tab(3)->SetStickyName(u"xy"_s);
-    tabs->NewHiddenTab();  // a window that a page asked for; it has not been let in
-    const QString path = TGroupFolder::Path() + u"/My.News"_s;
-    ChooseFile(path);
-    window->findChild<QAction *>(u"actSaveAsHalvexGroup"_s)->trigger();
-    // Of two pages of one name the later address takes the earlier place.
-    QCOMPARE(Lines(path + u".hgp"_s), u"xy=%1\nblank2=*%2\nblank3=%3"_s.arg(Page(4), Page(2), Page(3)));
-  }
-
-  // A group that is saved before its pages have come keeps their addresses and locks.
-  void SavesWhatIsOnItsWay() {
-    const QString lines = u"a=%1\nb=*%2\nblank3=%3"_s.arg(Page(1), Page(2), Page(3));
-    OpenLines(lines);
-    const QString path = TGroupFolder::Path() + u"/copy.hgp"_s;
-    queue->Stop();
-    ChooseFile(path);
-    groups->actSaveAsHalvexGroupExecute();
-    QCOMPARE(Lines(path), lines);
-  }
-
-  void AsksBeforeReplacing() {
-    const QString path = Put(u"g.hgp"_s, u"old=1"_s);
-    tabs->Tab(0)->SetStickyName(u"new"_s);
-    for (const bool yes : {false, true}) {
-      // The name is given without its extension; the question is about the file that is really there.
-      Answer(yes);
-      ChooseFile(path.chopped(4));
-      groups->actSaveAsHalvexGroupExecute();
-      QCOMPARE(Lines(path), yes ? u"new="_s : u"old=1"_s);
-    }
-  }
-
-  void RefusedSave() {
-    const QString path = TGroupFolder::Path() + u"/no-such-folder/g.hgp"_s;
-    QDir().mkpath(QFileInfo(path).path());
-    ChooseFile(path, [path] { QDir().rmdir(QFileInfo(path).path()); });
-    groups->actSaveAsHalvexGroupExecute();
-    const auto *box = window->findChild<QMessageBox *>();
-    QVERIFY(box != nullptr);
-    QVERIFY2(box->text().contains(u"g.hgp"_s) && !box->text().contains(u"%2"_s), qPrintable(box->text()));
-    QCOMPARE(tabs->TabCount(), 1);
-  }
-
-  // A file that cannot be read must not be replaced by one with nothing but the new page.
-  void AddsToUnreadableGroup() {
-    const QString path = Put(u"g.hgp"_s, u"a=1"_s);
-    QVERIFY(QFile::resize(path, (qint64(256) << 20) + 1));
-    ChooseFile(path);
-    groups->AddTabToHalvexGroup(tabs->Tab(0));
-    QVERIFY(window->findChild<QMessageBox *>() != nullptr);
-    QCOMPARE(QFileInfo(path).size(), (qint64(256) << 20) + 1);
-  }
-
   void MenuShowsTheFolder() {
     for (const char *name : {"beta.hgp", "Alpha.hgp", "R&D.hgp", "UPPER.HGP", "note.txt", ".hidden.hgp",
                              "Zoo/inner.hgp", "archive/deep/x.hgp", ".git/x.hgp"}) {
@@ -285,11 +215,9 @@ class TestGroups final : public QObject, private TGroupsFixture {
     const QString file = Put(u"sub/g.hgp"_s, u"a=1"_s);
     const QString sub = QFileInfo(file).path();
     QSignalSpy changed(&folder, &TGroupFolder::Changed);
-    const QString made = folder.NewFolder(sub);
-    const QString second = folder.NewFolder(sub);
-    QVERIFY(QFileInfo(made).isDir() && QFileInfo(second).isDir() && made != second);
-    QVERIFY(folder.NewFolder(sub + u"/none"_s).isEmpty());
-    QVERIFY(window->findChild<QMessageBox *>() != nullptr);
+    const QString made = sub + u"/made"_s;
+    const QString second = sub + u"/second"_s;
+    QVERIFY(QDir().mkdir(made) && QDir().mkdir(second));
     QVERIFY(folder.RenameFolder(made, QFileInfo(second).fileName()).isEmpty());
     const QString renamed = folder.RenameFolder(made, u"other"_s);
     QVERIFY(QFileInfo(renamed).isDir() && !QFileInfo::exists(made));

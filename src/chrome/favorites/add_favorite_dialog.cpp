@@ -1,12 +1,9 @@
 #include "chrome/favorites/add_favorite_dialog.h"
 
-#include <QPointer>
-
 #include "chrome/folder_view/folder_view.h"
+#include "chrome/folder_view/new_folder.h"
 #include "config/language.h"
 #include "platform/folder_entries.h"
-#include "ui/input_box.h"
-#include "ui/message_box.h"
 #include "ui/shown_text.h"
 #include "ui_add_favorite_dialog.h"
 
@@ -41,7 +38,8 @@ TfrmAddFavorite::TfrmAddFavorite(const TLanguage &language, const QString &name,
   setTabOrder(m_ui->edtName, m_folders);
   setTabOrder(m_folders, m_ui->cmdNewFolder);
   connect(m_ui->edtName, &QLineEdit::textChanged, this, &TfrmAddFavorite::UpdateOk);
-  connect(m_ui->cmdNewFolder, &QPushButton::clicked, this, &TfrmAddFavorite::MakeFolder);
+  connect(m_ui->cmdNewFolder, &QPushButton::clicked, this,
+          [this] { MakeNewFolder(this, m_language, *m_folders, m_editor); });
   connect(m_ui->cmdOK, &QPushButton::clicked, this, &QDialog::accept);
   m_folders->SetRoot(root, TLanguage::ShortHint(language.Text("FAVORITES_POPUP", "ShowFavoritesHint")));
   m_folders->Reveal(NearestFolder(chosen, root));
@@ -62,20 +60,4 @@ QString TfrmAddFavorite::Folder() const {
 
 void TfrmAddFavorite::UpdateOk() {
   m_ui->cmdOK->setEnabled(!Name().isEmpty());
-}
-
-void TfrmAddFavorite::MakeFolder() {
-  const QPointer<TfrmAddFavorite> self(this);
-  const std::optional<QString> name = AskText(this, m_language,
-                                              {.caption = m_language.Text("FAVORITES", "NewFolderCaption"),
-                                               .prompt = m_language.Text("FAVORITES", "NewFolderPrompt"),
-                                               .text = m_language.Text("HalvexGroups", "NewFolder")});
-  if (!self || !name || name->trimmed().isEmpty()) return;
-  const TFavoritesChange change = FavoritesEdit::AddFolder(Folder(), *name);
-  if (!change.IsGood()) {
-    ShowWarning(this, m_language, m_language.Text("HalvexGroups", "CannotMakeFolder").arg(change.error));
-    return;
-  }
-  (void)m_editor.Take(change);
-  m_folders->Reveal(change.paths.value(0));
 }

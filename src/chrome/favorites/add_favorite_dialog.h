@@ -28,7 +28,6 @@ class TfrmAddFavorite final : public QDialog {
   [[nodiscard]] QString Folder() const;
 
  private:
-  void MakeFolder();
   void UpdateOk();
 
   const TLanguage &m_language;

@@ -63,10 +63,8 @@ void TFavoriteCommands::Rename(const TFavorite &favorite) {
                                                .text = favorite.caption});
   // The blanks at the edges of a name from elsewhere are no change.
   if (!self || !name || name->trimmed() == favorite.caption.trimmed()) return;
-  const TFavoritesChange change = FavoritesEdit::Rename(favorite.path, name->trimmed());
-  Q_EMIT Done(change);
-  if (!change.IsGood()) TellCannotChange(change.error);
-  Q_EMIT Changed();
+  Do([path = favorite.path, caption = name->trimmed()] { return FavoritesEdit::Rename(path, caption); },
+     CannotChange());
 }
 
 void TFavoriteCommands::Delete(const TFavorite &favorite) {
@@ -77,13 +75,9 @@ void TFavoriteCommands::Delete(const TFavorite &favorite) {
                              .ok = m_language.Text("HalvexGroups", "MoveToTrash"),
                              .cancel = m_language.Global("Cancel")});
   if (!self || !answer.accepted) return;
-  const TFavoritesChange change = FavoritesEdit::Trash({favorite.path});
-  Q_EMIT Done(change);
-  if (!change.IsGood()) {
-    ShowWarning(m_window, m_language,
-                m_language.Text("HalvexGroups", "CannotDelete").arg(favorite.caption, change.error));
-  }
-  Q_EMIT Changed();
+  const QString failure = m_language.Text("HalvexGroups", "CannotDelete");
+  Do([path = favorite.path] { return FavoritesEdit::Trash({path}); },
+     [failure, caption = favorite.caption](const QString &reason) { return failure.arg(caption, reason); });
 }
 
 void TFavoriteCommands::ShowProperties(const TFavorite &favorite) {
@@ -98,17 +92,27 @@ void TFavoriteCommands::ShowProperties(const TFavorite &favorite) {
   const bool isOtherAddress = dialog->IsAddressChanged();
   delete dialog;
   if (!accepted) return;
-  TFavoritesChange change;
-  if (isOtherAddress) change = FavoritesEdit::SetAddress(favorite.path, address);
-  if (change.IsGood() && isOtherName) {
-    const TFavoritesChange renamed = FavoritesEdit::Rename(favorite.path, name);
-    change = {change.steps + renamed.steps, renamed.paths, renamed.error};
-  }
-  Q_EMIT Done(change);
-  if (!change.IsGood()) TellCannotChange(change.error);
-  Q_EMIT Changed();
+  const auto work = [=, path = favorite.path] {
+    TFavoritesChange change;
+    if (isOtherAddress) change = FavoritesEdit::SetAddress(path, address);
+    if (change.IsGood() && isOtherName) {
+      const TFavoritesChange renamed = FavoritesEdit::Rename(path, name);
+      change = {change.steps + renamed.steps, renamed.paths, renamed.error};
+    }
+    return change;
+  };
+  Do(work, CannotChange());
 }
 
-void TFavoriteCommands::TellCannotChange(const QString &reason) {
-  ShowWarning(m_window, m_language, m_language.Text("FAVORITES", "CannotChange").arg(reason));
+TFavoriteCommands::TFailure TFavoriteCommands::CannotChange() const {
+  return [text = m_language.Text("FAVORITES", "CannotChange")](const QString &reason) { return text.arg(reason); };
+}
+
+void TFavoriteCommands::Do(const TFileWork::TWork &change, const TFailure &failure) {
+  m_work.Do(change, [this, failure](const TFavoritesChange &done) {
+    const QPointer<TFavoriteCommands> self(this);
+    Q_EMIT Done(done);
+    if (!done.IsGood()) ShowWarning(m_window, m_language, failure(done.error));
+    if (self) Q_EMIT Changed();
+  });
 }

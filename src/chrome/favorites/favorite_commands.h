@@ -4,12 +4,12 @@
 #include <QPoint>
 
 #include "chrome/favorites/favorite_launcher.h"
+#include "chrome/folder_view/file_work.h"
 #include "favorites/favorites_folder.h"
 
 class QMenu;
 class QWidget;
 class TLanguage;
-struct TFavoritesChange;
 
 // What can be done with one favorite wherever it is shown, and the menu that offers it.
 class TFavoriteCommands final : public QObject {
@@ -40,9 +40,14 @@ class TFavoriteCommands final : public QObject {
   void Changed();
 
  private:
-  void TellCannotChange(const QString &reason);
+  // What is said of a change that failed for that reason.
+  using TFailure = std::function<QString(const QString &reason)>;
+
+  void Do(const TFileWork::TWork &change, const TFailure &failure);
+  [[nodiscard]] TFailure CannotChange() const;
 
   QWidget *m_window;
   TFavoriteLauncher &m_launcher;
   const TLanguage &m_language;
+  TFileWork m_work;
 };

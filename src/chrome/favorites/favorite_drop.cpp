@@ -5,6 +5,7 @@
 #include <QMimeData>
 #include <QWidget>
 
+#include "browser/strip/tab_bar_view.h"
 #include "chrome/favorites/favorite_launcher.h"
 #include "favorites/favorite_drag.h"
 #include "favorites/favorites_folder.h"
@@ -85,6 +86,11 @@ bool TFavoriteDrop::eventFilter(QObject *watched, QEvent *event) {
     case QEvent::DragMove:
     case QEvent::Drop: {
       auto *drop = static_cast<QDropEvent *>(event);
+      // A tab that has been dragged out and let go over its page is not to load it again.
+      if (m_pages.contains(watched) && qobject_cast<TTabBarView *>(drop->source()) != nullptr) {
+        drop->ignore();
+        return true;
+      }
       if (m_pages.contains(watched) && !FavoriteDrag::AreFavorites(*drop->mimeData())) break;
       // Looks at the disk, so not at each move.
       if (event->type() == QEvent::DragEnter) m_dragged = PathsIn(*drop->mimeData());

@@ -31,6 +31,13 @@ void TFavoriteIcons::Keep(const TBrowserTab *tab) {
   Q_EMIT Came();
 }
 
+void TFavoriteIcons::Forget(const QStringList &addresses) {
+  if (addresses.isEmpty()) m_cache.Clear();
+  for (const QString &address : addresses) m_cache.Forget(address);
+  ++m_version;
+  Q_EMIT Came();
+}
+
 bool TFavoriteIcons::HasOwn() const {
   return m_settings.Get(Setting::UseCustomIcons);
 }
@@ -43,4 +50,11 @@ QIcon TFavoriteIcons::Of(const TFavorite &favorite) const {
 QIcon TFavoriteIcons::OfAddress(const QString &address) const {
   const QImage image = HasOwn() ? m_cache.Find(address) : QImage();
   return image.isNull() ? m_page : QIcon(QPixmap::fromImage(image));
+}
+
+QIcon TFavoriteIcons::KnownOf(const QString &address) const {
+  if (!HasOwn()) return {};
+  const QImage image = m_pages.Of(address);
+  if (image.isNull()) m_pages.Fetch({address});
+  return image.isNull() ? QIcon() : QIcon(QPixmap::fromImage(image));
 }

@@ -32,11 +32,16 @@ class TFavoriteIcons final : public QObject {
   [[nodiscard]] QIcon Of(const TFavorite &favorite) const;
   // The same of an address that is known already.
   [[nodiscard]] QIcon OfAddress(const QString &address) const;
+  // The same without waiting for the disk: null where there is none, or not yet; Pages() tells when one has come.
+  [[nodiscard]] QIcon KnownOf(const QString &address) const;
   // Keeps the icon that the page in this tab has now, whether icons are shown or not.
   void Keep(const TBrowserTab *tab);
+  // Forgets those of these pages, or, without any, all of them; on the disk too. Pages tell theirs again when they are
+  // next loaded.
+  void Forget(const QStringList &addresses);
 
  Q_SIGNALS:
-  // A page has shown an icon that was not known.
+  // A page has shown an icon that was not known, or all were forgotten.
   void Came();
 
  private:

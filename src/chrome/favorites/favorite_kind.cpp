@@ -1,13 +1,14 @@
 #include "chrome/favorites/favorite_kind.h"
 
+#include <QAbstractItemView>
+
 #include "chrome/favorites/favorite_icons.h"
 #include "chrome/favorites/favorite_launcher.h"
-#include "chrome/folder_view/folder_view.h"
 
 TFavoriteKind::TFavoriteKind(TFavoriteLauncher &launcher, const TFavoriteIcons &icons)
     : m_launcher(launcher), m_icons(icons) {}
 
-void TFavoriteKind::Serve(TFolderView &view) const {
+void TFavoriteKind::Serve(QAbstractItemView &view) const {
   QWidget *shown = view.viewport();
   QObject::connect(&m_icons, &TFavoriteIcons::Came, shown, qOverload<>(&QWidget::update));
   QObject::connect(&m_icons.Pages(), &TPageIcons::Changed, shown, qOverload<>(&QWidget::update));
@@ -22,10 +23,7 @@ QIcon TFavoriteKind::FileIcon() const {
 }
 
 QIcon TFavoriteKind::IconOf(const QString &address) const {
-  if (!m_icons.HasOwn()) return {};
-  const QImage image = m_icons.Pages().Of(address);
-  if (image.isNull()) m_icons.Pages().Fetch({address});
-  return image.isNull() ? QIcon() : QIcon(QPixmap::fromImage(image));
+  return m_icons.KnownOf(address);
 }
 
 int TFavoriteKind::IconVersion() const {

@@ -2,9 +2,9 @@
 
 #include "chrome/folder_view/folder_kind.h"
 
+class QAbstractItemView;
 class TFavoriteIcons;
 class TFavoriteLauncher;
-class TFolderView;
 
 // Favorites in a tree over their folder: every file is one.
 class TFavoriteKind : public TFolderKind {
@@ -12,7 +12,7 @@ class TFavoriteKind : public TFolderKind {
   // Both must outlive this object.
   TFavoriteKind(TFavoriteLauncher &launcher, const TFavoriteIcons &icons);
   // Has a view of this kind painted again whenever icons come.
-  void Serve(TFolderView &view) const;
+  void Serve(QAbstractItemView &view) const;
 
   [[nodiscard]] QIcon FolderIcon() const override;
   [[nodiscard]] QIcon FileIcon() const override;

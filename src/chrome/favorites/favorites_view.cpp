@@ -22,13 +22,6 @@
 #include "ui/dialog_gate.h"
 #include "ui/message_box.h"
 
-namespace {
-
-// A first page that takes longer does not keep the favorites waiting.
-constexpr int LongestWait = 3000;  // milliseconds
-
-}  // namespace
-
 TFavoritesView::TFavoritesView(QWidget *window, TActions &actions, TTabStrip &tabs, TTabMenu &tabMenu,
                                TLoadQueue &queue)
     : m_window(window),
@@ -58,8 +51,7 @@ TFavoritesView::TFavoritesView(QWidget *window, TActions &actions, TTabStrip &ta
   connect(m_links, &TLinksBar::Changed, this, &TFavoritesView::Refresh);
   connect(m_links, &TLinksBar::OrganizeWanted, this, &TFavoritesView::Organize);
   connect(&m_watcher, &TFolderWatcher::Changed, this, &TFavoritesView::Refresh);
-  m_firstPage.setSingleShot(true);
-  connect(&m_firstPage, &QTimer::timeout, this, &TFavoritesView::Watch);
+  connect(&m_firstPage, &TFirstPageWait::Over, this, &TFavoritesView::Watch);
 }
 
 TFavoritesView::~TFavoritesView() {
@@ -84,12 +76,7 @@ QString TFavoritesView::Folder() const {
 }
 
 void TFavoritesView::Begin() {
-  const TBrowserTab *tab = m_tabs.GetActivePage();
-  const bool isToCome = tab != nullptr && tab->Load() != TLoad::Blank;
-  connect(&m_tabs, &TTabStrip::TabLoaded, &m_firstPage, [this] {
-    if (m_firstPage.isActive()) m_firstPage.start(0);
-  });
-  m_firstPage.start(isToCome ? LongestWait : 0);
+  m_firstPage.Begin();
 }
 
 void TFavoritesView::DragPage(QWidget *from) {
@@ -153,7 +140,11 @@ void TFavoritesView::AddTab(TBrowserTab *tab) {
   delete dialog;
   if (!accepted) return;
   m_settings.Set(Setting::LastFavoritesFolder, folder);
-  const TFavoritesChange change = FavoritesEdit::AddPage(folder, name, address);
-  if (!change.IsGood()) ShowWarning(m_window, m_language, m_language.Text("FAVORITES", "CannotAdd").arg(change.error));
-  Refresh();
+  m_work.Do([=] { return FavoritesEdit::AddPage(folder, name, address); },
+            [this](const TFavoritesChange &change) {
+              const QPointer<TFavoritesView> there(this);
+              const QString failure = m_language.Text("FAVORITES", "CannotAdd").arg(change.error);
+              if (!change.IsGood()) ShowWarning(m_window, m_language, failure);
+              if (there) Refresh();
+            });
 }

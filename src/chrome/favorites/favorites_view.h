@@ -6,6 +6,7 @@
 #include <QRect>
 #include <utility>
 
+#include "browser/tabs/first_page_wait.h"
 #include "chrome/favorites/favorite_commands.h"
 #include "chrome/favorites/favorite_drop.h"
 #include "chrome/favorites/favorite_icons.h"
@@ -13,6 +14,7 @@
 #include "chrome/favorites/favorite_menu.h"
 #include "chrome/favorites/favorites_transfer_view.h"
 #include "chrome/favorites/links_bar.h"
+#include "chrome/folder_view/file_work.h"
 #include "platform/folder_watcher.h"
 
 class TActions;
@@ -55,8 +57,12 @@ class TFavoritesView final : public QObject {
   [[nodiscard]] TLinksBar *Links() const { return m_links; }
   [[nodiscard]] TFavoriteLauncher &Launcher() { return m_launcher; }
   [[nodiscard]] const TFavoriteIcons &Icons() const { return m_icons; }
+  // No picture of these pages, or, without any, of any page is kept any more.
+  void ForgetIcons(const QStringList &addresses = {}) { m_icons.Forget(addresses); }
   // The folder of all favorites.
   [[nodiscard]] QString Folder() const;
+  // Something was done to the files elsewhere; tells of it by Changed.
+  void Refresh();
 
  Q_SIGNALS:
   // Something in the folder may be new, gone or renamed.
@@ -68,7 +74,6 @@ class TFavoritesView final : public QObject {
   void Watch();
   // What shows favorites without a window of its own.
   void RefreshBars();
-  void Refresh();
 
   QWidget *m_window;
   TActions &m_actions;
@@ -86,5 +91,6 @@ class TFavoritesView final : public QObject {
   TfrmFavorites *m_popup = nullptr;  // from its first use on
   std::function<QRect()> m_popupButton;
   TFolderWatcher m_watcher{this};
-  QTimer m_firstPage{this};
+  TFirstPageWait m_firstPage{m_tabs};
+  TFileWork m_work;
 };

@@ -405,24 +405,26 @@ void TLinksBar::dragLeaveEvent(QDragLeaveEvent *event) {
 void TLinksBar::dropEvent(QDropEvent *event) {
   ShowPlace(nullptr);
   const TDropPlace place = PlaceAt(event->position().toPoint());
-  TFavoritesChange change;
-  const QStringList paths = FavoriteDrag::PathsIn(*event->mimeData());
-  if (!FavoriteDrag::AreFavorites(*event->mimeData()) && FavoritesEdit::IsTooMuch(paths)) {
-    change.error = m_language.Text("FOLDER_VIEW", "TooMuch");
-  } else if (!paths.contains(place.folder)) {
-    // A folder on its own button is where it is.
-    change =
-        DroppedFavorites::Take(*event->mimeData(), place.folder, place.position, DroppedFavorites::IsCopied(*event));
-  }
+  const DroppedFavorites::TDropped dropped = DroppedFavorites::In(*event->mimeData());
+  const bool isCopied = DroppedFavorites::IsCopied(*event);
   // The one that it comes from takes nothing away: that is done here.
   event->setDropAction(Qt::CopyAction);
   event->accept();
-  // Not now: the button that is being dragged would go with it, and the drag would wait for the answer.
-  const auto end = [this, error = change.error] {
-    if (!error.isEmpty()) Tell(error);
-    Q_EMIT Changed();
+  // A folder on its own button is where it is.
+  if (dropped.paths.contains(place.folder)) return;
+  const auto work = [dropped, isCopied, folder = place.folder, position = place.position,
+                     tooMuch = m_language.Text("FOLDER_VIEW", "TooMuch")] {
+    if (DroppedFavorites::IsTooMuch(dropped)) return TFavoritesChange{.error = tooMuch};
+    return DroppedFavorites::Take(dropped, folder, position, isCopied);
   };
-  QMetaObject::invokeMethod(this, end, Qt::QueuedConnection);
+  m_work.Do(work, [this](const TFavoritesChange &change) {
+    // Not now: the button that is being dragged would go with it, and the drag would wait for the answer.
+    const auto end = [this, error = change.error] {
+      if (!error.isEmpty()) Tell(error);
+      Q_EMIT Changed();
+    };
+    QMetaObject::invokeMethod(this, end, Qt::QueuedConnection);
+  });
 }
 
 void TLinksBar::Tell(const QString &error) {

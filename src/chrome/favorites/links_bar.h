@@ -7,6 +7,7 @@
 #include <QToolButton>
 
 #include "chrome/favorites/favorite_menu.h"
+#include "chrome/folder_view/file_work.h"
 
 class QMenu;
 class TFavoriteCommands;
@@ -103,4 +104,5 @@ class TLinksBar final : public QWidget {
   bool m_isDragging = false;  // the buttons stay as they are
   bool m_isStale = false;     // the folder has changed meanwhile
   QTimer m_iconTimer;
+  TFileWork m_work;
 };

@@ -5,7 +5,6 @@
 #include <QMimeData>
 #include <QUrl>
 
-#include "chrome/folder_view/dropped_links.h"
 #include "favorites/favorite_drag.h"
 
 namespace {
@@ -34,12 +33,20 @@ void DroppedFavorites::Propose(QDropEvent &event) {
   }
 }
 
-TFavoritesChange DroppedFavorites::Take(const QMimeData &data, const QString &folder, int position, bool isCopied) {
-  const QStringList paths = FavoriteDrag::PathsIn(data);
-  if (FavoriteDrag::AreFavorites(data)) {
+DroppedFavorites::TDropped DroppedFavorites::In(const QMimeData &data) {
+  const bool areFavorites = FavoriteDrag::AreFavorites(data);
+  return {areFavorites, FavoriteDrag::PathsIn(data), areFavorites ? QList<TDroppedLink>() : DroppedLinks(data)};
+}
+
+bool DroppedFavorites::IsTooMuch(const TDropped &dropped) {
+  return !dropped.areFavorites && FavoritesEdit::IsTooMuch(dropped.paths);
+}
+
+TFavoritesChange DroppedFavorites::Take(const TDropped &dropped, const QString &folder, int position, bool isCopied) {
+  const auto &[areFavorites, paths, links] = dropped;
+  if (areFavorites) {
     return isCopied ? FavoritesEdit::Copy(paths, folder, position) : FavoritesEdit::Move(paths, folder, position);
   }
-  const QList<TDroppedLink> links = DroppedLinks(data);
   // However many they are.
   if (std::ranges::all_of(links, &IsFile)) return FavoritesEdit::Copy(paths, folder, position);
   TFavoritesChange all;

@@ -3,6 +3,8 @@
 #include <QIcon>
 #include <QStringList>
 
+class QMimeData;
+class TFileParts;
 struct TFavorite;
 
 // Where an entry of a folder opens.
@@ -31,6 +33,13 @@ class TFolderKind {
   virtual void Open(const TFavorite & /*file*/, TOpenPlace /*place*/) {}
   // All files of a folder.
   virtual void OpenAll(const QString & /*folder*/) {}
+
+  // Whether a drop of that on a folder does something; asked when a drag comes.
+  [[nodiscard]] virtual bool CanTake(const QMimeData &data) const;
+  // Or else the view only tells that another name is wanted.
+  [[nodiscard]] virtual bool IsRenamedInPlace(const TFavorite & /*favorite*/) const { return true; }
+  // What the files hold, for rows below them; null where there are none.
+  [[nodiscard]] virtual TFileParts *Parts() const { return nullptr; }
 
  private:
   // Styles make theirs anew each time.

@@ -1,6 +1,7 @@
 #include "chrome/folder_view/folder_model.h"
 
 #include <algorithm>
+#include <QCryptographicHash>
 #include <QElapsedTimer>
 #include <QHash>
 #include <QIcon>
@@ -17,7 +18,8 @@ struct TFolderModel::TNode {
   bool isFolder = false;
   TNode *parent = nullptr;
   int row = 0;
-  // Of folders.
+  std::unique_ptr<TFilePart> part{};
+  // Of folders, and of files with parts.
   TState state = TState::Unread;
   quint64 stamp = TFolderReader::NoStamp;
   QElapsedTimer readAt{};
@@ -44,11 +46,17 @@ QString NameOf(const QString &path) {
   return path.mid(path.lastIndexOf(u'/') + 1);
 }
 
+// Of any line a short name without "/".
+QString NameOfLine(const QString &line) {
+  return QString::fromLatin1(QCryptographicHash::hash(line.toUtf8(), QCryptographicHash::Md5).toHex());
+}
+
 }  // namespace
 
 TFolderModel::TFolderModel(const TFolderKind &kind, TShow show, QObject *parent)
     : QAbstractItemModel(parent), m_kind(kind), m_show(show) {
   connect(&m_reader, &TFolderReader::FolderRead, this, &TFolderModel::OnFolderRead);
+  connect(&m_reader, &TFolderReader::PartsRead, this, &TFolderModel::OnPartsRead);
   connect(&m_reader, &TFolderReader::Unchanged, this, &TFolderModel::Finish);
   connect(&m_reader, &TFolderReader::TargetRead, this, &TFolderModel::OnTargetRead);
 }
@@ -87,6 +95,29 @@ TFavorite TFolderModel::At(const QModelIndex &index) const {
   return node != nullptr ? TFavorite{node->caption, PathOf(*node), node->isFolder} : TFavorite();
 }
 
+bool TFolderModel::IsPart(const TNode &node) {
+  return node.part != nullptr;
+}
+
+bool TFolderModel::Holds(const TNode &node) const {
+  return node.isFolder || (!IsPart(node) && m_kind.Parts() != nullptr);
+}
+
+bool TFolderModel::IsPart(const QModelIndex &index) const {
+  const TNode *node = NodeAt(index);
+  return node != nullptr && IsPart(*node);
+}
+
+TFilePartPlace TFolderModel::PartAt(const QModelIndex &index) const {
+  if (!IsPart(index)) return {};
+  const TNode &node = *NodeAt(index);
+  return {PathOf(*node.parent), node.row, *node.part};
+}
+
+QString TFolderModel::PathOfPart(const QString &file, const QString &line) {
+  return file + u'/' + NameOfLine(line);
+}
+
 QModelIndex TFolderModel::Nearest(const QString &path) const {
   if (!m_root || (path != m_root->name && !path.startsWith(m_root->name + u'/'))) return {};
   const TNode *node = m_root.get();
@@ -110,15 +141,19 @@ void TFolderModel::Want(TNode &folder) {
   if (folder.state == TNode::TState::Unread) folder.state = TNode::TState::BeingRead;
   ++m_reading;
   const bool isSettled = folder.readAt.isValid() && folder.readAt.hasExpired(StampSettles);
-  m_reader.Read(PathOf(folder), isSettled ? folder.stamp : TFolderReader::NoStamp, m_kind.Endings(),
-                m_show == TShow::FoldersOnly);
+  const quint64 known = isSettled ? folder.stamp : TFolderReader::NoStamp;
+  if (folder.isFolder) {
+    m_reader.Read(PathOf(folder), known, m_kind.Endings(), m_show == TShow::FoldersOnly);
+  } else {
+    m_reader.ReadParts(PathOf(folder), known, m_kind.Parts()->Reader());
+  }
 }
 
 void TFolderModel::WantAgain(TNode &folder) {
   if (folder.state == TNode::TState::Unread) return;
   Want(folder);
   for (const auto &child : folder.children) {
-    if (child->isFolder) {
+    if (Holds(*child)) {
       WantAgain(*child);
     } else {
       child->isTargetWanted = false;  // what is in a file may change while its folder stays as it is
@@ -152,6 +187,24 @@ void TFolderModel::OnFolderRead(const QString &path, const TFavorites &favorites
   Finish();
 }
 
+void TFolderModel::OnPartsRead(const QString &path, const QList<TFilePart> &parts, quint64 stamp) {
+  TNode *file = Find(path);
+  if (file != nullptr && !file->isFolder && Holds(*file)) {
+    file->stamp = stamp;
+    file->readAt.start();
+    TFavorites rows;
+    rows.reserve(parts.size());
+    QHash<QString, int> times;  // that a line was seen
+    for (const TFilePart &part : parts) {
+      QString row = PathOfPart(path, part.line);
+      if (const int before = times[part.line]++; before > 0) row += u'-' + QString::number(before);
+      rows.append({part.caption, row, false});
+    }
+    Update(*file, rows, parts);
+  }
+  Finish();
+}
+
 void TFolderModel::OnTargetRead(const QString &path, const QString &target) {
   TNode *node = Find(path);
   if (node == nullptr || node->target == target) return;
@@ -161,7 +214,7 @@ void TFolderModel::OnTargetRead(const QString &path, const QString &target) {
   Q_EMIT dataChanged(index, index, {Qt::DecorationRole, Qt::ToolTipRole});
 }
 
-void TFolderModel::Update(TNode &folder, const TFavorites &favorites) {
+void TFolderModel::Update(TNode &folder, const TFavorites &favorites, const QList<TFilePart> &parts) {
   const bool isFirst = std::exchange(folder.state, TNode::TState::Read) != TNode::TState::Read;
   QHash<QString, int> places;
   places.reserve(favorites.size());
@@ -170,7 +223,7 @@ void TFolderModel::Update(TNode &folder, const TFavorites &favorites) {
   Q_EMIT AboutToChange();
   RemoveMissing(folder, places, favorites);
   Arrange(folder, places);
-  AddNew(folder, favorites);
+  AddNew(folder, favorites, parts);
   if (hadChildren == folder.children.empty()) {
     // Views ask only then whether there is something to open.
     Q_EMIT layoutAboutToBeChanged({QPersistentModelIndex(IndexOf(folder))});
@@ -217,7 +270,7 @@ void TFolderModel::Arrange(TNode &folder, const QHash<QString, int> &places) {
 }
 
 // What is there already stands in the new order, so each row is either the next that was there or new.
-void TFolderModel::AddNew(TNode &folder, const TFavorites &favorites) {
+void TFolderModel::AddNew(TNode &folder, const TFavorites &favorites, const QList<TFilePart> &parts) {
   auto &children = folder.children;
   for (qsizetype first = 0; first < favorites.size(); ++first) {
     const QString next = size_t(first) < children.size() ? children[size_t(first)]->name : QString();
@@ -226,6 +279,7 @@ void TFolderModel::AddNew(TNode &folder, const TFavorites &favorites) {
       const TFavorite &one = favorites.at(i);
       added.push_back(std::make_unique<TNode>(
           TNode{.name = NameOf(one.path), .caption = one.caption, .isFolder = one.isFolder, .parent = &folder}));
+      if (!folder.isFolder) added.back()->part = std::make_unique<TFilePart>(parts.at(i));
     }
     if (added.empty()) continue;
     for (const auto &node : added) folder.byName.insert(node->name, node.get());
@@ -251,7 +305,7 @@ void TFolderModel::Rename(const QString &from, const QString &to) {
   const QModelIndex index = IndexOf(*node);
   Q_EMIT dataChanged(index, index);
   // Answers that are still to come name the old path.
-  if (m_reading > 0 && node->isFolder) WantAgain(*node);
+  if (m_reading > 0 && Holds(*node)) WantAgain(*node);
 }
 
 void TFolderModel::ForgetTarget(const QString &path) {
@@ -289,13 +343,13 @@ int TFolderModel::columnCount(const QModelIndex &) const {
 bool TFolderModel::hasChildren(const QModelIndex &parent) const {
   const TNode *node = NodeAt(parent);
   if (node == nullptr) return m_root != nullptr;
-  // Before it is read a folder is one that may be opened.
-  return node->isFolder && (node->state != TNode::TState::Read || !node->children.empty());
+  // Before it is read it is one that may be opened.
+  return Holds(*node) && (node->state != TNode::TState::Read || !node->children.empty());
 }
 
 bool TFolderModel::canFetchMore(const QModelIndex &parent) const {
   const TNode *node = NodeAt(parent);
-  return node != nullptr && node->isFolder && node->state == TNode::TState::Unread;
+  return node != nullptr && Holds(*node) && node->state == TNode::TState::Unread;
 }
 
 void TFolderModel::fetchMore(const QModelIndex &parent) {
@@ -306,14 +360,16 @@ Qt::ItemFlags TFolderModel::flags(const QModelIndex &index) const {
   const TNode *node = NodeAt(index);
   if (node == nullptr) return Qt::ItemIsDropEnabled;
   Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
-  if (node->parent != nullptr) flags |= Qt::ItemIsEditable | Qt::ItemIsDragEnabled;
-  flags |= node->isFolder ? Qt::ItemIsDropEnabled : Qt::ItemNeverHasChildren;
+  if (node->parent != nullptr) flags |= Qt::ItemIsDragEnabled;
+  if (node->parent != nullptr && !IsPart(*node)) flags |= Qt::ItemIsEditable;
+  flags |= Holds(*node) ? Qt::ItemIsDropEnabled : Qt::ItemNeverHasChildren;
   return flags;
 }
 
 QVariant TFolderModel::data(const QModelIndex &index, int role) const {
   TNode *node = NodeAt(index);
   if (node == nullptr) return {};
+  if (IsPart(*node)) return DataOf(*node->part, role);
   switch (role) {
     case Qt::DisplayRole:
     case Qt::EditRole:
@@ -328,10 +384,29 @@ QVariant TFolderModel::data(const QModelIndex &index, int role) const {
   }
 }
 
+QVariant TFolderModel::DataOf(const TFilePart &part, int role) const {
+  const TFileParts &parts = *m_kind.Parts();
+  const QString note = parts.NoteOf(part);
+  switch (role) {
+    case Qt::DisplayRole:
+      return OneLine(part.caption);
+    case Qt::DecorationRole:
+      return parts.IconOf(part);
+    case Qt::AccessibleTextRole:
+      return note.isEmpty() ? OneLine(part.caption) : OneLine(part.caption) + QLatin1String(", ") + note;
+    case Qt::ToolTipRole: {
+      const QString hint = NativePath::Shown(part.address) + (note.isEmpty() ? QString() : u'\n' + note);
+      return PlainTip(hint).replace(u'\n', QLatin1String("<br>"));
+    }
+    default:
+      return {};
+  }
+}
+
 // Views ask for pictures when they paint a row, so files are read for no others.
 QIcon TFolderModel::IconOf(TNode &node) const {
   if (node.isFolder) return m_kind.FolderIcon();
-  if (!std::exchange(node.isTargetWanted, true)) {
+  if (!Holds(node) && !std::exchange(node.isTargetWanted, true)) {
     auto *self = const_cast<TFolderModel *>(this);
     self->m_reader.ReadTarget({node.caption, PathOf(node), false});
   }

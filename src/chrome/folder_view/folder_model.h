@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <QAbstractItemModel>
 #include <vector>
 
@@ -10,6 +11,8 @@ class TFolderKind;
 
 // A folder on the disk with all below it, for trees and lists. Its only row at the top is the folder itself. Each level
 // is read when it is first wanted (fetchMore), on a thread, and again by Refresh; what is still there keeps its index.
+// Where files hold parts (TFolderKind::Parts) those are rows below them, read in the same way; such a row has a path,
+// too, though not on the disk.
 class TFolderModel final : public QAbstractItemModel {
   Q_OBJECT
 
@@ -26,6 +29,11 @@ class TFolderModel final : public QAbstractItemModel {
   [[nodiscard]] QModelIndex RootIndex() const;
   // One without a path for an index that is none.
   [[nodiscard]] TFavorite At(const QModelIndex &index) const;
+  [[nodiscard]] bool IsPart(const QModelIndex &index) const;
+  // One without a file for an index that is none of a part.
+  [[nodiscard]] TFilePartPlace PartAt(const QModelIndex &index) const;
+  // The path that the first part of that line has in its file.
+  [[nodiscard]] static QString PathOfPart(const QString &file, const QString &line);
   // That of the path or, as far as it has been read, of the nearest folder above it; none where it lies elsewhere.
   [[nodiscard]] QModelIndex Nearest(const QString &path) const;
   // Looks again at all that has been read, and at what the files lead to when they are next asked for.
@@ -61,6 +69,9 @@ class TFolderModel final : public QAbstractItemModel {
   struct TNode;
 
   [[nodiscard]] TNode *NodeAt(const QModelIndex &index) const;
+  [[nodiscard]] static bool IsPart(const TNode &node);
+  // A folder, or a file with parts.
+  [[nodiscard]] bool Holds(const TNode &node) const;
   [[nodiscard]] QModelIndex IndexOf(const TNode &node) const;
   [[nodiscard]] QString PathOf(const TNode &node) const;
   // The node of that path, or null.
@@ -68,13 +79,16 @@ class TFolderModel final : public QAbstractItemModel {
   void Want(TNode &folder);
   void WantAgain(TNode &folder);
   void OnFolderRead(const QString &folder, const TFavorites &favorites, quint64 stamp);
+  void OnPartsRead(const QString &file, const QList<TFilePart> &parts, quint64 stamp);
   void OnTargetRead(const QString &path, const QString &target);
   void Finish();
-  void Update(TNode &folder, const TFavorites &favorites);
+  // With `parts` these are the parts of a file, in the same order.
+  void Update(TNode &folder, const TFavorites &favorites, const QList<TFilePart> &parts = {});
   void RemoveMissing(TNode &folder, const QHash<QString, int> &places, const TFavorites &favorites);
   void Arrange(TNode &folder, const QHash<QString, int> &places);
-  void AddNew(TNode &folder, const TFavorites &favorites);
+  void AddNew(TNode &folder, const TFavorites &favorites, const QList<TFilePart> &parts);
   [[nodiscard]] QIcon IconOf(TNode &node) const;
+  [[nodiscard]] QVariant DataOf(const TFilePart &part, int role) const;
 
   const TFolderKind &m_kind;
   TShow m_show;

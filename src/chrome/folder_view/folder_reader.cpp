@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/folder_entries.h"
+
 namespace {
 
 // In the order in which they are wanted: what the user has opened comes before the pictures of what he sees.
@@ -42,6 +44,21 @@ void TFolderReader::Read(const QString &folder, quint64 known, const QStringList
         this, [=, this] { Q_EMIT FolderRead(folder, favorites, stamp); }, Qt::QueuedConnection);
   };
   m_pool.start(read, FolderPriority);
+}
+
+void TFolderReader::ReadParts(const QString &file, quint64 known, TFileParts::TRead read) {
+  const auto look = [=, this] {
+    const quint64 stamp = FolderEntries::Stamp(file);
+    if (stamp == known) {
+      QMetaObject::invokeMethod(
+          this, [=, this] { Q_EMIT Unchanged(file); }, Qt::QueuedConnection);
+      return;
+    }
+    const QList<TFilePart> parts = read(file);
+    QMetaObject::invokeMethod(
+        this, [=, this] { Q_EMIT PartsRead(file, parts, stamp); }, Qt::QueuedConnection);
+  };
+  m_pool.start(look, FolderPriority);
 }
 
 void TFolderReader::ReadTarget(const TFavorite &file) {

@@ -33,16 +33,16 @@ struct TActionRow {
 constexpr TActionRow Rows[] = {
     {TFolderAction::Open, {"FOLDER_VIEW", "Open"}, "actOpenFavorite", "open", "Return; Enter"},
     {TFolderAction::OpenAll, {"FOLDER_VIEW", "OpenAll"}, "actOpenAllFavorites", "", ""},
-    {TFolderAction::OpenInNewTab, {"FOLDER_VIEW", "OpenInNewTab"}, "actOpenFavoriteInNewTab", "new_tab", "Shift+Return"},
+    {TFolderAction::OpenInNewTab, {"FOLDER_VIEW", "OpenInNewTab"}, "actOpenFavoriteInNewTab", "new_tab", "Shift+Return; Shift+Enter"},
     {TFolderAction::OpenInBackground, {"FOLDER_VIEW", "OpenInBackground"}, "actOpenFavoriteInBackground", "", "Ctrl+Return; Ctrl+Enter"},
     {TFolderAction::Cut, {"FOLDER_VIEW", "Cut"}, "actCutFavorite", "cut", "Ctrl+X; Shift+Del"},
     {TFolderAction::Copy, {"FOLDER_VIEW", "Copy"}, "actCopyFavorite", "copy", "Ctrl+C; Ctrl+Ins"},
     {TFolderAction::Paste, {"FOLDER_VIEW", "Paste"}, "actPasteFavorite", "paste", "Ctrl+V; Shift+Ins"},
     {TFolderAction::Rename, {"FOLDER_VIEW", "Rename"}, "actRenameFavorite", "edit", "F2"},
     {TFolderAction::Delete, {"FOLDER_VIEW", "Delete"}, "actDeleteFavorite", "close_tab", "Del"},
-    {TFolderAction::NewFolder, {"FOLDER_VIEW", "NewFolder"}, "actNewFolder", "new_tab", "Ctrl+N"},
+    {TFolderAction::NewFolder, {"FOLDER_VIEW", "NewFolder"}, "actNewFolder", "new_folder", "Ctrl+N"},
     {TFolderAction::Undo, {"FOLDER_VIEW", "Undo"}, "actUndoFavorite", "", "Ctrl+Z; Alt+Backspace"},
-    {TFolderAction::SortByName, {"FOLDER_VIEW", "SortByName"}, "actSortFavorites", "", "Ctrl+Shift+S"},
+    {TFolderAction::SortByName, {"FOLDER_VIEW", "SortByName"}, "actSortFavorites", "", ""},
     {TFolderAction::MoveUp, {"FOLDER_VIEW", "MoveUp"}, "actMoveFavoriteUp", "", "Alt+Up"},
     {TFolderAction::MoveDown, {"FOLDER_VIEW", "MoveDown"}, "actMoveFavoriteDown", "", "Alt+Down"},
     {TFolderAction::CopyAddress, {"FOLDER_VIEW", "CopyAddress"}, "actCopyFavoriteAddress", "", "Ctrl+Shift+C"},
@@ -55,7 +55,15 @@ static_assert(std::size(Rows) == static_cast<size_t>(TFolderAction::Count));
 
 TFolderView::TFolderView(TFolderKind &kind, TFolderEditor &editor, const TLanguage &language, TLook look,
                          TFolderModel::TShow show, QWidget *parent)
-    : QTreeView(parent), m_kind(kind), m_editor(editor), m_language(language), m_look(look), m_model(kind, show) {
+    : QTreeView(parent),
+      m_kind(kind),
+      m_editor(editor),
+      m_language(language),
+      m_look(look),
+      m_model(kind, show),
+      m_oneOpen(new TOneBranchOpen(*this)),
+      m_menuName(QStringLiteral("pmFolderView")),
+      m_fillMenu([this](QMenu &menu) { FillMenu(menu); }) {
   setHeaderHidden(true);
   setUniformRowHeights(true);
   setTextElideMode(Qt::ElideMiddle);
@@ -64,6 +72,8 @@ TFolderView::TFolderView(TFolderKind &kind, TFolderEditor &editor, const TLangua
   setEditTriggers(NoEditTriggers);
   setDragDropMode(DragDrop);
   setDropIndicatorShown(false);  // drawn here, since it depends on more than the row
+  // A double click opens a file that holds something, and does not unfold it.
+  if (kind.Parts() != nullptr) setExpandsOnDoubleClick(false);
   if (look == TLook::List) {
     setRootIsDecorated(false);
     setItemsExpandable(false);
@@ -73,6 +83,7 @@ TFolderView::TFolderView(TFolderKind &kind, TFolderEditor &editor, const TLangua
   MakeActions();
   m_hover.setSingleShot(true);
   connect(&m_hover, &QTimer::timeout, this, [this] {
+    const auto pause = m_oneOpen->Pause();
     if (m_drop.folder.isValid() && m_drop.row < 0 && m_look != TLook::List) expand(m_drop.folder);
   });
   connect(&m_scroll, &QTimer::timeout, this,
@@ -85,9 +96,13 @@ TFolderView::TFolderView(TFolderKind &kind, TFolderEditor &editor, const TLangua
   // Painting asks again for what the rows lead to.
   connect(&m_model, &TFolderModel::Read, viewport(), qOverload<>(&QWidget::update));
   connect(&m_model, &TFolderModel::Renamed, this, [this](const TFavorite &favorite, const QString &caption) {
-    Do(FavoritesEdit::Rename(favorite.path, caption));
+    Do([=] { return FavoritesEdit::Rename(favorite.path, caption); });
   });
   connect(&m_editor, &TFolderEditor::Done, this, &TFolderView::OnDone);
+  connect(&m_editor, &TFolderEditor::BusyChanged, this, [this](bool busy) {
+    busy ? viewport()->setCursor(Qt::BusyCursor) : viewport()->unsetCursor();
+    UpdateActions();
+  });
 }
 
 void TFolderView::SetRoot(const QString &path, const QString &caption) {
@@ -105,7 +120,7 @@ void TFolderView::SetRoot(const QString &path, const QString &caption) {
 
 void TFolderView::SetOpensOnClick(bool opens) {
   m_opensOnClick = opens;
-  setExpandsOnDoubleClick(!opens && m_look != TLook::List);
+  setExpandsOnDoubleClick(!opens && m_look != TLook::List && m_kind.Parts() == nullptr);
 }
 
 void TFolderView::SetReadOnly() {
@@ -118,6 +133,14 @@ void TFolderView::SetReadOnly() {
 void TFolderView::Reveal(const QString &folder) {
   m_sought = {folder};
   m_isRevealing = true;
+  m_isFileRevealed = false;
+  FollowReading();
+}
+
+void TFolderView::RevealFile(const QString &path) {
+  m_sought = {path};
+  m_isRevealing = true;
+  m_isFileRevealed = true;
   FollowReading();
 }
 
@@ -145,6 +168,8 @@ void TFolderView::FollowReading() {
     setCurrentIndex(m_model.index(0, 0, rootIndex()));
   }
   if (m_sought.isEmpty()) return;
+  // Of what is selected after a change several folders may open.
+  const auto pause = m_oneOpen->Pause(!m_isRevealing);
   QModelIndexList found;
   for (const QString &path : std::as_const(m_sought)) {
     if (const QModelIndex index = Sought(path); index.isValid()) found.append(index);
@@ -184,15 +209,18 @@ TFavorite TFolderView::Current() const {
 }
 
 QString TFolderView::Folder() const {
-  if (m_isRevealing && !m_sought.isEmpty()) return m_sought.first();
-  const QModelIndex current = currentIndex();
+  if (m_isRevealing && !m_sought.isEmpty()) {
+    return m_isFileRevealed ? m_sought.first().section(u'/', 0, -2) : m_sought.first();
+  }
+  QModelIndex current = currentIndex();
   if (m_look == TLook::List || !current.isValid()) return m_model.Root();
-  return m_model.At(m_model.At(current).isFolder ? current : current.parent()).path;
+  while (!m_model.At(current).isFolder) current = current.parent();
+  return m_model.At(current).path;
 }
 
 TFavorites TFolderView::Selected() const {
   QModelIndexList indexes = selectionModel()->selectedRows();
-  indexes.removeIf([this](const QModelIndex &index) { return index == m_model.RootIndex(); });
+  indexes.removeIf([this](const QModelIndex &index) { return index == m_model.RootIndex() || m_model.IsPart(index); });
   const auto isAbove = [this](const QModelIndex &a, const QModelIndex &b) {
     if (a.parent() == b.parent()) return a.row() < b.row();
     return visualRect(a).top() < visualRect(b).top();
@@ -206,6 +234,7 @@ TFavorites TFolderView::Selected() const {
 
 TFavorite TFolderView::Sole() const {
   const TFavorites selected = Selected();
+  if (!SelectedParts().isEmpty()) return {};
   if (selected.size() == 1) return selected.first();
   return selected.isEmpty() && currentIndex() == m_model.RootIndex() ? Current() : TFavorite();
 }
@@ -228,17 +257,18 @@ void TFolderView::MakeActions() {
 
 void TFolderView::UpdateActions() {
   const TFavorites selected = Selected();
-  const qsizetype count = selected.size();
-  const bool isOne = count == 1;
-  const bool areFiles = count > 0 && std::ranges::none_of(selected, &TFavorite::isFolder);
+  const bool areParts = ArePartsSelected();
+  const bool isMixed = !areParts && !SelectedParts().isEmpty();
+  const qsizetype count = areParts ? SelectedParts().size() : selected.size();
+  const bool isOne = count == 1 && !areParts && !isMixed;
+  const bool areFiles = count > 0 && !isMixed && std::ranges::none_of(selected, &TFavorite::isFolder);
   const auto enable = [this](TFolderAction action, bool isEnabled) { Action(action)->setEnabled(isEnabled); };
   enable(TFolderAction::Open, (areFiles && count <= MostOpened) || (isOne && selected.first().isFolder));
   enable(TFolderAction::OpenAll, Sole().isFolder);
   for (const TFolderAction action : {TFolderAction::OpenInNewTab, TFolderAction::OpenInBackground})
     enable(action, areFiles && count <= MostOpened);
-  for (const TFolderAction action : {TFolderAction::Cut, TFolderAction::Copy, TFolderAction::Delete}) {
-    enable(action, count > 0);
-  }
+  for (const TFolderAction action : {TFolderAction::Cut, TFolderAction::Copy}) enable(action, count > 0 && !isMixed);
+  enable(TFolderAction::Delete, count > 0);
   for (const TFolderAction action : {TFolderAction::Rename, TFolderAction::Properties}) enable(action, isOne);
   enable(TFolderAction::CopyAddress, areFiles);
   enable(TFolderAction::Undo, m_editor.CanUndo());
@@ -266,12 +296,17 @@ void TFolderView::FillMenu(QMenu &menu) {
   add({TFolderAction::Properties});
 }
 
+void TFolderView::SetMenu(const QString &name, std::function<void(QMenu &)> fill) {
+  m_menuName = name;
+  m_fillMenu = std::move(fill);
+}
+
 void TFolderView::ShowMenu(const QPoint &globalPosition) {
   if (m_menu != nullptr || m_isReadOnly) return;
   m_menu = new QMenu(this);
-  m_menu->setObjectName(QStringLiteral("pmFolderView"));
+  m_menu->setObjectName(m_menuName);
   m_menu->setAttribute(Qt::WA_DeleteOnClose);
-  FillMenu(*m_menu);
+  m_fillMenu(*m_menu);
   m_menu->popup(globalPosition);
 }
 
@@ -342,12 +377,18 @@ void TFolderView::mouseReleaseEvent(QMouseEvent *event) {
   const bool isClick = index.isValid() && m_middlePressed == index;
   m_middlePressed = QModelIndex();
   event->accept();
-  if (isClick && !favorite.isFolder) m_kind.Open(favorite, TOpenPlace::BackgroundTab);
+  if (!isClick || favorite.isFolder) return;
+  if (m_model.IsPart(index)) {
+    m_kind.Parts()->Open(m_model.PartAt(index).part, TOpenPlace::BackgroundTab);
+  } else {
+    m_kind.Open(favorite, TOpenPlace::BackgroundTab);
+  }
 }
 
 void TFolderView::OnClicked(const QModelIndex &index) {
   // With Shift and Ctrl more is selected.
-  if (!m_opensOnClick || QGuiApplication::keyboardModifiers() != Qt::NoModifier) return;
+  const bool opens = m_opensOnClick || m_model.IsPart(index);
+  if (!opens || QGuiApplication::keyboardModifiers() != Qt::NoModifier) return;
   if (m_model.At(index).isFolder) {
     setExpanded(index, !isExpanded(index));
   } else {
@@ -356,8 +397,12 @@ void TFolderView::OnClicked(const QModelIndex &index) {
 }
 
 void TFolderView::OnDoubleClicked(const QModelIndex &index) {
-  if (m_opensOnClick) return;
-  if (!m_model.At(index).isFolder || m_look == TLook::List) Open(TOpenPlace::BySetting);
+  if (m_opensOnClick || m_model.IsPart(index)) return;
+  if (!m_model.At(index).isFolder || m_look == TLook::List) {
+    Open(TOpenPlace::BySetting);
+  } else if (m_kind.Parts() != nullptr) {
+    setExpanded(index, !isExpanded(index));
+  }
 }
 
 void TFolderView::currentChanged(const QModelIndex &current, const QModelIndex &previous) {

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <memory>
 #include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
@@ -17,6 +18,27 @@ namespace {
 
 QString FolderOf(const QString &path) {
   return path.left(path.lastIndexOf(u'/'));
+}
+
+// Moves the selected up or down past one that is shown. By what is on the disk: of two presses in a row the second
+// comes before the rows show the first.
+TFavoritesChange MoveIn(const QString &folder, const QSet<QString> &selected, const QSet<QString> &shown, int step) {
+  const TFavorites all = FavoritesFolder::List(folder);
+  QStringList moved;
+  int before = -1;  // the last that is shown above them
+  int after = -1;   // the first below
+  for (int i = 0; i < all.size(); ++i) {
+    const QString &path = all.at(i).path;
+    if (selected.contains(path)) {
+      moved.append(path);
+      after = -1;
+    } else if (shown.contains(path)) {
+      if (moved.isEmpty()) before = i;
+      if (after < 0) after = i;
+    }
+  }
+  if (moved.isEmpty() || (step < 0 ? before : after) < 0) return {};
+  return FavoritesEdit::Move(moved, folder, step < 0 ? before : after + 1);
 }
 
 }  // namespace
@@ -44,16 +66,13 @@ void TFolderView::Run(TFolderAction action) {
     case TFolderAction::NewFolder:
       return NewFolder();
     case TFolderAction::Undo:
-      m_isActing = true;
-      m_editor.Undo();
-      m_isActing = false;
-      return;
+      return m_editor.Undo(this);
     case TFolderAction::SortByName:
-      return Do(FavoritesEdit::Order(Folder(), std::nullopt));
+      return Do([folder = Folder()] { return FavoritesEdit::Order(folder, std::nullopt); });
     case TFolderAction::MoveUp:
-      return MoveBy(-1);
+      return ArePartsSelected() ? MovePartsBy(-1) : MoveBy(-1);
     case TFolderAction::MoveDown:
-      return MoveBy(1);
+      return ArePartsSelected() ? MovePartsBy(1) : MoveBy(1);
     case TFolderAction::CopyAddress:
       return CopyAddress();
     case TFolderAction::Properties:
@@ -64,24 +83,42 @@ void TFolderView::Run(TFolderAction action) {
   }
 }
 
-void TFolderView::Do(const TFavoritesChange &change) {
-  m_isActing = true;
-  (void)m_editor.Take(change);
-  m_isActing = false;
+void TFolderView::Do(const TFileWork::TWork &change, const TFileWork::TThen &then) {
+  const QPointer<TFolderView> self(this);
+  m_editor.Do(change, this, [self, then](const TFavoritesChange &done) {
+    if (self && then) then(done);
+  });
 }
 
-void TFolderView::OnDone(const TFavoritesChange &change) {
+void TFolderView::DoWith(const DroppedFavorites::TDropped &dropped, const TFileWork::TWork &change,
+                         const TFileWork::TThen &then) {
+  const auto isRefused = std::make_shared<bool>(false);
+  const auto work = [dropped, change, isRefused] {
+    *isRefused = DroppedFavorites::IsTooMuch(dropped);
+    return *isRefused ? TFavoritesChange() : change();
+  };
+  Do(work, [this, isRefused, then](const TFavoritesChange &done) {
+    if (*isRefused) {
+      Q_EMIT Told(m_language.Text("FOLDER_VIEW", "TooMuch"));
+    } else if (then) {
+      then(done);
+    }
+  });
+}
+
+void TFolderView::OnDone(const TFavoritesChange &change, const QObject *by) {
   using enum TFavoritesChange::TStep::TKind;
   for (const TFavoritesChange::TStep &step : change.steps) {
     if (step.kind == Moved && FolderOf(step.from) == FolderOf(step.to)) m_model.Rename(step.from, step.to);
     if (step.kind == TFavoritesChange::TStep::TKind::Changed) m_model.ForgetTarget(step.from);
   }
   m_model.Refresh();
-  if (m_isActing && !change.paths.isEmpty()) Select(change.paths);
+  if (by == this && !change.paths.isEmpty()) Select(change.paths);
   UpdateActions();
 }
 
 void TFolderView::Open(TOpenPlace place) {
+  if (ArePartsSelected()) return OpenParts(place);
   const TFavorites selected = Selected();
   const bool isFolder = selected.size() == 1 && selected.first().isFolder;
   if (isFolder && m_look == TLook::List) {
@@ -107,34 +144,41 @@ QStringList TFolderView::SelectedPaths() const {
 }
 
 void TFolderView::Cut() {
-  QGuiApplication::clipboard()->setMimeData(FavoriteDrag::DataOf(SelectedPaths(), true));
+  QMimeData *data =
+      ArePartsSelected() ? m_kind.Parts()->DataOf(SelectedParts()) : FavoriteDrag::DataOf(SelectedPaths());
+  FavoriteDrag::SetCut(*data);
+  QGuiApplication::clipboard()->setMimeData(data);
 }
 
 void TFolderView::Copy() {
-  QGuiApplication::clipboard()->setMimeData(FavoriteDrag::DataOf(SelectedPaths()));
+  QGuiApplication::clipboard()->setMimeData(ArePartsSelected() ? m_kind.Parts()->DataOf(SelectedParts())
+                                                               : FavoriteDrag::DataOf(SelectedPaths()));
 }
 
 void TFolderView::Paste() {
   const QMimeData *clip = QGuiApplication::clipboard()->mimeData();
-  if (clip == nullptr) return;
+  if (clip == nullptr || PasteIntoFile(*clip) || !m_kind.CanTake(*clip)) return;
   const QStringList paths = FavoriteDrag::PathsIn(*clip);
   const bool isCut = FavoriteDrag::IsCut(*clip);
-  if (paths.isEmpty() || IsRefused(*clip, paths)) return;
-  const TFavoritesChange change = isCut ? FavoritesEdit::Move(paths, Folder()) : FavoritesEdit::Copy(paths, Folder());
-  // What was cut is there only once; what could not be moved can be pasted elsewhere.
-  if (isCut && change.IsGood()) QGuiApplication::clipboard()->clear();
-  Do(change);
-}
-
-bool TFolderView::IsRefused(const QMimeData &data, const QStringList &paths) {
-  if (FavoriteDrag::AreFavorites(data) || !FavoritesEdit::IsTooMuch(paths)) return false;
-  Q_EMIT Told(m_language.Text("FOLDER_VIEW", "TooMuch"));
-  return true;
+  if (paths.isEmpty()) return;
+  const auto change = [isCut, paths, folder = Folder()] {
+    return isCut ? FavoritesEdit::Move(paths, folder) : FavoritesEdit::Copy(paths, folder);
+  };
+  DoWith(DroppedFavorites::In(*clip), change, [isCut, paths](const TFavoritesChange &done) {
+    // What was cut is there only once; what could not be moved can be pasted elsewhere.
+    const QMimeData *now = QGuiApplication::clipboard()->mimeData();
+    const bool isStillThere = now != nullptr && FavoriteDrag::IsCut(*now) && FavoriteDrag::PathsIn(*now) == paths;
+    if (isCut && done.IsGood() && isStillThere) QGuiApplication::clipboard()->clear();
+  });
 }
 
 void TFolderView::Rename() {
   const TFavorite one = Sole();
   if (one.path.isEmpty()) return;
+  if (!m_kind.IsRenamedInPlace(one)) {
+    Q_EMIT RenameWanted(one);
+    return;
+  }
   setFocus();
   const QModelIndex index = m_model.Nearest(one.path);
   selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
@@ -142,13 +186,15 @@ void TFolderView::Rename() {
 }
 
 void TFolderView::Delete() {
-  Do(FavoritesEdit::Trash(SelectedPaths()));
+  const QStringList paths = SelectedPaths();
+  if (const auto parts = SelectedParts(); !parts.isEmpty()) Do(m_kind.Parts()->Remove(parts));
+  if (!paths.isEmpty()) Do([paths] { return FavoritesEdit::Trash(paths); });
 }
 
 void TFolderView::NewFolder() {
-  const TFavoritesChange change = FavoritesEdit::AddFolder(Folder(), m_language.Text("HalvexGroups", "NewFolder"));
-  m_edited = change.paths.value(0);
-  Do(change);
+  const QString name = m_language.Text("HalvexGroups", "NewFolder");
+  Do([folder = Folder(), name] { return FavoritesEdit::AddFolder(folder, name); },
+     [this](const TFavoritesChange &done) { m_edited = done.paths.value(0); });
 }
 
 QModelIndex TFolderView::EdgeOfSelected(bool isLast) const {
@@ -165,31 +211,18 @@ bool TFolderView::CanMoveBy(int step) const {
   return edge.isValid() && edge.sibling(edge.row() + step, 0).isValid();
 }
 
-// By what is on the disk: of two presses in a row the second comes before the rows show the first.
 void TFolderView::MoveBy(int step) {
-  const QString folder = m_model.At(EdgeOfSelected(step > 0).parent()).path;
-  const TFavorites all = FavoritesFolder::List(folder);
+  const QModelIndex parent = EdgeOfSelected(step > 0).parent();
+  QSet<QString> shown;
+  for (int row = 0; row < m_model.rowCount(parent); ++row) shown.insert(m_model.At(m_model.index(row, 0, parent)).path);
   const QStringList paths = SelectedPaths();
-  const QSet<QString> selected(paths.begin(), paths.end());
-  QStringList moved;
-  int before = -1;  // the last that is shown above them
-  int after = -1;   // the first below
-  for (int i = 0; i < all.size(); ++i) {
-    const QString &path = all.at(i).path;
-    if (selected.contains(path)) {
-      moved.append(path);
-      after = -1;
-    } else if (m_model.At(m_model.Nearest(path)).path == path) {
-      if (moved.isEmpty()) before = i;
-      if (after < 0) after = i;
-    }
-  }
-  if (moved.isEmpty() || (step < 0 ? before : after) < 0) return;
-  Do(FavoritesEdit::Move(moved, folder, step < 0 ? before : after + 1));
+  Do([folder = m_model.At(parent).path, selected = QSet<QString>(paths.begin(), paths.end()), shown, step] {
+    return MoveIn(folder, selected, shown, step);
+  });
 }
-
 void TFolderView::CopyAddress() {
   QStringList addresses;
+  for (const TFilePartPlace &one : SelectedParts()) addresses.append(one.part.address);
   for (const TFavorite &favorite : Selected()) addresses.append(FavoritesFolder::Target(favorite));
   QGuiApplication::clipboard()->setText(addresses.join(u'\n'));
 }

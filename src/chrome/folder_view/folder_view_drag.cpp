@@ -9,6 +9,7 @@
 
 #include "chrome/folder_view/dropped_favorites.h"
 #include "chrome/folder_view/folder_editor.h"
+#include "chrome/folder_view/folder_kind.h"
 #include "chrome/folder_view/folder_view.h"
 #include "config/language.h"
 #include "favorites/favorite_drag.h"
@@ -29,6 +30,12 @@ bool IsWithin(const QString &folder, const QStringList &paths) {
       paths, [&folder](const QString &path) { return folder == path || folder.startsWith(path + u'/'); });
 }
 
+// The place in the folder, in FavoritesEdit's sense, before that favorite. Not all of them need be shown in a view.
+int PlaceBefore(const QString &favorite, const QString &folder) {
+  const TFavorites all = FavoritesFolder::List(folder);
+  return int(std::ranges::find(all, favorite, &TFavorite::path) - all.begin());
+}
+
 }  // namespace
 
 QMimeData *TFolderView::SelectedData() const {
@@ -44,9 +51,10 @@ QMimeData *TFolderView::SelectedData() const {
 }
 
 void TFolderView::startDrag(Qt::DropActions) {
-  if (Selected().isEmpty()) return;
+  const bool areParts = ArePartsSelected();
+  if (!areParts && Selected().isEmpty()) return;
   auto *drag = new QDrag(this);
-  drag->setMimeData(SelectedData());
+  drag->setMimeData(areParts ? m_kind.Parts()->DataOf(SelectedParts()) : SelectedData());
   drag->setPixmap(
       m_model.data(currentIndex(), Qt::DecorationRole).value<QIcon>().pixmap(iconSize().expandedTo({16, 16})));
   // Nothing is taken away here. The places that favorites have in this program move them all the same; a file manager
@@ -55,7 +63,11 @@ void TFolderView::startDrag(Qt::DropActions) {
 }
 
 TFolderView::TDrop TFolderView::DropAt(const QPoint &place) const {
-  const QModelIndex over = indexAt(place);
+  if (m_fitsFiles) {
+    if (const TDrop drop = PartsDropAt(place); drop.folder.isValid() || !m_fitsFolders) return drop;
+  }
+  QModelIndex over = indexAt(place);
+  if (m_model.IsPart(over)) return {over.parent().parent(), over.parent().row() + 1};
   if (!over.isValid() || over == m_model.RootIndex()) return {m_model.RootIndex(), -1};
   const QRect row = visualRect(over);
   if (!m_model.At(over).isFolder) {
@@ -67,15 +79,6 @@ TFolderView::TDrop TFolderView::DropAt(const QPoint &place) const {
   // Below the row of an open folder stands the first that is in it.
   if (isExpanded(over) && m_model.rowCount(over) > 0) return {over, 0};
   return {over.parent(), over.row() + 1};
-}
-
-int TFolderView::PositionOf(const TDrop &drop) const {
-  if (drop.row < 0) return FavoritesEdit::NoPosition;
-  const TFavorites all = FavoritesFolder::List(m_model.At(drop.folder).path);
-  // Not all of them need be shown here.
-  const QString before = m_model.At(m_model.index(drop.row, 0, drop.folder)).path;
-  const auto place = std::ranges::find(all, before, &TFavorite::path);
-  return int(place - all.begin());
 }
 
 QRect TFolderView::IndicatorOf(const TDrop &drop) const {
@@ -101,7 +104,9 @@ void TFolderView::paintEvent(QPaintEvent *event) {
 }
 
 void TFolderView::dragEnterEvent(QDragEnterEvent *event) {
-  if (DroppedFavorites::CanTake(*event->mimeData())) {
+  m_fitsFolders = m_kind.CanTake(*event->mimeData());
+  m_fitsFiles = m_kind.Parts() != nullptr && m_kind.Parts()->CanTake(*event->mimeData());
+  if (m_fitsFolders || m_fitsFiles) {
     event->acceptProposedAction();
   } else {
     event->ignore();
@@ -120,7 +125,14 @@ void TFolderView::dragMoveEvent(QDragMoveEvent *event) {
     event->ignore();
     return;
   }
-  DroppedFavorites::Propose(*event);
+  const bool isMovedPart = IsDropIntoFile(m_drop) && m_kind.Parts()->AreParts(*event->mimeData()) &&
+                           !event->modifiers().testFlag(Qt::ControlModifier);
+  if (isMovedPart && event->possibleActions().testFlag(Qt::MoveAction)) {
+    event->setDropAction(Qt::MoveAction);
+    event->accept();
+  } else {
+    DroppedFavorites::Propose(*event);
+  }
 }
 
 void TFolderView::ScrollAtEdge(const QPoint &place) {
@@ -152,12 +164,19 @@ void TFolderView::dropEvent(QDropEvent *event) {
   event->setDropAction(Qt::CopyAction);
   event->accept();
   if (!drop.folder.isValid()) return;
-  const QStringList paths = FavoriteDrag::PathsIn(*event->mimeData());
-  if (IsRefused(*event->mimeData(), paths)) return;
+  if (IsDropIntoFile(drop)) {
+    DropIntoFile(drop, *event);
+    return;
+  }
+  const DroppedFavorites::TDropped dropped = DroppedFavorites::In(*event->mimeData());
   const QString folder = m_model.At(drop.folder).path;
-  if (IsWithin(folder, paths)) {
+  if (IsWithin(folder, dropped.paths)) {
     Q_EMIT Told(m_language.Text("FOLDER_VIEW", "IntoItself"));
     return;
   }
-  Do(DroppedFavorites::Take(*event->mimeData(), folder, PositionOf(drop), isCopied));
+  const bool isInto = drop.row < 0;
+  DoWith(dropped, [=, before = m_model.At(m_model.index(drop.row, 0, drop.folder)).path] {
+    const int position = isInto ? FavoritesEdit::NoPosition : PlaceBefore(before, folder);
+    return DroppedFavorites::Take(dropped, folder, position, isCopied);
+  });
 }
