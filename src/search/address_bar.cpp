@@ -150,7 +150,10 @@ void TAddressBar::ClearAddressHistory() {
                                                 .ok = m_language.Global("Yes"),
                                                 .cancel = m_language.Global("No"),
                                                 .isRisky = true});
-  if (!answer.accepted) return;
+  if (answer.accepted) ForgetTypedAddresses();
+}
+
+void TAddressBar::ForgetTypedAddresses() {
   m_addresses.Clear();
   SetEntries({});
   SaveTypedAddresses();

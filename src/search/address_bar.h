@@ -39,7 +39,9 @@ class TAddressBar final : public TZVComboBox {
   void ForgetTypedAddress() { m_addressTyped = false; }
   // Writes the list; when the main window goes.
   void SaveTypedAddresses();
-  // Asks, then empties the list and its store.
+  // Empties the list and its store.
+  void ForgetTypedAddresses();
+  // Asks before.
   void ClearAddressHistory();
   // The typed addresses, the newest first.
   [[nodiscard]] const QStringList &TypedAddresses() const { return m_addresses.List(); }

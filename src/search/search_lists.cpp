@@ -79,6 +79,13 @@ bool TSearchLists::Save(TSearchList list, const TNamedAddresses &entries) {
   });
 }
 
+bool TSearchLists::AddSearchPage(const TNamedAddress &page) {
+  const bool isKept = page.name.isEmpty() || m_store.Write(Hive, RegistryKey::SearchBar, page.name, page.address);
+  Rebuild(TSearchList::SearchBar);
+  TakeDefaultSearchPage(TSearchList::SearchBar);
+  return isKept;
+}
+
 void TSearchLists::FillSearchBarMenu(QMenu *menu) {
   Follow(menu, TSearchList::SearchBar);
 }

@@ -38,12 +38,18 @@ class TSearchLists final : public QObject {
 
   // The quick searches as they were loaded last; where that has not been possible yet it is tried again.
   [[nodiscard]] const TNamedAddresses &QuickSearches() const;
+  // They are others in the store by now.
+  void ReloadQuickSearches() { m_quickSearches.reset(); }
   // The first address of the menu that was made last, or whose list was changed last; a list without addresses does not
   // count.
   [[nodiscard]] const QString &DefaultSearchPage() const { return m_defaultSearchPage; }
 
   // Puts one entry for each page of the search panel behind the entries that `menu` has now, and keeps them so.
   void FillSearchBarMenu(QMenu *menu);
+
+  // Adds a page for the search panel to its list, in the place of one with the same name, and makes its menus anew. An
+  // empty name adds nothing. False when the store refused it.
+  bool AddSearchPage(const TNamedAddress &page);
 
   // Shows the dialog of a list; true when the list was changed. A list that cannot be read cannot be changed, which is
   // told.

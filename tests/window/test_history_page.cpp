@@ -7,10 +7,12 @@
 #include <QMenu>
 #include <QProgressBar>
 #include <QRadioButton>
+#include <QStyleOptionComboBox>
 #include <QTemporaryDir>
 #include <QToolButton>
 #include <QTreeView>
 #include <QtTest>
+#include <QVBoxLayout>
 
 #include "chrome/side_bar/history_page.h"
 #include "chrome/side_bar/visit_properties.h"
@@ -19,6 +21,7 @@
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"
 #include "support/store_trouble.h"
+#include "support/visit_count.h"
 #include "ui/confirm_dialog.h"
 
 using namespace Qt::StringLiterals;
@@ -342,6 +345,39 @@ class TestHistoryPage final : public QObject {
     QVERIFY(!m_found->isVisible());
   }
 
+  // Not the same as that there is nothing.
+  void TellsThatItCannotBeRead() {
+    std::optional<TStoreLock> lock(std::in_place, m_store->FilePath(), TStoreLock::TKind::Unreadable);
+    Find(u"Page a"_s);
+    QTRY_COMPARE(FoundLines(), QStringList(m_language.Text("HISTORY", "NotRead")));
+    lock.reset();
+    Find(u"Page a"_s);
+    QTRY_COMPARE(FoundLines(), (QStringList{u"Page a2"_s, u"Page a1"_s}));
+  }
+
+  // They are put in order on a thread, where what goes meanwhile is not forgotten.
+  void SortsVeryManyResults() {
+    constexpr int Count = 5'100;
+    const auto address = [](int page) { return u"http://many.example/%1"_s.arg(page, 6, 10, QChar(u'0')); };
+    for (int page = 0; page < Count; ++page)
+      m_store->AddVisit(address(page), u"many"_s, m_midnight.addSecs(page % 500));
+    QTRY_VERIFY_WITH_TIMEOUT(m_store->Flush(), 30'000);
+    Find(u"many"_s);
+    const QAbstractItemModel &model = *m_found->model();
+    QTRY_COMPARE_WITH_TIMEOUT(model.rowCount(), Count, 30'000);
+    const auto shown = [&](int row) { return model.index(row, 1).data().toString().section(u'/', -1).left(6); };
+    m_found->sortByColumn(1, Qt::DescendingOrder);
+    m_found->sortByColumn(1, Qt::AscendingOrder);
+    QTRY_COMPARE_WITH_TIMEOUT(shown(0), u"000000"_s, 30'000);
+    m_found->setCurrentIndex(model.index(7, 0));
+    m_found->sortByColumn(1, Qt::DescendingOrder);
+    Press(m_found, Qt::Key_Delete);
+    QTRY_COMPARE_WITH_TIMEOUT(shown(0), u"005099"_s, 30'000);
+    QCOMPARE(model.rowCount(), Count - 1);
+    QCOMPARE(shown(Count - 1 - 7), u"000006"_s);
+    QCOMPARE(shown(Count - 1 - 8), u"000008"_s);
+  }
+
   void FindsWordsAndKnowsWhatToDoWithThem() {
     m_words->setFocus();
     QTest::keyClicks(m_words, u"EXAM pag"_s);
@@ -374,6 +410,7 @@ class TestHistoryPage final : public QObject {
   }
 
   void ClearsWhenSure() {
+    const QSignalSpy cleared(m_page.get(), &THistoryPage::Forgotten);
     for (const bool isSure : {false, true}) {
       OnModalDialog<TfrmConfirm>([&](TfrmConfirm &dialog) {
         QVERIFY(dialog.accessibleDescription().contains(m_language.Global("ClearGlobalHistory")));
@@ -381,7 +418,8 @@ class TestHistoryPage final : public QObject {
       });
       QTest::mouseClick(m_page->findChild<QToolButton *>(u"spdClearHistory"_s), Qt::LeftButton);
       QVERIFY(m_store->Flush());
-      QCOMPARE(m_store->Count(), isSure ? 0 : 4);
+      QCOMPARE(VisitCount(m_store->FilePath()), isSure ? 0 : 4);
+      QCOMPARE(cleared.size(), isSure ? 1 : 0);
     }
     QTRY_VERIFY(TreeLines().isEmpty());
   }
@@ -405,6 +443,7 @@ class TestHistoryPage final : public QObject {
     }
     QVERIFY(m_store->Flush());
     QStringList others;
+    const QSignalSpy cleared(m_page.get(), &THistoryPage::Forgotten);
     connect(m_page.get(), &THistoryPage::ForgetAlong, this, [&](const TForgetting &what) {
       if (what.typedAddresses) others += u"chkTyped"_s;
       if (what.cookies) others += u"chkCookies"_s;
@@ -424,6 +463,19 @@ class TestHistoryPage final : public QObject {
     QFETCH(QStringList, left);
     QCOMPARE(Stored(), left);
     QCOMPARE(others, along.isEmpty() ? QStringList() : QStringList(along));
+    QCOMPARE(cleared.size(), 1);
+  }
+
+  // One day at a time and one site of it, by the same setting as the favorites' tree, at once.
+  void KeepsOneOpen() {
+    Expand({u"Today"_s, u"a.example"_s});
+    Expand({u"Today"_s, u"b.example"_s});
+    QVERIFY(m_tree->isExpanded(Line({u"Today"_s})) && !m_tree->isExpanded(Line({u"Today"_s, u"a.example"_s})));
+    Click(Line({u"Yesterday"_s}));
+    QVERIFY(!m_tree->isExpanded(Line({u"Today"_s})));
+    m_settings->Set(Setting::HBAutoExpand, false);
+    Click(Line({u"Today"_s}));
+    QVERIFY(m_tree->isExpanded(Line({u"Today"_s})) && m_tree->isExpanded(Line({u"Yesterday"_s})));
   }
 
   // What takes long is told, until it is done.
@@ -453,12 +505,42 @@ class TestHistoryPage final : public QObject {
     QFETCH(QString, file);
     TLanguage language;
     QVERIFY(language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/") + file));
-    const THistoryPage page(language, *m_settings, *m_store, {});
+    QWidget bar;
+    THistoryPage page(language, *m_settings, *m_store, {});
     QStringList menu;
     for (const QAction *action : page.findChild<QMenu *>(u"pmHistory"_s)->actions()) menu.append(action->text());
     CheckLetters(menu, 7);
     CheckLetters(Captions(TfrmForget(language)), 9);
     CheckLetters(Captions(TfrmVisitProperties(language, {})), 6);
+    // All of it has room in the narrowest bar, and the Tab key comes by.
+    QVBoxLayout layout(&bar);
+    layout.setContentsMargins(4, 4, 4, 4);
+    layout.addWidget(&page);
+    bar.resize(160, 500);
+    bar.show();
+    QVERIFY(QTest::qWaitForWindowActive(&bar));
+    QCOMPARE(bar.width(), 160);
+    const auto *orders = page.findChild<QComboBox *>(u"cboHistoryOrder"_s);
+    QStyleOptionComboBox option;
+    option.initFrom(orders);
+    const QRect room =
+        orders->style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, orders);
+    for (int i = 0; i < orders->count(); ++i) {
+      QVERIFY2(orders->fontMetrics().horizontalAdvance(orders->itemText(i)) <= room.width(),
+               qPrintable(orders->itemText(i)));
+    }
+    QStringList order;
+    page.setFocus();
+    for (int i = 0; i < 7; ++i) {
+      QWidget *focused = QApplication::focusWidget();
+      order.append(focused->objectName());
+      QVERIFY2(page.rect().contains(QRect(focused->mapTo(&page, QPoint()), focused->size())), qPrintable(order.last()));
+      const auto *button = qobject_cast<QToolButton *>(focused);
+      QVERIFY(button == nullptr || button->width() >= button->sizeHint().width());
+      QTest::keyClick(focused, Qt::Key_Tab);
+    }
+    QCOMPARE(order, (QStringList{u"shHistory"_s, u"cboHistoryOrder"_s, u"edtFindHistory"_s, u"spdFindHistory"_s,
+                                 u"edtFindWords"_s, u"spdClearHistory"_s, u"spdForgetHistory"_s}));
   }
 
  private:

@@ -51,17 +51,8 @@ void TBandGrip::CancelDrag() {
 void TBandGrip::EndDrag(bool drop) {
   const TDrag drag = std::exchange(m_drag, TDrag::None);
   if (drag != TDrag::Moving) return;
-  qApp->removeEventFilter(this);
+  m_escape.Stop();
   Q_EMIT DragEnded(drop);
-}
-
-// While it is dragged. The keyboard is elsewhere, and Esc is a command of the window as well.
-bool TBandGrip::eventFilter(QObject *watched, QEvent *event) {
-  const bool isKey = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
-  if (!isKey || static_cast<QKeyEvent *>(event)->key() != Qt::Key_Escape) return QWidget::eventFilter(watched, event);
-  event->accept();
-  if (event->type() == QEvent::KeyPress) CancelDrag();
-  return true;
 }
 
 bool TBandGrip::event(QEvent *event) {
@@ -115,7 +106,7 @@ void TBandGrip::mouseMoveEvent(QMouseEvent *event) {
   }
   const QPoint to = mapToParent(event->position().toPoint());
   if (m_drag == TDrag::Pressed && (to - m_from).manhattanLength() < QApplication::startDragDistance()) return;
-  if (std::exchange(m_drag, TDrag::Moving) == TDrag::Pressed) qApp->installEventFilter(this);
+  if (std::exchange(m_drag, TDrag::Moving) == TDrag::Pressed) m_escape.Start();
   Q_EMIT Dragged(m_from, to);
 }
 

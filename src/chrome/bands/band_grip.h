@@ -3,6 +3,7 @@
 #include <QWidget>
 
 #include "chrome/bands/band_arrangement.h"
+#include "ui/escape_watch.h"
 
 // The grip of a band, with the band's caption where it has one. The mouse drags it; with the keyboard on it the arrow
 // keys ask for a step, with Ctrl for another size, and Enter for a break.
@@ -19,7 +20,6 @@ class TBandGrip final : public QWidget {
   void CancelDrag();
 
   [[nodiscard]] QSize sizeHint() const override;
-  bool eventFilter(QObject *watched, QEvent *event) override;
 
  Q_SIGNALS:
   // In the parent's coordinates: where the mouse took hold of the grip and where it is now.
@@ -50,4 +50,5 @@ class TBandGrip final : public QWidget {
   QString m_caption;
   TDrag m_drag = TDrag::None;
   QPoint m_from;  // in the parent
+  TEscapeWatch m_escape{[this] { CancelDrag(); }};
 };

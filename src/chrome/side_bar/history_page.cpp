@@ -16,11 +16,14 @@
 #include <QVBoxLayout>
 
 #include "chrome/side_bar/history_results.h"
+#include "chrome/side_bar/page_parts.h"
 #include "chrome/side_bar/visit_properties.h"
 #include "config/language.h"
 #include "config/settings.h"
 #include "ui/confirm_dialog.h"
 #include "ui/dialog_gate.h"
+#include "ui/flow_layout.h"
+#include "ui/one_branch_open.h"
 #include "ui/shown_text.h"
 
 namespace {
@@ -30,35 +33,7 @@ constexpr std::chrono::milliseconds RemovalLook{100};
 constexpr qint64 ShowRemovalAfter = 1000;  // milliseconds
 constexpr qsizetype MostByWords = 1000;
 constexpr int MostLinesLookedAt = 500;  // more do not fit on any screen
-
-QToolButton *MakeButton(const QString &text, const char *name, QWidget *parent) {
-  auto *button = new QToolButton(parent);
-  button->setObjectName(QLatin1String(name));
-  button->setText(text);
-  button->setAutoRaise(true);
-  return button;
-}
-
-QLineEdit *MakeField(const QString &text, const char *name, QWidget *parent) {
-  auto *field = new QLineEdit(parent);
-  field->setObjectName(QLatin1String(name));
-  field->setPlaceholderText(text);
-  field->setAccessibleName(text);
-  field->setClearButtonEnabled(true);
-  return field;
-}
-
-QTreeView *MakeList(const QString &text, const char *name, QAbstractItemModel &model, QWidget *parent) {
-  auto *list = new QTreeView(parent);
-  list->setObjectName(QLatin1String(name));
-  list->setAccessibleName(text);
-  list->setModel(&model);
-  list->setUniformRowHeights(true);
-  list->setExpandsOnDoubleClick(false);
-  list->setContextMenuPolicy(Qt::CustomContextMenu);
-  list->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  return list;
-}
+constexpr int ButtonDistance = 4;       // pixels
 
 }  // namespace
 
@@ -90,22 +65,21 @@ void THistoryPage::MakeParts() {
   m_order->setAccessibleName(language.Text("HISTORY", "OrderName"));
   m_order->addItems({language.Text("HISTORY", "OrderByDay"), language.Text("HISTORY", "OrderByLastVisit"),
                      language.Text("HISTORY", "OrderByVisits")});
-  m_tree = MakeList(language.Text("HISTORY", "TreeName"), "shHistory", m_model, this);
+  // As wide as the bar, whatever its items would like.
+  m_order->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  m_tree = PageParts::MakeList(language.Text("HISTORY", "TreeName"), "shHistory", m_model, this);
   m_tree->setHeaderHidden(true);
-  m_text = MakeField(language.Text("HISTORY", "FindText"), "edtFindHistory", this);
-  m_find = MakeButton(QString(), "spdFindHistory", this);
-  m_find->setIcon(QIcon(QStringLiteral(":/icons/find.svg")));
-  m_find->setToolTip(language.Text("HISTORY", "FindHint"));
-  m_find->setAccessibleName(m_find->toolTip());
-  m_words = MakeField(language.Text("HISTORY", "FindWords"), "edtFindWords", this);
-  m_found = MakeList(language.Text("HISTORY", "ResultsName"), "lvFindHistory", *m_results, this);
+  m_text = PageParts::MakeField(language.Text("HISTORY", "FindText"), "edtFindHistory", this);
+  m_find = PageParts::MakeIconButton(language.Text("HISTORY", "FindHint"), "find", "spdFindHistory", this);
+  m_words = PageParts::MakeField(language.Text("HISTORY", "FindWords"), "edtFindWords", this);
+  m_found = PageParts::MakeList(language.Text("HISTORY", "ResultsName"), "lvFindHistory", *m_results, this);
   m_found->setRootIsDecorated(false);
   m_found->setAllColumnsShowFocus(true);
   m_found->header()->setSortIndicator(-1, Qt::AscendingOrder);
   m_found->setSortingEnabled(true);
   m_found->hide();
-  m_clear = MakeButton(language.Text("HISTORY", "Clear"), "spdClearHistory", this);
-  m_forget = MakeButton(language.Text("HISTORY", "Forget"), "spdForgetHistory", this);
+  m_clear = PageParts::MakeButton(language.Text("HISTORY", "Clear"), "spdClearHistory", this);
+  m_forget = PageParts::MakeButton(language.Text("HISTORY", "Forget"), "spdForgetHistory", this);
   m_progress = new QProgressBar(this);
   m_progress->setObjectName(QStringLiteral("pgbHistory"));
   m_progress->setAccessibleName(language.Text("HISTORY", "Removing"));
@@ -115,10 +89,9 @@ void THistoryPage::MakeParts() {
   auto *find = new QHBoxLayout;
   find->addWidget(m_text);
   find->addWidget(m_find);
-  auto *buttons = new QHBoxLayout;
+  auto *buttons = new TFlowLayout(ButtonDistance);
   buttons->addWidget(m_clear);
   buttons->addWidget(m_forget);
-  buttons->addStretch();
   auto *splitter = new QSplitter(Qt::Vertical, this);
   splitter->setChildrenCollapsible(false);
   splitter->addWidget(m_tree);
@@ -131,13 +104,10 @@ void THistoryPage::MakeParts() {
   layout->addWidget(splitter, 1);
   layout->addWidget(m_progress);
   layout->addLayout(buttons);
-  setTabOrder(m_order, m_text);
-  setTabOrder(m_text, m_find);
-  setTabOrder(m_find, m_words);
-  setTabOrder(m_words, m_tree);
-  setTabOrder(m_tree, m_found);
-  setTabOrder(m_found, m_clear);
-  setTabOrder(m_clear, m_forget);
+  setFocusProxy(m_tree);
+  // The Tab key comes from the page to the tree, so that what stood before it would never be reached.
+  const QWidgetList order{m_tree, m_order, m_text, m_find, m_words, m_found, m_clear, m_forget};
+  for (qsizetype i = 1; i < order.size(); ++i) setTabOrder(order.at(i - 1), order.at(i));
 }
 
 void THistoryPage::MakeMenu() {
@@ -209,6 +179,9 @@ void THistoryPage::FocusTree() {
 void THistoryPage::showEvent(QShowEvent *event) {
   QWidget::showEvent(event);
   if (!std::exchange(m_wasShown, true)) {
+    auto *oneOpen = new TOneBranchOpen(*m_tree);
+    m_settings.Apply(Setting::HBAutoExpand, oneOpen,
+                     [this, oneOpen] { oneOpen->SetOn(m_settings.Get(Setting::HBAutoExpand)); });
     m_model.SetOrder(THistoryModel::TOrder(m_order->currentIndex()));
   } else if (m_isStale) {
     Refresh();
@@ -252,9 +225,15 @@ void THistoryPage::OpenIndex(const QModelIndex &index, TPlace place) {
 void THistoryPage::Delete(const QModelIndex &index) {
   if (!index.isValid()) return;
   if (index.model() == m_results) {
+    const TUrlHistoryEntry *entry = m_results->EntryAt(index);
+    if (entry == nullptr) return;
+    const QString address = entry->address;
     m_results->RemoveEntry(m_results->index(index.row(), 0));
+    Q_EMIT Forgotten({address});
   } else if (const auto page = m_model.PageAt(index)) {
     m_store.Remove(page->address);
+    m_searchesAgain = true;
+    Q_EMIT Forgotten({page->address});
   } else {
     // The span of now: the tree may be read anew while the question is open.
     const THistorySpan span = m_model.SpanAt(index);
@@ -269,7 +248,7 @@ void THistoryPage::Delete(const QModelIndex &index) {
                    .cancel = m_language.Global("Cancel"),
                    .isRisky = true});
     if (!self || !answer.accepted) return;
-    m_store.RemoveSpan(span);
+    RemoveSpan(span);
   }
   FollowRemoval();
 }
@@ -330,9 +309,6 @@ bool THistoryPage::ListKeyDown(QAbstractItemView &view, const QKeyEvent &event) 
     case Qt::Key_Delete:
       Delete(index);
       return true;
-    case Qt::Key_Escape:
-      EndSearch();
-      return true;
     case Qt::Key_F10:  // desktops turn the menu key alone into a menu's event
       if (event.modifiers() != Qt::ShiftModifier) return false;
       m_isMenuByKey = true;
@@ -364,11 +340,13 @@ bool THistoryPage::eventFilter(QObject *watched, QEvent *event) {
     if (isOurs) event->accept();
     return isOurs;
   }
-  if (!isField) return ListKeyDown(watched == m_tree ? *m_tree : *m_found, key);
   if (key.key() == Qt::Key_Escape) {
-    EndSearch();
+    // Where there is no search to end it is the bar's.
+    const bool hasSearch = m_found->isVisible() || !m_text->text().isEmpty() || !m_words->text().isEmpty();
+    hasSearch ? EndSearch() : event->ignore();
     return true;
   }
+  if (!isField) return ListKeyDown(watched == m_tree ? *m_tree : *m_found, key);
   const bool isToList = key.key() == Qt::Key_Down || (watched == m_words && key.key() == Qt::Key_Return);
   if (!isToList || !m_found->isVisible()) return false;
   m_found->setFocus(Qt::OtherFocusReason);
@@ -417,9 +395,21 @@ void THistoryPage::spdClearHistoryClick() {
                                                 .cancel = m_language.Global("No"),
                                                 .isRisky = true});
   if (!self || !answer.accepted) return;
+  ClearAll();
+}
+
+void THistoryPage::RemoveSpan(const THistorySpan &span) {
+  m_store.RemoveSpan(span);
+  m_searchesAgain = true;
+  Q_EMIT Forgotten({});
+}
+
+void THistoryPage::ClearAll() {
   m_results->Reset();
   m_history.Clear();
+  m_searchesAgain = true;
   FollowRemoval();
+  Q_EMIT Forgotten({});
 }
 
 void THistoryPage::spdForgetHistoryClick() {
@@ -432,12 +422,11 @@ void THistoryPage::spdForgetHistoryClick() {
   delete dialog;
   if (!isAccepted) return;
   if (choice.since.isValid()) {
-    m_store.RemoveSpan({.from = choice.since.toMSecsSinceEpoch()});
+    RemoveSpan({.from = choice.since.toMSecsSinceEpoch()});
+    FollowRemoval();
   } else {
-    m_results->Reset();
-    m_history.Clear();
+    ClearAll();
   }
-  FollowRemoval();
   if (choice.typedAddresses || choice.cookies || choice.cache || choice.permissions) Q_EMIT ForgetAlong(choice);
 }
 
@@ -453,7 +442,8 @@ void THistoryPage::ShowRemoval() {
     m_removal.stop();
     m_progress->hide();
     Refresh();
-    SearchAgain();
+    // A result that was taken out is gone from the list already.
+    if (std::exchange(m_searchesAgain, false)) SearchAgain();
     return;
   }
   m_progress->setRange(0, int(removal.total));

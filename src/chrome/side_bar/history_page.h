@@ -39,6 +39,9 @@ class THistoryPage final : public QWidget {
   void OpenInCurrentTab(const QString &address);
   void OpenInNewTab(const QString &address);
   void OpenInBackgroundTab(const QString &address);
+  // Pages were taken out; none named: all of them, or more than can be told. What else tells where the user has been
+  // is to go with them.
+  void Forgotten(const QStringList &addresses);
   // The user has also chosen other things to go, which are none of the history's.
   void ForgetAlong(const TForgetting &what);
 
@@ -67,6 +70,8 @@ class THistoryPage final : public QWidget {
   void SearchAgain();
   void EndSearch();
   void spdClearHistoryClick();
+  void RemoveSpan(const THistorySpan &span);
+  void ClearAll();
   void spdForgetHistoryClick();
   void FollowRemoval();
   void ShowRemoval();
@@ -98,5 +103,6 @@ class THistoryPage final : public QWidget {
   QElapsedTimer m_removalClock;
   bool m_isMenuByKey = false;
   bool m_isStale = false;
+  bool m_searchesAgain = false;  // when what is being removed is gone
   bool m_wasShown = false;
 };

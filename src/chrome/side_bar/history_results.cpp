@@ -1,7 +1,11 @@
 #include "chrome/side_bar/history_results.h"
 
+#include <QCoreApplication>
 #include <QHash>
 #include <QLocale>
+#include <QPointer>
+#include <QThreadPool>
+#include <utility>
 
 #include "config/language.h"
 #include "ui/shown_address.h"
@@ -9,7 +13,8 @@
 
 namespace {
 
-constexpr qsizetype LongestText = 300;  // characters of a cell
+constexpr qsizetype MostSortedAtOnce = 5'000;  // takes some 5 ms
+constexpr qsizetype LongestText = 300;         // characters of a cell
 
 }  // namespace
 
@@ -22,7 +27,8 @@ THistoryResults::THistoryResults(const TLanguage &language, TUrlHistory &history
 void THistoryResults::Reset() {
   beginResetModel();
   m_rows = 0;
-  m_hasNone = false;
+  ++m_state;
+  m_note.clear();
   endResetModel();
 }
 
@@ -37,11 +43,12 @@ void THistoryResults::RemoveEntry(const QModelIndex &index) {
   beginRemoveRows({}, index.row(), index.row());
   m_history.Remove(address);
   --m_rows;
+  ++m_state;
   endRemoveRows();
 }
 
 int THistoryResults::rowCount(const QModelIndex &parent) const {
-  return parent.isValid() ? 0 : int(m_rows) + (m_hasNone ? 1 : 0);
+  return parent.isValid() ? 0 : int(m_rows) + (m_note.isEmpty() ? 0 : 1);
 }
 
 int THistoryResults::columnCount(const QModelIndex &parent) const {
@@ -51,8 +58,8 @@ int THistoryResults::columnCount(const QModelIndex &parent) const {
 QVariant THistoryResults::data(const QModelIndex &index, int role) const {
   const TUrlHistoryEntry *entry = EntryAt(index);
   if (entry == nullptr) {
-    const bool isText = m_hasNone && index.row() == 0 && index.column() == 0 && role == Qt::DisplayRole;
-    return isText ? m_language.Global("NoItems") : QVariant();
+    const bool isText = index.row() == m_rows && index.column() == 0 && role == Qt::DisplayRole;
+    return isText ? m_note : QVariant();
   }
   if (role == Qt::ToolTipRole) return PlainTip(entry->title + u'\n' + ShownAddress(entry->address));
   if (role != Qt::DisplayRole) return {};
@@ -60,7 +67,7 @@ QVariant THistoryResults::data(const QModelIndex &index, int role) const {
     case Title:
       return OneLine(Shortened(entry->title, LongestText));
     case Address:
-      return Shortened(ShownAddress(entry->address), LongestText);
+      return LeftToRight(Shortened(ShownAddress(entry->address), LongestText));
     case LastVisited:
       return QLocale(m_language.LocaleName()).toString(entry->lastVisited, QLocale::ShortFormat);
     case Visits:
@@ -82,7 +89,30 @@ QVariant THistoryResults::headerData(int section, Qt::Orientation orientation, i
 void THistoryResults::sort(int column, Qt::SortOrder order) {
   m_sortColumn = column;
   m_sortOrder = order;
+  ++m_state;
   if (column < 0 || column >= ColumnCount || m_rows == 0) return;
+  if (m_rows > MostSortedAtOnce) return SortAside();
+  Arrange(TUrlHistory::Sorted(m_history.Entries(), TUrlHistory::TKey(column), order));
+}
+
+void THistoryResults::SortAside() {
+  // What changes meanwhile is sorted anew.
+  if (std::exchange(m_isSorting, true)) return;
+  const QPointer<THistoryResults> self(this);
+  const auto work = [self, entries = m_history.Entries(), key = TUrlHistory::TKey(m_sortColumn), order = m_sortOrder,
+                     state = m_state] {
+    const QList<TUrlHistoryEntry> sorted = TUrlHistory::Sorted(entries, key, order);
+    const auto end = [self, sorted, state] {
+      if (!self) return;
+      self->m_isSorting = false;
+      state == self->m_state ? self->Arrange(sorted) : self->sort(self->m_sortColumn, self->m_sortOrder);
+    };
+    QMetaObject::invokeMethod(qApp, end, Qt::QueuedConnection);
+  };
+  QThreadPool::globalInstance()->start(work);
+}
+
+void THistoryResults::Arrange(const QList<TUrlHistoryEntry> &sorted) {
   Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
   const QModelIndexList before = persistentIndexList();
   QHash<QString, int> places;
@@ -94,7 +124,7 @@ void THistoryResults::sort(int column, Qt::SortOrder order) {
     const TUrlHistoryEntry *entry = EntryAt(index);
     addresses.append(entry != nullptr ? entry->address : QString());
   }
-  m_history.Sort(TUrlHistory::TKey(column), order);
+  m_history.SetOrder(sorted);
   for (qsizetype row = 0; row < m_rows && !places.isEmpty(); ++row) {
     const auto place = places.find(m_history.Entries().at(row).address);
     if (place != places.end()) *place = int(row);
@@ -111,13 +141,15 @@ void THistoryResults::sort(int column, Qt::SortOrder order) {
 void THistoryResults::Take(qsizetype count) {
   beginInsertRows({}, int(m_rows), int(m_rows + count) - 1);
   m_rows += count;
+  ++m_state;
   endInsertRows();
 }
 
 void THistoryResults::Finish() {
-  if (m_rows == 0 && !m_hasNone) {
-    beginInsertRows({}, 0, 0);
-    m_hasNone = true;
+  const bool hasFailed = m_history.HasFailed();
+  if (m_note.isEmpty() && (m_rows == 0 || hasFailed)) {
+    beginInsertRows({}, int(m_rows), int(m_rows));
+    m_note = hasFailed ? m_language.Text("HISTORY", "NotRead") : m_language.Global("NoItems");
     endInsertRows();
   }
   // What has come meanwhile stands at the end.

@@ -6,7 +6,8 @@
 
 class TLanguage;
 
-// What a search of the history has found, one row each; a single row says so when it has found nothing.
+// What a search of the history has found, one row each; a row at the end says so when it has found
+// nothing, or could not read all.
 class THistoryResults final : public QAbstractTableModel {
   Q_OBJECT
 
@@ -28,16 +29,21 @@ class THistoryResults final : public QAbstractTableModel {
   [[nodiscard]] int columnCount(const QModelIndex &parent = {}) const override;
   [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
   [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  // Of many results it comes a moment later: they are sorted on a thread.
   void sort(int column, Qt::SortOrder order) override;
 
  private:
+  void SortAside();
+  void Arrange(const QList<TUrlHistoryEntry> &sorted);
   void Take(qsizetype count);
   void Finish();
 
   const TLanguage &m_language;
   TUrlHistory &m_history;
   qsizetype m_rows = 0;
-  bool m_hasNone = false;  // the one row that says so
+  QString m_note;  // in the row at the end; empty where there is none
   int m_sortColumn = -1;
   Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
+  int m_state = 0;           // another number with every change of the rows or of their order
+  bool m_isSorting = false;  // on the thread
 };

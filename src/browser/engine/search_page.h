@@ -1,0 +1,18 @@
+#pragma once
+
+#include <optional>
+#include <QString>
+
+// The program's own page for the search panel, which is shown where the user has no page of his: one field, whose words
+// go to the quick search that is asked where none is named.
+namespace SearchPage {
+
+inline constexpr const char *Address = "zarvela:search";
+// Where its link to the list of quick searches leads. There is no page; the scheme is that of addresses for the panel,
+// since no page may lead to those of the program's own.
+inline constexpr const char *ListAddress = "def:searches";
+
+// The words that were entered in its field, if that is where the address comes from.
+[[nodiscard]] std::optional<QString> WordsOf(const QString &address);
+
+}  // namespace SearchPage
