@@ -31,6 +31,7 @@ class TAnsweringPolicy final : public TPolicy {
     tested.append(address);
     return isPopup && isPopup(address);
   }
+  TWordSearch SearchFor(const QString &words) const override { return searchFor ? searchFor(words) : TWordSearch(); }
   QString UserAgentToken() const override { return token; }
 
   QString restrictedPath;  // the page that `permissions` are for
@@ -40,6 +41,7 @@ class TAnsweringPolicy final : public TPolicy {
   QString token;
   std::function<bool(const QString &)> isPopup;
   QStringList tested;  // for pop-ups
+  std::function<TWordSearch(const QString &)> searchFor;
 
  private:
   QPointer<TEngine> m_engine;

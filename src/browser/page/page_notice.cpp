@@ -1,5 +1,6 @@
 #include "browser/page/page_notice.h"
 
+#include <algorithm>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -7,11 +8,13 @@
 #include <QVBoxLayout>
 
 #include "ui/click_guard.h"
+#include "ui/flow_layout.h"
 
 namespace {
 
 constexpr int ColumnWidth = 640;
 constexpr int Margin = 32;
+constexpr int NarrowShare = 16;  // of the width, for the margin where that is less
 constexpr int Spacing = 12;
 constexpr qreal TitleScale = 1.6;
 
@@ -52,14 +55,16 @@ TPageNotice::TPageNotice(QWidget *parent) : QScrollArea(parent) {
 
   auto *column = new QWidget;
   column->setMaximumWidth(ColumnWidth);
-  auto *lines = new QVBoxLayout(column);
+  m_lines = new QVBoxLayout(column);
+  QVBoxLayout *lines = m_lines;
   lines->setContentsMargins(Margin, Margin, Margin, Margin);
   lines->setSpacing(Spacing);
   m_title = AddLabel("lblNoticeTitle", false, lines);
   m_text = AddLabel("lblNoticeText", false, lines);
   m_address = AddLabel("lblNoticeAddress", true, lines);
   m_details = AddLabel("lblNoticeDetails", true, lines);
-  auto *buttons = new QHBoxLayout;
+  // A narrow place, the side bar's, has them one below the other.
+  auto *buttons = new TFlowLayout(Spacing);
   m_primary = new QPushButton;
   m_primary->setObjectName(QStringLiteral("cmdNoticePrimary"));
   m_primary->setDefault(true);
@@ -69,7 +74,6 @@ TPageNotice::TPageNotice(QWidget *parent) : QScrollArea(parent) {
   m_secondary->setAutoDefault(true);
   buttons->addWidget(m_primary);
   buttons->addWidget(m_secondary);
-  buttons->addStretch();
   lines->addSpacing(Spacing);
   lines->addLayout(buttons);
   lines->addStretch();
@@ -97,13 +101,20 @@ void TPageNotice::Show(const TPageNoticeText &text) {
   SetText(m_title, text.title);
   SetText(m_text, text.text);
   SetText(m_address, Breakable(text.address));
-  SetText(m_details, text.details);
+  // The engine's names of errors are one word of many parts.
+  SetText(m_details, QString(text.details).replace(u'_', QStringLiteral("_") + ZeroWidthSpace));
   m_primary->setText(text.primary);
   m_primary->setVisible(!text.primary.isEmpty());
   m_secondary->setText(text.secondary);
   m_secondary->setVisible(!text.secondary.isEmpty());
   setAccessibleName(text.title);
   setAccessibleDescription(text.text);
+}
+
+void TPageNotice::resizeEvent(QResizeEvent *event) {
+  const int margin = std::min(Margin, width() / NarrowShare);
+  m_lines->setContentsMargins(margin, margin, margin, margin);
+  QScrollArea::resizeEvent(event);
 }
 
 void TPageNotice::changeEvent(QEvent *event) {

@@ -4,6 +4,7 @@
 
 class QLabel;
 class QPushButton;
+class QVBoxLayout;
 class TClickGuard;
 
 // What a notice says. Empty texts show nothing, and an empty button text no button.
@@ -32,10 +33,12 @@ class TPageNotice final : public QScrollArea {
 
  protected:
   void changeEvent(QEvent *event) override;
+  void resizeEvent(QResizeEvent *event) override;
 
  private:
   void UpdateTitleFont();
 
+  QVBoxLayout *m_lines = nullptr;
   QLabel *m_title = nullptr;
   QLabel *m_text = nullptr;
   QLabel *m_address = nullptr;

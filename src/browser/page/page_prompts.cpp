@@ -44,12 +44,29 @@ constexpr std::array PermissionTexts{
     TPermissionText{TPermission::Clipboard, {"PERMISSIONS", "Clipboard"}},
     TPermissionText{TPermission::Screen, {"PERMISSIONS", "Screen"}},
     TPermissionText{TPermission::ScreenAndSound, {"PERMISSIONS", "ScreenAndSound"}},
+    TPermissionText{TPermission::Scripts, {"PERMISSIONS", "Scripts"}},
+    TPermissionText{TPermission::PlugIns, {"PERMISSIONS", "PlugIns"}},
+    TPermissionText{TPermission::StoredCookies, {"PERMISSIONS", "StoredCookies"}},
+    TPermissionText{TPermission::SessionCookies, {"PERMISSIONS", "SessionCookies"}},
 };
 
 const TTextKey &QuestionFor(TPermission permission) {
   return std::find_if(PermissionTexts.begin(), PermissionTexts.end(),
                       [permission](const TPermissionText &text) { return text.permission == permission; })
       ->question;
+}
+
+bool IsCapture(TPermission permission) {
+  switch (permission) {
+    case TPermission::Microphone:
+    case TPermission::Camera:
+    case TPermission::CameraAndMicrophone:
+    case TPermission::Screen:
+    case TPermission::ScreenAndSound:
+      return true;
+    default:
+      return false;
+  }
 }
 
 std::optional<bool> AllowedBy(TPermissionDecision decision) {
@@ -125,13 +142,18 @@ void TPagePrompts::HideFullScreenNotice() {
 void TPagePrompts::AskPermission(const TPermissionRequest &request) {
   if (!m_askers.contains(request.origin) && m_askers.size() < MostPermissionRequests) m_askers.append(request.origin);
   const std::optional<bool> decided = AllowedBy(m_decisions.Find(request.origin, request.permission));
-  if (decided) return request.answer(*decided ? TPermissionAnswer::Allow : TPermissionAnswer::Deny);
+  if (decided) return Answer(request, *decided ? TPermissionAnswer::Allow : TPermissionAnswer::Deny);
   const bool waits = std::any_of(
       m_permissionRequests.cbegin(), m_permissionRequests.cend(),
       [&](const TPermissionRequest &waiting) { return AsksFor(waiting, request.origin, request.permission); });
   if (waits || m_permissionRequests.size() >= MostPermissionRequests) return;
   m_permissionRequests.append(request);
   if (m_permissionRequests.size() == 1) AskNextPermission();
+}
+
+void TPagePrompts::Answer(const TPermissionRequest &request, TPermissionAnswer answer) {
+  request.answer(answer);
+  if (answer == TPermissionAnswer::Allow && IsCapture(request.permission)) Q_EMIT CaptureAllowed();
 }
 
 void TPagePrompts::AskNextPermission() {
@@ -152,7 +174,7 @@ void TPagePrompts::FinishPermission(TPermissionDecision decision) {
   const TPermissionRequest request = m_permissionRequests.takeFirst();
   if (decision != TPermissionDecision::Ask) m_decisions.Remember(request.origin, request.permission, decision);
   const std::optional<bool> allowed = AllowedBy(decision);
-  request.answer(!allowed ? TPermissionAnswer::NotNow : *allowed ? TPermissionAnswer::Allow : TPermissionAnswer::Deny);
+  Answer(request, !allowed ? TPermissionAnswer::NotNow : *allowed ? TPermissionAnswer::Allow : TPermissionAnswer::Deny);
   AskNextPermission();
 }
 

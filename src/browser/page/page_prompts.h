@@ -29,6 +29,12 @@ class TPagePrompts final : public QObject {
   // The bar with permission questions, to be laid over the page; it shows and hides itself. It belongs to `owner`.
   [[nodiscard]] TPermissionBar *Bar() const;
 
+  // Asks the user unless he has decided already, one question after the other. Forgotten when another page comes.
+  void AskPermission(const TPermissionRequest &request);
+
+  // Whether the page waits for an answer in the bar.
+  [[nodiscard]] bool IsAsking() const { return !m_permissionRequests.isEmpty(); }
+
   // Tells the user how to leave full screen, over the top of `over`, for a few seconds. Call it when the page's request
   // for full screen was accepted, and the other one when full screen ends.
   void ShowFullScreenNotice(QWidget *over, const QUrl &origin);
@@ -41,6 +47,9 @@ class TPagePrompts final : public QObject {
   // The user acts himself: sign-in dialogs that were kept from opening may come again.
   void AllowSignIns() { m_signInsRefused = 0; }
 
+ Q_SIGNALS:
+  void CaptureAllowed();  // by a camera, a microphone, or of the screen
+
  private:
   // How far a site or a proxy is with the user, and which addresses have been given his answer.
   struct TSignIn {
@@ -51,7 +60,7 @@ class TPagePrompts final : public QObject {
     QSet<QUrl> addresses{};
   };
 
-  void AskPermission(const TPermissionRequest &request);
+  void Answer(const TPermissionRequest &request, TPermissionAnswer answer);
   void AskNextPermission();
   void FinishPermission(TPermissionDecision decision);
   void ForgetPermissionRequests();

@@ -12,5 +12,6 @@ struct TPageProperties {
   qint64 size = -1;  // bytes of the document; -1 when not known
   QString modified;  // as the page reports it; empty when unknown
   TEncryptionLevel encryptionLevel = TEncryptionLevel::None;
+  QString zone{};       // the name of the security zone; empty when unknown
   QString certificate;  // a readable description; empty when there is none
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <QSet>
 #include <QWebEngineProfile>
 
 #include "config/registry_paths.h"
@@ -27,6 +28,10 @@ constexpr std::array Names{
     TName{TPermission::Camera, "Camera"},
     TName{TPermission::Clipboard, "Clipboard"},
     TName{TPermission::MouseLock, "MouseLock"},
+    TName{TPermission::Scripts, "Scripts"},
+    TName{TPermission::PlugIns, "PlugIns"},
+    TName{TPermission::StoredCookies, "StoredCookies"},
+    TName{TPermission::SessionCookies, "SessionCookies"},
     // The engine shows all of the screen without letting the user choose.
     TName{TPermission::Screen, "Screen", false},
     TName{TPermission::ScreenAndSound, "ScreenAndSound", false},
@@ -76,6 +81,30 @@ TPermissionDecision TPermissionDecisions::Find(const QUrl &origin, TPermission p
 
 void TPermissionDecisions::Remember(const QUrl &origin, TPermission permission, TPermissionDecision decision) {
   for (const TPermission part : PartsOf(permission)) RememberOne(SiteOf(origin), part, decision);
+  Q_EMIT Changed();
+}
+
+void TPermissionDecisions::ForgetAll() {
+  m_ofThisRun.clear();
+  if (m_store != nullptr) m_store->DeleteKey(Hive, Key);
+  Q_EMIT Changed();
+}
+
+QList<TPermissionDecisions::TDecided> TPermissionDecisions::All() const {
+  QSet<QString> sites;
+  for (auto one = m_ofThisRun.keyBegin(); one != m_ofThisRun.keyEnd(); ++one) sites.insert(one->first);
+  const QList<TRegistryValue> stored = m_store != nullptr ? m_store->Values(Hive, Key) : QList<TRegistryValue>();
+  for (const TRegistryValue &value : stored) sites.insert(value.name.section(u' ', 0, 0));
+  QStringList sorted(sites.begin(), sites.end());
+  sorted.sort();
+  QList<TDecided> all;
+  for (const QString &site : std::as_const(sorted)) {
+    for (const TName &name : Names) {
+      const TPermissionDecision decision = FindOne(site, name.permission);
+      if (decision != TPermissionDecision::Ask) all.append({QUrl(site), name.permission, decision});
+    }
+  }
+  return all;
 }
 
 QList<TPermission> TPermissionDecisions::Decided(const QUrl &origin) const {

@@ -36,8 +36,20 @@ class TPermissionDecisions final : public QObject {
   // Camera and microphone together are decided when both are, and refused when one is.
   [[nodiscard]] TPermissionDecision Find(const QUrl &origin, TPermission permission) const;
   void Remember(const QUrl &origin, TPermission permission, TPermissionDecision decision);
+  // Every site is asked about anew, in all windows.
+  void ForgetAll();
+  struct TDecided {
+    QUrl site{};
+    TPermission permission{};
+    TPermissionDecision decision{};
+  };
+  // All that holds now, by sites; nothing of what could not be read.
+  [[nodiscard]] QList<TDecided> All() const;
   // What was decided for a site, each permission by itself.
   [[nodiscard]] QList<TPermission> Decided(const QUrl &origin) const;
+
+ Q_SIGNALS:
+  void Changed();
 
  private:
   using QObject::QObject;

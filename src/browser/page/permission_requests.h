@@ -17,7 +17,12 @@ enum class TPermission {
   MouseLock,
   Clipboard,  // to read it; engines before 6.8 ask nobody, and refuse it
   Screen,
-  ScreenAndSound
+  ScreenAndSound,
+  // Asked about by the program itself, where the zone of the page says so.
+  Scripts,
+  PlugIns,
+  StoredCookies,
+  SessionCookies,
 };
 
 enum class TPermissionAnswer {

@@ -49,6 +49,7 @@ TPropertiesDialog::TPropertiesDialog(const TPageProperties &properties, const TL
   fill(m_ui->txtSize, size);
   fill(m_ui->txtModified, properties.modified);
   fill(m_ui->txtEncryption, language.Text(LevelText(properties.encryptionLevel)));
+  fill(m_ui->txtZone, properties.zone);
   m_ui->mmoCertificate->setPlainText(Shortened(properties.certificate));
   m_ui->mmoCertificate->setMinimumHeight(fontMetrics().lineSpacing() * CertificateLines);
   const bool hasCertificate = !properties.certificate.isEmpty();

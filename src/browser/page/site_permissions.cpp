@@ -24,6 +24,10 @@ constexpr TName Names[] = {
     {TPermission::Clipboard, {"PERMISSIONS", "NameClipboard"}},
     {TPermission::Screen, {"PERMISSIONS", "NameScreen"}},
     {TPermission::ScreenAndSound, {"PERMISSIONS", "NameScreenAndSound"}},
+    {TPermission::Scripts, {"PERMISSIONS", "NameScripts"}},
+    {TPermission::PlugIns, {"PERMISSIONS", "NamePlugIns"}},
+    {TPermission::StoredCookies, {"PERMISSIONS", "NameStoredCookies"}},
+    {TPermission::SessionCookies, {"PERMISSIONS", "NameSessionCookies"}},
 };
 
 struct TChoice {
@@ -48,7 +52,7 @@ TSitePermissions::TSitePermissions(const QUrl &site, TPermissionDecisions &decis
     auto *choice = new QComboBox(this);
     for (const TChoice &one : Choices) choice->addItem(language.Text(one.text), int(one.decision));
     choice->setCurrentIndex(choice->findData(int(decisions.Find(site, permission))));
-    auto *name = new QLabel(language.Text(std::ranges::find(Names, permission, &TName::permission)->text), this);
+    auto *name = new QLabel(NameOf(permission, language), this);
     name->setBuddy(choice);
     layout->addRow(name, choice);
     connect(choice, &QComboBox::activated, this, [=, this, known = QPointer(&decisions)] {
@@ -57,4 +61,12 @@ TSitePermissions::TSitePermissions(const QUrl &site, TPermissionDecisions &decis
       Q_EMIT Changed(permission);
     });
   }
+}
+
+QString TSitePermissions::NameOf(TPermission permission, const TLanguage &language) {
+  return language.Text(std::ranges::find(Names, permission, &TName::permission)->text);
+}
+
+QString TSitePermissions::NameOf(TPermissionDecision decision, const TLanguage &language) {
+  return language.Text(std::ranges::find(Choices, decision, &TChoice::decision)->text);
 }

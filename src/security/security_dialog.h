@@ -1,0 +1,42 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <QDialog>
+
+#include "security/ie_zone_mgr.h"
+
+class QComboBox;
+namespace Ui {
+class TfrmSecurity;
+}
+
+// The sites and the rules of each security zone. What is changed holds at once; the machine's own zone has no sites.
+class TfrmSecurity final : public QDialog {
+  Q_OBJECT
+
+ public:
+  // All must outlive the dialog; `manager` is of `zones`.
+  TfrmSecurity(TZoneStore &zones, const TIEZoneMgr &manager, const TLanguage &language, QWidget *parent = nullptr);
+  ~TfrmSecurity() override;
+
+  // Turns to this zone; one that there is none of does nothing.
+  void ShowZone(int zone);
+
+ Q_SIGNALS:
+  void SitesChanged();
+
+ private:
+  [[nodiscard]] int Zone() const;
+  void Fill();
+  void AddSite();
+  void RemoveSites();
+  void SetRule(size_t rule);
+  void ResetRules();
+
+  TZoneStore &m_zones;
+  const TIEZoneMgr &m_manager;
+  const TLanguage &m_language;
+  std::unique_ptr<Ui::TfrmSecurity> m_ui;
+  std::array<QComboBox *, UrlActions.size()> m_rules;  // in the order of the actions
+};
