@@ -1,0 +1,133 @@
+// Runs in a world of its own in every frame of a page in which nothing is to move, for engines that cannot keep pictures
+// from moving: each that does so is replaced by one frame of it.
+(() => {
+  const ending = /\.(gif|apng|webp|avif|svg)$/i;
+  // Nothing is fetched anew only to know this: the engine has it, or else its name has to do.
+  const look = async address => {
+    if (/^data:image\/(jpeg|bmp)/.test(address)) return false;
+    const isOwn = /^(data|blob):/.test(address);
+    const {pathname, origin} = new URL(address);
+    const named = isOwn ? undefined : pathname.match(ending);
+    if (!isOwn && !named) return false;
+    if (named && named[1].toLowerCase() === 'gif') return true;
+    let text;
+    try {
+      const kept = isOwn ? {} : origin === location.origin ? {mode: 'same-origin', cache: 'only-if-cached'} :
+                                                             {mode: 'cors', cache: 'force-cache'};
+      text = new TextDecoder('latin1').decode(await (await fetch(address, kept)).arrayBuffer());
+    } catch {
+      return named ? named[1].toLowerCase() === 'apng' : address.startsWith('data:image/gif');
+    }
+    if (text.startsWith('GIF8')) return text.split('!\u00f9\u0004').length > 2;
+    if (text.startsWith('PNG', 1)) return text.split('IDAT')[0].includes('acTL');
+    if (text.startsWith('WEBPVP8X', 8)) return (text.charCodeAt(20) & 2) !== 0;
+    if (text.startsWith('ftypavis', 4)) return true;
+    return /<svg/.test(text) && /<(animate|set\b)|@keyframes/.test(text);
+  };
+  const looked = new Map();
+  const moves = address => looked.get(address) || looked.set(address, look(address)).get(address);
+  const draw = image => {
+    const canvas = document.createElement('canvas');
+    canvas.width = image.naturalWidth;
+    canvas.height = image.naturalHeight;
+    canvas.getContext('2d').drawImage(image, 0, 0);
+    return canvas;
+  };
+  const load = async (address, isShared) => {
+    const image = new Image();
+    if (isShared) image.crossOrigin = 'anonymous';
+    image.src = address;
+    await image.decode();
+    return image;
+  };
+  // The address of one frame, or nothing where the picture's site or the page's own rules do not let it be had.
+  const frames = new Map();
+  const made = new Set();
+  const bytesOf = image => new Promise(done => draw(image).toBlob(done));
+  const frameOf = (address, image) => {
+    if (!frames.has(address)) frames.set(address, (async () => {
+      try {
+        const own = image && await bytesOf(image).catch(() => undefined);
+        const frame = URL.createObjectURL(own || await bytesOf(await load(address, true)));
+        made.add(frame);
+        await load(frame, false);
+        return frame;
+      } catch {
+        return undefined;
+      }
+    })());
+    return frames.get(address);
+  };
+  const shown = new WeakMap();
+  const show = async image => {
+    const address = image.currentSrc;
+    const {stand, source} = shown.get(image) || {};
+    if (!address || source === address) return;
+    if (source) image.style.removeProperty('content');
+    if (stand) {
+      stand.remove();
+      image.style.removeProperty('display');
+    }
+    shown.delete(image);
+    if (!await moves(address)) return;
+    const frame = await frameOf(address, image);
+    if (image.currentSrc !== address || shown.has(image)) return;
+    if (frame) {
+      image.style.setProperty('content', `url("${frame}")`, 'important');
+      shown.set(image, {source: address});
+      return;
+    }
+    // What may not be read may still be painted.
+    const {width, height} = image.getBoundingClientRect();
+    const canvas = draw(image);
+    canvas.className = image.className;
+    canvas.style.cssText = image.style.cssText;
+    canvas.style.width = `${width}px`;
+    canvas.style.height = `${height}px`;
+    canvas.setAttribute('role', 'img');
+    canvas.setAttribute('aria-label', image.alt);
+    image.after(canvas);
+    image.style.setProperty('display', 'none', 'important');
+    shown.set(image, {source: address, stand: canvas});
+  };
+  const properties = ['background-image', 'list-style-image', 'border-image-source'];
+  const showStyle = async element => {
+    const style = getComputedStyle(element);
+    for (const property of properties) {
+      const value = style.getPropertyValue(property);
+      let still = value;
+      for (const [whole, address] of value.matchAll(/url\("([^"]*)"\)/g)) {
+        if (made.has(address) || !await moves(address)) continue;
+        const frame = await frameOf(address);
+        still = still.replace(whole, frame ? `url("${frame}")` : 'linear-gradient(transparent, transparent)');
+      }
+      if (still !== value) element.style.setProperty(property, still, 'important');
+    }
+  };
+  const changed = new Set();
+  const showAll = () => {
+    for (const element of changed) {
+      if (element instanceof HTMLImageElement && element.complete) show(element);
+      showStyle(element);
+    }
+    changed.clear();
+  };
+  const add = element => {
+    if (changed.size === 0) setTimeout(showAll, 100);
+    changed.add(element);
+    element.querySelectorAll('*').forEach(part => changed.add(part));
+  };
+  document.addEventListener('load', event => {
+    if (event.target instanceof HTMLImageElement) show(event.target);
+    // A style sheet that came late.
+    if (event.target instanceof HTMLLinkElement) add(document.documentElement);
+  }, true);
+  document.addEventListener('DOMContentLoaded', () => add(document.documentElement));
+  new MutationObserver(changes => {
+    for (const {type, target, addedNodes} of changes) {
+      for (const node of type === 'attributes' ? [target] : addedNodes) {
+        if (node instanceof Element) add(node);
+      }
+    }
+  }).observe(document, {childList: true, subtree: true, attributes: true, attributeFilter: ['class', 'style']});
+})();

@@ -1,0 +1,79 @@
+#include "content/content_switches.h"
+
+#include <QEvent>
+#include <QWidget>
+
+#include "actions/actions.h"
+#include "browser/tabs/tab_strip.h"
+
+namespace {
+
+constexpr int LookInterval = 200;  // milliseconds between looks at what others have written
+
+TCommand CommandOf(TContentSwitch which) {
+  switch (which) {
+    case TContentSwitch::Images:
+      return TCommand::LoadImages;
+    case TContentSwitch::Videos:
+      return TCommand::LoadVideos;
+    case TContentSwitch::Sounds:
+      return TCommand::LoadSounds;
+    case TContentSwitch::Animations:
+      break;
+  }
+  return TCommand::LoadAnimations;
+}
+
+}  // namespace
+
+TContentSwitches::TContentSwitches(QWidget *window, TActions &actions, TTabStrip &tabs, TRegistryStore &store)
+    : m_actions(actions), m_tabs(tabs), m_store(store) {
+  for (const TContentSwitch which : ContentSwitches) {
+    const bool on = TIEOptions(m_store).Get(which);
+    m_stored.at(size_t(which)) = on;
+    Apply(which, on);
+    // The item, or the button that goes with it, has turned its mark by then.
+    connect(m_actions[CommandOf(which)], &QAction::triggered, this, [this, which](bool on) { Choose(which, on); });
+  }
+  m_sinceLook.start();
+  window->installEventFilter(this);
+}
+
+void TContentSwitches::Apply(TContentSwitch which, bool on) {
+  TIEOptions options(m_store);
+  if (options.Get(which) != on) {
+    // What the store refuses holds for this run.
+    if (options.Set(which, on)) m_stored.at(size_t(which)) = on;
+    Q_EMIT SettingChanged(QString::fromLatin1(TIEOptions::Area));
+  }
+  m_on.at(size_t(which)) = on;
+  m_actions[CommandOf(which)]->setChecked(on);
+}
+
+// Reloading pages although nothing changes is meant: another window may have changed it before.
+void TContentSwitches::Choose(TContentSwitch which, bool on) {
+  Apply(which, on);
+  m_tabs.RefreshAll();
+}
+
+void TContentSwitches::Look() {
+  m_sinceLook.start();
+  const std::optional<TContentStates> stored = TIEOptions(m_store).KnownStates();
+  if (!stored) return;
+  for (const TContentSwitch which : ContentSwitches) {
+    const size_t place = size_t(which);
+    if (stored->at(place) == m_stored.at(place)) continue;
+    m_stored.at(place) = m_on.at(place) = stored->at(place);
+    m_actions[CommandOf(which)]->setChecked(stored->at(place));
+  }
+}
+
+bool TContentSwitches::IsOn(TContentSwitch which) {
+  if (m_sinceLook.hasExpired(LookInterval)) Look();
+  return m_on.at(size_t(which));
+}
+
+bool TContentSwitches::eventFilter(QObject *watched, QEvent *event) {
+  if (event->type() == QEvent::WindowActivate) Look();
+  return QObject::eventFilter(watched, event);
+}
