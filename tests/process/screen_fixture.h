@@ -47,18 +47,26 @@ class TScreenFixture : public TProgramFixture {
     }
   }
 
+  // A panel with a notification area, until the result goes. Null where none is installed, or nothing that minimizes.
+  [[nodiscard]] static std::unique_ptr<QProcess> StartPanel() {
+    for (const char *name : {"trayer", "xdotool"}) {
+      if (QStandardPaths::findExecutable(QLatin1String(name)).isEmpty()) return nullptr;
+    }
+    auto panel = StartTool(QStringLiteral("trayer"), {});
+    return QTest::qWaitFor([] { return !Window("trayer").isEmpty(); }, Soon) ? std::move(panel) : nullptr;
+  }
+
   // What the window manager says that the program's window is, in names like _NET_WM_STATE_FULLSCREEN; "none" for a
   // plain window, empty when there is no window.
   [[nodiscard]] static QByteArray WindowState() {
-    for (const QByteArray &window : Property({QStringLiteral("-root")}, "_NET_CLIENT_LIST").split(' ')) {
-      const QByteArray id = window.trimmed().replace(",", QByteArray());
-      if (!id.startsWith("0x")) continue;
-      const QStringList place{QStringLiteral("-id"), QString::fromLatin1(id)};
-      if (!Property(place, "WM_CLASS").contains("zarvela")) continue;
-      const QByteArray state = Property(place, "_NET_WM_STATE");
-      return state.contains("_NET_WM_STATE_") ? state : QByteArray("none");
-    }
-    return {};
+    const QString window = Window("zarvela");
+    if (window.isEmpty()) return {};
+    const QByteArray state = Property({QStringLiteral("-id"), window}, "_NET_WM_STATE");
+    return state.contains("_NET_WM_STATE_") ? state : QByteArray("none");
+  }
+  // As the button in the window's frame does.
+  static void Minimize() {
+    QProcess::execute(QStringLiteral("xdotool"), {QStringLiteral("windowminimize"), Window("zarvela")});
   }
 
  private:
@@ -69,6 +77,16 @@ class TScreenFixture : public TProgramFixture {
     tool->start(name, arguments);
     tool->waitForStarted();
     return tool;
+  }
+  // The number of the first window of that class that the window manager knows; empty when there is none.
+  static QString Window(const char *className) {
+    for (const QByteArray &window : Property({QStringLiteral("-root")}, "_NET_CLIENT_LIST").split(' ')) {
+      const QByteArray id = window.trimmed().replace(",", QByteArray());
+      if (!id.startsWith("0x")) continue;
+      const QString place = QString::fromLatin1(id);
+      if (Property({QStringLiteral("-id"), place}, "WM_CLASS").contains(className)) return place;
+    }
+    return {};
   }
   // What stands behind the property's name.
   static QByteArray Property(QStringList place, const char *name) {

@@ -61,6 +61,49 @@ class TestOnScreen final : public QObject, private TScreenFixture {
     QCOMPARE(bounds, QRect(40, 60, 700, 500));
   }
 
+  void WaitsBehindItsIcon_data() { ComesBackAsItWas_data(); }
+  // The window leaves the screen, comes back by a second start as it was, and ends well while it is away.
+  void WaitsBehindItsIcon() {
+    const auto panel = StartPanel();
+    if (!panel) QSKIP("trayer or xdotool is not installed");
+    QFETCH(bool, maximized);
+    QFETCH(bool, fullScreen);
+    QFETCH(QString, state);
+    Prepare([&](TZVOptions &options) {
+      options.Set(Setting::MinToTray, true);
+      options.Set(Setting::Maximized, maximized);
+      options.Set(Setting::FullScreen, fullScreen);
+    });
+    const auto program = Start({});
+    QTRY_VERIFY_WITH_TIMEOUT(server.RequestCount("/seen") > 0, Soon);
+    Minimize();
+    QTRY_VERIFY_WITH_TIMEOUT(WindowState().isEmpty(), Soon);
+    WaitForEnd(*Start({Url(1)}));
+    QTRY_COMPARE_WITH_TIMEOUT(Requests(1), 1, Soon);
+    QTRY_VERIFY_WITH_TIMEOUT(WindowState().contains(state.toLatin1()), Soon);
+    Minimize();
+    QTRY_VERIFY_WITH_TIMEOUT(WindowState().isEmpty(), Soon);
+    Quit(*program);
+    const auto store = Store();
+    const TZVOptions options(*store);
+    QCOMPARE(options.Get(Setting::Maximized), maximized);
+    QCOMPARE(options.Get(Setting::FullScreen), fullScreen);
+  }
+
+  // A panel that ends leaves no window behind.
+  void PanelEnds() {
+    auto panel = StartPanel();
+    if (!panel) QSKIP("trayer or xdotool is not installed");
+    Prepare([](TZVOptions &options) { options.Set(Setting::MinToTray, true); });
+    const auto program = Start({});
+    QTRY_VERIFY_WITH_TIMEOUT(server.RequestCount("/seen") > 0, Soon);
+    Minimize();
+    QTRY_VERIFY_WITH_TIMEOUT(WindowState().isEmpty(), Soon);
+    panel.reset();
+    QTRY_COMPARE_WITH_TIMEOUT(WindowState(), QByteArray("none"), Soon);
+    Quit(*program);
+  }
+
   void SecondStartLeavesTheWindowAsItIs() {
     Prepare([](TZVOptions &options) { options.Set(Setting::Maximized, true); });
     const auto program = Start({});

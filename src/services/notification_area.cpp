@@ -1,0 +1,50 @@
+#include "services/notification_area.h"
+
+#include <QApplication>
+#include <QSystemTrayIcon>
+
+#include "platform/desktop_notifications.h"
+#include "platform/status_notifier.h"
+
+namespace {
+
+// The toolkit takes what looks like markup for markup, and titles are the pages' own.
+QString WithoutMarkup(QString text) {
+  constexpr QChar ZeroWidthSpace(0x200B);
+  for (const QChar sign : {u'<', u'&'}) text.replace(sign, QString(sign) + ZeroWidthSpace);
+  return text;
+}
+
+}  // namespace
+
+TSystemNotificationArea::TSystemNotificationArea(QMenu *menu)
+    : m_isOnBus(StatusNotifier::IsThere()), m_icon(std::make_unique<QSystemTrayIcon>(QApplication::windowIcon())) {
+  m_icon->setContextMenu(menu);
+  connect(m_icon.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+    // The bus knows no double click.
+    const bool isMeant = reason == QSystemTrayIcon::DoubleClick || (m_isOnBus && reason == QSystemTrayIcon::Trigger);
+    if (isMeant) Q_EMIT Activated();
+  });
+  connect(m_icon.get(), &QSystemTrayIcon::messageClicked, this, &TNotificationArea::MessageClicked);
+  m_icon->show();
+}
+
+TSystemNotificationArea::~TSystemNotificationArea() = default;
+
+bool TSystemNotificationArea::IsThere() const {
+  // What the toolkit says of the bus is what it found there first.
+  return m_isOnBus ? StatusNotifier::HasHost() : QSystemTrayIcon::isSystemTrayAvailable();
+}
+
+void TSystemNotificationArea::SetHint(const QString &hint) {
+  m_icon->setToolTip(WithoutMarkup(hint));
+}
+
+void TSystemNotificationArea::Tell(const QString &title, const QString &text) {
+  if (!m_isOnBus) {
+    m_icon->showMessage(title, text);
+    return;
+  }
+  if (m_notifications == nullptr) m_notifications = new TDesktopNotifications(this);
+  m_notifications->Show({.title = title, .text = text, .clicked = [this] { Q_EMIT MessageClicked(); }});
+}

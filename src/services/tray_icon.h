@@ -1,0 +1,73 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <QDeadlineTimer>
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+
+class QWidget;
+class TActions;
+class TLanguage;
+class TNotificationArea;
+class TSettings;
+class TTabStrip;
+
+// The icon in the desktop's notification area (pgTray), there while the setting MinToTray is on. A window that is
+// minimised then leaves the task bar and waits behind its icon; its pages go on as in any minimised window. Where the
+// desktop has no such area, or loses it, windows are minimised as usual: none is ever out of reach.
+class TTrayIcon final : public QObject {
+  Q_OBJECT
+
+ public:
+  using TMakeArea = std::function<std::unique_ptr<TNotificationArea>()>;
+
+  // All must outlive this object. `makeArea` is called when an icon is wanted; empty for the desktop's own.
+  TTrayIcon(QWidget *window, TActions &actions, TTabStrip &tabs, const TLanguage &language, TSettings &settings,
+            TMakeArea makeArea = {});
+  ~TTrayIcon() override;
+
+  // The window is minimised, to its icon or as usual.
+  [[nodiscard]] bool IsMinimized() const { return m_isMinimized; }
+  // The window comes back, as it was, and to the front.
+  void Restore();
+  // The same where it waits behind its icon; else nothing.
+  void BringBack();
+  // Says so beside the icon, in plain text, where the window waits behind it; else nothing.
+  void Say(const QString &title, const QString &text);
+  void Save();
+
+  bool eventFilter(QObject *watched, QEvent *event) override;
+
+ Q_SIGNALS:
+  void Note(const QString &text);
+
+ private:
+  void Apply();
+  void Toggle();
+  void TakeMinimized();
+  void TakeRestored();
+  void UpdateMenu();
+  [[nodiscard]] bool MayGoAway() const;
+  void GoAway();
+  void Return();
+  [[nodiscard]] bool HasLostStates() const;
+
+  QWidget *m_window;
+  TActions &m_actions;
+  TTabStrip &m_tabs;
+  const TLanguage &m_language;
+  TSettings &m_settings;
+  TMakeArea m_makeArea;
+  std::unique_ptr<TNotificationArea> m_area;
+  QTimer m_look{this};  // tmrTray; whether the area is still there
+  bool m_isMinimized = false;
+  bool m_isAway = false;             // behind its icon
+  bool m_wasAway = false;            // it has been, so that m_states is known
+  Qt::WindowStates m_states;         // that the window comes back in
+  QDeadlineTimer m_settles;          // until it has come back in them
+  QPoint m_place;                    // where its frame stood
+  QList<QPointer<QWidget>> m_along;  // its other windows, that went with it
+};
