@@ -39,7 +39,7 @@ class TTabsFixture {
     store = std::make_unique<TRegistryStore>(Path(QStringLiteral("registry.sqlite")));
     m_engine = std::make_unique<TEngine>(language, *store);
     settings = std::make_unique<TSettings>(*store);
-    environment.reset(new TTabEnvironment{*m_engine, language, *store, *settings, m_product});
+    environment.reset(new TTabEnvironment{*m_engine, language, *store, *settings, product});
     window = std::make_unique<QMainWindow>();
     actions = std::make_unique<TActions>(window.get(), language, *settings);
     pages = new TZVPageControl(window.get());
@@ -85,6 +85,7 @@ class TTabsFixture {
 
   TTestServer server;
   TLanguage language;
+  TProductInfo product;
   std::unique_ptr<TRegistryStore> store;
   std::unique_ptr<TSettings> settings;
   std::unique_ptr<TTabEnvironment> environment;
@@ -100,5 +101,4 @@ class TTabsFixture {
  private:
   std::unique_ptr<QTemporaryDir> m_temporary;
   std::unique_ptr<TEngine> m_engine;
-  TProductInfo m_product;
 };

@@ -138,6 +138,55 @@ class TTabInputTest final : public QObject {
     QTEST(strip.State(), "state");
   }
 
+  // Over what takes a drop outside of the strip and its pages a tab is let go, back in its place.
+  void DraggingOut_data() {
+    Columns<QString, bool>("over", "isOut");
+    Row("what takes drops", "tree", true);
+    Row("a field for text", "field", false);
+    Row("what takes nothing", "plain", false);
+    Row("the page itself", "page", false);
+  }
+  void DraggingOut() {
+    QFETCH(QString, over);
+    QFETCH(bool, isOut);
+    QWidget window;
+    window.resize(900, 600);
+    TStrip strip("A B C D", {500, 600});
+    strip.control.setParent(&window);
+    strip.control.move(400, 0);
+    QWidget tree(&window);
+    QLineEdit field(&window);
+    QWidget plain(&window);
+    QWidget onPage(strip.Named("B"));
+    tree.setGeometry(0, 0, 380, 100);
+    field.setGeometry(0, 100, 380, 100);
+    plain.setGeometry(0, 200, 380, 100);
+    onPage.setGeometry(0, 0, 300, 300);
+    for (QWidget *taker : {&tree, &onPage}) taker->setAcceptDrops(true);
+    const QHash<QString, QWidget *> places{{"tree", &tree}, {"field", &field}, {"plain", &plain}, {"page", &onPage}};
+    window.show();
+    strip.control.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    TStrip::Settle();
+    const QSignalSpy out(&strip.control, &TZVPageControl::DragOutWanted);
+    QTest::mousePress(strip.View(), Qt::LeftButton, {}, strip.Centre("B"));
+    const QString before = strip.State();
+    strip.DragTo(strip.Centre("D") + QPoint(4, 0));
+    QVERIFY(strip.State() != before);
+    const QWidget *place = places.value(over);
+    strip.DragTo(strip.View()->mapFromGlobal(place->mapToGlobal(place->rect().center())));
+    QCOMPARE(out.size(), isOut ? 1 : 0);
+    if (isOut) {
+      QCOMPARE(Names(out), QStringList("B"));
+      QCOMPARE(strip.State(), before);
+      // It is not moved any more.
+      strip.DragTo(strip.Centre("D") + QPoint(4, 0));
+      QCOMPARE(strip.State(), before);
+    }
+    QTest::mouseRelease(strip.View(), Qt::LeftButton, {}, strip.Centre("D"));
+    strip.control.setParent(nullptr);
+  }
+
   // Whoever follows the moves that are told arrives at the same order, however wild the dragging is.
   void DraggingTellsEveryMove() {
     TStrip strip(QString(), {700, 600});

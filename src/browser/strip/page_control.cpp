@@ -40,6 +40,7 @@ TZVPageControl::TZVPageControl(QWidget *parent, TFrameUpdates *updates)
   connect(d->view, &TTabBarView::MenuWanted, this, &TZVPageControl::TabMenuRequested);
   connect(d->view, &TTabBarView::EmptyDoubleClicked, this, &TZVPageControl::EmptyStripDoubleClicked);
   connect(d->view, &TTabBarView::LinkDropped, this, &TZVPageControl::LinkDropped);
+  connect(d->view, &TTabBarView::DragOutWanted, this, &TZVPageControl::DragOutWanted);
   connect(d->view, &TTabBarView::PageFocusWanted, this, [this] { d->host->FocusPage(Qt::OtherFocusReason); });
 }
 

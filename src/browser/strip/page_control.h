@@ -101,6 +101,8 @@ class TZVPageControl final : public QWidget {
   void PageMoved(int from, int to);
   // An address of a page or a file was dropped on the page's tab, or beside the tabs (nullptr).
   void LinkDropped(const QString &address, QWidget *page);
+  // See TTabBarView::DragOutWanted.
+  void DragOutWanted(QWidget *page);
 
  protected:
   bool event(QEvent *event) override;

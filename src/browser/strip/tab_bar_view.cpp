@@ -254,7 +254,11 @@ void TTabBarView::mouseMoveEvent(QMouseEvent *event) {
     return;
   }
   LayOut();
-  m_drag->Follow(m_mouse);
+  if (QWidget *page = m_drag->TakeOut(event->globalPosition().toPoint(), *parentWidget())) {
+    Q_EMIT DragOutWanted(page);
+  } else {
+    m_drag->Follow(m_mouse);
+  }
 }
 
 void TTabBarView::mouseReleaseEvent(QMouseEvent *event) {
@@ -446,7 +450,8 @@ void TTabBarView::focusOutEvent(QFocusEvent *event) {
 }
 
 void TTabBarView::dragEnterEvent(QDragEnterEvent *event) {
-  if (!LinksIn(*event->mimeData()).isEmpty()) event->acceptProposedAction();
+  // A tab that has been dragged out and comes back changes nothing.
+  if (event->source() != this && !LinksIn(*event->mimeData()).isEmpty()) event->acceptProposedAction();
 }
 
 void TTabBarView::dragMoveEvent(QDragMoveEvent *event) {

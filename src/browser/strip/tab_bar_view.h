@@ -70,6 +70,8 @@ class TTabBarView final : public QWidget {
   void MenuWanted(QWidget *page, const QPoint &globalPosition);
   void EmptyDoubleClicked();
   void LinkDropped(const QString &address, QWidget *page);
+  // The page's tab is held over something outside that takes what is dropped there.
+  void DragOutWanted(QWidget *page);
   void PageFocusWanted();
 
  protected:

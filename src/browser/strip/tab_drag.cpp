@@ -1,13 +1,23 @@
 #include "browser/strip/tab_drag.h"
 
-#include <QGuiApplication>
+#include <QApplication>
+#include <QLineEdit>
 #include <QStyleHints>
 #include <QTimerEvent>
 #include "browser/strip/tab_geometry.h"
 
 namespace {
 constexpr int kScrollInterval = 150;  // ms between steps while a tab is held beyond the end of the strip
+
+bool IsTakenAt(const QPoint &globalPosition, const QWidget &inside) {
+  const QWidget *over = QApplication::widgetAt(globalPosition);
+  if (over == &inside || inside.isAncestorOf(over)) return false;
+  for (; over != nullptr; over = over->parentWidget()) {
+    if (over->acceptDrops()) return qobject_cast<const QLineEdit *>(over) == nullptr;
+  }
+  return false;
 }
+}  // namespace
 
 TTabDrag::TTabDrag(const TTabList &tabs, const TTabGeometry &geometry, QObject *parent)
     : QObject(parent), m_tabs(tabs), m_geometry(geometry) {}
@@ -15,6 +25,8 @@ TTabDrag::TTabDrag(const TTabList &tabs, const TTabGeometry &geometry, QObject *
 void TTabDrag::Press(QWidget *page, const QPoint &position) {
   Release();
   m_page = page;
+  const TTab *tab = m_tabs.Find(page);
+  m_start = tab != nullptr ? m_tabs.Position(tab) : -1;
   m_from = position;
 }
 
@@ -35,6 +47,17 @@ void TTabDrag::Follow(const QPoint &position) {
 void TTabDrag::Release() {
   m_page = nullptr;
   Stop();
+}
+
+QWidget *TTabDrag::TakeOut(const QPoint &globalPosition, const QWidget &inside) {
+  const TTab *tab = m_moving ? m_tabs.Find(m_page) : nullptr;
+  if (tab == nullptr || !IsTakenAt(globalPosition, inside)) return nullptr;
+  QWidget *page = m_page;
+  const int position = m_tabs.Position(tab);
+  const int start = m_start;
+  Release();
+  if (position != start && start >= 0) Q_EMIT MoveWanted(position, start);
+  return page;
 }
 
 void TTabDrag::Forget(const QWidget *page) {

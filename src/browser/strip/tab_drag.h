@@ -20,6 +20,10 @@ class TTabDrag final : public QObject {
   void Press(QWidget *page, const QPoint &position);
   void Follow(const QPoint &position);
   void Release();
+  // Where something outside of `inside`, the strip with its pages, takes what is dropped at that place of the screen,
+  // the tab that is being moved is let go, back where it was taken from; its page, or null. A field for text is no such
+  // place: the address bar is too close.
+  [[nodiscard]] QWidget *TakeOut(const QPoint &globalPosition, const QWidget &inside);
   // The tab goes: while it is held, nothing else is dragged in its place.
   void Forget(const QWidget *page);
 
@@ -37,6 +41,7 @@ class TTabDrag final : public QObject {
   const TTabList &m_tabs;
   const TTabGeometry &m_geometry;
   QWidget *m_page = nullptr;  // a key into the list: what a signal sets off may have removed it
+  int m_start = -1;           // its position
   QPoint m_from;
   QPoint m_mouse;
   bool m_moving = false;

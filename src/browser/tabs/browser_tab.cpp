@@ -8,7 +8,6 @@
 #include "browser/engine/address.h"
 #include "browser/tabs/home_page.h"
 #include "browser/tabs/tab_caption.h"
-#include "browser/tabs/tab_record.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
 #include "config/settings.h"
@@ -42,6 +41,7 @@ TBrowserTab::TBrowserTab(QWidget *owner, TTabEnvironment &environment, TTabStrip
   m_browser->setFocusPolicy(Qt::StrongFocus);
   setFocusProxy(m_browser);
   ConnectBrowser();
+  m_secureZone = ZoneOf({});
 }
 
 TBrowserTab::~TBrowserTab() = default;
@@ -85,7 +85,11 @@ void TBrowserTab::ConnectBrowser() {
     if (open && (Hidden() || Blocked())) m_browser->DismissQuestions();
     ShowImage();
   });
-  connect(m_browser, &THalvexBrowser::BringToFrontRequested, this, [this] { m_strip.Activate(this); });
+  connect(m_browser, &THalvexBrowser::AsleepChanged, this, [this] {
+    m_strip.Pages().SetPageIcon(this, m_strip.PageIconOf(this));
+    m_strip.Pages().TellDescription(this);
+  });
+  connect(m_browser, &THalvexBrowser::BringToFrontRequested, this, [this] { m_strip.BringToFront(this); });
 }
 
 bool TBrowserTab::IsActive() const {
@@ -158,7 +162,7 @@ void TBrowserTab::ShowOwnPage() {
   if (m_load == TLoad::Waiting || m_load == TLoad::Failed) m_load = Settled();
   if (m_load == TLoad::Shown) {
     m_secure = m_isPageSecure;
-    m_secureZone = m_environment.engine.Policy().ZoneOf(GetLocationUrl());
+    m_secureZone = ZoneOf(GetLocationUrl());
     Q_EMIT IndicatorsChanged();
   }
   if (const QString title = GetLocationName(); !title.isEmpty()) SetCaption(title);
@@ -183,24 +187,6 @@ void TBrowserTab::NavigateStored() {
   if (m_url.Kind() != TAddress::TKind::Url) m_history.clear();
   if (!m_history.isEmpty() && RestoreHistory() == Url()) return;
   if (!Url().isEmpty()) Navigate(m_url);
-}
-
-TTabRecord TBrowserTab::Record() const {
-  return {.address = AddressToSave(),
-          .title = m_title,
-          .stickyName = m_stickyName,
-          .locked = Locked() || LockPending(),
-          .spared = m_hideFromCloseAll,
-          .history = Announced() || !m_browser ? m_history : m_browser->History()};
-}
-
-void TBrowserTab::Announce(const TTabRecord &record) {
-  m_stickyName = record.stickyName;
-  m_hideFromCloseAll = record.spared;
-  Announce(TAddress(record.address));
-  m_history = record.history;
-  if (!record.title.isEmpty()) SetCaption(record.title);
-  SetLockPending(record.locked);
 }
 
 QString TBrowserTab::RestoreHistory() {
@@ -331,12 +317,6 @@ void TBrowserTab::SetLockPending(bool pending) {
   Q_EMIT RecordChanged();
 }
 
-void TBrowserTab::SetHideFromCloseAll(bool hide) {
-  if (std::exchange(m_hideFromCloseAll, hide) == hide) return;
-  m_strip.Pages().TellDescription(this);
-  Q_EMIT RecordChanged();
-}
-
 void TBrowserTab::ResetToBlank() {
   m_gate = TPopupGate::None;
   SetLockPending(false);
@@ -352,6 +332,7 @@ void TBrowserTab::ResetToBlank() {
   MakeBlank();
   m_url = {};
   SetHideFromCloseAll(false);
+  SetKeptAwake(false);
 }
 
 void TBrowserTab::Close() {
@@ -393,20 +374,6 @@ void TBrowserTab::ShowState(TTabState state) {
 int TBrowserTab::Image() const {
   if (m_browser && m_browser->HasOpenQuestion()) return QuestionImage;
   return static_cast<int>(m_state) - 1;
-}
-
-QString TBrowserTab::Description() const {
-  const TLanguage &language = m_environment.language;
-  QString description = m_title == BlankPageAddress ? language.Global("Blank") : m_title;
-  const auto add = [&](bool holds, const QString &text) {
-    if (holds) description = language.Text("MAIN", "TabDescription").arg(description, text);
-  };
-  add(m_browser && m_browser->HasOpenQuestion(), language.Text("MAIN", "TabAsks"));
-  add(Locked() || LockPending(), language.Text("MAIN", "TabIsLocked"));
-  add(m_hideFromCloseAll, language.Text("MAIN", "TabIsSpared"));
-  add(m_state == TTabState::FinishedInBackground, language.Text("MAIN", "TabIsUnseen"));
-  add(Busy(), language.Text("MAIN", "TabIsLoading"));
-  return description;
 }
 
 void TBrowserTab::ShowImage() {
@@ -514,14 +481,18 @@ void TBrowserTab::SendAway(TNavigation *navigation) {
 
 void TBrowserTab::OnNewWindowRequested(QWebEngineNewWindowRequest *request) {
   if (StopsWindow(AddressOf(request->requestedUrl()), request->isUserInitiated())) return;
-  TBrowserTab *tab = m_strip.NewHiddenTab();
-  if (!tab->m_browser) return;  // A request that nobody opens is cancelled by the engine.
-  tab->m_openedAsNewWindow = true;
-  tab->m_isPageWindow = true;
-  tab->m_opener = this;
+  m_strip.NewHiddenTab()->TakeWindow(request, this, m_windows);
+}
+
+void TBrowserTab::TakeWindow(QWebEngineNewWindowRequest *request, TBrowserTab *opener,
+                             const std::shared_ptr<TWindowBudget> &windows) {
+  if (!m_browser) return;  // A request that nobody opens is cancelled by the engine.
+  m_openedAsNewWindow = true;
+  m_isPageWindow = true;
+  m_opener = opener;
   // Windows that open windows are no way around it.
-  tab->m_windows = m_windows;
-  tab->m_browser->TakeWindow(request);
+  m_windows = windows;
+  m_browser->TakeWindow(request);
 }
 
 void TBrowserTab::OnNavigateComplete(const QString &address) {
@@ -553,15 +524,25 @@ void TBrowserTab::OnNavigateComplete(const QString &address) {
     ShowState(TTabState::Arriving);
   }
   m_secure = !m_nonHttpsSeen;
-  m_secureZone = m_environment.engine.Policy().ZoneOf(address);
+  m_secureZone = ZoneOf(address);
   m_isPageSecure = m_secure;
   Q_EMIT IndicatorsChanged();
   m_nonHttpsSeen = false;
 }
 
+TSecurityZone TBrowserTab::ZoneOf(const QString &address) const {
+  return m_environment.engine.Policy().ZoneOfPage(address,
+                                                  m_opener ? std::optional(m_opener->SecureZone()) : std::nullopt);
+}
+
+void TBrowserTab::RefreshZone() {
+  if (!m_browser || std::exchange(m_secureZone, ZoneOf(GetLocationUrl())) == m_secureZone) return;
+  Q_EMIT IndicatorsChanged();
+}
+
 void TBrowserTab::ShowNobodysPage(const QString &address) {
   m_secure = false;
-  m_secureZone = m_environment.engine.Policy().ZoneOf(address);
+  m_secureZone = ZoneOf(address);
   Q_EMIT IndicatorsChanged();
 }
 

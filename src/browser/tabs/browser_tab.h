@@ -88,10 +88,20 @@ class TBrowserTab final : public QWidget {
   // Of a locked tab, nothing changes.
   void SetLockPending(bool pending);
   void SetHideFromCloseAll(bool hide);
+  // The user spares its page from sleep.
+  void SetKeptAwake(bool keep);
+  // The page sleeps until the tab is shown, where nothing is lost by it; what the tab tells of the page stays.
+  void FallAsleep();
+  // Becomes the window that a page asked for: of the tab `opener`, or of a browser beside the tabs where that is null.
+  // `windows` is what its pages may go on to open, together with that page.
+  void TakeWindow(QWebEngineNewWindowRequest *request, TBrowserTab *opener,
+                  const std::shared_ptr<TWindowBudget> &windows);
   // Removes the tab; the last visible one is made blank instead.
   void Close();
   // The blank, unlocked, nameless state that the last tab is left in.
   void ResetToBlank();
+  // Its zone is asked for again.
+  void RefreshZone();
   // The user has looked at the tab: the mark of a load finished in the background goes away.
   void MarkSeen();
 
@@ -116,6 +126,8 @@ class TBrowserTab final : public QWidget {
   [[nodiscard]] bool Blocked() const { return m_gate == TPopupGate::Rejected; }
   [[nodiscard]] bool Restored() const { return m_restored; }
   [[nodiscard]] bool HideFromCloseAll() const { return m_hideFromCloseAll; }
+  [[nodiscard]] bool KeptAwake() const { return m_keptAwake; }
+  [[nodiscard]] bool Asleep() const { return m_browser && m_browser->IsAsleep(); }
   [[nodiscard]] bool OpenedAsNewWindow() const { return m_openedAsNewWindow; }
   [[nodiscard]] TLoad Load() const { return m_load; }
   [[nodiscard]] bool Announced() const { return m_load == TLoad::Announced; }
@@ -173,6 +185,7 @@ class TBrowserTab final : public QWidget {
   void ShowOwnPage();
   void ShowNobodysPage(const QString &address);
   [[nodiscard]] bool KeepsPage(const TAddress &address) const;
+  [[nodiscard]] TSecurityZone ZoneOf(const QString &address) const;
   QString RestoreHistory();  // the address that the tab comes back to
   [[nodiscard]] bool IsActive() const;
   // What the load comes to when nothing is under way.
@@ -206,6 +219,7 @@ class TBrowserTab final : public QWidget {
   bool m_isPageSecure = false;  // the same of the page behind a notice
   bool m_nonHttpsSeen = false;
   bool m_hideFromCloseAll = false;
+  bool m_keptAwake = false;
   bool m_wasActiveAtCompletion = false;
   bool m_restored = false;
   bool m_isStopped = false;   // by the user, and its end is still to be told

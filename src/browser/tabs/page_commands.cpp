@@ -25,6 +25,7 @@ QLineEdit *FocusedEdit() {
 struct TPageCommands::TSimple {
   TCommand command;
   TOperation operation;
+  bool followsFocus = false;  // else it is always about the tab
 };
 
 const TPageCommands::TSimple TPageCommands::SimpleCommands[] = {
@@ -34,11 +35,11 @@ const TPageCommands::TSimple TPageCommands::SimpleCommands[] = {
     {TCommand::PrintNow, &THalvexBrowser::PrintWithoutAsking},
     {TCommand::PrintPreview, &THalvexBrowser::PrintPreview},
     {TCommand::Properties, &THalvexBrowser::Properties},
-    {TCommand::Find, &THalvexBrowser::FindOnPage},
+    {TCommand::Find, &THalvexBrowser::FindOnPage, true},
     {TCommand::ViewSource, &THalvexBrowser::ViewSource},
-    {TCommand::ZoomIn, &THalvexBrowser::ZoomIn},
-    {TCommand::ZoomOut, &THalvexBrowser::ZoomOut},
-    {TCommand::ZoomReset, &THalvexBrowser::ResetZoom},
+    {TCommand::ZoomIn, &THalvexBrowser::ZoomIn, true},
+    {TCommand::ZoomOut, &THalvexBrowser::ZoomOut, true},
+    {TCommand::ZoomReset, &THalvexBrowser::ResetZoom, true},
 };
 
 struct TPageCommands::TFont {
@@ -64,16 +65,21 @@ THalvexBrowser *TPageCommands::Browser() const {
   return tab != nullptr ? tab->Browser() : nullptr;
 }
 
+THalvexBrowser *TPageCommands::FocusedBrowser() const {
+  THalvexBrowser *focused = m_focused ? m_focused() : nullptr;
+  return focused != nullptr ? focused : Browser();
+}
+
 void TPageCommands::ConnectSimple() {
   for (const TSimple &row : SimpleCommands) {
-    connect(m_actions[row.command], &QAction::triggered, this, [this, operation = row.operation] {
-      if (THalvexBrowser *browser = Browser()) (browser->*operation)();
+    connect(m_actions[row.command], &QAction::triggered, this, [this, &row] {
+      if (THalvexBrowser *browser = row.followsFocus ? FocusedBrowser() : Browser()) (browser->*row.operation)();
     });
   }
   for (const bool forward : {true, false}) {
     connect(m_actions[forward ? TCommand::FindNext : TCommand::FindPrevious], &QAction::triggered, this,
             [this, forward] {
-              if (THalvexBrowser *browser = Browser()) browser->FindNext(forward);
+              if (THalvexBrowser *browser = FocusedBrowser()) browser->FindNext(forward);
             });
   }
 }
@@ -113,7 +119,7 @@ void TPageCommands::ConnectClipboard() {
     void (*edit)(QLineEdit *);
     bool needsSelection = false;
   };
-  // The text box that has the keyboard comes first, if it can do it, then the page.
+  // The text box that has the keyboard comes first, if it can do it, then the page that has it, then the tab's.
   static constexpr TRoute Routes[] = {
       {TCommand::Undo, &THalvexBrowser::Undo, [](QLineEdit *edit) { edit->undo(); }},
       {TCommand::Redo, &THalvexBrowser::Redo, [](QLineEdit *edit) { edit->redo(); }},
@@ -127,7 +133,7 @@ void TPageCommands::ConnectClipboard() {
       QLineEdit *edit = FocusedEdit();
       if (edit != nullptr && (edit->hasSelectedText() || !route.needsSelection)) {
         route.edit(edit);
-      } else if (THalvexBrowser *browser = Browser()) {
+      } else if (THalvexBrowser *browser = FocusedBrowser()) {
         (browser->*route.page)();
       }
     });

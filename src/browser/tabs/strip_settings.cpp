@@ -48,24 +48,25 @@ void TStripSettings::Place() {
   ArrangeItems();
 }
 
-void TStripSettings::Colour() {
-  const QString scheme = m_settings.Get(Setting::TabColorScheme);
+TInactiveTabColors TInactiveTabColors::Of(const QString &scheme, const TInactiveTabColors &own) {
   const QPalette palette = QApplication::palette();
-  QColor tab = QColor::fromRgb(static_cast<QRgb>(m_settings.Get(Setting::InactiveTabColor)));
-  QColor font = QColor::fromRgb(static_cast<QRgb>(m_settings.Get(Setting::InactiveFontColor)));
-  if (scheme == QLatin1String("std")) {
-    tab = palette.color(QPalette::Button);
-    font = palette.color(QPalette::WindowText);
-  } else if (scheme == QLatin1String("rev")) {
-    // The palette has no colour for inactive title bars; the highlight of an inactive window is what stands for it.
-    tab = palette.color(QPalette::Inactive, QPalette::Highlight);
-    font = palette.color(QPalette::HighlightedText);
-  } else if (!m_settings.IsChosen(Setting::InactiveTabColor) && !m_settings.IsChosen(Setting::InactiveFontColor)) {
-    // Nobody has chosen any: the strip looks as the desktop does, light or dark.
-    tab = font = QColor();
+  if (scheme == QLatin1String("std")) return {palette.color(QPalette::Button), palette.color(QPalette::WindowText)};
+  // The palette has no colour for inactive title bars; the highlight of an inactive window is what stands for it.
+  if (scheme == QLatin1String("rev")) {
+    return {palette.color(QPalette::Inactive, QPalette::Highlight), palette.color(QPalette::HighlightedText)};
   }
-  m_pages.SetInactiveTabColor(tab);
-  m_pages.SetInactiveFontColor(font);
+  return own;
+}
+
+void TStripSettings::Colour() {
+  TInactiveTabColors own;
+  if (m_settings.IsChosen(Setting::InactiveTabColor) || m_settings.IsChosen(Setting::InactiveFontColor)) {
+    own = {QColor::fromRgb(static_cast<QRgb>(m_settings.Get(Setting::InactiveTabColor))),
+           QColor::fromRgb(static_cast<QRgb>(m_settings.Get(Setting::InactiveFontColor)))};
+  }
+  const TInactiveTabColors colors = TInactiveTabColors::Of(m_settings.Get(Setting::TabColorScheme), own);
+  m_pages.SetInactiveTabColor(colors.tab);
+  m_pages.SetInactiveFontColor(colors.font);
 }
 
 void TStripSettings::ArrangeItems() {

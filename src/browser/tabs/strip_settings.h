@@ -1,15 +1,26 @@
 #pragma once
 
+#include <QColor>
 #include <QObject>
 
 class TActions;
 class TSettings;
 class TZVPageControl;
 
+// Of the inactive tabs; a colour that is not valid stands for the strip's own, which follows the desktop, light or
+// dark.
+struct TInactiveTabColors {
+  QColor tab{};
+  QColor font{};
+
+  // What a colour scheme makes of them: "std" takes the desktop's button colours, "rev" those of inactive title bars,
+  // any other text the user's own two.
+  [[nodiscard]] static TInactiveTabColors Of(const QString &scheme, const TInactiveTabColors &own);
+};
+
 // Lets the strip follow the settings of its place and its colours, and the menu items that choose the place.
 //
-// Colours of the inactive tabs by TabColorScheme: "std" takes the desktop's button colours, "rev" those of inactive
-// title bars, any other text the user's own two; as long as he has chosen none, the strip has the desktop's colours.
+// As long as the user has chosen no colours of his own, the strip has the desktop's.
 class TStripSettings final : public QObject {
   Q_OBJECT
 

@@ -43,6 +43,7 @@ void TTabMenu::ConnectItems() {
   On(TCommand::TabLocked, this, ToggleLock);
   On(TCommand::TabName, this, ToggleStickyName);
   On(TCommand::TabSpared, this, [](TBrowserTab *tab) { tab->SetHideFromCloseAll(!tab->HideFromCloseAll()); });
+  On(TCommand::TabKeptAwake, this, [](TBrowserTab *tab) { tab->SetKeptAwake(!tab->KeptAwake()); });
   On(TCommand::TabHome, this, [](TBrowserTab *tab) { tab->NavigateStored(); });
   On(TCommand::TabStop, this, [](TBrowserTab *tab) { tab->Stop(); });
   On(TCommand::TabRefresh, this, [](TBrowserTab *tab) { tab->Refresh(); });
@@ -77,6 +78,7 @@ void TTabMenu::Prepare(TBrowserTab *tab) {
   m_actions[TCommand::TabName]->setText(tab->StickyName().isEmpty() ? language.Global("StickyNameSet")
                                                                     : language.Global("StickyNameClear"));
   m_actions[TCommand::TabSpared]->setChecked(tab->HideFromCloseAll());
+  m_actions[TCommand::TabKeptAwake]->setChecked(tab->KeptAwake());
   m_actions[TCommand::TabHome]->setEnabled(!tab->Url().isEmpty());
   m_actions[TCommand::TabStop]->setEnabled(tab->Busy());
   m_actions[TCommand::TabLocked]->setChecked(tab->Locked() || tab->LockPending());

@@ -28,7 +28,7 @@ QString TTabRecord::ToText() const {
   QDataStream stream(&bytes, QIODevice::WriteOnly);
   stream.setVersion(StreamVersion);
   stream << Version << address << title << stickyName << locked << spared
-         << (history.size() <= LongestHistory ? history : QByteArray());
+         << (history.size() <= LongestHistory ? history : QByteArray()) << keptAwake;
   return QString::fromLatin1(qCompress(bytes, 1).toBase64());
 }
 
@@ -42,6 +42,8 @@ std::optional<TTabRecord> TTabRecord::FromText(const QString &text) {
   TTabRecord record;
   stream >> version >> record.address >> record.title >> record.stickyName >> record.locked >> record.spared >>
       record.history;
+  // Came later: what was written before ends here, and who reads only so much has all that he knows.
+  if (!stream.atEnd()) stream >> record.keptAwake;
   if (stream.status() != QDataStream::Ok || version != Version || record.address.isEmpty()) return std::nullopt;
   return record;
 }

@@ -11,6 +11,7 @@ struct TTabRecord {
   QString stickyName{};
   bool locked = false;  // also when it was to be locked as soon as its page had come
   bool spared = false;  // by close-all
+  bool keptAwake = false;
   // Back and forward, and how far each page was scrolled, as the engine streams them. Empty where there is none.
   QByteArray history{};
 

@@ -1,6 +1,7 @@
 #include "browser/tabs/tab_strip.h"
 
 #include <QCoreApplication>
+#include <QWebEngineNewWindowRequest>
 
 #include "browser/tabs/browser_tab.h"
 #include "config/language.h"
@@ -14,6 +15,14 @@ constexpr const char *StatusImages[] = {":/icons/tab_loading.svg", ":/icons/tab_
 
 TBrowserTab *AsTab(QWidget *page) {
   return static_cast<TBrowserTab *>(page);
+}
+
+// As what does not answer looks elsewhere.
+QIcon Dimmed(const QIcon &icon) {
+  constexpr int Sides[] = {16, 32};  // as they are shown, on plain screens and on fine ones
+  QIcon dimmed;
+  for (const int side : Sides) dimmed.addPixmap(icon.pixmap(QSize(side, side), QIcon::Disabled));
+  return dimmed;
 }
 
 }  // namespace
@@ -174,11 +183,17 @@ QIcon TTabStrip::IconOf(const TBrowserTab *tab) const {
 
 QIcon TTabStrip::PageIconOf(const TBrowserTab *tab) const {
   const QIcon own = tab->Browser() != nullptr ? tab->Browser()->Icon() : QIcon();
-  return own.isNull() ? m_plainPage : own;
+  const QIcon &icon = own.isNull() ? m_plainPage : own;
+  return tab->Asleep() ? Dimmed(icon) : icon;
 }
 
 void TTabStrip::Activate(TBrowserTab *tab) {
   m_pages->SetActivePage(tab);
+}
+
+void TTabStrip::BringToFront(TBrowserTab *tab) {
+  Activate(tab);
+  Q_EMIT FrontWanted();
 }
 
 void TTabStrip::MakeMeActiveTab(int position) {
@@ -227,9 +242,9 @@ void TTabStrip::StopAll() {
 }
 
 void TTabStrip::RefreshAll() {
-  // A page that waits for its turn has nothing yet that could be refreshed.
+  // A page that waits for its turn has nothing yet that could be refreshed, and one that sleeps comes anew anyway.
   for (TBrowserTab *tab : Tabs()) {
-    if (!tab->Announced()) tab->Refresh();
+    if (!tab->Announced() && !tab->Asleep()) tab->Refresh();
   }
 }
 
@@ -237,7 +252,7 @@ void TTabStrip::RefreshUnattended() {
   for (TBrowserTab *tab : Tabs()) {
     const THalvexBrowser *browser = tab->Browser();
     const bool wouldAsk = browser != nullptr && (browser->CameFromForm() || browser->HasOpenQuestion());
-    if (!tab->Announced() && !wouldAsk) tab->Refresh();
+    if (!tab->Announced() && !tab->Asleep() && !wouldAsk) tab->Refresh();
   }
 }
 
@@ -247,6 +262,22 @@ void TTabStrip::ShowAdjacent(bool forward) {
 
 void TTabStrip::OpenFromPage(const TAddress &address, bool background) {
   (background ? NewBackgroundTab() : NewTab())->Navigate(address);
+}
+
+void TTabStrip::OpenWindowsOf(THalvexBrowser *browser, const std::shared_ptr<TWindowBudget> &windows) {
+  connect(browser, &THalvexBrowser::NewWindowRequested, this, [this, windows](QWebEngineNewWindowRequest *request) {
+    if (windows->Take(request->isUserInitiated())) {
+      NewHiddenTab()->TakeWindow(request, nullptr, windows);
+    } else {
+      TellStopped(AddressOf(request->requestedUrl()));
+    }
+  });
+  // Nobody can fill the empty windows of a page that is gone.
+  connect(browser, &THalvexBrowser::NavigateComplete, this, [this] { CloseEmptyWindowsOf(nullptr); });
+}
+
+void TTabStrip::TellStopped(const QString &address) {
+  if (TBrowserTab *tab = GetActivePage()) Q_EMIT WindowStopped(tab, address);
 }
 
 void TTabStrip::ShowTab(TBrowserTab *tab) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <QIcon>
 #include <QList>
 #include <QObject>
@@ -11,6 +12,7 @@
 
 class TAddress;
 class TBrowserTab;
+class THalvexBrowser;
 
 // Where a new tab goes.
 enum class TTabPlace {
@@ -56,6 +58,8 @@ class TTabStrip final : public QObject {
   [[nodiscard]] TTabEnvironment &Environment() const { return m_environment; }
 
   void Activate(TBrowserTab *tab);
+  // For a question that must be seen: the window, too, wherever it is.
+  void BringToFront(TBrowserTab *tab);
   // Activates the page at `position`; a position outside the strip does nothing.
   void MakeMeActiveTab(int position);
   // The n-th visible tab (from 1); 9 is the last one.
@@ -83,10 +87,16 @@ class TTabStrip final : public QObject {
   // Opens an address that a page's own menu or a dropped link names.
   void OpenFromPage(const TAddress &address, bool background);
 
+  // The windows that pages of `browser`, which is not in a tab, ask for open like those that a tab's page asks for, out
+  // of the `windows` that they may have.
+  void OpenWindowsOf(THalvexBrowser *browser, const std::shared_ptr<TWindowBudget> &windows);
+  // A window, or what comes to the same, that such a page did not get. Told of the tab in front.
+  void TellStopped(const QString &address);
+
   // For TBrowserTab.
   void ShowTab(TBrowserTab *tab);
   void Remove(TBrowserTab *tab);
-  // The windows that its page asked for and that never showed.
+  // The windows that its page asked for and that never showed; null for those of pages beside the tabs.
   void CloseEmptyWindowsOf(const TBrowserTab *opener);
 
  Q_SIGNALS:
@@ -105,6 +115,7 @@ class TTabStrip final : public QObject {
   void TabPlaceChanged(TBrowserTab *tab);  // scrolled
   void TabClosing(TBrowserTab *tab);       // see TBrowserTab::Closing
   void TabLoaded(TBrowserTab *tab);
+  void FrontWanted();  // a page has a question that must be seen
   void PageSetsOut();  // a page is about to be asked for
   void PageFullScreenRequested(TBrowserTab *tab, bool on);
   // The pop-up test has stopped the window that `tab` was made for; the tab goes away soon.

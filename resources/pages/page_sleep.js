@@ -1,0 +1,72 @@
+// Runs in a world of its own in every frame and tells the program what would be lost if the page went to sleep: what
+// the user has put into its fields, what plays in it. The page's own frame is asked right before it would sleep; others
+// cannot be asked, so they say it by themselves when it changes.
+(() => {
+  const frame = Math.random().toString(36).slice(2);
+  const before = new Map();  // what the fields held that the user has changed since
+  const isField = element => element instanceof HTMLInputElement || element instanceof HTMLTextAreaElement ||
+      element instanceof HTMLSelectElement;
+  const valueOf = field => {
+    if (field.type === 'checkbox' || field.type === 'radio') return String(field.checked);
+    if (field.type === 'file') return Array.from(field.files, file => file.name).join('/');
+    return isField(field) ? field.value : field.innerHTML;
+  };
+  const targetOf = event => event.composedPath()[0];
+  const isUnsaved = () => {
+    for (const [field, value] of before) {
+      if (field.isConnected && valueOf(field) !== value) return true;
+    }
+    return false;
+  };
+  const plays = root => {
+    for (const media of root.querySelectorAll('audio, video')) {
+      if (!media.paused && !media.ended) return true;
+    }
+    return false;
+  };
+  // Players like to hide in trees of their own, which are only looked through when there is time for it.
+  const playsDeep = root => plays(root) ||
+      Array.from(root.querySelectorAll('*')).some(element => element.shadowRoot && playsDeep(element.shadowRoot));
+  const state = deep => (isUnsaved() ? 'u' : '') + ((deep ? playsDeep : plays)(document) ? 'p' : '') +
+      (document.contentType === 'application/pdf' ? 'd' : '');
+  let told = '';
+  let again = 0;
+  const tell = deep => {
+    if (window.parent === window) return;
+    const now = state(deep);
+    if (now !== told) console.debug('{{Token}}' + frame + ':' + (told = now));
+    // Nobody hears of fields that the page itself clears.
+    clearTimeout(again);
+    if (told) again = setTimeout(tell, 30000, true);
+  };
+  globalThis.zarvelaLoss = () => state(true);
+
+  const note = event => {
+    const field = targetOf(event);
+    if (event.isTrusted && !before.has(field)) before.set(field, valueOf(field));
+  };
+  addEventListener('beforeinput', note, true);
+  addEventListener('input', event => {
+    const field = targetOf(event);
+    // Fields that are not typed into only tell of a change that is made.
+    if (event.isTrusted && !before.has(field)) {
+      const isBox = field.type === 'checkbox' || field.type === 'radio';
+      before.set(field, isBox ? String(!field.checked) : field.defaultValue);
+    }
+    if (!told.includes('u')) tell();
+  }, true);
+  const forget = form => {
+    for (const field of [...before.keys()]) {
+      if (field.form === form) before.delete(field);
+    }
+    tell();
+  };
+  // One that the page keeps from being sent may yet be refused by it: then the fields tell by what is in them.
+  addEventListener('submit', event => setTimeout(() => event.defaultPrevented || forget(event.target)), true);
+  addEventListener('reset', event => setTimeout(() => event.defaultPrevented || forget(event.target)), true);
+  for (const moment of ['play', 'pause', 'ended', 'emptied']) {
+    document.addEventListener(moment, () => setTimeout(tell), true);
+  }
+  document.addEventListener('visibilitychange', () => document.hidden && tell(true));
+  addEventListener('pagehide', () => told && console.debug('{{Token}}' + frame + ':'));
+})();

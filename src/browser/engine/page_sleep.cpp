@@ -1,0 +1,107 @@
+#include "browser/engine/page_sleep.h"
+
+#include <memory>
+#include <QFile>
+#include <QPointer>
+#include <QUuid>
+#include <QWebEngineDownloadRequest>
+#include <QWebEngineProfile>
+#include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
+#include <utility>
+
+#include "browser/engine/engine_page.h"
+#include "browser/engine/script_worlds.h"
+
+namespace {
+
+// By which the pages' scripts are told from those of the program.
+const QString &Token() {
+  static const QString token = QUuid::createUuid().toString(QUuid::WithoutBraces);
+  return token;
+}
+
+// What comes again when it is asked for again. Others live only as long as the page that made them.
+bool CanComeAgain(const QUrl &url) {
+  return url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https") || url.isLocalFile();
+}
+
+}  // namespace
+
+void TPageSleep::Watch(QWebEngineProfile &profile) {
+  QFile source(QStringLiteral(":/pages/page_sleep.js"));
+  if (!source.open(QIODevice::ReadOnly)) return;
+  QWebEngineScript script;
+  script.setName(QStringLiteral("page sleep"));
+  script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+  script.setWorldId(ScriptWorld::Sleep);
+  script.setRunsOnSubFrames(true);
+  script.setSourceCode(QString::fromUtf8(source.readAll()).replace(QLatin1String("{{Token}}"), Token()));
+  profile.scripts()->insert(script);
+}
+
+TPageSleep::TPageSleep(TEnginePage *page, std::function<bool()> mayRest)
+    : QObject(page), m_page(page), m_mayRest(std::move(mayRest)) {
+  connect(page, &TEnginePage::ConsoleWritten, this, &TPageSleep::Hear);
+  connect(page, &QWebEnginePage::loadStarted, this, [this] { m_leaving = m_restless; });
+  connect(page, &TEnginePage::Committed, this, [this] {
+    m_restless -= std::exchange(m_leaving, {});
+    m_captures = false;
+  });
+  connect(page, &QWebEnginePage::renderProcessTerminated, this, [this] { m_restless.clear(); });
+  connect(page, &QWebEnginePage::lifecycleStateChanged, this, [this] {
+    m_hasSlept = m_hasSlept || IsAsleep();
+    Q_EMIT AsleepChanged(IsAsleep());
+  });
+  connect(page->profile(), &QWebEngineProfile::downloadRequested, this, &TPageSleep::Follow);
+}
+
+bool TPageSleep::IsAsleep() const {
+  return m_page->lifecycleState() == QWebEnginePage::LifecycleState::Discarded;
+}
+
+void TPageSleep::FallAsleep() {
+  if (!MayRest()) return;
+  const QPointer<TPageSleep> self(this);
+  const auto sleep = [self](bool isSaved) {
+    if (self && isSaved && self->MayRest()) {
+      self->m_page->setLifecycleState(QWebEnginePage::LifecycleState::Discarded);
+    }
+  };
+  m_page->runJavaScript(QStringLiteral("zarvelaLoss()"), ScriptWorld::Sleep, [self, sleep](const QVariant &loss) {
+    // A text, or there is no page that could say anything.
+    if (self && loss.typeId() == QMetaType::QString && loss.toString().isEmpty() && self->MayRest()) {
+      self->m_page->AskIfSaved(sleep);
+    }
+  });
+}
+
+bool TPageSleep::MayRest() const {
+  // The engine calls a page active that is shown, loads, is heard, or can be reached by the scripts of another one.
+  return !IsAsleep() && !m_page->isVisible() && !m_page->IsUnderWay() && !m_page->IsUnsettled() &&
+         !m_page->CameFromForm() && CanComeAgain(m_page->url()) && m_page->renderProcessPid() != 0 &&
+         m_page->recommendedState() != QWebEnginePage::LifecycleState::Active && !m_page->recentlyAudible() &&
+         m_restless.isEmpty() && m_downloads == 0 && !m_captures && m_mayRest();
+}
+
+void TPageSleep::Hear(const QString &message) {
+  if (!message.startsWith(Token())) return;
+  const QString told = message.mid(Token().size());
+  const QString frame = told.section(u':', 0, 0);
+  if (told.endsWith(u':')) {
+    m_restless.remove(frame);
+  } else {
+    m_restless.insert(frame);
+  }
+}
+
+void TPageSleep::Follow(QWebEngineDownloadRequest *download) {
+  if (download->page() != m_page || download->isFinished()) return;
+  ++m_downloads;
+  // It ends once, finished or not, or goes with what it was for.
+  const auto end = [this, runs = std::make_shared<bool>(true)] {
+    if (std::exchange(*runs, false)) --m_downloads;
+  };
+  connect(download, &QWebEngineDownloadRequest::isFinishedChanged, this, end);
+  connect(download, &QObject::destroyed, this, end);
+}
