@@ -5,6 +5,7 @@
 
 #include "browser/downloads/file_copy.h"
 #include "browser/downloads/page_downloads.h"
+#include "config/options.h"
 #include "support/data_row.h"
 #include "window/downloads_fixture.h"
 
@@ -34,6 +35,15 @@ class TestDownloadPlaces final : public QObject, private TDownloadsFixture {
   }
 
   void cleanup() { End(); }
+
+  // Nobody is asked where that is not wanted.
+  void noQuestion() {
+    QVERIFY(TZVOptions(*store).Set(Setting::DownloadAsk, false));
+    Download(u"/file"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Finished, LongWait);
+    QVERIFY(m_open.isEmpty());
+    QCOMPARE(Hidden().size(), 0);
+  }
 
   // While the user looks for a place the file comes already, and everything else goes on.
   void placeIsAskedForBeside_data() {

@@ -132,6 +132,7 @@ class TestDownloads final : public QObject, private TDownloadsFixture {
   }
 
   void chosenFolderThatIsGone() {
+    QSignalSpy finished(list.get(), &TDownloadList::Finished);
     m_answer = In(u"gone/file.txt"_s);
     Download(u"/file"_s);
     QTRY_COMPARE_WITH_TIMEOUT(list->rowCount(), 1, LongWait);
@@ -142,6 +143,8 @@ class TestDownloads final : public QObject, private TDownloadsFixture {
     list->Retry(0);
     QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Finished, LongWait);
     QCOMPARE(Content(In(u"gone/file.txt"_s)), "content");
+    QCOMPARE(finished.size(), 1);
+    QCOMPARE(finished.first().first().toString(), In(u"gone/file.txt"_s));
 
     // Deleted while the file is being written.
     RouteSlowFile();
@@ -150,6 +153,7 @@ class TestDownloads final : public QObject, private TDownloadsFixture {
     QVERIFY(QDir(In(u"gone"_s)).removeRecursively());
     QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Failed, LongWait);
     QVERIFY(list->CanRetry(0));
+    QCOMPARE(finished.size(), 1);
   }
 
   void brokenConnectionIsToldAndRetried() {

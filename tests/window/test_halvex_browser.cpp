@@ -525,15 +525,24 @@ class TestHalvexBrowser final : public QObject, private TBrowserFixture {
     // A click that was meant for the page lets nobody in.
     auto *letIn = Browser().findChild<QAbstractButton *>(u"cmdNoticeSecondary"_s);
     QTest::mouseClick(letIn, Qt::LeftButton);
-    QVERIFY(!letIn->isEnabled() && !Engine().AcceptsCertificateErrors(u"localhost"_s));
+    QVERIFY(!letIn->isEnabled() && !Engine().Certificates().Has(u"localhost"_s));
     Press("cmdNoticeSecondary");
     QVERIFY(Shows(u"Secure page"_s));
-    QVERIFY(Engine().AcceptsCertificateErrors(u"LOCALHOST"_s));
-    QVERIFY(!Engine().AcceptsCertificateErrors(u"127.0.0.1"_s));
+    QVERIFY(Engine().Certificates().Has(u"LOCALHOST"_s));
+    QVERIFY(!Engine().Certificates().Has(u"127.0.0.1"_s));
     TPageProperties properties;
     Browser().CollectProperties([&](const TPageProperties &found) { properties = found; });
     QTRY_COMPARE(properties.encryptionLevel, TEncryptionLevel::Unknown);
     QVERIFY(properties.certificate.contains(u"Test server"_s));
+
+    // Taken back, it is asked about again, although the engine itself would go on.
+    Engine().Certificates().Remove(u"Localhost"_s);
+    const int requests = SecureServer().RequestCount("/");
+    QVERIFY(Fails(address));
+    QVERIFY(Text("lblNoticeDetails").contains(u"Test server"_s));
+    QCOMPARE(SecureServer().RequestCount("/"), requests);
+    Press("cmdNoticeSecondary");
+    QVERIFY(Shows(u"Secure page"_s));
   }
 
   // A question and the find bar come and go over the page, which keeps its size.

@@ -79,6 +79,7 @@ void TDownloadList::TItem::Restore(const TKeptDownload &kept) {
   path = kept.path;
   when = kept.when;
   state = std::ranges::find(KeptStates, kept.state, &std::pair<TDownloadState, TKeptState>::second)->first;
+  isToldFinished = state == TDownloadState::Finished;
   failure = kept.failure;
   received = kept.received;
   isPage = kept.isPage;

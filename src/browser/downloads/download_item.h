@@ -30,6 +30,7 @@ struct TDownloadList::TItem {
   QPointer<QWidget> window;              // that its page is in
   bool waitsForPlace = false;            // until the user has said where it goes
   bool isRetry = false;                  // it stood in the list before he was asked
+  bool isToldFinished = false;           // to those who follow
   bool mayReplace = false;               // what is there; the dialog has asked
   quint64 move = 0;                      // the one that brings it to its place, on another disk; 0 for none
   QString moveTo;                        // where that one writes

@@ -304,6 +304,10 @@ void TDownloadList::Announce(TItem &item) {
   const QModelIndex changed = index(RowOf(item));
   Q_EMIT dataChanged(changed, changed);
   CountActive();
+  const bool isFinished = item.state == TDownloadState::Finished;
+  const bool isNew = isFinished && !item.isToldFinished;
+  item.isToldFinished = isFinished;
+  if (isNew) Q_EMIT Finished(item.path);
 }
 
 void TDownloadList::CountActive() {

@@ -98,6 +98,8 @@ class TDownloadList final : public QAbstractListModel {
 
  Q_SIGNALS:
   void ActiveChanged(int count);
+  // In this run; all of it is in its place.
+  void Finished(const QString &path);
 
  private:
   struct TItem;

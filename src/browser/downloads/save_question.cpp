@@ -8,15 +8,7 @@
 #include <utility>
 
 #include "config/language.h"
-#include "config/registry_paths.h"
-#include "store/registry_store.h"
-
-namespace {
-
-const QString StoreKey = QString::fromLatin1(RegistryKey::CurrentVersion);
-const QString FolderValue = QStringLiteral("DownloadFolder");
-
-}  // namespace
+#include "config/options.h"
 
 TSaveQuestion::TSaveQuestion(const TLanguage &language, TRegistryStore &store, QObject *parent)
     : QObject(parent), m_language(language), m_store(store) {}
@@ -31,7 +23,8 @@ bool TSaveQuestion::Disturbs() const {
 }
 
 void TSaveQuestion::Ask(const QString &suggested, QWidget *window, const TDone &done) {
-  if (!m_asksWithDialog && !m_chooseFile) return done(suggested);
+  const bool isAnybodyAsked = m_asksWithDialog || m_chooseFile;
+  if (!isAnybodyAsked || !TZVOptions(m_store).Get(Setting::DownloadAsk)) return done(suggested);
   m_isOpen = true;
   const int number = ++m_number;
   m_finish = [self = QPointer(this), number, done](const QString &path) {
@@ -40,7 +33,7 @@ void TSaveQuestion::Ask(const QString &suggested, QWidget *window, const TDone &
     self->m_closed.start();
     if (path.isEmpty()) return done({});
     const QFileInfo chosen(path);
-    self->m_store.Write(TRegistryHive::CurrentUser, StoreKey, FolderValue, chosen.absolutePath());
+    TZVOptions(self->m_store).Set(Setting::DownloadFolder, chosen.absolutePath());
     done(chosen.absoluteFilePath());
   };
   const TDone finish = m_finish;
@@ -68,7 +61,7 @@ void TSaveQuestion::ShowDialog(const QString &suggested, QWidget *window, const 
 }
 
 QString TSaveQuestion::Folder() const {
-  const QString last = m_store.Read(TRegistryHive::CurrentUser, StoreKey, FolderValue).value_or(QString());
+  const QString last = TZVOptions(m_store).Get(Setting::DownloadFolder);
   if (!last.isEmpty() && QFileInfo(last).isDir() && QFileInfo(last).isWritable()) return last;
   const QString downloads = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
   return QDir().mkpath(downloads) ? downloads : QDir::homePath();

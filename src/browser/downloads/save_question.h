@@ -12,7 +12,7 @@ class TLanguage;
 class TRegistryStore;
 
 // Where a download is to go: one file dialog at a time, beside which everything else goes on. It begins in the folder
-// that was chosen last.
+// that was chosen last. While the setting DownloadAsk is off nobody is asked, and all goes into that folder.
 class TSaveQuestion final : public QObject {
   Q_OBJECT
 

@@ -1,6 +1,7 @@
 #include "browser/engine/asked_window.h"
 
 #include <QPointer>
+#include <QTimer>
 #include <QWebEngineNewWindowRequest>
 
 #include "browser/engine/address.h"
@@ -13,6 +14,8 @@ namespace {
 // Up to 6.4 the engine crashes when the view of a window is shown whose empty page another page has written into, now
 // or ever after, until the window gets a page of its own.
 constexpr bool WrittenWindowsCanBeShown = QT_VERSION >= QT_VERSION_CHECK(6, 8, 0);
+
+constexpr int DownloadComes = 500;  // milliseconds, many times what it takes
 
 }  // namespace
 
@@ -47,11 +50,19 @@ void TAskedWindow::OnFinished() {
                           if (!self || !self->m_page->IsUnsettled() || self->m_page->IsUnderWay()) return;
                           if (self->m_stack->Notice() != TPageStack::TNotice::None) return;
                           if (place.toString().isEmpty() || place.toString() == BlankPageAddress) {
-                            Q_EMIT self->CameToNothing();
+                            self->TellNothing();
                           } else {
                             self->ShowWritten(wanted);
                           }
                         });
+}
+
+// The engine tells of a download after it has ended the load, and up to 6.4 the program ends when the download is asked
+// for a page that is not there any more.
+void TAskedWindow::TellNothing() {
+  QTimer::singleShot(DownloadComes, this, [this] {
+    if (m_page->IsUnsettled() && !m_page->IsUnderWay()) Q_EMIT CameToNothing();
+  });
 }
 
 void TAskedWindow::ShowWritten(const QString &address) {

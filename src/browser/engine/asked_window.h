@@ -27,6 +27,7 @@ class TAskedWindow final : public QObject {
  private:
   void OnNavigate(TNavigation *navigation);
   void OnFinished();
+  void TellNothing();
   void ShowWritten(const QString &address);
 
   TEnginePage *m_page;

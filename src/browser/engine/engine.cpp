@@ -2,13 +2,14 @@
 
 #include <QtWebEngineCore/qtwebenginecoreglobal.h>
 #include <QLocale>
-#include <QNetworkCookie>
 #include <QWebEngineCookieStore>
 #include <QWebEngineNotification>
 #include <QWebEngineProfile>
 #include <QWebEngineSettings>
 #include <QWebEngineUrlScheme>
+#include <tuple>
 
+#include "browser/engine/page_sleep.h"
 #include "browser/engine/policy.h"
 #include "browser/engine/script_calls.h"
 #include "browser/engine/site_zoom.h"
@@ -58,6 +59,8 @@ QString AcceptedLanguages(const TLanguage &language) {
   return parts.join(QLatin1Char(','));
 }
 
+constexpr const char *PanelScheme = "def";
+
 // What holds while nobody answers.
 TPolicy &Permissive() {
   static class TPermissive final : public TPolicy {
@@ -68,7 +71,7 @@ TPolicy &Permissive() {
 }  // namespace
 
 TEngine::TEngine(const TLanguage &language, TRegistryStore &store, QObject *parent)
-    : QObject(parent), m_language(language), m_store(store), m_policy(&Permissive()) {
+    : QObject(parent), m_language(language), m_store(store), m_policy(&Permissive()), m_cookies(*m_policy) {
   if (m_folder.IsHeld()) {
     m_profile = std::make_unique<QWebEngineProfile>(QStringLiteral("zarvela"));
     m_profile->setPersistentStoragePath(m_folder.StoragePath());
@@ -85,35 +88,50 @@ TEngine::TEngine(const TLanguage &language, TRegistryStore &store, QObject *pare
   for (const TSwitch &one : EngineSwitches) m_profile->settings()->setAttribute(one.attribute, one.on);
   if (Motion::IsReduced()) m_profile->settings()->setAttribute(QWebEngineSettings::ScrollAnimatorEnabled, false);
   m_profile->settings()->setUnknownUrlSchemePolicy(QWebEngineSettings::AllowUnknownUrlSchemesFromUserInteraction);
-  m_startPage = std::make_unique<TStartPage>(language);
+  m_startPage =
+      std::make_unique<TStartPage>(language, [this](const QString &words) { return m_policy->SearchFor(words); });
   m_profile->installUrlSchemeHandler(QByteArrayLiteral("zarvela"), m_startPage.get());
+  m_profile->installUrlSchemeHandler(PanelScheme, m_startPage.get());
   m_scriptCalls = new TScriptCalls(m_profile.get());
+  TPageSleep::Watch(*m_profile);
   m_profile->setNotificationPresenter(
       [this](std::unique_ptr<QWebEngineNotification> notification) { ShowNotification(std::move(notification)); });
-  WatchCookies();
+  m_cookies.Watch(*m_profile);
   m_siteZoom = std::make_unique<TSiteZoom>(KeepsData() ? &store : nullptr);
   m_views = std::make_unique<TViewSupply>(*this);
 }
 
-void TEngine::WatchCookies() {
-  QWebEngineCookieStore *cookies = m_profile->cookieStore();
-  cookies->setCookieFilter([this](const QWebEngineCookieStore::FilterRequest &request) {
-    return MayKeep({.origin = request.origin, .firstParty = request.firstPartyUrl, .thirdParty = request.thirdParty});
-  });
-  connect(cookies, &QWebEngineCookieStore::cookieAdded, this, [this, cookies](const QNetworkCookie &cookie) {
-    QUrl origin;
-    origin.setScheme(cookie.isSecure() ? QStringLiteral("https") : QStringLiteral("http"));
-    origin.setHost(cookie.domain().startsWith(u'.') ? cookie.domain().mid(1) : cookie.domain());
-    origin.setPath(cookie.path());
-    const bool session = cookie.isSessionCookie();
-    const auto lifetime = session ? TCookie::TLifetime::Session : TCookie::TLifetime::Stored;
-    if (!MayKeep({.origin = origin, .lifetime = lifetime})) cookies->deleteCookie(cookie);
-  });
+TPagePermissions TEngine::PermissionsOf(const QUrl &page) const {
+  TPagePermissions may = m_policy->PermissionsOf(page);
+  if (may.toAsk.cookies.stored || may.toAsk.cookies.session) m_cookies.Learn(page);
+  const auto decide = [&](TPermission permission, bool &isAsked) {
+    if (!isAsked) return false;
+    const TPermissionDecision decision = TPermissionDecisions::Of(*m_profile).Find(page, permission);
+    isAsked = decision == TPermissionDecision::Ask;
+    return decision == TPermissionDecision::Allowed;
+  };
+  if (decide(TPermission::Scripts, may.toAsk.scripts)) may.scripts = true;
+  if (decide(TPermission::PlugIns, may.toAsk.plugIns)) may.plugIns = true;
+  if (decide(TPermission::StoredCookies, may.toAsk.cookies.stored)) may.storage = true;
+  std::ignore = decide(TPermission::SessionCookies, may.toAsk.cookies.session);
+  return may;
 }
 
-bool TEngine::MayKeep(const TCookie &cookie) const {
-  const QMutexLocker lock(&m_policyGuard);
-  return m_policy->MayKeepCookie(cookie);
+void TEngine::ForgetCookies() {
+  m_profile->cookieStore()->deleteAllCookies();
+}
+
+void TEngine::ForgetPermissions() {
+  TPermissionDecisions::Of(*m_profile).ForgetAll();
+}
+
+void TEngine::ForgetCache() {
+  m_profile->clearHttpCache();
+}
+
+void TEngine::ForgetVisited(const QStringList &addresses) {
+  if (addresses.isEmpty()) m_profile->clearAllVisitedLinks();
+  for (const QString &address : addresses) m_profile->clearVisitedLinks({QUrl(address)});
 }
 
 void TEngine::ShowNotification(std::unique_ptr<QWebEngineNotification> notification) {
@@ -121,9 +139,15 @@ void TEngine::ShowNotification(std::unique_ptr<QWebEngineNotification> notificat
   const std::shared_ptr<QWebEngineNotification> shown = std::move(notification);
   shown->show();
   const QString origin = shown->origin().host();
+  const QString text = origin.isEmpty() ? shown->message() : origin + QLatin1Char('\n') + shown->message();
   m_notifications->Show({.title = shown->title(),
-                         .text = origin.isEmpty() ? shown->message() : origin + QLatin1Char('\n') + shown->message(),
-                         .clicked = [shown] { shown->click(); },
+                         .text = text,
+                         .clicked =
+                             [this, shown] {
+                               Q_EMIT NotificationClicked();
+                               shown->click();
+                             },
+                         .failed = [this, title = shown->title(), text] { Q_EMIT NotificationNotShown(title, text); },
                          .closed = [shown] { shown->close(); }});
 }
 
@@ -138,6 +162,11 @@ void TEngine::RegisterSchemes() {
   // Local: a page of the web can neither frame nor fetch it.
   scheme.setFlags(QWebEngineUrlScheme::LocalScheme | QWebEngineUrlScheme::NoAccessAllowed);
   QWebEngineUrlScheme::registerScheme(scheme);
+  // Addresses of the search panel, which takes them when it is asked. Of schemes that it does not know the engine only
+  // asks where the user has clicked.
+  QWebEngineUrlScheme panel{QByteArray(PanelScheme)};
+  panel.setSyntax(QWebEngineUrlScheme::Syntax::Path);
+  QWebEngineUrlScheme::registerScheme(panel);
   TScriptCalls::RegisterSchemes();
 }
 
@@ -154,22 +183,13 @@ QString TEngine::StartPageAddress() {
 }
 
 void TEngine::SetPolicy(TPolicy *policy) {
-  {
-    const QMutexLocker lock(&m_policyGuard);
-    m_policy = policy != nullptr ? policy : &Permissive();
-  }
+  m_policy = policy != nullptr ? policy : &Permissive();
+  m_cookies.SetPolicy(*m_policy);
+  Q_EMIT ScriptsChanged();
   const QString token = m_policy->UserAgentToken();
   QString agent = m_ownUserAgent;
   // The platform is what stands in the first brackets.
   const qsizetype place = agent.indexOf(u')');
   if (!token.isEmpty() && place >= 0) agent.insert(place, QStringLiteral("; ") + token);
   if (m_profile->httpUserAgent() != agent) m_profile->setHttpUserAgent(agent);
-}
-
-void TEngine::AcceptCertificateErrors(const QString &host) {
-  m_acceptedHosts.insert(host.toLower());
-}
-
-bool TEngine::AcceptsCertificateErrors(const QString &host) const {
-  return m_acceptedHosts.contains(host.toLower());
 }

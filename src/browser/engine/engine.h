@@ -2,24 +2,22 @@
 
 #include <memory>
 #include <QFlags>
-#include <QMutex>
 #include <QObject>
-#include <QSet>
 #include <QString>
 
+#include "browser/engine/certificate_exceptions.h"
+#include "browser/engine/site_cookies.h"
 #include "platform/profile_folder.h"
 
 class QWebEngineNotification;
 class QWebEngineProfile;
 class TDesktopNotifications;
 class TLanguage;
-class TPolicy;
 class TRegistryStore;
 class TScriptCalls;
 class TSiteZoom;
 class TStartPage;
 class TViewSupply;
-struct TCookie;
 
 // Which kinds of content a browser may fetch besides the page itself.
 enum class TDownloadControlOption { Images = 1, Videos = 2, BackgroundSounds = 4 };
@@ -62,14 +60,32 @@ class TEngine final : public QObject {
   // makes the engine drop the navigations that are under way.
   void SetPolicy(TPolicy *policy);
   [[nodiscard]] TPolicy &Policy() const { return *m_policy; }
+  // The policy's answer, with what the user has decided where it leaves something to him. What he has still to be asked
+  // about is named in it, and not allowed.
+  [[nodiscard]] TPagePermissions PermissionsOf(const QUrl &page) const;
 
-  // Certificate errors of `host` are let through for the rest of this run.
-  void AcceptCertificateErrors(const QString &host);
-  [[nodiscard]] bool AcceptsCertificateErrors(const QString &host) const;
+  [[nodiscard]] TCertificateExceptions &Certificates() { return m_certificates; }
+  [[nodiscard]] const TCertificateExceptions &Certificates() const { return m_certificates; }
+
+  // All cookies go, and the decisions about what sites may do, both for good.
+  void ForgetCookies();
+  void ForgetPermissions();
+  // The stored copies of pages and pictures.
+  void ForgetCache();
+  // That the links to these pages were visited; without any, all of them.
+  void ForgetVisited(const QStringList &addresses);
+
+ Q_SIGNALS:
+  // A page's notification: the user wants to see more of it.
+  void NotificationClicked();
+  // The desktop shows none. Both are plain text.
+  void NotificationNotShown(const QString &title, const QString &text);
+  // The policy gives pages other scripts from now on.
+  void ScriptsChanged();
+  // A script that the policy has given to a page could not go on.
+  void ScriptFailed(const QString &id, const QString &reason, int line);
 
  private:
-  void WatchCookies();
-  [[nodiscard]] bool MayKeep(const TCookie &cookie) const;
   void ShowNotification(std::unique_ptr<QWebEngineNotification> notification);
 
   const TLanguage &m_language;
@@ -77,12 +93,12 @@ class TEngine final : public QObject {
   TProfileFolder m_folder;
   std::unique_ptr<TStartPage> m_startPage;
   TPolicy *m_policy;
-  mutable QMutex m_policyGuard;  // cookies are asked about on two threads
+  mutable TSiteCookies m_cookies;
   std::unique_ptr<QWebEngineProfile> m_profile;
   std::unique_ptr<TSiteZoom> m_siteZoom;
   std::unique_ptr<TViewSupply> m_views;  // goes before the profile that its view is of
   TScriptCalls *m_scriptCalls = nullptr;
   QString m_ownUserAgent;
-  QSet<QString> m_acceptedHosts;
+  TCertificateExceptions m_certificates;
   TDesktopNotifications *m_notifications = nullptr;  // made with the first one
 };

@@ -7,6 +7,7 @@
 #include <QWebEngineHistory>
 #include <QWebEngineLoadingInfo>
 #include <QWebEngineProfile>
+#include <QWebEngineScript>
 #include <QWebEngineSettings>
 #include <QWidget>
 #include <utility>
@@ -17,6 +18,8 @@
 #include "browser/engine/halvex_browser.h"
 #include "browser/engine/hang_watch.h"
 #include "browser/engine/input_watch.h"
+#include "browser/engine/page_content.h"
+#include "browser/engine/page_scripts.h"
 #include "browser/engine/policy.h"
 #include "browser/engine/script_calls.h"
 #include "browser/engine/view_supply.h"
@@ -71,6 +74,7 @@ TEnginePage::TEnginePage(TEngine &engine, QObject *parent)
   m_downloads = new TPageDownloads(
       this, [this] { return m_input != nullptr && m_input->UserJustActed() ? m_input->Acts() : 0; },
       [this] { return isVisible(); });
+  m_scripts = new TPageScripts(engine, this);
   connect(m_downloads, &TPageDownloads::Asked, this, &TEnginePage::AskForDownloads);
   engine.ScriptCalls().Connect(*this, *m_dialogs);
   connect(m_dialogs, &TScriptDialogs::BringToFrontRequested, this, &TEnginePage::BringToFrontRequested);
@@ -103,7 +107,7 @@ TEnginePage::TEnginePage(TEngine &engine, QObject *parent)
   connect(&m_leaveWait, &QTimer::timeout, this, [this] {
     if (m_dialogs->IsOpen()) return;
     if (++m_leaveTries >= MostLeaveTries) {
-      AnswerLeave(true);
+      AnswerLeave(!m_whenSaved);
     } else {
       // The engine does not take a request while it still deals with the answer to the one before.
       QWebEnginePage::triggerAction(RequestClose);
@@ -194,6 +198,7 @@ void TEnginePage::NoteUserAction() {
 
 void TEnginePage::AskToLeave() {
   m_leaveForgotten = false;
+  m_whenSaved = {};  // what the page answers is for the user now
   if (m_leaveWait.isActive() || m_leaveQuestion != nullptr) return;
   m_dialogs->Dismiss();
   if (m_leaveGranted || !m_input || !m_input->UserHasActed() || renderProcessPid() == 0) {
@@ -201,6 +206,15 @@ void TEnginePage::AskToLeave() {
     return;
   }
   NoteUserAction();
+  m_leaveTries = 0;
+  m_leaveWait.start();
+  QWebEnginePage::triggerAction(RequestClose);
+}
+
+void TEnginePage::AskIfSaved(const std::function<void(bool)> &done) {
+  if (m_leaveWait.isActive() || m_leaveQuestion != nullptr || m_dialogs->IsOpen()) return;
+  if (!m_input || !m_input->UserHasActed()) return done(true);
+  m_whenSaved = done;
   m_leaveTries = 0;
   m_leaveWait.start();
   QWebEnginePage::triggerAction(RequestClose);
@@ -214,6 +228,12 @@ void TEnginePage::ForgetLeave() {
 
 void TEnginePage::AnswerLeave(bool mayGo) {
   m_leaveWait.stop();
+  if (m_whenSaved) {
+    // Once the engine is done with the question.
+    QMetaObject::invokeMethod(
+        this, [done = std::exchange(m_whenSaved, {}), mayGo] { done(mayGo); }, Qt::QueuedConnection);
+    return;
+  }
   m_leaveGranted = mayGo && !m_leaveForgotten;
   Q_EMIT LeaveAnswered(mayGo);
 }
@@ -302,6 +322,14 @@ void TEnginePage::triggerAction(WebAction action, bool checked) {
   if (action == DownloadLinkToDisk || action == DownloadImageToDisk || action == DownloadMediaToDisk) {
     m_downloads->ExpectOne();
   }
+  // The engine shows images that it has in its memory, whatever it is told.
+  if (action == Reload && settings()->testAttribute(QWebEngineSettings::AutoLoadImages) &&
+      !PermissionsFor(url()).images) {
+    action = ReloadAndBypassCache;
+  }
+  // The engine would begin these without noticing that the page is not there, or only bring it back as it was.
+  const bool wakes = action == Back || action == Forward || action == ReloadAndBypassCache;
+  if (wakes && lifecycleState() == LifecycleState::Discarded) setLifecycleState(LifecycleState::Active);
   if (m_fromForm && (action == Reload || action == ReloadAndBypassCache)) return AskToSendAgain(action);
   if (action == Back || action == Forward || action == Reload || action == ReloadAndBypassCache) {
     NoteUserAction();
@@ -365,18 +393,43 @@ void TEnginePage::Begin(const QUrl &url) {
   ApplyPermissions(url);
 }
 
+TPagePermissions TEnginePage::PermissionsFor(const QUrl &url) const {
+  TPagePermissions may = m_engine.PermissionsOf(url);
+  may.images = may.images && m_nextOptions.testFlag(TDownloadControlOption::Images);
+  may.videos = may.videos && m_nextOptions.testFlag(TDownloadControlOption::Videos);
+  may.sounds = may.sounds && m_nextOptions.testFlag(TDownloadControlOption::BackgroundSounds);
+  return may;
+}
+
 // What is set while a navigation is being asked about already holds for it.
 void TEnginePage::ApplyPermissions(const QUrl &url) {
-  const TPagePermissions may = m_engine.Policy().PermissionsOf(url);
+  const TPagePermissions may = PermissionsFor(url);
+  m_toAsk = may.toAsk;
   QWebEngineSettings *page = settings();
   page->setAttribute(QWebEngineSettings::JavascriptEnabled, may.scripts);
   page->setAttribute(QWebEngineSettings::PluginsEnabled, may.plugIns);
-  page->setAttribute(QWebEngineSettings::AutoLoadImages,
-                     may.images && m_nextOptions.testFlag(TDownloadControlOption::Images));
-#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
-  using TAnimation = QWebEngineSettings::ImageAnimationPolicy;
-  page->setImageAnimationPolicy(may.animations ? TAnimation::Allow : TAnimation::Disallow);
-#endif
+  page->setAttribute(QWebEngineSettings::LocalStorageEnabled, may.storage);
+  ApplyContent(*this, may);
+}
+
+void TEnginePage::AskForPermissions() {
+  if (!IsNetworkScheme(url().scheme()) && !url().isLocalFile()) return;
+  if (m_toAsk.scripts) AskFor(TPermission::Scripts);
+  if (m_toAsk.cookies.stored) AskFor(TPermission::StoredCookies);
+  if (m_toAsk.cookies.session) AskFor(TPermission::SessionCookies);
+  if (!m_toAsk.plugIns) return;
+  // Few pages have any, and a page without scripts can only have these.
+  runJavaScript(QStringLiteral("document.querySelector('embed, object') !== null"), QWebEngineScript::ApplicationWorld,
+                [self = QPointer(this), page = url()](const QVariant &has) {
+                  if (self && has.toBool() && self->url() == page) self->AskFor(TPermission::PlugIns);
+                });
+}
+
+// What was kept from the page when it came it only gets by coming again.
+void TEnginePage::AskFor(TPermission permission) {
+  Q_EMIT PermissionWanted({url(), permission, [self = QPointer(this)](TPermissionAnswer answer) {
+                             if (self && answer == TPermissionAnswer::Allow) self->triggerAction(Reload);
+                           }});
 }
 
 void TEnginePage::OnUrlChanged(const QUrl &url) {
@@ -435,17 +488,23 @@ void TEnginePage::OnLoadingChanged(const QWebEngineLoadingInfo &info) {
   }
   if (info.status() == QWebEngineLoadingInfo::LoadFailedStatus && info.isErrorPage()) {
     if (info.errorDomain() != QWebEngineLoadingInfo::CertificateErrorDomain) m_problem.reset();
+    const QString host = url().host();
+    if (m_engine.Certificates().IsTakenBack(host)) m_problem = m_engine.Certificates().Problem(host);
     Q_EMIT Failed(TLoadFailure::Of(url(), info));
     if (!self) return;
   }
   Finish();
+  if (self && info.status() == QWebEngineLoadingInfo::LoadSucceededStatus) AskForPermissions();
 }
 
 void TEnginePage::Finish() {
   if (!m_underWay) return;
   m_underWay = false;
   // The page that might be left has stayed, and what is typed into it from now on is not given up yet.
-  if (!m_committed) m_leaveGranted = false;
+  if (!m_committed) {
+    m_leaveGranted = false;
+    ApplyPermissions(WithoutViewSource(url()));
+  }
   m_engine.Views().PutOff();
   Q_EMIT Finished(AddressOf(url()));
 }
@@ -453,7 +512,8 @@ void TEnginePage::Finish() {
 void TEnginePage::OnCertificateError(QWebEngineCertificateError error) {
   const QUrl url = error.url();
   const TCertificateProblem problem = TCertificateProblem::Of(error);
-  if (error.isOverridable() && m_engine.AcceptsCertificateErrors(url.host())) {
+  if (error.isOverridable() && m_engine.Certificates().Has(url.host())) {
+    m_engine.Certificates().NoteProblem(url.host(), problem);
     m_certificates.insert(url.host(), problem.chain.value(0));
     error.acceptCertificate();
     return;
@@ -482,10 +542,15 @@ void TEnginePage::javaScriptAlert(const QUrl &origin, const QString &message) {
 
 bool TEnginePage::javaScriptConfirm(const QUrl &origin, const QString &message) {
   if (m_engine.ScriptCalls().IsWord(message)) return true;
+  if (const std::optional<bool> may = m_scripts->MayRun(message)) return *may;
   // The engine asks whether to leave a page through the same call and tells it apart by nothing but its own words. A
   // page could borrow them, so they are believed once and after that only when the user has acted again.
   const QString leaveQuestion = QCoreApplication::translate(
       "QWebEnginePage", "Are you sure you want to leave this page? Changes that you made may not be saved.");
+  if (message == leaveQuestion && m_whenSaved) {
+    AnswerLeave(false);
+    return false;
+  }
   if (message == leaveQuestion && m_leaveGranted) return true;
   if (message == leaveQuestion && IsAskedOnSheet(origin)) return false;
   if (message == leaveQuestion && !m_askedToLeave) {
@@ -504,4 +569,8 @@ bool TEnginePage::javaScriptPrompt(const QUrl &origin, const QString &message, c
 }
 
 // What a page writes to its console is for its author, not for the program's error output.
-void TEnginePage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString &, int, const QString &) {}
+void TEnginePage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString &message, int line,
+                                           const QString &source) {
+  if (level == ErrorMessageLevel) m_scripts->Hear(message, line, source);
+  Q_EMIT ConsoleWritten(message);
+}

@@ -10,13 +10,16 @@
 
 #include "browser/engine/engine.h"
 #include "browser/engine/load_failure.h"
+#include "browser/engine/policy.h"
 #include "browser/page/encryption_level.h"
+#include "browser/page/permission_requests.h"
 
 class QDialog;
 class TContentFilter;
 class THangWatch;
 class TInputWatch;
 class TPageDownloads;
+class TPageScripts;
 class TQuestionSheet;
 class TScriptDialogs;
 struct TNavigation;
@@ -49,6 +52,9 @@ class TEnginePage final : public QWebEnginePage {
   // that does not answer for five seconds is given up; where it wants the user to be asked, he is, on the sheet.
   void AskToLeave();
   void ForgetLeave();
+  // Asks the same without the user: `done` is told whether the page would let itself be left, later where it has to be
+  // asked. Never where it is being asked already, or goes.
+  void AskIfSaved(const std::function<void(bool)> &done);
   // Takes over a history that History() gave once, and loads its current page as it was left, whose address
   // is the answer. Empty, and nothing is loaded, when it is no such thing.
   QString RestoreHistory(const QByteArray &history);
@@ -77,6 +83,7 @@ class TEnginePage final : public QWebEnginePage {
 
  Q_SIGNALS:
   void BeforeNavigate(TNavigation *navigation);
+  void PermissionWanted(const TPermissionRequest &request);  // for what the policy leaves to the user
   void AddressChanged(const QString &address);
   void PageRequested();  // its request has gone out
   void Committed(const QString &address);
@@ -90,7 +97,8 @@ class TEnginePage final : public QWebEnginePage {
   void CloseRequested();  // by the page's script
   void StayChosen();      // the user has kept the page instead of following a navigation
   void BringToFrontRequested();
-  void ZoomWanted(bool in);  // by the wheel with Ctrl
+  void ZoomWanted(bool in);                     // by the wheel with Ctrl
+  void ConsoleWritten(const QString &message);  // by any script, the page's own too
 
  protected:
   bool acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame) override;
@@ -103,7 +111,10 @@ class TEnginePage final : public QWebEnginePage {
 
  private:
   void Begin(const QUrl &url);
+  [[nodiscard]] TPagePermissions PermissionsFor(const QUrl &url) const;
   void ApplyPermissions(const QUrl &url);
+  void AskForPermissions();
+  void AskFor(TPermission permission);
   void OnUrlChanged(const QUrl &url);
   void OnProgress(int progress);
   void OnLoadingChanged(const QWebEngineLoadingInfo &info);
@@ -127,11 +138,13 @@ class TEnginePage final : public QWebEnginePage {
   QPointer<TQuestionSheet> m_sheet;
   TPageDownloads *m_downloads = nullptr;
   THangWatch *m_hangs = nullptr;
+  TPageScripts *m_scripts = nullptr;
   TDownloadControlOptionSet m_nextOptions = AllDownloadControlOptions;
   QUrl m_pending;            // The address of the navigation under way, redirects followed.
   bool m_underWay = false;   // An allowed navigation has not finished yet.
   bool m_committed = false;  // Its content has begun to arrive.
   QUrl m_cancelled;          // A refused navigation whose beginning and end the engine is about to report.
+  TToAsk m_toAsk;            // about the page that was navigated to last
   bool m_isUnsettled = false;
   bool m_insecureParts = false;
   bool m_fromForm = false;
@@ -141,8 +154,9 @@ class TEnginePage final : public QWebEnginePage {
   QTimer m_wantAgain{this};
   QElapsedTimer m_sinceStay;  // the engine was told that the page stays, whatever the user will say
   bool m_askedToLeave = false;
-  bool m_leaveGranted = false;    // what comes next may take the page's place without another question
-  bool m_leaveForgotten = false;  // nobody waits for the page's answer any more
+  bool m_leaveGranted = false;            // what comes next may take the page's place without another question
+  std::function<void(bool)> m_whenSaved;  // who has asked, where that is not the user
+  bool m_leaveForgotten = false;          // nobody waits for the page's answer any more
   QPointer<QDialog> m_leaveQuestion;
   int m_leaveTries = 0;
   QTimer m_leaveWait{this};  // active while the page has not answered yet

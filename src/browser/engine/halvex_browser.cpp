@@ -3,16 +3,21 @@
 #include <QAction>
 #include <QApplication>
 #include <QDesktopServices>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QVBoxLayout>
 #include <QWebEngineHistory>
 #include <QWebEngineNewWindowRequest>
+#include <QWebEngineScript>
 #include <QWebEngineView>
 
 #include "browser/engine/asked_window.h"
 #include "browser/engine/engine_page.h"
+#include "browser/engine/link_targets.h"
 #include "browser/engine/page_finder.h"
 #include "browser/engine/page_full_screen.h"
 #include "browser/engine/page_printing.h"
+#include "browser/engine/page_sleep.h"
 #include "browser/engine/page_stack.h"
 #include "browser/engine/page_zoom.h"
 #include "browser/engine/policy.h"
@@ -51,7 +56,7 @@ THalvexBrowser::THalvexBrowser(QWidget *owner, TEngine &engine, TDownloadControl
   connect(m_stack, &TPageStack::OpenWanted, this, &THalvexBrowser::Navigate);
   connect(m_stack, &TPageStack::BackWanted, this, [this] { CanGoBack() ? GoBack() : ShowBlank(); });
   connect(m_stack, &TPageStack::GoOnWanted, this, [this](const QString &host) {
-    m_engine.AcceptCertificateErrors(host);
+    m_engine.Certificates().Add(host);
     Refresh();
   });
 }
@@ -83,12 +88,19 @@ void THalvexBrowser::SetView(QWebEngineView *view) {
   auto *overlay = new TPageOverlay(this, m_stack);
   overlay->Add(prompts->Bar(), TPageOverlay::TSide::Leading);
   connect(m_page, &TEnginePage::UserActed, prompts, &TPagePrompts::AllowSignIns);
+  connect(m_page, &TEnginePage::PermissionWanted, prompts, &TPagePrompts::AskPermission);
   connect(m_page, &TEnginePage::UserActed, m_sheet, &TQuestionSheet::Dismiss);
   m_finder = new TPageFinder(m_page, overlay, m_engine.Language(), this);
   m_fullScreen = new TPageFullScreen(m_view, prompts, this);
   m_printing = new TPagePrinting(m_engine, m_view, this);
+  m_sleep = new TPageSleep(m_page, [this, prompts] {
+    return !ShowsNotice() && !HasOpenQuestion() && !prompts->IsAsking() && !m_printing->IsBusy();
+  });
+  connect(prompts, &TPagePrompts::CaptureAllowed, m_sleep, &TPageSleep::NoteCapture);
+  connect(m_sleep, &TPageSleep::AsleepChanged, this, &THalvexBrowser::AsleepChanged);
   m_page->WatchInput(m_view);
   m_page->SetDownloadControlOptions(m_options);
+  if (m_tellsTargets) m_targets = new TLinkTargets(m_page);
   m_zoom->SetPage(m_page);
   ConnectPage();
   // A page begins with the room that it will have, shown or not; it would otherwise be laid out twice.
@@ -146,7 +158,10 @@ void THalvexBrowser::TakeWindow(QWebEngineNewWindowRequest *request) {
 }
 
 void THalvexBrowser::ConnectPage() {
-  connect(m_page, &TEnginePage::BeforeNavigate, this, &THalvexBrowser::BeforeNavigate);
+  connect(m_page, &TEnginePage::BeforeNavigate, this, [this](TNavigation *navigation) {
+    if (m_targets) m_targets->Fill(*navigation);
+    Q_EMIT BeforeNavigate(navigation);
+  });
   connect(m_page, &TEnginePage::AddressChanged, this, [this](const QString &address) {
     if (address != BlankPageAddress) m_lastPlace = address;
     if (!IsLocalFailure()) Q_EMIT AddressChanged(address);
@@ -172,11 +187,11 @@ void THalvexBrowser::ConnectPage() {
     // The engine drops it as soon as a load sets out, which may come to nothing.
     if (icon.isNull()) return;
     m_icon = icon;
+    m_iconHost = m_page->url().host();
     Q_EMIT IconChanged();
   });
   connect(m_page, &QWebEnginePage::linkHovered, this, &THalvexBrowser::StatusTextChanged);
-  connect(m_page, &QWebEnginePage::newWindowRequested, this,
-          [this](QWebEngineNewWindowRequest &request) { Q_EMIT NewWindowRequested(&request); });
+  connect(m_page, &QWebEnginePage::newWindowRequested, this, &THalvexBrowser::OnNewWindow);
   connect(m_page, &TEnginePage::CloseRequested, this, &THalvexBrowser::CloseRequested);
   connect(m_page, &TEnginePage::LeaveAnswered, this, &THalvexBrowser::LeaveAnswered);
   connect(m_page, &TEnginePage::StayChosen, this, &THalvexBrowser::StayChosen);
@@ -187,6 +202,15 @@ void THalvexBrowser::ConnectPage() {
   for (const QWebEnginePage::WebAction action : {QWebEnginePage::Back, QWebEnginePage::Forward}) {
     connect(m_page->action(action), &QAction::changed, this, &THalvexBrowser::UpdateCommandStates);
   }
+}
+
+void THalvexBrowser::OnNewWindow(QWebEngineNewWindowRequest &request) {
+  if (m_targets) {
+    TNavigation navigation = m_targets->NavigationOf(request);
+    Q_EMIT BeforeNavigate(&navigation);
+    if (navigation.cancel) return;  // a request that nobody takes is given up by the engine
+  }
+  Q_EMIT NewWindowRequested(&request);
 }
 
 bool THalvexBrowser::HasLivePage() const {
@@ -323,6 +347,15 @@ void THalvexBrowser::RefreshCompletely() {
   }
 }
 
+void THalvexBrowser::ShowText(const QString &html) {
+  if (!HasLivePage()) return;
+  const QString text = QString::fromUtf8(QJsonDocument(QJsonArray{html}).toJson(QJsonDocument::Compact));
+  // In a world of its own, so that it works where the page's own scripts may not run, too. What is written by opening
+  // the document anew counts as a load, which would be taken for that of the page that is asked for next.
+  m_page->runJavaScript(QStringLiteral("document.documentElement.innerHTML = %1[0];").arg(text),
+                        QWebEngineScript::ApplicationWorld);
+}
+
 QString THalvexBrowser::LocationUrl() const {
   if (IsLocalFailure()) return m_stack->FailedText();
   if (m_page) return AddressOf(m_page->url());
@@ -367,6 +400,14 @@ QWebEnginePage *THalvexBrowser::EnginePageIfAny() const {
   return m_page;
 }
 
+void THalvexBrowser::FallAsleep() {
+  if (m_sleep) m_sleep->FallAsleep();
+}
+
+bool THalvexBrowser::IsAsleep() const {
+  return m_sleep && m_sleep->IsAsleep();
+}
+
 bool THalvexBrowser::HasPageFullScreen() const {
   return m_fullScreen && m_fullScreen->IsOn();
 }
@@ -407,7 +448,11 @@ void THalvexBrowser::ShowPage() {
 }
 
 void THalvexBrowser::OnCommitted(const QString &address) {
-  m_icon = m_page->icon();
+  if (!m_sleep->HasSlept()) {
+    m_icon = m_page->icon();
+  } else if (m_page->url().host() != m_iconHost) {
+    m_icon = {};  // that of the site stays the best there is
+  }
   Q_EMIT IconChanged();
   ShowPage();
   if (!m_page->IsUnsettled()) m_stack->HideNotice();

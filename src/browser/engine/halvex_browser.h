@@ -15,12 +15,15 @@ class QWebEngineView;
 class QWebEngineNewWindowRequest;
 class TAskedWindow;
 class TEnginePage;
+class TLinkTargets;
 class TPageFinder;
 class TPageFullScreen;
 class TPagePrinting;
+class TPageSleep;
 class TPageStack;
 class TPageZoom;
 class TQuestionSheet;
+class TWordMarks;
 struct TLoadFailure;
 
 // One navigation that is about to happen. Set `cancel` to stop it.
@@ -32,6 +35,10 @@ struct TNavigation {
   bool historyMove = false;  // Back or forward.
   bool redirect = false;     // The server or the page sent an accepted navigation on to here.
   bool cancel = false;
+  // Told by a browser that tells targets.
+  bool newWindow = false;  // It would open a window of its own: NewWindowRequested follows where it is not stopped.
+  QString target{};        // the name of that window, as the link, the form or the script has it
+  QString baseTarget{};    // where the links of the document that is shown open: the target of its base element
 };
 
 enum class TBrowserCommand { Forward = 1, Back = 2, Other = -1 };
@@ -94,6 +101,11 @@ class THalvexBrowser final : public QWidget {
   void FindNext(bool forward);  // opens it when nothing was searched for yet
   void ViewSource();            // emits ViewSourceRequested
 
+  // Looks for words in the text of the page, and with `marks` marks them there (see TWordMarks); WordsFound comes
+  // later. What was looked for before is forgotten, its marks go; an empty list does only that, and so does another
+  // page.
+  void LookForWords(const QStringList &words, bool marks);
+
   // Writes the page to a new file "*.htm" in the temporary folder; `done` gets its path, empty on failure. With
   // `insertBase` the source gets a base element with the page's address, so that relative links keep working elsewhere.
   void SaveToTemporaryFile(bool insertBase, const std::function<void(const QString &)> &done);
@@ -108,6 +120,11 @@ class THalvexBrowser final : public QWidget {
   // Asks the page whether it may be closed; LeaveAnswered comes, at once when nothing can be lost.
   void AskToLeave();
   void ForgetLeave();  // it is not closed after all, and will be asked again
+  // From the first page on BeforeNavigate also tells the names of windows, and comes before NewWindowRequested, too.
+  void TellTargets() { m_tellsTargets = true; }
+  // Puts `html` in the place of the document that is shown; address and history stay the page's. Nothing where a notice
+  // shows, or where there was no page yet.
+  void ShowText(const QString &html);
   // Becomes the window that another page asked for. Its page may never come: WindowCameToNothing.
   void TakeWindow(QWebEngineNewWindowRequest *request);
   // The engine's page, made when it is not there yet. For tests.
@@ -120,6 +137,10 @@ class THalvexBrowser final : public QWidget {
   [[nodiscard]] bool HasOpenQuestion() const;
   // Answers what is open as Escape would.
   void DismissQuestions();
+  // Where nothing is lost by it the page gives its renderer back, and is loaded again when it is shown; AsleepChanged
+  // comes later. Address, title, icon and history are those of the page meanwhile.
+  void FallAsleep();
+  [[nodiscard]] bool IsAsleep() const;
   [[nodiscard]] bool HasPageFullScreen() const;
   void LeavePageFullScreen();
 
@@ -149,12 +170,16 @@ class THalvexBrowser final : public QWidget {
   void PageFullScreenRequested(bool on);
   void FocusReceived();
   void QuestionOpenChanged(bool open);
+  void AsleepChanged(bool asleep);
+  void WordsFound(const QList<int> &words);      // by their places in the list
+  void WordClicked(int word, const QPoint &at);  // a mark; `at` is below it, on the screen
   void BringToFrontRequested();  // A question that nothing else can be done beside: its tab should be seen.
 
  private:
   void EnsureView();
   void SetView(QWebEngineView *view);
   void ConnectPage();
+  void OnNewWindow(QWebEngineNewWindowRequest &request);
   [[nodiscard]] bool HasLivePage() const;
   [[nodiscard]] bool IsLocalFailure() const;
   void GivePageTheFocus();
@@ -182,10 +207,15 @@ class THalvexBrowser final : public QWidget {
   TAskedWindow *m_asked = nullptr;  // where another page asked for this window
   TQuestionSheet *m_sheet = nullptr;
   TPageFinder *m_finder = nullptr;
+  TLinkTargets *m_targets = nullptr;
   TPageFullScreen *m_fullScreen = nullptr;
   TPagePrinting *m_printing = nullptr;
+  TPageSleep *m_sleep = nullptr;
+  TWordMarks *m_words = nullptr;  // from the first search on
   QString m_lastPlace;
-  QIcon m_icon;          // of the page that is shown, whatever is on its way
+  QString m_iconHost;
+  QIcon m_icon;  // of the page that is shown, whatever is on its way
+  bool m_tellsTargets = false;
   bool m_blank = false;  // shown blank without ever having had a page
   bool m_canGoBack = false;
   bool m_canGoForward = false;

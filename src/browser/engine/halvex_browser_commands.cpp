@@ -1,6 +1,7 @@
 // The standard commands: what is done with the page that is shown.
 
 #include <QPointer>
+#include <QWebEngineView>
 
 #include "browser/engine/engine_page.h"
 #include "browser/engine/halvex_browser.h"
@@ -9,9 +10,12 @@
 #include "browser/engine/page_probe.h"
 #include "browser/engine/page_saving.h"
 #include "browser/engine/page_zoom.h"
+#include "browser/engine/policy.h"
+#include "browser/engine/word_marks.h"
 #include "browser/page/page_prompts.h"
 #include "browser/page/properties_dialog.h"
 #include "browser/page/site_permissions.h"
+#include "browser/page/zone_name.h"
 
 void THalvexBrowser::SaveAs() {
   if (HasLivePage()) PageSaving::SaveAs(m_page, m_owner ? m_owner.data() : this, m_engine.Language());
@@ -121,6 +125,21 @@ void THalvexBrowser::ViewSource() {
   Q_EMIT ViewSourceRequested(TAddress::OfEngine(QStringLiteral("view-source:") + LocationUrl()));
 }
 
+void THalvexBrowser::LookForWords(const QStringList &words, bool marks) {
+  // A page that sleeps is looked through when it has come back.
+  if (!m_page || IsAsleep() || (m_words == nullptr && words.isEmpty())) return;
+  if (m_words == nullptr) {
+    m_words = new TWordMarks(m_page);
+    connect(m_words, &TWordMarks::Found, this, &THalvexBrowser::WordsFound);
+    connect(m_words, &TWordMarks::Clicked, this, [this](int word, const QPoint &at) {
+      const QRect view = m_view->rect();
+      Q_EMIT WordClicked(
+          word, m_view->mapToGlobal(QPoint(qBound(0, at.x(), view.right()), qBound(0, at.y(), view.bottom()))));
+    });
+  }
+  m_words->Look(words, marks);
+}
+
 void THalvexBrowser::SaveToTemporaryFile(bool insertBase, const std::function<void(const QString &)> &done) {
   if (!HasLivePage()) {
     done({});
@@ -132,12 +151,18 @@ void THalvexBrowser::SaveToTemporaryFile(bool insertBase, const std::function<vo
 }
 
 void THalvexBrowser::CollectProperties(const std::function<void(const TPageProperties &)> &done) {
+  const TSecurityZone number = m_engine.Policy().ZoneOfPage(LocationUrl(), std::nullopt);
+  const QString zone = ZoneName(static_cast<int>(number), m_engine.Language());
   if (!HasLivePage()) {
     TPageProperties properties;
     properties.title = LocationName();
     properties.address = LocationUrl();
+    properties.zone = zone;
     done(properties);
     return;
   }
-  ProbePage(m_page, m_engine.Language(), done);
+  ProbePage(m_page, m_engine.Language(), [zone, done](TPageProperties properties) {
+    properties.zone = zone;
+    done(properties);
+  });
 }

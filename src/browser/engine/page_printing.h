@@ -18,6 +18,8 @@ class TPagePrinting final : public QObject {
   TPagePrinting(TEngine &engine, QWebEngineView *view, QObject *parent);
   ~TPagePrinting() override;
 
+  [[nodiscard]] bool IsBusy() const;
+
   void Print();
   // The page itself asks. After the user has said no, it is not heard again until Forgive.
   void PrintForPage();
@@ -29,7 +31,6 @@ class TPagePrinting final : public QObject {
   static void SetUpPage(TEngine &engine, QWidget *owner);
 
  private:
-  [[nodiscard]] bool IsBusy() const;
   [[nodiscard]] std::unique_ptr<QPrinter> NewPrinter() const;
   void Run();
   void ShowPreview(const QByteArray &pdf);

@@ -1,16 +1,35 @@
 #pragma once
 
+#include <optional>
+#include <QList>
 #include <QString>
 #include <QUrl>
+
+// Kinds of cookies.
+struct TCookieKinds {
+  bool stored = false;
+  bool session = false;
+};
+
+// What the user is to be asked about; until he has answered it is not allowed.
+struct TToAsk {
+  bool scripts = false;
+  bool plugIns = false;
+  TCookieKinds cookies{};  // of the page's own site
+};
 
 // What the page at an address may do, and which kinds of content it may fetch. Frames go by the page that they are in.
 struct TPagePermissions {
   bool scripts = true;
   bool plugIns = true;  // the viewer for PDF files is one
+  // What scripts keep for good without cookies. Of that the engine can switch off the local storage alone; databases
+  // and service workers it asks about as it does about cookies, and not which of these it is.
+  bool storage = true;
   bool images = true;
   bool sounds = true;
   bool videos = true;
-  bool animations = true;  // moving pictures; from Qt 6.8 on, before that the engine cannot tell pages apart
+  bool animations = true;  // whatever moves: pictures, and by style, markup and script
+  TToAsk toAsk{};
 };
 
 // Security zones, by the numbers that users of the browser control know.
@@ -40,6 +59,22 @@ struct TWordSearch {
   QString address{};  // with the words in it; empty where there is no such search
 };
 
+// A script of the user's for pages. It runs in the page itself and in none of its frames.
+struct TPageScript {
+  enum class TMoment {
+    Creation,  // as soon as there is a document
+    Ready,     // when all of it is there
+    Idle,      // a moment later
+  };
+
+  QString id{};  // by which its failures are told; no page knows it
+  QString source{};
+  TMoment moment = TMoment::Idle;
+  int world = 0;  // each script has one, which it shares with no other and no page
+
+  bool operator==(const TPageScript &) const = default;
+};
+
 // What pages ask at each navigation, request, cookie and new window. The floors above answer; what they leave open is
 // allowed. Answers are asked for inside the engine's own events: they come at once and never run an event loop.
 class TPolicy {
@@ -52,7 +87,16 @@ class TPolicy {
   [[nodiscard]] virtual TPagePermissions PermissionsOf(const QUrl &page) const;
   // Asked on the GUI thread and, for what scripts do, on a thread of the engine; often.
   [[nodiscard]] virtual bool MayKeepCookie(const TCookie &cookie) const;
+  // On both threads, too: of what MayKeepCookie refuses, that which the user decides for the site at `origin`.
+  [[nodiscard]] virtual TCookieKinds CookiesToAskAbout(const QUrl &origin) const;
+  // All of the user's scripts; when they become others TEngine::ScriptsChanged says so.
+  [[nodiscard]] virtual QList<TPageScript> Scripts() const;
+  // Asked by each of them in each page, before it does anything.
+  [[nodiscard]] virtual bool MayRun(const QString &script, const QUrl &page) const;
   [[nodiscard]] virtual TSecurityZone ZoneOf(const QString &address) const;
+  // The same of a tab's page, which a page of zone `maker` may have opened: one without an address of its own is then
+  // in that zone, but never in the machine's own. An empty address is the blank page's.
+  [[nodiscard]] TSecurityZone ZoneOfPage(const QString &address, std::optional<TSecurityZone> maker) const;
   // True to stop the window that a page has asked for. Asked once, of its first real address.
   [[nodiscard]] virtual bool IsPopup(const QString &address);
   // Asked for a text that is no address.
