@@ -1,0 +1,29 @@
+#include "chrome/options/options_command.h"
+
+#include "actions/actions.h"
+#include "browser/engine/engine.h"
+#include "browser/page/permission_decisions.h"
+#include "config/settings.h"
+#include "ui/dialog_gate.h"
+
+TOptionsCommand::TOptionsCommand(QWidget *window, TActions &actions, TSettings &settings, TDesktopDefaults &desktop,
+                                 TEngine &engine, const THistoryStore &history, TUserScripts &scripts,
+                                 TLanguage &language, const TfrmOptions::TOffers &offers)
+    : m_window(window),
+      m_association(settings.Store(), &desktop),
+      m_parts{
+          language, settings, m_association, history, TPermissionDecisions::Of(engine.Profile()), engine.Certificates(),
+          scripts},
+      m_offers(offers) {
+  connect(actions[TCommand::Options], &QAction::triggered, this, &TOptionsCommand::Open);
+}
+
+void TOptionsCommand::Open() {
+  if (DialogGate::IsClosed()) return;
+  auto *dialog = new TfrmOptions(m_parts, m_offers, m_window);
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  connect(dialog, &TfrmOptions::PopupListWritten, this, &TOptionsCommand::PopupListWritten);
+  connect(dialog, &TfrmOptions::SearchesWritten, this, &TOptionsCommand::SearchesWritten);
+  connect(dialog, &TfrmOptions::LinksBarWanted, this, &TOptionsCommand::LinksBarWanted);
+  dialog->open();
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QObject>
+
+#include "chrome/options/options_dialog.h"
+#include "config/shell_association.h"
+
+class TActions;
+class TEngine;
+
+// The command "Options".
+class TOptionsCommand final : public QObject {
+  Q_OBJECT
+
+ public:
+  // `window` owns the dialog. All must outlive this object.
+  TOptionsCommand(QWidget *window, TActions &actions, TSettings &settings, TDesktopDefaults &desktop, TEngine &engine,
+                  const THistoryStore &history, TUserScripts &scripts, TLanguage &language,
+                  const TfrmOptions::TOffers &offers);
+
+ Q_SIGNALS:
+  // As the dialog tells them.
+  void PopupListWritten();
+  void SearchesWritten();
+  void LinksBarWanted();
+
+ private:
+  void Open();
+
+  QWidget *m_window;
+  TShellAssociation m_association;
+  const TfrmOptions::TParts m_parts;
+  const TfrmOptions::TOffers m_offers;
+};
