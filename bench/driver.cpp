@@ -29,10 +29,12 @@ struct TLimits {
 constexpr TLimits FromAddress{{.ratio = 1.30}, {.ratio = 1.15}};
 constexpr TLimits Restored{{.ratio = 1.30}, {.ratio = 1.10}};
 constexpr TLimits VeryFirst{{}, {.ratio = 1.35}};
+constexpr TLimits SideBar{{.ratio = 1.05}, {.ratio = 1.05}};
 constexpr TLimits OneTabMemory{{.ratio = 1.15}, {.ratio = 1.08}};
 constexpr TLimits ManyTabs{{.ratio = 1.15}, {.ratio = 1.20}};
 constexpr TLimits TabMemory{{.ratio = 1.15}, {.ratio = 1.15}};
 constexpr TLimits Group{{}, {.ratio = 1.15}};
+constexpr TLimits AtRest{{.ratio = 0.30}, {.ratio = 0.30}};
 constexpr TLimits HandedOff{{.ratio = 2.20}, {.value = 45}};
 constexpr TLimits None{};
 
@@ -40,6 +42,8 @@ constexpr std::array TabCounts{1, 20, 100};
 constexpr int GroupPages = 100;
 constexpr int HandOffsEachRound = 3;
 constexpr int Calm = 300;            // milliseconds, for what a page still does once it is painted
+constexpr int RestMinutes = 1;       // the setting SleepMinutes
+constexpr int UntilAsleep = 80'000;  // milliseconds: that long, and two looks of the program at its tabs
 constexpr int UntilSpare = 2000;     // the same, for the next view that is kept ready
 constexpr int HomePageInNewTab = 2;  // the setting NewAction
 constexpr const char *Offscreen = "offscreen";
@@ -126,12 +130,13 @@ class TBench final {
   }
 
   // The settings of a user who has answered the questions already.
-  void WriteSettings(const QString &mode, const QStringList &addresses) {
+  void WriteSettings(const QString &mode, const QStringList &addresses, bool sideBar = false) {
     TRegistryStore store(m_zarvela.RegistryFile());
     TZVOptions options(store);
     options.Set(Setting::AskDefaultBrowser, false);
     options.Set(Setting::ConfirmShutdown, false);
     options.Set(Setting::StartupMode, mode);
+    options.Set(Setting::ViewHalvexBar, sideBar);
     options.Set(Setting::Left, 0);
     options.Set(Setting::Top, 0);
     options.Set(Setting::Width, WindowSize.width());
@@ -156,9 +161,9 @@ class TBench final {
   }
 
   // Started as by a link in another program: the home page opens too.
-  TCost StartWithAddress() {
+  TCost StartWithAddress(bool sideBar = false) {
     m_server.BeginRun();
-    WriteSettings(QStringLiteral("Home"), {});
+    WriteSettings(QStringLiteral("Home"), {}, sideBar);
     return m_zarvela.Start(Addresses(1), m_server, 1, TReport::Painted, false);
   }
 
@@ -167,6 +172,7 @@ class TBench final {
     TSeries restored;
     TSeries withAddress;
     TSeries veryFirst;
+    TSeries withSideBar;
     for (int round = 0; round <= m_rounds; ++round) {
       const TCost bareCost = StartBare(1, TReport::Painted, false);
       if (!Good(bareCost)) return;
@@ -174,8 +180,9 @@ class TBench final {
       const QSize bareViewport = m_server.Viewport();
       if (m_bareOnly) continue;
       const TCost addressCost = StartWithAddress();
+      const TCost sideBarCost = StartWithAddress(true);
       const TCost restoredCost = StartRestored(1, TReport::Painted, false);
-      if (!Good(addressCost) || !Good(restoredCost)) return;
+      if (!Good(addressCost) || !Good(sideBarCost) || !Good(restoredCost)) return;
       const QSize viewport = m_server.Viewport();
       m_zarvela.ForgetProfile();
       const TCost firstCost = StartWithAddress();
@@ -183,6 +190,7 @@ class TBench final {
       if (round == 0) continue;
       if (round == 1) AddViewports(bareViewport, viewport);
       withAddress.Add(addressCost);
+      withSideBar.Add(sideBarCost);
       restored.Add(restoredCost);
       veryFirst.Add(firstCost);
     }
@@ -191,6 +199,9 @@ class TBench final {
         FromAddress);
     if (m_bareOnly) return;
     Add(QStringLiteral("first page painted, restored, ms"), bareMedian, Median(restored.milliseconds), Restored);
+    // Both columns are the program here.
+    Add(QStringLiteral("the same, side bar closed and open, ms"), Median(withAddress.milliseconds),
+        Median(withSideBar.milliseconds), SideBar);
     Add(QStringLiteral("very first start, from an address, ms"), bareMedian, Median(veryFirst.milliseconds), VeryFirst);
   }
 
@@ -226,6 +237,7 @@ class TBench final {
         group.Add(groupCost);
       }
       AddTabs(pages, bare, zarvela);
+      if (pages == GroupPages && !m_bareOnly) AddGroupAtRest(bare);
       if (pages == 1) {
         firstBare = bare;
         firstZarvela = zarvela;
@@ -272,6 +284,28 @@ class TBench final {
     const QString name = QStringLiteral("group of %1 pages: ").arg(GroupPages);
     Add(name + QLatin1String("all loaded, ms"), Median(bare.milliseconds), Median(group.milliseconds), Group);
     Add(name + QLatin1String("memory in all, MiB"), Median(bare.mebibytes), Median(group.mebibytes), None);
+  }
+
+  // Once, since it takes its time.
+  void AddGroupAtRest(const TSeries &bare) {
+    m_server.BeginRun();
+    WriteSettings(QStringLiteral("Last"), {});
+    {
+      TRegistryStore store(m_zarvela.RegistryFile());
+      TZVOptions(store).Set(Setting::SleepMinutes, RestMinutes);
+    }
+    if (!Good(WriteGroup(Addresses(GroupPages)))) return;
+    if (!Good(m_zarvela.Open({GroupFile()}, m_server, 1, TReport::Loaded))) return;
+    if (!Good(m_zarvela.Await(m_server, GroupPages, TReport::Loaded))) return;
+    Pause(UntilAsleep);
+    const TCost cost = m_zarvela.Memory();
+    m_zarvela.Close();
+    TRegistryStore store(m_zarvela.RegistryFile());
+    TZVOptions(store).Set(Setting::SleepMinutes, Setting::SleepMinutes.fallback);
+    if (!Good(cost)) return;
+    const QString name = QStringLiteral("group of %1 pages at rest: ").arg(GroupPages);
+    Add(name + QLatin1String("memory, MiB"), Median(bare.mebibytes), cost.mebibytes, AtRest);
+    Add(name + QLatin1String("processes"), bare.processes, cost.processes, None);
   }
 
   // From the key that opens a new tab with an address to that page's first painted frame.

@@ -34,7 +34,8 @@ void THandedOverText::Take(const QString &text) {
 }
 
 // The window first, out of the task bar if it must, then the dialog that stands before it.
-void THandedOverText::BringToFront() const {
+void THandedOverText::BringToFront() {
+  Q_EMIT WindowWanted();
   for (QWidget *widget : {m_window, QApplication::activeModalWidget()}) {
     if (widget == nullptr || widget->testAttribute(Qt::WA_DontShowOnScreen)) continue;
     widget->setWindowState(widget->windowState() & ~Qt::WindowMinimized);

@@ -21,8 +21,12 @@ class THandedOverText final : public QObject {
   // The pages of the start come first, for they take the tab that is there: what has come till now is opened now.
   void Begin();
 
+ Q_SIGNALS:
+  // It is about to come to the front, from wherever it is.
+  void WindowWanted();
+
  private:
-  void BringToFront() const;
+  void BringToFront();
 
   QWidget *m_window;
   TTabStrip &m_tabs;

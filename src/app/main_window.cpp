@@ -12,6 +12,7 @@
 #include "app/shutdown_question.h"
 #include "app/store_notice.h"
 #include "browser/tabs/browser_tab.h"
+#include "chrome/side_bar/side_bar_frame.h"
 #include "chrome/toolbar/toolbar_panel.h"
 #include "config/user_agent_token.h"
 #include "ui/dialog_gate.h"
@@ -54,7 +55,7 @@ void TfrmMain::FormCreate() {
   // Before the modules, whose pages are to have it from the first on.
   UserAgentToken::Register(m_settings.Store(), true);
   m_modules = std::make_unique<TModules>(this, m_settings, m_language);
-  m_storeNotice = std::make_unique<TStoreNotice>(this, m_settings.Store(), m_language);
+  m_storeNotice = std::make_unique<TStoreNotice>(this, m_settings.Store(), m_modules->history, m_language);
   LayOut();
   connect(m_modules->actions[TCommand::About], &QAction::triggered, this,
           [this] { ShowAboutDialog(m_language, this); });
@@ -88,7 +89,7 @@ void TfrmMain::LayOut() {
   bands->SetContent(TBand::Address, m_modules->toolbars.AddressBand());
   bands->SetContent(TBand::Links, m_modules->favorites.Links());
   setStatusBar(m_modules->status);
-  setCentralWidget(m_modules->pages);
+  setCentralWidget(m_modules->sideBar.Frame());
   m_language.TranslateForm(this, "MAIN");
 }
 

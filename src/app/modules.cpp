@@ -1,16 +1,22 @@
 #include "app/modules.h"
 
+#include <QApplication>
 #include <QDeadlineTimer>
+#include <QFileInfo>
 #include <QMainWindow>
 
+#include "annotations/internet_page.h"
 #include "app/delayed_start.h"
 #include "browser/engine/view_supply.h"
 #include "browser/tabs/browser_tab.h"
 #include "chrome/bands/menu_extender.h"
+#include "chrome/save_group_dialog.h"
+#include "chrome/tab_drag_out.h"
 #include "chrome/toolbar/toolbar_panel.h"
 #include "chrome/toolbar/zv_tool_bar.h"
 #include "platform/program_folders.h"
 #include "search/address_label.h"
+#include "ui/shown_text.h"
 
 namespace {
 
@@ -53,6 +59,7 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       tabMenu(actions, tabs, closeAll),
       tabListMenu(actions.Menu(TMenu::TabList), tabs),
       autoRefresh(actions, tabs, settings),
+      sleepingTabs(tabs, settings, autoRefresh),
       stripSettings(actions, *pages, settings),
       tabCommands(actions, tabs, closeAll, settings),
       pageCommands(actions, tabs),
@@ -64,20 +71,35 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       openCommand(window, actions, *address, search, groups, language),
       favorites(window, actions, tabs, tabMenu, loadQueue),
       popups(window, tabs, tabMenu),
-      policy(engine, popups, searchLists),
+      zoneStore(settings.Store()),
+      zones(&zoneStore, language),
+      content(window, actions, tabs, settings.Store()),
+      annotations(actions, tabs, *status->AnnotationButton()),
+      userScripts(settings),
+      policy(engine, popups, searchLists, zones, content, userScripts),
+      securityMenu(window, actions, tabs, zoneStore, zones, language),
       fullScreen(window, actions, tabs, settings),
       edges(window, menuBar->Bar(), fullScreen),
       bars(actions, *bands, *menuBar, *status, *pages, fullScreen, edges, settings),
       customizeMenu(actions, fullScreen, settings),
       placement(window, fullScreen, settings),
-      activeTab(window, tabs, pageCommands, *address, *status, toolbars.Busy(), popups.Stopped(), *frameUpdates),
+      sideBar(window, pages, actions, tabs, fullScreen, language, settings),
+      sideBarPages({window, sideBar, actions, tabs, pageCommands, *status, favorites, groups, searchLists, history,
+                    *address, engine, settings, language}),
+      activeTab(window, tabs, pageCommands, *address, *status, toolbars.Busy(), popups.Stopped(), zones, *frameUpdates),
       downloadsView(actions, *status, downloads, language),
+      tray(window, actions, tabs, language, settings),
       languageMenu(*actions.Menu(TMenu::Languages), language, settings),
+      options(
+          window, actions, settings, desktopDefaults, engine, history, userScripts, language,
+          {.tray = true, .versionCheck = true, .scripts = true, .annotations = !product.annotationService.isEmpty()}),
       lastSites(tabs, settings.Store(), engine.ProcessNumber(), nullptr),
       startupModes(actions, groups, lastSites, settings),
       handedOver(window, tabs, groups),
-      defaultBrowser(window, tabs, language, settings, desktopDefaults) {
+      defaultBrowser(window, tabs, language, settings, desktopDefaults),
+      versionCheck(window, tabs, settings, language, product.updateServer) {
   new TStripCorner(actions, *pages);
+  new TTabDragOut(tabs);
   engine.Views().KeepReady(window);
   Join();
 }
@@ -87,6 +109,9 @@ void TModules::Join() {
   QObject::connect(actions[TCommand::MakeDefaultBrowser], &QAction::triggered, &defaultBrowser,
                    &TDefaultBrowserQuestion::MakeDefault);
   customizeMenu.OfferOn(bands);
+  QObject::connect(&options, &TOptionsCommand::PopupListWritten, &popups, &TPopupBlocker::Reload);
+  QObject::connect(&options, &TOptionsCommand::SearchesWritten, &searchLists, &TSearchLists::ReloadQuickSearches);
+  QObject::connect(&options, &TOptionsCommand::LinksBarWanted, favorites.Links(), &TLinksBar::MakeFolder);
   address->SetIcons(favorites.Icons().Pages());
   settings.Apply(Setting::HistoryDays, &historyKeeper,
                  [this] { historyKeeper.SetDays(settings.Get(Setting::HistoryDays)); });
@@ -108,14 +133,41 @@ void TModules::Join() {
   QObject::connect(&loadQueue, &TLoadQueue::ToComeChanged, status, &TMainStatusBar::ShowPagesToCome);
   QObject::connect(status, &TMainStatusBar::StopPagesClicked, &loadQueue, &TLoadQueue::Stop);
   QObject::connect(actions[TCommand::StopAll], &QAction::triggered, &loadQueue, &TLoadQueue::Stop);
-  QObject::connect(&desktopCommands, &TDesktopCommands::Note, status, &TMainStatusBar::ShowNote);
+  QObject::connect(&desktopCommands, &TDesktopCommands::Note, status,
+                   qOverload<const QString &>(&TMainStatusBar::ShowNote));
+  QObject::connect(&userScripts, &TUserScripts::Changed, &engine, &TEngine::ScriptsChanged);
+  QObject::connect(&engine, &TEngine::ScriptFailed, &userScripts, &TUserScripts::NoteFailure);
+  // A site that the user has put into another zone is none of the service's business, and no private network is.
+  annotations.SetMayAsk([this](const QString &address) {
+    return zones.ZoneOfUrl(address) == int(TSecurityZone::Internet) && IsInternetPage(address);
+  });
+  QObject::connect(&annotations, &TAnnotationBand::Note, status, qOverload<const QString &>(&TMainStatusBar::ShowNote));
+  groups.SetNewFileQuestion([this](QWidget *window, const TPageGroups::TBrowse &browse) {
+    return TfrmSaveGroup::Ask(window, environment.language, browse);
+  });
+  QObject::connect(&groups, &TPageGroups::Done, status, [this](const QString &text, const std::function<void()> &undo) {
+    status->ShowNote(text, environment.language.Text("HalvexGroups", "UndoNote"), undo);
+  });
   QObject::connect(actions[TCommand::Manual], &QAction::triggered, &tabs,
                    [this] { tabs.NewTab()->Navigate(ManualFile()); });
   downloads.SetOpener([this](const QUrl &address) { return desktop.Open(address); });
   QObject::connect(status, &TMainStatusBar::SecurityClicked, actions[TCommand::Properties], &QAction::trigger);
+  QObject::connect(status, &TMainStatusBar::ZoneDoubleClicked, actions[TCommand::SecuritySettings], &QAction::trigger);
   QObject::connect(address, &TAddressBar::ConnectionClicked, actions[TCommand::Properties], &QAction::trigger);
   QObject::connect(&menuBar->Extender(), &TMenuExtender::BorrowerMade, &favorites, [this](TMenu menu, QMenu *borrower) {
     if (menu == TMenu::Favorites) favorites.Serve(borrower);
+    if (menu == TMenu::Groups) groups.Serve(borrower);
+  });
+  QObject::connect(&tray, &TTrayIcon::Note, status, qOverload<const QString &>(&TMainStatusBar::ShowNote));
+  // What the window would show or say comes to it behind its icon.
+  QObject::connect(&handedOver, &THandedOverText::WindowWanted, &tray, &TTrayIcon::BringBack);
+  QObject::connect(&tabs, &TTabStrip::FrontWanted, &tray, &TTrayIcon::BringBack);
+  QObject::connect(&engine, &TEngine::NotificationClicked, &tray, &TTrayIcon::BringBack);
+  QObject::connect(&engine, &TEngine::NotificationNotShown, &tray, &TTrayIcon::Say);
+  QObject::connect(&versionCheck, &TVersionCheck::PageOpened, &tray, &TTrayIcon::BringBack);
+  QObject::connect(&downloads, &TDownloadList::Finished, &tray, [this](const QString &path) {
+    const QString text = environment.language.Text("MAIN", "TrayDownloaded");
+    tray.Say(QApplication::applicationDisplayName(), text.arg(OneLine(QFileInfo(path).fileName())));
   });
   QObject::connect(address, &TAddressBar::DragWanted, &favorites, [this] { favorites.DragPage(address); });
 }
@@ -127,6 +179,7 @@ void TModules::OpenFirstPages(const QString &argument) {
   handedOver.Begin();
   defaultBrowser.Begin();
   favorites.Begin();
+  sideBar.Begin();
   if (engine.KeepsData()) downloads.Keep(engine.ProcessNumber(), &TProfileFolder::IsInUse);
 }
 
@@ -154,6 +207,9 @@ void TModules::Write() {
     placement.Save();
     bandStore.Save(bands->Arrangement());
     bars.Save();
+    sideBar.Save();
+    sideBarPages.Save();
+    tray.Save();
     return true;
   });
   popups.Save();

@@ -3,6 +3,7 @@
 #include <QStringList>
 
 #include "actions/actions.h"
+#include "annotations/annotation_band.h"
 #include "app/browsing_policy.h"
 #include "app/default_browser_question.h"
 #include "app/handed_over_text.h"
@@ -16,6 +17,7 @@
 #include "browser/tabs/desktop_commands.h"
 #include "browser/tabs/load_queue.h"
 #include "browser/tabs/page_commands.h"
+#include "browser/tabs/sleeping_tabs.h"
 #include "browser/tabs/strip_settings.h"
 #include "browser/tabs/tab_commands.h"
 #include "browser/tabs/tab_environment.h"
@@ -35,12 +37,16 @@
 #include "chrome/main_status_bar.h"
 #include "chrome/main_toolbars.h"
 #include "chrome/open_command.h"
+#include "chrome/options/options_command.h"
+#include "chrome/side_bar_pages.h"
+#include "chrome/side_bar_view.h"
 #include "chrome/strip_corner.h"
 #include "chrome/toolbar/toolbar_customizing.h"
 #include "chrome/window_bars.h"
 #include "chrome/window_placement.h"
 #include "config/language.h"
 #include "config/settings.h"
+#include "content/content_switches.h"
 #include "groups/page_groups.h"
 #include "history/history_keeper.h"
 #include "history/history_store.h"
@@ -51,8 +57,14 @@
 #include "search/address_bar.h"
 #include "search/address_search.h"
 #include "search/search_lists.h"
+#include "security/ie_zone_mgr.h"
+#include "security/security_menu.h"
+#include "security/zone_store.h"
+#include "services/tray_icon.h"
+#include "services/version_check.h"
 #include "ui/frame_pacer.h"
 #include "ui/frame_updates.h"
+#include "user_scripts/user_scripts.h"
 
 class QMainWindow;
 
@@ -102,6 +114,7 @@ class TModules final {
   TTabMenu tabMenu;
   TTabListMenu tabListMenu;
   TAutoRefresh autoRefresh;
+  TSleepingTabs sleepingTabs;
   TStripSettings stripSettings;
   TTabCommands tabCommands;
   TPageCommands pageCommands;
@@ -115,17 +128,28 @@ class TModules final {
   TOpenCommand openCommand;
   TFavoritesView favorites;
   TPopupBlocker popups;
+  TZoneStore zoneStore;
+  TIEZoneMgr zones;
+  TContentSwitches content;
+  TAnnotationBand annotations;
+  TUserScripts userScripts;
   TBrowsingPolicy policy;
+  TSecurityMenu securityMenu;
   TFullScreen fullScreen;
   TEdgeBars edges;
   TWindowBars bars;
   TCustomizeMenu customizeMenu;
   TWindowPlacement placement;
+  TSideBarView sideBar;
+  TSideBarPages sideBarPages;
   TActiveTabView activeTab;
   TDownloadsView downloadsView;
+  TTrayIcon tray;  // pgTray
   TLanguageMenu languageMenu;
+  TOptionsCommand options;
   TLastOpenSites lastSites;
   TStartupModes startupModes;
   THandedOverText handedOver;
   TDefaultBrowserQuestion defaultBrowser;
+  TVersionCheck versionCheck;
 };

@@ -72,6 +72,9 @@ int RunProgram(int argc, char **argv, TInstanceLock &lock, bool ask) {
   channel.Serve(lock);
   // A window that is closing takes nothing more: the other start waits and becomes the first.
   QObject::connect(&window, &TfrmMain::Closing, &channel, &TInstanceChannel::Close);
+  // Behind its icon in the notification area it is no window whose end the toolkit would take for that of the program.
+  QObject::connect(
+      &window, &TfrmMain::Closing, &application, [] { QCoreApplication::exit(); }, Qt::QueuedConnection);
   QObject::connect(&channel, &TInstanceChannel::Received, &window, &TfrmMain::wmCopyDataDataReceived);
   window.show();
   channel.Start();

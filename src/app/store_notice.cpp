@@ -7,13 +7,14 @@
 #include <utility>
 
 #include "config/language.h"
+#include "history/history_store.h"
 #include "store/registry_store.h"
 #include "ui/confirm_dialog.h"
 #include "ui/dialog_gate.h"
 #include "ui/message_box.h"
 
-TStoreNotice::TStoreNotice(QWidget *window, TRegistryStore &store, const TLanguage &language)
-    : m_window(window), m_store(store), m_language(language) {}
+TStoreNotice::TStoreNotice(QWidget *window, TRegistryStore &store, THistoryStore &history, const TLanguage &language)
+    : m_window(window), m_store(store), m_history(history), m_language(language) {}
 
 TStoreNotice::~TStoreNotice() {
   m_store.SetTroubleHandler(nullptr);
@@ -27,6 +28,12 @@ void TStoreNotice::Begin() {
   if (m_store.HasMissedReads()) Show(m_language.Text("MAIN", "StoreNotRead"));
   // The store is in the middle of a call then.
   m_store.SetTroubleHandler([this] { QMetaObject::invokeMethod(this, &TStoreNotice::Tell, Qt::QueuedConnection); });
+  // From the writer's thread.
+  connect(&m_history, &THistoryStore::Troubled, this, [this](THistoryTrouble trouble) {
+    if (trouble == THistoryTrouble::SetAside) TellHistorySetAside();
+    if (trouble == THistoryTrouble::RemovalFails) Show(m_language.Text("HISTORY", "NotRemoved"));
+  });
+  TellHistorySetAside();
 }
 
 void TStoreNotice::Tell() {
@@ -38,6 +45,12 @@ void TStoreNotice::Tell() {
   } else if (!m_store.IsWritable() || m_store.IsInMemory()) {
     Show(m_language.Text("MAIN", "StoreNotKept"));
   }
+}
+
+void TStoreNotice::TellHistorySetAside() {
+  const QString file = m_history.SetAsideFile();
+  if (std::exchange(m_historyTold, file) == file) return;
+  Show(m_language.Text("HISTORY", "SetAside").arg(QFileInfo(file).fileName()));
 }
 
 void TStoreNotice::Show(const QString &text) {

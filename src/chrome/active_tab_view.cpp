@@ -12,11 +12,13 @@
 #include "chrome/main_status_bar.h"
 #include "popups/stopped_popups.h"
 #include "search/address_bar.h"
+#include "security/ie_zone_mgr.h"
+#include "security/zone_images.h"
 #include "ui/frame_updates.h"
 
 TActiveTabView::TActiveTabView(QMainWindow *window, TTabStrip &tabs, TPageCommands &commands, TAddressBar &address,
                                TMainStatusBar &status, TBusyIndicator &busy, TStoppedPopups &stopped,
-                               TFrameUpdates &updates)
+                               const TIEZoneMgr &zones, TFrameUpdates &updates)
     : m_window(window),
       m_tabs(tabs),
       m_commands(commands),
@@ -24,6 +26,7 @@ TActiveTabView::TActiveTabView(QMainWindow *window, TTabStrip &tabs, TPageComman
       m_status(status),
       m_busy(busy),
       m_stopped(stopped),
+      m_zones(zones),
       m_updates(updates) {
   connect(&tabs, &TTabStrip::ActiveTabChanged, this, &TActiveTabView::Show);
   connect(&tabs, &TTabStrip::IndicatorsChanged, this, &TActiveTabView::GatherIndicators);
@@ -79,6 +82,8 @@ void TActiveTabView::ShowStoppedPopups() {
 
 void TActiveTabView::ShowIndicators(TBrowserTab *tab) {
   m_status.ShowSecurity(tab->Secure(), tab->SecureLock());
+  const int zone = static_cast<int>(tab->SecureZone());
+  m_status.ShowZone(ZoneImages::Of(zone), m_zones.ZoneDisplayName(zone));
   m_address.ShowConnection(tab->Secure(), tab->SecureLock());
   if (tab->Browser() != nullptr) m_status.ShowZoom(tab->Browser()->ZoomPercent());
   m_busy.SetBusy(tab->Busy());

@@ -7,6 +7,7 @@ class TAddressBar;
 class TBrowserTab;
 class TBusyIndicator;
 class TFrameUpdates;
+class TIEZoneMgr;
 class TMainStatusBar;
 class TPageCommands;
 class TStoppedPopups;
@@ -20,7 +21,8 @@ class TActiveTabView final : public QObject {
  public:
   // All must outlive this object.
   TActiveTabView(QMainWindow *window, TTabStrip &tabs, TPageCommands &commands, TAddressBar &address,
-                 TMainStatusBar &status, TBusyIndicator &busy, TStoppedPopups &stopped, TFrameUpdates &updates);
+                 TMainStatusBar &status, TBusyIndicator &busy, TStoppedPopups &stopped, const TIEZoneMgr &zones,
+                 TFrameUpdates &updates);
 
   // Shows everything anew.
   void Show();
@@ -39,6 +41,7 @@ class TActiveTabView final : public QObject {
   TMainStatusBar &m_status;
   TBusyIndicator &m_busy;
   TStoppedPopups &m_stopped;
+  const TIEZoneMgr &m_zones;
   TFrameUpdates &m_updates;
   bool m_indicatorsChanged = false;  // since they were shown last
 };

@@ -55,7 +55,9 @@ void TFullScreen::LeavePage() {
 }
 
 bool TFullScreen::eventFilter(QObject *watched, QEvent *event) {
-  if (watched == m_window && event->type() == QEvent::WindowStateChange && !m_window->isFullScreen()) {
+  // A hidden window has left all states, and comes back in those that it had.
+  const bool isChange = watched == m_window && event->type() == QEvent::WindowStateChange && m_window->isVisible();
+  if (isChange && !m_window->isFullScreen()) {
     LeavePage();
     Leave();
   }

@@ -6,7 +6,10 @@
 #include <QToolButton>
 #include <utility>
 
+#include "chrome/status_offer.h"
+#include "chrome/zone_panel.h"
 #include "config/language.h"
+#include "security/zone_images.h"
 #include "ui/frame_updates.h"
 #include "ui/shown_text.h"
 
@@ -48,11 +51,14 @@ TMainStatusBar::TMainStatusBar(const TLanguage &language, TFrameUpdates &updates
       m_text(MakePanel(this, "pnlStatusText")),
       m_note(MakePanel(this, "pnlStatusNote")),
       m_progress(new QProgressBar(this)),
+      m_offer(new TStatusOffer(this)),
       m_pagesToCome(MakeButton(this, "tbPagesToCome")),
       m_stopped(MakeButton(this, "tbPopupsStopped")),
+      m_annotations(MakeButton(this, "tbFlyswat")),
       m_zoom(MakeButton(this, "tbZoom")),
       m_downloads(MakeButton(this, "tbDownloadsActive")),
       m_security(MakeButton(this, "tbEncryption")),
+      m_zone(new TZonePanel(this)),
       m_stoppedMenu(new QMenu(this)) {
   setObjectName(QStringLiteral("StatusBar"));
   m_progress->setObjectName(QStringLiteral("ProgressBar"));
@@ -64,15 +70,20 @@ TMainStatusBar::TMainStatusBar(const TLanguage &language, TFrameUpdates &updates
   addWidget(m_text, 3);
   addWidget(m_note, 1);
   addPermanentWidget(m_progress);
+  addPermanentWidget(m_offer);
+  m_offer->hide();  // the bar shows what is added to it
   addPermanentWidget(m_pagesToCome);
   addPermanentWidget(m_stopped);
   m_stopped->setIcon(QIcon(QStringLiteral(":/icons/popup_blocked.svg")));
   m_stopped->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   m_stopped->setPopupMode(QToolButton::InstantPopup);
   m_stopped->setMenu(m_stoppedMenu);
+  addPermanentWidget(m_annotations);
   addPermanentWidget(m_zoom);
   addPermanentWidget(m_downloads);
   addPermanentWidget(m_security);
+  addPermanentWidget(m_zone);
+  connect(m_zone, &TZonePanel::DoubleClicked, this, &TMainStatusBar::ZoneDoubleClicked);
   m_downloads->setIcon(QIcon(QStringLiteral(":/icons/downloads.svg")));
   m_downloads->show();
   ShowDownloads(0);
@@ -96,6 +107,10 @@ void TMainStatusBar::ShowNote(const QString &text) {
   m_note->setText(text);
 }
 
+void TMainStatusBar::ShowNote(const QString &text, const QString &actionText, std::function<void()> action) {
+  m_offer->Show(text, actionText, std::move(action));
+}
+
 void TMainStatusBar::ShowProgress(int percent) {
   Gather(m_wantedProgress, percent);
 }
@@ -105,10 +120,14 @@ void TMainStatusBar::ShowSecurity(bool secure, TEncryptionLevel level) {
   if (std::exchange(m_shownSecurity, std::pair(level, locked)) == std::pair(level, locked)) return;
   m_security->setVisible(level != TEncryptionLevel::None);
   if (level == TEncryptionLevel::None) return;
-  m_security->setIcon(QIcon(locked ? QStringLiteral(":/icons/lock.svg") : QStringLiteral(":/icons/lock_open.svg")));
+  m_security->setIcon(locked ? ZoneImages::Of(ZoneImages::Padlock) : QIcon(QStringLiteral(":/icons/lock_open.svg")));
   const QString text = m_language.Text(EncryptionText(level));
   m_security->setToolTip(text);
   m_security->setAccessibleName(text);
+}
+
+void TMainStatusBar::ShowZone(const QIcon &icon, const QString &name) {
+  m_zone->Show(icon, name);
 }
 
 void TMainStatusBar::ShowZoom(int percent) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <QStatusBar>
 #include <utility>
 
@@ -11,6 +12,8 @@ class QProgressBar;
 class QToolButton;
 class TFrameUpdates;
 class TLanguage;
+class TStatusOffer;
+class TZonePanel;
 
 // The status bar: what the page says, a panel for notes about the active page, progress, the security of the
 // connection, its zoom and running downloads. What pages change in it all the time is shown with the frame's other
@@ -25,10 +28,14 @@ class TMainStatusBar final : public QStatusBar {
   void ShowStatusText(const QString &text);
   // Panel 2: a note about the page in front; an empty text clears it.
   void ShowNote(const QString &text);
+  // What was just done, with a button that does something about it; goes by itself, see TStatusOffer.
+  void ShowNote(const QString &text, const QString &actionText, std::function<void()> action);
   // Percent; 100 hides the bar.
   void ShowProgress(int percent);
   // The padlock with its words, nothing at the lowest level.
   void ShowSecurity(bool secure, TEncryptionLevel level);
+  // Panel 3: the security zone of the page in front; nothing for an empty name.
+  void ShowZone(const QIcon &icon, const QString &name);
   // Nothing at the plain size; a click goes back to it.
   void ShowZoom(int percent);
   // How many are running; the button stays where none is.
@@ -36,12 +43,15 @@ class TMainStatusBar final : public QStatusBar {
   // What was stopped on the page in front; an empty text hides it. A click opens the menu, which others fill.
   void ShowStopped(const QString &text);
   [[nodiscard]] QMenu *StoppedMenu() const { return m_stoppedMenu; }
+  // For the words of the page in front; whoever explains them fills it, and until then it is hidden.
+  [[nodiscard]] QToolButton *AnnotationButton() const { return m_annotations; }
   // Pages that are still to be loaded; a click stops them.
   void ShowPagesToCome(int pages);
 
  Q_SIGNALS:
   void DownloadsClicked();
   void SecurityClicked();
+  void ZoneDoubleClicked();
   void ZoomClicked();
   void StopPagesClicked();
 
@@ -62,10 +72,13 @@ class TMainStatusBar final : public QStatusBar {
   QLabel *m_note;
   QProgressBar *m_progress;
   // In the order in which they stand there and the Tab key reaches them.
+  TStatusOffer *m_offer;
   QToolButton *m_pagesToCome;
   QToolButton *m_stopped;
+  QToolButton *m_annotations;
   QToolButton *m_zoom;
   QToolButton *m_downloads;
   QToolButton *m_security;
+  TZonePanel *m_zone;
   QMenu *m_stoppedMenu;
 };

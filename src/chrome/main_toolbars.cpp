@@ -7,8 +7,8 @@
 #include "actions/actions.h"
 #include "chrome/busy_indicator.h"
 #include "chrome/toolbar/toolbar_panel.h"
-#include "config/registry_paths.h"
 #include "config/settings.h"
+#include "config/system_browser.h"
 #include "search/address_bar.h"
 #include "search/address_label.h"
 
@@ -31,12 +31,6 @@ QToolBar *MakeBar(QMainWindow *window, const char *name, const char *title) {
   return bar;
 }
 
-// One of major version 4 has no menu of search engines.
-bool HasSearchMenu(const TRegistryStore &store) {
-  const auto version = store.Read(TRegistryHive::LocalMachine, RegistryKey::BrowserVersion, QStringLiteral("Version"));
-  return !version || !version->startsWith(u'4');
-}
-
 }  // namespace
 
 TMainToolbars::TMainToolbars(QMainWindow *window, const TActions &actions, TAddressBar *address, TFrameUpdates &updates,
@@ -45,7 +39,7 @@ TMainToolbars::TMainToolbars(QMainWindow *window, const TActions &actions, TAddr
       m_addressBand(MakeBar(window, "pnlAddress", "__AddressBarName")),
       m_addressLabel(new TAddressLabel(QStringLiteral("__AddressLabel"), m_addressBand)),
       m_busy(new TBusyIndicator(updates, window)),
-      m_panel(new TToolbarPanel(actions, language, HasSearchMenu(settings.Store()), m_busy, window)) {
+      m_panel(new TToolbarPanel(actions, language, SystemBrowser::HasSearch(settings.Store()), m_busy, window)) {
   m_busy->setAccessibleName(QStringLiteral("__BusyName"));
   FillAddressBand(actions, address);
   QAction *go = actions[TCommand::Go];

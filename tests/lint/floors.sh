@@ -11,7 +11,7 @@ actions config favorites history ui
 browser/strip browser/page browser/downloads
 browser/engine
 browser/tabs
-groups popups search security services
+annotations content groups popups search security services user_scripts
 chrome
 app'
 

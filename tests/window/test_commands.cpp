@@ -1,6 +1,7 @@
 #include <QClipboard>
 #include <QInputDialog>
 #include <QProgressBar>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QTreeView>
@@ -10,6 +11,8 @@
 #include "browser/tabs/close_all_dialog.h"
 #include "chrome/favorites/add_favorite_dialog.h"
 #include "chrome/favorites/links_bar.h"
+#include "chrome/options/options_dialog.h"
+#include "chrome/save_group_dialog.h"
 #include "chrome/toolbar/customize_toolbar_dialog.h"
 #include "config/shell_association.h"
 #include "favorites/favorites_edit.h"
@@ -18,6 +21,7 @@
 #include "groups/halvex_group_dialog.h"
 #include "platform/program_folders.h"
 #include "search/search_engine_dialog.h"
+#include "security/zone_store.h"
 #include "support/data_row.h"
 #include "window/commands_fixture.h"
 #include "window/page_click.h"
@@ -221,6 +225,10 @@ class TestCommands final : public QObject, private TCommandsFixture {
     };
     const TStep mailed = [this] { QTRY_VERIFY_WITH_TIMEOUT(!Mailed().isEmpty(), m_f.LoadTime); };
     const TStep started = Then(mailed, [this] { QCOMPARE(Mailed(), QStringList(u"--read"_s)); });
+    const TStep endQuestion =
+        Then([this] { Settings().Set(Setting::ConfirmShutdown, true); },
+             AsksQuestion({"CONFIRM", "ShutDown"}, {"CONFIRM", "ShutDownPrompt"}, {"CONFIRM", "Proceed"}));
+    const TStep ended = Then(Asked(), [this] { QTRY_VERIFY(!Window().isVisible()); });
     return {
         {TCommand::NewBlank, none, Then(Shows(u"2:1 /b"_s), [this] { QVERIFY(AddressEdit()->hasFocus()); })},
         {TCommand::NewHome, none, Shows(u"2:1 /b"_s)},
@@ -269,10 +277,14 @@ class TestCommands final : public QObject, private TCommandsFixture {
         {TCommand::CloseAllShowList, list, Then(Asked(), Shows(u"1:0 about:blank"_s))},
         {TCommand::TabCloseAllShowList, list, Then(Asked(), Shows(u"1:0 about:blank"_s))},
         {TCommand::ReopenTab, Then(With(u"/b"_s), [this] { Tabs().CloseActive(); }), Shows(u"2:1 /b"_s)},
-        {TCommand::Exit,
-         Then([this] { Settings().Set(Setting::ConfirmShutdown, true); },
-              AsksQuestion({"CONFIRM", "ShutDown"}, {"CONFIRM", "ShutDownPrompt"}, {"CONFIRM", "Proceed"})),
-         Then(Asked(), [this] { QTRY_VERIFY(!Window().isVisible()); })},
+        {TCommand::Exit, endQuestion, ended},
+        {TCommand::TrayExit, endQuestion, ended},
+        {TCommand::TrayRestore, [] {},
+         [this] {
+           QTRY_VERIFY(Window().isMinimized());
+           Action(TCommand::TrayRestore)->trigger();
+           QTRY_VERIFY(!Window().isMinimized());
+         }},
     };
   }
 
@@ -427,6 +439,13 @@ class TestCommands final : public QObject, private TCommandsFixture {
     const auto hides = [this](const char *bar) {
       return [this, bar] { QVERIFY(!Window().findChild<QWidget *>(QLatin1String(bar))->isVisible()); };
     };
+    const auto turnsTo = [this](TCommand page) {
+      return [this, page] {
+        const QString button = Action(page)->objectName() + u"Button"_s;
+        QVERIFY(Window().findChild<QAbstractButton *>(button)->isChecked());
+        QVERIFY(Window().findChild<QStackedWidget *>(u"pcHalvexBar"_s)->currentWidget()->isVisible());
+      };
+    };
     const TStep links = [this] {
       FavoritesEdit::AddPage(favorites + u"/Links"_s, u"c"_s, Url(u"/c"_s));
       QTRY_VERIFY(Window().findChild<QWidget *>(u"pnlLinks"_s)->isVisible());
@@ -456,6 +475,16 @@ class TestCommands final : public QObject, private TCommandsFixture {
         QVERIFY(Action(several ? TCommand::TabsSeveralRows : TCommand::TabsOneRow)->isChecked());
       };
     };
+    const auto turned = [this](TCommand command) {
+      return [this, command] {
+        QVERIFY(!Action(command)->isChecked());
+        SOON(m_f.server.RequestCount("/a"), 1);
+        SOON(Active()->Busy(), false);
+        Action(command)->trigger();
+        SOON(m_f.server.RequestCount("/a"), 2);
+        SOON(Active()->Busy(), false);
+      };
+    };
     return {
         {TCommand::ViewToolbar, none, Then(hides("pnlToolbar"), Stores(Setting::ViewToolbar, false))},
         {TCommand::ViewAddressBar, none, Then(hides("pnlAddress"), Stores(Setting::ViewAddressBar, false))},
@@ -467,6 +496,16 @@ class TestCommands final : public QObject, private TCommandsFixture {
               Then(Stores(Setting::ViewStatusBar, true), [this] { QVERIFY(Window().statusBar()->isVisible()); }))},
         {TCommand::ViewMenuBar, full,
          Then(Stores(Setting::FullscreenMenuBar, true), [this] { QVERIFY(Window().menuBar()->isVisible()); })},
+        {TCommand::ViewHalvexBar, none,
+         Then(Stores(Setting::ViewHalvexBar, true),
+              [this] { QVERIFY(Window().findChild<QWidget *>(u"HalvexBar"_s)->isVisible()); })},
+        {TCommand::SideBarFavorites, none, turnsTo(TCommand::SideBarFavorites)},
+        {TCommand::SideBarHistory, none, turnsTo(TCommand::SideBarHistory)},
+        {TCommand::SideBarSearch, none, turnsTo(TCommand::SideBarSearch)},
+        {TCommand::SideBarGroups, none, turnsTo(TCommand::SideBarGroups)},
+        {TCommand::HistoryInNewTab, none, Stores(Setting::HistoryNewWin, false)},
+        {TCommand::SearchInNewTab, none, Stores(Setting::SearchNewWin, false)},
+        {TCommand::SideBarAutoExpand, none, Stores(Setting::HBAutoExpand, false)},
         {TCommand::CustomizeViewAddressBar, none, Then(hides("pnlAddress"), Stores(Setting::ViewAddressBar, false))},
         {TCommand::CustomizeViewToolbar, none, Then(hides("pnlToolbar"), Stores(Setting::ViewToolbar, false))},
         {TCommand::CustomizeViewMenuBar, full,
@@ -510,6 +549,12 @@ class TestCommands final : public QObject, private TCommandsFixture {
         {TCommand::OfferOpenAll, none, Stores(Setting::ShowOpenAllFavorites, false)},
         {TCommand::ShowPageIcons, none, Stores(Setting::UseCustomIcons, false)},
         {TCommand::CustomizeColor, none, Stores(Setting::ToolbarShowColor, true)},
+        {TCommand::AnnotationsEnabled, none, Stores(Setting::FlyswatEnabled, false)},
+        {TCommand::AnnotationsShowLinks, none, Stores(Setting::FlyswatShowLinks, false)},
+        {TCommand::LoadImages, none, turned(TCommand::LoadImages)},
+        {TCommand::LoadVideos, none, turned(TCommand::LoadVideos)},
+        {TCommand::LoadSounds, none, turned(TCommand::LoadSounds)},
+        {TCommand::LoadAnimations, none, turned(TCommand::LoadAnimations)},
     };
   }
 
@@ -538,6 +583,7 @@ class TestCommands final : public QObject, private TCommandsFixture {
         {TCommand::TabName, [this] { Active()->SetStickyName(u"Mine"_s); },
          [this] { QCOMPARE(Active()->StickyName(), QString()); }},
         {TCommand::TabSpared, [] {}, [this] { QVERIFY(Active()->HideFromCloseAll()); }},
+        {TCommand::TabKeptAwake, [] {}, [this] { QVERIFY(Active()->KeptAwake()); }},
         {TCommand::TabBlockPopups, Then([this] { Load(u"/a?x=1"_s); }, Asks<QInputDialog>([this](QInputDialog &dialog) {
                                           CompareTexts(dialog.textValue(), Url(u"/a"_s));
                                           dialog.reject();
@@ -577,10 +623,44 @@ class TestCommands final : public QObject, private TCommandsFixture {
       QVERIFY(m_asked);
       QCOMPARE(FavoritesFolder::Targets(favorites), QStringList(Url(u"/a"_s)));
     };
+    // The status bar tells it and takes it back.
+    const TStep isSaved = [this, set] {
+      QVERIFY(ReadFile(set).contains(Url(u"/a"_s).toUtf8()));
+      QVERIFY(Window().findChild<QToolButton *>(u"tbOffer"_s)->isVisible());
+    };
+    const TStep isOffered = [this] { Window().findChild<QToolButton *>(u"tbOffer"_s)->click(); };
+    const TStep gone = [set] { QVERIFY(!QFile::exists(set)); };
+    const auto maps = [this](int zone) {
+      return [this, zone] {
+        const QList<TZoneMapping> mappings = TZoneStore(*m_f.store).Mappings();
+        QCOMPARE(mappings, (QList<TZoneMapping>{{u"http://127.0.0.1"_s, zone}}));
+        QVERIFY(TZoneStore(*m_f.store).RemoveMapping(mappings.first().pattern));
+        QTRY_VERIFY(Window().Tabs().Environment().engine.Policy().ZoneOf(Url(u"/a"_s)) == TSecurityZone::Internet);
+        Active()->RefreshZone();
+      };
+    };
+    const TStep trusted = [this] {
+      Load(u"/"_s);
+      Action(TCommand::SecurityAddTrusted)->trigger();
+    };
+    const TStep inNoZone = [this] {
+      QVERIFY(TZoneStore(*m_f.store).Mappings().isEmpty());
+      QCOMPARE(Active()->SecureZone(), TSecurityZone::Internet);
+    };
     QList<TRow> rows{
+        {TCommand::SecurityCurrent, none, Shows(u"1:0 /a"_s)},
+        {TCommand::SecurityAddTrusted, none, maps(2)},
+        {TCommand::SecurityAddIntra, none, maps(1)},
+        {TCommand::SecurityAddRestricted, none, maps(4)},
+        {TCommand::SecurityRemove, trusted, inNoZone},
+        {TCommand::SecuritySettings, none, Opens("TfrmSecurity")},
         {TCommand::AddToGroup, Then(group, AsksFile(set)), added},
         {TCommand::TabAddToGroup, Then(group, AsksFile(set)), added},
-        {TCommand::SaveAsGroup, AsksFile(set), added},
+        {TCommand::SaveAsGroup, Asks<TfrmSaveGroup>([](TfrmSaveGroup &dialog) {
+           dialog.findChild<QLineEdit *>(u"edtName"_s)->setText(u"Set"_s);
+           dialog.findChild<QPushButton *>(u"cmdOK"_s)->click();
+         }),
+         Then(Asked(), Then(isSaved, Then(isOffered, gone)))},
         {TCommand::OrganizeGroups, Then(group, Then(AsksFile(set), Asks<TfrmHalvexGroup>(Reject<TfrmHalvexGroup>))),
          opened},
         {TCommand::AddFavorite, adds, isFavorite},
@@ -634,6 +714,7 @@ class TestCommands final : public QObject, private TCommandsFixture {
            SOON(Tabs().TabCount(), 2);
            SOON(Active()->GetLocationUrl().endsWith(u"/manual/using.html"_s), true);
          }},
+        {TCommand::Options, Asks<TfrmOptions>(Reject<TfrmOptions>), Asked()},
         {TCommand::About, Asks<QDialog>([](QDialog &dialog) {
            CompareTexts(dialog.objectName(), u"TfrmAbout"_s);
            dialog.reject();
@@ -650,6 +731,21 @@ class TestCommands final : public QObject, private TCommandsFixture {
     TRow startGroup = starts(TCommand::StartGroup, "HalvexGroup");
     startGroup.prepare = Then(Then(startGroup.prepare, group), AsksFile(set));
     rows.append(startGroup);
+    const std::pair<TCommand, TUrlAction> rules[] = {
+        {TCommand::SecurityActiveXAllow, TUrlAction::ActiveX},
+        {TCommand::SecurityScriptingAllow, TUrlAction::Scripting},
+        {TCommand::SecurityCookiesAllow, TUrlAction::Cookies},
+        {TCommand::SecuritySessionAllow, TUrlAction::SessionCookies},
+    };
+    for (const auto &[first, action] : rules) {
+      for (const unsigned policy : {TZoneStore::Allow, TZoneStore::Query, TZoneStore::Disallow}) {
+        const int step = policy == TZoneStore::Disallow ? 2 : int(policy);
+        rows.append({static_cast<TCommand>(int(first) + step), none, [this, first = first, action = action, policy] {
+                       QCOMPARE(TZoneStore(*m_f.store).Policy(3, action), policy);
+                       Action(first)->trigger();
+                     }});
+      }
+    }
     return rows;
   }
 };

@@ -23,7 +23,9 @@
 #include "chrome/favorites/favorite_dialog.h"
 #include "chrome/folder_view/folder_view.h"
 #include "chrome/open_dialog.h"
+#include "chrome/save_group_dialog.h"
 #include "groups/halvex_group_dialog.h"
+#include "security/security_dialog.h"
 #include "support/modal_dialogs.h"
 #include "ui/confirm_dialog.h"
 #include "window/main_window_fixture.h"
@@ -163,9 +165,15 @@ class TestMnemonics final : public QObject {
     Check(TPropertiesDialog(TPageProperties{}, language), 0);
     Check(TfrmCloseAll(language, {u"a"_s}), 4);
     Check(TfrmOpen(language, {}), 3);
+    TZoneStore zones(*m_f.store);
+    const TIEZoneMgr manager(&zones, language);
+    TfrmSecurity security(zones, manager, language);
+    security.ShowZone(4);
+    Check(security, 7);
     Check(TPrintPreview(language, {}, u"?"_s, nullptr), 6);
 
     Check(TfrmAddFavorite(language, u"a"_s, m_f.Path(u"a"_s), QString()), 3);
+    Check(TfrmSaveGroup(language, m_f.Path(u"a"_s), {}), 4);
     Check(TfrmFavorite(language, {u"a"_s, m_f.Path(u"a.url"_s), false}), 2);
 
     QFile group(m_f.Path(u"x.hgp"_s));

@@ -76,10 +76,6 @@ QListWidgetItem *TfrmCustomizeToolbar::MakeItem(int index) const {
     const QIcon icon = CommandIcon(kind->icon);
     item->setIcon(m_showsColor ? icon : InkIcon(icon));
   }
-  if (kind != nullptr && !kind->IsHere()) {
-    item->setForeground(palette().brush(QPalette::Disabled, QPalette::Text));
-    item->setToolTip(m_language.Text("CUSTOMIZE_TOOLBAR", "NotHere"));
-  }
   return item;
 }
 

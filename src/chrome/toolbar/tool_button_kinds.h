@@ -16,11 +16,6 @@ struct TToolButtonKind {
   const char *icon;                    // file name in the icons' folder without its ending
   TCommand command = TCommand::Count;  // Count: what it runs is not here
   TMenu menu = TMenu::Count;           // what a drop-down opens
-
-  // A button keeps its place on the tool bar and in the file, but does not show, as long as what it is for is not here.
-  [[nodiscard]] constexpr bool IsHere() const {
-    return style == TToolButtonStyle::Menu ? menu != TMenu::Count : command != TCommand::Count;
-  }
 };
 
 // Every kind of button, by the index that the file "tbmain.dat" has.
@@ -39,21 +34,22 @@ inline constexpr auto ToolButtonKinds = std::to_array<TToolButtonKind>({
      TCommand::AddFavorite},
     {"tbFavorites", {"FAVORITES_POPUP", "ShowFavoritesHint"}, TToolButtonStyle::Button, "favorites",
      TCommand::ShowFavorites},
-    {"tbHalvexBar", {"MAIN", "MenuViewHalvexBarHint"}, TToolButtonStyle::Check, "side_bar"},
+    {"tbHalvexBar", {"MAIN", "MenuViewHalvexBarHint"}, TToolButtonStyle::Check, "side_bar",
+     TCommand::ViewHalvexBar},
     {"tbMail", {"MAIN", "MailReadHint"}, TToolButtonStyle::DropDown, "mail", TCommand::ReadMail, TMenu::Mail},
     {"tbFontSize", {"MAIN", "FontSizeHint"}, TToolButtonStyle::DropDown, "text_size", TCommand::FontMedium,
      TMenu::FontSize},
     {"tbPrint", {"MAIN", "MenuFilePrintHint"}, TToolButtonStyle::Button, "print", TCommand::Print},
     {"tbViewSource", {"MAIN", "MenuViewSourceHint"}, TToolButtonStyle::DropDown, "source", TCommand::ViewSource,
      TMenu::EditWith},
-    {"tbLoadImages", {"MAIN", "MenuOptionsLoadImagesHint"}, TToolButtonStyle::Check, "pictures"},
+    {"tbLoadImages", {"MAIN", "MenuOptionsLoadImagesHint"}, TToolButtonStyle::Check, "pictures", TCommand::LoadImages},
     {"tbFullScreen", {"MAIN", "MenuViewFullscreenHint"}, TToolButtonStyle::Check, "full_screen", TCommand::FullScreen},
     {"tbFind", {"MAIN", "MenuEditFindHint"}, TToolButtonStyle::Button, "find", TCommand::Find},
     {"tbSaveAs", {"MAIN", "MenuFileSaveAsHint"}, TToolButtonStyle::Button, "save", TCommand::SaveAs},
     {"tbStopAll", {"MAIN", "MenuViewStopAllHint"}, TToolButtonStyle::Button, "stop_all", TCommand::StopAll},
     {"tbRefreshAll", {"MAIN", "MenuViewRefreshAllHint"}, TToolButtonStyle::Button, "refresh_all",
      TCommand::RefreshAll},
-    {"tbSecurity", {"MAIN", "SecurityHint"}, TToolButtonStyle::Menu, "security"},
+    {"tbSecurity", {"MAIN", "SecurityHint"}, TToolButtonStyle::Menu, "security", TCommand::Count, TMenu::Security},
 });
 // clang-format on
 static_assert(ToolButtonKinds.size() == ToolbarDefinition::KindCount);

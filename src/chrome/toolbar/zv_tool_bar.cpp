@@ -58,7 +58,7 @@ void TZVToolBar::SetEntries(const TToolbarEntries &entries) {
 TZVToolBar::TItem TZVToolBar::Build(const TToolbarEntry &entry) {
   TItem item;
   item.kind = ToolButtonKindOf(entry.index);
-  item.shows = entry.visible && (item.kind == nullptr || item.kind->IsHere());
+  item.shows = entry.visible;
   item.width = SeparatorWidth;
   if (entry.index == TToolbarEntry::Separator) return item;
   item.button = BuildButton(item.kind);
@@ -78,7 +78,7 @@ QToolButton *TZVToolBar::BuildButton(const TToolButtonKind *kind) {
   button->setIconSize(QSize(IconSize, IconSize));
   button->hide();
   button->installEventFilter(this);
-  button->setEnabled(kind != nullptr && kind->IsHere());
+  button->setEnabled(kind != nullptr);
   if (kind == nullptr) return button;
   button->setObjectName(QString::fromLatin1(kind->name));
   const QString hint = m_language.Text(kind->hint);
@@ -143,21 +143,10 @@ QRect TZVToolBar::PlaceOf(const QString &name) const {
 
 void TZVToolBar::PlaceItems() {
   int left = 0;
-  bool afterSeparator = true;
-  bool missesButton = false;
-  for (size_t i = 0; i < m_items.size(); ++i) {
-    TItem &item = m_items[i];
-    const bool isSeparator = item.button == nullptr;
-    // Two separators with nothing between them but buttons whose time has not come are one.
-    if (isSeparator && m_entries.at(qsizetype(i)).visible) item.shows = !(afterSeparator && missesButton);
-    if (!item.shows) {
-      missesButton = missesButton || (!isSeparator && m_entries.at(qsizetype(i)).visible);
-      continue;
-    }
+  for (TItem &item : m_items) {
+    if (!item.shows) continue;
     item.left = left;
     left += item.width;
-    afterSeparator = isSeparator;
-    missesButton = false;
   }
 }
 
