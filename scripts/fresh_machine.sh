@@ -1,7 +1,13 @@
 #!/bin/sh
-# fresh_machine.sh 12|13 COMMAND...
+# fresh_machine.sh 12|13 [--share FOLDER] [--bare] COMMAND...
 # Runs COMMAND on a bare Debian of that number, in a clone of what is committed here, and ends with the command's own
-# code. The machine is a folder of its own that only borrows kernel and network, and is taken down afterwards, also when
+# code. --share has a folder of this machine appear there as /srv; --bare leaves the clone out.
+#
+# fresh_machine.sh 12|13
+# Makes the package on such a machine, installs it on another one from its file alone, and starts it there as an ordinary
+# user (scripts/try_package.sh). Package and picture lie in build/package/debian-NUMBER afterwards.
+#
+# The machine is a folder of its own that only borrows kernel and network, and is taken down afterwards, also when
 # this is interrupted. Ends with 77 where no such machine can be made, and says why.
 #
 # What makes a second time faster lies in $XDG_CACHE_HOME/zarvela-build/debian-NUMBER: the bare system (brought up to
@@ -18,9 +24,25 @@ number=${1:-}
 case $number in
   12) codename=bookworm ;;
   13) codename=trixie ;;
-  *) say 'usage: fresh_machine.sh 12|13 COMMAND...'; exit 2 ;;
+  *) say 'usage: fresh_machine.sh 12|13 [--share FOLDER] [--bare] [COMMAND...]'; exit 2 ;;
 esac
 shift
+if [ $# = 0 ]; then
+  share=$root/build/package/debian-$number
+  mkdir -p "$share" || exit 1
+  "$0" "$number" --share "$share" scripts/package.sh /srv || exit
+  cp "$root/scripts/try_package.sh" "$share/" || exit 1
+  exec "$0" "$number" --share "$share" --bare /srv/try_package.sh
+fi
+share=
+bare_only=
+while :; do
+  case ${1:-} in
+    --share) share=$(cd "${2:-}" && pwd -P) || exit 2; shift 2 ;;
+    --bare) bare_only=1; shift ;;
+    *) break ;;
+  esac
+done
 [ $# -gt 0 ] || { say 'no command to run'; exit 2; }
 
 [ "$(id -u)" = 0 ] || cannot 'it takes root'
@@ -91,10 +113,10 @@ apart() { exec unshare --mount --propagation private --pid --fork --kill-child -
 
 # inside COMMAND...: in the machine.
 inside() {
-  export machine cache
+  export machine cache share
   # shellcheck disable=SC2016 # for the inner shell
   apart sh -c '
-    mount -t proc proc "$machine/proc" && mount --bind /dev "$machine/dev" &&
+    mount --bind "$machine" "$machine" && mount -t proc proc "$machine/proc" && mount --bind /dev "$machine/dev" &&
       mount -t tmpfs -o mode=1777 shm "$machine/dev/shm" &&
       mount -t devpts -o newinstance,ptmxmode=0666,mode=620,gid=5 devpts "$machine/dev/pts" || exit 125
     mount -t sysfs -o ro sysfs "$machine/sys" 2>/dev/null
@@ -102,7 +124,10 @@ inside() {
       mount --bind "$cache/packages" "$machine/var/cache/apt/archives" &&
         mount --bind "$cache/ccache" "$machine/var/cache/ccache" || exit 125
     fi
-    exec chroot "$machine" env -i --default-signal=INT,QUIT PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root \
+    if [ -n "$share" ]; then mount --bind "$share" "$machine/srv" || exit 125; fi
+    # A root of its own instead of a chroot, in which the sandbox of the engine could not make one.
+    mkdir -p "$machine/old" && cd "$machine" && pivot_root . old && umount -l /old || exit 125
+    exec env -i --default-signal=INT,QUIT PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root \
       LC_ALL=C.UTF-8 TERM="${TERM:-dumb}" DEBIAN_FRONTEND=noninteractive CCACHE_DIR=/var/cache/ccache \
       ${http_proxy:+http_proxy="$http_proxy"} ${https_proxy:+https_proxy="$https_proxy"} \
       ${no_proxy:+no_proxy="$no_proxy"} "$@"' inside "$@"
@@ -141,7 +166,9 @@ else
   prepare || cannot 'its packages are out of reach; see above'
 fi
 
-if ! git clone --quiet --no-hardlinks -- "$root" "$machine/usr/src/zarvela"; then
+if [ -n "$bare_only" ]; then
+  mkdir -p "$machine/usr/src/zarvela"
+elif ! git clone --quiet --no-hardlinks -- "$root" "$machine/usr/src/zarvela"; then
   say 'what is committed here could not be cloned'
   exit 1
 fi

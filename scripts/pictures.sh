@@ -1,6 +1,6 @@
 #!/bin/sh
 # Takes the pictures in docs/images/: of the window in light and dark colours, at twice the scale, small, and read from
-# right to left; of what is suggested, a question over a page, the groups menu, the quick searches and a blocked pop-up.
+# right to left; of the side bar's favorites and groups; of the options; of what is suggested, a question over a page, the groups menu, the quick searches and a blocked pop-up.
 #   scripts/pictures.sh [FOLDER]     where to put them instead
 # The program is built when it has to be, and runs on a screen in memory, in folders of its own, with pages made here and
 # served to this machine only.
@@ -128,6 +128,24 @@ click_in_page() {
   xdotool mousemove --window "$found" 400 650
   part=832x606
 }
+side_bar_favorites() {
+  xdotool key ctrl+shift+f
+  sleep 1
+  xdotool key End Right
+  part=1000x520
+}
+side_bar_groups() {
+  # Twice, for the keyboard to come into the bar, which is open.
+  xdotool key ctrl+b
+  xdotool key ctrl+b
+  sleep 1
+  xdotool key End Right
+  part=1000x520
+}
+options() {
+  xdotool key ctrl+comma
+  part='in front'
+}
 nothing_more() { part=800x400; }
 
 # take NAME WIDTH HEIGHT SCREEN SETTING...: one picture. Settings of the form NAME=VALUE are the program's, those that
@@ -175,6 +193,12 @@ take() {
     mkdir -p "$home/data/zarvela/HalvexGroups/Travel"
     cp "$folder/pages.hgp" "$home/data/zarvela/HalvexGroups/Morning.hgp"
     cp "$folder/pages.hgp" "$home/data/zarvela/HalvexGroups/Baking & bread.hgp"
+    favorites=$home/data/zarvela/Favorites
+    mkdir -p "$favorites/Gardening" "$favorites/Travel"
+    for place in 'A garden on the roof' 'Lentil soup for eight' 'Gardening/Compost' 'Travel/Night trains of Europe' \
+      'Travel/Tides and harbours'; do
+      printf '[InternetShortcut]\nURL=http://127.0.0.1:%s/garden.html\n' "$port" >"$favorites/$place.url"
+    done
     start "$open"
     window
     # The pages come one after the other, the last with its icon.
@@ -227,6 +251,9 @@ take dark 1200 760 1280x900 env:XDG_CURRENT_DESKTOP=KDE env:KDE_SESSION_VERSION=
 take twice_the_scale 1000 640 2200x1500 env:QT_SCALE_FACTOR=2 || code=1
 take small 500 400 1280x900 || code=1
 take right_to_left 1200 760 1280x900 LanguageFile=zvara.ini || code=1
+take side_bar 1000 640 1280x900 do:side_bar_favorites ViewHalvexBar=1 || code=1
+take side_bar_groups 1000 640 1280x900 do:side_bar_groups ViewHalvexBar=1 HalvexBarPage=3 || code=1
+take options 1000 640 1280x900 do:options || code=1
 take suggestions 1000 640 1280x900 do:suggestions || code=1
 take question 800 640 1280x900 do:nothing_more open:asks.html || code=1
 take groups 1000 640 1280x900 do:groups_menu || code=1

@@ -4,6 +4,7 @@
 #   scripts/setup.sh build            what compiling, running and testing need
 #   scripts/setup.sh build screen     and a screen in memory with the tools that photograph it, for a machine without one
 #   scripts/setup.sh build fuzz       and the compiler of the fuzzers
+#   scripts/setup.sh build package    and what makes a package of it
 #   scripts/setup.sh machine          what makes a bare Debian in a folder
 #
 # Asks nothing. When nothing is missing it is silent and calls no package manager.
@@ -11,15 +12,18 @@ set -u
 
 # The compiler, the build, and what checks the form of the sources; Qt with its web engine, SVG and PDF parts; SQLite;
 # ICU. xdg-utils speaks to the desktop (default browser, mail), the fonts give a bare machine something to write with,
-# in Latin, Arabic and Japanese. What windows are to a desktop is tested on an X server in memory with a window manager.
+# in Latin, Arabic and Japanese. What windows are to a desktop is tested on an X server in memory with a window manager
+# and a panel.
 build_packages='g++ cmake ninja-build ccache mold pkg-config clang-format
   qt6-base-dev qt6-webengine-dev qt6-svg-dev qt6-pdf-dev qt6-translations-l10n
-  libsqlite3-dev libicu-dev xdg-utils fonts-dejavu-core fonts-vlgothic xvfb openbox x11-utils'
+  libsqlite3-dev libicu-dev xdg-utils fonts-dejavu-core fonts-vlgothic xvfb openbox x11-utils
+  trayer xdotool'
 # From Debian 13 on, what draws the icons is a package of its own, which nothing else brings along.
 release=$(sed -n 's/^VERSION_ID="*\([0-9]*\).*$/\1/p' /etc/os-release 2>/dev/null)
 [ "${release:-13}" -lt 13 ] || build_packages="$build_packages qt6-svg-plugins"
 screen_packages='xdotool imagemagick'
 fuzz_packages='clang libclang-rt-dev'
+package_packages='dpkg-dev file'
 machine_packages='debootstrap git'
 
 say() { printf 'setup: %s\n' "$*" >&2; }
@@ -30,6 +34,7 @@ for group in "$@"; do
     build) wanted="$wanted $build_packages" ;;
     screen) wanted="$wanted $screen_packages" ;;
     fuzz) wanted="$wanted $fuzz_packages" ;;
+    package) wanted="$wanted $package_packages" ;;
     machine) wanted="$wanted $machine_packages" ;;
     *) say "unknown group of packages: $group"; exit 2 ;;
   esac
