@@ -187,10 +187,13 @@ class TestKeptTabs final : public QObject, private TMainWindowFixture {
     tab->Navigate(server.Url(path));
     QTRY_VERIFY_WITH_TIMEOUT(tab->GetLocationName() == path && !tab->Busy(), LoadTime);
   }
-  // Until the engine has it in its history.
+  // The page at /b, until the engine has it in its history. A title is there before the page has its height.
   static void Scroll(TBrowserTab *tab, int y) {
+    QWebEnginePage &page = *tab->Browser()->EnginePage();
+    QTRY_COMPARE_WITH_TIMEOUT(AnswerOf(page, u"location.pathname + document.readyState"_s).toString(), u"/bcomplete"_s,
+                              LoadTime);
     const QByteArray before = tab->Record().history;
-    (void)AnswerOf(*tab->Browser()->EnginePage(), u"scrollTo(0, %1)"_s.arg(y));
+    (void)AnswerOf(page, u"scrollTo(0, %1)"_s.arg(y));
     QTRY_VERIFY_WITH_TIMEOUT(tab->Record().history != before, LoadTime);
   }
   // The tab that both tests make: /b between /a and /c, scrolled, named and locked.
