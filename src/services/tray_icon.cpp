@@ -14,27 +14,12 @@
 #include "platform/window_activation.h"
 #include "services/notification_area.h"
 #include "ui/shown_text.h"
+#include "ui/window_hiding.h"
 
 namespace {
 
 constexpr int LookInterval = 2000;       // milliseconds
-constexpr int SettleTime = 1000;         // milliseconds
 constexpr qsizetype LongestTitle = 200;  // characters
-constexpr Qt::WindowStates Own = Qt::WindowMaximized | Qt::WindowFullScreen;
-
-bool BelongsTo(const QWidget *widget, const QWidget *window) {
-  while (widget != nullptr && widget != window) widget = widget->parentWidget();
-  return widget == window;
-}
-
-QList<QPointer<QWidget>> OtherWindowsOf(const QWidget *window) {
-  QList<QPointer<QWidget>> others;
-  for (QWidget *one : QApplication::topLevelWidgets()) {
-    const bool isPassing = one->windowType() == Qt::Popup || one->windowType() == Qt::ToolTip;
-    if (one != window && one->isVisible() && !isPassing && BelongsTo(one, window)) others.append(one);
-  }
-  return others;
-}
 
 }  // namespace
 
@@ -59,12 +44,12 @@ TTrayIcon::TTrayIcon(QWidget *window, TActions &actions, TTabStrip &tabs, const 
     if (m_area == nullptr || !m_area->IsThere()) BringBack();
   });
   window->installEventFilter(this);
+  m_hiding = std::make_unique<TWindowHiding>(window);
+  connect(m_hiding.get(), &TWindowHiding::Returned, this, &TTrayIcon::TakeReturn);
   settings.Apply(Setting::MinToTray, this, [this] { Apply(); });
 }
 
-TTrayIcon::~TTrayIcon() {
-  if (m_isAway) QApplication::setQuitOnLastWindowClosed(true);
-}
+TTrayIcon::~TTrayIcon() = default;
 
 void TTrayIcon::Apply() {
   const bool isWanted = m_settings.Get(Setting::MinToTray);
@@ -81,31 +66,16 @@ void TTrayIcon::Apply() {
   if (m_window->isVisible() && !m_area->IsThere()) Q_EMIT Note(m_language.Text("MAIN", "TrayMissing"));
 }
 
-// The desktop takes all states from a window that goes out of sight; from 6.8 on the toolkit hears of that, then or
-// only when the window has come back.
-bool TTrayIcon::HasLostStates() const {
-  if ((m_window->windowState() & Own) == m_states) return false;
-  if (!m_window->isVisible()) return m_wasAway;
-  // Later it is the user.
-  return !m_settles.hasExpired();
-}
-
 bool TTrayIcon::eventFilter(QObject *watched, QEvent *event) {
-  if (watched == m_window && event->type() == QEvent::WindowStateChange && HasLostStates()) {
-    m_window->setWindowState((m_window->windowState() & ~Own) | m_states);
-    return true;
-  }
-  if (watched == m_window && event->type() == QEvent::WindowStateChange && !m_isAway) {
+  if (watched == m_window && event->type() == QEvent::WindowStateChange && !m_hiding->IsAway()) {
     const bool isMinimized = m_window->isMinimized();
     if (isMinimized != m_isMinimized) isMinimized ? TakeMinimized() : TakeRestored();
     // Not from within what the window is told of itself.
     if (isMinimized) QMetaObject::invokeMethod(this, &TTrayIcon::GoAway, Qt::QueuedConnection);
   }
-  // Somebody else has shown it.
-  if (watched == m_window && event->type() == QEvent::Show && m_isAway) Return();
   // A question whose window is nowhere to be seen would come from nowhere.
   const auto *dialog = event->type() == QEvent::Show ? qobject_cast<const QDialog *>(watched) : nullptr;
-  if (dialog != nullptr && m_isAway && dialog->isModal()) {
+  if (dialog != nullptr && m_hiding->IsAway() && dialog->isModal()) {
     QMetaObject::invokeMethod(this, &TTrayIcon::BringBack, Qt::QueuedConnection);
   }
   return QObject::eventFilter(watched, event);
@@ -153,42 +123,25 @@ bool TTrayIcon::MayGoAway() const {
 }
 
 void TTrayIcon::GoAway() {
-  if (m_isAway || !m_isMinimized || !MayGoAway()) return;
-  m_isAway = m_wasAway = true;
-  m_states = m_window->windowState() & Own;
-  m_place = m_window->pos();
-  m_along = OtherWindowsOf(m_window);
-  // A dialog that closes now would be the last window to be seen.
-  QApplication::setQuitOnLastWindowClosed(false);
-  for (const QPointer<QWidget> &other : std::as_const(m_along)) other->hide();
-  m_window->hide();
+  if (m_hiding->IsAway() || !m_isMinimized || !MayGoAway()) return;
+  m_hiding->Hide();
   qApp->installEventFilter(this);
   m_look.start();
 }
 
-// The window is about to be seen, or is.
-void TTrayIcon::Return() {
-  m_isAway = false;
+void TTrayIcon::TakeReturn() {
   qApp->removeEventFilter(this);
   m_look.stop();
-  QApplication::setQuitOnLastWindowClosed(true);
   TakeRestored();
 }
 
 void TTrayIcon::BringBack() {
-  if (m_isAway) Restore();
+  if (m_hiding->IsAway()) Restore();
 }
 
 void TTrayIcon::Restore() {
-  if (m_isAway) {
-    Return();
-    m_window->setWindowState((m_window->windowState() & ~(Own | Qt::WindowMinimized)) | m_states);
-    if (m_states == Qt::WindowNoState) m_window->move(m_place);
-    m_settles.setRemainingTime(m_states == Qt::WindowNoState ? 0 : SettleTime);
-    m_window->show();
-    for (const QPointer<QWidget> &other : std::exchange(m_along, {})) {
-      if (other) other->show();
-    }
+  if (m_hiding->IsAway()) {
+    m_hiding->Show();
   } else {
     m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
   }
@@ -196,7 +149,7 @@ void TTrayIcon::Restore() {
 }
 
 void TTrayIcon::Say(const QString &title, const QString &text) {
-  if (m_isAway && m_area) m_area->Tell(title, text);
+  if (m_hiding->IsAway() && m_area) m_area->Tell(title, text);
 }
 
 void TTrayIcon::Save() {

@@ -2,10 +2,7 @@
 
 #include <functional>
 #include <memory>
-#include <QDeadlineTimer>
-#include <QList>
 #include <QObject>
-#include <QPointer>
 #include <QTimer>
 
 class QWidget;
@@ -14,6 +11,7 @@ class TLanguage;
 class TNotificationArea;
 class TSettings;
 class TTabStrip;
+class TWindowHiding;
 
 // The icon in the desktop's notification area (pgTray), there while the setting MinToTray is on. A window that is
 // minimised then leaves the task bar and waits behind its icon; its pages go on as in any minimised window. Where the
@@ -52,8 +50,7 @@ class TTrayIcon final : public QObject {
   void UpdateMenu();
   [[nodiscard]] bool MayGoAway() const;
   void GoAway();
-  void Return();
-  [[nodiscard]] bool HasLostStates() const;
+  void TakeReturn();
 
   QWidget *m_window;
   TActions &m_actions;
@@ -64,10 +61,5 @@ class TTrayIcon final : public QObject {
   std::unique_ptr<TNotificationArea> m_area;
   QTimer m_look{this};  // tmrTray; whether the area is still there
   bool m_isMinimized = false;
-  bool m_isAway = false;             // behind its icon
-  bool m_wasAway = false;            // it has been, so that m_states is known
-  Qt::WindowStates m_states;         // that the window comes back in
-  QDeadlineTimer m_settles;          // until it has come back in them
-  QPoint m_place;                    // where its frame stood
-  QList<QPointer<QWidget>> m_along;  // its other windows, that went with it
+  std::unique_ptr<TWindowHiding> m_hiding;  // the window that is away waits behind its icon
 };

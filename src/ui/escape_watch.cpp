@@ -2,10 +2,6 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
-#include <utility>
-
-TEscapeWatch::TEscapeWatch(std::function<void()> escaped, QObject *parent)
-    : QObject(parent), m_escaped(std::move(escaped)) {}
 
 void TEscapeWatch::Start() {
   qApp->installEventFilter(this);

@@ -2,12 +2,13 @@
 
 #include <functional>
 #include <QObject>
+#include <utility>
 
 // Hears Escape wherever the keyboard is, for as long as something is dragged that has not got it. Escape is nobody
 // else's meanwhile, no command's of the window either.
 class TEscapeWatch final : public QObject {
  public:
-  explicit TEscapeWatch(std::function<void()> escaped, QObject *parent = nullptr);
+  explicit TEscapeWatch(std::function<void()> escaped) : m_escaped(std::move(escaped)) {}
 
   void Start();
   void Stop();
