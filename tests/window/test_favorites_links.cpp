@@ -206,7 +206,7 @@ class TestFavoritesLinks final : public QObject, private TFavoritesFixture {
     }
     files.setUrls(urls);
     Drop(files, QPoint(1, 1));
-    QCOMPARE(FavoritesFolder::List(Root() + u"/Links"_s).size(), 65);
+    QTRY_COMPARE(FavoritesFolder::List(Root() + u"/Links"_s).size(), 65);
     // With Ctrl favorites are copied.
     QMimeData favorite;
     favorite.setData(u"application/x-zarvela-favorites"_s, (Root() + u"/Links/Shortcut.url"_s).toUtf8() + '\0');

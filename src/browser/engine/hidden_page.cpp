@@ -1,5 +1,6 @@
 #include "browser/engine/hidden_page.h"
 
+#include <QCoreApplication>
 #include <QWebEngineCookieStore>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineLoadingInfo>
@@ -9,6 +10,8 @@
 #include <QWebEngineSettings>
 #include <QWebEngineUrlRequestInfo>
 #include <QWebEngineUrlRequestInterceptor>
+#include <utility>
+#include <vector>
 
 #include "browser/engine/script_worlds.h"
 
@@ -48,6 +51,13 @@ bool MayLeadTo(const QUrl &from, const QUrl &to) {
   if (to.host().isEmpty() || !to.userInfo().isEmpty()) return false;
   if (to.scheme() == QLatin1String("https")) return true;
   return to.scheme() == QLatin1String("http") && from.scheme() == to.scheme() && from.host() == to.host();
+}
+
+// A download that nobody takes is ended on other threads, which do not look whether its profile is still there.
+void DeleteAtExit(std::unique_ptr<QWebEngineProfile> profile) {
+  static std::vector<std::unique_ptr<QWebEngineProfile>> profiles;
+  if (profiles.empty()) qAddPostRoutine([] { profiles.clear(); });
+  profiles.push_back(std::move(profile));
 }
 
 class TNothingElse final : public QWebEngineUrlRequestInterceptor {
@@ -122,6 +132,8 @@ THiddenPage::THiddenPage(QObject *parent, int longestWait)
 
 THiddenPage::~THiddenPage() {
   m_hasEnded = true;
+  m_page.reset();
+  DeleteAtExit(std::move(m_profile));
 }
 
 void THiddenPage::Load(const QUrl &address) {
