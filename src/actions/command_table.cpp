@@ -63,8 +63,8 @@ constexpr TCommandRow Rows[] = {
     {SideBarFavorites, "pmHBFavorites", "__SideBarFavorites", "favorites", "Ctrl+Shift+F"},
     {SideBarHistory, "pmHBHistory", "__SideBarHistory", "history", "Ctrl+Shift+H"},
     {SideBarSearch, "pmHBSearch", "__SideBarSearch", "search", "Ctrl+Shift+S"},
-    // Ctrl+Shift+G searches backwards.
-    {SideBarGroups, "pmHBGroups", "__SideBarGroups", "groups", ""},
+    // Where Ctrl+Shift+G searches backwards.
+    {SideBarGroups, "pmHBGroups", "__SideBarGroups", "groups", "Ctrl+Alt+G"},
     {ViewMenuBar, "mnuViewMenuBar", "__ViewMenuBar", "", "Ctrl+M", Check()},
     {CustomizeViewAddressBar, "pmCustomizeViewAddressBar", "__CustomizeViewAddressBar", "", "",
      Flag(Setting::ViewAddressBar, Hint("CustomizeViewAddressBarHint"))},

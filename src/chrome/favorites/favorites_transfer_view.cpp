@@ -1,5 +1,6 @@
 #include "chrome/favorites/favorites_transfer_view.h"
 
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
@@ -92,12 +93,14 @@ void TFavoritesTransferView::Export() {
 }
 
 QString TFavoritesTransferView::AskFile(bool isSaved) {
-  const QPointer<QFileDialog> dialog(new QFileDialog(m_window));
+  const QPointer<QFileDialog> dialog(new QFileDialog(m_window, {}, QDir::homePath()));
   dialog->setWindowTitle(isSaved ? m_language.Text("FAVORITES", "ExportCaption")
                                  : m_language.Text("FAVORITES", "ImportCaption"));
   dialog->setAcceptMode(isSaved ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog->setFileMode(isSaved ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-  dialog->setNameFilters({m_language.Text("FAVORITES", "BookmarkFilter"), m_language.Text("FAVORITES", "AllFilter")});
+  const QString filter =
+      isSaved ? m_language.Text("FAVORITES", "ExportFilter") : m_language.Text("FAVORITES", "BookmarkFilter");
+  dialog->setNameFilters({filter, m_language.Text("FAVORITES", "AllFilter")});
   if (isSaved) {
     dialog->setDefaultSuffix(QStringLiteral("html"));
     dialog->selectFile(QStringLiteral("bookmarks.html"));
