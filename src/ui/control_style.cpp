@@ -6,6 +6,7 @@
 #include <QStyleOptionMenuItem>
 
 #include "ui/contrast.h"
+#include "ui/ink_icon.h"
 
 namespace {
 
@@ -87,6 +88,24 @@ void TControlStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *
       break;
   }
   QProxyStyle::drawPrimitive(element, option, painter, widget);
+}
+
+void TControlStyle::drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                                const QWidget *widget) const {
+  const auto *item = element == CE_MenuItem ? qstyleoption_cast<const QStyleOptionMenuItem *>(option) : nullptr;
+  const bool isSelected =
+      item != nullptr && item->state.testFlag(State_Selected) && item->state.testFlag(State_Enabled);
+  // What has no sizes is drawn, and has our colours; pictures of pages keep theirs.
+  if (!isSelected || item->icon.isNull() || !item->icon.availableSizes().isEmpty()) {
+    QProxyStyle::drawControl(element, option, painter, widget);
+    return;
+  }
+  QStyleOptionMenuItem inked(*item);
+  const int extent = pixelMetric(PM_SmallIconSize, option, widget);
+  const qreal ratio = painter->device()->devicePixelRatioF();
+  const QPixmap picture = InkIcon(item->icon).pixmap(QSize(extent, extent), ratio, QIcon::Selected);
+  inked.icon = QIcon(picture);
+  QProxyStyle::drawControl(element, &inked, painter, widget);
 }
 
 void TControlStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option, QPainter *painter,

@@ -4,8 +4,8 @@
 
 // The toolkit's own style ("fusion"), made plain where it is not: buttons of bars and grips show the keyboard as
 // clearly in dark colours as in light ones, boxes to tick have an outline that can be seen, rows of menus and lists are
-// high enough to be hit, and a button that opens a menu as a whole has no second small arrow in its corner. Styles that
-// belong to a desktop are left as they are.
+// high enough to be hit, drawings in a selected row of a menu have the ink of its text, and a button that opens a menu
+// as a whole has no second small arrow in its corner. Styles that belong to a desktop are left as they are.
 class TControlStyle final : public QProxyStyle {
   Q_OBJECT
 
@@ -21,6 +21,8 @@ class TControlStyle final : public QProxyStyle {
   void polish(QPalette &palette) override;
   void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                      const QWidget *widget) const override;
+  void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                   const QWidget *widget) const override;
   void drawComplexControl(ComplexControl control, const QStyleOptionComplex *option, QPainter *painter,
                           const QWidget *widget) const override;
   [[nodiscard]] QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,

@@ -219,6 +219,32 @@ class TestDialogs final : public QObject {
     QVERIFY(menu.actionGeometry(line).height() < TControlStyle::LeastRow);
   }
 
+  // Drawings take the ink of the text beside them, pictures of pages stay what they are.
+  void selectedMenuRow() {
+    TControlStyle style;
+    QMenu menu;
+    menu.setStyle(&style);
+    QPalette palette = menu.palette();
+    palette.setColor(QPalette::Highlight, Qt::black);
+    menu.setPalette(palette);
+    QPixmap picture(16, 16);
+    picture.fill(Qt::red);
+    QAction *drawn = menu.addAction(QIcon(u":/icons/favorites.svg"_s), u"x"_s);
+    QAction *pictured = menu.addAction(QIcon(picture), u"x"_s);
+    menu.popup({});
+    const auto colours = [&](QAction *item) {
+      menu.setActiveAction(item);
+      const QImage row = menu.grab(menu.actionGeometry(item)).toImage();
+      int coloured = 0;
+      for (int x = 0; x < row.width(); ++x) {
+        for (int y = 0; y < row.height(); ++y) coloured += row.pixelColor(x, y).saturation() > 60 ? 1 : 0;
+      }
+      return coloured;
+    };
+    QCOMPARE(colours(drawn), 0);
+    QVERIFY(colours(pictured) >= 200);
+  }
+
   void questionsOutliveTheirOwner() {
     auto *owner = new QWidget;
     OnModalDialog<TfrmConfirm>([owner](TfrmConfirm &) { delete owner; });
