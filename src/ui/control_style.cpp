@@ -27,6 +27,11 @@ void DrawRing(QPainter &painter, const QStyleOption &option) {
   painter.restore();
 }
 
+// What is drawn has no sizes, and has our colours. Pictures of pages have some, and keep theirs.
+bool IsDrawn(const QIcon &icon) {
+  return !icon.isNull() && icon.availableSizes().isEmpty();
+}
+
 // As it looks on that ground, which shows through.
 QColor Over(const QColor &colour, const QColor &ground) {
   const auto mix = [&](float over, float under) { return over * colour.alphaF() + under * (1 - colour.alphaF()); };
@@ -92,20 +97,27 @@ void TControlStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *
 
 void TControlStyle::drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
                                 const QWidget *widget) const {
+  const bool isSelected = option->state.testFlag(State_Selected) && option->state.testFlag(State_Enabled);
+  const qreal ratio = painter->device()->devicePixelRatioF();
   const auto *item = element == CE_MenuItem ? qstyleoption_cast<const QStyleOptionMenuItem *>(option) : nullptr;
-  const bool isSelected =
-      item != nullptr && item->state.testFlag(State_Selected) && item->state.testFlag(State_Enabled);
-  // What has no sizes is drawn, and has our colours; pictures of pages keep theirs.
-  if (!isSelected || item->icon.isNull() || !item->icon.availableSizes().isEmpty()) {
-    QProxyStyle::drawControl(element, option, painter, widget);
+  if (isSelected && item != nullptr && IsDrawn(item->icon)) {
+    QStyleOptionMenuItem inked(*item);
+    const int extent = pixelMetric(PM_SmallIconSize, option, widget);
+    inked.icon = InkIcon(item->icon).pixmap(QSize(extent, extent), ratio, QIcon::Selected);
+    QProxyStyle::drawControl(element, &inked, painter, widget);
     return;
   }
-  QStyleOptionMenuItem inked(*item);
-  const int extent = pixelMetric(PM_SmallIconSize, option, widget);
-  const qreal ratio = painter->device()->devicePixelRatioF();
-  const QPixmap picture = InkIcon(item->icon).pixmap(QSize(extent, extent), ratio, QIcon::Selected);
-  inked.icon = QIcon(picture);
-  QProxyStyle::drawControl(element, &inked, painter, widget);
+  const auto *row = element == CE_ItemViewItem ? qstyleoption_cast<const QStyleOptionViewItem *>(option) : nullptr;
+  if (isSelected && row != nullptr && IsDrawn(row->icon)) {
+    QStyleOptionViewItem inked(*row);
+    const QPixmap picture = InkIcon(row->icon).pixmap(row->decorationSize, ratio, QIcon::Selected);
+    inked.icon = QIcon();
+    inked.icon.addPixmap(picture, QIcon::Normal);
+    inked.icon.addPixmap(picture, QIcon::Selected);
+    QProxyStyle::drawControl(element, &inked, painter, widget);
+    return;
+  }
+  QProxyStyle::drawControl(element, option, painter, widget);
 }
 
 void TControlStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option, QPainter *painter,

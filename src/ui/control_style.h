@@ -4,7 +4,7 @@
 
 // The toolkit's own style ("fusion"), made plain where it is not: buttons of bars and grips show the keyboard as
 // clearly in dark colours as in light ones, boxes to tick have an outline that can be seen, rows of menus and lists are
-// high enough to be hit, drawings in a selected row of a menu have the ink of its text, and a button that opens a menu
+// high enough to be hit, drawings in a selected row have the ink of its text, and a button that opens a menu
 // as a whole has no second small arrow in its corner. Styles that belong to a desktop are left as they are.
 class TControlStyle final : public QProxyStyle {
   Q_OBJECT

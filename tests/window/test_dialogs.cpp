@@ -10,6 +10,7 @@
 #include <QStyleOptionButton>
 #include <QTextEdit>
 #include <QToolButton>
+#include <QTreeWidget>
 
 #include "browser/page/find_bar.h"
 #include "browser/page/properties_dialog.h"
@@ -220,29 +221,42 @@ class TestDialogs final : public QObject {
   }
 
   // Drawings take the ink of the text beside them, pictures of pages stay what they are.
-  void selectedMenuRow() {
+  void selectedRows() {
     TControlStyle style;
     QMenu menu;
-    menu.setStyle(&style);
-    QPalette palette = menu.palette();
-    palette.setColor(QPalette::Highlight, Qt::black);
-    menu.setPalette(palette);
+    QTreeWidget tree;
+    tree.setHeaderHidden(true);
+    tree.setRootIsDecorated(false);
+    for (QWidget *widget : {static_cast<QWidget *>(&menu), static_cast<QWidget *>(&tree)}) {
+      widget->setStyle(&style);
+      QPalette palette = widget->palette();
+      palette.setColor(QPalette::Highlight, Qt::black);
+      widget->setPalette(palette);
+    }
+    const auto coloured = [](const QPixmap &row) {
+      const QImage picture = row.toImage();
+      int count = 0;
+      for (int x = 0; x < picture.width(); ++x) {
+        for (int y = 0; y < picture.height(); ++y) count += picture.pixelColor(x, y).saturation() > 60 ? 1 : 0;
+      }
+      return count;
+    };
     QPixmap picture(16, 16);
     picture.fill(Qt::red);
-    QAction *drawn = menu.addAction(QIcon(u":/icons/favorites.svg"_s), u"x"_s);
-    QAction *pictured = menu.addAction(QIcon(picture), u"x"_s);
+    for (const QIcon &icon : {QIcon(u":/icons/favorites.svg"_s), QIcon(picture)}) {
+      menu.addAction(icon, u"x"_s);
+      (new QTreeWidgetItem(&tree, {u"x"_s}))->setIcon(0, icon);
+    }
     menu.popup({});
-    const auto colours = [&](QAction *item) {
+    tree.show();
+    for (const bool isDrawn : {true, false}) {
+      QAction *item = menu.actions().at(isDrawn ? 0 : 1);
       menu.setActiveAction(item);
-      const QImage row = menu.grab(menu.actionGeometry(item)).toImage();
-      int coloured = 0;
-      for (int x = 0; x < row.width(); ++x) {
-        for (int y = 0; y < row.height(); ++y) coloured += row.pixelColor(x, y).saturation() > 60 ? 1 : 0;
-      }
-      return coloured;
-    };
-    QCOMPARE(colours(drawn), 0);
-    QVERIFY(colours(pictured) >= 200);
+      QCOMPARE(coloured(menu.grab(menu.actionGeometry(item))) == 0, isDrawn);
+      QTreeWidgetItem *row = tree.topLevelItem(isDrawn ? 0 : 1);
+      tree.setCurrentItem(row);
+      QCOMPARE(coloured(tree.viewport()->grab(tree.visualItemRect(row))) == 0, isDrawn);
+    }
   }
 
   void questionsOutliveTheirOwner() {
