@@ -4,6 +4,7 @@
 #include <QFrame>
 #include <QPointer>
 
+#include "browser/tabs/auto_refresh.h"
 #include "chrome/options/certificates_page.h"
 #include "chrome/options/downloads_page.h"
 #include "chrome/options/search_page.h"
@@ -16,6 +17,7 @@
 #include "config/startup_mode.h"
 #include "ui/language_choice.h"
 #include "ui/message_box.h"
+#include "ui/shown_text.h"
 #include "ui_bars_page.h"
 #include "ui_options_dialog.h"
 
@@ -81,6 +83,12 @@ constexpr TNewTabRow NewTabRows[] = {
     {NewTabs, &Setting::LinksNewWin},     {Tabs, &Setting::AddressNewWin},    {Tabs, &Setting::QuickSearchNewWin},
 };
 
+// As the menu has it.
+QString TextOf(TCommand command, const TLanguage &language) {
+  constexpr size_t Marker = 2;  // "__"
+  return WithoutMnemonic(language.Text(CommandSection, CommandRows()[size_t(command)].text + Marker));
+}
+
 QColor ColorOf(int stored) {
   return QColor::fromRgb(static_cast<QRgb>(stored));
 }
@@ -105,6 +113,7 @@ TfrmOptions::TfrmOptions(const TParts &parts, const TOffers &offers, QWidget *ow
   MakeTree();
   Load();
   LoadLists();
+  LoadAutoRefresh(parts.autoRefresh());
   ConnectControls();
   UpdateStartup();
   UpdatePreview();
@@ -209,6 +218,15 @@ void TfrmOptions::LoadLists() {
   }
 }
 
+void TfrmOptions::LoadAutoRefresh(int interval) {
+  QComboBox &choice = *m_ui->cboAutoRefresh;
+  for (const TAutoRefresh::TInterval &one : TAutoRefresh::Intervals) {
+    choice.addItem(TextOf(one.command, m_language), one.milliseconds);
+  }
+  choice.setCurrentIndex(choice.findData(interval));
+  m_autoRefresh = choice.currentIndex();
+}
+
 void TfrmOptions::cmdOKClick() {
   // A pattern that is still being typed counts.
   m_ui->cmdOK->setFocus();
@@ -248,6 +266,9 @@ void TfrmOptions::cmdOKClick() {
   WriteFlags(Asking);
   m_settings.Set(Setting::LimitTitleLength, m_ui->chkLimitTitles->isChecked() ? m_ui->spnMaxTitle->value() : 0);
   m_settings.Set(Setting::SleepMinutes, m_ui->spnSleepMinutes->value());
+  if (const QComboBox &choice = *m_ui->cboAutoRefresh; choice.currentIndex() != m_autoRefresh) {
+    m_settings.Set(Setting::AutoRefresh, choice.currentData().toInt());
+  }
   m_settings.Set(Setting::HistoryDays, m_ui->spnHistoryDays->value());
   m_downloads->Write();
   m_permissions->Write();

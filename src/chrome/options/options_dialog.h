@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <QDialog>
 #include <QSet>
@@ -46,6 +47,9 @@ class TfrmOptions final : public QDialog {
     TPermissionDecisions &permissions;
     TCertificateExceptions &certificates;
     TUserScripts &scripts;
+    // The interval of automatic reloading that holds in this window, in milliseconds; what is stored may be another
+    // window's.
+    std::function<int()> autoRefresh;
   };
 
   TfrmOptions(const TParts &parts, const TOffers &offers, QWidget *owner = nullptr);
@@ -67,6 +71,7 @@ class TfrmOptions final : public QDialog {
   void MakePages(const TParts &parts);
   void Load();
   void LoadLists();
+  void LoadAutoRefresh(int interval);
   void cmdOKClick();
   void WriteAssociations();
   [[nodiscard]] bool HasGroupToStart();
@@ -111,6 +116,7 @@ class TfrmOptions final : public QDialog {
   TUserScriptsPage *m_scripts = nullptr;
   QWidget *m_previewFront = nullptr;   // ts1
   QWidget *m_previewBehind = nullptr;  // ts2
+  int m_autoRefresh = 0;               // the row that was chosen at first
   bool m_hasColors = false;            // somebody has chosen some
   QSet<QWidget *> m_marked;            // what a search has found
 };
