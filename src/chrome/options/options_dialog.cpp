@@ -25,7 +25,7 @@ namespace {
 
 // The steps in which OK writes, after the shell's association and the check of the group that is to open. The order is
 // meant: who follows a setting may look at those that were written before.
-enum TStep { Questions = 4, Keys = 6, Tabs = 8, Instances = 10, NewTabs = 11, Bars = 12, Asking = 14 };
+enum TStep { Questions, Keys, Tabs, SideBar, Instances, NewTabs, Bars, Asking };
 
 // A box that is one flag.
 struct TFlagControl {
@@ -47,7 +47,7 @@ constexpr TFlagControl Flags[] = {
     {Tabs, "chkOpenInFront", &Setting::OpenNewInForeground},
     {Tabs, "chkOpenNewAtEnd", &Setting::OpenNewAtEnd},
     {Tabs, "chkAddressNewWin", &Setting::AddressNewWin},
-    {Tabs, "chkHBAutoExpand", &Setting::HBAutoExpand},
+    {SideBar, "chkHBAutoExpand", &Setting::HBAutoExpand},
     {Instances, "chkAllowMultiInstance", &Setting::AllowMultiInstance},
     {Bars, "chkTabsDown", &Setting::TabsDown},
     {Bars, "chkShowGo", &Setting::ShowGo},
@@ -250,9 +250,12 @@ void TfrmOptions::cmdOKClick() {
                                      : m_ui->radNewActionCurrent->isChecked() ? 1
                                                                               : 2);
   m_settings.SetAutoCompleteMode(m_ui->rdoIE5AC->isChecked() ? 2 : m_ui->rdoIE4AC->isChecked() ? 1 : 0);
-  if (m_offers.tray) m_settings.Set(Setting::MinToTray, m_ui->chkMinToTray->isChecked());
+  // Written here, but followed only further down.
+  if (m_offers.tray) m_settings.SetUntold(Setting::MinToTray, m_ui->chkMinToTray->isChecked());
   WriteColors();
   WriteFlags(Tabs);
+  WriteFlags(SideBar);
+  if (m_offers.tray) m_settings.Tell(Setting::MinToTray);
   WritePopupList();
   WriteFlags(Instances);
   WriteStartup();
