@@ -1,5 +1,6 @@
 #include "chrome/options/options_dialog.h"
 
+#include <algorithm>
 #include <QFileInfo>
 #include <QFrame>
 #include <QPointer>
@@ -152,7 +153,7 @@ void TfrmOptions::Load() {
   m_ui->chkBreakFavorites->setChecked(m_settings.Get(Setting::BreakFavorites));
   const int limit = m_settings.Get(Setting::LimitTitleLength);
   m_ui->chkLimitTitles->setChecked(limit > 0);
-  if (limit > 0) m_ui->spnMaxTitle->setValue(limit);
+  if (limit > 0) SetNumber(*m_ui->spnMaxTitle, limit);
   m_ui->spnMaxTitle->setEnabled(limit > 0);
   const QString scheme = m_settings.Get(Setting::TabColorScheme);
   m_ui->radColorStandard->setChecked(scheme == QLatin1String("std"));
@@ -170,8 +171,13 @@ void TfrmOptions::Load() {
                            m_ui->rdoStartupHalvexGroup};
   modes[static_cast<int>(StartupModeOf(m_settings.Get(Setting::StartupMode)))]->setChecked(true);
   m_ui->edtStartupHalvexGroup->setText(m_settings.Get(Setting::StartupHalvexGroup));
-  m_ui->spnSleepMinutes->setValue(m_settings.Get(Setting::SleepMinutes));
-  m_ui->spnHistoryDays->setValue(m_settings.Get(Setting::HistoryDays));
+  SetNumber(*m_ui->spnSleepMinutes, m_settings.Get(Setting::SleepMinutes));
+  SetNumber(*m_ui->spnHistoryDays, m_settings.Get(Setting::HistoryDays));
+}
+
+void TfrmOptions::SetNumber(QSpinBox &box, int number) {
+  box.setMaximum(std::max(box.maximum(), number));
+  box.setValue(number);
 }
 
 void TfrmOptions::SetSwatch(QWidget *swatch, const QColor &color) {

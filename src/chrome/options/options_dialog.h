@@ -7,6 +7,7 @@
 
 #include "config/options.h"
 
+class QSpinBox;
 class TCertificateExceptions;
 class TCertificatesPage;
 class TDownloadsPage;
@@ -84,6 +85,8 @@ class TfrmOptions final : public QDialog {
   void WriteStartup();
   // The scheme that is chosen, by its name in the store.
   [[nodiscard]] QString ColorScheme() const;
+  // Also one that is beyond the box's limit stays as it is until the user changes it.
+  static void SetNumber(QSpinBox &box, int number);
   static void SetSwatch(QWidget *swatch, const QColor &color);
 
   // ---- options_dialog_controls.cpp: what depends on what ----
