@@ -409,12 +409,46 @@ class TestSecurity final : public QObject {
     click("cmdDefaults");
     QCOMPARE(TZoneStore(*m_f.store).Policy(4, TUrlAction::Scripting), TZoneStore::Disallow);
     QCOMPARE(scripting->currentText(), u"Don’t allow"_s);
+    // What somebody else changes meanwhile shows, and leaves alone what the user has in hand.
+    list->selectAll();
+    site->setText(u"half"_s);
+    TZoneStore elsewhere(*m_f.store);
+    QVERIFY(elsewhere.AddMapping(u"http://a.test"_s, 4));
+    QVERIFY(elsewhere.SetPolicy(4, TUrlAction::Scripting, TZoneStore::Allow));
+    QTRY_COMPARE(sites(), (QStringList{u"http://127.0.0.1"_s, u"http://a.test"_s}));
+    QCOMPARE(scripting->currentText(), u"Allow"_s);
+    QCOMPARE(list->selectedItems().size(), 1);
+    QCOMPARE(site->text(), u"half"_s);
     list->selectAll();
     click("cmdRemove");
     QVERIFY(sites().isEmpty());
     QCOMPARE(Active()->SecureZone(), TSecurityZone::Internet);
     click("cmdClose");
     SOON(m_f.window->findChild<TfrmSecurity *>() == nullptr, true);
+  }
+
+  void RefusedRules() {
+    { TRegistryStore make(m_f.Path(u"only.sqlite"_s)); }
+    TRegistryStore store(m_f.Path(u"only.sqlite"_s), TRegistryStore::TReadOnly());
+    TZoneStore zones(store);
+    TLanguage language;
+    QVERIFY(language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")));
+    const TIEZoneMgr manager(&zones, language);
+    TfrmSecurity dialog(zones, manager, language);
+    auto &rule = *dialog.findChild<QComboBox *>(u"cboScripting"_s);
+    const auto &told = *dialog.findChild<QLabel *>(u"lblBadRule"_s);
+    for (const bool isReset : {false, true}) {
+      QCOMPARE(told.text(), QString());
+      if (isReset) {
+        dialog.findChild<QPushButton *>(u"cmdDefaults"_s)->click();
+      } else {
+        rule.setCurrentIndex(2);
+        Q_EMIT rule.activated(2);
+      }
+      QCOMPARE(rule.currentText(), u"Allow"_s);
+      QCOMPARE(told.text(), language.Text("SECURITY", "NotKept"));
+      dialog.ShowZone(isReset ? 3 : 2);
+    }
   }
 
  private:
