@@ -1,4 +1,5 @@
 #include <QComboBox>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -12,6 +13,7 @@
 #include "chrome/zone_panel.h"
 #include "config/language.h"
 #include "security/security_dialog.h"
+#include "security/security_menu.h"
 #include "support/data_row.h"
 #include "window/main_window_fixture.h"
 #include "window/page_click.h"
@@ -449,6 +451,26 @@ class TestSecurity final : public QObject {
       QCOMPARE(told.text(), language.Text("SECURITY", "NotKept"));
       dialog.ShowZone(isReset ? 3 : 2);
     }
+  }
+
+  // The mark of a key is no part of a name.
+  void NamesWithAmpersands() {
+    QFile file(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"));
+    QFile odd(m_f.Path(u"odd.ini"_s));
+    QVERIFY(file.open(QIODevice::ReadOnly) && odd.open(QIODevice::WriteOnly));
+    odd.write(file.readAll().replace("Zone2=Trusted sites", "Zone2=R&D"));
+    odd.close();
+    TLanguage language;
+    QVERIFY(language.LoadFile(odd.fileName()));
+    m_f.Open();
+    Load(m_f.server.Url(u"/probe"_s));
+    TZoneStore zones(*m_f.store);
+    TIEZoneMgr manager(&zones, language);
+    const TSecurityMenu menu(m_f.window.get(), m_f.window->Actions(), Tabs(), zones, manager, language);
+    const QAction *add = Action(TCommand::SecurityAddTrusted);
+    QVERIFY(add->text().contains(u"“R&&D”"_s));
+    QVERIFY(add->toolTip().contains(u"“R&D”"_s));
+    QCOMPARE(add->statusTip(), add->toolTip());
   }
 
  private:
