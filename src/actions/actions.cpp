@@ -11,6 +11,7 @@
 #include <QToolButton>
 
 #include "config/settings.h"
+#include "ui/shown_text.h"
 
 namespace {
 
@@ -20,25 +21,6 @@ QList<QKeySequence> KeysOf(const char *keys) {
     sequences.append(QKeySequence(key, QKeySequence::PortableText));
   }
   return sequences;
-}
-
-// Also without the letter that some languages put behind the text only for the sake of the key: "File(&F)", "File
-// (&F)".
-QString WithoutMnemonic(const QString &text) {
-  QString plain;
-  for (qsizetype i = 0; i < text.size(); ++i) {
-    if (text[i] == u'&') {
-      if (++i == text.size()) break;
-      const bool isAside = text[i] != u'&' && plain.endsWith(u'(') && i + 1 < text.size() && text[i + 1] == u')';
-      if (isAside) {
-        plain.chop(plain.endsWith(QLatin1String(" (")) ? 2 : 1);
-        ++i;
-        continue;
-      }
-    }
-    plain += text[i];
-  }
-  return plain;
 }
 
 // What stands for a picture that means a direction where reading runs from right to left.

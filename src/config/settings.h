@@ -33,6 +33,9 @@ class TSettings final : public QObject {
   void Set(const TFlagSetting &setting, bool value) { SetValue(setting, value); }
   void Set(const TIntegerSetting &setting, int value) { SetValue(setting, value); }
   void Set(const TStringSetting &setting, const QString &value) { SetValue(setting, value); }
+  // The two halves of Set, for who must do something else between them: stores; tells those who follow.
+  void SetUntold(const TFlagSetting &setting, bool value) { StoreValue(setting, value); }
+  void Tell(const TFlagSetting &setting) { Q_EMIT Changed(setting.name); }
 
   // Address completion, see TZVOptions.
   [[nodiscard]] int AutoCompleteMode() const { return TZVOptions::AutoCompleteModeOf(Get(Setting::AutoCompleteStyle)); }
@@ -80,9 +83,13 @@ class TSettings final : public QObject {
  private:
   template <typename TSetting, typename TValue>
   void SetValue(const TSetting &setting, const TValue &value) {
+    StoreValue(setting, value);
+    Q_EMIT Changed(setting.name);
+  }
+  template <typename TSetting, typename TValue>
+  void StoreValue(const TSetting &setting, const TValue &value) {
     m_refused.remove(setting.name);
     if (!m_options.Set(setting, value)) m_refused.insert(setting.name, QVariant::fromValue(value));
-    Q_EMIT Changed(setting.name);
   }
 
   TZVOptions m_options;

@@ -28,20 +28,26 @@ TCommand CommandOf(TContentSwitch which) {
 
 TContentSwitches::TContentSwitches(QWidget *window, TActions &actions, TTabStrip &tabs, TRegistryStore &store)
     : m_actions(actions), m_tabs(tabs), m_store(store) {
+  m_on.fill(true);
+  m_stored = m_on;
   for (const TContentSwitch which : ContentSwitches) {
-    const bool on = TIEOptions(m_store).Get(which);
-    m_stored.at(size_t(which)) = on;
-    Apply(which, on);
+    QAction *action = m_actions[CommandOf(which)];
+    action->setChecked(true);
     // The item, or the button that goes with it, has turned its mark by then.
-    connect(m_actions[CommandOf(which)], &QAction::triggered, this, [this, which](bool on) { Choose(which, on); });
+    connect(action, &QAction::triggered, this, [this, which](bool on) { Choose(which, on); });
   }
-  m_sinceLook.start();
+  m_again.setObjectName(QStringLiteral("tmrContent"));
+  m_again.setSingleShot(true);
+  m_again.setInterval(LookInterval);
+  connect(&m_again, &QTimer::timeout, this, &TContentSwitches::Look);
+  Look();
   window->installEventFilter(this);
 }
 
 void TContentSwitches::Apply(TContentSwitch which, bool on) {
   TIEOptions options(m_store);
-  if (options.Get(which) != on) {
+  const std::optional<TContentStates> stored = options.KnownStates();
+  if (!stored || stored->at(size_t(which)) != on) {
     // What the store refuses holds for this run.
     if (options.Set(which, on)) m_stored.at(size_t(which)) = on;
     Q_EMIT SettingChanged(QString::fromLatin1(TIEOptions::Area));
@@ -59,6 +65,8 @@ void TContentSwitches::Choose(TContentSwitch which, bool on) {
 void TContentSwitches::Look() {
   m_sinceLook.start();
   const std::optional<TContentStates> stored = TIEOptions(m_store).KnownStates();
+  m_isKnown = m_isKnown || stored.has_value();
+  if (!m_isKnown) m_again.start();
   if (!stored) return;
   for (const TContentSwitch which : ContentSwitches) {
     const size_t place = size_t(which);
@@ -69,7 +77,7 @@ void TContentSwitches::Look() {
 }
 
 bool TContentSwitches::IsOn(TContentSwitch which) {
-  if (m_sinceLook.hasExpired(LookInterval)) Look();
+  if (!m_isKnown || m_sinceLook.hasExpired(LookInterval)) Look();
   return m_on.at(size_t(which));
 }
 

@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QObject>
+#include <QTimer>
 
 #include "actions/command_table.h"
 #include "content/ie_options.h"
@@ -16,7 +17,7 @@ class TContentSwitches final : public QObject {
   Q_OBJECT
 
  public:
-  // All must outlive this object. Begins with what is stored.
+  // All must outlive this object. Begins with what is stored; what cannot be read then is on until it can.
   TContentSwitches(QWidget *window, TActions &actions, TTabStrip &tabs, TRegistryStore &store);
 
   // What holds for the page that is asked for now. What another program has stored meanwhile is noticed here, and when
@@ -39,5 +40,7 @@ class TContentSwitches final : public QObject {
   TRegistryStore &m_store;
   TContentStates m_on{};
   TContentStates m_stored{};  // at the last look
+  bool m_isKnown = false;     // it could be read
   QElapsedTimer m_sinceLook;
+  QTimer m_again{this};  // tmrContent; for as long as it could not
 };

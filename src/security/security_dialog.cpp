@@ -1,5 +1,7 @@
 #include "security/security_dialog.h"
 
+#include <QSet>
+
 #include "config/language.h"
 #include "security/zone_images.h"
 #include "ui/dialog_placing.h"
@@ -8,6 +10,7 @@
 namespace {
 
 constexpr int ListWidthInCharacters = 50;
+constexpr int LookInterval = 500;  // milliseconds
 
 }  // namespace
 
@@ -49,6 +52,9 @@ TfrmSecurity::TfrmSecurity(TZoneStore &zones, const TIEZoneMgr &manager, const T
   m_ui->cmdAdd->setEnabled(false);
   ShowZone(ZoneNumber::Internet);
   Fill();
+  m_look.setObjectName(QStringLiteral("tmrZones"));
+  connect(&m_look, &QTimer::timeout, this, &TfrmSecurity::Look);
+  m_look.start(LookInterval);
   CentreOnScreen(*this);
 }
 
@@ -64,18 +70,26 @@ void TfrmSecurity::ShowZone(int zone) {
 
 void TfrmSecurity::Fill() {
   const int zone = Zone();
-  QStringList sites;
-  for (const TZoneMapping &mapping : m_zones.Mappings()) {
-    if (mapping.zone == zone) sites.append(mapping.pattern);
-  }
+  m_revision = m_zones.Revision();
+  QSet<QString> chosen;
+  for (const QListWidgetItem *item : m_ui->lstSites->selectedItems()) chosen.insert(item->text());
   m_ui->lstSites->clear();
-  m_ui->lstSites->addItems(sites);
+  for (const TZoneMapping &mapping : m_zones.Mappings()) {
+    if (mapping.zone != zone) continue;
+    auto *site = new QListWidgetItem(mapping.pattern, m_ui->lstSites);
+    site->setSelected(chosen.contains(mapping.pattern));
+  }
   m_ui->grpSites->setEnabled(zone != ZoneNumber::LocalMachine);
-  m_ui->cmdRemove->setEnabled(false);
+  m_ui->cmdRemove->setEnabled(!m_ui->lstSites->selectedItems().isEmpty());
   m_ui->lblBadSite->clear();
+  m_ui->lblBadRule->clear();
   for (size_t rule = 0; rule < m_rules.size(); ++rule) {
     m_rules[rule]->setCurrentIndex(static_cast<int>(m_manager.Policy(zone, UrlActions[rule])));
   }
+}
+
+void TfrmSecurity::Look() {
+  if (m_zones.Revision() != m_revision) Fill();
 }
 
 void TfrmSecurity::AddSite() {
@@ -104,11 +118,14 @@ void TfrmSecurity::SetRule(size_t rule) {
   const auto policy = static_cast<TZonePolicy>(m_rules[rule]->currentIndex());
   // A value of somebody else's stays where the user has chosen what it already counted as.
   if (policy == m_manager.Policy(Zone(), UrlActions[rule])) return;
-  m_manager.SetPolicy(Zone(), UrlActions[rule], policy);
-  Fill();
+  ShowRules(m_manager.SetPolicy(Zone(), UrlActions[rule], policy) == TIEZoneMgr::Done);
 }
 
 void TfrmSecurity::ResetRules() {
-  m_zones.ResetPolicies(Zone());
+  ShowRules(m_zones.ResetPolicies(Zone()));
+}
+
+void TfrmSecurity::ShowRules(bool isKept) {
   Fill();
+  if (!isKept) m_ui->lblBadRule->setText(m_language.Text("SECURITY", "NotKept"));
 }

@@ -3,6 +3,7 @@
 #include <array>
 #include <memory>
 #include <QDialog>
+#include <QTimer>
 
 #include "security/ie_zone_mgr.h"
 
@@ -11,7 +12,8 @@ namespace Ui {
 class TfrmSecurity;
 }
 
-// The sites and the rules of each security zone. What is changed holds at once; the machine's own zone has no sites.
+// The sites and the rules of each security zone. What is changed holds at once, and what somebody else changes
+// meanwhile shows; the machine's own zone has no sites.
 class TfrmSecurity final : public QDialog {
   Q_OBJECT
 
@@ -28,15 +30,22 @@ class TfrmSecurity final : public QDialog {
 
  private:
   [[nodiscard]] int Zone() const;
+  // Also forgets what was told of the last change.
   void Fill();
+  // Fills only where somebody else has changed something.
+  void Look();
   void AddSite();
   void RemoveSites();
   void SetRule(size_t rule);
   void ResetRules();
+  // What the rules are now, and that they could not be changed where that is so.
+  void ShowRules(bool isKept);
 
   TZoneStore &m_zones;
   const TIEZoneMgr &m_manager;
   const TLanguage &m_language;
   std::unique_ptr<Ui::TfrmSecurity> m_ui;
   std::array<QComboBox *, UrlActions.size()> m_rules;  // in the order of the actions
+  QString m_revision;                                  // that is shown
+  QTimer m_look{this};                                 // tmrZones
 };

@@ -67,7 +67,11 @@ TSecurityMenu::TSecurityMenu(QWidget *window, TActions &actions, TTabStrip &tabs
 }
 
 QString TSecurityMenu::Caption(const TTextKey &key, const QString &part) const {
-  return m_language.Text(key).replace(QLatin1String("%s"), QString(part).replace(u'&', QLatin1String("&&")));
+  return Hint(key, QString(part).replace(u'&', QLatin1String("&&")));
+}
+
+QString TSecurityMenu::Hint(const TTextKey &key, const QString &part) const {
+  return m_language.Text(key).replace(QLatin1String("%s"), part);
 }
 
 void TSecurityMenu::Prepare() {
@@ -83,7 +87,7 @@ void TSecurityMenu::Prepare() {
   if (remove->isVisible()) {
     const QString name = m_zones.ZoneDisplayName(zone);
     remove->setText(Caption({"MAIN", "SecurityRemove"}, name));
-    remove->setToolTip(Caption({"MAIN", "SecurityRemoveHint"}, name));
+    remove->setToolTip(Hint({"MAIN", "SecurityRemoveHint"}, name));
     remove->setStatusTip(remove->toolTip());
   }
   // Without a zone manager they stay as they were.
@@ -105,7 +109,7 @@ void TSecurityMenu::ShowAddItems(bool isOffered) {
     if (!isOffered) continue;
     const QString name = m_zones.ZoneDisplayName(item.zone);
     action->setText(Caption({"MAIN", "SecurityAdd"}, name));
-    action->setToolTip(Caption({"MAIN", "SecurityAddHint"}, name));
+    action->setToolTip(Hint({"MAIN", "SecurityAddHint"}, name));
     action->setStatusTip(action->toolTip());
   }
 }

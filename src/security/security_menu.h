@@ -33,7 +33,9 @@ class TSecurityMenu final : public QObject {
   void ChangePolicy(TCommand clicked);
   void AddSite(int zone);
   void RemoveSite();
+  // As the text of a menu item.
   [[nodiscard]] QString Caption(const TTextKey &key, const QString &part) const;
+  [[nodiscard]] QString Hint(const TTextKey &key, const QString &part) const;
 
   QWidget *m_window;
   TActions &m_actions;

@@ -12,7 +12,7 @@ namespace {
 constexpr auto User = TRegistryHive::CurrentUser;
 constexpr int LookInterval = 200;  // milliseconds between looks at what others have written
 
-const QString Revision = QStringLiteral("Revision");
+const QString RevisionName = QStringLiteral("Revision");
 
 QString ZoneMapKey() {
   return QString::fromLatin1(RegistryKey::InternetSettings) + QStringLiteral("\\ZoneMap");
@@ -55,7 +55,7 @@ void TZoneStore::Reload() {
   m_sinceLook.start();
   auto state = std::make_shared<TState>();
   // First: what is written while the rest is read is noticed at the next look.
-  state->revision = m_store.Read(User, ZoneMapKey(), Revision).value_or(QString());
+  state->revision = m_store.Read(User, ZoneMapKey(), RevisionName).value_or(QString());
   const auto stored = m_store.KnownValues(User, MappingsKey());
   // What could not be read stays as it was; a policy that is not known is none that allows.
   if (!stored) return;
@@ -87,7 +87,7 @@ void TZoneStore::Look() const {
   if (m_sinceLook.isValid() && !m_sinceLook.hasExpired(LookInterval)) return;
   m_sinceLook.start();
   const bool isKnown =
-      m_state != nullptr && m_store.Read(User, ZoneMapKey(), Revision).value_or(QString()) == m_state->revision;
+      m_state != nullptr && m_store.Read(User, ZoneMapKey(), RevisionName).value_or(QString()) == m_state->revision;
   if (!isKnown) const_cast<TZoneStore *>(this)->Reload();
 }
 
@@ -117,7 +117,7 @@ unsigned TZoneStore::Policy(int zone, TUrlAction action) const {
 
 bool TZoneStore::Write(const std::function<bool()> &work) {
   const bool isWritten = m_store.InTransaction([&] {
-    return work() && m_store.Write(User, ZoneMapKey(), Revision, QUuid::createUuid().toString(QUuid::Id128));
+    return work() && m_store.Write(User, ZoneMapKey(), RevisionName, QUuid::createUuid().toString(QUuid::Id128));
   });
   Reload();
   return isWritten;
@@ -137,6 +137,10 @@ bool TZoneStore::ResetPolicies(int zone) {
 
 QList<TZoneMapping> TZoneStore::Mappings() const {
   return State()->mappings;
+}
+
+QString TZoneStore::Revision() const {
+  return State()->revision;
 }
 
 bool TZoneStore::AddMapping(const QString &text, int zone) {

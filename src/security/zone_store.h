@@ -64,6 +64,8 @@ class TZoneStore final {
   // The same of many at once; what is not there is no failure.
   bool RemoveMappings(const QStringList &patterns);
 
+  // Another text after each change.
+  [[nodiscard]] QString Revision() const;
   // Reads anew what another process may have written.
   void Reload();
 

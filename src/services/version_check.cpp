@@ -9,6 +9,7 @@
 #include "browser/tabs/browser_tab.h"
 #include "browser/tabs/tab_strip.h"
 #include "config/language.h"
+#include "config/registry_paths.h"
 #include "config/settings.h"
 #include "platform/internet_connection.h"
 #include "services/version_exchange.h"
@@ -16,7 +17,7 @@
 
 namespace {
 
-constexpr int UntilNextTry = 500;  // milliseconds, while another question is open
+constexpr int UntilNextTry = 500;  // milliseconds, while another question is open or the settings cannot be read
 
 QUrl ServerAt(const QString &address) {
   QUrl url(address.trimmed(), QUrl::StrictMode);
@@ -54,6 +55,10 @@ TVersionCheck::TVersionCheck(QWidget *window, TTabStrip &tabs, TSettings &settin
 
 TVersionCheck::~TVersionCheck() = default;
 
+bool TVersionCheck::HasServer(const QString &address) {
+  return !ServerAt(address).isEmpty();
+}
+
 bool TVersionCheck::eventFilter(QObject *watched, QEvent *event) {
   if (watched == m_window && event->type() == QEvent::WindowActivate) {
     m_window->removeEventFilter(this);
@@ -67,18 +72,32 @@ bool TVersionCheck::IsConnected() const {
   return IsThisMachine(m_server) || HasInternetConnection();
 }
 
+bool TVersionCheck::AreSettingsKnown() const {
+  return m_settings.Store().KnownValues(TRegistryHive::CurrentUser, RegistryKey::CurrentVersion).has_value();
+}
+
 void TVersionCheck::tmrVersionCheckTimer() {
+  // What cannot be read is not known: it may be switched off, and may have been asked today.
+  if (!AreSettingsKnown()) {
+    m_timer.start(UntilNextTry);
+    return;
+  }
   const QDate today = m_world.today();
   const int lastPong = m_settings.Get(Setting::LastPong);
-  // What could not be read is not known, and may have been today.
-  if (m_settings.Store().HasMissedReads() || VersionRequest::DayNumber(today) == lastPong || !IsConnected()) return;
-  m_page = std::make_unique<THiddenPage>(nullptr, m_world.longestWait);
+  if (m_settings.Get(Setting::VersionCheck) == 0 || VersionRequest::DayNumber(today) == lastPong || !IsConnected()) {
+    return;
+  }
+  m_page = std::make_unique<THiddenPage>();
   connect(m_page.get(), &THiddenPage::Loaded, this, [this](const QString &text) { Take(TVersionAnswer::Read(text)); });
   const QString query = VersionRequest::Query(m_settings.Get(Setting::New), lastPong, today);
   m_page->Load(QUrl(m_server.toString() + query));
 }
 
 void TVersionCheck::Take(const TVersionAnswer &answer) {
+  if (!AreSettingsKnown()) {
+    QTimer::singleShot(UntilNextTry, this, [this, answer] { Take(answer); });
+    return;
+  }
   if (answer.isCounted) {
     m_settings.Set(Setting::LastPong, VersionRequest::DayNumber(m_world.today()));
     if (m_settings.Get(Setting::New)) m_settings.Set(Setting::New, false);
@@ -87,13 +106,13 @@ void TVersionCheck::Take(const TVersionAnswer &answer) {
 }
 
 void TVersionCheck::Offer(const TVersionAnswer &answer) {
-  if (answer.id <= m_settings.Get(Setting::CheckedVersion)) return;
   if (answer.version.isEmpty() || answer.address.isEmpty()) return;
-  if (QApplication::activeModalWidget() != nullptr) {
-    // Two questions at a time would be one too many.
+  if (!AreSettingsKnown() || QApplication::activeModalWidget() != nullptr) {
+    // It may have been offered already. Two questions at a time would be one too many.
     QTimer::singleShot(UntilNextTry, this, [this, answer] { Offer(answer); });
     return;
   }
+  if (answer.id <= m_settings.Get(Setting::CheckedVersion)) return;
   // Before it is asked, so that this happens once, whatever comes of it.
   m_settings.Set(Setting::CheckedVersion, answer.id);
   const QPointer<TVersionCheck> self(this);

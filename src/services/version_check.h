@@ -23,10 +23,12 @@ class TVersionCheck final : public QObject {
  public:
   static constexpr int Delay = 5000;  // milliseconds from the first activation
 
+  // Whether there is a server at this address, as product.ini has it, that could be asked.
+  [[nodiscard]] static bool HasServer(const QString &address);
+
   // What the world is like; for tests.
   struct TWorld {
     int delay = Delay;
-    int longestWait = 30000;  // milliseconds for an answer
     std::function<QDate()> today = QDate::currentDate;
     std::function<bool()> isConnected{};  // to the Internet; the platform is asked where it is empty
   };
@@ -47,6 +49,8 @@ class TVersionCheck final : public QObject {
  private:
   void tmrVersionCheckTimer();
   [[nodiscard]] bool IsConnected() const;
+  // The settings can be read at this moment.
+  [[nodiscard]] bool AreSettingsKnown() const;
   void Take(const TVersionAnswer &answer);
   void Offer(const TVersionAnswer &answer);
 

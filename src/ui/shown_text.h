@@ -37,6 +37,25 @@
   return OneLine(Shortened(text, longest)).replace(u'&', QLatin1String("&&"));
 }
 
+// The text of a menu item or a control as it is read; also without the letter that some languages put behind it only
+// for the sake of the key: "File(&F)", "File (&F)".
+[[nodiscard]] inline QString WithoutMnemonic(const QString &text) {
+  QString plain;
+  for (qsizetype i = 0; i < text.size(); ++i) {
+    if (text[i] == u'&') {
+      if (++i == text.size()) break;
+      const bool isAside = text[i] != u'&' && plain.endsWith(u'(') && i + 1 < text.size() && text[i + 1] == u')';
+      if (isAside) {
+        plain.chop(plain.endsWith(QLatin1String(" (")) ? 2 : 1);
+        ++i;
+        continue;
+      }
+    }
+    plain += text[i];
+  }
+  return plain;
+}
+
 // As a tool tip, which the toolkit would otherwise take for markup when it looks like it.
 [[nodiscard]] inline QString PlainTip(const QString &text) {
   constexpr qsizetype LongestTip = 1000;  // characters

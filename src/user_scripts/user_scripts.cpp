@@ -83,12 +83,12 @@ std::optional<QString> TUserScripts::Add(const QString &path) {
   return file;
 }
 
-void TUserScripts::Remove(const QString &file) {
-  m_settings.Store().DeleteKey(Hive, KeyOf(file));
+bool TUserScripts::Remove(const QString &file) {
+  return m_settings.Store().DeleteKey(Hive, KeyOf(file));
 }
 
-void TUserScripts::SetOn(const QString &file, bool on) {
-  m_settings.Store().Write(Hive, KeyOf(file), Enabled, on ? QStringLiteral("1") : QStringLiteral("0"));
+bool TUserScripts::SetOn(const QString &file, bool on) {
+  return m_settings.Store().Write(Hive, KeyOf(file), Enabled, on ? QStringLiteral("1") : QStringLiteral("0"));
 }
 
 TUserScriptFile TUserScripts::Look(const QString &file) {

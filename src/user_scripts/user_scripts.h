@@ -40,9 +40,10 @@ class TUserScripts final : public QObject {
   // Takes a copy of the file into the folder, unless it lies there, and puts it into the list. Its name in the list;
   // std::nullopt where it could not be copied.
   std::optional<QString> Add(const QString &path);
-  // Takes it out of the list; the file stays.
-  void Remove(const QString &file);
-  void SetOn(const QString &file, bool on);
+  // Takes it out of the list; the file stays. False when the store refuses it.
+  bool Remove(const QString &file);
+  // The same of the switch.
+  bool SetOn(const QString &file, bool on);
   // The file as it is now.
   [[nodiscard]] static TUserScriptFile Look(const QString &file);
   // The last one of this run; without a reason where there was none.

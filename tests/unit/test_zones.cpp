@@ -1,3 +1,5 @@
+#include <sqlite3.h>
+
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -8,6 +10,39 @@
 #include "support/data_row.h"
 
 using namespace Qt::StringLiterals;
+
+// Opens a store anew and is told of each query in its file, before that runs.
+class TReadWatch final {
+ public:
+  explicit TReadWatch(std::unique_ptr<TRegistryStore> &store) {
+    const QString path = store->FilePath();
+    store.reset();
+    s_watch = this;
+    sqlite3_auto_extension(reinterpret_cast<void (*)()>(&TReadWatch::Begin));
+    store = std::make_unique<TRegistryStore>(path);
+    sqlite3_reset_auto_extension();
+  }
+  ~TReadWatch() { s_watch = nullptr; }
+  TReadWatch(const TReadWatch &) = delete;
+  TReadWatch &operator=(const TReadWatch &) = delete;
+
+  int reads = 0;
+  std::function<void(sqlite3 *)> onRead;
+
+ private:
+  static int Begin(sqlite3 *database, char **, const void *) {
+    return sqlite3_trace_v2(database, SQLITE_TRACE_STMT, &TReadWatch::Trace, database);
+  }
+  static int Trace(unsigned, void *database, void *statement, void *) {
+    const QByteArrayView sql = sqlite3_sql(static_cast<sqlite3_stmt *>(statement));
+    if (s_watch == nullptr || !sql.startsWith("SELECT") || !sql.contains("entries.")) return 0;
+    ++s_watch->reads;
+    if (s_watch->onRead) s_watch->onRead(static_cast<sqlite3 *>(database));
+    return 0;
+  }
+
+  static inline TReadWatch *s_watch = nullptr;
+};
 
 // Which zone an address is in, what the zones allow, and how both are kept.
 class TestZones final : public QObject {
@@ -183,6 +218,50 @@ class TestZones final : public QObject {
     QTRY_COMPARE(other.Policy(3, TUrlAction::Scripting), TZoneStore::Disallow);
     QVERIFY(other.RemoveMapping(u"http://a.test"_s));
     QTRY_COMPARE(m_zones->ZoneOf(u"http://a.test/"_s), 3);
+  }
+
+  // What another process writes while this one reads is noticed at the next look, at whatever moment it comes.
+  void WrittenWhileRead() {
+    TRegistryStore otherRegistry(m_registry->FilePath());
+    TZoneStore other(otherRegistry);
+    TReadWatch watch(m_registry);
+    m_zones = std::make_unique<TZoneStore>(*m_registry);
+    m_zones->Reload();
+    const int reads = watch.reads;
+    QVERIFY(reads > 2);
+    for (int place = 1; place <= reads; ++place) {
+      const QString site = u"http://site%1.test"_s.arg(place);
+      const unsigned policy = place % 2 == 0 ? TZoneStore::Allow : TZoneStore::Query;
+      watch.reads = 0;
+      watch.onRead = [&](sqlite3 *) {
+        if (watch.reads != place) return;
+        QVERIFY(other.AddMapping(site, 4) && other.SetPolicy(3, TUrlAction::Scripting, policy));
+      };
+      m_zones->Reload();
+      watch.onRead = nullptr;
+      QTRY_COMPARE(m_zones->ZoneOf(site), 4);
+      QCOMPARE(m_zones->Policy(3, TUrlAction::Scripting), policy);
+    }
+  }
+
+  // What cannot be read stays as it was: a policy that is not known is none that allows.
+  void UnreadablePolicies() {
+    TReadWatch watch(m_registry);
+    m_zones = std::make_unique<TZoneStore>(*m_registry);
+    QVERIFY(m_zones->SetPolicy(3, TUrlAction::Scripting, TZoneStore::Disallow));
+    watch.reads = 0;
+    m_zones->Reload();
+    const int reads = watch.reads;
+    for (int place = 1; place <= reads; ++place) {
+      watch.reads = 0;
+      watch.onRead = [&](sqlite3 *database) {
+        if (watch.reads == place) sqlite3_interrupt(database);
+      };
+      m_zones->Reload();
+      QVERIFY(watch.reads >= place);
+      watch.onRead = nullptr;
+      QCOMPARE(m_zones->Policy(3, TUrlAction::Scripting), TZoneStore::Disallow);
+    }
   }
 
   void TheManager() {

@@ -1,4 +1,5 @@
 #include <QClipboard>
+#include <QComboBox>
 #include <QInputDialog>
 #include <QProgressBar>
 #include <QStackedWidget>
@@ -421,6 +422,9 @@ class TestCommands final : public QObject, private TCommandsFixture {
                      auto *timer = Window().findChild<QTimer *>(u"tmrRefresh"_s);
                      QCOMPARE(timer->isActive(), interval != 0);
                      QCOMPARE(timer->interval(), interval);
+                     Action(TCommand::Options)->trigger();
+                     const std::unique_ptr<TfrmOptions> options(Window().findChild<TfrmOptions *>());
+                     QCOMPARE(options->findChild<QComboBox *>(u"cboAutoRefresh"_s)->currentData().toInt(), interval);
                      if (interval == 0) return;
                      timer->setSingleShot(true);
                      timer->start(1);

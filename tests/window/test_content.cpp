@@ -6,7 +6,9 @@
 #include <QWebEnginePage>
 
 #include "config/registry_paths.h"
+#include "content/content_switches.h"
 #include "support/data_row.h"
+#include "support/store_trouble.h"
 #include "window/main_window_fixture.h"
 #include "window/page_click.h"
 
@@ -255,6 +257,23 @@ class TestContent final : public QObject {
     m_f.server.ForgetRequests();
     Load(u"/a"_s);
     QCOMPARE(m_f.server.RequestCount("/plain.png"), 0);
+  }
+
+  // What cannot be read at the start is read as soon as it can be, and not written over.
+  void LockedAtTheStart() {
+    m_f.store->Write(User, Key, Images, u"no"_s);
+    m_f.Open();
+    for (const bool isAsked : {true, false}) {
+      std::unique_ptr<TContentSwitches> late;
+      {
+        const TStoreLock lock(m_f.store->FilePath(), TStoreLock::TKind::Unreadable);
+        late = std::make_unique<TContentSwitches>(m_f.window.get(), m_f.window->Actions(), Tabs(), *m_f.store);
+        QVERIFY(late->IsOn(TContentSwitch::Images) && Action(TCommand::LoadImages)->isChecked());
+      }
+      if (isAsked) QVERIFY(!late->IsOn(TContentSwitch::Images));
+      QTRY_VERIFY(!Action(TCommand::LoadImages)->isChecked());
+      QCOMPARE(Stored(Images), u"no"_s);
+    }
   }
 
   void NoImages() {

@@ -15,6 +15,7 @@
 #include "browser/page/permission_decisions.h"
 #include "browser/strip/page_control.h"
 #include "chrome/options/options_dialog.h"
+#include "chrome/options/user_scripts_page.h"
 #include "config/language.h"
 #include "config/registry_paths.h"
 #include "config/settings.h"
@@ -45,7 +46,8 @@ class TestOptionsDialog final : public QObject {
     m_dialog->show();
   }
   [[nodiscard]] TfrmOptions::TParts PartsIn(TLanguage &language) {
-    return {language, *m_settings, *m_association, *m_history, *m_permissions, m_certificates, *m_scripts};
+    return {language,       *m_settings,    *m_association, *m_history,
+            *m_permissions, m_certificates, *m_scripts,     [this] { return m_settings->Get(Setting::AutoRefresh); }};
   }
   void OK() const { Part(u"cmdOK"_s).click(); }
   // All that the store holds, in order.
@@ -61,6 +63,19 @@ class TestOptionsDialog final : public QObject {
           setting);
     }
     return all + m_settings->Lists().PopupList().value_or(QStringList());
+  }
+  [[nodiscard]] static int Messages() {
+    const auto all = QApplication::topLevelWidgets();
+    return int(std::ranges::count_if(all, [](QWidget *one) { return qobject_cast<QMessageBox *>(one) != nullptr; }));
+  }
+  // The pages that are left in the tree.
+  [[nodiscard]] QStringList Left() const {
+    QStringList left;
+    const auto &tree = Part<QTreeWidget>(u"tvOptions"_s);
+    for (int i = 0; i < tree.topLevelItemCount(); ++i) {
+      if (!tree.topLevelItem(i)->isHidden()) left.append(Part<QStackedWidget>(u"pcOptions"_s).widget(i)->objectName());
+    }
+    return left;
   }
   // What is set in the dialog, control by control.
   [[nodiscard]] QStringList Shown() const {
@@ -217,6 +232,8 @@ class TestOptionsDialog final : public QObject {
     row("limit", spin("spnMaxTitle", 12), {u"LimitTitleLength=12"_s});
     row("no limit", press("chkLimitTitles"), {u"LimitTitleLength=0"_s});
     row("downloads", type("edtDownloadFolder", "/tmp"), {u"DownloadFolder=/tmp"_s});
+    row("auto refresh", [](TestOptionsDialog &t) { t.Part<QComboBox>(u"cboAutoRefresh"_s).setCurrentIndex(3); },
+        {u"AutoRefresh=60000"_s});
     row("no sleep", spin("spnSleepMinutes", 0), {u"SleepMinutes=0"_s});
     row("history for ever", spin("spnHistoryDays", 0), {u"HistoryDays=0"_s});
   }
@@ -237,6 +254,64 @@ class TestOptionsDialog final : public QObject {
     QCOMPARE(changed, settings);
     Open();
     QCOMPARE(Shown(), shown);
+  }
+
+  // Who follows a setting finds what was written before it, and not yet what comes later.
+  void OrderOfWriting() {
+    const QString script = QLatin1String(RegistryKey::BrowserHelperObjects) + u"\\a.js"_s;
+    QVERIFY(m_store->CreateKey(TRegistryHive::CurrentUser, script));
+    Open();
+    Part<QTreeWidget>(u"lvScripts"_s).topLevelItem(0)->setCheckState(0, Qt::Unchecked);
+    for (const char *box : {"chkMinToTray", "radColorStandard"}) Part(QLatin1String(box)).click();
+    QStringList order;
+    QStringList seen;
+    connect(m_settings.get(), &TSettings::Changed, m_dialog.get(), [&](const char *name) {
+      order.append(QLatin1String(name));
+      if (order.last() == u"LoadBHOs"_s && !m_scripts->Entries().first().isOn) seen.append(u"scripts"_s);
+      if (order.last() == u"TabColorScheme"_s && m_settings->Get(Setting::MinToTray)) seen.append(u"tray"_s);
+    });
+    connect(m_dialog.get(), &TfrmOptions::PopupListWritten, m_dialog.get(), [&] { order.append(u"pop-ups"_s); });
+    OK();
+    const QStringList names{u"VersionCheck"_s,  u"LoadBHOs"_s,          u"ConfirmCloseAll"_s, u"DisableALTShortcuts"_s,
+                            u"NewAction"_s,     u"AutoCompleteStyle"_s, u"TabColorScheme"_s,  u"HGCloseFirst"_s,
+                            u"HBAutoExpand"_s,  u"MinToTray"_s,         u"pop-ups"_s,         u"AllowMultiInstance"_s,
+                            u"StartupMode"_s,   u"FavoritesNewWin"_s,   u"TabsDown"_s,        u"CtrlPre"_s,
+                            u"CtrlShiftPost"_s, u"AskDefaultBrowser"_s, u"LimitTitleLength"_s};
+    order.removeIf([&](const QString &name) { return !names.contains(name); });
+    QCOMPARE(order, names);
+    QCOMPARE(seen, QStringList({u"scripts"_s, u"tray"_s}));
+  }
+
+  // Numbers that somebody else has stored and that are beyond the boxes.
+  void LargeNumbers() {
+    const std::pair<const TIntegerSetting *, int> numbers[] = {
+        {&Setting::LimitTitleLength, 5000}, {&Setting::SleepMinutes, 20000}, {&Setting::HistoryDays, 40000}};
+    for (const auto &[setting, number] : numbers) m_settings->Set(*setting, number);
+    Open();
+    OK();
+    for (const auto &[setting, number] : numbers) QCOMPARE(m_settings->Get(*setting), number);
+  }
+
+  // A list that the store does not take is told of.
+  void ScriptsThatCannotBeKept() {
+    const QString script = QLatin1String(RegistryKey::BrowserHelperObjects) + u"\\a.js"_s;
+    QVERIFY(m_store->CreateKey(TRegistryHive::CurrentUser, script));
+    TRegistryStore store(m_store->FilePath(), TRegistryStore::TReadOnly());
+    TSettings settings(store);
+    TUserScripts scripts(settings);
+    for (const bool isRemoved : {false, true}) {
+      QWidget window;
+      auto *page = new TUserScriptsPage(m_language, scripts, &window);
+      page->Write();
+      QVERIFY(window.findChild<QMessageBox *>() == nullptr);
+      auto *row = page->findChild<QTreeWidget *>()->topLevelItem(0);
+      isRemoved ? row->setSelected(true) : row->setCheckState(0, Qt::Unchecked);
+      if (isRemoved) page->findChild<QAbstractButton *>(u"btnRemoveScript"_s)->click();
+      page->Write();
+      QTRY_COMPARE(Messages(), 1);
+      OnModalDialog<QMessageBox>([](QMessageBox &box) { box.accept(); });
+      QTRY_COMPARE(Messages(), 0);
+    }
   }
 
   // Colours that nobody has chosen stay so: the strip goes on following the desktop.
@@ -388,18 +463,21 @@ class TestOptionsDialog final : public QObject {
     for (const TNamedAddress &entry : entries) names.append(entry.name + entry.address);
     QCOMPARE(names, QStringList({u"cc"_s, u"ahttp://a.test/%s"_s, u"b"_s}));
     QCOMPARE(m_settings->Get(Setting::SearchBar), u"http://panel.test/"_s);
+    // One that somebody else has given another address meanwhile is not the one that was chosen.
+    Open();
+    Part<QListWidget>(u"lvSearchDefault"_s).setCurrentRow(2);
+    const TNamedAddresses others{{u"c"_s, u"c"_s}, {u"a"_s, u"http://a.test/%s"_s}, {u"b"_s, u"other"_s}};
+    QVERIFY(lists.SetQuickSearchEntries(others));
+    OK();
+    QCOMPARE(lists.QuickSearchEntries(), others);
   }
 
   // A language is only chosen when it is another one, and the user is told when it comes.
   void AnotherLanguage() {
-    const auto notices = [] {
-      const auto all = QApplication::topLevelWidgets();
-      return std::ranges::count_if(all, [](QWidget *one) { return qobject_cast<QMessageBox *>(one) != nullptr; });
-    };
     Open();
     OK();
     QVERIFY(!m_settings->IsChosen(Setting::LanguageFile));
-    QCOMPARE(notices(), 0);
+    QCOMPARE(Messages(), 0);
     for (const QString &file : {u"zvdeu.ini"_s, u"zveng.ini"_s}) {
       Open();
       auto &list = Part<QListWidget>(u"lvLanguages"_s);
@@ -409,9 +487,9 @@ class TestOptionsDialog final : public QObject {
       OK();
       QCOMPARE(m_settings->Get(Setting::LanguageFile), file);
       QCOMPARE(m_language.FileName(), file);
-      QCOMPARE(notices(), 1);
+      QCOMPARE(Messages(), 1);
       OnModalDialog<QMessageBox>([&](QMessageBox &box) { box.accept(); });
-      QTRY_COMPARE(notices(), 0);
+      QTRY_COMPARE(Messages(), 0);
     }
   }
 
@@ -478,12 +556,8 @@ class TestOptionsDialog final : public QObject {
     }
     auto &words = Part<QLineEdit>(u"edtFindOptions"_s);
     words.setText(u"ZARVELA ENDS"_s);
-    QStringList left;
-    for (int i = 0; i < pages.count(); ++i) {
-      if (!tree.topLevelItem(i)->isHidden()) left.append(pages.widget(i)->objectName());
-    }
-    QCOMPARE(left, QStringList(u"tsConfirmation"_s));
-    QCOMPARE(pages.currentWidget()->objectName(), left.first());
+    QCOMPARE(Left(), QStringList(u"tsConfirmation"_s));
+    QCOMPARE(pages.currentWidget()->objectName(), u"tsConfirmation"_s);
     const auto ground = [this](const QString &box) {
       return Part(box).grab().toImage().pixelColor(Part(box).width() - 2, 2);
     };
@@ -494,6 +568,56 @@ class TestOptionsDialog final : public QObject {
     words.clear();
     QCOMPARE(ground(u"chkConfirmShutdown"_s), ground(u"chkConfirmCloseAll"_s));
     for (int i = 0; i < pages.count(); ++i) QVERIFY(!tree.topLevelItem(i)->isHidden());
+  }
+
+  void Found_data() {
+    Columns<QString, QString, QString>("words", "page", "part");
+    const auto row = [](const char *words, const char *page, const char *part) {
+      Row(words, QString::fromUtf8(words), QString::fromLatin1(page), QString::fromLatin1(part));
+    };
+    row("every 5 MIN", "tsBrowserTabs", "cboAutoRefresh");
+    row("they do not sleep", "tsBrowserTabs", "spnSleepMinutes");
+    row("http addresses", "tsDefBrowser", "clbDefaultBrowser");
+    row("Decision", "tsPermissions", "lvRows");
+    row("b.test", "tsPermissions", "lvRows");
+    row("x&y.test", "tsPopupHalvex", "lvPopupHalvex");
+    row("http://www.", "tsAddressCompletion", "edtCtrlPre");
+    row("place of none", "tsDownloads", "edtDownloadFolder");
+    row("caption…", "tsColors", "btnGetFontColor");
+    row("on no page at all", "", "");
+  }
+  // By all that can be read on a page, which is marked there.
+  void Found() {
+    QFETCH(QString, words);
+    QFETCH(QString, page);
+    QFETCH(QString, part);
+    m_settings->Set(Setting::SleepMinutes, 0);
+    m_settings->Lists().SetPopupList({u"*x&y.test*"_s});
+    m_permissions->Remember(QUrl(u"https://b.test"_s), TPermission::Camera, TPermissionDecision::Allowed);
+    Open();
+    auto &field = Part<QLineEdit>(u"edtFindOptions"_s);
+    Part<QLineEdit>(u"edtDownloadFolder"_s).setPlaceholderText(u"Place of none"_s);
+    const auto ground = [&] {
+      auto &control = *Part<QWidget>(page).findChild<QWidget *>(part);
+      return control.grab().toImage().pixelColor(control.width() / 2, control.height() - 4);
+    };
+    if (page.isEmpty()) {
+      field.setText(words);
+      QCOMPARE(Left(), QStringList());
+      return;
+    }
+    Part<QStackedWidget>(u"pcOptions"_s).setCurrentWidget(&Part<QWidget>(page));
+    const QColor plain = ground();
+    field.setText(words);
+    QCOMPARE(Left(), QStringList(page));
+    QVERIFY(ground() != plain);
+    field.clear();
+    QCOMPARE(ground(), plain);
+    // Nothing is found in what is hidden.
+    if (page != u"tsColors"_s) return;
+    Part(u"radColorStandard"_s).click();
+    field.setText(words);
+    QCOMPARE(Left(), QStringList());
   }
 
   void WhatIsNotHereIsNotShown() {

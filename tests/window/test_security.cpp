@@ -1,4 +1,5 @@
 #include <QComboBox>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -12,6 +13,7 @@
 #include "chrome/zone_panel.h"
 #include "config/language.h"
 #include "security/security_dialog.h"
+#include "security/security_menu.h"
 #include "support/data_row.h"
 #include "window/main_window_fixture.h"
 #include "window/page_click.h"
@@ -409,12 +411,66 @@ class TestSecurity final : public QObject {
     click("cmdDefaults");
     QCOMPARE(TZoneStore(*m_f.store).Policy(4, TUrlAction::Scripting), TZoneStore::Disallow);
     QCOMPARE(scripting->currentText(), u"Don’t allow"_s);
+    // What somebody else changes meanwhile shows, and leaves alone what the user has in hand.
+    list->selectAll();
+    site->setText(u"half"_s);
+    TZoneStore elsewhere(*m_f.store);
+    QVERIFY(elsewhere.AddMapping(u"http://a.test"_s, 4));
+    QVERIFY(elsewhere.SetPolicy(4, TUrlAction::Scripting, TZoneStore::Allow));
+    QTRY_COMPARE(sites(), (QStringList{u"http://127.0.0.1"_s, u"http://a.test"_s}));
+    QCOMPARE(scripting->currentText(), u"Allow"_s);
+    QCOMPARE(list->selectedItems().size(), 1);
+    QCOMPARE(site->text(), u"half"_s);
     list->selectAll();
     click("cmdRemove");
     QVERIFY(sites().isEmpty());
     QCOMPARE(Active()->SecureZone(), TSecurityZone::Internet);
     click("cmdClose");
     SOON(m_f.window->findChild<TfrmSecurity *>() == nullptr, true);
+  }
+
+  void RefusedRules() {
+    { TRegistryStore make(m_f.Path(u"only.sqlite"_s)); }
+    TRegistryStore store(m_f.Path(u"only.sqlite"_s), TRegistryStore::TReadOnly());
+    TZoneStore zones(store);
+    TLanguage language;
+    QVERIFY(language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")));
+    const TIEZoneMgr manager(&zones, language);
+    TfrmSecurity dialog(zones, manager, language);
+    auto &rule = *dialog.findChild<QComboBox *>(u"cboScripting"_s);
+    const auto &told = *dialog.findChild<QLabel *>(u"lblBadRule"_s);
+    for (const bool isReset : {false, true}) {
+      QCOMPARE(told.text(), QString());
+      if (isReset) {
+        dialog.findChild<QPushButton *>(u"cmdDefaults"_s)->click();
+      } else {
+        rule.setCurrentIndex(2);
+        Q_EMIT rule.activated(2);
+      }
+      QCOMPARE(rule.currentText(), u"Allow"_s);
+      QCOMPARE(told.text(), language.Text("SECURITY", "NotKept"));
+      dialog.ShowZone(isReset ? 3 : 2);
+    }
+  }
+
+  // The mark of a key is no part of a name.
+  void NamesWithAmpersands() {
+    QFile file(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"));
+    QFile odd(m_f.Path(u"odd.ini"_s));
+    QVERIFY(file.open(QIODevice::ReadOnly) && odd.open(QIODevice::WriteOnly));
+    odd.write(file.readAll().replace("Zone2=Trusted sites", "Zone2=R&D"));
+    odd.close();
+    TLanguage language;
+    QVERIFY(language.LoadFile(odd.fileName()));
+    m_f.Open();
+    Load(m_f.server.Url(u"/probe"_s));
+    TZoneStore zones(*m_f.store);
+    TIEZoneMgr manager(&zones, language);
+    const TSecurityMenu menu(m_f.window.get(), m_f.window->Actions(), Tabs(), zones, manager, language);
+    const QAction *add = Action(TCommand::SecurityAddTrusted);
+    QVERIFY(add->text().contains(u"“R&&D”"_s));
+    QVERIFY(add->toolTip().contains(u"“R&D”"_s));
+    QCOMPARE(add->statusTip(), add->toolTip());
   }
 
  private:

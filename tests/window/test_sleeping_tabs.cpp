@@ -267,7 +267,9 @@ class TestSleepingTabs final : public QObject, private TTabsFixture {
     QFETCH(int, minutes);
     QFETCH(int, interval);
     settings->Set(Setting::SleepMinutes, setting);
-    refresh->ChangeAutoRefresh(interval);
+    settings->Set(Setting::AutoRefresh, interval);
+    QCOMPARE(refresh->Interval(), interval);
+    QVERIFY((*actions)[interval == 0 ? TCommand::AutoRefreshNone : TCommand::AutoRefresh300]->isChecked());
     TBrowserTab *tab = OpenNew(u"/plain"_s);
     PassTime(1000);
     tabs->Activate(home);

@@ -5,6 +5,7 @@
 #include "browser/engine/hidden_page.h"
 #include "services/version_check.h"
 #include "services/version_exchange.h"
+#include "support/store_trouble.h"
 #include "ui/confirm_dialog.h"
 #include "window/tabs_fixture.h"
 
@@ -219,6 +220,30 @@ class TestVersionCheck final : public QObject, private TTabsFixture {
     Load(tabs->GetActivePage(), u"/after"_s);
     if (isAsked) QTRY_COMPARE_WITH_TIMEOUT(settings->Get(Setting::LastPong), 46348, LoadTime);
     QCOMPARE(this->server.RequestCount("/"), isAsked ? 1 : 0);
+    QCOMPARE(TVersionCheck::HasServer(server), server == this->server.Url());
+  }
+
+  void LockedSettings_data() {
+    Columns<bool>("isWanted");
+    Row("on", true);
+    Row("off", false);
+  }
+  // What the settings say is waited for.
+  void LockedSettings() {
+    QFETCH(bool, isWanted);
+    settings->Set(Setting::VersionCheck, int(isWanted));
+    server.Route("/", TTestResponse::Text("PONG=TRUE"));
+    {
+      const TStoreLock lock(store->FilePath(), TStoreLock::TKind::Unreadable);
+      StartCheck(server.Url());
+      QVERIFY(store->HasMissedReads());
+      Load(tabs->GetActivePage(), u"/after"_s);
+      QCOMPARE(server.RequestCount("/"), 0);
+    }
+    const auto *timer = m_check->findChild<QTimer *>(u"tmrVersionCheck"_s);
+    QTRY_VERIFY(!timer->isActive());
+    Load(tabs->GetActivePage(), u"/after"_s);
+    QCOMPARE(server.RequestCount("/"), int(isWanted));
   }
 
  private:

@@ -52,7 +52,7 @@ TSitePermissions::TSitePermissions(const QUrl &site, TPermissionDecisions &decis
     auto *choice = new QComboBox(this);
     for (const TChoice &one : Choices) choice->addItem(language.Text(one.text), int(one.decision));
     choice->setCurrentIndex(choice->findData(int(decisions.Find(site, permission))));
-    auto *name = new QLabel(NameOf(permission, language), this);
+    auto *name = new QLabel(language.Text("PERMISSIONS", "NameLabel").arg(NameOf(permission, language)), this);
     name->setBuddy(choice);
     layout->addRow(name, choice);
     connect(choice, &QComboBox::activated, this, [=, this, known = QPointer(&decisions)] {

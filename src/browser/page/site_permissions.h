@@ -16,7 +16,7 @@ class TSitePermissions final : public QGroupBox {
   TSitePermissions(const QUrl &site, TPermissionDecisions &decisions, const TLanguage &language,
                    QWidget *parent = nullptr);
 
-  // What the user calls them: a permission by what a site does with it, with a colon behind.
+  // What the user calls them: a permission by what a site does with it.
   [[nodiscard]] static QString NameOf(TPermission permission, const TLanguage &language);
   [[nodiscard]] static QString NameOf(TPermissionDecision decision, const TLanguage &language);
 

@@ -4,22 +4,8 @@
 #include "browser/tabs/tab_strip.h"
 #include "config/settings.h"
 
-namespace {
-
-struct TInterval {
-  TCommand command;
-  int milliseconds;
-};
-
-constexpr TInterval Intervals[] = {
-    {TCommand::AutoRefreshNone, 0},   {TCommand::AutoRefresh15, 15000},   {TCommand::AutoRefresh30, 30000},
-    {TCommand::AutoRefresh60, 60000}, {TCommand::AutoRefresh120, 120000}, {TCommand::AutoRefresh300, 300000},
-};
-
-}  // namespace
-
 TAutoRefresh::TAutoRefresh(TActions &actions, TTabStrip &tabs, TSettings &settings)
-    : QObject(&tabs), m_settings(settings) {
+    : QObject(&tabs), m_actions(actions), m_settings(settings) {
   m_timer.setObjectName(QStringLiteral("tmrRefresh"));
   connect(&m_timer, &QTimer::timeout, &tabs, &TTabStrip::RefreshUnattended);
   for (const TInterval &interval : Intervals) {
@@ -27,13 +13,20 @@ TAutoRefresh::TAutoRefresh(TActions &actions, TTabStrip &tabs, TSettings &settin
             [this, milliseconds = interval.milliseconds] { ChangeAutoRefresh(milliseconds); });
   }
   actions[TCommand::AutoRefreshNone]->setChecked(true);
+  settings.Follow(Setting::AutoRefresh, this, [this] { Take(); });
 }
 
 void TAutoRefresh::ChangeAutoRefresh(int interval) {
   m_settings.Set(Setting::AutoRefresh, interval);
-  m_interval = interval;
-  m_timer.setInterval(interval);
-  if (interval != 0) {
+}
+
+void TAutoRefresh::Take() {
+  m_interval = m_settings.Get(Setting::AutoRefresh);
+  for (const TInterval &interval : Intervals) {
+    if (interval.milliseconds == m_interval) m_actions[interval.command]->setChecked(true);
+  }
+  m_timer.setInterval(m_interval);
+  if (m_interval != 0) {
     m_timer.start();
   } else {
     m_timer.stop();

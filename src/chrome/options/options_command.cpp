@@ -3,17 +3,23 @@
 #include "actions/actions.h"
 #include "browser/engine/engine.h"
 #include "browser/page/permission_decisions.h"
+#include "browser/tabs/auto_refresh.h"
 #include "config/settings.h"
 #include "ui/dialog_gate.h"
 
 TOptionsCommand::TOptionsCommand(QWidget *window, TActions &actions, TSettings &settings, TDesktopDefaults &desktop,
-                                 TEngine &engine, const THistoryStore &history, TUserScripts &scripts,
-                                 TLanguage &language, const TfrmOptions::TOffers &offers)
+                                 TEngine &engine, const THistoryStore &history, const TAutoRefresh &autoRefresh,
+                                 TUserScripts &scripts, TLanguage &language, const TfrmOptions::TOffers &offers)
     : m_window(window),
       m_association(settings.Store(), &desktop),
-      m_parts{
-          language, settings, m_association, history, TPermissionDecisions::Of(engine.Profile()), engine.Certificates(),
-          scripts},
+      m_parts{language,
+              settings,
+              m_association,
+              history,
+              TPermissionDecisions::Of(engine.Profile()),
+              engine.Certificates(),
+              scripts,
+              [&autoRefresh] { return autoRefresh.Interval(); }},
       m_offers(offers) {
   connect(actions[TCommand::Options], &QAction::triggered, this, &TOptionsCommand::Open);
 }

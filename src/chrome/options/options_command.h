@@ -6,6 +6,7 @@
 #include "config/shell_association.h"
 
 class TActions;
+class TAutoRefresh;
 class TEngine;
 
 // The command "Options".
@@ -15,8 +16,8 @@ class TOptionsCommand final : public QObject {
  public:
   // `window` owns the dialog. All must outlive this object.
   TOptionsCommand(QWidget *window, TActions &actions, TSettings &settings, TDesktopDefaults &desktop, TEngine &engine,
-                  const THistoryStore &history, TUserScripts &scripts, TLanguage &language,
-                  const TfrmOptions::TOffers &offers);
+                  const THistoryStore &history, const TAutoRefresh &autoRefresh, TUserScripts &scripts,
+                  TLanguage &language, const TfrmOptions::TOffers &offers);
 
  Q_SIGNALS:
   // As the dialog tells them.

@@ -1,9 +1,11 @@
 #include "chrome/options/options_dialog.h"
 
+#include <algorithm>
 #include <QFileInfo>
 #include <QFrame>
 #include <QPointer>
 
+#include "browser/tabs/auto_refresh.h"
 #include "chrome/options/certificates_page.h"
 #include "chrome/options/downloads_page.h"
 #include "chrome/options/search_page.h"
@@ -16,6 +18,7 @@
 #include "config/startup_mode.h"
 #include "ui/language_choice.h"
 #include "ui/message_box.h"
+#include "ui/shown_text.h"
 #include "ui_bars_page.h"
 #include "ui_options_dialog.h"
 
@@ -23,7 +26,7 @@ namespace {
 
 // The steps in which OK writes, after the shell's association and the check of the group that is to open. The order is
 // meant: who follows a setting may look at those that were written before.
-enum TStep { Questions = 4, Keys = 6, Tabs = 8, Instances = 10, NewTabs = 11, Bars = 12, Asking = 14 };
+enum TStep { Questions, Keys, Tabs, SideBar, Instances, NewTabs, Bars, Asking };
 
 // A box that is one flag.
 struct TFlagControl {
@@ -45,7 +48,7 @@ constexpr TFlagControl Flags[] = {
     {Tabs, "chkOpenInFront", &Setting::OpenNewInForeground},
     {Tabs, "chkOpenNewAtEnd", &Setting::OpenNewAtEnd},
     {Tabs, "chkAddressNewWin", &Setting::AddressNewWin},
-    {Tabs, "chkHBAutoExpand", &Setting::HBAutoExpand},
+    {SideBar, "chkHBAutoExpand", &Setting::HBAutoExpand},
     {Instances, "chkAllowMultiInstance", &Setting::AllowMultiInstance},
     {Bars, "chkTabsDown", &Setting::TabsDown},
     {Bars, "chkShowGo", &Setting::ShowGo},
@@ -81,6 +84,12 @@ constexpr TNewTabRow NewTabRows[] = {
     {NewTabs, &Setting::LinksNewWin},     {Tabs, &Setting::AddressNewWin},    {Tabs, &Setting::QuickSearchNewWin},
 };
 
+// As the menu has it.
+QString TextOf(TCommand command, const TLanguage &language) {
+  constexpr size_t Marker = 2;  // "__"
+  return WithoutMnemonic(language.Text(CommandSection, CommandRows()[size_t(command)].text + Marker));
+}
+
 QColor ColorOf(int stored) {
   return QColor::fromRgb(static_cast<QRgb>(stored));
 }
@@ -105,6 +114,7 @@ TfrmOptions::TfrmOptions(const TParts &parts, const TOffers &offers, QWidget *ow
   MakeTree();
   Load();
   LoadLists();
+  LoadAutoRefresh(parts.autoRefresh());
   ConnectControls();
   UpdateStartup();
   UpdatePreview();
@@ -143,7 +153,7 @@ void TfrmOptions::Load() {
   m_ui->chkBreakFavorites->setChecked(m_settings.Get(Setting::BreakFavorites));
   const int limit = m_settings.Get(Setting::LimitTitleLength);
   m_ui->chkLimitTitles->setChecked(limit > 0);
-  if (limit > 0) m_ui->spnMaxTitle->setValue(limit);
+  if (limit > 0) SetNumber(*m_ui->spnMaxTitle, limit);
   m_ui->spnMaxTitle->setEnabled(limit > 0);
   const QString scheme = m_settings.Get(Setting::TabColorScheme);
   m_ui->radColorStandard->setChecked(scheme == QLatin1String("std"));
@@ -161,8 +171,13 @@ void TfrmOptions::Load() {
                            m_ui->rdoStartupHalvexGroup};
   modes[static_cast<int>(StartupModeOf(m_settings.Get(Setting::StartupMode)))]->setChecked(true);
   m_ui->edtStartupHalvexGroup->setText(m_settings.Get(Setting::StartupHalvexGroup));
-  m_ui->spnSleepMinutes->setValue(m_settings.Get(Setting::SleepMinutes));
-  m_ui->spnHistoryDays->setValue(m_settings.Get(Setting::HistoryDays));
+  SetNumber(*m_ui->spnSleepMinutes, m_settings.Get(Setting::SleepMinutes));
+  SetNumber(*m_ui->spnHistoryDays, m_settings.Get(Setting::HistoryDays));
+}
+
+void TfrmOptions::SetNumber(QSpinBox &box, int number) {
+  box.setMaximum(std::max(box.maximum(), number));
+  box.setValue(number);
 }
 
 void TfrmOptions::SetSwatch(QWidget *swatch, const QColor &color) {
@@ -209,6 +224,15 @@ void TfrmOptions::LoadLists() {
   }
 }
 
+void TfrmOptions::LoadAutoRefresh(int interval) {
+  QComboBox &choice = *m_ui->cboAutoRefresh;
+  for (const TAutoRefresh::TInterval &one : TAutoRefresh::Intervals) {
+    choice.addItem(TextOf(one.command, m_language), one.milliseconds);
+  }
+  choice.setCurrentIndex(choice.findData(interval));
+  m_autoRefresh = choice.currentIndex();
+}
+
 void TfrmOptions::cmdOKClick() {
   // A pattern that is still being typed counts.
   m_ui->cmdOK->setFocus();
@@ -232,9 +256,12 @@ void TfrmOptions::cmdOKClick() {
                                      : m_ui->radNewActionCurrent->isChecked() ? 1
                                                                               : 2);
   m_settings.SetAutoCompleteMode(m_ui->rdoIE5AC->isChecked() ? 2 : m_ui->rdoIE4AC->isChecked() ? 1 : 0);
-  if (m_offers.tray) m_settings.Set(Setting::MinToTray, m_ui->chkMinToTray->isChecked());
+  // Written here, but followed only further down.
+  if (m_offers.tray) m_settings.SetUntold(Setting::MinToTray, m_ui->chkMinToTray->isChecked());
   WriteColors();
   WriteFlags(Tabs);
+  WriteFlags(SideBar);
+  if (m_offers.tray) m_settings.Tell(Setting::MinToTray);
   WritePopupList();
   WriteFlags(Instances);
   WriteStartup();
@@ -248,6 +275,9 @@ void TfrmOptions::cmdOKClick() {
   WriteFlags(Asking);
   m_settings.Set(Setting::LimitTitleLength, m_ui->chkLimitTitles->isChecked() ? m_ui->spnMaxTitle->value() : 0);
   m_settings.Set(Setting::SleepMinutes, m_ui->spnSleepMinutes->value());
+  if (const QComboBox &choice = *m_ui->cboAutoRefresh; choice.currentIndex() != m_autoRefresh) {
+    m_settings.Set(Setting::AutoRefresh, choice.currentData().toInt());
+  }
   m_settings.Set(Setting::HistoryDays, m_ui->spnHistoryDays->value());
   m_downloads->Write();
   m_permissions->Write();

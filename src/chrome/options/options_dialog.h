@@ -1,11 +1,13 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <QDialog>
 #include <QSet>
 
 #include "config/options.h"
 
+class QSpinBox;
 class TCertificateExceptions;
 class TCertificatesPage;
 class TDownloadsPage;
@@ -46,6 +48,9 @@ class TfrmOptions final : public QDialog {
     TPermissionDecisions &permissions;
     TCertificateExceptions &certificates;
     TUserScripts &scripts;
+    // The interval of automatic reloading that holds in this window, in milliseconds; what is stored may be another
+    // window's.
+    std::function<int()> autoRefresh;
   };
 
   TfrmOptions(const TParts &parts, const TOffers &offers, QWidget *owner = nullptr);
@@ -67,6 +72,7 @@ class TfrmOptions final : public QDialog {
   void MakePages(const TParts &parts);
   void Load();
   void LoadLists();
+  void LoadAutoRefresh(int interval);
   void cmdOKClick();
   void WriteAssociations();
   [[nodiscard]] bool HasGroupToStart();
@@ -79,6 +85,8 @@ class TfrmOptions final : public QDialog {
   void WriteStartup();
   // The scheme that is chosen, by its name in the store.
   [[nodiscard]] QString ColorScheme() const;
+  // Also one that is beyond the box's limit stays as it is until the user changes it.
+  static void SetNumber(QSpinBox &box, int number);
   static void SetSwatch(QWidget *swatch, const QColor &color);
 
   // ---- options_dialog_controls.cpp: what depends on what ----
@@ -111,6 +119,7 @@ class TfrmOptions final : public QDialog {
   TUserScriptsPage *m_scripts = nullptr;
   QWidget *m_previewFront = nullptr;   // ts1
   QWidget *m_previewBehind = nullptr;  // ts2
+  int m_autoRefresh = 0;               // the row that was chosen at first
   bool m_hasColors = false;            // somebody has chosen some
   QSet<QWidget *> m_marked;            // what a search has found
 };

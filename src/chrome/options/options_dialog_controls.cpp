@@ -4,6 +4,7 @@
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QPointer>
 #include <QPushButton>
@@ -17,6 +18,7 @@
 #include "config/settings.h"
 #include "groups/group_folder.h"
 #include "ui/ink_icon.h"
+#include "ui/shown_text.h"
 #include "ui_options_dialog.h"
 
 namespace {
@@ -44,29 +46,71 @@ constexpr TPage Pages[] = {
     {{"OPTIONS", "PageScripts"}, "source"},       {{"OPTIONS", "PageAnnotations"}, "information"},
 };
 
-// What is written on a control, without the marks of its keys.
-QString WordsOf(const QWidget &control) {
-  QString words = control.accessibleName();
-  if (const auto *button = qobject_cast<const QAbstractButton *>(&control)) words += button->text();
-  if (const auto *label = qobject_cast<const QLabel *>(&control)) words += label->text();
-  if (const auto *list = qobject_cast<const QListWidget *>(&control)) {
-    for (int row = 0; row < list->count(); ++row) words += u' ' + list->item(row)->text();
+// The columns' headers and the rows of a list.
+QStringList WordsIn(const QAbstractItemView &view) {
+  const QAbstractItemModel &model = *view.model();
+  const int columns = model.columnCount();
+  QStringList words;
+  if (const auto *tree = qobject_cast<const QTreeView *>(&view); tree != nullptr && !tree->isHeaderHidden()) {
+    for (int column = 0; column < columns; ++column) words += model.headerData(column, Qt::Horizontal).toString();
   }
-  return words.remove(u'&');
+  for (int row = 0; row < model.rowCount(); ++row) {
+    for (int column = 0; column < columns; ++column) words += model.index(row, column).data().toString();
+  }
+  return words;
+}
+
+// What can be read on a control, and what it offers to choose from, without the marks of its keys.
+QStringList WordsOf(const QWidget &control) {
+  // What other controls are made of shows nothing of its own.
+  if (qobject_cast<const QAbstractSpinBox *>(control.parentWidget()) != nullptr) return {};
+  QStringList words{control.accessibleName()};
+  if (const auto *button = qobject_cast<const QAbstractButton *>(&control)) {
+    words += WithoutMnemonic(button->text());
+  } else if (const auto *label = qobject_cast<const QLabel *>(&control)) {
+    words += WithoutMnemonic(label->text());
+  } else if (const auto *field = qobject_cast<const QLineEdit *>(&control)) {
+    words += field->text().isEmpty() ? field->placeholderText() : field->text();
+  } else if (const auto *number = qobject_cast<const QSpinBox *>(&control)) {
+    words += number->text();
+  } else if (const auto *choice = qobject_cast<const QComboBox *>(&control)) {
+    for (int i = 0; i < choice->count(); ++i) words += choice->itemText(i);
+  } else if (const auto *strip = qobject_cast<const TZVPageControl *>(&control)) {
+    for (int i = 0; i < strip->PageCount(); ++i) words += strip->PageCaption(strip->Page(i));
+  } else if (const auto *view = qobject_cast<const QAbstractItemView *>(&control);
+             view != nullptr && qobject_cast<const QHeaderView *>(view) == nullptr) {
+    words += WordsIn(*view);
+  }
+  return words;
+}
+
+// Not to be seen on its page; what has not shown yet only says so.
+bool IsAway(const QWidget *control, const QWidget *page) {
+  for (; control != page; control = control->parentWidget()) {
+    const bool isHidden = control->testAttribute(Qt::WA_WState_ExplicitShowHide) && control->isHidden();
+    if (isHidden || control->isWindow()) return true;
+  }
+  return false;
+}
+
+QColor Mixed(const QColor &ground, const QColor &mark) {
+  const auto part = [](int one, int other) { return one + (other - one) * MarkStrength / 255; };
+  return {part(ground.red(), mark.red()), part(ground.green(), mark.green()), part(ground.blue(), mark.blue())};
 }
 
 void Mark(QWidget &control, bool marked) {
-  if (!marked) {
-    control.setPalette(QPalette());
-    control.setAutoFillBackground(false);
-    return;
-  }
+  // Other controls paint a ground of their own.
+  const bool hasGround = qobject_cast<QLabel *>(&control) == nullptr &&
+                         qobject_cast<QCheckBox *>(&control) == nullptr &&
+                         qobject_cast<QRadioButton *>(&control) == nullptr;
+  if (!hasGround) control.setAutoFillBackground(marked);
+  if (!marked) return control.setPalette(QPalette());
   QPalette palette = control.palette();
-  QColor color = palette.color(QPalette::Highlight);
-  color.setAlpha(MarkStrength);
-  palette.setColor(control.backgroundRole(), color);
+  const QColor mark = palette.color(QPalette::Highlight);
+  for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Button}) {
+    palette.setColor(role, Mixed(palette.color(role), mark));
+  }
   control.setPalette(palette);
-  control.setAutoFillBackground(true);
 }
 
 }  // namespace
@@ -153,10 +197,8 @@ void TfrmOptions::Find(const QString &words) {
   QSet<QWidget *> pages;
   for (QWidget *control : m_ui->pcOptions->findChildren<QWidget *>()) {
     QWidget *page = PageOf(control);
-    // Not those of pages that have not shown yet, which only say so.
-    const bool isAway = control->testAttribute(Qt::WA_WState_ExplicitShowHide) && control->isHidden();
-    if (wanted.isEmpty() || page == nullptr || isAway) continue;
-    if (!WordsOf(*control).contains(wanted, Qt::CaseInsensitive)) continue;
+    if (wanted.isEmpty() || page == nullptr || IsAway(control, page)) continue;
+    if (WordsOf(*control).filter(wanted, Qt::CaseInsensitive).isEmpty()) continue;
     pages.insert(page);
     m_marked.insert(control);
     Mark(*control, true);

@@ -1,7 +1,5 @@
 #include "chrome/options/site_permissions_page.h"
 
-#include <QRegularExpression>
-
 #include "browser/page/origin_text.h"
 #include "browser/page/site_permissions.h"
 
@@ -12,11 +10,9 @@ TSitePermissionsPage::TSitePermissionsPage(const TLanguage &language, TPermissio
                    parent),
       m_decisions(decisions),
       m_all(decisions.All()) {
-  // In a column a name needs none.
-  static const QRegularExpression colon(QStringLiteral("\\s*[:\uFF1A]$"));
   for (qsizetype i = 0; i < m_all.size(); ++i) {
     const TPermissionDecisions::TDecided &one = m_all.at(i);
-    AddRow({OriginText(one.site, language), TSitePermissions::NameOf(one.permission, language).remove(colon),
+    AddRow({OriginText(one.site, language), TSitePermissions::NameOf(one.permission, language),
             TSitePermissions::NameOf(one.decision, language)},
            i);
   }

@@ -110,7 +110,8 @@ void TUserScriptsPage::btnRemoveScriptClick() {
 }
 
 void TUserScriptsPage::Write() {
-  for (const QString &file : std::as_const(m_removed)) m_scripts.Remove(file);
+  bool isKept = true;
+  for (const QString &file : std::as_const(m_removed)) isKept = m_scripts.Remove(file) && isKept;
   m_removed.clear();
   for (int i = 0; i < m_ui->lvScripts->topLevelItemCount(); ++i) {
     const QTreeWidgetItem &row = *m_ui->lvScripts->topLevelItem(i);
@@ -119,7 +120,8 @@ void TUserScriptsPage::Write() {
     if (!file) {
       ShowWarning(window()->parentWidget(), m_language, m_language.Text("OPTIONS", "ScriptNotCopied").arg(path));
     } else if (!path.isEmpty() || IsOn(row) != row.data(Name, WasOnRole).toBool()) {
-      m_scripts.SetOn(*file, IsOn(row));
+      isKept = m_scripts.SetOn(*file, IsOn(row)) && isKept;
     }
   }
+  if (!isKept) ShowWarning(window()->parentWidget(), m_language, m_language.Text("OPTIONS", "ScriptNotKept"));
 }

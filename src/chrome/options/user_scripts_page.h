@@ -26,7 +26,8 @@ class TUserScriptsPage final : public QWidget {
 
   // Puts the script in that file into the list, unless it is no such file, which is told.
   void Add(const QString &path);
-  // Makes the list the one that is stored, with the files of what was added. What is loaded stays as it is.
+  // Makes the list the one that is stored, with the files of what was added, and tells what could not be kept. What is
+  // loaded stays as it is.
   void Write();
 
  private:
