@@ -9,6 +9,7 @@
 #include "config/registry_paths.h"
 #include "config/settings.h"
 #include "platform/program_folders.h"
+#include "platform/web_address.h"
 
 namespace {
 
@@ -118,11 +119,10 @@ QList<TPageScript> TUserScripts::Loaded() const {
 }
 
 bool TUserScripts::MayRun(const QString &id, const QUrl &page, TSecurityZone zone) const {
-  const bool isWeb = page.scheme() == QLatin1String("http") || page.scheme() == QLatin1String("https");
   const bool isOpen =
       zone == TSecurityZone::LocalIntranet || zone == TSecurityZone::Trusted || zone == TSecurityZone::Internet;
   const auto found = std::ranges::find(m_loaded, id, [](const TLoaded &loaded) { return loaded.script.id; });
-  return isWeb && isOpen && found != m_loaded.end() && found->file.IsFor(page);
+  return WebAddress::Is(page) && isOpen && found != m_loaded.end() && found->file.IsFor(page);
 }
 
 void TUserScripts::NoteFailure(const QString &id, const QString &reason, int line) {

@@ -29,6 +29,7 @@
 #include "browser/page/script_dialogs.h"
 #include "config/language.h"
 #include "platform/process_end.h"
+#include "platform/web_address.h"
 #include "ui/confirm_dialog.h"
 #include "ui/dialog_gate.h"
 
@@ -53,10 +54,6 @@ constexpr QDataStream::Version HistoryVersion = QDataStream::Qt_6_4;
 QUrl WithoutViewSource(const QUrl &url) {
   if (url.scheme() != QLatin1String("view-source")) return url;
   return QUrl(url.toString(QUrl::FullyEncoded).mid(QLatin1String("view-source:").size()));
-}
-
-bool IsNetworkScheme(const QString &scheme) {
-  return scheme == QLatin1String("http") || scheme == QLatin1String("https");
 }
 
 bool IsFromPage(QWebEnginePage::NavigationType type) {
@@ -368,7 +365,7 @@ bool TEnginePage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
     }
     return true;
   }
-  if (this->url().isLocalFile() && IsNetworkScheme(url.scheme()) && IsFromPage(type)) {
+  if (this->url().isLocalFile() && WebAddress::Is(url) && IsFromPage(type)) {
     // The engine keeps a page from the disk away from the network, and its links with it. A link that is followed is
     // the user's own navigation, so it is begun anew as one.
     m_cancelled = url;
@@ -413,7 +410,7 @@ void TEnginePage::ApplyPermissions(const QUrl &url) {
 }
 
 void TEnginePage::AskForPermissions() {
-  if (!IsNetworkScheme(url().scheme()) && !url().isLocalFile()) return;
+  if (!WebAddress::Is(url()) && !url().isLocalFile()) return;
   if (m_toAsk.scripts) AskFor(TPermission::Scripts);
   if (m_toAsk.cookies.stored) AskFor(TPermission::StoredCookies);
   if (m_toAsk.cookies.session) AskFor(TPermission::SessionCookies);

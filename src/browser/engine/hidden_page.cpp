@@ -11,6 +11,7 @@
 #include <QWebEngineUrlRequestInterceptor>
 
 #include "browser/engine/script_worlds.h"
+#include "platform/web_address.h"
 
 namespace {
 
@@ -45,9 +46,8 @@ const QString TextOfAll = QStringLiteral(
     " return %2 || self.zvIsFull === true ? (root === null ? '' : root.textContent.slice(0, %1 + 1)) : null; })()");
 
 bool MayLeadTo(const QUrl &from, const QUrl &to) {
-  if (to.host().isEmpty() || !to.userInfo().isEmpty()) return false;
-  if (to.scheme() == QLatin1String("https")) return true;
-  return to.scheme() == QLatin1String("http") && from.scheme() == to.scheme() && from.host() == to.host();
+  if (!WebAddress::IsPlain(to)) return false;
+  return to.scheme() == QLatin1String("https") || (from.scheme() == to.scheme() && from.host() == to.host());
 }
 
 class TNothingElse final : public QWebEngineUrlRequestInterceptor {

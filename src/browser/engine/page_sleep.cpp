@@ -12,6 +12,7 @@
 
 #include "browser/engine/engine_page.h"
 #include "browser/engine/script_worlds.h"
+#include "platform/web_address.h"
 
 namespace {
 
@@ -23,7 +24,7 @@ const QString &Token() {
 
 // What comes again when it is asked for again. Others live only as long as the page that made them.
 bool CanComeAgain(const QUrl &url) {
-  return url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https") || url.isLocalFile();
+  return WebAddress::Is(url) || url.isLocalFile();
 }
 
 }  // namespace
