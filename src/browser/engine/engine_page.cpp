@@ -80,6 +80,7 @@ TEnginePage::TEnginePage(TEngine &engine, QObject *parent)
     m_insecureParts = true;
     Q_EMIT EncryptionLevelChanged();
   });
+  connect(m_filter, &TContentFilter::DocumentRequested, m_downloads, &TPageDownloads::NoteAsked);
   connect(m_filter, &TContentFilter::PageRequested, this, &TEnginePage::PageRequested, Qt::QueuedConnection);
   connect(this, &QWebEnginePage::urlChanged, this, &TEnginePage::OnUrlChanged);
   connect(this, &QWebEnginePage::loadProgress, this, &TEnginePage::OnProgress);
@@ -347,6 +348,8 @@ bool TEnginePage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
   const QPointer<TEnginePage> self(this);
   Q_EMIT BeforeNavigate(&navigation);
   if (!self) return false;
+  // What a site's worker answers comes without a request.
+  m_downloads->NoteAsked(url);
   if (!isMainFrame) return !navigation.cancel;
   if (navigation.cancel) {
     m_wanted = {};
