@@ -5,10 +5,9 @@
 
 #include "actions/actions.h"
 #include "browser/tabs/tab_strip.h"
+#include "store/registry_store.h"
 
 namespace {
-
-constexpr int LookInterval = 200;  // milliseconds between looks at what others have written
 
 TCommand CommandOf(TContentSwitch which) {
   switch (which) {
@@ -28,6 +27,7 @@ TCommand CommandOf(TContentSwitch which) {
 
 TContentSwitches::TContentSwitches(QWidget *window, TActions &actions, TTabStrip &tabs, TRegistryStore &store)
     : m_actions(actions), m_tabs(tabs), m_store(store) {
+  m_seen = store.Revision();
   for (const TContentSwitch which : ContentSwitches) {
     const bool on = TIEOptions(m_store).Get(which);
     m_stored.at(size_t(which)) = on;
@@ -35,7 +35,6 @@ TContentSwitches::TContentSwitches(QWidget *window, TActions &actions, TTabStrip
     // The item, or the button that goes with it, has turned its mark by then.
     connect(m_actions[CommandOf(which)], &QAction::triggered, this, [this, which](bool on) { Choose(which, on); });
   }
-  m_sinceLook.start();
   window->installEventFilter(this);
 }
 
@@ -57,9 +56,10 @@ void TContentSwitches::Choose(TContentSwitch which, bool on) {
 }
 
 void TContentSwitches::Look() {
-  m_sinceLook.start();
+  const quint64 revision = m_store.Revision();
   const std::optional<TContentStates> stored = TIEOptions(m_store).KnownStates();
   if (!stored) return;
+  m_seen = revision;
   for (const TContentSwitch which : ContentSwitches) {
     const size_t place = size_t(which);
     if (stored->at(place) == m_stored.at(place)) continue;
@@ -69,7 +69,7 @@ void TContentSwitches::Look() {
 }
 
 bool TContentSwitches::IsOn(TContentSwitch which) {
-  if (m_sinceLook.hasExpired(LookInterval)) Look();
+  if (m_store.Revision() != m_seen) Look();
   return m_on.at(size_t(which));
 }
 

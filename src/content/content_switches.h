@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QObject>
 
 #include "actions/command_table.h"
@@ -39,5 +38,5 @@ class TContentSwitches final : public QObject {
   TRegistryStore &m_store;
   TContentStates m_on{};
   TContentStates m_stored{};  // at the last look
-  QElapsedTimer m_sinceLook;
+  quint64 m_seen = 0;         // the store's revision then
 };
