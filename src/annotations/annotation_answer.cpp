@@ -7,6 +7,7 @@
 #include <QSet>
 #include <QUrl>
 
+#include "platform/web_address.h"
 #include "ui/shown_text.h"
 
 namespace {
@@ -40,8 +41,7 @@ QString Address(const QJsonValue &value) {
   const QString given = value.toString();
   if (given.size() > LongestAddress || !IsWhole(given)) return {};
   const QUrl url(given, QUrl::StrictMode);
-  const bool isWeb = url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
-  if (!isWeb || url.host().isEmpty() || !url.userInfo().isEmpty()) return {};
+  if (!WebAddress::IsPlain(url)) return {};
   const QString address = url.toString(QUrl::FullyEncoded);
   return address.size() <= LongestAddress ? address : QString();
 }

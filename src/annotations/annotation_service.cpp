@@ -5,23 +5,20 @@
 #include <QTimer>
 
 #include "annotations/internet_page.h"
+#include "platform/web_address.h"
 
 namespace {
 
-bool IsWeb(const QUrl &url) {
-  return url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
-}
-
 QUrl ServiceAt(const QString &address) {
   const QUrl url(address.trimmed(), QUrl::StrictMode);
-  if (!IsWeb(url) || url.host().isEmpty() || !url.userInfo().isEmpty()) return {};
+  if (!WebAddress::IsPlain(url)) return {};
   if (url.scheme() == QLatin1String("http") && IsInternetHost(url.host(QUrl::FullyEncoded))) return {};
   return url.adjusted(QUrl::RemoveFragment);
 }
 
 // The user has agreed to one host, and a connection that nobody reads stays one.
 bool MayLeadTo(const QUrl &from, const QUrl &to) {
-  return IsWeb(to) && to.host() == from.host() && to.userInfo().isEmpty() &&
+  return WebAddress::IsPlain(to) && to.host() == from.host() &&
          (to.scheme() == from.scheme() || to.scheme() == QLatin1String("https"));
 }
 
@@ -35,7 +32,8 @@ TAnnotationService::~TAnnotationService() = default;
 QUrl TAnnotationService::RequestFor(const QUrl &service, const QString &page) {
   const QUrl asked = QUrl(page).adjusted(QUrl::RemoveUserInfo | QUrl::RemoveFragment);
   const QString address = asked.toString(QUrl::FullyEncoded);
-  if (!IsWeb(asked) || asked.host().isEmpty() || address.size() > LongestAddress || !service.isValid()) return {};
+  if (!WebAddress::Is(asked) || asked.host().isEmpty() || address.size() > LongestAddress || !service.isValid())
+    return {};
   QString query = service.query(QUrl::FullyEncoded);
   if (!query.isEmpty()) query += u'&';
   QUrl request(service);

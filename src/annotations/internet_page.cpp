@@ -4,6 +4,8 @@
 #include <QHostAddress>
 #include <QUrl>
 
+#include "platform/web_address.h"
+
 namespace {
 
 // Of the IPv6 addresses only 2000::/3 is given out at all.
@@ -48,6 +50,5 @@ bool IsInternetHost(const QString &host) {
 
 bool IsInternetPage(const QString &address) {
   const QUrl url(address);
-  const bool isWeb = url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
-  return isWeb && IsInternetHost(url.host(QUrl::FullyEncoded));
+  return WebAddress::Is(url) && IsInternetHost(url.host(QUrl::FullyEncoded));
 }

@@ -39,8 +39,9 @@ QList<TPageScript> TBrowsingPolicy::Scripts() const {
   return m_scripts.Loaded();
 }
 
-bool TBrowsingPolicy::MayRun(const QString &script, const QUrl &page) const {
-  return m_scripts.MayRun(script, page, ZoneOf(page.toString(QUrl::FullyEncoded)));
+bool TBrowsingPolicy::MayRun(const QString &script, const QUrl &document, const QUrl &page) const {
+  const auto zone = [this](const QUrl &url) { return ZoneOf(url.toString(QUrl::FullyEncoded)); };
+  return TUserScripts::MayRunIn(zone(page)) && m_scripts.MayRun(script, document, zone(document));
 }
 
 TSecurityZone TBrowsingPolicy::ZoneOf(const QString &address) const {

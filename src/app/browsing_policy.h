@@ -22,7 +22,7 @@ class TBrowsingPolicy final : public TPolicy {
   [[nodiscard]] TCookieKinds CookiesToAskAbout(const QUrl &origin) const override;
   [[nodiscard]] QList<TPageScript> Scripts() const override;
   // By the zone of the page, too.
-  [[nodiscard]] bool MayRun(const QString &script, const QUrl &page) const override;
+  [[nodiscard]] bool MayRun(const QString &script, const QUrl &document, const QUrl &page) const override;
   [[nodiscard]] TSecurityZone ZoneOf(const QString &address) const override;
   [[nodiscard]] bool IsPopup(const QString &address) override;
   // By the first of the user's quick searches, as if its keyword had been typed.

@@ -164,7 +164,7 @@ void TModules::Join() {
   // What the window would show or say comes to it behind its icon.
   QObject::connect(&handedOver, &THandedOverText::WindowWanted, &tray, &TTrayIcon::BringBack);
   QObject::connect(&tabs, &TTabStrip::FrontWanted, &tray, &TTrayIcon::BringBack);
-  QObject::connect(&engine, &TEngine::NotificationClicked, &tray, &TTrayIcon::BringBack);
+  QObject::connect(&engine, &TEngine::NotificationClicked, &tray, &TTrayIcon::Restore);
   QObject::connect(&engine, &TEngine::NotificationNotShown, &tray, &TTrayIcon::Say);
   QObject::connect(&versionCheck, &TVersionCheck::PageOpened, &tray, &TTrayIcon::BringBack);
   QObject::connect(&downloads, &TDownloadList::Finished, &tray, [this](const QString &path) {

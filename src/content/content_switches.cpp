@@ -5,10 +5,11 @@
 
 #include "actions/actions.h"
 #include "browser/tabs/tab_strip.h"
+#include "store/registry_store.h"
 
 namespace {
 
-constexpr int LookInterval = 200;  // milliseconds between looks at what others have written
+constexpr int UntilNextTry = 200;  // milliseconds; of reading what could not be read
 
 TCommand CommandOf(TContentSwitch which) {
   switch (which) {
@@ -38,7 +39,7 @@ TContentSwitches::TContentSwitches(QWidget *window, TActions &actions, TTabStrip
   }
   m_again.setObjectName(QStringLiteral("tmrContent"));
   m_again.setSingleShot(true);
-  m_again.setInterval(LookInterval);
+  m_again.setInterval(UntilNextTry);
   connect(&m_again, &QTimer::timeout, this, &TContentSwitches::Look);
   Look();
   window->installEventFilter(this);
@@ -63,11 +64,12 @@ void TContentSwitches::Choose(TContentSwitch which, bool on) {
 }
 
 void TContentSwitches::Look() {
-  m_sinceLook.start();
+  const quint64 revision = m_store.Revision();
   const std::optional<TContentStates> stored = TIEOptions(m_store).KnownStates();
   m_isKnown = m_isKnown || stored.has_value();
   if (!m_isKnown) m_again.start();
   if (!stored) return;
+  m_seen = revision;
   for (const TContentSwitch which : ContentSwitches) {
     const size_t place = size_t(which);
     if (stored->at(place) == m_stored.at(place)) continue;
@@ -77,7 +79,7 @@ void TContentSwitches::Look() {
 }
 
 bool TContentSwitches::IsOn(TContentSwitch which) {
-  if (!m_isKnown || m_sinceLook.hasExpired(LookInterval)) Look();
+  if (!m_isKnown || m_store.Revision() != m_seen) Look();
   return m_on.at(size_t(which));
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 
@@ -41,6 +40,6 @@ class TContentSwitches final : public QObject {
   TContentStates m_on{};
   TContentStates m_stored{};  // at the last look
   bool m_isKnown = false;     // it could be read
-  QElapsedTimer m_sinceLook;
-  QTimer m_again{this};  // tmrContent; for as long as it could not
+  quint64 m_seen = 0;         // the store's revision then
+  QTimer m_again{this};       // tmrContent; for as long as it could not
 };

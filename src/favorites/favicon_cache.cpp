@@ -9,6 +9,7 @@
 
 #include "platform/folder_entries.h"
 #include "platform/program_folders.h"
+#include "platform/web_address.h"
 #include "store/private_folder.h"
 
 namespace {
@@ -54,7 +55,7 @@ QString TFaviconCache::Folder() {
 
 bool TFaviconCache::HasSite(const QString &address) {
   const QUrl url(address);
-  return (url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https")) && !url.host().isEmpty();
+  return WebAddress::Is(url) && !url.host().isEmpty();
 }
 
 bool TFaviconCache::Put(const QString &address, const QImage &icon) {

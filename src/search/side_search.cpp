@@ -16,6 +16,7 @@
 #include "config/settings.h"
 #include "config/system_browser.h"
 #include "platform/product_info.h"
+#include "platform/web_address.h"
 #include "search/search_lists.h"
 #include "ui/flow_layout.h"
 #include "ui/input_box.h"
@@ -313,9 +314,8 @@ bool TSideSearch::MayOpen(const TAddress &address, bool byUser) const {
     case TAddress::TKind::Url:
       break;
   }
-  const QString scheme = address.Url().scheme();
-  return scheme == QLatin1String("http") || scheme == QLatin1String("https") || address.IsBlankPage() ||
-         (!m_browser->ShowsNotice() && scheme == QUrl(m_browser->LocationUrl()).scheme());
+  return WebAddress::Is(address.Url()) || address.IsBlankPage() ||
+         (!m_browser->ShowsNotice() && address.Url().scheme() == QUrl(m_browser->LocationUrl()).scheme());
 }
 
 void TSideSearch::OpenInMain(const TAddress &address, bool byUser) {

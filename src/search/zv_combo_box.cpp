@@ -12,6 +12,7 @@
 
 #include "browser/engine/address.h"
 #include "browser/strip/link_mime.h"
+#include "platform/web_address.h"
 #include "search/address_field_style.h"
 #include "search/host_emphasis.h"
 #include "search/row_delegate.h"
@@ -212,7 +213,7 @@ QString TZVComboBox::DroppedAddress(const QDropEvent &event) const {
   const TAddress address(text);
   if (address.Kind() != TAddress::TKind::Url) return {};
   if (address.Url().isLocalFile()) return text;
-  if (!address.Url().scheme().startsWith(QLatin1String("http"))) return {};
+  if (!WebAddress::Is(address.Url())) return {};
   const bool isHost = text.contains(u'.') || address.Url().host() == QLatin1String("localhost");
   return isHost ? text : QString();
 }

@@ -10,7 +10,6 @@
 namespace {
 
 constexpr auto User = TRegistryHive::CurrentUser;
-constexpr int LookInterval = 200;  // milliseconds between looks at what others have written
 
 const QString RevisionName = QStringLiteral("Revision");
 
@@ -52,9 +51,9 @@ unsigned TZoneStore::DefaultPolicy(int zone) {
 }
 
 void TZoneStore::Reload() {
-  m_sinceLook.start();
   auto state = std::make_shared<TState>();
   // First: what is written while the rest is read is noticed at the next look.
+  const quint64 seen = m_store.Revision();
   state->revision = m_store.Read(User, ZoneMapKey(), RevisionName).value_or(QString());
   const auto stored = m_store.KnownValues(User, MappingsKey());
   // What could not be read stays as it was; a policy that is not known is none that allows.
@@ -78,17 +77,22 @@ void TZoneStore::Reload() {
       state->policies[size_t(zone)][i] = isNumber ? policy : DefaultPolicy(zone);
     }
   }
+  m_seen = seen;
   const QMutexLocker lock(&m_guard);
   m_state = std::move(state);
 }
 
 void TZoneStore::Look() const {
   if (QThread::currentThread() != m_thread) return;
-  if (m_sinceLook.isValid() && !m_sinceLook.hasExpired(LookInterval)) return;
-  m_sinceLook.start();
+  const quint64 revision = m_store.Revision();
+  if (m_seen == revision) return;
   const bool isKnown =
       m_state != nullptr && m_store.Read(User, ZoneMapKey(), RevisionName).value_or(QString()) == m_state->revision;
-  if (!isKnown) const_cast<TZoneStore *>(this)->Reload();
+  if (isKnown) {
+    m_seen = revision;
+  } else {
+    const_cast<TZoneStore *>(this)->Reload();
+  }
 }
 
 std::shared_ptr<const TZoneStore::TState> TZoneStore::State() const {

@@ -3,7 +3,6 @@
 #include <array>
 #include <memory>
 #include <optional>
-#include <QElapsedTimer>
 #include <QList>
 #include <QMutex>
 #include <QString>
@@ -29,10 +28,11 @@ inline constexpr std::array UrlActions{TUrlAction::ActiveX, TUrlAction::Scriptin
 // They lie in the registry store below RegistryKey::InternetSettings. "ZoneMap\Domains" has a value for each mapping:
 // its name is the pattern, its data the zone's number. "Zones\<number>" has a value for each action: its name is the
 // action's number in hexadecimal, its data a policy of the platform (0 allow, 1 query, 3 disallow; others are kept as
-// they are). "ZoneMap", "Revision" changes with each write, so that other processes notice it.
+// they are). "ZoneMap", "Revision" changes with each write, which tells it from writes of other things to the same
+// file.
 //
-// What is asked is answered from memory, on any thread. The thread that made the object writes, and looks now and then,
-// when it asks, whether another process has written.
+// What is asked is answered from memory, on any thread. The thread that made the object writes, and looks, when
+// it asks, whether another process has written.
 class TZoneStore final {
  public:
   static constexpr unsigned Allow = 0;
@@ -80,5 +80,5 @@ class TZoneStore final {
   const QThread *m_thread;
   mutable QMutex m_guard;  // of the pointer, not of what it points to, which never changes
   mutable std::shared_ptr<const TState> m_state;
-  mutable QElapsedTimer m_sinceLook;
+  mutable std::optional<quint64> m_seen;  // the registry's revision that m_state goes by
 };

@@ -12,6 +12,7 @@
 #include "config/registry_paths.h"
 #include "config/settings.h"
 #include "platform/internet_connection.h"
+#include "platform/web_address.h"
 #include "services/version_exchange.h"
 #include "ui/confirm_dialog.h"
 
@@ -21,8 +22,7 @@ constexpr int UntilNextTry = 500;  // milliseconds, while another question is op
 
 QUrl ServerAt(const QString &address) {
   QUrl url(address.trimmed(), QUrl::StrictMode);
-  const bool isWeb = url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
-  if (!isWeb || url.host().isEmpty() || !url.userInfo().isEmpty()) return {};
+  if (!WebAddress::IsPlain(url)) return {};
   url.setPath(QStringLiteral("/"));
   return url.adjusted(QUrl::RemoveFragment | QUrl::RemoveQuery);
 }

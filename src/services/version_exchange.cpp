@@ -2,6 +2,7 @@
 
 #include <QUrl>
 
+#include "platform/web_address.h"
 #include "ui/shown_text.h"
 
 namespace {
@@ -33,8 +34,7 @@ QString Version(const QString &text) {
 QString PageAddress(const QString &text) {
   if (text.size() > TVersionAnswer::LongestAddress) return {};
   const QUrl url(text, QUrl::StrictMode);
-  const bool isWeb = url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
-  if (!isWeb || url.host().isEmpty() || !url.userInfo().isEmpty()) return {};
+  if (!WebAddress::IsPlain(url)) return {};
   const QString address = url.toString(QUrl::FullyEncoded);
   return address.size() <= TVersionAnswer::LongestAddress ? address : QString();
 }

@@ -4,6 +4,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QDeadlineTimer>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QThread>
 #include <QTimer>
@@ -25,6 +26,7 @@ constexpr int EndPatience = 5000;
 constexpr int RetryWhenLocked = 100;
 constexpr int RetryWhenRefused = 1000;
 constexpr unsigned long PauseBetweenTries = 10;
+constexpr int LookInterval = 200;  // between looks at whether others have written
 
 constexpr qsizetype MostCharacters = 100'000'000;  // of a value; three bytes each stay below what SQLite takes
 
@@ -65,6 +67,11 @@ struct TRegistryStore::TPrivate {
   bool givenUp = false;
   std::unique_ptr<QTimer> retry;
 
+  quint64 revision = 0;
+  qint64 seenVersion = 0;  // SQLite's count of what other connections than this one have written into the file
+  TStoreFile::TIdentity seenFile;
+  QElapsedTimer sinceLook;
+
   explicit TPrivate(const QString &filePath) : file(QFileInfo(filePath).absoluteFilePath(), Schema, Patience) {}
 
   void Open();
@@ -81,6 +88,7 @@ struct TRegistryStore::TPrivate {
   [[nodiscard]] std::optional<QList<TRegistryValue>> StoredValues(TRegistryHive hive, const TKeyPath &path);
   [[nodiscard]] std::optional<QList<TRegistryValue>> Values(TRegistryHive hive, const TKeyPath &path);
 
+  void LookForOthers();
   bool Add(const TChange &change);
   bool WriteOut();
   [[nodiscard]] TState WriteOutOnce();
@@ -133,6 +141,7 @@ bool TRegistryStore::TPrivate::Add(const TChange &change) {
   }
   if (!MayWrite()) return false;
   waiting.append(change);
+  ++revision;
   givenUp = false;
   if (depth == 0) WriteOut();
   return true;
@@ -285,6 +294,19 @@ auto TRegistryStore::TPrivate::Look(TQuery query) -> std::optional<decltype(quer
   return std::nullopt;
 }
 
+// Nobody takes anything for an answer here, so no read is missed.
+void TRegistryStore::TPrivate::LookForOthers() {
+  if (!EnsureReady()) return;
+  database.SetBusyTimeout(0);
+  TSqliteStatement statement = database.Use("PRAGMA data_version");
+  if (!statement.Step()) return;
+  const qint64 version = statement.Integer(0);
+  if (version == seenVersion && file.Identity() == seenFile) return;
+  seenVersion = version;
+  seenFile = file.Identity();
+  ++revision;
+}
+
 std::optional<bool> TRegistryStore::TPrivate::StoredKeyExists(TRegistryHive hive, const TKeyPath &path) {
   return Look([&] { return FindKey(hive, path.folded).has_value(); });
 }
@@ -414,6 +436,14 @@ bool TRegistryStore::IsWaiting() const {
 }
 bool TRegistryStore::IsRefused() const {
   return IsWaiting() && d->writeState == TState::Refused;
+}
+
+quint64 TRegistryStore::Revision() const {
+  if (!d->sinceLook.isValid() || d->sinceLook.hasExpired(LookInterval)) {
+    d->sinceLook.start();
+    d->LookForOthers();
+  }
+  return d->revision;
 }
 
 bool TRegistryStore::Flush(int milliseconds) {

@@ -67,6 +67,10 @@ class TRegistryStore final {
   // opened, and when the disk begins to refuse what is to be written. It must not use the store.
   void SetTroubleHandler(std::function<void()> handler);
 
+  // Another number each time that something has been written, by this object or by whom else: for those who keep what
+  // they have read. What others write shows within 200 milliseconds, and costs next to nothing to ask for.
+  [[nodiscard]] quint64 Revision() const;
+
   // Tries for so many milliseconds to write all changes that wait; true when none does any more. Nothing is given up by
   // that.
   bool Flush(int milliseconds);

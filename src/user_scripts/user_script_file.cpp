@@ -52,6 +52,7 @@ TUserScriptFile TUserScriptFile::Parse(const QByteArray &bytes) {
     bool isGood = true;
     if (word == QLatin1String("name") && file.name.isEmpty()) file.name = value;
     if (word == QLatin1String("run-at")) file.moment = MomentOf(value);
+    if (word == QLatin1String("noframes")) file.inFrames = false;
     if (word == QLatin1String("match")) isGood = file.includes.AddMatch(value);
     if (word == QLatin1String("include")) isGood = file.includes.AddText(value);
     if (word == QLatin1String("exclude")) isGood = file.excludes.AddText(value);

@@ -27,10 +27,11 @@ enum class TScriptTrouble {
 //   // @run-at   document-start
 //   // ==/UserScript==
 //
-// It runs on pages that one of its matches or includes holds for and none of its excludes; as soon as there is a
-// document (document-start), when all of it is there (document-end), or a moment later (document-idle, which is also
-// what holds without @run-at). Of several names the first counts, and so does the first block. Other words are passed
-// over; words with a language behind them ("@name:de") as well.
+// It runs on pages that one of its matches or includes holds for and none of its excludes, and in frames that they hold
+// for by addresses of their own, unless it says @noframes; as soon as there is a document (document-start), when all of
+// it is there (document-end), or a moment later (document-idle, which is also what holds without @run-at). Of several
+// names the first counts, and so does the first block. Other words are passed over; words with a language behind them
+// ("@name:de") as well.
 struct TUserScriptFile {
   static constexpr qint64 MostBytes = 2 * 1024 * 1024;
 
@@ -45,6 +46,7 @@ struct TUserScriptFile {
   // Without the block, whose lines are left empty: the engine would go by it as well.
   QString source{};
   TPageScript::TMoment moment = TPageScript::TMoment::Idle;
+  bool inFrames = true;
   TAddressRules includes{};
   TAddressRules excludes{};
 };

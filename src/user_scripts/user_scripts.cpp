@@ -9,6 +9,7 @@
 #include "config/registry_paths.h"
 #include "config/settings.h"
 #include "platform/program_folders.h"
+#include "platform/web_address.h"
 
 namespace {
 
@@ -106,7 +107,7 @@ void TUserScripts::Load() {
     if (!m_known.contains(entry.file)) m_known.append(entry.file);
     QString &id = m_ids[entry.file];
     if (id.isEmpty()) id = QUuid::createUuid().toString(QUuid::WithoutBraces);
-    const TPageScript script{id, file.source, file.moment, int(m_known.indexOf(entry.file))};
+    const TPageScript script{id, file.source, file.moment, int(m_known.indexOf(entry.file)), file.inFrames};
     m_loaded.append({std::move(file), script});
   }
 }
@@ -117,12 +118,13 @@ QList<TPageScript> TUserScripts::Loaded() const {
   return scripts;
 }
 
-bool TUserScripts::MayRun(const QString &id, const QUrl &page, TSecurityZone zone) const {
-  const bool isWeb = page.scheme() == QLatin1String("http") || page.scheme() == QLatin1String("https");
-  const bool isOpen =
-      zone == TSecurityZone::LocalIntranet || zone == TSecurityZone::Trusted || zone == TSecurityZone::Internet;
+bool TUserScripts::MayRunIn(TSecurityZone zone) {
+  return zone == TSecurityZone::LocalIntranet || zone == TSecurityZone::Trusted || zone == TSecurityZone::Internet;
+}
+
+bool TUserScripts::MayRun(const QString &id, const QUrl &document, TSecurityZone zone) const {
   const auto found = std::ranges::find(m_loaded, id, [](const TLoaded &loaded) { return loaded.script.id; });
-  return isWeb && isOpen && found != m_loaded.end() && found->file.IsFor(page);
+  return WebAddress::Is(document) && MayRunIn(zone) && found != m_loaded.end() && found->file.IsFor(document);
 }
 
 void TUserScripts::NoteFailure(const QString &id, const QString &reason, int line) {

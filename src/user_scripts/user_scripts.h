@@ -50,9 +50,10 @@ class TUserScripts final : public QObject {
   [[nodiscard]] TFailure LastFailure(const QString &file) const { return m_failures.value(file); }
 
   [[nodiscard]] QList<TPageScript> Loaded() const;
-  // Whether a script that is loaded is for the page at that address in that zone; never on this computer and in the
-  // restricted zone.
-  [[nodiscard]] bool MayRun(const QString &id, const QUrl &page, TSecurityZone zone) const;
+  // Never on this computer and in the restricted zone.
+  [[nodiscard]] static bool MayRunIn(TSecurityZone zone);
+  // Whether a script that is loaded is for the page, or the frame, at that address in that zone.
+  [[nodiscard]] bool MayRun(const QString &id, const QUrl &document, TSecurityZone zone) const;
   // Of a page's script, by its id.
   void NoteFailure(const QString &id, const QString &reason, int line);
 

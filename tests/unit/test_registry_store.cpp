@@ -383,6 +383,23 @@ class TTestRegistryStore final : public QObject {
   }
 
   // A disk that is full is told once, and everything is written as soon as there is room.
+  // For those who keep what they have read. One write is one change, and reading is none.
+  void RevisionsTellOfWrites() {
+    TRegistryStore mine(m_path);
+    TRegistryStore other(m_path);
+    quint64 seen = mine.Revision();
+    QVERIFY(mine.Write(User, Key, "a", "mine"));
+    QCOMPARE(mine.Revision(), ++seen);
+    for (const QString data : {"theirs", "theirs again"}) {
+      QVERIFY(other.Write(User, Key, "a", data));
+      ++seen;
+      QTRY_COMPARE(mine.Revision(), seen);
+      QCOMPARE(mine.Read(User, Key, "a"), data);
+    }
+    QVERIFY(QFile::rename(m_path, m_path + ".away"));
+    QTRY_VERIFY(mine.Revision() > seen);
+  }
+
   void AFullDiskIsToldAndSatOut() {
     TRegistryStore store(m_path);
     store.Write(User, Key, "a", "old");

@@ -6,8 +6,10 @@
 #include <QTest>
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
+#include <QWebEngineUrlRequestInterceptor>
 
 #include "browser/downloads/download_list.h"
+#include "browser/downloads/page_downloads.h"
 #include "config/language.h"
 #include "config/registry_paths.h"
 #include "store/registry_store.h"
@@ -30,6 +32,7 @@ class TDownloadsFixture {
     QVERIFY(store->Write(TRegistryHive::CurrentUser, key, QStringLiteral("DownloadFolder"), folder->path()));
     MakeList();
     page = std::make_unique<QWebEnginePage>(profile.get());
+    page->setUrlRequestInterceptor(&asked);
   }
   void End() {
     const auto reset = [](auto &...owners) { (owners.reset(), ...); };
@@ -57,6 +60,18 @@ class TDownloadsFixture {
   }
   void Download(const QString &path) { page->download(QUrl(server->Url(path))); }
 
+  // Tells what the page asks for, as those of the program do.
+  class TAsked final : public QWebEngineUrlRequestInterceptor {
+   public:
+    explicit TAsked(const std::unique_ptr<QWebEnginePage> &page) : m_page(page) {}
+    void interceptRequest(QWebEngineUrlRequestInfo &info) override {
+      if (auto *downloads = TPageDownloads::Of(m_page.get())) downloads->NoteAsked(info.requestUrl());
+    }
+
+   private:
+    const std::unique_ptr<QWebEnginePage> &m_page;
+  };
+
   const QString key = QString::fromLatin1(RegistryKey::CurrentVersion);  // of the settings
   TLanguage language;
   std::unique_ptr<QTemporaryDir> folder;
@@ -65,4 +80,5 @@ class TDownloadsFixture {
   std::unique_ptr<TRegistryStore> store;
   std::unique_ptr<TDownloadList> list;
   std::unique_ptr<QWebEnginePage> page;
+  TAsked asked{page};
 };

@@ -50,11 +50,14 @@ onload = () => setInterval(() => document.title = [...document.images].filter(im
 constexpr const char *Players =
     R"(<!DOCTYPE html><title>...</title><audio src=/a.mp3></audio><audio src=/stream></audio>
 <video src=/v.webm></video><script>
-let left = 7;
+let left = 9;
 const had = [];
 const tried = () => --left || (document.title = had.sort().join(' ') || 'none');
 for (const element of document.querySelectorAll('audio, video')) element.onerror = tried;
-new Audio('/script.ogg').onerror = tried;
+for (const address of ['/script.ogg', '/bare']) new Audio(address).onerror = tried;
+const apart = document.createElement('audio');
+apart.onerror = tried;
+apart.src = '/apart';
 const video = document.createElement('video');
 video.onerror = tried;
 video.src = '/script';
@@ -322,10 +325,10 @@ class TestContent final : public QObject {
 
   void SoundsAndVideos_data() {
     Columns<bool, bool, QString, QStringList>("videos", "sounds", "had", "fetched");
-    const QStringList video{u"/script"_s, u"/stream"_s, u"/v.webm"_s};
-    const QStringList sound{u"/a.mp3"_s, u"/script.ogg"_s, u"/stream"_s};
+    const QStringList video{u"/apart"_s, u"/bare"_s, u"/script"_s, u"/stream"_s, u"/v.webm"_s};
+    const QStringList sound{u"/a.mp3"_s, u"/apart"_s, u"/bare"_s, u"/script.ogg"_s, u"/stream"_s};
     Row("all", true, true, u"audio data video"_s,
-        QStringList{u"/a.mp3"_s, u"/script"_s, u"/script.ogg"_s, u"/stream"_s, u"/v.webm"_s});
+        QStringList{u"/a.mp3"_s, u"/apart"_s, u"/bare"_s, u"/script"_s, u"/script.ogg"_s, u"/stream"_s, u"/v.webm"_s});
     Row("no videos", false, true, u"audio"_s, sound);
     // Videos go on in silence.
     Row("no sounds", true, false, u"audio data video"_s, video);

@@ -303,10 +303,25 @@ class TestDownloads final : public QObject, private TDownloadsFixture {
     QCOMPARE(Content(Path(0)), "content");
   }
 
+  void outlivesItsPage_data() {
+    Columns<bool>("hasBegun");
+    Row("under way", true);
+    // Then nobody can say any more what page it is of.
+    Row("before its server has answered", false);
+  }
   void outlivesItsPage() {
-    RouteSlowFile();
-    Start(u"/slow"_s);
+    QFETCH(bool, hasBegun);
+    TTestResponse response = TTestResponse::Attachment("slow.bin", QByteArray(4 * 1024 * 1024, 's'));
+    response.trickleBytes = 32 * 1024;
+    if (!hasBegun) response.delayMs = 300;
+    const auto isAsked = std::make_shared<bool>(false);
+    server->Route("/slow", [isAsked, response](const TTestRequest &) { return *isAsked = true, response; });
+    new TPageDownloads(
+        page.get(), [] { return 1; }, [] { return true; });
+    hasBegun ? Start(u"/slow"_s) : Download(u"/slow"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(*isAsked, LongWait);
     page.reset();
+    QTRY_COMPARE_WITH_TIMEOUT(list->rowCount(), 1, LongWait);
     QTRY_COMPARE_WITH_TIMEOUT(list->State(0), TDownloadState::Finished, LongWait);
     QCOMPARE(QFileInfo(Path(0)).size(), 4 * 1024 * 1024);
   }

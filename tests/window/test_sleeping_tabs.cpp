@@ -118,7 +118,9 @@ class TestSleepingTabs final : public QObject, private TTabsFixture {
                                           SOON(tab->Browser()->HasOpenQuestion());
                                         })),
         TStep([](TBrowserTab *tab) { tab->Browser()->DismissQuestions(); }));
-    Row("downloads", "/plain", Then(script(u"location = '/file'"_s), TStep([this](TBrowserTab *) { SOON(download); })),
+    Row("downloads", "/plain",
+        Then(script(u"Object.assign(document.createElement('a'), {href: '/file', download: ''}).click()"_s),
+             TStep([this](TBrowserTab *) { SOON(download); })),
         TStep([this](TBrowserTab *) { download->cancel(); }));
     Row("answers a form", "/form", Then(script(u"document.forms[0].submit()"_s), TStep([](TBrowserTab *tab) {
                                           SOON(tab->Title() == u"Plain"_s && !tab->Busy());

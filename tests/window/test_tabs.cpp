@@ -251,6 +251,26 @@ class TestTabs final : public QObject, private TTabsFixture {
     QCOMPARE(server.RequestCount("/b"), 1);
   }
 
+  // A page of its site comes to the front; nobody knows which one has shown it.
+  void NotificationIsClicked() {
+    TBrowserTab *first = OpenPage(u"/a"_s);
+    TBrowserTab *other = tabs->NewTab();
+    other->Navigate(server.Url(u"/b"_s, u"localhost"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(other->Title(), u"Page B"_s, LoadTime);
+    tabs->NewTab();
+    TBrowserTab *last = OpenPage(u"/b"_s);
+    const QSignalSpy front(tabs.get(), &TTabStrip::FrontWanted);
+    const auto click = [this](const QString &host) {
+      Q_EMIT Engine().NotificationClicked(QUrl(server.Url(u"/"_s, host)));
+      return tabs->GetActivePage();
+    };
+    QCOMPARE(click(u"127.0.0.1"_s), last);
+    QCOMPARE(click(u"localhost"_s), other);
+    QCOMPARE(click(u"127.0.0.1"_s), first);
+    QCOMPARE(click(u"gone.localhost"_s), first);
+    QCOMPARE(front.size(), 4);
+  }
+
   void EmptyWindowStaysHidden() {
     TBrowserTab *opener = OpenPage(u"/opener"_s);
     Run(opener, u"window.w = window.open('about:blank')"_s);

@@ -77,7 +77,7 @@ class TestUserScripts final : public QObject {
     Row("restricted", u"http://bad.localhost/b"_s, QString());
     Row("this computer", u"file:"_s, QString());
   }
-  // By their rules, in the page alone and not in its frames, and never on this computer's pages and restricted sites.
+  // By their rules, and never on this computer's pages and restricted sites.
   void WhereTheyRun() {
     QFETCH(QString, address);
     QFETCH(QString, marks);
@@ -95,10 +95,48 @@ class TestUserScripts final : public QObject {
     // Scripts of the page before must not run on the next one.
     Load(m_f.server.Url(u"/a"_s));
     SOON(Marks(), u"all only-a"_s);
-    QCOMPARE(AnswerOf(Page(), u"frames[0].document.documentElement.className"_s).toString(), QString());
+    QCOMPARE(AnswerOf(Page(), u"frames[0].document.documentElement.className"_s).toString(), u"all not-a"_s);
     const QUrl url(address);
     Load(url.host().isEmpty() ? u"file://"_s + file.fileName() : m_f.server.Url(url.path(), url.host()));
     QCOMPARE(Marks(), marks);
+  }
+
+  void Frames_data() {
+    Columns<QString, QStringList>("host", "ran");
+    Row("open page", u"127.0.0.1"_s,
+        QStringList{u"all-127.0.0.1/b"_s, u"all-127.0.0.1/framed"_s, u"all-localhost/b"_s, u"top-127.0.0.1/framed"_s});
+    Row("restricted page", u"bad.localhost"_s, QStringList());
+  }
+  // By the addresses of their own, those of other sites too, but not in restricted ones and their pages' frames.
+  void Frames() {
+    QFETCH(QString, host);
+    QFETCH(QStringList, ran);
+    QByteArray frames("<iframe srcdoc=c></iframe>");
+    for (const char *site : {"bad.localhost", "127.0.0.1", "localhost"})
+      frames += "<iframe src=" + m_f.server.Url(u"/b"_s, QLatin1String(site)).toUtf8() + "></iframe>";
+    m_f.server.Route("/framed", TTestResponse::Page("<body>" + frames));
+    const auto told = std::make_shared<QStringList>();
+    m_f.server.Route("/ran", [told](const TTestRequest &request) {
+      told->append(QString::fromLatin1(request.query));
+      return TTestResponse::Text({});
+    });
+    const auto tell = [](const QByteArray &name) {
+      return "fetch('/ran?" + name + "-' + location.hostname + location.pathname);";
+    };
+    PutMarking(u"all"_s, "// @match *://*/*\n// @run-at document-end", tell("all"));
+    PutMarking(u"top"_s, "// @match *://*/framed\n// @match *://*/b\n// @noframes", tell("top"));
+    QVERIFY(TZoneStore(*m_f.store).AddMapping(u"http://bad.localhost"_s, 4));
+    m_f.Open();
+    Load(m_f.server.Url(u"/framed"_s, host));
+    // What comes last says that all others had their turn.
+    m_f.server.Route("/end", TTestResponse::Page("<body>end"));
+    QTRY_VERIFY_WITH_TIMEOUT(told->size() >= ran.size(), TMainWindowFixture::LoadTime);
+    Load(m_f.server.Url(u"/end"_s));
+    const QString last = u"all-127.0.0.1/end"_s;
+    QTRY_VERIFY_WITH_TIMEOUT(told->contains(last), TMainWindowFixture::LoadTime);
+    told->removeOne(last);
+    told->sort();
+    QCOMPARE(*told, ran);
   }
 
   // Before the page's own scripts, or after all of it is there; neither sees the variables of the other.

@@ -10,6 +10,7 @@
 #include <QWebEngineView>
 
 #include "browser/downloads/download_item.h"
+#include "browser/downloads/download_owners.h"
 #include "browser/downloads/download_text.h"
 #include "browser/downloads/file_copy.h"
 #include "browser/downloads/file_names.h"
@@ -125,7 +126,7 @@ void TDownloadList::TakeRequest(QWebEngineDownloadRequest *request) {
 void TDownloadList::TakeNewRequest(QWebEngineDownloadRequest *request) {
   using TVerdict = TPageDownloads::TVerdict;
   const QUrl address = request->url();
-  TPageDownloads *page = TPageDownloads::Of(request->page());
+  TPageDownloads *page = TDownloadOwners::Of(m_profile).OwnerOf(*request);
   const TVerdict verdict = page != nullptr ? page->Judge() : TVerdict::First;
   if (verdict == TVerdict::Refused || m_items.size() >= MostWaiting) return request->cancel();
   if (verdict == TVerdict::Wait) return LetWait(request, page);
@@ -148,7 +149,7 @@ void TDownloadList::TakeNewRequest(QWebEngineDownloadRequest *request) {
   }
   TItem &item = AddItem(address, {}, TDownloadState::Waiting, true);
   item.suggestedName = request->suggestedFileName();
-  const QWebEngineView *view = request->page() != nullptr ? QWebEngineView::forPage(request->page()) : nullptr;
+  const QWebEngineView *view = page != nullptr ? QWebEngineView::forPage(&page->Page()) : nullptr;
   if (view != nullptr) item.window = view->window();
   if (!beginsNow) request->cancel();
   AskForPlace(item, beginsNow ? request : nullptr);

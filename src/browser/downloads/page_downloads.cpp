@@ -1,17 +1,47 @@
 #include "browser/downloads/page_downloads.h"
 
+#include <memory>
+#include <QUrl>
+#include <QWebEngineDownloadRequest>
 #include <QWebEnginePage>
 #include <utility>
 
+#include "browser/downloads/download_owners.h"
+
 TPageDownloads::TPageDownloads(QWebEnginePage *page, std::function<int()> recentAct, std::function<bool()> isInFront)
-    : QObject(page), m_recentAct(std::move(recentAct)), m_isInFront(std::move(isInFront)) {}
+    : QObject(page),
+      m_recentAct(std::move(recentAct)),
+      m_isInFront(std::move(isInFront)),
+      m_owners(&TDownloadOwners::Of(*page->profile())) {
+  m_owners->Add(this);
+}
 
 TPageDownloads::~TPageDownloads() {
   BeginPage();
+  if (m_owners) m_owners->Remove(this);
 }
 
 TPageDownloads *TPageDownloads::Of(const QWebEnginePage *page) {
   return page != nullptr ? page->findChild<TPageDownloads *>(QString(), Qt::FindDirectChildrenOnly) : nullptr;
+}
+
+QWebEnginePage &TPageDownloads::Page() const {
+  return *static_cast<QWebEnginePage *>(parent());
+}
+
+void TPageDownloads::NoteAsked(const QUrl &address) {
+  if (m_owners) m_owners->NoteAsked(this, address);
+}
+
+void TPageDownloads::Follow(QWebEngineDownloadRequest *request) {
+  if (request->isFinished()) return;
+  ++m_underWay;
+  // It ends once, finished or not, or goes with what it was for.
+  const auto end = [this, runs = std::make_shared<bool>(true)] {
+    if (std::exchange(*runs, false)) --m_underWay;
+  };
+  connect(request, &QWebEngineDownloadRequest::isFinishedChanged, this, end);
+  connect(request, &QObject::destroyed, this, end);
 }
 
 TPageDownloads::TVerdict TPageDownloads::Judge() {

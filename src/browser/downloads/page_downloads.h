@@ -2,8 +2,12 @@
 
 #include <functional>
 #include <QObject>
+#include <QPointer>
 
+class QUrl;
+class QWebEngineDownloadRequest;
 class QWebEnginePage;
+class TDownloadOwners;
 
 // What one page may download. What the user asks for is his affair; by itself a page gets one file while it is in
 // front, and for more, or from the background, the user is asked once for as long as the page stays.
@@ -25,6 +29,14 @@ class TPageDownloads final : public QObject {
   ~TPageDownloads() override;
   // nullptr for a page that has none.
   [[nodiscard]] static TPageDownloads *Of(const QWebEnginePage *page);
+  [[nodiscard]] QWebEnginePage &Page() const;
+
+  // The page is about to ask for something that may turn out to be a file: its downloads are known by that.
+  void NoteAsked(const QUrl &address);
+  // Counts the page's download until it ends.
+  void Follow(QWebEngineDownloadRequest *request);
+  // Some run or are paused.
+  [[nodiscard]] bool AreUnderWay() const { return m_underWay > 0; }
 
   // The page wants a file; Asked may come.
   [[nodiscard]] TVerdict Judge();
@@ -44,6 +56,8 @@ class TPageDownloads final : public QObject {
 
   std::function<int()> m_recentAct;
   std::function<bool()> m_isInFront;
+  QPointer<TDownloadOwners> m_owners;
+  int m_underWay = 0;
   TState m_state = TState::Fresh;
   bool m_expected = false;
   int m_lastAct = 0;  // that a file was taken for; a click asks for one

@@ -57,8 +57,8 @@ void TAskedWindow::OnFinished() {
                         });
 }
 
-// The engine tells of a download after it has ended the load, and up to 6.4 the program ends when the download is asked
-// for a page that is not there any more.
+// The engine tells of a download after it has ended the load. Of a window that is gone by then nobody knows what it was
+// about.
 void TAskedWindow::TellNothing() {
   QTimer::singleShot(DownloadComes, this, [this] {
     if (m_page->IsUnsettled() && !m_page->IsUnderWay()) Q_EMIT CameToNothing();

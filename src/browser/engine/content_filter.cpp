@@ -19,6 +19,13 @@ bool IsLoopback(const QString &host) {
          QHostAddress(host).isLoopback();
 }
 
+// Links to files, and what the user saves, count as pages.
+bool IsDocument(int resourceType) {
+  return resourceType == QWebEngineUrlRequestInfo::ResourceTypeMainFrame ||
+         resourceType == QWebEngineUrlRequestInfo::ResourceTypeSubFrame ||
+         resourceType == QWebEngineUrlRequestInfo::ResourceTypeObject;
+}
+
 }  // namespace
 
 TDownloadControlOptionSet ContentKindOf(int resourceType, const QUrl &url) {
@@ -52,6 +59,7 @@ void TContentFilter::interceptRequest(QWebEngineUrlRequestInfo &info) {
     info.block(true);
     return;
   }
+  if (IsDocument(info.resourceType())) Q_EMIT DocumentRequested(url);
   if (info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame) Q_EMIT PageRequested();
   if (url.scheme() == QLatin1String("http") && info.firstPartyUrl().scheme() == QLatin1String("https") &&
       info.resourceType() != QWebEngineUrlRequestInfo::ResourceTypeMainFrame && !IsLoopback(url.host())) {

@@ -27,6 +27,8 @@ class TContentFilter final : public QWebEngineUrlRequestInterceptor {
   void interceptRequest(QWebEngineUrlRequestInfo &info) override;
 
  Q_SIGNALS:
+  // A request for a page, or for one in a frame, is about to go out: a file may come of it.
+  void DocumentRequested(const QUrl &address);
   // The page's own request is about to go out.
   void PageRequested();
   // A page that came securely fetched a part of itself in the clear.

@@ -144,7 +144,7 @@ void TEngine::ShowNotification(std::unique_ptr<QWebEngineNotification> notificat
                          .text = text,
                          .clicked =
                              [this, shown] {
-                               Q_EMIT NotificationClicked();
+                               Q_EMIT NotificationClicked(shown->origin());
                                shown->click();
                              },
                          .failed = [this, title = shown->title(), text] { Q_EMIT NotificationNotShown(title, text); },

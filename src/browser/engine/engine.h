@@ -76,8 +76,8 @@ class TEngine final : public QObject {
   void ForgetVisited(const QStringList &addresses);
 
  Q_SIGNALS:
-  // A page's notification: the user wants to see more of it.
-  void NotificationClicked();
+  // A notification of a page of that origin: the user wants to see more of it.
+  void NotificationClicked(const QUrl &origin);
   // The desktop shows none. Both are plain text.
   void NotificationNotShown(const QString &title, const QString &text);
   // The policy gives pages other scripts from now on.

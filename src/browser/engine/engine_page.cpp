@@ -29,6 +29,7 @@
 #include "browser/page/script_dialogs.h"
 #include "config/language.h"
 #include "platform/process_end.h"
+#include "platform/web_address.h"
 #include "ui/confirm_dialog.h"
 #include "ui/dialog_gate.h"
 
@@ -55,10 +56,6 @@ QUrl WithoutViewSource(const QUrl &url) {
   return QUrl(url.toString(QUrl::FullyEncoded).mid(QLatin1String("view-source:").size()));
 }
 
-bool IsNetworkScheme(const QString &scheme) {
-  return scheme == QLatin1String("http") || scheme == QLatin1String("https");
-}
-
 bool IsFromPage(QWebEnginePage::NavigationType type) {
   return type == QWebEnginePage::NavigationTypeLinkClicked || type == QWebEnginePage::NavigationTypeFormSubmitted ||
          type == QWebEnginePage::NavigationTypeRedirect || type == QWebEnginePage::NavigationTypeOther;
@@ -83,6 +80,7 @@ TEnginePage::TEnginePage(TEngine &engine, QObject *parent)
     m_insecureParts = true;
     Q_EMIT EncryptionLevelChanged();
   });
+  connect(m_filter, &TContentFilter::DocumentRequested, m_downloads, &TPageDownloads::NoteAsked);
   connect(m_filter, &TContentFilter::PageRequested, this, &TEnginePage::PageRequested, Qt::QueuedConnection);
   connect(this, &QWebEnginePage::urlChanged, this, &TEnginePage::OnUrlChanged);
   connect(this, &QWebEnginePage::loadProgress, this, &TEnginePage::OnProgress);
@@ -350,6 +348,8 @@ bool TEnginePage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
   const QPointer<TEnginePage> self(this);
   Q_EMIT BeforeNavigate(&navigation);
   if (!self) return false;
+  // What a site's worker answers comes without a request.
+  m_downloads->NoteAsked(url);
   if (!isMainFrame) return !navigation.cancel;
   if (navigation.cancel) {
     m_wanted = {};
@@ -368,7 +368,7 @@ bool TEnginePage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
     }
     return true;
   }
-  if (this->url().isLocalFile() && IsNetworkScheme(url.scheme()) && IsFromPage(type)) {
+  if (this->url().isLocalFile() && WebAddress::Is(url) && IsFromPage(type)) {
     // The engine keeps a page from the disk away from the network, and its links with it. A link that is followed is
     // the user's own navigation, so it is begun anew as one.
     m_cancelled = url;
@@ -413,7 +413,7 @@ void TEnginePage::ApplyPermissions(const QUrl &url) {
 }
 
 void TEnginePage::AskForPermissions() {
-  if (!IsNetworkScheme(url().scheme()) && !url().isLocalFile()) return;
+  if (!WebAddress::Is(url()) && !url().isLocalFile()) return;
   if (m_toAsk.scripts) AskFor(TPermission::Scripts);
   if (m_toAsk.cookies.stored) AskFor(TPermission::StoredCookies);
   if (m_toAsk.cookies.session) AskFor(TPermission::SessionCookies);

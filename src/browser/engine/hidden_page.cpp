@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "browser/engine/script_worlds.h"
+#include "platform/web_address.h"
 
 namespace {
 
@@ -48,9 +49,8 @@ const QString TextOfAll = QStringLiteral(
     " return %2 || self.zvIsFull === true ? (root === null ? '' : root.textContent.slice(0, %1 + 1)) : null; })()");
 
 bool MayLeadTo(const QUrl &from, const QUrl &to) {
-  if (to.host().isEmpty() || !to.userInfo().isEmpty()) return false;
-  if (to.scheme() == QLatin1String("https")) return true;
-  return to.scheme() == QLatin1String("http") && from.scheme() == to.scheme() && from.host() == to.host();
+  if (!WebAddress::IsPlain(to)) return false;
+  return to.scheme() == QLatin1String("https") || (from.scheme() == to.scheme() && from.host() == to.host());
 }
 
 // A download that nobody takes is ended on other threads, which do not look whether its profile is still there.

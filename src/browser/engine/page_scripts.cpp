@@ -29,13 +29,16 @@ QWebEngineScript::InjectionPoint PointOf(TPageScript::TMoment moment) {
 
 QWebEngineScript EngineScript(const TPageScript &given, const QString &token) {
   // In a function, so that "return" ends it; all on the first line, so that lines keep their numbers.
-  const QString begin = QStringLiteral("(function () { if (!confirm('%1 %2 ' + location.href)) return; ");
+  // Frames without an address of the web have nothing to ask.
+  const QString begin = QStringLiteral(
+      "(function () { if (self !== top && !/^https?:$/.test(location.protocol)) return;"
+      " if (!confirm('%1 %2 ' + (self === top) + ' ' + location.href)) return; ");
   QWebEngineScript script;
   script.setSourceCode(begin.arg(token, given.id) + given.source + QStringLiteral("\n})();"));
   script.setName(given.id);
   script.setInjectionPoint(PointOf(given.moment));
   script.setWorldId(ScriptWorld::FirstOfUser + quint32(given.world));
-  script.setRunsOnSubFrames(false);
+  script.setRunsOnSubFrames(given.inFrames);
   return script;
 }
 
@@ -60,7 +63,10 @@ void TPageScripts::Update() {
 
 std::optional<bool> TPageScripts::MayRun(const QString &message) const {
   if (!message.startsWith(m_token + u' ')) return std::nullopt;
-  return m_engine.Policy().MayRun(message.section(u' ', 1, 1), QUrl(message.section(u' ', 2)));
+  const QUrl document(message.section(u' ', 3));
+  // The address of a page that has just come is not always known here yet.
+  const bool isPage = message.section(u' ', 2, 2) == QLatin1String("true");
+  return m_engine.Policy().MayRun(message.section(u' ', 1, 1), document, isPage ? document : m_page->url());
 }
 
 void TPageScripts::Hear(const QString &message, int line, const QString &source) {

@@ -9,8 +9,8 @@
 class QWebEnginePage;
 class TEngine;
 
-// The user's scripts in one page. All are in all pages: a page that gets another renderer has been given them before
-// anybody is asked where it is going. So each asks first, in its page, whether it may run there.
+// The user's scripts in one page and its frames. All are in all pages: a page that gets another renderer has been given
+// them before anybody is asked where it is going. So each asks first, in its page, whether it may run there.
 class TPageScripts final : public QObject {
   Q_OBJECT
 

@@ -1,17 +1,17 @@
 #include "browser/engine/page_sleep.h"
 
-#include <memory>
 #include <QFile>
 #include <QPointer>
 #include <QUuid>
-#include <QWebEngineDownloadRequest>
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
 #include <utility>
 
+#include "browser/downloads/page_downloads.h"
 #include "browser/engine/engine_page.h"
 #include "browser/engine/script_worlds.h"
+#include "platform/web_address.h"
 
 namespace {
 
@@ -23,7 +23,7 @@ const QString &Token() {
 
 // What comes again when it is asked for again. Others live only as long as the page that made them.
 bool CanComeAgain(const QUrl &url) {
-  return url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https") || url.isLocalFile();
+  return WebAddress::Is(url) || url.isLocalFile();
 }
 
 }  // namespace
@@ -41,7 +41,7 @@ void TPageSleep::Watch(QWebEngineProfile &profile) {
 }
 
 TPageSleep::TPageSleep(TEnginePage *page, std::function<bool()> mayRest)
-    : QObject(page), m_page(page), m_mayRest(std::move(mayRest)) {
+    : QObject(page), m_page(page), m_downloads(TPageDownloads::Of(page)), m_mayRest(std::move(mayRest)) {
   connect(page, &TEnginePage::ConsoleWritten, this, &TPageSleep::Hear);
   connect(page, &QWebEnginePage::loadStarted, this, [this] { m_leaving = m_restless; });
   connect(page, &TEnginePage::Committed, this, [this] {
@@ -53,7 +53,6 @@ TPageSleep::TPageSleep(TEnginePage *page, std::function<bool()> mayRest)
     m_hasSlept = m_hasSlept || IsAsleep();
     Q_EMIT AsleepChanged(IsAsleep());
   });
-  connect(page->profile(), &QWebEngineProfile::downloadRequested, this, &TPageSleep::Follow);
 }
 
 bool TPageSleep::IsAsleep() const {
@@ -81,7 +80,7 @@ bool TPageSleep::MayRest() const {
   return !IsAsleep() && !m_page->isVisible() && !m_page->IsUnderWay() && !m_page->IsUnsettled() &&
          !m_page->CameFromForm() && CanComeAgain(m_page->url()) && m_page->renderProcessPid() != 0 &&
          m_page->recommendedState() != QWebEnginePage::LifecycleState::Active && !m_page->recentlyAudible() &&
-         m_restless.isEmpty() && m_downloads == 0 && !m_captures && m_mayRest();
+         m_restless.isEmpty() && !m_downloads->AreUnderWay() && !m_captures && m_mayRest();
 }
 
 void TPageSleep::Hear(const QString &message) {
@@ -93,15 +92,4 @@ void TPageSleep::Hear(const QString &message) {
   } else {
     m_restless.insert(frame);
   }
-}
-
-void TPageSleep::Follow(QWebEngineDownloadRequest *download) {
-  if (download->page() != m_page || download->isFinished()) return;
-  ++m_downloads;
-  // It ends once, finished or not, or goes with what it was for.
-  const auto end = [this, runs = std::make_shared<bool>(true)] {
-    if (std::exchange(*runs, false)) --m_downloads;
-  };
-  connect(download, &QWebEngineDownloadRequest::isFinishedChanged, this, end);
-  connect(download, &QObject::destroyed, this, end);
 }

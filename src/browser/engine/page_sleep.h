@@ -4,9 +4,9 @@
 #include <QObject>
 #include <QSet>
 
-class QWebEngineDownloadRequest;
 class QWebEngineProfile;
 class TEnginePage;
+class TPageDownloads;
 
 // The sleep of a page: its renderer goes, and its address, title, history and the place in it stay; it is loaded again
 // when it is shown. A page only falls asleep where nothing of the user's is lost by it: not while it is seen, loads,
@@ -38,13 +38,12 @@ class TPageSleep final : public QObject {
  private:
   [[nodiscard]] bool MayRest() const;
   void Hear(const QString &message);
-  void Follow(QWebEngineDownloadRequest *download);
 
   TEnginePage *m_page;
+  const TPageDownloads *m_downloads;
   std::function<bool()> m_mayRest;
   QSet<QString> m_restless;  // the frames that have something to lose
   QSet<QString> m_leaving;   // those of them that were there when the load under way set out
-  int m_downloads = 0;       // running or paused
   bool m_captures = false;
   bool m_hasSlept = false;
 };

@@ -16,7 +16,7 @@ QList<TPageScript> TPolicy::Scripts() const {
   return {};
 }
 
-bool TPolicy::MayRun(const QString & /*script*/, const QUrl & /*page*/) const {
+bool TPolicy::MayRun(const QString & /*script*/, const QUrl & /*document*/, const QUrl & /*page*/) const {
   return true;
 }
 

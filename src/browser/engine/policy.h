@@ -71,6 +71,7 @@ struct TPageScript {
   QString source{};
   TMoment moment = TMoment::Idle;
   int world = 0;  // each script has one, which it shares with no other and no page
+  bool inFrames = true;
 
   bool operator==(const TPageScript &) const = default;
 };
@@ -91,8 +92,9 @@ class TPolicy {
   [[nodiscard]] virtual TCookieKinds CookiesToAskAbout(const QUrl &origin) const;
   // All of the user's scripts; when they become others TEngine::ScriptsChanged says so.
   [[nodiscard]] virtual QList<TPageScript> Scripts() const;
-  // Asked by each of them in each page, before it does anything.
-  [[nodiscard]] virtual bool MayRun(const QString &script, const QUrl &page) const;
+  // Asked by each of them in each page and in each of its frames, before it does anything; `document` is the page's
+  // own address, or the frame's.
+  [[nodiscard]] virtual bool MayRun(const QString &script, const QUrl &document, const QUrl &page) const;
   [[nodiscard]] virtual TSecurityZone ZoneOf(const QString &address) const;
   // The same of a tab's page, which a page of zone `maker` may have opened: one without an address of its own is then
   // in that zone, but never in the machine's own. An empty address is the blank page's.

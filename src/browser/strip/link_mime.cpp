@@ -3,16 +3,15 @@
 #include <QMimeData>
 #include <QUrl>
 
+#include "platform/web_address.h"
+
 namespace {
 constexpr qsizetype kLongestText = 8192;  // characters; a longer text is prose, not an address
 
 bool IsAddress(const QUrl &url) {
   if (!url.isValid()) return false;
-  const QString scheme = url.scheme();
-  if (scheme == QLatin1String("file")) return !url.path().isEmpty();
-  const bool web =
-      scheme == QLatin1String("http") || scheme == QLatin1String("https") || scheme == QLatin1String("ftp");
-  return web && !url.host().isEmpty();
+  if (url.scheme() == QLatin1String("file")) return !url.path().isEmpty();
+  return (WebAddress::Is(url) || url.scheme() == QLatin1String("ftp")) && !url.host().isEmpty();
 }
 }  // namespace
 

@@ -1,8 +1,11 @@
 #include "browser/tabs/tab_strip.h"
 
+#include <algorithm>
 #include <QCoreApplication>
+#include <QUrl>
 #include <QWebEngineNewWindowRequest>
 
+#include "browser/engine/engine.h"
 #include "browser/tabs/browser_tab.h"
 #include "config/language.h"
 #include "config/settings.h"
@@ -41,6 +44,8 @@ TTabStrip::TTabStrip(QWidget *owner, TZVPageControl *pages, TTabEnvironment &env
   environment.settings.Follow(Setting::LimitTitleLength, this, [this] {
     for (TBrowserTab *tab : Tabs()) tab->SetCaption(tab->Title());
   });
+
+  connect(&environment.engine, &TEngine::NotificationClicked, this, &TTabStrip::BringSiteToFront);
 
   m_closeHidden.setObjectName(QStringLiteral("tmrCloseHidden"));
   m_closeHidden.setSingleShot(true);
@@ -193,6 +198,19 @@ void TTabStrip::Activate(TBrowserTab *tab) {
 
 void TTabStrip::BringToFront(TBrowserTab *tab) {
   Activate(tab);
+  Q_EMIT FrontWanted();
+}
+
+// Which of a site's pages it came from the engine does not tell: the one in front, if it is one, or else the first.
+void TTabStrip::BringSiteToFront(const QUrl &origin) {
+  const auto isOf = [&origin](const TBrowserTab *tab) {
+    if (tab == nullptr || tab->Hidden()) return false;
+    const QUrl page(tab->GetLocationUrl());
+    return page.scheme() == origin.scheme() && page.host() == origin.host() && page.port() == origin.port();
+  };
+  const QList<TBrowserTab *> all = Tabs();
+  const auto found = std::ranges::find_if(all, isOf);
+  if (found != all.end() && !isOf(GetActivePage())) Activate(*found);
   Q_EMIT FrontWanted();
 }
 

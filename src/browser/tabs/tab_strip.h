@@ -10,6 +10,7 @@
 #include "browser/tabs/leave_question.h"
 #include "browser/tabs/tab_environment.h"
 
+class QUrl;
 class TAddress;
 class TBrowserTab;
 class THalvexBrowser;
@@ -115,7 +116,7 @@ class TTabStrip final : public QObject {
   void TabPlaceChanged(TBrowserTab *tab);  // scrolled
   void TabClosing(TBrowserTab *tab);       // see TBrowserTab::Closing
   void TabLoaded(TBrowserTab *tab);
-  void FrontWanted();  // a page has a question that must be seen
+  void FrontWanted();  // a page has something that must be seen
   void PageSetsOut();  // a page is about to be asked for
   void PageFullScreenRequested(TBrowserTab *tab, bool on);
   // The pop-up test has stopped the window that `tab` was made for; the tab goes away soon.
@@ -129,6 +130,7 @@ class TTabStrip final : public QObject {
   TBrowserTab *InsertInBackground(int position, bool hidden, bool staysBehind);
   void Relay(TBrowserTab *tab);
   void OnPopupRejected(TBrowserTab *tab);
+  void BringSiteToFront(const QUrl &origin);
   void OnActivePageChanged(QWidget *page);
 
   QWidget *m_owner;
