@@ -1,6 +1,7 @@
 #!/bin/sh
 # Takes the pictures in docs/images/: of the window in light and dark colours, at twice the scale, small, and read from
-# right to left; of the side bar's favorites and groups; of the options; of what is suggested, a question over a page, the groups menu, the quick searches and a blocked pop-up.
+# right to left; of the side bar's favorites and groups; of the options; of what is suggested, a question over a page,
+# the groups menu, the quick searches and a blocked pop-up.
 #   scripts/pictures.sh [FOLDER]     where to put them instead
 # The program is built when it has to be, and runs on a screen in memory, in folders of its own, with pages made here and
 # served to this machine only.

@@ -134,7 +134,12 @@ void TControlStyle::drawComplexControl(ComplexControl control, const QStyleOptio
 
 QSize TControlStyle::sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,
                                       const QWidget *widget) const {
-  const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+  QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+  // An underlined letter stands apart from its neighbours, also where letters are joined; the toolkit does not reckon
+  // with the room that this takes.
+  if (type == CT_PushButton && option->direction == Qt::RightToLeft) {
+    size.rwidth() += 2 * option->fontMetrics.averageCharWidth();
+  }
   const auto *item = type == CT_MenuItem ? qstyleoption_cast<const QStyleOptionMenuItem *>(option) : nullptr;
   const bool isRow =
       type == CT_ItemViewItem || (item != nullptr && item->menuItemType != QStyleOptionMenuItem::Separator);

@@ -215,6 +215,10 @@ class TestDialogs final : public QObject {
       }
       QVERIFY2(changed > shown->width(), qPrintable(QString::number(changed)));
     }
+    push.setText(u"Longer than any button at the least"_s);
+    const int joined = push.sizeHint().width();
+    push.setLayoutDirection(Qt::RightToLeft);
+    QVERIFY(push.sizeHint().width() > joined);
     QVERIFY(list.sizeHintForRow(0) >= TControlStyle::LeastRow);
     QVERIFY(menu.actionGeometry(item).height() >= TControlStyle::LeastRow);
     QVERIFY(menu.actionGeometry(line).height() < TControlStyle::LeastRow);
