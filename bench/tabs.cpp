@@ -30,6 +30,7 @@ constexpr int Repeats = 41;
 constexpr int Aftermath = 120;             // milliseconds after each change, in which what is put off is done
 constexpr int LongestWait = 30'000;        // milliseconds for a page
 constexpr int LongestUntilAsleep = 3'000;  // the same for its sleep
+constexpr int Look = 10;                   // milliseconds between looks at what is waited for
 constexpr double Limit = 1.5;
 constexpr std::array Names{"add a tab", "turn to another", "close one"};
 using TCosts = std::array<double, Names.size()>;  // milliseconds
@@ -51,7 +52,8 @@ template <typename TCondition>
 bool WaitFor(TCondition condition, int longest = LongestWait) {
   QElapsedTimer clock;
   clock.start();
-  while (!condition() && clock.elapsed() < longest) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+  // Not until the next event: where nothing is shown there may be none for long.
+  while (!condition() && clock.elapsed() < longest) Pause(Look);
   return condition();
 }
 
