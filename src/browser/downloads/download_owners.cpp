@@ -43,7 +43,6 @@ void TDownloadOwners::Add(TPageDownloads *page) {
 void TDownloadOwners::Remove(TPageDownloads *page) {
   m_pages.removeOne(page);
   m_asked.removeIf([page](const TAsked &asked) { return asked.page == page; });
-  m_owners.removeIf([page](const auto &owner) { return owner.value() == page; });
   m_sinceGone.start();
 }
 

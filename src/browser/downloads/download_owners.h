@@ -37,6 +37,6 @@ class TDownloadOwners final : public QObject {
 
   QList<TPageDownloads *> m_pages;
   QList<TAsked> m_asked;                              // the newest last
-  QHash<quint32, QPointer<TPageDownloads>> m_owners;  // by request
+  QHash<quint32, QPointer<TPageDownloads>> m_owners;  // by request; null once the page has gone
   QElapsedTimer m_sinceGone;                          // the last page that went
 };
