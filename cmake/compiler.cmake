@@ -2,9 +2,11 @@
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
-  # Precompiled headers are only cached when ccache is told that their time stamps do not matter.
+  # Precompiled headers are only cached when ccache is told that their time stamps do not matter. What one tree has
+  # compiled serves any other: paths within it are taken from its top.
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
-    CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE_PROGRAM})
+    CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+    CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} ${CCACHE_PROGRAM})
 endif()
 
 # Forty programs of tests are linked anew for every change far below: in seconds, where there is a quick linker.

@@ -11,6 +11,7 @@
 #include "config/options.h"
 #include "platform/program_folders.h"
 #include "store/registry_store.h"
+#include "support/shipped_files.h"
 #include "support/test_server.h"
 
 // The built program as a process, with empty folders and a local server that has the pages /page0 to /page199. It opens
@@ -79,5 +80,5 @@ class TProgramFixture {
 
   TTestServer server;
   QString home = qEnvironmentVariable("HOME");
-  QString program = QStringLiteral(ZV_BUILD_DIR "/zarvela");
+  QString program = BuiltFile(QStringLiteral("zarvela"));
 };

@@ -1,4 +1,5 @@
 #include "support/test_server.h"
+#include "support/shipped_files.h"
 
 #include <QFile>
 #include <QSslCertificate>
@@ -14,7 +15,7 @@ namespace {
 constexpr int TrickleInterval = 20;  // milliseconds
 
 QByteArray ReadSupportFile(const char *name) {
-  QFile file(QStringLiteral(ZV_SOURCE_DIR "/tests/support/") + QString::fromLatin1(name));
+  QFile file(SourceFile(QStringLiteral("tests/support/") + QString::fromLatin1(name)));
   return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 

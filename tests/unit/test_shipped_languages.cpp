@@ -6,6 +6,7 @@
 #include "actions/command_table.h"
 #include "config/language.h"
 #include "store/ini_file.h"
+#include "support/shipped_files.h"
 
 // Every text that the sources ask for must be in every shipped language file, and every file must fit the English one.
 
@@ -62,7 +63,7 @@ QString Contents(const QString &path) {
 
 QStringList Sources(const QStringList &patterns) {
   QStringList files;
-  QDirIterator walk(QString(ZV_SOURCE_DIR) + "/src", patterns, QDir::Files, QDirIterator::Subdirectories);
+  QDirIterator walk(SourceFile("src"), patterns, QDir::Files, QDirIterator::Subdirectories);
   while (walk.hasNext()) files.append(walk.next());
   files.sort();
   return files;
@@ -76,7 +77,7 @@ QString WithoutComments(QString code) {
 }
 
 QString ShortName(const QString &path) {
-  return path.mid(qsizetype(qstrlen(ZV_SOURCE_DIR)) + 1);
+  return path.mid(SourceFile({}).size());
 }
 
 QString Listed(const QStringList &problems) {
@@ -131,7 +132,7 @@ QList<TUse> UsesInCode(QStringList &problems) {
   QSet<QString> sections;
   for (const auto &fixed : FixedKeys) sections.insert(fixed.section);
   TIniFile english;
-  english.Load(QString(ZV_SOURCE_DIR) + "/Languages/" + English);
+  english.Load(SourceFile(QStringLiteral("Languages/") + English));
   for (const QString &section : english.Sections()) sections.insert(section);
 
   QList<TUse> uses;
@@ -188,7 +189,7 @@ class TTestShippedLanguages final : public QObject {
 
  private Q_SLOTS:
   void initTestCase() {
-    QVERIFY(m_english.Load(QString(ZV_SOURCE_DIR) + "/Languages/" + English));
+    QVERIFY(m_english.Load(SourceFile(QStringLiteral("Languages/") + English)));
     m_uses = UsesInForms(m_problems) + UsesInCode(m_problems);
   }
 
@@ -207,7 +208,7 @@ class TTestShippedLanguages final : public QObject {
 
   void FilesAreComplete_data() {
     QTest::addColumn<QString>("path");
-    const QDir folder(QString(ZV_SOURCE_DIR) + "/Languages");
+    const QDir folder(SourceFile("Languages"));
     for (const QString &name : folder.entryList({"*.ini"}, QDir::Files)) {
       QTest::newRow(qPrintable(name)) << folder.filePath(name);
     }

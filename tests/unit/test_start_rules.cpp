@@ -12,6 +12,7 @@
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"
 #include "support/named_lines.h"
+#include "support/shipped_files.h"
 #include "ui/confirm_dialog.h"
 
 namespace {
@@ -163,7 +164,7 @@ class TestStartRules final : public QObject {
   void RunBeside() {
     QFETCH(int, key);
     TLanguage language;
-    QVERIFY(language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")));
+    QVERIFY(language.LoadFile(SourceFile(QStringLiteral("Languages/zveng.ini"))));
     QStringList buttons;
     OnModalDialog<TfrmConfirm>([&](TfrmConfirm &dialog) {
       for (const auto *button : dialog.findChildren<QPushButton *>()) buttons.append(button->text());

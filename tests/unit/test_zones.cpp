@@ -8,6 +8,7 @@
 #include "security/ie_zone_mgr.h"
 #include "store/registry_store.h"
 #include "support/data_row.h"
+#include "support/shipped_files.h"
 
 using namespace Qt::StringLiterals;
 
@@ -54,7 +55,7 @@ class TestZones final : public QObject {
   }
 
  private Q_SLOTS:
-  void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
+  void initTestCase() { QVERIFY(m_language.LoadFile(SourceFile(QStringLiteral("Languages/zveng.ini")))); }
   void init() {
     m_folder = std::make_unique<QTemporaryDir>();
     m_registry = std::make_unique<TRegistryStore>(m_folder->filePath(u"registry.sqlite"_s));

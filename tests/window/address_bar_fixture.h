@@ -10,6 +10,7 @@
 #include "config/settings.h"
 #include "history/history_store.h"
 #include "search/address_bar.h"
+#include "support/shipped_files.h"
 
 // The address bar in a tool bar of a window, and the keys that are typed into it.
 class TAddressBarFixture {
@@ -63,7 +64,7 @@ class TLoneAddressBarFixture : public TAddressBarFixture {
  public:
   TLoneAddressBarFixture() {
     window.resize(800, 600);
-    if (!language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))) qFatal("no language");
+    if (!language.LoadFile(SourceFile(QStringLiteral("Languages/zveng.ini")))) qFatal("no language");
   }
   // With one of the styles of completion.
   void Make(const char *style = "none") {

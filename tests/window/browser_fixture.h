@@ -17,6 +17,7 @@
 #include "browser/page/page_notice.h"
 #include "config/language.h"
 #include "store/registry_store.h"
+#include "support/shipped_files.h"
 #include "support/test_server.h"
 #include "window/engine_main.h"
 #include "window/page_click.h"
@@ -29,7 +30,7 @@ class TBrowserFixture {
   static constexpr int LoadTime = 15000;
 
   TBrowserFixture() {
-    m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"));
+    m_language.LoadFile(SourceFile(QStringLiteral("Languages/zveng.ini")));
     m_store = std::make_unique<TRegistryStore>(m_folder.filePath(QStringLiteral("registry.sqlite")));
     m_engine = std::make_unique<TEngine>(m_language, *m_store);
   }

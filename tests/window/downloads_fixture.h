@@ -13,6 +13,7 @@
 #include "config/language.h"
 #include "config/registry_paths.h"
 #include "store/registry_store.h"
+#include "support/shipped_files.h"
 #include "support/test_server.h"
 
 // A list of downloads with a folder of its own to save in, and a page that downloads. The server has /file, which is
@@ -21,7 +22,7 @@ class TDownloadsFixture {
  public:
   static constexpr int LongWait = 20000;  // milliseconds; the first page also starts the engine
 
-  void Prepare() { QVERIFY(language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
+  void Prepare() { QVERIFY(language.LoadFile(SourceFile(QStringLiteral("Languages/zveng.ini")))); }
   void Begin() {
     folder = std::make_unique<QTemporaryDir>();
     server = std::make_unique<TTestServer>();

@@ -17,6 +17,7 @@
 #include "platform/product_info.h"
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"
+#include "support/shipped_files.h"
 #include "support/test_server.h"
 #include "window/engine_main.h"
 #include "window/page_click.h"
@@ -30,7 +31,7 @@ class TTabsFixture {
 
   // Once for all tests.
   void Prepare() {
-    QVERIFY(language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")));
+    QVERIFY(language.LoadFile(SourceFile(QStringLiteral("Languages/zveng.ini"))));
     QVERIFY(server.Listen());
   }
   // With one empty tab.

@@ -14,6 +14,7 @@
 #include "search/address_bar.h"
 #include "search/address_label.h"
 #include "support/data_row.h"
+#include "support/shipped_files.h"
 #include "window/main_window_fixture.h"
 
 using namespace Qt::StringLiterals;
@@ -105,7 +106,7 @@ class TestBands final : public QObject {
  private Q_SLOTS:
   void initTestCase() {
     m_f.Prepare();
-    QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")));
+    QVERIFY(m_language.LoadFile(SourceFile(QStringLiteral("Languages/zveng.ini"))));
   }
   void init() { m_f.Begin(); }
   void cleanup() { m_f.End(); }

@@ -20,6 +20,7 @@
 #include "config/language.h"
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"
+#include "support/shipped_files.h"
 #include "ui/confirm_dialog.h"
 #include "ui/contrast.h"
 #include "ui/control_style.h"
@@ -45,7 +46,7 @@ class TestDialogs final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
+  void initTestCase() { QVERIFY(m_language.LoadFile(SourceFile(QStringLiteral("Languages/zveng.ini")))); }
   void init() {
     m_owner = std::make_unique<QWidget>();
     m_bar = new TFindBar(m_language, m_owner.get());

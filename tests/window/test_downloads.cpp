@@ -9,6 +9,7 @@
 #include "browser/downloads/page_downloads.h"
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"
+#include "support/shipped_files.h"
 #include "ui/confirm_dialog.h"
 #include "window/downloads_fixture.h"
 
@@ -64,7 +65,7 @@ class TestDownloads final : public QObject, private TDownloadsFixture {
 
   void oneOfItIsSingular() {
     TLanguage french;
-    QVERIFY(french.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zvfra.ini")));
+    QVERIFY(french.LoadFile(SourceFile(QStringLiteral("Languages/zvfra.ini"))));
     for (const auto &[total, words] : {std::pair(1, "1 s restante"), std::pair(2, "2 s restantes"),
                                        std::pair(70, "1 min restante"), std::pair(100, "2 min restantes")}) {
       QVERIFY(DownloadText::Pace(0, 1024 * total, 1024, french).endsWith(QLatin1String(words)));

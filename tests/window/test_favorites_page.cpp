@@ -11,6 +11,7 @@
 #include "chrome/folder_view/folder_view.h"
 #include "chrome/side_bar/favorites_page.h"
 #include "config/registry_paths.h"
+#include "support/shipped_files.h"
 #include "window/favorites_fixture.h"
 
 // The side bar's page of favorites: the tree, the search below it, and how both follow what becomes of the files.
@@ -339,14 +340,14 @@ class TestFavoritesPage final : public QObject, private TFavoritesFixture {
   // In every language all of it has room in a narrow bar, a name, and a place in the order of the Tab key.
   void FitsAndIsNamed_data() {
     QTest::addColumn<QString>("file");
-    for (const QString &name : QDir(QStringLiteral(ZV_SOURCE_DIR "/Languages")).entryList({u"*.ini"_s})) {
+    for (const QString &name : QDir(SourceFile(QStringLiteral("Languages"))).entryList({u"*.ini"_s})) {
       QTest::newRow(qPrintable(name)) << name;
     }
   }
   void FitsAndIsNamed() {
     QFETCH(QString, file);
     TLanguage other;
-    QVERIFY(other.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/") + file));
+    QVERIFY(other.LoadFile(SourceFile(QStringLiteral("Languages/") + file)));
     QWidget bar;
     QVBoxLayout layout(&bar);
     layout.setContentsMargins(4, 4, 4, 4);

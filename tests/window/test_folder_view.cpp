@@ -19,6 +19,7 @@
 #include "favorites/favorites_order.h"
 #include "favorites/shortcut_file.h"
 #include "support/data_row.h"
+#include "support/shipped_files.h"
 
 using namespace Qt::StringLiterals;
 
@@ -132,7 +133,7 @@ class TestFolderView final : public QObject {
   std::unique_ptr<TFolderView> m_view;
 
  private Q_SLOTS:
-  void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
+  void initTestCase() { QVERIFY(m_language.LoadFile(SourceFile(QStringLiteral("Languages/zveng.ini")))); }
   void init() {
     m_temporary = std::make_unique<QTemporaryDir>();
     m_root = m_temporary->filePath(u"root"_s);

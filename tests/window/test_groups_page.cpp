@@ -19,6 +19,7 @@
 #include "groups/group_drag.h"
 #include "groups/halvex_group.h"
 #include "groups/halvex_group_dialog.h"
+#include "support/shipped_files.h"
 #include "window/groups_fixture.h"
 
 // The side bar's page of page groups: the tree of them with their pages, by mouse, keyboard, menu and drag.
@@ -409,7 +410,7 @@ class TestGroupsPage final : public QObject, private TGroupsFixture {
   // In each language a letter leads to one command.
   void MenuLetters_data() {
     QTest::addColumn<QString>("file");
-    const QDir folder(QStringLiteral(ZV_SOURCE_DIR "/Languages"));
+    const QDir folder(SourceFile(QStringLiteral("Languages")));
     for (const QString &file : folder.entryList({u"*.ini"_s})) QTest::newRow(qPrintable(file)) << folder.filePath(file);
   }
   void MenuLetters() {

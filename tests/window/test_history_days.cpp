@@ -8,6 +8,7 @@
 #include "history/history_store.h"
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"
+#include "support/shipped_files.h"
 #include "ui/confirm_dialog.h"
 
 using namespace Qt::StringLiterals;
@@ -17,7 +18,7 @@ class TestHistoryDays final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
+  void initTestCase() { QVERIFY(m_language.LoadFile(SourceFile(QStringLiteral("Languages/zveng.ini")))); }
   void init() {
     m_folder = std::make_unique<QTemporaryDir>();
     m_registry = std::make_unique<TRegistryStore>(m_folder->filePath(u"registry.sqlite"_s));
@@ -89,9 +90,9 @@ class TestHistoryDays final : public QObject {
 
   // In no language a letter stands for two of them.
   void Letters() {
-    for (const QString &file : QDir(QStringLiteral(ZV_SOURCE_DIR "/Languages")).entryList({u"*.ini"_s})) {
+    for (const QString &file : QDir(SourceFile(QStringLiteral("Languages"))).entryList({u"*.ini"_s})) {
       TLanguage language;
-      QVERIFY(language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/") + file));
+      QVERIFY(language.LoadFile(SourceFile(QStringLiteral("Languages/") + file)));
       THistoryDaysMenu menu(language, *m_settings, *m_store, &m_window);
       Q_EMIT menu.aboutToShow();
       QSet<QKeySequence> letters;

@@ -20,6 +20,7 @@
 #include "config/settings.h"
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"
+#include "support/shipped_files.h"
 #include "support/store_trouble.h"
 #include "support/visit_count.h"
 #include "ui/confirm_dialog.h"
@@ -106,7 +107,7 @@ class TestHistoryPage final : public QObject {
   }
 
  private Q_SLOTS:
-  void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
+  void initTestCase() { QVERIFY(m_language.LoadFile(SourceFile(QStringLiteral("Languages/zveng.ini")))); }
   void init() {
     m_folder = std::make_unique<QTemporaryDir>();
     m_registry = std::make_unique<TRegistryStore>(m_folder->filePath(u"registry.sqlite"_s));
@@ -497,14 +498,14 @@ class TestHistoryPage final : public QObject {
 
   void Mnemonics_data() {
     QTest::addColumn<QString>("file");
-    for (const QString &name : QDir(QStringLiteral(ZV_SOURCE_DIR "/Languages")).entryList({u"*.ini"_s})) {
+    for (const QString &name : QDir(SourceFile(QStringLiteral("Languages"))).entryList({u"*.ini"_s})) {
       QTest::newRow(qPrintable(name)) << name;
     }
   }
   void Mnemonics() {
     QFETCH(QString, file);
     TLanguage language;
-    QVERIFY(language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/") + file));
+    QVERIFY(language.LoadFile(SourceFile(QStringLiteral("Languages/") + file)));
     QWidget bar;
     THistoryPage page(language, *m_settings, *m_store, {});
     QStringList menu;

@@ -4,6 +4,7 @@
 #include "config/language.h"
 #include "support/data_row.h"
 #include "support/list_editor_driver.h"
+#include "support/shipped_files.h"
 #include "ui/list_editor.h"
 #include "ui/table_rows.h"
 
@@ -52,7 +53,7 @@ class TestListEditor final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
+  void initTestCase() { QVERIFY(m_language.LoadFile(SourceFile(QStringLiteral("Languages/zveng.ini")))); }
 
   void ButtonsFollow_data() {
     Columns<TRests, QString, bool>("rests", "updating", "isListOn");

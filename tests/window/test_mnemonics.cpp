@@ -27,6 +27,7 @@
 #include "groups/halvex_group_dialog.h"
 #include "security/security_dialog.h"
 #include "support/modal_dialogs.h"
+#include "support/shipped_files.h"
 #include "ui/confirm_dialog.h"
 #include "window/main_window_fixture.h"
 
@@ -70,7 +71,7 @@ class TestMnemonics final : public QObject {
  private Q_SLOTS:
   void initTestCase() {
     m_f.Prepare();
-    m_languages = QDir(QStringLiteral(ZV_SOURCE_DIR "/Languages")).entryList({u"*.ini"_s});
+    m_languages = QDir(SourceFile(QStringLiteral("Languages"))).entryList({u"*.ini"_s});
     QCOMPARE(m_languages.size(), 6);
   }
   void init() { m_f.Begin(); }
@@ -151,7 +152,7 @@ class TestMnemonics final : public QObject {
   void Dialogs() {
     QFETCH(QString, file);
     TLanguage language;
-    QVERIFY(language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/") + file));
+    QVERIFY(language.LoadFile(SourceFile(QStringLiteral("Languages/") + file)));
     const QString yes = language.Global("Yes"), no = language.Global("No"), cancel = language.Global("Cancel");
     Check(TfrmConfirm({.firstLine = u"?"_s, .ok = yes, .cancel = no, .checkBox = language.Text("CONFIRM", "DontAsk")}),
           3);

@@ -102,7 +102,7 @@ class TestOptionsDialog final : public QObject {
  private Q_SLOTS:
   void initTestCase() {
     UseShippedLanguages();
-    QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")));
+    QVERIFY(m_language.LoadFile(SourceFile(QStringLiteral("Languages/zveng.ini"))));
   }
   void init() {
     m_folder = std::make_unique<QTemporaryDir>();
@@ -644,7 +644,7 @@ class TestOptionsDialog final : public QObject {
   void Languages() {
     QFETCH(QString, file);
     TLanguage language;
-    QVERIFY(language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/") + file));
+    QVERIFY(language.LoadFile(SourceFile(QStringLiteral("Languages/") + file)));
     TfrmOptions dialog(PartsIn(language), All);
     dialog.show();
     QVERIFY2(dialog.width() <= 800 && dialog.height() <= 560, qPrintable(QString::number(dialog.width())));

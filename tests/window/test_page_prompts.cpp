@@ -31,6 +31,7 @@
 #include "config/registry_paths.h"
 #include "store/registry_store.h"
 #include "support/data_row.h"
+#include "support/shipped_files.h"
 #include "support/test_server.h"
 
 using namespace Qt::StringLiterals;
@@ -51,7 +52,7 @@ class TestPagePrompts final : public QObject {
 
  private Q_SLOTS:
   void initTestCase() {
-    QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")));
+    QVERIFY(m_language.LoadFile(SourceFile(QStringLiteral("Languages/zveng.ini"))));
     QVERIFY(m_server.Listen());
     m_server.RoutePage("/page", "Page", "<a id=a href='/target' style='font-size:80px'>link</a>");
   }
@@ -212,7 +213,7 @@ class TestPagePrompts final : public QObject {
   void clientCertificate() {
     QFETCH(bool, shows);
     const auto read = [](const QString &name) {
-      QFile file(QStringLiteral(ZV_SOURCE_DIR "/tests/support/") + name);
+      QFile file(SourceFile(QStringLiteral("tests/support/") + name));
       return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     };
     m_profile->clientCertificateStore()->add(QSslCertificate(read(u"test_certificate.pem"_s)),

@@ -21,6 +21,7 @@
 #include "support/list_editor_driver.h"
 #include "support/modal_dialogs.h"
 #include "support/named_lines.h"
+#include "support/shipped_files.h"
 #include "support/store_trouble.h"
 
 // The lists of named addresses: how they are stored, the dialog that changes them, the menus made of them.
@@ -28,7 +29,7 @@ class TestSearchLists final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
+  void initTestCase() { QVERIFY(m_language.LoadFile(SourceFile(QStringLiteral("Languages/zveng.ini")))); }
 
   void init() { m_f.emplace(m_language); }
   void cleanup() { m_f.reset(); }

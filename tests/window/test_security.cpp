@@ -15,6 +15,7 @@
 #include "security/security_dialog.h"
 #include "security/security_menu.h"
 #include "support/data_row.h"
+#include "support/shipped_files.h"
 #include "window/main_window_fixture.h"
 #include "window/page_click.h"
 
@@ -68,7 +69,7 @@ class TestSecurity final : public QObject {
     QVERIFY(zones.AddMapping(u"http://trusted.localhost"_s, 2) && zones.AddMapping(u"*.restricted.localhost"_s, 4));
     m_f.Open();
     if (address.startsWith(u"http"_s)) address += m_f.server.Url(u"/probe"_s).mid(16);
-    if (address == u"file://"_s) address += QStringLiteral(ZV_SOURCE_DIR "/README.md");
+    if (address == u"file://"_s) address += SourceFile(QStringLiteral("README.md"));
     if (address != u"about:blank"_s) Load(address);
     QStringList captions = Captions();
     QCOMPARE(captions.takeFirst(), u"Zone: "_s + zone);
@@ -434,7 +435,7 @@ class TestSecurity final : public QObject {
     TRegistryStore store(m_f.Path(u"only.sqlite"_s), TRegistryStore::TReadOnly());
     TZoneStore zones(store);
     TLanguage language;
-    QVERIFY(language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")));
+    QVERIFY(language.LoadFile(SourceFile(QStringLiteral("Languages/zveng.ini"))));
     const TIEZoneMgr manager(&zones, language);
     TfrmSecurity dialog(zones, manager, language);
     auto &rule = *dialog.findChild<QComboBox *>(u"cboScripting"_s);
@@ -455,7 +456,7 @@ class TestSecurity final : public QObject {
 
   // The mark of a key is no part of a name.
   void NamesWithAmpersands() {
-    QFile file(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"));
+    QFile file(SourceFile(QStringLiteral("Languages/zveng.ini")));
     QFile odd(m_f.Path(u"odd.ini"_s));
     QVERIFY(file.open(QIODevice::ReadOnly) && odd.open(QIODevice::WriteOnly));
     odd.write(file.readAll().replace("Zone2=Trusted sites", "Zone2=R&D"));

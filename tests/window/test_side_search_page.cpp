@@ -22,6 +22,7 @@
 #include "search/search_lists.h"
 #include "search/side_search.h"
 #include "support/named_lines.h"
+#include "support/shipped_files.h"
 #include "support/store_trouble.h"
 #include "window/answering_policy.h"
 #include "window/tabs_fixture.h"
@@ -249,7 +250,7 @@ class TestSideSearchPage final : public QObject {
     QFETCH(QString, file);
     constexpr int Width = 160;
     TLanguage language;
-    QVERIFY(language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/") + file));
+    QVERIFY(language.LoadFile(SourceFile(QStringLiteral("Languages/") + file)));
     QApplication::setLayoutDirection(language.Direction());
     TTabEnvironment environment{m_f.Engine(), language, *m_f.store, *m_f.settings, m_f.environment->product};
     {

@@ -7,6 +7,7 @@
 #include "history/history_store.h"
 #include "store/registry_store.h"
 #include "support/data_row.h"
+#include "support/shipped_files.h"
 #include "support/store_trouble.h"
 
 // What the user is told of a history that cannot be kept as he wants it.
@@ -14,7 +15,7 @@ class TestStoreNotice final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
+  void initTestCase() { QVERIFY(m_language.LoadFile(SourceFile(QStringLiteral("Languages/zveng.ini")))); }
   void init() {
     m_folder = std::make_unique<QTemporaryDir>();
     m_registry = std::make_unique<TRegistryStore>(m_folder->filePath("registry.sqlite"));

@@ -12,6 +12,7 @@
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"
 #include "support/named_lines.h"
+#include "support/shipped_files.h"
 #include "support/store_trouble.h"
 #include "ui/confirm_dialog.h"
 #include "window/main_window_fixture.h"
@@ -212,8 +213,7 @@ class TestStoredSettings final : public QObject {
   [[nodiscard]] QAction *Action(TCommand command) const { return m_f.window->Actions()[command]; }
   [[nodiscard]] static QString Text(const char *key) {
     TLanguage english;
-    return english.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini")) ? english.Text("MAIN", key)
-                                                                                  : QString();
+    return english.LoadFile(SourceFile(QStringLiteral("Languages/zveng.ini"))) ? english.Text("MAIN", key) : QString();
   }
   [[nodiscard]] const TZVPageControl &Strip() const { return *m_f.window->findChild<TZVPageControl *>(); }
 

@@ -18,6 +18,7 @@
 #include "platform/program_folders.h"
 #include "support/data_row.h"
 #include "support/modal_dialogs.h"
+#include "support/shipped_files.h"
 
 using namespace Qt::StringLiterals;
 
@@ -95,7 +96,7 @@ class TestToolbar final : public QObject {
   }
 
  private Q_SLOTS:
-  void initTestCase() { QVERIFY(m_language.LoadFile(QStringLiteral(ZV_SOURCE_DIR "/Languages/zveng.ini"))); }
+  void initTestCase() { QVERIFY(m_language.LoadFile(SourceFile(QStringLiteral("Languages/zveng.ini")))); }
   void init() {
     m_folder = std::make_unique<QTemporaryDir>();
     m_store = std::make_unique<TRegistryStore>(m_folder->filePath(u"registry.sqlite"_s));
