@@ -9,7 +9,6 @@
 #include <QWebEngineUrlScheme>
 #include <tuple>
 
-#include "browser/engine/page_sleep.h"
 #include "browser/engine/policy.h"
 #include "browser/engine/script_calls.h"
 #include "browser/engine/site_zoom.h"
@@ -93,7 +92,6 @@ TEngine::TEngine(const TLanguage &language, TRegistryStore &store, QObject *pare
   m_profile->installUrlSchemeHandler(QByteArrayLiteral("zarvela"), m_startPage.get());
   m_profile->installUrlSchemeHandler(PanelScheme, m_startPage.get());
   m_scriptCalls = new TScriptCalls(m_profile.get());
-  TPageSleep::Watch(*m_profile);
   m_profile->setNotificationPresenter(
       [this](std::unique_ptr<QWebEngineNotification> notification) { ShowNotification(std::move(notification)); });
   m_cookies.Watch(*m_profile);

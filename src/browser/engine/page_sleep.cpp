@@ -3,7 +3,6 @@
 #include <QFile>
 #include <QPointer>
 #include <QUuid>
-#include <QWebEngineProfile>
 #include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
 #include <utility>
@@ -21,14 +20,9 @@ const QString &Token() {
   return token;
 }
 
-// What comes again when it is asked for again. Others live only as long as the page that made them.
-bool CanComeAgain(const QUrl &url) {
-  return WebAddress::Is(url) || url.isLocalFile();
-}
-
-}  // namespace
-
-void TPageSleep::Watch(QWebEngineProfile &profile) {
+// For each page: where there have been some hundred, what belongs to the profile does not reach all that come after
+// them (6.4).
+void InsertScript(QWebEnginePage &page) {
   QFile source(QStringLiteral(":/pages/page_sleep.js"));
   if (!source.open(QIODevice::ReadOnly)) return;
   QWebEngineScript script;
@@ -37,11 +31,19 @@ void TPageSleep::Watch(QWebEngineProfile &profile) {
   script.setWorldId(ScriptWorld::Sleep);
   script.setRunsOnSubFrames(true);
   script.setSourceCode(QString::fromUtf8(source.readAll()).replace(QLatin1String("{{Token}}"), Token()));
-  profile.scripts()->insert(script);
+  page.scripts().insert(script);
 }
+
+// What comes again when it is asked for again. Others live only as long as the page that made them.
+bool CanComeAgain(const QUrl &url) {
+  return WebAddress::Is(url) || url.isLocalFile();
+}
+
+}  // namespace
 
 TPageSleep::TPageSleep(TEnginePage *page, std::function<bool()> mayRest)
     : QObject(page), m_page(page), m_downloads(TPageDownloads::Of(page)), m_mayRest(std::move(mayRest)) {
+  InsertScript(*page);
   connect(page, &TEnginePage::ConsoleWritten, this, &TPageSleep::Hear);
   connect(page, &QWebEnginePage::loadStarted, this, [this] { m_leaving = m_restless; });
   connect(page, &TEnginePage::Committed, this, [this] {

@@ -4,7 +4,6 @@
 #include <QObject>
 #include <QSet>
 
-class QWebEngineProfile;
 class TEnginePage;
 class TPageDownloads;
 
@@ -16,9 +15,6 @@ class TPageSleep final : public QObject {
   Q_OBJECT
 
  public:
-  // The pages of `profile` that come from now on tell what they would lose. Once, before any of them.
-  static void Watch(QWebEngineProfile &profile);
-
   // Belongs to `page`; `mayRest` says whether those around it have nothing against its sleep.
   TPageSleep(TEnginePage *page, std::function<bool()> mayRest);
 
