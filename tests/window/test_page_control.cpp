@@ -51,8 +51,8 @@ class TPageControlTest final : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  // Script: "+A" adds at the end, "+A@1" there, "?A" adds a hidden one, "-A" removes, "!A" deletes, "hA" hides, "sA"
-  // shows, "aA" activates, "m1>2" moves, ">" and "<" walk.
+  // Script: "+A" adds at the end, "+A@1" there, "?A" adds a hidden one, "-A" removes, "xA" has it deleted, "!A" deletes
+  // it, "hA" hides, "sA" shows, "aA" activates, "m1>2" moves, ">" and "<" walk.
   void PositionsAndActivation_data() {
     Columns<QString, QString, QString>("script", "state", "changes");
     Row("the first page becomes active", "+A +B +C", "*A B C", "A");
@@ -70,6 +70,9 @@ class TPageControlTest final : public QObject {
     Row("... previous at the end", "+A +B aB hB", "*A (B)", "A B A");
     Row("... none left", "+A hA", "(A)", "A -");
     Row("removing another one", "+A +B +C aC -A", "B *C", "A C");
+    Row("giving up the active one: next", "+A +B +C aB xB", "A *C", "A B C");
+    Row("... none left", "+A ?H xA", "(H)", "A -");
+    Row("giving up another one", "+A +B +C aC xA", "B *C", "A C");
     Row("deleting the active one", "+A +B aA !A", "*B", "A B");
     Row("deleting a hidden one", "+A ?H +B !H", "*A B", "A");
     Row("moving counts hidden pages", "+A ?H +B +C m0>2", "(H) B *A C", "A");
@@ -83,6 +86,7 @@ class TPageControlTest final : public QObject {
     QFETCH(QString, script);
     TStrip strip;
     QList<QWidget *> removed;
+    QList<QPointer<QWidget>> givenUp;
     QString changed;
     connect(&strip.control, &TZVPageControl::ActivePageChanged, this, [&](const QWidget *page) {
       changed += (changed.isEmpty() ? "" : " ") + TStrip::NameOf(page);
@@ -97,6 +101,8 @@ class TPageControlTest final : public QObject {
       if (act == u'+' || act == u'?') strip.Add(name, position, act == u'+');
       if (act == u'-') strip.control.RemovePage(page);
       if (act == u'-') removed << page;
+      if (act == u'x') strip.control.DeletePage(page);
+      if (act == u'x') givenUp << page;
       if (act == u'!') delete page;
       if (act == u'h' || act == u's') strip.control.SetPageVisible(page, act == u's');
       if (act == u'a') strip.control.SetActivePage(page);
@@ -120,6 +126,13 @@ class TPageControlTest final : public QObject {
       QVERIFY(!page->isVisible());
     }
     qDeleteAll(removed);
+    for (const QPointer<QWidget> &page : std::as_const(givenUp)) {
+      QVERIFY(page && !page->isVisible());
+      QCOMPARE(strip.control.IndexOf(page), -1);
+      QCoreApplication::sendPostedEvents(page, QEvent::DeferredDelete);
+      QVERIFY(!page);
+      QTEST(strip.State(), "state");
+    }
   }
 
   void PagesThatGoByThemselves() {

@@ -223,6 +223,14 @@ class TestSleepingTabs final : public QObject, private TTabsFixture {
     QCOMPARE(off->Title(), u"off"_s);
     tabs->Activate(icon);
     SOON(!icon->Asleep() && !icon->Busy() && !icon->Browser()->Icon().isNull());
+    // It is elsewhere when it falls asleep again.
+    Run(icon, u"history.pushState(null, '', '/icon?second')"_s);
+    const QString second = server.Url(u"/icon?second"_s);
+    SOON(icon->AddressToSave() == second);
+    tabs->Activate(home);
+    PassTime(30);
+    SOON(icon->Asleep());
+    QCOMPARE(icon->AddressToSave(), second);
     // What was kept of it as it slept is the page with all that is behind it.
     TBrowserTab *again = tabs->NewTab();
     again->Announce(record);

@@ -435,6 +435,8 @@ void TEnginePage::AskFor(TPermission permission) {
 void TEnginePage::OnUrlChanged(const QUrl &url) {
   // A jump inside the page does not set out.
   if (url.hasFragment()) m_wanted = {};
+  m_spelledUrl.clear();
+  m_spelled.clear();
   const QPointer<TEnginePage> self(this);
   Q_EMIT AddressChanged(AddressOf(url));
   // A window that another page asked for tells its first address before there is anything of it.
@@ -458,7 +460,7 @@ void TEnginePage::CommitIfPending() {
   if (m_input) m_input->BeginPage();
   if (!url().isEmpty() && url().scheme() != BlankPage.scheme()) m_isUnsettled = false;
   m_insecureParts = false;
-  Q_EMIT Committed(AddressOf(url()));
+  Q_EMIT Committed(Address());
 }
 
 void TEnginePage::OnLoadingChanged(const QWebEngineLoadingInfo &info) {
@@ -497,6 +499,16 @@ void TEnginePage::OnLoadingChanged(const QWebEngineLoadingInfo &info) {
   if (self && info.status() == QWebEngineLoadingInfo::LoadSucceededStatus) AskForPermissions();
 }
 
+QString TEnginePage::Address() const {
+  // While it sleeps it stays what it is.
+  if (!m_spelled.isEmpty() && lifecycleState() == LifecycleState::Discarded) return m_spelled;
+  if (const QUrl current = url(); current != m_spelledUrl) {
+    m_spelledUrl = current;
+    m_spelled = AddressOf(current);
+  }
+  return m_spelled;
+}
+
 void TEnginePage::Finish() {
   if (!m_underWay) return;
   m_underWay = false;
@@ -506,7 +518,7 @@ void TEnginePage::Finish() {
     ApplyPermissions(WithoutViewSource(url()));
   }
   m_engine.Views().PutOff();
-  Q_EMIT Finished(AddressOf(url()));
+  Q_EMIT Finished(Address());
 }
 
 void TEnginePage::OnCertificateError(QWebEngineCertificateError error) {

@@ -73,6 +73,8 @@ class TEnginePage final : public QWebEnginePage {
   // Of the last navigation: whether its content has begun to arrive, and where it led.
   [[nodiscard]] bool HasCommitted() const { return m_committed; }
   [[nodiscard]] QString PendingAddress() const;
+  // What url() is as a text, which it is asked for often: once for each change of any tab.
+  [[nodiscard]] QString Address() const;
   [[nodiscard]] TEncryptionLevel EncryptionLevel() const;
   // The certificate of the page where it is known: only those with errors are shown by the engine.
   [[nodiscard]] QSslCertificate Certificate() const;
@@ -140,6 +142,8 @@ class TEnginePage final : public QWebEnginePage {
   THangWatch *m_hangs = nullptr;
   TPageScripts *m_scripts = nullptr;
   TDownloadControlOptionSet m_nextOptions = AllDownloadControlOptions;
+  mutable QUrl m_spelledUrl;  // of which m_spelled is the text
+  mutable QString m_spelled;
   QUrl m_pending;            // The address of the navigation under way, redirects followed.
   bool m_underWay = false;   // An allowed navigation has not finished yet.
   bool m_committed = false;  // Its content has begun to arrive.

@@ -358,7 +358,7 @@ void THalvexBrowser::ShowText(const QString &html) {
 
 QString THalvexBrowser::LocationUrl() const {
   if (IsLocalFailure()) return m_stack->FailedText();
-  if (m_page) return AddressOf(m_page->url());
+  if (m_page) return m_page->Address();
   return m_blank ? BlankPageAddress : QString();
 }
 

@@ -69,6 +69,12 @@ void TZVPageControl::RemovePage(QWidget *page) {
   Forget(page, page);
 }
 
+void TZVPageControl::DeletePage(QWidget *page) {
+  Forget(page, nullptr);
+  page->hide();
+  page->deleteLater();
+}
+
 void TZVPageControl::MovePage(int from, int to) {
   to = std::clamp(to, 0, std::max(0, PageCount() - 1));
   if (!d->tabs.At(from) || from == to) return;

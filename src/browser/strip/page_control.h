@@ -29,6 +29,9 @@ class TZVPageControl final : public QWidget {
   void InsertPage(int position, QWidget *page, bool visible = true);
   // Gives the page up without deleting it. Removing the active page activates the next visible one, else the previous.
   void RemovePage(QWidget *page);
+  // The same for one that is wanted no more: it is deleted when the event loop comes to it. Until then it stays a
+  // hidden child, since to leave the window takes the longer the more pages there are.
+  void DeletePage(QWidget *page);
   // Nothing happens when `from` is out of range; `to` is brought into it.
   void MovePage(int from, int to);
 

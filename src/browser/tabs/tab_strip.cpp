@@ -305,9 +305,7 @@ void TTabStrip::ShowTab(TBrowserTab *tab) {
 }
 
 void TTabStrip::Remove(TBrowserTab *tab) {
-  m_pages->RemovePage(tab);
-  tab->hide();
-  tab->deleteLater();
+  m_pages->DeletePage(tab);
   Q_EMIT TabsChanged();
 }
 
