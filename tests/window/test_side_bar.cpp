@@ -122,8 +122,11 @@ class TestSideBar final : public QObject, private TMainWindowFixture {
     QVERIFY(Bar().isVisible());
     QTRY_COMPARE_WITH_TIMEOUT(server.RequestCount("/late"), 1, LoadTime);
     QCOMPARE(Stack().count(), 0);
+    const QWidget *close = Bar().findChild<QToolButton *>(u"tbHBClose"_s);
+    QVERIFY(!Stack().isVisible() && !close->isVisible());
     QTRY_COMPARE_WITH_TIMEOUT(Stack().count(), 1, LoadTime);
     QCOMPARE(window->Tabs().GetActivePage()->Title(), u"late"_s);
+    QVERIFY(Stack().currentWidget()->isVisible() && close->isVisible());
   }
 
   void Width() {

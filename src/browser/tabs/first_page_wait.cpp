@@ -6,6 +6,7 @@
 namespace {
 
 constexpr int LongestWait = 3000;  // milliseconds, for a first page that does not come
+constexpr int PaintTime = 150;     // milliseconds from its end until it is painted: it is not to be kept from that
 
 }  // namespace
 
@@ -18,7 +19,8 @@ void TFirstPageWait::Begin() {
   const TBrowserTab *tab = m_tabs.GetActivePage();
   const bool isToCome = tab != nullptr && tab->Load() != TLoad::Blank;
   connect(&m_tabs, &TTabStrip::TabLoaded, &m_timer, [this] {
-    if (m_timer.isActive()) m_timer.start(0);
+    if (!m_isThere && m_timer.isActive()) m_timer.start(PaintTime);
+    m_isThere = true;
   });
   m_timer.start(isToCome ? LongestWait : 0);
 }

@@ -5,8 +5,8 @@
 
 class TTabStrip;
 
-// For what may wait until a first page of the web is there: told once, when one of them is, when there is none to come,
-// or when it does not come for three seconds.
+// For what may wait until a first page of the web is there: told once, when one of them is there and painted, when
+// there is none to come, or when it does not come for three seconds.
 class TFirstPageWait final : public QObject {
   Q_OBJECT
 
@@ -23,4 +23,5 @@ class TFirstPageWait final : public QObject {
  private:
   TTabStrip &m_tabs;
   QTimer m_timer;
+  bool m_isThere = false;
 };

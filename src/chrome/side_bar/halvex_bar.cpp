@@ -102,6 +102,8 @@ void THalvexBar::SetCurrent(int page) {
 
 void THalvexBar::Hold(bool held) {
   m_isHeld = held;
+  m_head->setVisible(!held);
+  m_stack->setVisible(!held);
   if (!held && isVisible()) MakeCurrent();
 }
 
