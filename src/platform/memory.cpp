@@ -1,5 +1,6 @@
 #include "platform/memory.h"
 
+#include <malloc.h>
 #include <QFile>
 #include <QList>
 
@@ -9,6 +10,12 @@ constexpr qint64 Enough = 512 * 1024;  // KiB
 constexpr double Pressure = 10;        // percent of the time
 
 }  // namespace
+
+void ReturnFreedMemory() {
+#ifdef __GLIBC__
+  ::malloc_trim(0);
+#endif
+}
 
 bool MemoryIsShort() {
   QFile report(QStringLiteral("/proc/meminfo"));

@@ -10,6 +10,10 @@
 // The same, of what the system tells in `report`: lines as in /proc/meminfo, with the amounts in KiB.
 [[nodiscard]] bool TellsOfShortMemory(const QByteArray &report);
 
+// Gives what the program has freed, and the allocator keeps for what may come, back to the system. Takes some
+// hundredths of a second, on any thread.
+void ReturnFreedMemory();
+
 // Whether programs have lately lost much of their time waiting for memory: what the system tells of that in `file`, or
 // MemoryIsShort where it does not.
 [[nodiscard]] bool MemoryIsUnderPressure(const QString &file = QStringLiteral("/proc/pressure/memory"));

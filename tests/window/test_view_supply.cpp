@@ -1,9 +1,13 @@
 #include <sys/types.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
+#include <memory>
 #include <QWebEngineHistory>
 #include <QWebEngineView>
 #include <QWindow>
+#include <vector>
 
 #include "browser/engine/view_supply.h"
 #include "platform/memory.h"
@@ -123,6 +127,26 @@ class TestViewSupply final : public QObject, private TBrowserFixture {
   void MemoryReport() {
     QFETCH(QByteArray, report);
     QTEST(TellsOfShortMemory(report), "isShort");
+  }
+
+  void FreedMemoryGoesBack() {
+    // Small pieces, every second of which stays until the end: nothing goes back by itself.
+    constexpr int Piece = 64 * 1024;
+    constexpr int Pieces = 1024;
+    std::vector<std::unique_ptr<char[]>> held;
+    for (int i = 0; i < Pieces; ++i) held.emplace_back(new char[Piece])[0] = 1;
+    for (const auto &piece : held) std::fill_n(piece.get(), Piece, 'x');
+    for (size_t i = 0; i < held.size(); i += 2) held[i].reset();
+    const qint64 before = Resident();
+    ReturnFreedMemory();
+    QVERIFY2(before - Resident() > Pieces / 4 * Piece, qPrintable(QString::number(before - Resident())));
+  }
+
+ private:
+  // Of this program, in bytes.
+  static qint64 Resident() {
+    QFile report(QStringLiteral("/proc/self/statm"));
+    return report.open(QFile::ReadOnly) ? report.readAll().split(' ').value(1).toLongLong() * ::getpagesize() : 0;
   }
 };
 

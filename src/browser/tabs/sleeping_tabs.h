@@ -39,5 +39,6 @@ class TSleepingTabs final : public QObject {
   TMemory m_memoryIsShort;
   QHash<quint64, qint64> m_since;  // by tab: when it was last in front, loaded, or found to have something to lose
   quint64 m_inFront = 0;
-  QTimer m_look{this};  // tmrSleep
+  QTimer m_look{this};    // tmrSleep
+  QTimer m_tidyUp{this};  // what pages leave that have gone to sleep
 };
