@@ -100,11 +100,12 @@ class TTabsBench final {
       Activate(inFront);
       costs[Turn] += Cost([&] { tabs.MakeMeActiveTab(inFront + 1); });
       Activate(inFront);
-      PutToSleep(tabs.Tab(inFront - 1));
+      if (!PutToSleep(tabs.Tab(inFront - 1))) ++m_awake;
       costs[Wake] += Cost([&] { tabs.MakeMeActiveTab(inFront - 1); });
       WakeUp(inFront - 1);
       Activate(inFront);
       costs[Write] += Cost([&] { tabs.Pages().MovePage(0, 1); }, UntilWritten);
+      tabs.Pages().MovePage(0, 1);
     }
     for (double &cost : costs) cost /= Repeats;
     return costs;
