@@ -18,9 +18,9 @@ TFirstPageWait::TFirstPageWait(TTabStrip &tabs) : m_tabs(tabs) {
 void TFirstPageWait::Begin() {
   const TBrowserTab *tab = m_tabs.GetActivePage();
   const bool isToCome = tab != nullptr && tab->Load() != TLoad::Blank;
-  connect(&m_tabs, &TTabStrip::TabLoaded, &m_timer, [this] {
-    if (!m_isThere && m_timer.isActive()) m_timer.start(PaintTime);
-    m_isThere = true;
-  });
+  const auto waitForPicture = [this] {
+    if (m_timer.isActive()) m_timer.start(PaintTime);
+  };
+  connect(&m_tabs, &TTabStrip::TabLoaded, &m_timer, waitForPicture, Qt::SingleShotConnection);
   m_timer.start(isToCome ? LongestWait : 0);
 }

@@ -23,5 +23,4 @@ class TFirstPageWait final : public QObject {
  private:
   TTabStrip &m_tabs;
   QTimer m_timer;
-  bool m_isThere = false;
 };
