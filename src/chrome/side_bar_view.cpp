@@ -27,7 +27,10 @@ TSideBarView::TSideBarView(QWidget *window, TZVPageControl *pages, TActions &act
   connect(m_bar, &THalvexBar::LeaveWanted, this, &TSideBarView::LeaveBar);
   connect(m_bar, &THalvexBar::CloseWanted, this, [this] { m_settings.Set(Setting::ViewHalvexBar, false); });
   connect(m_frame, &TSideBarFrame::CloseWanted, this, [this] { m_settings.Set(Setting::ViewHalvexBar, false); });
-  connect(m_frame, &TSideBarFrame::OpenWanted, this, [this] { m_settings.Set(Setting::ViewHalvexBar, true); });
+  connect(m_frame, &TSideBarFrame::OpenWanted, this, [this] {
+    m_bar->Hold(false);  // what the user opens is not waited for
+    m_settings.Set(Setting::ViewHalvexBar, true);
+  });
   connect(m_frame, &TSideBarFrame::WidthChosen, this,
           [this](int width) { m_settings.Set(Setting::HalvexBarWidth, width); });
   connect(&fullScreen, &TFullScreen::BarsChanged, m_frame,

@@ -129,6 +129,17 @@ class TestSideBar final : public QObject, private TMainWindowFixture {
     QVERIFY(Stack().currentWidget()->isVisible() && close->isVisible());
   }
 
+  void OpenedByItsEdgeItDoesNotWait() {
+    TTestResponse slow = TTestResponse::Page("<title>late</title>");
+    slow.delayMs = 1000;
+    server.Route("/late", slow);
+    TZVOptions(*store).Set(Setting::CommandLine, server.Url(u"/late"_s));
+    Open();
+    QTest::mouseClick(&Edge(), Qt::LeftButton);
+    QVERIFY(Bar().isVisible());
+    QVERIFY(Stack().count() == 1 && Stack().isVisible());
+  }
+
   void Width() {
     OpenWith(true);
     DragEdge(66);
