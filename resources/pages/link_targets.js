@@ -1,6 +1,6 @@
-// Runs in a world of its own in every frame of the page and tells the program the name that a link or a form gives to
-// where it opens, which the engine keeps to itself. What this world writes to the console arrives in one line with what
-// the engine asks, so that a name is known before its navigation.
+// Runs in the program's own world in every frame of the page and tells the program the name that a link or a form gives
+// to where it opens, which the engine keeps to itself. What this world writes to the console arrives in one line with
+// what the engine asks, so that a name is known before its navigation.
 (() => {
   const tell = (kind, name) => console.debug('{{Token}}' + kind + name);
   const bases = document.getElementsByTagName('base');

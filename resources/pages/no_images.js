@@ -1,5 +1,5 @@
-// Runs in a world of its own in every frame of a page without images. What images come as requests of their own the
-// engine leaves out by itself; those that stand in addresses as data it does not.
+// Runs in the program's own world in every frame of a page without images. What images come as requests of their own
+// the engine leaves out by itself; those that stand in addresses as data it does not.
 (() => {
   // One that is opened by itself is to be seen, with all that it brings along.
   const isImage = document.contentType.startsWith('image/');

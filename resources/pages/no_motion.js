@@ -1,5 +1,5 @@
-// Runs in a world of its own in every frame of a page in which nothing is to move: whatever moves by style or markup is
-// brought to its end as soon as it begins, with the events that its page waits for.
+// Runs in the program's own world in every frame of a page in which nothing is to move: whatever moves by style or
+// markup is brought to its end as soon as it begins, with the events that its page waits for.
 (() => {
   const end = animation => {
     const {effect} = animation;

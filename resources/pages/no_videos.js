@@ -1,4 +1,4 @@
-// Runs in a world of its own in every frame of a page without videos. What videos come as requests of their own is
+// Runs in the program's own world in every frame of a page without videos. What videos come as requests of their own is
 // stopped there; this is for those that are made of what the page has already.
 (() => {
   const stop = event => {

@@ -1,6 +1,6 @@
-// Runs in a world of its own in every frame and tells the program what would be lost if the page went to sleep: what
-// the user has put into its fields, what plays in it. The page's own frame is asked right before it would sleep; others
-// cannot be asked, so they say it by themselves when it changes.
+// Runs in the program's own world in every frame and tells the program what would be lost if the page went to sleep:
+// what the user has put into its fields, what plays in it. The page's own frame is asked right before it would sleep;
+// others cannot be asked, so they say it by themselves when it changes.
 (() => {
   const frame = Math.random().toString(36).slice(2);
   const before = new Map();  // what the fields held that the user has changed since

@@ -1,5 +1,5 @@
-// Runs in a world of its own in every frame of a page in which nothing is to move, for engines that cannot keep pictures
-// from moving: each that does so is replaced by one frame of it.
+// Runs in the program's own world in every frame of a page in which nothing is to move, for engines that cannot keep
+// pictures from moving: each that does so is replaced by one frame of it.
 (() => {
   const ending = /\.(gif|apng|webp|avif|svg)$/i;
   // Nothing is fetched anew only to know this: the engine has it, or else its name has to do.

@@ -7,7 +7,6 @@
 #include <QWebEngineHistory>
 #include <QWebEngineLoadingInfo>
 #include <QWebEngineProfile>
-#include <QWebEngineScript>
 #include <QWebEngineSettings>
 #include <QWidget>
 #include <utility>
@@ -18,6 +17,7 @@
 #include "browser/engine/halvex_browser.h"
 #include "browser/engine/hang_watch.h"
 #include "browser/engine/input_watch.h"
+#include "browser/engine/own_scripts.h"
 #include "browser/engine/page_content.h"
 #include "browser/engine/page_scripts.h"
 #include "browser/engine/policy.h"
@@ -419,7 +419,7 @@ void TEnginePage::AskForPermissions() {
   if (m_toAsk.cookies.session) AskFor(TPermission::SessionCookies);
   if (!m_toAsk.plugIns) return;
   // Few pages have any, and a page without scripts can only have these.
-  runJavaScript(QStringLiteral("document.querySelector('embed, object') !== null"), QWebEngineScript::ApplicationWorld,
+  runJavaScript(QStringLiteral("document.querySelector('embed, object') !== null"), ScriptWorld::Own,
                 [self = QPointer(this), page = url()](const QVariant &has) {
                   if (self && has.toBool() && self->url() == page) self->AskFor(TPermission::PlugIns);
                 });

@@ -8,12 +8,12 @@
 #include <QVBoxLayout>
 #include <QWebEngineHistory>
 #include <QWebEngineNewWindowRequest>
-#include <QWebEngineScript>
 #include <QWebEngineView>
 
 #include "browser/engine/asked_window.h"
 #include "browser/engine/engine_page.h"
 #include "browser/engine/link_targets.h"
+#include "browser/engine/own_scripts.h"
 #include "browser/engine/page_finder.h"
 #include "browser/engine/page_full_screen.h"
 #include "browser/engine/page_printing.h"
@@ -352,8 +352,7 @@ void THalvexBrowser::ShowText(const QString &html) {
   const QString text = QString::fromUtf8(QJsonDocument(QJsonArray{html}).toJson(QJsonDocument::Compact));
   // In a world of its own, so that it works where the page's own scripts may not run, too. What is written by opening
   // the document anew counts as a load, which would be taken for that of the page that is asked for next.
-  m_page->runJavaScript(QStringLiteral("document.documentElement.innerHTML = %1[0];").arg(text),
-                        QWebEngineScript::ApplicationWorld);
+  m_page->runJavaScript(QStringLiteral("document.documentElement.innerHTML = %1[0];").arg(text), ScriptWorld::Own);
 }
 
 QString THalvexBrowser::LocationUrl() const {

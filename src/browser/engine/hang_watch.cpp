@@ -2,8 +2,9 @@
 
 #include <QPointer>
 #include <QWebEnginePage>
-#include <QWebEngineScript>
 #include <utility>
+
+#include "browser/engine/own_scripts.h"
 
 namespace {
 
@@ -25,7 +26,7 @@ void THangWatch::NoteAct() {
   m_since.start();
   m_patience.start();
   // In a world of its own the page's scripts cannot have changed what is asked.
-  m_page->runJavaScript(QStringLiteral("0"), QWebEngineScript::ApplicationWorld,
+  m_page->runJavaScript(QStringLiteral("0"), ScriptWorld::Own,
                         [self = QPointer(this), question = m_question](const QVariant &) {
                           if (self && question == self->m_question) self->Settle();
                         });

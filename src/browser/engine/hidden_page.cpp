@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include "browser/engine/script_worlds.h"
+#include "browser/engine/own_scripts.h"
 #include "platform/web_address.h"
 
 namespace {

@@ -1,15 +1,13 @@
 #include "browser/engine/link_targets.h"
 
-#include <QFile>
 #include <QUuid>
 #include <QWebEngineNewWindowRequest>
-#include <QWebEngineScript>
-#include <QWebEngineScriptCollection>
 #include <utility>
 
 #include "browser/engine/address.h"
 #include "browser/engine/engine_page.h"
 #include "browser/engine/halvex_browser.h"
+#include "browser/engine/own_scripts.h"
 
 namespace {
 
@@ -19,23 +17,11 @@ constexpr QLatin1String Open("open:");
 }  // namespace
 
 TLinkTargets::TLinkTargets(TEnginePage *page)
-    : QObject(page), m_page(page), m_token(QUuid::createUuid().toString(QUuid::WithoutBraces)) {
+    : QObject(page), m_token(QUuid::createUuid().toString(QUuid::WithoutBraces)) {
   // Where a page's own scripts may not run, the program's still do.
-  Add("link_targets.js", QWebEngineScript::ApplicationWorld);
-  Add("window_names.js", QWebEngineScript::MainWorld);
+  OwnScript::Insert(*page, "link_targets.js", ScriptWorld::Own, {{"Token", m_token}});
+  OwnScript::Insert(*page, "window_names.js", QWebEngineScript::MainWorld, {{"Token", m_token}});
   connect(page, &TEnginePage::ConsoleWritten, this, &TLinkTargets::Hear);
-}
-
-void TLinkTargets::Add(const char *file, quint32 world) {
-  QFile source(QStringLiteral(":/pages/") + QLatin1String(file));
-  if (!source.open(QIODevice::ReadOnly)) return;
-  QWebEngineScript script;
-  script.setName(QLatin1String(file));
-  script.setInjectionPoint(QWebEngineScript::DocumentCreation);
-  script.setWorldId(world);
-  script.setRunsOnSubFrames(true);
-  script.setSourceCode(QString::fromUtf8(source.readAll()).replace(QLatin1String("{{Token}}"), m_token));
-  m_page->scripts().insert(script);
 }
 
 void TLinkTargets::Hear(const QString &message) {

@@ -22,10 +22,8 @@ class TLinkTargets final : public QObject {
   [[nodiscard]] TNavigation NavigationOf(const QWebEngineNewWindowRequest &request);
 
  private:
-  void Add(const char *file, quint32 world);
   void Hear(const QString &message);
 
-  TEnginePage *m_page;
   QString m_token;
   QString m_base;  // the target of the document's base element
   QString m_open;  // the name in what is being followed, while it is

@@ -1,14 +1,11 @@
 #include "browser/engine/page_content.h"
 
-#include <QFile>
 #include <QUuid>
 #include <QWebEnginePage>
-#include <QWebEngineScript>
-#include <QWebEngineScriptCollection>
 #include <QWebEngineSettings>
 
+#include "browser/engine/own_scripts.h"
 #include "browser/engine/policy.h"
-#include "browser/engine/script_worlds.h"
 
 namespace {
 
@@ -19,27 +16,15 @@ struct TContentScript {
   bool TPagePermissions::*allowed;
 };
 constexpr TContentScript Scripts[] = {
-    {"no_images.js", ScriptWorld::Content, &TPagePermissions::images},
-    {"no_videos.js", ScriptWorld::Content, &TPagePermissions::videos},
+    {"no_images.js", ScriptWorld::Own, &TPagePermissions::images},
+    {"no_videos.js", ScriptWorld::Own, &TPagePermissions::videos},
     {"no_video_sources.js", QWebEngineScript::MainWorld, &TPagePermissions::videos},
-    {"no_motion.js", ScriptWorld::Content, &TPagePermissions::animations},
+    {"no_motion.js", ScriptWorld::Own, &TPagePermissions::animations},
     {"no_script_motion.js", QWebEngineScript::MainWorld, &TPagePermissions::animations},
 #if QT_VERSION < QT_VERSION_CHECK(6, 8, 0)
-    {"still_pictures.js", ScriptWorld::Content, &TPagePermissions::animations},
+    {"still_pictures.js", ScriptWorld::Own, &TPagePermissions::animations},
 #endif
 };
-
-QWebEngineScript ScriptOf(const TContentScript &one) {
-  QWebEngineScript script;
-  QFile file(QStringLiteral(":/pages/") + QLatin1String(one.file));
-  if (!file.open(QIODevice::ReadOnly)) return script;
-  script.setName(QLatin1String(one.file));
-  script.setInjectionPoint(QWebEngineScript::DocumentCreation);
-  script.setWorldId(one.world);
-  script.setRunsOnSubFrames(true);
-  script.setSourceCode(QString::fromUtf8(file.readAll()).replace(QLatin1String("{{SoundMark}}"), SoundMark()));
-  return script;
-}
 
 }  // namespace
 
@@ -65,13 +50,12 @@ void ApplyContent(QWebEnginePage &page, const TPagePermissions &may) {
   page.settings()->setImageAnimationPolicy(may.animations ? TAnimation::Allow : TAnimation::Disallow);
 #endif
   for (const TContentScript &one : Scripts) {
-    const QList<QWebEngineScript> there = page.scripts().find(QLatin1String(one.file));
     const bool isWanted = !(may.*one.allowed);
-    if (isWanted != there.isEmpty()) continue;
+    if (isWanted == OwnScript::IsIn(page, one.file)) continue;
     if (isWanted) {
-      page.scripts().insert(ScriptOf(one));
+      OwnScript::Insert(page, one.file, one.world, {{"SoundMark", SoundMark()}});
     } else {
-      page.scripts().remove(there.first());
+      OwnScript::Remove(page, one.file);
     }
   }
 }

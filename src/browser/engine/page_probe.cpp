@@ -3,10 +3,10 @@
 #include <QDateTime>
 #include <QLocale>
 #include <QVariantMap>
-#include <QWebEngineScript>
 
 #include "browser/engine/address.h"
 #include "browser/engine/engine_page.h"
+#include "browser/engine/own_scripts.h"
 
 namespace {
 
@@ -30,7 +30,7 @@ void ProbePage(TEnginePage *page, const TLanguage &language, const std::function
   properties.address = AddressOf(page->url());
   properties.encryptionLevel = page->EncryptionLevel();
   properties.certificate = DescribeCertificate(page->Certificate(), language);
-  page->runJavaScript(QString::fromLatin1(ProbeScript), QWebEngineScript::ApplicationWorld,
+  page->runJavaScript(QString::fromLatin1(ProbeScript), ScriptWorld::Own,
                       [properties, done](const QVariant &answer) mutable {
                         const QVariantMap map = answer.toMap();
                         properties.contentType = map.value(QStringLiteral("type")).toString();

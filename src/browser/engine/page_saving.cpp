@@ -9,9 +9,9 @@
 #include <QStandardPaths>
 #include <QTemporaryFile>
 #include <QWebEnginePage>
-#include <QWebEngineScript>
 
 #include "browser/downloads/file_names.h"
+#include "browser/engine/own_scripts.h"
 #include "config/language.h"
 
 namespace {
@@ -72,7 +72,7 @@ void PageSaving::SaveAs(QWebEnginePage *page, QWidget *owner, const TLanguage &l
       guardedPage->download(guardedPage->url());
     }
   };
-  page->runJavaScript(QStringLiteral("document.contentType"), QWebEngineScript::ApplicationWorld, go);
+  page->runJavaScript(QStringLiteral("document.contentType"), ScriptWorld::Own, go);
 }
 
 QString PageSaving::FileNameOf(const QString &title, const TLanguage &language) {

@@ -7,7 +7,7 @@
 #include <QWebEngineScriptCollection>
 
 #include "browser/engine/engine.h"
-#include "browser/engine/script_worlds.h"
+#include "browser/engine/own_scripts.h"
 
 namespace {
 

@@ -1,15 +1,12 @@
 #include "browser/engine/page_sleep.h"
 
-#include <QFile>
 #include <QPointer>
 #include <QUuid>
-#include <QWebEngineScript>
-#include <QWebEngineScriptCollection>
 #include <utility>
 
 #include "browser/downloads/page_downloads.h"
 #include "browser/engine/engine_page.h"
-#include "browser/engine/script_worlds.h"
+#include "browser/engine/own_scripts.h"
 #include "platform/web_address.h"
 
 namespace {
@@ -18,20 +15,6 @@ namespace {
 const QString &Token() {
   static const QString token = QUuid::createUuid().toString(QUuid::WithoutBraces);
   return token;
-}
-
-// For each page: where there have been some hundred, what belongs to the profile does not reach all that come after
-// them (6.4).
-void InsertScript(QWebEnginePage &page) {
-  QFile source(QStringLiteral(":/pages/page_sleep.js"));
-  if (!source.open(QIODevice::ReadOnly)) return;
-  QWebEngineScript script;
-  script.setName(QStringLiteral("page sleep"));
-  script.setInjectionPoint(QWebEngineScript::DocumentCreation);
-  script.setWorldId(ScriptWorld::Sleep);
-  script.setRunsOnSubFrames(true);
-  script.setSourceCode(QString::fromUtf8(source.readAll()).replace(QLatin1String("{{Token}}"), Token()));
-  page.scripts().insert(script);
 }
 
 // What comes again when it is asked for again. Others live only as long as the page that made them.
@@ -43,7 +26,7 @@ bool CanComeAgain(const QUrl &url) {
 
 TPageSleep::TPageSleep(TEnginePage *page, std::function<bool()> mayRest)
     : QObject(page), m_page(page), m_downloads(TPageDownloads::Of(page)), m_mayRest(std::move(mayRest)) {
-  InsertScript(*page);
+  OwnScript::Insert(*page, "page_sleep.js", ScriptWorld::Own, {{"Token", Token()}});
   connect(page, &TEnginePage::ConsoleWritten, this, &TPageSleep::Hear);
   connect(page, &QWebEnginePage::loadStarted, this, [this] { m_leaving = m_restless; });
   connect(page, &TEnginePage::Committed, this, [this] {
@@ -69,7 +52,7 @@ void TPageSleep::FallAsleep() {
       self->m_page->setLifecycleState(QWebEnginePage::LifecycleState::Discarded);
     }
   };
-  m_page->runJavaScript(QStringLiteral("zarvelaLoss()"), ScriptWorld::Sleep, [self, sleep](const QVariant &loss) {
+  m_page->runJavaScript(QStringLiteral("zarvelaLoss()"), ScriptWorld::Own, [self, sleep](const QVariant &loss) {
     // A text, or there is no page that could say anything.
     if (self && loss.typeId() == QMetaType::QString && loss.toString().isEmpty() && self->MayRest()) {
       self->m_page->AskIfSaved(sleep);

@@ -3,17 +3,15 @@
 #include <algorithm>
 #include <array>
 #include <QBuffer>
-#include <QFile>
 #include <QUrl>
 #include <QUuid>
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
-#include <QWebEngineScript>
-#include <QWebEngineScriptCollection>
 #include <QWebEngineUrlRequestJob>
 #include <QWebEngineUrlScheme>
 #include <utility>
 
+#include "browser/engine/own_scripts.h"
 #include "browser/page/script_dialogs.h"
 
 namespace {
@@ -27,16 +25,6 @@ constexpr int LongestText = 32767;  // characters that travel; a dialog shows fe
 using TKind = TScriptDialog::TKind;
 constexpr std::array<std::pair<const char *, TKind>, 3> Kinds{
     {{"alert", TKind::Alert}, {"confirm", TKind::Confirm}, {"prompt", TKind::Prompt}}};
-
-QString Source(const QString &token) {
-  QFile file(QStringLiteral(":/pages/script_dialogs.js"));
-  if (!file.open(QIODevice::ReadOnly)) return {};
-  QString source = QString::fromUtf8(file.readAll());
-  source.replace(QLatin1String("{{Scheme}}"), QString::fromLatin1(WebScheme));
-  source.replace(QLatin1String("{{LocalScheme}}"), QString::fromLatin1(LocalScheme));
-  source.replace(QLatin1String("{{Longest}}"), QString::number(LongestText));
-  return source.replace(QLatin1String("{{Token}}"), token);
-}
 
 // Empty for Cancel.
 void Reply(QWebEngineUrlRequestJob *job, const TScriptAnswer &answer) {
@@ -67,13 +55,11 @@ TScriptCalls::TScriptCalls(QWebEngineProfile *profile) : QWebEngineUrlSchemeHand
 
 void TScriptCalls::Connect(QWebEnginePage &page, TScriptDialogs &dialogs) {
   const QString token = QUuid::createUuid().toString(QUuid::WithoutBraces);
-  QWebEngineScript script;
-  script.setName(QStringLiteral("script dialogs"));
-  script.setInjectionPoint(QWebEngineScript::DocumentCreation);
-  script.setWorldId(QWebEngineScript::MainWorld);
-  script.setRunsOnSubFrames(true);
-  script.setSourceCode(Source(token));
-  page.scripts().insert(script);
+  OwnScript::Insert(page, "script_dialogs.js", QWebEngineScript::MainWorld,
+                    {{"Token", token},
+                     {"Scheme", QString::fromLatin1(WebScheme)},
+                     {"LocalScheme", QString::fromLatin1(LocalScheme)},
+                     {"Longest", QString::number(LongestText)}});
   m_dialogs.insert(token, &dialogs);
   connect(&dialogs, &QObject::destroyed, this, [this, token] { m_dialogs.remove(token); });
 }

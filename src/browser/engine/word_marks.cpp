@@ -1,24 +1,13 @@
 #include "browser/engine/word_marks.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSet>
 #include <QUuid>
-#include <QWebEngineScript>
 
 #include "browser/engine/engine_page.h"
-#include "browser/engine/script_worlds.h"
-
-namespace {
-
-QString Source() {
-  QFile file(QStringLiteral(":/pages/word_marks.js"));
-  return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
-
-}  // namespace
+#include "browser/engine/own_scripts.h"
 
 TWordMarks::TWordMarks(TEnginePage *page) : QObject(page), m_page(page) {
   connect(page, &TEnginePage::ConsoleWritten, this, &TWordMarks::OnConsole);
@@ -32,10 +21,8 @@ void TWordMarks::Look(const QStringList &words, bool marks) {
                             {QStringLiteral("marks"), marks},
                             {QStringLiteral("most"), MostMarks},
                             {QStringLiteral("token"), m_token}};
-  QString source = Source();
-  source.replace(QLatin1String("{{Options}}"),
-                 QString::fromUtf8(QJsonDocument(options).toJson(QJsonDocument::Compact)));
-  m_page->runJavaScript(source, ScriptWorld::Words);
+  const QString given = QString::fromUtf8(QJsonDocument(options).toJson(QJsonDocument::Compact));
+  m_page->runJavaScript(OwnScript::Source("word_marks.js", {{"Options", given}}), ScriptWorld::Words);
 }
 
 void TWordMarks::OnConsole(const QString &message) {
