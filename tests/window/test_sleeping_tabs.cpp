@@ -353,6 +353,8 @@ class TestSleepingTabs final : public QObject, private TTabsFixture {
       (void)AnswerOf(*tab->Browser()->EnginePage(), u"1"_s);
       QVERIFY(!tab->Asleep());
     }
+    // What it leaves is tidied up, and only then.
+    QCOMPARE(sleeping->findChild<QTimer *>(u"tmrTidyUp"_s)->isActive(), sleeps);
   }
   void PassTime(int minutes) {
     sleeping->Look();

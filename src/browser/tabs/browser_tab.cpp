@@ -85,9 +85,10 @@ void TBrowserTab::ConnectBrowser() {
     if (open && (Hidden() || Blocked())) m_browser->DismissQuestions();
     ShowImage();
   });
-  connect(m_browser, &THalvexBrowser::AsleepChanged, this, [this] {
+  connect(m_browser, &THalvexBrowser::AsleepChanged, this, [this](bool asleep) {
     m_strip.Pages().SetPageIcon(this, m_strip.PageIconOf(this));
     m_strip.Pages().TellDescription(this);
+    if (asleep) Q_EMIT FellAsleep();
   });
   connect(m_browser, &THalvexBrowser::BringToFrontRequested, this, [this] { m_strip.BringToFront(this); });
 }

@@ -157,6 +157,7 @@ class TBrowserTab final : public QWidget {
   void PlaceChanged();                          // the same, by scrolling
   void Closing();                               // it is about to go, or to be made blank in its place
   void Loaded();
+  void FellAsleep();
   void PageSetsOut();  // it is about to be asked for
   void PageFullScreenRequested(bool on);
   void PopupRejected();

@@ -17,8 +17,7 @@ constexpr int LookInterval = 10'000;  // milliseconds
 constexpr qint64 Minute = 60'000;     // milliseconds
 // Until the engine knows the place and the fields of a page that was left, which are what it comes back with.
 constexpr qint64 SettleTime = 10'000;  // milliseconds
-// Until the pages that were sent to sleep have gone.
-constexpr int GoingTime = 5'000;  // milliseconds
+constexpr int GoingTime = 5'000;       // milliseconds, until all is gone of the last page that fell asleep
 
 }  // namespace
 
@@ -37,8 +36,10 @@ TSleepingTabs::TSleepingTabs(TTabStrip &tabs, TSettings &settings, const TAutoRe
   connect(&tabs, &TTabStrip::TabLoaded, this, [this](const TBrowserTab *tab) { m_since[tab->Id()] = m_clock(); });
   connect(&tabs, &TTabStrip::TabClosing, this, [this](const TBrowserTab *tab) { m_since.remove(tab->Id()); });
   settings.Apply(Setting::SleepMinutes, this, [this] { Follow(); });
+  m_tidyUp.setObjectName(QStringLiteral("tmrTidyUp"));
   m_tidyUp.setSingleShot(true);
   m_tidyUp.setInterval(GoingTime);
+  connect(&tabs, &TTabStrip::TabFellAsleep, this, [this] { m_tidyUp.start(); });
   // What a hundred pages leave is scattered over the program, half of what it holds, and nothing else takes it up.
   connect(&m_tidyUp, &QTimer::timeout, this, [] { QThreadPool::globalInstance()->start(&ReturnFreedMemory); });
 }
@@ -67,9 +68,7 @@ void TSleepingTabs::Look() {
     const bool isDue = now - last >= (isShort ? std::min(SettleTime, rest) : rest);
     // One that has something to lose now is not asked again before it has been at rest as long once more.
     since.insert(tab->Id(), isDue ? now : last);
-    if (!isDue || tab->Asleep()) continue;
-    tab->FallAsleep();
-    m_tidyUp.start();
+    if (isDue && !tab->Asleep()) tab->FallAsleep();
   }
   m_since = since;
 }

@@ -40,5 +40,5 @@ class TSleepingTabs final : public QObject {
   QHash<quint64, qint64> m_since;  // by tab: when it was last in front, loaded, or found to have something to lose
   quint64 m_inFront = 0;
   QTimer m_look{this};    // tmrSleep
-  QTimer m_tidyUp{this};  // what pages leave that have gone to sleep
+  QTimer m_tidyUp{this};  // tmrTidyUp; after what pages leave that have gone to sleep
 };

@@ -93,6 +93,7 @@ void TTabStrip::Relay(TBrowserTab *tab) {
   connect(tab, &TBrowserTab::PlaceChanged, this, [this, tab] { Q_EMIT TabPlaceChanged(tab); });
   connect(tab, &TBrowserTab::Closing, this, [this, tab] { Q_EMIT TabClosing(tab); });
   connect(tab, &TBrowserTab::Loaded, this, [this, tab] { Q_EMIT TabLoaded(tab); });
+  connect(tab, &TBrowserTab::FellAsleep, this, [this, tab] { Q_EMIT TabFellAsleep(tab); });
   connect(tab, &TBrowserTab::PageSetsOut, this, &TTabStrip::PageSetsOut);
   connect(tab, &TBrowserTab::PageFullScreenRequested, this,
           [this, tab](bool on) { Q_EMIT PageFullScreenRequested(tab, on); });

@@ -116,6 +116,7 @@ class TTabStrip final : public QObject {
   void TabPlaceChanged(TBrowserTab *tab);  // scrolled
   void TabClosing(TBrowserTab *tab);       // see TBrowserTab::Closing
   void TabLoaded(TBrowserTab *tab);
+  void TabFellAsleep(TBrowserTab *tab);
   void FrontWanted();  // a page has something that must be seen
   void PageSetsOut();  // a page is about to be asked for
   void PageFullScreenRequested(TBrowserTab *tab, bool on);
