@@ -34,3 +34,10 @@ QColor Contrast::Raised(const QColor &color, const QColor &ground, double least)
   for (int step = 1; step <= Steps && Between(raised, ground) < least; ++step) raised = Mixed(color, target, step);
   return raised;
 }
+
+QColor Contrast::Over(const QColor &color, const QColor &ground) {
+  const float share = color.alphaF();
+  const auto mix = [share](float over, float under) { return over * share + under * (1 - share); };
+  return QColor::fromRgbF(mix(color.redF(), ground.redF()), mix(color.greenF(), ground.greenF()),
+                          mix(color.blueF(), ground.blueF()));
+}

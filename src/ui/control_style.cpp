@@ -32,13 +32,6 @@ bool IsDrawn(const QIcon &icon) {
   return !icon.isNull() && icon.availableSizes().isEmpty();
 }
 
-// As it looks on that ground, which shows through.
-QColor Over(const QColor &colour, const QColor &ground) {
-  const auto mix = [&](float over, float under) { return over * colour.alphaF() + under * (1 - colour.alphaF()); };
-  return QColor::fromRgbF(mix(colour.redF(), ground.redF()), mix(colour.greenF(), ground.greenF()),
-                          mix(colour.blueF(), ground.blueF()));
-}
-
 }  // namespace
 
 TControlStyle::TControlStyle() : QProxyStyle(StyleName) {}
@@ -53,7 +46,7 @@ void TControlStyle::polish(QPalette &palette) {
   for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
     const QColor base = palette.color(group, QPalette::Base);
     const QColor hint = palette.color(group, QPalette::PlaceholderText);
-    if (Contrast::Between(Over(hint, base), base) >= Contrast::ForMarks) continue;
+    if (Contrast::Between(Contrast::Over(hint, base), base) >= Contrast::ForMarks) continue;
     QColor colour = palette.color(group, QPalette::Text);
     colour.setAlphaF(HintShare);
     palette.setColor(group, QPalette::PlaceholderText, colour);

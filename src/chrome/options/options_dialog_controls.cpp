@@ -17,6 +17,7 @@
 #include "config/language.h"
 #include "config/settings.h"
 #include "groups/group_folder.h"
+#include "ui/contrast.h"
 #include "ui/ink_icon.h"
 #include "ui/shown_text.h"
 #include "ui_options_dialog.h"
@@ -93,11 +94,6 @@ bool IsAway(const QWidget *control, const QWidget *page) {
   return false;
 }
 
-QColor Mixed(const QColor &ground, const QColor &mark) {
-  const auto part = [](int one, int other) { return one + (other - one) * MarkStrength / 255; };
-  return {part(ground.red(), mark.red()), part(ground.green(), mark.green()), part(ground.blue(), mark.blue())};
-}
-
 void Mark(QWidget &control, bool marked) {
   // Other controls paint a ground of their own.
   const bool hasGround = qobject_cast<QLabel *>(&control) == nullptr &&
@@ -106,9 +102,10 @@ void Mark(QWidget &control, bool marked) {
   if (!hasGround) control.setAutoFillBackground(marked);
   if (!marked) return control.setPalette(QPalette());
   QPalette palette = control.palette();
-  const QColor mark = palette.color(QPalette::Highlight);
+  QColor mark = palette.color(QPalette::Highlight);
+  mark.setAlpha(MarkStrength);
   for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Button}) {
-    palette.setColor(role, Mixed(palette.color(role), mark));
+    palette.setColor(role, Contrast::Over(mark, palette.color(role)));
   }
   control.setPalette(palette);
 }
