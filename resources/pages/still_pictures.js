@@ -90,25 +90,44 @@
     image.style.setProperty('display', 'none', 'important');
     shown.set(image, {source: address, stand: canvas});
   };
+  // What stands before and after an element has no style of its own to write to.
+  const sheet = new CSSStyleSheet();
+  const written = new Map();
+  const mark = 'data-still';
+  const write = (element, part, property, value) => {
+    if (!part) return element.style.setProperty(property, value, 'important');
+    const key = part + property + value;
+    if (!written.has(key)) {
+      const name = String(written.size);
+      written.set(key, name);
+      sheet.insertRule(`[${mark}~="${name}"]${part} { ${property}: ${value} !important }`);
+      if (!document.adoptedStyleSheets.includes(sheet))
+        document.adoptedStyleSheets = [...document.adoptedStyleSheets, sheet];
+    }
+    const marks = new Set((element.getAttribute(mark) || '').split(' ').filter(Boolean));
+    element.setAttribute(mark, [...marks.add(written.get(key))].join(' '));
+  };
   const properties = ['background-image', 'list-style-image', 'border-image-source'];
-  const showStyle = async element => {
-    const style = getComputedStyle(element);
-    for (const property of properties) {
+  const showStyle = async (element, part) => {
+    const style = getComputedStyle(element, part);
+    if (part && /^(none|normal)$/.test(style.content)) return;
+    for (const property of part ? [...properties, 'content'] : properties) {
       const value = style.getPropertyValue(property);
       let still = value;
       for (const [whole, address] of value.matchAll(/url\("([^"]*)"\)/g)) {
         if (made.has(address) || !await moves(address)) continue;
         const frame = await frameOf(address);
-        still = still.replace(whole, frame ? `url("${frame}")` : 'linear-gradient(transparent, transparent)');
+        const nothing = property === 'content' ? '""' : 'linear-gradient(transparent, transparent)';
+        still = still.replace(whole, frame ? `url("${frame}")` : nothing);
       }
-      if (still !== value) element.style.setProperty(property, still, 'important');
+      if (still !== value) write(element, part, property, still);
     }
   };
   const changed = new Set();
   const showAll = () => {
     for (const element of changed) {
       if (element instanceof HTMLImageElement && element.complete) show(element);
-      showStyle(element);
+      for (const part of [undefined, '::before', '::after']) showStyle(element, part);
     }
     changed.clear();
   };

@@ -114,17 +114,20 @@ constexpr const char *MovingPicture =
     "AgSEjwkFADs=";
 
 // It in every place, one beside the other, 40 pixels wide: in the page's markup, by a script, from other sites (of
-// which the second lets it be read), as data and by style.
+// which the second lets it be read), as data, by style and in parts that only styles make.
 constexpr const char *Pictures = R"(<!DOCTYPE html><title>...</title><style>* { position: absolute; top: 0; }
-img, div { width: 40px; height: 40px; } #style { background: url(/m.gif?style); }</style>
+img, div { width: 40px; height: 40px; } #style { background: url(/m.gif?style); }
+#parts::before, #parts::after { position: absolute; top: 0; }
+#parts::before { content: ''; width: 40px; height: 40px; background: url(/m.gif?before); }
+#parts::after { content: url(/m.gif?after); left: 40px; font-size: 0; transform: scale(10); transform-origin: 0 0; }</style>
 <img style='left: 0' src=/m.gif><img style='left: 40px' id=script>
 <img style='left: 80px' src='%1/m.gif'><img style='left: 120px' src='%1/open.gif'>
 <img style='left: 160px' src='data:image/gif;base64,%2'><div style='left: 200px' id=style></div>
-<div style='left: 240px; background: url(%1/open.gif)'></div>
+<div style='left: 240px; background: url(%1/open.gif)'></div><div style='left: 280px' id=parts></div>
 <script>document.getElementById('script').src = '/m.gif?script';
 window.ticks = 0;
 setInterval(() => ++ticks, 20);</script>)";
-constexpr int PictureCount = 7;
+constexpr int PictureCount = 9;
 
 }  // namespace
 
