@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QUrl>
 #include <QUuid>
+#include <utility>
 
 #include "browser/downloads/file_names.h"
 #include "config/registry_paths.h"
@@ -44,9 +45,16 @@ QByteArray BytesOf(const QString &path) {
 
 TUserScripts::TUserScripts(TSettings &settings) : m_settings(settings) {
   settings.Apply(Setting::LoadBHOs, this, [this] {
-    m_loaded.clear();
-    m_failures.clear();
+    const QList<TLoaded> before = std::exchange(m_loaded, {});
     if (m_settings.Get(Setting::LoadBHOs)) Load();
+    // What a script could not do is true until it is another one.
+    m_failures.removeIf([&](const auto &failure) {
+      const auto sourceIn = [id = m_ids.value(failure.key())](const QList<TLoaded> &list) {
+        const auto found = std::ranges::find(list, id, [](const TLoaded &loaded) { return loaded.script.id; });
+        return found != list.end() ? found->file.source : QString();
+      };
+      return sourceIn(before) != sourceIn(m_loaded);
+    });
     Q_EMIT Changed();
   });
 }

@@ -184,11 +184,14 @@ class TestUserScriptFiles final : public QObject {
     QCOMPARE(runs("http://other.test/"), 0);
     m_settings->Set(Setting::LoadBHOs, true);
     QCOMPARE(runs("http://other.test/"), 1);
-    // What a script could not do is forgotten with what was loaded.
+    // What a script could not do is forgotten when it changes.
     const QString running = scripts.Entries().value(1).file;
     scripts.NoteFailure(scripts.Loaded().first().id, u"boom"_s, 3);
     QCOMPARE(scripts.LastFailure(running).reason, u"boom"_s);
     scripts.SetOn(*first, true);
+    m_settings->Set(Setting::LoadBHOs, true);
+    QCOMPARE(scripts.LastFailure(running).reason, u"boom"_s);
+    Write(TUserScripts::Folder() + u'/' + running, Script("// @match http://other.test/*\n// @exclude */none"));
     m_settings->Set(Setting::LoadBHOs, true);
     QCOMPARE(scripts.LastFailure(running).reason, QString());
     QCOMPARE(runs("http://other.test/"), 2);

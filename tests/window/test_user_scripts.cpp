@@ -86,6 +86,9 @@ class TestUserScripts final : public QObject {
     PutMarking(u"all"_s, "// @match *://*/*" + early);
     PutMarking(u"not-a"_s, "// @include *\n// @exclude */a" + early);
     PutMarking(u"only-a"_s, "// @match *://*/a" + early);
+    // Nothing that its text says takes a script out of this.
+    PutMarking(u"breaks-out"_s, "// @match *://*/none" + early,
+               "}); document.documentElement.classList.add('out'); function confirm() { return true } (function () {");
     TZoneStore zones(*m_f.store);
     QVERIFY(zones.AddMapping(u"http://bad.localhost"_s, 4));
     QFile file(m_f.Path(u"page.html"_s));

@@ -15,6 +15,10 @@ namespace {
 constexpr QLatin1String Mark("userscript:");
 constexpr QLatin1String Uncaught("Uncaught ");
 
+quint32 WorldOf(const TPageScript &given) {
+  return ScriptWorld::FirstOfUser + quint32(given.world);
+}
+
 QWebEngineScript::InjectionPoint PointOf(TPageScript::TMoment moment) {
   switch (moment) {
     case TPageScript::TMoment::Creation:
@@ -27,17 +31,16 @@ QWebEngineScript::InjectionPoint PointOf(TPageScript::TMoment moment) {
   return QWebEngineScript::Deferred;
 }
 
-QWebEngineScript EngineScript(const TPageScript &given, const QString &token) {
-  // In a function, so that "return" ends it; all on the first line, so that lines keep their numbers.
-  // Frames without an address of the web have nothing to ask.
-  const QString begin = QStringLiteral(
-      "(function () { if (self !== top && !/^https?:$/.test(location.protocol)) return;"
-      " if (!confirm('%1 %2 ' + (self === top) + ' ' + location.href)) return; ");
+// What stands in front of a script asks whether it may run in the document. No text of a file can come before it or
+// make another question of it: nothing knows its name before it has said yes.
+QWebEngineScript EngineScript(const TPageScript &given, const QString &question) {
   QWebEngineScript script;
-  script.setSourceCode(begin.arg(token, given.id) + given.source + QStringLiteral("\n})();"));
+  // In a function, so that "return" ends it; all on the first line, so that lines keep their numbers.
+  script.setSourceCode(QStringLiteral("if (!%1()) throw '%1'; (function () { ").arg(question) + given.source +
+                       QStringLiteral("\n})();"));
   script.setName(given.id);
   script.setInjectionPoint(PointOf(given.moment));
-  script.setWorldId(ScriptWorld::FirstOfUser + quint32(given.world));
+  script.setWorldId(WorldOf(given));
   script.setRunsOnSubFrames(given.inFrames);
   return script;
 }
@@ -45,7 +48,11 @@ QWebEngineScript EngineScript(const TPageScript &given, const QString &token) {
 }  // namespace
 
 TPageScripts::TPageScripts(TEngine &engine, QWebEnginePage *page)
-    : QObject(page), m_engine(engine), m_page(page), m_token(QUuid::createUuid().toString(QUuid::WithoutBraces)) {
+    : QObject(page),
+      m_engine(engine),
+      m_page(page),
+      m_token(QUuid::createUuid().toString(QUuid::WithoutBraces)),
+      m_question(u'q' + QUuid::createUuid().toString(QUuid::Id128)) {
   connect(&engine, &TEngine::ScriptsChanged, this, &TPageScripts::Update);
   Update();
 }
@@ -54,10 +61,16 @@ void TPageScripts::Update() {
   const QList<TPageScript> wanted = m_engine.Policy().Scripts();
   if (wanted == m_given) return;
   QWebEngineScriptCollection &scripts = m_page->scripts();
+  OwnScript::Remove(*m_page, "user_script_question.js");
   for (const TPageScript &given : std::as_const(m_given)) {
     for (const QWebEngineScript &script : scripts.find(given.id)) scripts.remove(script);
   }
-  for (const TPageScript &given : wanted) scripts.insert(EngineScript(given, m_token));
+  for (const TPageScript &given : wanted) {
+    // They are run in this order.
+    OwnScript::Insert(*m_page, "user_script_question.js", WorldOf(given),
+                      {{"Question", m_question}, {"Token", m_token}, {"Id", given.id}});
+    scripts.insert(EngineScript(given, m_question));
+  }
   m_given = wanted;
 }
 
@@ -74,5 +87,6 @@ void TPageScripts::Hear(const QString &message, int line, const QString &source)
   const QString id = source.mid(Mark.size());
   const bool isOurs = std::ranges::any_of(m_given, [&](const TPageScript &given) { return given.id == id; });
   // What a script writes there itself is no failure.
-  if (isOurs && message.startsWith(Uncaught)) Q_EMIT m_engine.ScriptFailed(id, message, line);
+  const bool mayNotRun = message.contains(m_question);
+  if (isOurs && !mayNotRun && message.startsWith(Uncaught)) Q_EMIT m_engine.ScriptFailed(id, message, line);
 }

@@ -28,6 +28,7 @@ class TPageScripts final : public QObject {
 
   TEngine &m_engine;
   QWebEnginePage *m_page;
-  QString m_token;  // in front of questions; no page knows it
+  QString m_token;     // in front of questions; no page knows it
+  QString m_question;  // the name of what asks in the scripts' worlds; no script knows it that may not run
   QList<TPageScript> m_given;
 };
