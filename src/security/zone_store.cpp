@@ -101,13 +101,15 @@ std::shared_ptr<const TZoneStore::TState> TZoneStore::State() const {
     const QMutexLocker lock(&m_guard);
     if (m_state) return m_state;
   }
-  // Nothing could be read yet.
-  static const std::shared_ptr<const TState> defaults = [] {
+  // Nothing could be read yet: no site is known, and nobody's rules allow anything but the machine's own.
+  static const std::shared_ptr<const TState> unknown = [] {
     auto state = std::make_shared<TState>();
-    for (int zone = 0; zone < ZoneCount; ++zone) state->policies[size_t(zone)].fill(DefaultPolicy(zone));
+    for (int zone = 0; zone < ZoneCount; ++zone) {
+      state->policies[size_t(zone)].fill(zone == ZoneNumber::LocalMachine ? Allow : Disallow);
+    }
     return state;
   }();
-  return defaults;
+  return unknown;
 }
 
 int TZoneStore::ZoneOf(const QString &address) const {

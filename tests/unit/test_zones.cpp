@@ -249,6 +249,11 @@ class TestZones final : public QObject {
   void UnreadablePolicies() {
     TReadWatch watch(m_registry);
     m_zones = std::make_unique<TZoneStore>(*m_registry);
+    // Before anything is known nothing is allowed.
+    watch.onRead = [](sqlite3 *database) { sqlite3_interrupt(database); };
+    QCOMPARE(m_zones->Policy(3, TUrlAction::Scripting), TZoneStore::Disallow);
+    watch.onRead = nullptr;
+    QCOMPARE(m_zones->Policy(3, TUrlAction::Scripting), TZoneStore::Allow);
     QVERIFY(m_zones->SetPolicy(3, TUrlAction::Scripting, TZoneStore::Disallow));
     watch.reads = 0;
     m_zones->Reload();

@@ -99,7 +99,7 @@ class TestMnemonics final : public QObject {
     QCOMPARE(window.Count(), keys + m_f.window->menuBar()->actions().size());
     window.TakeAll(*m_f.window);
     TPermissionBar permission(language);
-    permission.Ask(u"?"_s);
+    permission.Ask(u"?"_s, true);
     QTRY_VERIFY(permission.findChild<QAbstractButton *>(u"cmdAllow"_s)->isEnabled());
     window.TakeAll(permission);
     window.TakeAll(TFindBar(language));

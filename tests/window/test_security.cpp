@@ -10,6 +10,7 @@
 #include <QWebEnginePage>
 
 #include "browser/page/permission_bar.h"
+#include "browser/page/permission_decisions.h"
 #include "chrome/zone_panel.h"
 #include "config/language.h"
 #include "security/security_dialog.h"
@@ -181,6 +182,44 @@ class TestSecurity final : public QObject {
     QCOMPARE(AnswerOf(*Active()->Browser()->EnginePage(), u"1 + 1"_s).toInt(), 2);
   }
 
+  // What a page is about to become is no use to it before.
+  void ScriptsWhileAnotherPageComes() {
+    QVERIFY(TZoneStore(*m_f.store).SetPolicy(3, TUrlAction::Scripting, TZoneStore::Disallow));
+    const QByteArray never = m_f.server.Url(u"/never"_s, u"localhost"_s).toUtf8();
+    m_f.server.Route("/leaving", TTestResponse::Page("<meta http-equiv=refresh content='1;url=" + never +
+                                                     "'><iframe src=/again></iframe>"));
+    m_f.server.Route("/again", TTestResponse::Page("<meta http-equiv=refresh content=3><script>"
+                                                   "new Image().src = '/ran'</script>"));
+    m_f.Open();
+    int frames = 0;
+    connect(Active()->Browser(), &THalvexBrowser::BeforeNavigate, this, [&](const TNavigation *navigation) {
+      if (!navigation->mainFrame && m_f.server.RequestCount("/never") > 0) ++frames;
+    });
+    Active()->Navigate(m_f.server.Url(u"/leaving"_s));
+    SOON(frames > 0, true);
+    QVERIFY(!QTest::qWaitFor([&] { return m_f.server.RequestCount("/ran") > 0; }, 2000));
+  }
+
+  // A window without an address is its maker's, until somebody else goes anywhere with it.
+  void ScriptsOfWrittenWindows() {
+    QVERIFY(TZoneStore(*m_f.store).SetPolicy(3, TUrlAction::Scripting, TZoneStore::Disallow));
+    m_f.server.Route("/writes",
+                     TTestResponse::Page("<body style='height:300px' onclick=\"window.open('about:blank').document"
+                                         ".write('<script>opener.document.title = 1</scr' + 'ipt>')\">"));
+    m_f.Open();
+    TBrowserTab *maker = Active();
+    Load(m_f.server.Url(u"/writes"_s, u"localhost"_s));
+    for (int attempt = 0; attempt < 10 && Tabs().TabCount() == 1; ++attempt) {
+      QTest::mouseClick(maker->findChild<QWebEngineView *>()->focusProxy(), Qt::LeftButton, {}, QPoint(100, 100));
+      std::ignore = QTest::qWaitFor([&] { return Tabs().TabCount() > 1; }, m_f.LoadTime / 10);
+    }
+    SOON(maker->Title(), u"1"_s);
+    TBrowserTab *made = Tabs().Tab(1);
+    SOON(made->SecureZone(), TSecurityZone::LocalIntranet);
+    made->Navigate(u"about:blank"_s);
+    SOON(made->SecureZone(), TSecurityZone::Internet);
+  }
+
   void ScriptsOfRestoredTabs() {
     QVERIFY(TZoneStore(*m_f.store).SetPolicy(3, TUrlAction::Scripting, TZoneStore::Disallow));
     TZVOptions(*m_f.store).Set(Setting::StartupMode, u"Last"_s);
@@ -317,6 +356,8 @@ class TestSecurity final : public QObject {
   // Nothing runs before the answer, which holds for the site: for this run, or for good.
   void AskedAboutScripts() {
     QVERIFY(TZoneStore(*m_f.store).SetPolicy(3, TUrlAction::Scripting, TZoneStore::Query));
+    m_f.server.Route("/missing", TTestResponse::Status(404, "<title>Missing</title>"));
+    m_f.server.Route("/endless", TTestResponse::Page("<img src=/never>"));
     m_f.Open();
     const auto probe = [this](const char *host) { return m_f.server.Url(u"/probe"_s, QLatin1String(host)); };
     Load(probe("allowed.localhost"));
@@ -333,9 +374,21 @@ class TestSecurity final : public QObject {
       QCOMPARE(Active()->Title(), u"off"_s);
       QVERIFY(!IsAsked());
     }
+    // Pages that are none, and those that never end.
+    for (const QString &path : {u"/missing"_s, u"/endless"_s}) {
+      m_f.server.ForgetRequests();
+      Active()->Navigate(m_f.server.Url(path, u"now.localhost"_s));
+      QTRY_VERIFY_WITH_TIMEOUT(IsAsked(), m_f.LoadTime);
+      Load(m_f.server.Url(u"/other"_s, u"never.localhost"_s));
+      SOON(IsAsked(), false);
+    }
+    Load(probe("now.localhost"));
+    Answer(u"May http://now.localhost:%1 run scripts?"_s, "cmdAllowNow");
+    SOON(Active()->Title(), u"on"_s);
     m_f.window.reset();
     m_f.Open();
     for (const auto &[host, title, isAsked] : {std::tuple("allowed.localhost", u"on"_s, false),
+                                               {"now.localhost", u"off"_s, true},
                                                {"denied.localhost", u"off"_s, true},
                                                {"never.localhost", u"off"_s, false}}) {
       Load(probe(host));
@@ -368,6 +421,10 @@ class TestSecurity final : public QObject {
     Answer(u"May http://asked.localhost:%1 keep cookies until the program ends?"_s, "cmdDeny");
     QTRY_COMPARE(Sent(host), u"stored=1"_s);
     QVERIFY(!IsAsked());
+    // What is decided about others takes nothing from it, not even once.
+    auto &decisions = TPermissionDecisions::Of(*Active()->Browser()->EnginePage()->profile());
+    decisions.Remember(QUrl(u"http://another.localhost"_s), TPermission::Camera, TPermissionDecision::Refused);
+    QCOMPARE(Sent(host), u"stored=1"_s);
   }
 
   // What is changed in the dialog holds at once.

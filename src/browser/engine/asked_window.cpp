@@ -25,8 +25,8 @@ TAskedWindow::TAskedWindow(TEnginePage *page, TPageStack *stack, QObject *parent
   connect(m_page, &TEnginePage::Finished, this, &TAskedWindow::OnFinished);
 }
 
-void TAskedWindow::Take(QWebEngineNewWindowRequest *request) {
-  m_page->BecomeWindow();
+void TAskedWindow::Take(QWebEngineNewWindowRequest *request, const QUrl &maker) {
+  m_page->BecomeWindow(maker);
   if constexpr (WrittenWindowsCanBeShown) m_stack->ShowView();
   request->openIn(m_page);
 }

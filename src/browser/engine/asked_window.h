@@ -15,8 +15,8 @@ class TAskedWindow final : public QObject {
  public:
   // `page` has not been navigated yet; both belong to the browser that becomes the window.
   TAskedWindow(TEnginePage *page, TPageStack *stack, QObject *parent);
-  // The page's first navigation follows.
-  void Take(QWebEngineNewWindowRequest *request);
+  // The page's first navigation follows; a page of the site `maker` has asked for it.
+  void Take(QWebEngineNewWindowRequest *request, const QUrl &maker);
 
  Q_SIGNALS:
   // What it was opened for became a download, belongs to another program, or has no content.

@@ -106,7 +106,7 @@ TPagePermissions TEngine::PermissionsOf(const QUrl &page) const {
     if (!isAsked) return false;
     const TPermissionDecision decision = TPermissionDecisions::Of(*m_profile).Find(page, permission);
     isAsked = decision == TPermissionDecision::Ask;
-    return decision == TPermissionDecision::Allowed;
+    return IsAllowed(decision);
   };
   if (decide(TPermission::Scripts, may.toAsk.scripts)) may.scripts = true;
   if (decide(TPermission::PlugIns, may.toAsk.plugIns)) may.plugIns = true;

@@ -17,8 +17,7 @@
 #include "browser/engine/halvex_browser.h"
 #include "browser/engine/hang_watch.h"
 #include "browser/engine/input_watch.h"
-#include "browser/engine/own_scripts.h"
-#include "browser/engine/page_content.h"
+#include "browser/engine/page_rules.h"
 #include "browser/engine/page_scripts.h"
 #include "browser/engine/policy.h"
 #include "browser/engine/script_calls.h"
@@ -72,6 +71,8 @@ TEnginePage::TEnginePage(TEngine &engine, QObject *parent)
       this, [this] { return m_input != nullptr && m_input->UserJustActed() ? m_input->Acts() : 0; },
       [this] { return isVisible(); });
   m_scripts = new TPageScripts(engine, this);
+  m_rules = new TPageRules(engine, this);
+  connect(m_rules, &TPageRules::PermissionWanted, this, &TEnginePage::PermissionWanted);
   connect(m_downloads, &TPageDownloads::Asked, this, &TEnginePage::AskForDownloads);
   engine.ScriptCalls().Connect(*this, *m_dialogs);
   connect(m_dialogs, &TScriptDialogs::BringToFrontRequested, this, &TEnginePage::BringToFrontRequested);
@@ -90,7 +91,7 @@ TEnginePage::TEnginePage(TEngine &engine, QObject *parent)
   connect(this, &QWebEnginePage::windowCloseRequested, this, [this] {
     if (m_leaveWait.isActive()) {
       AnswerLeave(true);
-    } else {
+    } else if (!std::exchange(m_answersLate, false)) {
       Q_EMIT CloseRequested();
     }
   });
@@ -105,6 +106,7 @@ TEnginePage::TEnginePage(TEngine &engine, QObject *parent)
   connect(&m_leaveWait, &QTimer::timeout, this, [this] {
     if (m_dialogs->IsOpen()) return;
     if (++m_leaveTries >= MostLeaveTries) {
+      m_answersLate = bool(m_whenSaved);
       AnswerLeave(!m_whenSaved);
     } else {
       // The engine does not take a request while it still deals with the answer to the one before.
@@ -265,7 +267,21 @@ bool TEnginePage::IsAskedOnSheet(const QUrl &origin) {
   return true;
 }
 
+void TEnginePage::SetDownloadControlOptions(TDownloadControlOptionSet options) {
+  m_rules->LimitContent(options);
+}
+
+void TEnginePage::BecomeWindow(const QUrl &maker) {
+  m_isUnsettled = true;
+  m_rules->SetMaker(maker);
+}
+
+QUrl TEnginePage::OwnerOf(const QUrl &url) const {
+  return m_rules->OwnerOf(url);
+}
+
 void TEnginePage::Open(const QUrl &url) {
+  m_rules->SetMaker({});
   Want([this, url] { load(url); });
 }
 
@@ -321,8 +337,7 @@ void TEnginePage::triggerAction(WebAction action, bool checked) {
     m_downloads->ExpectOne();
   }
   // The engine shows images that it has in its memory, whatever it is told.
-  if (action == Reload && settings()->testAttribute(QWebEngineSettings::AutoLoadImages) &&
-      !PermissionsFor(url()).images) {
+  if (action == Reload && settings()->testAttribute(QWebEngineSettings::AutoLoadImages) && !m_rules->Of(url()).images) {
     action = ReloadAndBypassCache;
   }
   // The engine would begin these without noticing that the page is not there, or only bring it back as it was.
@@ -350,7 +365,7 @@ bool TEnginePage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
   if (!self) return false;
   // What a site's worker answers comes without a request.
   m_downloads->NoteAsked(url);
-  if (!isMainFrame) return !navigation.cancel;
+  if (!isMainFrame) return !navigation.cancel && m_rules->MayFrameSetOut();
   if (navigation.cancel) {
     m_wanted = {};
     m_cancelled = url;
@@ -377,11 +392,11 @@ bool TEnginePage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
     return false;
   }
   m_cancelled.clear();
-  Begin(url);
+  Begin(url, IsFromPage(type) && url != this->url());
   return true;
 }
 
-void TEnginePage::Begin(const QUrl &url) {
+void TEnginePage::Begin(const QUrl &url, bool byPage) {
   m_wanted = {};
   m_engine.Views().PutOff();
   m_underWay = true;
@@ -389,47 +404,8 @@ void TEnginePage::Begin(const QUrl &url) {
   m_pending = url;
   m_filter->ForgetForm();
   m_problem.reset();
-  m_filter->SetAllowed(m_nextOptions);
-  ApplyPermissions(url);
-}
-
-TPagePermissions TEnginePage::PermissionsFor(const QUrl &url) const {
-  TPagePermissions may = m_engine.PermissionsOf(url);
-  may.images = may.images && m_nextOptions.testFlag(TDownloadControlOption::Images);
-  may.videos = may.videos && m_nextOptions.testFlag(TDownloadControlOption::Videos);
-  may.sounds = may.sounds && m_nextOptions.testFlag(TDownloadControlOption::BackgroundSounds);
-  return may;
-}
-
-// What is set while a navigation is being asked about already holds for it.
-void TEnginePage::ApplyPermissions(const QUrl &url) {
-  const TPagePermissions may = PermissionsFor(url);
-  m_toAsk = may.toAsk;
-  QWebEngineSettings *page = settings();
-  page->setAttribute(QWebEngineSettings::JavascriptEnabled, may.scripts);
-  page->setAttribute(QWebEngineSettings::PluginsEnabled, may.plugIns);
-  page->setAttribute(QWebEngineSettings::LocalStorageEnabled, may.storage);
-  ApplyContent(*this, may);
-}
-
-void TEnginePage::AskForPermissions() {
-  if (!WebAddress::Is(url()) && !url().isLocalFile()) return;
-  if (m_toAsk.scripts) AskFor(TPermission::Scripts);
-  if (m_toAsk.cookies.stored) AskFor(TPermission::StoredCookies);
-  if (m_toAsk.cookies.session) AskFor(TPermission::SessionCookies);
-  if (!m_toAsk.plugIns) return;
-  // Few pages have any, and a page without scripts can only have these.
-  runJavaScript(QStringLiteral("document.querySelector('embed, object') !== null"), ScriptWorld::Own,
-                [self = QPointer(this), page = url()](const QVariant &has) {
-                  if (self && has.toBool() && self->url() == page) self->AskFor(TPermission::PlugIns);
-                });
-}
-
-// What was kept from the page when it came it only gets by coming again.
-void TEnginePage::AskFor(TPermission permission) {
-  Q_EMIT PermissionWanted({url(), permission, [self = QPointer(this)](TPermissionAnswer answer) {
-                             if (self && answer == TPermissionAnswer::Allow) self->triggerAction(Reload);
-                           }});
+  m_filter->SetAllowed(m_rules->Limits());
+  m_rules->Begin(url, byPage);
 }
 
 void TEnginePage::OnUrlChanged(const QUrl &url) {
@@ -446,12 +422,18 @@ void TEnginePage::OnUrlChanged(const QUrl &url) {
 void TEnginePage::OnProgress(int progress) {
   // A reload keeps the address, so that only the arriving bytes tell of its start.
   // All of it may also mean that a window came to nothing, which only the end of its load tells apart.
-  if (progress > ProgressBeforeContent && !(m_isUnsettled && progress == 100)) CommitIfPending();
+  if (progress <= ProgressBeforeContent || (m_isUnsettled && progress == 100)) return;
+  const QPointer<TEnginePage> self(this);
+  CommitIfPending();
+  // Pages may take as long as they like to be whole.
+  if (self && m_underWay && m_committed) m_rules->AskAtStart(url());
 }
 
 void TEnginePage::CommitIfPending() {
   if (!m_underWay || m_committed || WithoutViewSource(url()) != m_pending) return;
   m_committed = true;
+  m_rules->Commit(m_pending);
+  m_answersLate = false;
   ForgetLeave();
   m_fromForm = m_filter->SentForm();
   m_dialogs->BeginPage();
@@ -469,7 +451,7 @@ void TEnginePage::OnLoadingChanged(const QWebEngineLoadingInfo &info) {
     const QUrl url = WithoutViewSource(info.url());
     if (!m_cancelled.isEmpty() && url == m_cancelled) return;
     m_cancelled.clear();
-    if (!m_underWay) Begin(url);
+    if (!m_underWay) Begin(url, false);
     return;
   }
   const bool stopped = info.status() == QWebEngineLoadingInfo::LoadStoppedStatus;
@@ -496,7 +478,7 @@ void TEnginePage::OnLoadingChanged(const QWebEngineLoadingInfo &info) {
     if (!self) return;
   }
   Finish();
-  if (self && info.status() == QWebEngineLoadingInfo::LoadSucceededStatus) AskForPermissions();
+  if (self && m_committed && !info.isErrorPage()) m_rules->AskAtEnd(url());
 }
 
 QString TEnginePage::Address() const {
@@ -515,7 +497,7 @@ void TEnginePage::Finish() {
   // The page that might be left has stayed, and what is typed into it from now on is not given up yet.
   if (!m_committed) {
     m_leaveGranted = false;
-    ApplyPermissions(WithoutViewSource(url()));
+    m_rules->GiveUp(WithoutViewSource(url()));
   }
   m_engine.Views().PutOff();
   Q_EMIT Finished(Address());

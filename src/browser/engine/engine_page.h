@@ -19,6 +19,7 @@ class TContentFilter;
 class THangWatch;
 class TInputWatch;
 class TPageDownloads;
+class TPageRules;
 class TPageScripts;
 class TQuestionSheet;
 class TScriptDialogs;
@@ -38,7 +39,7 @@ class TEnginePage final : public QWebEnginePage {
   // navigation.
   void SetOwner(QWidget *owner) { m_owner = owner; }
   // Holds from the next navigation on, and narrows what the policy allows.
-  void SetDownloadControlOptions(TDownloadControlOptionSet options) { m_nextOptions = options; }
+  void SetDownloadControlOptions(TDownloadControlOptionSet options);
   // Tells real clicks in the view from navigations that scripts begin.
   void WatchInput(QWidget *view);
   // Where script dialogs are shown that can wait for their answer.
@@ -66,8 +67,10 @@ class TEnginePage final : public QWebEnginePage {
   void DismissDialogs();
 
   [[nodiscard]] bool IsUnderWay() const { return m_underWay; }
-  // From now on it is the page of a window that another page asked for.
-  void BecomeWindow() { m_isUnsettled = true; }
+  // From now on it is the page of a window that the page of `maker` asked for.
+  void BecomeWindow(const QUrl &maker);
+  // For which site it acts when it is at `url`: that one's, or, without an address of its own, that which opened it.
+  [[nodiscard]] QUrl OwnerOf(const QUrl &url) const;
   // Such a window has had no page yet but the empty one that the other page may write into.
   [[nodiscard]] bool IsUnsettled() const { return m_isUnsettled; }
   // Of the last navigation: whether its content has begun to arrive, and where it led.
@@ -112,11 +115,7 @@ class TEnginePage final : public QWebEnginePage {
                                 const QString &source) override;
 
  private:
-  void Begin(const QUrl &url);
-  [[nodiscard]] TPagePermissions PermissionsFor(const QUrl &url) const;
-  void ApplyPermissions(const QUrl &url);
-  void AskForPermissions();
-  void AskFor(TPermission permission);
+  void Begin(const QUrl &url, bool byPage);
   void OnUrlChanged(const QUrl &url);
   void OnProgress(int progress);
   void OnLoadingChanged(const QWebEngineLoadingInfo &info);
@@ -141,14 +140,13 @@ class TEnginePage final : public QWebEnginePage {
   TPageDownloads *m_downloads = nullptr;
   THangWatch *m_hangs = nullptr;
   TPageScripts *m_scripts = nullptr;
-  TDownloadControlOptionSet m_nextOptions = AllDownloadControlOptions;
+  TPageRules *m_rules = nullptr;
   mutable QUrl m_spelledUrl;  // of which m_spelled is the text
   mutable QString m_spelled;
   QUrl m_pending;            // The address of the navigation under way, redirects followed.
   bool m_underWay = false;   // An allowed navigation has not finished yet.
   bool m_committed = false;  // Its content has begun to arrive.
   QUrl m_cancelled;          // A refused navigation whose beginning and end the engine is about to report.
-  TToAsk m_toAsk;            // about the page that was navigated to last
   bool m_isUnsettled = false;
   bool m_insecureParts = false;
   bool m_fromForm = false;
@@ -160,6 +158,7 @@ class TEnginePage final : public QWebEnginePage {
   bool m_askedToLeave = false;
   bool m_leaveGranted = false;            // what comes next may take the page's place without another question
   std::function<void(bool)> m_whenSaved;  // who has asked, where that is not the user
+  bool m_answersLate = false;             // was asked for somebody else than the user, and has not said anything
   bool m_leaveForgotten = false;          // nobody waits for the page's answer any more
   QPointer<QDialog> m_leaveQuestion;
   int m_leaveTries = 0;

@@ -146,7 +146,7 @@ void THalvexBrowser::ForgetLeave() {
   if (m_page) m_page->ForgetLeave();
 }
 
-void THalvexBrowser::TakeWindow(QWebEngineNewWindowRequest *request) {
+void THalvexBrowser::TakeWindow(QWebEngineNewWindowRequest *request, const QUrl &maker) {
   SetView(m_engine.Views().Make());
   m_asked = new TAskedWindow(m_page, m_stack, this);
   connect(m_asked, &TAskedWindow::CameToNothing, this, &THalvexBrowser::WindowCameToNothing);
@@ -154,7 +154,7 @@ void THalvexBrowser::TakeWindow(QWebEngineNewWindowRequest *request) {
     Q_EMIT AddressChanged(LocationUrl());
     RepeatTitle();
   });
-  m_asked->Take(request);
+  m_asked->Take(request, maker);
 }
 
 void THalvexBrowser::ConnectPage() {
@@ -353,6 +353,15 @@ void THalvexBrowser::ShowText(const QString &html) {
   // In a world of its own, so that it works where the page's own scripts may not run, too. What is written by opening
   // the document anew counts as a load, which would be taken for that of the page that is asked for next.
   m_page->runJavaScript(QStringLiteral("document.documentElement.innerHTML = %1[0];").arg(text), ScriptWorld::Own);
+}
+
+QUrl THalvexBrowser::Owner() const {
+  return m_page ? m_page->OwnerOf(m_page->url()) : QUrl();
+}
+
+TSecurityZone THalvexBrowser::ZoneOf(const QString &address) const {
+  const QString owner = m_page ? AddressOf(m_page->OwnerOf(QUrl(address))) : address;
+  return m_engine.Policy().ZoneOf(owner.isEmpty() ? BlankPageAddress : owner);
 }
 
 QString THalvexBrowser::LocationUrl() const {

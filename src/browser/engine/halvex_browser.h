@@ -70,6 +70,10 @@ class THalvexBrowser final : public QWidget {
   void Refresh();            // normal
   void RefreshCompletely();  // past the cache
 
+  // For which site its page acts: without an address of its own for that which has opened its window.
+  [[nodiscard]] QUrl Owner() const;
+  // The zone that this browser's page is in when it is at `address`.
+  [[nodiscard]] TSecurityZone ZoneOf(const QString &address) const;
   [[nodiscard]] QString LocationUrl() const;   // the page's address; what was asked for while an error page shows
   [[nodiscard]] QString LocationName() const;  // the page's title
   [[nodiscard]] QIcon Icon() const;
@@ -125,8 +129,8 @@ class THalvexBrowser final : public QWidget {
   // Puts `html` in the place of the document that is shown; address and history stay the page's. Nothing where a notice
   // shows, or where there was no page yet.
   void ShowText(const QString &html);
-  // Becomes the window that another page asked for. Its page may never come: WindowCameToNothing.
-  void TakeWindow(QWebEngineNewWindowRequest *request);
+  // Becomes the window that a page of the site `maker` asked for. Its page may never come: WindowCameToNothing.
+  void TakeWindow(QWebEngineNewWindowRequest *request, const QUrl &maker);
   // The engine's page, made when it is not there yet. For tests.
   [[nodiscard]] QWebEnginePage *EnginePage();
   // The page if there is one.

@@ -151,8 +151,7 @@ void THalvexBrowser::SaveToTemporaryFile(bool insertBase, const std::function<vo
 }
 
 void THalvexBrowser::CollectProperties(const std::function<void(const TPageProperties &)> &done) {
-  const TSecurityZone number = m_engine.Policy().ZoneOfPage(LocationUrl(), std::nullopt);
-  const QString zone = ZoneName(static_cast<int>(number), m_engine.Language());
+  const QString zone = ZoneName(static_cast<int>(ZoneOf(LocationUrl())), m_engine.Language());
   if (!HasLivePage()) {
     TPageProperties properties;
     properties.title = LocationName();

@@ -24,12 +24,11 @@ TSecurityZone TPolicy::ZoneOf(const QString & /*address*/) const {
   return TSecurityZone::LocalMachine;
 }
 
-TSecurityZone TPolicy::ZoneOfPage(const QString &address, std::optional<TSecurityZone> maker) const {
-  const bool isBlank = address.isEmpty() || address == QLatin1String("about:blank");
-  if (!maker || !(isBlank || address.startsWith(QLatin1String("data:")))) {
-    return ZoneOf(isBlank ? QStringLiteral("about:blank") : address);
-  }
-  return *maker <= TSecurityZone::LocalMachine ? TSecurityZone::Internet : *maker;
+bool TPolicy::IsNobodys(const QUrl &url) {
+  const bool isBlank = url.scheme() == QLatin1String("about") && url.path() == QLatin1String("blank");
+  // A frame that may do nothing has no site, and what it makes has none either.
+  const bool isOfNobody = url.scheme() == QLatin1String("blob") && url.path().startsWith(QLatin1String("null"));
+  return url.isEmpty() || isBlank || isOfNobody || url.scheme() == QLatin1String("data");
 }
 
 bool TPolicy::IsPopup(const QString & /*address*/) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <QList>
 #include <QString>
 #include <QUrl>
@@ -96,9 +95,8 @@ class TPolicy {
   // own address, or the frame's.
   [[nodiscard]] virtual bool MayRun(const QString &script, const QUrl &document, const QUrl &page) const;
   [[nodiscard]] virtual TSecurityZone ZoneOf(const QString &address) const;
-  // The same of a tab's page, which a page of zone `maker` may have opened: one without an address of its own is then
-  // in that zone, but never in the machine's own. An empty address is the blank page's.
-  [[nodiscard]] TSecurityZone ZoneOfPage(const QString &address, std::optional<TSecurityZone> maker) const;
+  // Pages that have no address of their own: blank ones, and those that are nothing but their address.
+  [[nodiscard]] static bool IsNobodys(const QUrl &url);
   // True to stop the window that a page has asked for. Asked once, of its first real address.
   [[nodiscard]] virtual bool IsPopup(const QString &address);
   // Asked for a text that is no address.

@@ -20,8 +20,12 @@ QString SiteOf(const QUrl &origin) {
 void TSiteCookies::Watch(QWebEngineProfile &profile) {
   m_decisions = &TPermissionDecisions::Of(profile);
   connect(m_decisions, &TPermissionDecisions::Changed, this, [this] {
-    const QMutexLocker lock(&m_guard);
-    m_allowed.clear();
+    // What nobody has decided anew stays at hand: the engine waits for no answer.
+    const QStringList sites = [this] {
+      const QMutexLocker lock(&m_guard);
+      return m_allowed.keys();
+    }();
+    for (const QString &site : sites) Learn(QUrl(site));
   });
   m_store = profile.cookieStore();
   m_store->setCookieFilter([this](const QWebEngineCookieStore::FilterRequest &request) {
@@ -37,9 +41,7 @@ void TSiteCookies::SetPolicy(TPolicy &policy) {
 }
 
 void TSiteCookies::Learn(const QUrl &page) {
-  const auto isAllowed = [&](TPermission permission) {
-    return m_decisions->Find(page, permission) == TPermissionDecision::Allowed;
-  };
+  const auto isAllowed = [&](TPermission permission) { return IsAllowed(m_decisions->Find(page, permission)); };
   const TCookieKinds allowed{.stored = isAllowed(TPermission::StoredCookies),
                              .session = isAllowed(TPermission::SessionCookies)};
   const QMutexLocker lock(&m_guard);
@@ -70,6 +72,7 @@ bool TSiteCookies::MayKeep(const TCookie &cookie) {
 void TSiteCookies::CheckKept(const QNetworkCookie &cookie) {
   const QUrl origin = OriginOf(cookie);
   const bool session = cookie.isSessionCookie();
+  if (!IsKnown(origin)) Learn(origin);
   const auto lifetime = session ? TCookie::TLifetime::Session : TCookie::TLifetime::Stored;
   if (MayKeep({.origin = origin, .lifetime = lifetime})) return;
   if (session || !MayKeep({.origin = origin, .lifetime = TCookie::TLifetime::Session})) {
@@ -86,6 +89,11 @@ void TSiteCookies::CheckKept(const QNetworkCookie &cookie) {
   setter.setPath(cookie.path());
   if (cookie.isSecure()) setter.setScheme(QStringLiteral("https"));
   m_store->setCookie(shortLived, setter);
+}
+
+bool TSiteCookies::IsKnown(const QUrl &origin) {
+  const QMutexLocker lock(&m_guard);
+  return m_allowed.contains(SiteOf(origin));
 }
 
 // A cookie that is there does not say which site has set it: its domain may be one above, and both schemes may read it.

@@ -32,6 +32,7 @@ class TSiteCookies final : public QObject {
  private:
   [[nodiscard]] bool MayKeep(const TCookie &cookie);
   void CheckKept(const QNetworkCookie &cookie);
+  [[nodiscard]] bool IsKnown(const QUrl &origin);
   void NoteAsked(const QUrl &origin);
   [[nodiscard]] QUrl OriginOf(const QNetworkCookie &cookie);
 

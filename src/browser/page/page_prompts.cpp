@@ -71,7 +71,7 @@ bool IsCapture(TPermission permission) {
 
 std::optional<bool> AllowedBy(TPermissionDecision decision) {
   if (decision == TPermissionDecision::Ask) return std::nullopt;
-  return decision == TPermissionDecision::Allowed;
+  return IsAllowed(decision);
 }
 
 bool AsksFor(const TPermissionRequest &request, const QUrl &origin, TPermission permission) {
@@ -101,6 +101,9 @@ TPagePrompts::TPagePrompts(QWebEnginePage *page, TQuestionSheet *sheet, QWidget 
   });
   // A page looks at what it may do before it asks.
   connect(page, &QWebEnginePage::urlChanged, this, [this](const QUrl &url) {
+    // Where a load takes another's place, the engine does not tell of its start.
+    const QUrl site = url.adjusted(QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment);
+    if (std::exchange(m_site, site) != site) ForgetPermissionRequests();
     for (const TPermission permission : m_decisions.Decided(url)) {
       m_requests->Settle(url, permission, AllowedBy(m_decisions.Find(url, permission)));
     }
@@ -166,7 +169,8 @@ void TPagePrompts::AskNextPermission() {
     return;
   }
   const TPermissionRequest &request = m_permissionRequests.first();
-  m_bar->Ask(m_language.Text(QuestionFor(request.permission)).arg(OriginText(request.origin, m_language)));
+  m_bar->Ask(m_language.Text(QuestionFor(request.permission)).arg(OriginText(request.origin, m_language)),
+             TPermissionDecisions::CanLast(request.permission));
 }
 
 void TPagePrompts::FinishPermission(TPermissionDecision decision) {

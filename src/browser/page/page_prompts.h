@@ -78,6 +78,7 @@ class TPagePrompts final : public QObject {
   TPermissionDecisions &m_decisions;
   TPermissionRequests *m_requests;
   QList<TPermissionRequest> m_permissionRequests;  // not answered yet
+  QUrl m_site;                                     // of the page that is there
   QList<QUrl> m_askers;                            // the origins that have asked on this page
   // By place that asks, for the page being shown.
   QHash<QString, TSignIn> m_signIns;

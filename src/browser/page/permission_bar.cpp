@@ -24,6 +24,7 @@ struct TAnswer {
 };
 constexpr TAnswer Answers[] = {
     {"cmdAllow", {"PERMISSIONS", "Allow"}, TPermissionDecision::Allowed},
+    {"cmdAllowNow", {"PERMISSIONS", "AllowNow"}, TPermissionDecision::AllowedForNow},
     {"cmdDeny", {"PERMISSIONS", "Deny"}, TPermissionDecision::RefusedForNow},
     {"cmdNever", {"PERMISSIONS", "Never"}, TPermissionDecision::Refused},
 };
@@ -51,6 +52,7 @@ TPermissionBar::TPermissionBar(const TLanguage &language, QWidget *parent) : TFl
     connect(button, &QPushButton::clicked, this, [this, decision = answer.decision] { Q_EMIT Answered(decision); });
     row->addWidget(button);
     m_buttons.append(button);
+    if (answer.decision == TPermissionDecision::AllowedForNow) m_forNow = button;
     guarded.append(button);
   }
   m_buttons.first()->setDefault(true);
@@ -81,7 +83,8 @@ void TPermissionBar::ComeBeforePage() {
   setTabOrder(previous, m_close);
 }
 
-void TPermissionBar::Ask(const QString &question) {
+void TPermissionBar::Ask(const QString &question, bool canLast) {
+  m_forNow->setVisible(canLast);
   m_question->setText(question);
   setAccessibleName(question);
   m_guard->Sleep();

@@ -53,7 +53,7 @@ QString SiteOf(const QUrl &origin) {
 
 // Files of the disk are one site for the engine, and pages without any are nobody's: what holds for all of them is not
 // kept.
-bool CanLast(const QString &site) {
+bool SiteCanLast(const QString &site) {
   return site.startsWith(QLatin1String("https://")) || site.startsWith(QLatin1String("http://"));
 }
 
@@ -67,6 +67,10 @@ TPermissionDecisions &TPermissionDecisions::Of(QWebEngineProfile &profile) {
   auto *decisions = profile.findChild<TPermissionDecisions *>(QString(), Qt::FindDirectChildrenOnly);
   if (decisions == nullptr) decisions = new TPermissionDecisions(&profile);
   return *decisions;
+}
+
+bool TPermissionDecisions::CanLast(TPermission permission) {
+  return std::ranges::all_of(PartsOf(permission), [](TPermission part) { return NameOf(part).canLast; });
 }
 
 TPermissionDecision TPermissionDecisions::Find(const QUrl &origin, TPermission permission) const {
@@ -119,7 +123,7 @@ TPermissionDecision TPermissionDecisions::FindOne(const QString &site, TPermissi
   // The newest word of this run comes before what any window has stored.
   const auto found = m_ofThisRun.constFind({site, int(permission)});
   if (found != m_ofThisRun.constEnd()) return found.value();
-  if (m_store == nullptr || !CanLast(site)) return TPermissionDecision::Ask;
+  if (m_store == nullptr || !SiteCanLast(site)) return TPermissionDecision::Ask;
   const QString stored = m_store->Read(Hive, Key, ValueNameOf(site, permission)).value_or(QString());
   if (stored == AllowText && NameOf(permission).canLast) return TPermissionDecision::Allowed;
   return stored == DenyText ? TPermissionDecision::Refused : TPermissionDecision::Ask;
@@ -127,7 +131,7 @@ TPermissionDecision TPermissionDecisions::FindOne(const QString &site, TPermissi
 
 void TPermissionDecisions::RememberOne(const QString &site, TPermission permission, TPermissionDecision decision) {
   m_ofThisRun.remove({site, int(permission)});
-  if (m_store != nullptr && CanLast(site)) {
+  if (m_store != nullptr && SiteCanLast(site)) {
     const QString name = ValueNameOf(site, permission);
     const bool lasts = decision == TPermissionDecision::Refused ||
                        (decision == TPermissionDecision::Allowed && NameOf(permission).canLast);

@@ -13,10 +13,15 @@ class TRegistryStore;
 
 enum class TPermissionDecision {
   Ask,            // nothing decided
+  AllowedForNow,  // until the program ends
   Allowed,        // from one run to the next, but for what shows the whole screen
   RefusedForNow,  // until the program ends
   Refused,        // until the user takes it back
 };
+
+[[nodiscard]] constexpr bool IsAllowed(TPermissionDecision decision) {
+  return decision == TPermissionDecision::AllowedForNow || decision == TPermissionDecision::Allowed;
+}
 
 // What the user allowed and refused to sites. All pages of a profile share it.
 //
@@ -33,6 +38,8 @@ class TPermissionDecisions final : public QObject {
   // From now on what lasts is kept in `store`, which must live as long; until then nothing outlives the run.
   void KeepIn(TRegistryStore &store) { m_store = &store; }
 
+  // Whether an allowance may hold from one run to the next.
+  [[nodiscard]] static bool CanLast(TPermission permission);
   // Camera and microphone together are decided when both are, and refused when one is.
   [[nodiscard]] TPermissionDecision Find(const QUrl &origin, TPermission permission) const;
   void Remember(const QUrl &origin, TPermission permission, TPermissionDecision decision);

@@ -36,6 +36,7 @@ struct TChoice {
 };
 constexpr TChoice Choices[] = {
     {TPermissionDecision::Ask, {"PERMISSIONS", "Ask"}},
+    {TPermissionDecision::AllowedForNow, {"PERMISSIONS", "AllowedForNow"}},
     {TPermissionDecision::Allowed, {"PERMISSIONS", "Allowed"}},
     {TPermissionDecision::RefusedForNow, {"PERMISSIONS", "RefusedForNow"}},
     {TPermissionDecision::Refused, {"PERMISSIONS", "Refused"}},

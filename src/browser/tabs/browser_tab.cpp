@@ -482,10 +482,10 @@ void TBrowserTab::SendAway(TNavigation *navigation) {
 
 void TBrowserTab::OnNewWindowRequested(QWebEngineNewWindowRequest *request) {
   if (StopsWindow(AddressOf(request->requestedUrl()), request->isUserInitiated())) return;
-  m_strip.NewHiddenTab()->TakeWindow(request, this, m_windows);
+  m_strip.NewHiddenTab()->TakeWindow(request, m_browser->Owner(), this, m_windows);
 }
 
-void TBrowserTab::TakeWindow(QWebEngineNewWindowRequest *request, TBrowserTab *opener,
+void TBrowserTab::TakeWindow(QWebEngineNewWindowRequest *request, const QUrl &maker, TBrowserTab *opener,
                              const std::shared_ptr<TWindowBudget> &windows) {
   if (!m_browser) return;  // A request that nobody opens is cancelled by the engine.
   m_openedAsNewWindow = true;
@@ -493,7 +493,7 @@ void TBrowserTab::TakeWindow(QWebEngineNewWindowRequest *request, TBrowserTab *o
   m_opener = opener;
   // Windows that open windows are no way around it.
   m_windows = windows;
-  m_browser->TakeWindow(request);
+  m_browser->TakeWindow(request, maker);
 }
 
 void TBrowserTab::OnNavigateComplete(const QString &address) {
@@ -532,8 +532,7 @@ void TBrowserTab::OnNavigateComplete(const QString &address) {
 }
 
 TSecurityZone TBrowserTab::ZoneOf(const QString &address) const {
-  return m_environment.engine.Policy().ZoneOfPage(address,
-                                                  m_opener ? std::optional(m_opener->SecureZone()) : std::nullopt);
+  return m_browser->ZoneOf(address);
 }
 
 void TBrowserTab::RefreshZone() {

@@ -92,9 +92,9 @@ class TBrowserTab final : public QWidget {
   void SetKeptAwake(bool keep);
   // The page sleeps until the tab is shown, where nothing is lost by it; what the tab tells of the page stays.
   void FallAsleep();
-  // Becomes the window that a page asked for: of the tab `opener`, or of a browser beside the tabs where that is null.
-  // `windows` is what its pages may go on to open, together with that page.
-  void TakeWindow(QWebEngineNewWindowRequest *request, TBrowserTab *opener,
+  // Becomes the window that a page of the site `maker` asked for: of the tab `opener`, or of a browser beside the tabs
+  // where that is null. `windows` is what its pages may go on to open, together with that page.
+  void TakeWindow(QWebEngineNewWindowRequest *request, const QUrl &maker, TBrowserTab *opener,
                   const std::shared_ptr<TWindowBudget> &windows);
   // Removes the tab; the last visible one is made blank instead.
   void Close();

@@ -284,9 +284,9 @@ void TTabStrip::OpenFromPage(const TAddress &address, bool background) {
 }
 
 void TTabStrip::OpenWindowsOf(THalvexBrowser *browser, const std::shared_ptr<TWindowBudget> &windows) {
-  connect(browser, &THalvexBrowser::NewWindowRequested, this, [this, windows](QWebEngineNewWindowRequest *request) {
+  connect(browser, &THalvexBrowser::NewWindowRequested, this, [=, this](QWebEngineNewWindowRequest *request) {
     if (windows->Take(request->isUserInitiated())) {
-      NewHiddenTab()->TakeWindow(request, nullptr, windows);
+      NewHiddenTab()->TakeWindow(request, browser->Owner(), nullptr, windows);
     } else {
       TellStopped(AddressOf(request->requestedUrl()));
     }
