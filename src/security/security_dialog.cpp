@@ -127,5 +127,6 @@ void TfrmSecurity::ResetRules() {
 
 void TfrmSecurity::ShowRules(bool isKept) {
   Fill();
+  if (isKept) Q_EMIT RulesChanged();
   if (!isKept) m_ui->lblBadRule->setText(m_language.Text("SECURITY", "NotKept"));
 }

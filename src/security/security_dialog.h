@@ -27,6 +27,7 @@ class TfrmSecurity final : public QDialog {
 
  Q_SIGNALS:
   void SitesChanged();
+  void RulesChanged();
 
  private:
   [[nodiscard]] int Zone() const;

@@ -131,6 +131,7 @@ void TSecurityMenu::ChangePolicy(TCommand clicked) {
     const int policy = static_cast<int>(clicked) - static_cast<int>(one.first);
     if (policy < 0 || policy >= PolicyCount) continue;
     m_zones.SetPolicy(ZoneNumber::Internet, one.action, static_cast<TZonePolicy>(policy));
+    m_tabs.Environment().engine.CheckCookies();
   }
 }
 
@@ -153,6 +154,7 @@ void TSecurityMenu::ShowSettings() {
     m_settings = new TfrmSecurity(m_store, m_zones, m_language, m_window);
     m_settings->setAttribute(Qt::WA_DeleteOnClose);
     connect(m_settings, &TfrmSecurity::SitesChanged, this, &TSecurityMenu::RefreshZones);
+    connect(m_settings, &TfrmSecurity::RulesChanged, this, [this] { m_tabs.Environment().engine.CheckCookies(); });
     const TBrowserTab *tab = m_tabs.GetActivePage();
     if (tab != nullptr) m_settings->ShowZone(static_cast<int>(tab->SecureZone()));
   }
@@ -162,4 +164,5 @@ void TSecurityMenu::ShowSettings() {
 
 void TSecurityMenu::RefreshZones() {
   for (TBrowserTab *tab : m_tabs.Tabs()) tab->RefreshZone();
+  m_tabs.Environment().engine.CheckCookies();
 }

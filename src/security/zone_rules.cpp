@@ -23,7 +23,17 @@ TPagePermissions TZoneRules::PermissionsOf(const QUrl &page) const {
   return may;
 }
 
+// A site's worker that answers for its pages is asked about like a cookie of the site's root, on behalf of the page; of
+// the root page itself it cannot be told apart.
+bool TZoneRules::IsWorkerWithoutScripts(const TCookie &cookie) const {
+  const bool isRoot = cookie.origin.path() == QLatin1String("/") && !cookie.origin.hasQuery();
+  return cookie.lifetime == TCookie::TLifetime::NotTold && isRoot && cookie.origin != cookie.firstParty &&
+         cookie.origin.host() == cookie.firstParty.host() &&
+         PolicyOf(cookie.origin, TUrlAction::Scripting) == TZonePolicy::Disallow;
+}
+
 bool TZoneRules::MayKeepCookie(const TCookie &cookie) const {
+  if (IsWorkerWithoutScripts(cookie)) return false;
   const auto may = [&](TUrlAction action) { return PolicyOf(cookie.origin, action) == TZonePolicy::Allow; };
   switch (cookie.lifetime) {
     case TCookie::TLifetime::Session:

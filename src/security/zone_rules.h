@@ -17,6 +17,7 @@ class TZoneRules final {
   [[nodiscard]] TSecurityZone ZoneOf(const QString &address) const;
 
  private:
+  [[nodiscard]] bool IsWorkerWithoutScripts(const TCookie &cookie) const;
   [[nodiscard]] TZonePolicy PolicyOf(const QUrl &url, TUrlAction action) const;
 
   const TIEZoneMgr &m_zones;

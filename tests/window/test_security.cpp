@@ -7,7 +7,9 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QToolButton>
+#include <QWebEngineCookieStore>
 #include <QWebEnginePage>
+#include <QWebEngineProfile>
 
 #include "browser/page/permission_bar.h"
 #include "browser/page/permission_decisions.h"
@@ -200,6 +202,27 @@ class TestSecurity final : public QObject {
     QVERIFY(!QTest::qWaitFor([&] { return m_f.server.RequestCount("/ran") > 0; }, 2000));
   }
 
+  // A worker that a site has kept from before does not answer for it any more.
+  void ScriptsOfWorkers() {
+    m_f.server.Route("/worker.js",
+                     TTestResponse{.body = "onfetch = e => e.respondWith(new Response('<title>Worker</title>', "
+                                           "{headers: {'Content-Type': 'text/html'}}))",
+                                   .headers = {{"Content-Type", "text/javascript"}}});
+    m_f.server.Route("/begin", TTestResponse::Page("<script>navigator.serviceWorker.register('/worker.js');"
+                                                   "navigator.serviceWorker.ready.then(() => document.title = 'ready')"
+                                                   "</script>"));
+    m_f.server.RoutePage("/answered", "Server");
+    m_f.Open();
+    const QString page = m_f.server.Url(u"/answered"_s, u"worker.localhost"_s);
+    Load(m_f.server.Url(u"/begin"_s, u"worker.localhost"_s));
+    SOON(Active()->Title(), u"ready"_s);
+    Load(page);
+    SOON(Active()->Title(), u"Worker"_s);
+    QVERIFY(TZoneStore(*m_f.store).SetPolicy(3, TUrlAction::Scripting, TZoneStore::Disallow));
+    // Others' writes are looked for now and then.
+    QTRY_VERIFY((Load(page), Active()->Title() == u"Server"_s));
+  }
+
   // A window without an address is its maker's, until somebody else goes anywhere with it.
   void ScriptsOfWrittenWindows() {
     QVERIFY(TZoneStore(*m_f.store).SetPolicy(3, TUrlAction::Scripting, TZoneStore::Disallow));
@@ -273,6 +296,36 @@ class TestSecurity final : public QObject {
     m_f.window.reset();
     m_f.Open();
     // The engine reads them from the disk on a thread of its own.
+    QTRY_COMPARE(Sent(host), again);
+    QCOMPARE(Sent(host), again);
+  }
+
+  // What was stored before a rule goes by it, too: it ends with the program then, or at once.
+  void CookiesOfBefore_data() {
+    Columns<TCommand, QString>("refused", "sent");
+    Row("stored", TCommand::SecurityCookiesDisallow, u"session=1; stored=1"_s);
+    Row("session", TCommand::SecuritySessionDisallow, u"stored=1"_s);
+  }
+  void CookiesOfBefore() {
+    QFETCH(TCommand, refused);
+    m_f.server.Route("/set",
+                     TTestResponse{.body = "<title>Set</title>",
+                                   .headers = {{"Set-Cookie", "session=1"}, {"Set-Cookie", "stored=1; Max-Age=9999"}}});
+    m_f.server.RoutePage("/sent", "Sent");
+    const QString host = u"before-"_s + QString::fromLatin1(QTest::currentDataTag()) + u".localhost"_s;
+    m_f.Open();
+    Load(m_f.server.Url(u"/set"_s, host));
+    QTRY_COMPARE(Sent(host), u"session=1; stored=1"_s);
+    const QSignalSpy removed(Active()->Browser()->EnginePage()->profile()->cookieStore(),
+                             &QWebEngineCookieStore::cookieRemoved);
+    Action(refused)->trigger();
+    SOON(removed.isEmpty(), false);
+    QTEST(Sent(host), "sent");
+    m_f.window.reset();
+    TZoneStore zones(*m_f.store);
+    QVERIFY(zones.ResetPolicies(3));
+    m_f.Open();
+    const QString again = refused == TCommand::SecurityCookiesDisallow ? QString() : u"stored=1"_s;
     QTRY_COMPARE(Sent(host), again);
     QCOMPARE(Sent(host), again);
   }

@@ -46,6 +46,7 @@ TDownloadControlOptionSet ContentKindOf(int resourceType, const QUrl &url) {
 
 void TContentFilter::interceptRequest(QWebEngineUrlRequestInfo &info) {
   if (info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame) {
+    m_sawRequest = true;
     m_sentForm = info.requestMethod() == QByteArrayLiteral("POST");
   }
   const QUrl url = info.requestUrl();

@@ -20,9 +20,11 @@ class TContentFilter final : public QWebEngineUrlRequestInterceptor {
   // The kinds that the browser wants of the page being shown.
   void SetAllowed(TDownloadControlOptionSet allowed) { m_allowed = allowed; }
 
+  // Whether the page was requested at all; a worker of its site may have answered, whose requests are not seen here.
+  [[nodiscard]] bool SawRequest() const { return m_sawRequest; }
   // Whether the last request for a page itself, rather than a part of one, sent a form.
   [[nodiscard]] bool SentForm() const { return m_sentForm; }
-  void ForgetForm() { m_sentForm = false; }
+  void ForgetRequest() { m_sawRequest = m_sentForm = false; }
 
   void interceptRequest(QWebEngineUrlRequestInfo &info) override;
 
@@ -37,5 +39,6 @@ class TContentFilter final : public QWebEngineUrlRequestInterceptor {
  private:
   const TEngine &m_engine;
   TDownloadControlOptionSet m_allowed = AllDownloadControlOptions;
+  bool m_sawRequest = false;
   bool m_sentForm = false;
 };

@@ -68,6 +68,8 @@ class TEngine final : public QObject {
   [[nodiscard]] const TCertificateExceptions &Certificates() const { return m_certificates; }
 
   // All cookies go, and the decisions about what sites may do, both for good.
+  // After the policy has changed: cookies of before may not be kept any more.
+  void CheckCookies() { m_cookies.CheckAll(); }
   void ForgetCookies();
   void ForgetPermissions();
   // The stored copies of pages and pictures.

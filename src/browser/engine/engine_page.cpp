@@ -392,6 +392,8 @@ bool TEnginePage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
     return false;
   }
   m_cancelled.clear();
+  // A redirect belongs to what set out.
+  if (type != NavigationTypeRedirect) m_setOutByForm = type == NavigationTypeFormSubmitted;
   Begin(url, IsFromPage(type) && url != this->url());
   return true;
 }
@@ -402,7 +404,7 @@ void TEnginePage::Begin(const QUrl &url, bool byPage) {
   m_underWay = true;
   m_committed = false;
   m_pending = url;
-  m_filter->ForgetForm();
+  m_filter->ForgetRequest();
   m_problem.reset();
   m_filter->SetAllowed(m_rules->Limits());
   m_rules->Begin(url, byPage);
@@ -435,7 +437,7 @@ void TEnginePage::CommitIfPending() {
   m_rules->Commit(m_pending);
   m_answersLate = false;
   ForgetLeave();
-  m_fromForm = m_filter->SentForm();
+  m_fromForm = m_filter->SawRequest() ? m_filter->SentForm() : m_setOutByForm;
   m_dialogs->BeginPage();
   m_downloads->BeginPage();
   if (m_hangs) m_hangs->BeginPage();

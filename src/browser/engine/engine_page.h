@@ -149,6 +149,7 @@ class TEnginePage final : public QWebEnginePage {
   QUrl m_cancelled;          // A refused navigation whose beginning and end the engine is about to report.
   bool m_isUnsettled = false;
   bool m_insecureParts = false;
+  bool m_setOutByForm = false;  // or by a link that counts as one
   bool m_fromForm = false;
   std::function<void()> m_wanted;  // what the user wants instead of this page, until it sets out
   QElapsedTimer m_sinceWanted;

@@ -15,6 +15,11 @@ QString SiteOf(const QUrl &origin) {
   return origin.scheme() + QLatin1String("://") + origin.authority(QUrl::FullyEncoded);
 }
 
+// What makes two cookies the same one.
+QByteArray KeyOf(const QNetworkCookie &cookie) {
+  return cookie.domain().toUtf8() + ' ' + cookie.path().toUtf8() + ' ' + cookie.name();
+}
+
 }  // namespace
 
 void TSiteCookies::Watch(QWebEngineProfile &profile) {
@@ -32,7 +37,12 @@ void TSiteCookies::Watch(QWebEngineProfile &profile) {
     NoteAsked(request.origin);
     return MayKeep({.origin = request.origin, .firstParty = request.firstPartyUrl, .thirdParty = request.thirdParty});
   });
-  connect(m_store, &QWebEngineCookieStore::cookieAdded, this, &TSiteCookies::CheckKept);
+  connect(m_store, &QWebEngineCookieStore::cookieAdded, this, [this](const QNetworkCookie &cookie) {
+    m_kept.insert(KeyOf(cookie), cookie);
+    CheckKept(cookie);
+  });
+  connect(m_store, &QWebEngineCookieStore::cookieRemoved, this,
+          [this](const QNetworkCookie &cookie) { m_kept.remove(KeyOf(cookie)); });
 }
 
 void TSiteCookies::SetPolicy(TPolicy &policy) {
@@ -70,12 +80,14 @@ bool TSiteCookies::MayKeep(const TCookie &cookie) {
 // How long it is to last is told of a cookie only when it is there. A stored one that may only be kept for the session
 // becomes such a one.
 void TSiteCookies::CheckKept(const QNetworkCookie &cookie) {
-  const QUrl origin = OriginOf(cookie);
+  const std::optional<QUrl> origin = OriginOf(cookie);
+  if (origin && !IsKnown(*origin)) Learn(*origin);
+  const auto mayKeep = [&](TCookie::TLifetime lifetime) {
+    return origin ? MayKeep({.origin = *origin, .lifetime = lifetime}) : !IsRefused(cookie.domain(), lifetime);
+  };
   const bool session = cookie.isSessionCookie();
-  if (!IsKnown(origin)) Learn(origin);
-  const auto lifetime = session ? TCookie::TLifetime::Session : TCookie::TLifetime::Stored;
-  if (MayKeep({.origin = origin, .lifetime = lifetime})) return;
-  if (session || !MayKeep({.origin = origin, .lifetime = TCookie::TLifetime::Session})) {
+  if (mayKeep(session ? TCookie::TLifetime::Session : TCookie::TLifetime::Stored)) return;
+  if (session || !mayKeep(TCookie::TLifetime::Session)) {
     m_store->deleteCookie(cookie);
     return;
   }
@@ -84,7 +96,7 @@ void TSiteCookies::CheckKept(const QNetworkCookie &cookie) {
   // One that names a domain would be its sub-domains' too.
   const QString domain = cookie.domain();
   if (!domain.startsWith(u'.')) shortLived.setDomain(QString());
-  QUrl setter = origin;
+  QUrl setter = origin.value_or(QUrl(QStringLiteral("http://site")));
   setter.setHost(domain.startsWith(u'.') ? domain.mid(1) : domain);
   setter.setPath(cookie.path());
   if (cookie.isSecure()) setter.setScheme(QStringLiteral("https"));
@@ -105,19 +117,34 @@ void TSiteCookies::NoteAsked(const QUrl &origin) {
   if (m_askedOrigins.size() > MostOrigins) m_askedOrigins.removeLast();
 }
 
-QUrl TSiteCookies::OriginOf(const QNetworkCookie &cookie) {
+std::optional<QUrl> TSiteCookies::OriginOf(const QNetworkCookie &cookie) {
   const bool isDomain = cookie.domain().startsWith(u'.');
   const QString domain = isDomain ? cookie.domain().mid(1) : cookie.domain();
-  {
-    const QMutexLocker lock(&m_guard);
-    for (const QUrl &asked : std::as_const(m_askedOrigins)) {
-      const QString host = asked.host();
-      if (host == domain || (isDomain && host.endsWith(cookie.domain()))) return asked;
-    }
+  const QMutexLocker lock(&m_guard);
+  for (const QUrl &asked : std::as_const(m_askedOrigins)) {
+    const QString host = asked.host();
+    if (host == domain || (isDomain && host.endsWith(cookie.domain()))) return asked;
   }
-  QUrl origin;
-  origin.setScheme(cookie.isSecure() ? QStringLiteral("https") : QStringLiteral("http"));
-  origin.setHost(domain);
-  origin.setPath(cookie.path());
-  return origin;
+  return std::nullopt;
+}
+
+// Of one that was there before, only its host is known for sure: the user may have answered for either scheme and any
+// port of it, and what several sites share may be that of any of them.
+bool TSiteCookies::IsRefused(const QString &host, TCookie::TLifetime lifetime) {
+  if (host.startsWith(u'.')) return false;
+  const QMutexLocker lock(&m_guard);
+  for (const char *scheme : {"http", "https"}) {
+    QUrl origin;
+    origin.setScheme(QLatin1String(scheme));
+    origin.setHost(host);
+    const TCookieKinds asked = m_policy->CookiesToAskAbout(origin);
+    const bool isAsked = lifetime == TCookie::TLifetime::Stored ? asked.stored : asked.session;
+    if (isAsked || m_policy->MayKeepCookie({.origin = origin, .lifetime = lifetime})) return false;
+  }
+  return true;
+}
+
+void TSiteCookies::CheckAll() {
+  const QList<QNetworkCookie> kept = m_kept.values();
+  for (const QNetworkCookie &cookie : kept) CheckKept(cookie);
 }

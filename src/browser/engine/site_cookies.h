@@ -1,14 +1,15 @@
 #pragma once
 
+#include <optional>
 #include <QHash>
 #include <QList>
 #include <QMutex>
+#include <QNetworkCookie>
 #include <QObject>
 #include <QUrl>
 
 #include "browser/engine/policy.h"
 
-class QNetworkCookie;
 class QWebEngineCookieStore;
 class QWebEngineProfile;
 class TPermissionDecisions;
@@ -28,17 +29,23 @@ class TSiteCookies final : public QObject {
   void SetPolicy(TPolicy &policy);
   // Looks up what the user has decided for the site of `page`; before its first request is best.
   void Learn(const QUrl &page);
+  // The rules are others: what was kept before and may not be kept any more goes, or ends with the program. The engine
+  // tells nothing of what was kept before this run.
+  void CheckAll();
 
  private:
   [[nodiscard]] bool MayKeep(const TCookie &cookie);
   void CheckKept(const QNetworkCookie &cookie);
   [[nodiscard]] bool IsKnown(const QUrl &origin);
   void NoteAsked(const QUrl &origin);
-  [[nodiscard]] QUrl OriginOf(const QNetworkCookie &cookie);
+  // The site that was asked about last of those which may have set it.
+  [[nodiscard]] std::optional<QUrl> OriginOf(const QNetworkCookie &cookie);
+  [[nodiscard]] bool IsRefused(const QString &host, TCookie::TLifetime lifetime);
 
   QWebEngineCookieStore *m_store = nullptr;
   TPermissionDecisions *m_decisions = nullptr;
-  QMutex m_guard;  // of what follows: the engine asks on two threads
+  QHash<QByteArray, QNetworkCookie> m_kept;  // in this run
+  QMutex m_guard;                            // of what follows: the engine asks on two threads
   TPolicy *m_policy;
   QList<QUrl> m_askedOrigins;              // the latest first
   QHash<QString, TCookieKinds> m_allowed;  // by site: what the user has allowed
