@@ -232,6 +232,12 @@ class TestOptionsDialog final : public QObject {
     row("limit", spin("spnMaxTitle", 12), {u"LimitTitleLength=12"_s});
     row("no limit", press("chkLimitTitles"), {u"LimitTitleLength=0"_s});
     row("downloads", type("edtDownloadFolder", "/tmp"), {u"DownloadFolder=/tmp"_s});
+    row("downloads, after a question",
+        [](TestOptionsDialog &t) {
+          t.m_settings->Set(Setting::LastDownloadFolder, u"/var"_s);
+          t.Part<QLineEdit>(u"edtDownloadFolder"_s).setText(u"/tmp"_s);
+        },
+        {u"DownloadFolder=/tmp"_s, u"LastDownloadFolder="_s});
     row("auto refresh", [](TestOptionsDialog &t) { t.Part<QComboBox>(u"cboAutoRefresh"_s).setCurrentIndex(3); },
         {u"AutoRefresh=60000"_s});
     row("no sleep", spin("spnSleepMinutes", 0), {u"SleepMinutes=0"_s});
