@@ -192,10 +192,7 @@ QString TSideSearch::PageAddress(bool makersFirst) const {
   const QString home = m_environment.settings.Get(Setting::SearchBar);
   const auto listed = m_lists.Load(TSearchList::SearchBar);
   const QString first = listed && !listed->isEmpty() ? listed->first().address : QString();
-  for (const QString &address : {makersFirst ? makers : home, makersFirst ? home : makers, first}) {
-    if (!address.isEmpty()) return WithoutMark(address);
-  }
-  return QLatin1String(SearchPage::Address);
+  return WithoutMark(SearchPage::First({makersFirst ? makers : home, makersFirst ? home : makers, first}));
 }
 
 void TSideSearch::Open(const TAddress &address, TPlaceholder placeholder) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "browser/engine/search_page.h"
 #include "config/language.h"
 #include "config/settings.h"
 #include "ui_search_page.h"
@@ -22,12 +23,15 @@ TSearchPage::TSearchPage(const TLanguage &language, TSettings &settings, QWidget
   m_ui->lvSearchDefault->setCurrentRow(0);
 
   QComboBox &panel = *m_ui->cboSearchBar;
-  panel.addItem(language.Text("OPTIONS", "SearchPanelFirst"), SettingRule::DefaultSearchBar());
+  // Not empty where the maker has named none: the panel takes that for the first page of the list.
+  const QString makers = SettingRule::DefaultSearchBar();
+  panel.addItem(language.Text("OPTIONS", "SearchPanelFirst"), SearchPage::First({makers}));
   const std::optional<TNamedAddresses> pages = settings.Lists().SearchBarEntries();
   for (const TNamedAddress &page : pages ? *pages : TNamedAddresses()) {
     panel.addItem(page.name, page.address);
   }
-  const QString current = settings.Get(Setting::SearchBar);
+  const QString first = pages && !pages->isEmpty() ? pages->first().address : QString();
+  const QString current = SearchPage::First({settings.Get(Setting::SearchBar), makers, first});
   if (panel.findData(current) < 0) panel.addItem(current, current);
   panel.setCurrentIndex(panel.findData(current));
   m_panel = panel.currentIndex();
