@@ -461,6 +461,7 @@ class TestOptionsDialog final : public QObject {
     Open();
     QSignalSpy writtenNow(m_dialog.get(), &TfrmOptions::SearchesWritten);
     Part<QListWidget>(u"lvSearchDefault"_s).setCurrentRow(2);
+    QCOMPARE(Part<QListWidget>(u"lvSearchDefault"_s).item(0)->toolTip(), u"<qt>http://a.test/%s</qt>"_s);
     // The panel opens the first of its list while nothing is chosen.
     QCOMPARE(Part<QComboBox>(u"cboSearchBar"_s).currentIndex(), 1);
     Part<QComboBox>(u"cboSearchBar"_s).setCurrentIndex(0);

@@ -5,6 +5,7 @@
 #include "browser/engine/search_page.h"
 #include "config/language.h"
 #include "config/settings.h"
+#include "ui/shown_text.h"
 #include "ui_search_page.h"
 
 TSearchPage::TSearchPage(const TLanguage &language, TSettings &settings, QWidget *parent)
@@ -17,7 +18,7 @@ TSearchPage::TSearchPage(const TLanguage &language, TSettings &settings, QWidget
   m_ui->lvSearchDefault->setEnabled(searches.has_value());
   for (const TNamedAddress &search : searches ? *searches : TNamedAddresses()) {
     auto *row = new QListWidgetItem(search.name, m_ui->lvSearchDefault);
-    row->setToolTip(search.address.toHtmlEscaped());
+    row->setToolTip(PlainTip(search.address));
     row->setData(Qt::UserRole, search.address);
   }
   m_ui->lvSearchDefault->setCurrentRow(0);
