@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QMenu>
+#include <QScopedValueRollback>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <utility>
@@ -167,7 +168,12 @@ void TSideSearch::showEvent(QShowEvent *event) {
   // The blank page first, as a page of the engine's: it is what stands there while the other comes.
   connect(
       m_browser, &THalvexBrowser::DocumentComplete, this,
-      [this] { Open(TAddress(PageAddress(false)), TPlaceholder::Loading); },
+      [this] {
+        OpenFirst();
+        m_environment.settings.Follow(Setting::SearchBar, this, [this] {
+          if (!m_setsHome) OpenFirst();
+        });
+      },
       static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
   (void)m_browser->EnginePage();
   m_browser->ShowBlank();
@@ -207,6 +213,10 @@ void TSideSearch::Open(const TAddress &address, TPlaceholder placeholder) {
   m_browser->Navigate(address);
 }
 
+void TSideSearch::OpenFirst() {
+  Open(TAddress(PageAddress(false)), TPlaceholder::Loading);
+}
+
 void TSideSearch::tbChooseSearchBarClick() {
   Open(TAddress(PageAddress(true)), TPlaceholder::Loading);
 }
@@ -232,6 +242,7 @@ void TSideSearch::pmSearchHomeSetClick() {
   // What could not be opened is no page to come back to, and no page stands for none.
   if (!m_browser || m_browser->ShowsNotice()) return;
   const QString address = m_browser->LocationUrl();
+  const QScopedValueRollback sets(m_setsHome, true);
   m_environment.settings.Set(Setting::SearchBar, address == BlankPageAddress ? QString() : address);
 }
 
