@@ -21,9 +21,9 @@ TSystemNotificationArea::TSystemNotificationArea(QMenu *menu)
     : m_isOnBus(StatusNotifier::IsThere()), m_icon(std::make_unique<QSystemTrayIcon>(QApplication::windowIcon())) {
   m_icon->setContextMenu(menu);
   connect(m_icon.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+    if (reason == QSystemTrayIcon::DoubleClick) Q_EMIT Activated();
     // The bus knows no double click.
-    const bool isMeant = reason == QSystemTrayIcon::DoubleClick || (m_isOnBus && reason == QSystemTrayIcon::Trigger);
-    if (isMeant) Q_EMIT Activated();
+    if (m_isOnBus && reason == QSystemTrayIcon::Trigger) Q_EMIT Clicked();
   });
   connect(m_icon.get(), &QSystemTrayIcon::messageClicked, this, &TNotificationArea::MessageClicked);
   m_icon->show();

@@ -21,8 +21,10 @@ class TNotificationArea : public QObject {
   virtual void Tell(const QString &title, const QString &text) = 0;
 
  Q_SIGNALS:
-  // The icon was double-clicked; or clicked, on desktops that know nothing else.
+  // The icon was double-clicked.
   void Activated();
+  // It was clicked, on a desktop that tells of nothing else: a double click is two of these.
+  void Clicked();
   void MessageClicked();
 };
 

@@ -29,7 +29,7 @@ class TestTrayIcon final : public QObject, private TTabsFixture {
    private:
     TDesktop &m_desktop;
   };
-  enum TWay { ByWindow, ByMenu, ByIcon };
+  enum TWay { ByWindow, ByMenu, ByIcon, ByClicks };
 
   void MakeTray(bool on) {
     settings->Set(Setting::MinToTray, on);
@@ -40,6 +40,14 @@ class TestTrayIcon final : public QObject, private TTabsFixture {
     if (way == ByWindow) window->setWindowState(window->windowState() ^ Qt::WindowMinimized);
     if (way == ByMenu) actions->Menu(TMenu::Tray)->defaultAction()->trigger();
     if (way == ByIcon) Q_EMIT m_desktop.icon->Activated();
+    if (way != ByClicks) return;
+    // A double click where the desktop tells of each click alone.
+    const int interval = QApplication::doubleClickInterval();
+    for (const int span : {0, 600'000}) {
+      QApplication::setDoubleClickInterval(span);
+      Q_EMIT m_desktop.icon->Clicked();
+    }
+    QApplication::setDoubleClickInterval(interval);
   }
   [[nodiscard]] QString Caption() {
     QMenu *menu = actions->Menu(TMenu::Tray);
@@ -86,6 +94,7 @@ class TestTrayIcon final : public QObject, private TTabsFixture {
     Row("by the window, back by the menu", ByWindow, ByMenu, int(Qt::WindowNoState));
     Row("by the menu, back by the icon", ByMenu, ByIcon, int(Qt::WindowNoState));
     Row("by the icon, twice", ByIcon, ByIcon, int(Qt::WindowNoState));
+    Row("by single clicks, twice", ByClicks, ByClicks, int(Qt::WindowNoState));
     Row("maximised, by the window", ByWindow, ByIcon, int(Qt::WindowMaximized));
     Row("maximised, by the icon", ByIcon, ByIcon, int(Qt::WindowMaximized));
     Row("full screen", ByWindow, ByIcon, int(Qt::WindowFullScreen));
