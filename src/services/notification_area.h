@@ -28,7 +28,8 @@ class TNotificationArea : public QObject {
   void MessageClicked();
 };
 
-// The real one, with the program's icon in it for as long as the object lives, whenever the desktop has an area.
+// The real one, with the program's icon in it for as long as the object lives, whenever the desktop has an area, be it
+// that the area comes later than the program.
 class TSystemNotificationArea final : public TNotificationArea {
   Q_OBJECT
 
@@ -42,7 +43,11 @@ class TSystemNotificationArea final : public TNotificationArea {
   void Tell(const QString &title, const QString &text) override;
 
  private:
-  bool m_isOnBus;  // the desktop draws the icon, and is told of it over the session bus
-  std::unique_ptr<QSystemTrayIcon> m_icon;
+  void MakeIcon();
+
+  QMenu *m_menu;
+  QString m_hint;
+  bool m_isOnBus = false;                   // the desktop draws the icon, and is told of it over the session bus
+  std::unique_ptr<QSystemTrayIcon> m_icon;  // nullptr as long as there is nobody to show it
   TDesktopNotifications *m_notifications = nullptr;  // made with the first message
 };

@@ -1,9 +1,30 @@
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
 #include <QDialog>
 #include <QMenu>
+#include <QProcess>
+#include <QScopeGuard>
+#include <QThread>
 
+#include "platform/status_notifier.h"
 #include "services/notification_area.h"
 #include "services/tray_icon.h"
 #include "window/tabs_fixture.h"
+
+// A desktop's panel, as far as it takes icons and shows them.
+class TPanel final : public QDBusVirtualObject {
+ public:
+  std::atomic<bool> shows = false;
+  std::atomic<int> asked = 0;
+
+  QString introspect(const QString &) const override { return {}; }
+  bool handleMessage(const QDBusMessage &call, const QDBusConnection &bus) override {
+    ++asked;
+    return bus.send(call.createReply(QVariant::fromValue(QDBusVariant(shows.load()))));
+  }
+};
 
 // The icon in the notification area, and the window that waits behind it. The area is the test's own: offscreen there
 // is none.
@@ -58,9 +79,18 @@ class TestTrayIcon final : public QObject, private TTabsFixture {
  private Q_SLOTS:
   void initTestCase() {
     QApplication::setApplicationDisplayName(u"Zarvela"_s);
+    // Before anything asks for the session's.
+    m_bus.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
+    if (m_bus.waitForStarted() && m_bus.waitForReadyRead()) {
+      qputenv("DBUS_SESSION_BUS_ADDRESS", m_bus.readLine().trimmed());
+    }
     Prepare();
     server.RoutePage("/a", "Page A");
     server.RoutePage("/b", "Page B");
+  }
+  void cleanupTestCase() {
+    m_bus.kill();
+    m_bus.waitForFinished();
   }
   void init() {
     Begin();
@@ -155,6 +185,35 @@ class TestTrayIcon final : public QObject, private TTabsFixture {
     QTRY_VERIFY(window->isVisible());
   }
 
+  // A panel that starts after the program.
+  void AreaComesLate() {
+    if (m_bus.state() != QProcess::Running) QSKIP("dbus-daemon is not installed");
+    QMenu menu;
+    TSystemNotificationArea area(&menu);
+    QVERIFY(!area.IsThere());
+    TPanel panel;
+    QThread thread;  // the window waits for its answers
+    panel.moveToThread(&thread);
+    const auto end = qScopeGuard([&thread] {
+      QDBusConnection::disconnectFromBus(u"panel"_s);
+      thread.quit();
+      thread.wait();
+    });
+    thread.start();
+    const QString watcher = u"org.kde.StatusNotifierWatcher"_s;
+    QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"panel"_s);
+    QVERIFY(bus.registerVirtualObject(u"/StatusNotifierWatcher"_s, &panel));
+    QVERIFY(bus.registerService(watcher));
+    // It takes icons, but shows none yet.
+    QTRY_COMPARE(panel.asked.load(), 1);
+    QVERIFY(!StatusNotifier::HasHost());
+    QCoreApplication::processEvents();
+    panel.shows = true;
+    QVERIFY(!area.IsThere());
+    bus.send(QDBusMessage::createSignal(u"/StatusNotifierWatcher"_s, watcher, u"StatusNotifierHostRegistered"_s));
+    QTRY_VERIFY(area.IsThere());
+  }
+
   void Messages() {
     MakeTray(true);
     m_tray->Say(u"Zarvela"_s, u"nobody waits"_s);
@@ -232,6 +291,7 @@ class TestTrayIcon final : public QObject, private TTabsFixture {
 
  private:
   TDesktop m_desktop;
+  QProcess m_bus;
   std::unique_ptr<TTrayIcon> m_tray;
 };
 
