@@ -105,6 +105,8 @@ inline constexpr TIntegerSetting FavoritesHeight{"FavoritesHeight", 400};
 inline constexpr TStringSetting LastFavoritesFolder{"LastFavoritesFolder", ""};
 // Where downloads go, or where the question for it begins; empty, or one that cannot be written, for the desktop's own.
 inline constexpr TStringSetting DownloadFolder{"DownloadFolder", ""};
+// Where the question was answered with last, and begins from then on; empty, or one that cannot be written, for none.
+inline constexpr TStringSetting LastDownloadFolder{"LastDownloadFolder", ""};
 inline constexpr TFlagSetting DownloadAsk{"DownloadAsk", true};
 inline constexpr TFlagSetting DisableALTShortcuts{"DisableALTShortcuts", false};
 inline constexpr TFlagSetting BreakFavorites{"BreakFavorites", false};
@@ -130,7 +132,8 @@ inline constexpr auto All = std::to_array<TSetting>({
     CtrlShiftPre, CtrlShiftPost, FavoritesNewWin, HistoryNewWin, HistoryDays, SearchNewWin, LinksNewWin, QuickSearchNewWin,
     SearchBar, HalvexBarWidth, HBAutoExpand, HalvexBarPage, ViewAddressBar, ViewLinksBar, ViewToolbar, ViewStatusBar,
     ViewHalvexBar, FullScreen, FullscreenMenuBar, FullscreenStatusBar, Maximized, Left, Top, Width, Height,
-    FavoritesWidth, FavoritesHeight, LastFavoritesFolder, DownloadFolder, DownloadAsk, DisableALTShortcuts, BreakFavorites, ShowOpenAllFavorites, ToolbarShowColor,
+    FavoritesWidth, FavoritesHeight, LastFavoritesFolder, DownloadFolder, LastDownloadFolder, DownloadAsk,
+    DisableALTShortcuts, BreakFavorites, ShowOpenAllFavorites, ToolbarShowColor,
     UseCustomIcons, AutoRefresh, LanguageFile, LoadBHOs, VersionCheck, CheckedVersion, LastPong, New,
     FlyswatEnabled, FlyswatShowLinks, FlyswatAgreed
 });

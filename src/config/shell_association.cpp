@@ -82,13 +82,31 @@ bool TShellAssociation::SetKeys(const QString &className, bool on) {
   return true;
 }
 
-void TShellAssociation::Set(const QString &className, bool on) {
-  if (!SetKeys(className, on)) return;
-  if (on) {
-    MakeDesktopDefault({className});
-  } else {
-    TakeBackDesktopDefault({className}, false);
+void TShellAssociation::Change(const QStringList &on, const QStringList &off) {
+  QStringList taken;
+  QStringList left;
+  for (const QString &className : AllClasses()) {
+    if (on.contains(className) && SetKeys(className, true)) taken.append(className);
+    if (off.contains(className) && SetKeys(className, false)) left.append(className);
   }
+  // First, since part of it is done at once, and no tool may be at the same lists then.
+  if (!left.isEmpty()) TakeBackDesktopDefault(left, false);
+  if (taken.isEmpty()) return;
+  // The last of them makes the program the desktop's browser, which is more than the single types.
+  const auto rows = DesktopTypes(AllClasses());
+  const bool isWhole = !DesktopTypes(taken).isEmpty() &&
+                       std::ranges::all_of(rows, [this](const auto &row) { return IsOurs(row.first); });
+  MakeDesktopDefault(isWhole ? AllClasses() : taken);
+}
+
+void TShellAssociation::Set(const QString &className, bool on) {
+  on ? Change({className}, {}) : Change({}, {className});
+}
+
+void TShellAssociation::SetOnly(const QStringList &classes) {
+  QStringList others = AllClasses();
+  others.removeIf([&](const QString &className) { return classes.contains(className); });
+  Change(classes, others);
 }
 
 void TShellAssociation::SetAll(bool on) {

@@ -31,6 +31,8 @@ class TShellAssociation final {
   // Switching a class off puts the verb "open" back, but only where the verb is still the program's own; the program's
   // verb key is left in place.
   void Set(const QString &className, bool on);
+  // Switches these on and the others off, class by class in their order; the desktop is told once, of what has changed.
+  void SetOnly(const QStringList &classes);
   void SetAll(bool on);
   // Takes everything back that the program has registered itself with.
   void Unregister();
@@ -38,6 +40,8 @@ class TShellAssociation final {
  private:
   // False when nothing was to be done.
   bool SetKeys(const QString &className, bool on);
+  // Classes that are named in neither stay as they are.
+  void Change(const QStringList &on, const QStringList &off);
   void MakeDesktopDefault(const QStringList &classes);
   void TakeBackDesktopDefault(const QStringList &classes, bool forget);
 

@@ -27,6 +27,7 @@ const QString Section = QStringLiteral("Desktop Entry");
 // Marks the entry that is ours to take away again.
 const QString WrittenMark = QStringLiteral("X-Zarvela-Written");
 const QString WebTypes[] = {QStringLiteral("x-scheme-handler/http"), QStringLiteral("x-scheme-handler/https")};
+const QString PageType = QStringLiteral("text/html");
 
 QString OwnEntryFile() {
   return QStandardPaths::writableLocation(QStandardPaths::ApplicationsLocation) + u'/' + OwnId;
@@ -105,7 +106,8 @@ TDesktopDefaults::TBefore TDesktopDefaults::Make(const QStringList &types) {
     if (!chosen.isEmpty() && chosen != OwnId) before.insert(type, chosen);
   }
   MakeKnown();
-  if (IsWebBrowser(types)) Run(BrowserCommand(OwnId));
+  // It takes the type of pages along, which may be meant to stay with another program.
+  if (IsWebBrowser(types) && types.contains(PageType)) Run(BrowserCommand(OwnId));
   Run(TypesCommand(OwnId, types));
   return before;
 }

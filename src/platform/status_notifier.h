@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QDBusServiceWatcher>
+#include <QObject>
+
 // Notification areas that draw the icons by themselves, as they are told over the session bus (StatusNotifierItem).
 namespace StatusNotifier {
 
@@ -10,3 +13,22 @@ namespace StatusNotifier {
 [[nodiscard]] bool HasHost();
 
 }  // namespace StatusNotifier
+
+// Tells when somebody begins to show icons: panels may start long after the program. Looks at nothing by itself before
+// something changes, and never where the session has no bus.
+class TStatusNotifierWatch final : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit TStatusNotifierWatch(QObject *parent = nullptr);
+
+ Q_SIGNALS:
+  // Once for each that comes, at least.
+  void HostCame();
+
+ private Q_SLOTS:
+  void Look();
+
+ private:
+  QDBusServiceWatcher m_watcher;
+};

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QMenu>
+#include <QScopedValueRollback>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <utility>
@@ -167,7 +168,12 @@ void TSideSearch::showEvent(QShowEvent *event) {
   // The blank page first, as a page of the engine's: it is what stands there while the other comes.
   connect(
       m_browser, &THalvexBrowser::DocumentComplete, this,
-      [this] { Open(TAddress(PageAddress(false)), TPlaceholder::Loading); },
+      [this] {
+        OpenFirst();
+        m_environment.settings.Follow(Setting::SearchBar, this, [this] {
+          if (!m_setsHome) OpenFirst();
+        });
+      },
       static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
   (void)m_browser->EnginePage();
   m_browser->ShowBlank();
@@ -192,10 +198,7 @@ QString TSideSearch::PageAddress(bool makersFirst) const {
   const QString home = m_environment.settings.Get(Setting::SearchBar);
   const auto listed = m_lists.Load(TSearchList::SearchBar);
   const QString first = listed && !listed->isEmpty() ? listed->first().address : QString();
-  for (const QString &address : {makersFirst ? makers : home, makersFirst ? home : makers, first}) {
-    if (!address.isEmpty()) return WithoutMark(address);
-  }
-  return QLatin1String(SearchPage::Address);
+  return WithoutMark(SearchPage::First({makersFirst ? makers : home, makersFirst ? home : makers, first}));
 }
 
 void TSideSearch::Open(const TAddress &address, TPlaceholder placeholder) {
@@ -208,6 +211,10 @@ void TSideSearch::Open(const TAddress &address, TPlaceholder placeholder) {
   if (isAsked && placeholder == TPlaceholder::Loading) m_browser->ShowText(LoadingPage());
   if (isAsked) m_routing.PassNext();
   m_browser->Navigate(address);
+}
+
+void TSideSearch::OpenFirst() {
+  Open(TAddress(PageAddress(false)), TPlaceholder::Loading);
 }
 
 void TSideSearch::tbChooseSearchBarClick() {
@@ -235,6 +242,7 @@ void TSideSearch::pmSearchHomeSetClick() {
   // What could not be opened is no page to come back to, and no page stands for none.
   if (!m_browser || m_browser->ShowsNotice()) return;
   const QString address = m_browser->LocationUrl();
+  const QScopedValueRollback sets(m_setsHome, true);
   m_environment.settings.Set(Setting::SearchBar, address == BlankPageAddress ? QString() : address);
 }
 

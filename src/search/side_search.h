@@ -58,6 +58,8 @@ class TSideSearch final : public QWidget {
   // The page to begin with: the user's choice, else the maker's, else the first of the list, else our own; with
   // `makersFirst` the maker's before the user's.
   [[nodiscard]] QString PageAddress(bool makersFirst) const;
+  // At first, and when another page was chosen elsewhere.
+  void OpenFirst();
   void Open(const TAddress &address, TPlaceholder placeholder = TPlaceholder::None);
   void OpenInMain(const TAddress &address, bool byUser);
   [[nodiscard]] bool MayOpen(const TAddress &address, bool byUser) const;
@@ -71,6 +73,7 @@ class TSideSearch final : public QWidget {
   TSearchRouting m_routing;
   std::shared_ptr<TWindowBudget> m_windows;  // that its pages may open, results that no click asked for included
   bool m_wasShown = false;
+  bool m_setsHome = false;    // the page that is there is being made the one to begin with
   bool m_isUnderWay = false;  // a navigation was let through and has not ended yet
   bool m_hasArrived = true;   // its page has begun to arrive
 

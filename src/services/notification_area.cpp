@@ -17,30 +17,49 @@ QString WithoutMarkup(QString text) {
 
 }  // namespace
 
-TSystemNotificationArea::TSystemNotificationArea(QMenu *menu)
-    : m_isOnBus(StatusNotifier::IsThere()), m_icon(std::make_unique<QSystemTrayIcon>(QApplication::windowIcon())) {
-  m_icon->setContextMenu(menu);
-  connect(m_icon.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
-    // The bus knows no double click.
-    const bool isMeant = reason == QSystemTrayIcon::DoubleClick || (m_isOnBus && reason == QSystemTrayIcon::Trigger);
-    if (isMeant) Q_EMIT Activated();
+TSystemNotificationArea::TSystemNotificationArea(QMenu *menu) : m_menu(menu) {
+  // The toolkit looks for an area on the bus once, with the first icon, and never again in the same run. With X11 it
+  // has another way and follows areas that come; elsewhere there must be one by then.
+  if (QGuiApplication::platformName() == QLatin1String("xcb") || StatusNotifier::HasHost()) {
+    MakeIcon();
+    return;
+  }
+  auto *watch = new TStatusNotifierWatch(this);
+  connect(watch, &TStatusNotifierWatch::HostCame, this, [this, watch] {
+    watch->deleteLater();
+    if (m_icon == nullptr) MakeIcon();
   });
-  connect(m_icon.get(), &QSystemTrayIcon::messageClicked, this, &TNotificationArea::MessageClicked);
-  m_icon->show();
 }
 
 TSystemNotificationArea::~TSystemNotificationArea() = default;
 
+void TSystemNotificationArea::MakeIcon() {
+  m_isOnBus = StatusNotifier::IsThere();
+  m_icon = std::make_unique<QSystemTrayIcon>(QApplication::windowIcon());
+  m_icon->setContextMenu(m_menu);
+  connect(m_icon.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+    if (reason == QSystemTrayIcon::DoubleClick) Q_EMIT Activated();
+    // The bus knows no double click.
+    if (m_isOnBus && reason == QSystemTrayIcon::Trigger) Q_EMIT Clicked();
+  });
+  connect(m_icon.get(), &QSystemTrayIcon::messageClicked, this, &TNotificationArea::MessageClicked);
+  m_icon->setToolTip(m_hint);
+  m_icon->show();
+}
+
 bool TSystemNotificationArea::IsThere() const {
+  if (m_icon == nullptr) return false;
   // What the toolkit says of the bus is what it found there first.
   return m_isOnBus ? StatusNotifier::HasHost() : QSystemTrayIcon::isSystemTrayAvailable();
 }
 
 void TSystemNotificationArea::SetHint(const QString &hint) {
-  m_icon->setToolTip(WithoutMarkup(hint));
+  m_hint = WithoutMarkup(hint);
+  if (m_icon != nullptr) m_icon->setToolTip(m_hint);
 }
 
 void TSystemNotificationArea::Tell(const QString &title, const QString &text) {
+  if (m_icon == nullptr) return;
   if (!m_isOnBus) {
     m_icon->showMessage(title, text);
     return;

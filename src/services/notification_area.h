@@ -21,12 +21,15 @@ class TNotificationArea : public QObject {
   virtual void Tell(const QString &title, const QString &text) = 0;
 
  Q_SIGNALS:
-  // The icon was double-clicked; or clicked, on desktops that know nothing else.
+  // The icon was double-clicked.
   void Activated();
+  // It was clicked, on a desktop that tells of nothing else: a double click is two of these.
+  void Clicked();
   void MessageClicked();
 };
 
-// The real one, with the program's icon in it for as long as the object lives, whenever the desktop has an area.
+// The real one, with the program's icon in it for as long as the object lives, whenever the desktop has an area, be it
+// that the area comes later than the program.
 class TSystemNotificationArea final : public TNotificationArea {
   Q_OBJECT
 
@@ -40,7 +43,11 @@ class TSystemNotificationArea final : public TNotificationArea {
   void Tell(const QString &title, const QString &text) override;
 
  private:
-  bool m_isOnBus;  // the desktop draws the icon, and is told of it over the session bus
-  std::unique_ptr<QSystemTrayIcon> m_icon;
+  void MakeIcon();
+
+  QMenu *m_menu;
+  QString m_hint;
+  bool m_isOnBus = false;                   // the desktop draws the icon, and is told of it over the session bus
+  std::unique_ptr<QSystemTrayIcon> m_icon;  // nullptr as long as there is nobody to show it
   TDesktopNotifications *m_notifications = nullptr;  // made with the first message
 };

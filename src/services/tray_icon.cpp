@@ -61,6 +61,7 @@ void TTrayIcon::Apply() {
   }
   m_area = m_makeArea();
   connect(m_area.get(), &TNotificationArea::Activated, this, &TTrayIcon::Toggle);
+  connect(m_area.get(), &TNotificationArea::Clicked, this, &TTrayIcon::TakeClick);
   connect(m_area.get(), &TNotificationArea::MessageClicked, this, &TTrayIcon::BringBack);
   m_isMinimized ? TakeMinimized() : TakeRestored();
   if (m_window->isVisible() && !m_area->IsThere()) Q_EMIT Note(m_language.Text("MAIN", "TrayMissing"));
@@ -90,6 +91,13 @@ void TTrayIcon::Toggle() {
   } else {
     m_window->setWindowState(m_window->windowState() | Qt::WindowMinimized);
   }
+}
+
+void TTrayIcon::TakeClick() {
+  // The second one of a double click would take back what the first has done.
+  if (m_clicked.isValid() && m_clicked.elapsed() < QApplication::doubleClickInterval()) return;
+  m_clicked.start();
+  Toggle();
 }
 
 void TTrayIcon::TakeMinimized() {

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 
@@ -45,6 +46,7 @@ class TTrayIcon final : public QObject {
  private:
   void Apply();
   void Toggle();
+  void TakeClick();
   void TakeMinimized();
   void TakeRestored();
   void UpdateMenu();
@@ -59,7 +61,8 @@ class TTrayIcon final : public QObject {
   TSettings &m_settings;
   TMakeArea m_makeArea;
   std::unique_ptr<TNotificationArea> m_area;
-  QTimer m_look{this};  // tmrTray; whether the area is still there
+  QTimer m_look{this};      // tmrTray; whether the area is still there
+  QElapsedTimer m_clicked;  // since the last click that counted
   bool m_isMinimized = false;
   std::unique_ptr<TWindowHiding> m_hiding;  // the window that is away waits behind its icon
 };

@@ -31,7 +31,7 @@ constexpr struct {
     {"HalvexBarWidth", "234"}, {"HBAutoExpand", "1"}, {"HalvexBarPage", "0"}, {"ViewAddressBar", "1"}, {"ViewLinksBar", "1"},
     {"ViewToolbar", "1"}, {"ViewStatusBar", "1"}, {"ViewHalvexBar", "0"}, {"FullScreen", "0"},
     {"FullscreenMenuBar", "0"}, {"FullscreenStatusBar", "0"}, {"Maximized", "0"}, {"Left", "10"}, {"Top", "10"},
-    {"FavoritesWidth", "250"}, {"FavoritesHeight", "400"}, {"LastFavoritesFolder", ""}, {"DownloadFolder", ""}, {"DownloadAsk", "1"}, {"DisableALTShortcuts", "0"}, {"BreakFavorites", "0"},
+    {"FavoritesWidth", "250"}, {"FavoritesHeight", "400"}, {"LastFavoritesFolder", ""}, {"DownloadFolder", ""}, {"LastDownloadFolder", ""}, {"DownloadAsk", "1"}, {"DisableALTShortcuts", "0"}, {"BreakFavorites", "0"},
     {"ShowOpenAllFavorites", "1"}, {"ToolbarShowColor", "0"}, {"UseCustomIcons", "1"}, {"AutoRefresh", "0"},
     {"LanguageFile", "zveng.ini"}, {"LoadBHOs", "0"}, {"VersionCheck", "1"}, {"CheckedVersion", "155"},
     {"LastPong", "0"}, {"New", "0"}, {"FlyswatEnabled", "1"}, {"FlyswatShowLinks", "1"}, {"FlyswatAgreed", ""},

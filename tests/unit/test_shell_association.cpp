@@ -137,6 +137,40 @@ class TestShellAssociation final : public QObject {
     QCOMPARE(DesktopFiles::Read(DesktopFiles::Applications() + OwnId), entry);
   }
 
+  // Row by row, and the desktop in one: which has a browser when all that it knows of is the program's.
+  void ClassesTogether() {
+    TFakePrograms programs;
+    programs.Add(u"xdg-settings"_s);
+    programs.Add(u"xdg-mime"_s);
+    DesktopFiles::WriteEntry(u"other"_s, "Exec=other %u\n");
+    const QByteArray others =
+        "[Default Applications]\ntext/html=other.desktop\nx-scheme-handler/http=other.desktop\n"
+        "x-scheme-handler/https=other.desktop\n";
+    TDesktopDefaults desktop;
+    TShellAssociation association(*m_store, &desktop);
+    const QString web = u"x-scheme-handler/http|x-scheme-handler/https"_s;
+    const auto only = [&](const QStringList &classes, const QByteArray &choices) {
+      DesktopFiles::Write(DesktopFiles::Choices(), choices);
+      programs.Forget();
+      association.SetOnly(classes);
+      QVERIFY(desktop.WaitForDone(Soon));
+      for (const char *name : TShellAssociation::Classes) {
+        QCOMPARE(association.IsOurs(QString::fromLatin1(name)), classes.contains(QLatin1String(name)));
+      }
+    };
+    QStringList classes{u"http"_s, u"https"_s};
+    only(classes, others);
+    QCOMPARE(programs.Calls(), QStringList(u"xdg-mime|default|zarvela.desktop|"_s + web));
+    classes += {u"htmlfile"_s, u"file"_s, u"InternetShortcut"_s};
+    only(classes, QByteArray(others).replace("http=other", "http=zarvela").replace("https=other", "https=zarvela"));
+    QCOMPARE(programs.Calls(), (QStringList{u"xdg-settings|set|default-web-browser|zarvela.desktop"_s, Types(OwnId)}));
+    only(classes, QByteArray(others).replace("other", "zarvela"));
+    QCOMPARE(programs.Calls(), QStringList());
+    only({u"file"_s}, QByteArray(others).replace("other", "zarvela"));
+    QCOMPARE(programs.Calls(),
+             (QStringList{u"xdg-settings|set|default-web-browser|other.desktop"_s, Types(u"other.desktop"_s)}));
+  }
+
   // Without the desktop's tools there are the keys alone.
   void NoTools() {
     TFakePrograms programs(TFakePrograms::TReach::Alone);

@@ -81,7 +81,7 @@ class TestDownloads final : public QObject, private TDownloadsFixture {
     QCOMPARE(Content(In(u"elsewhere/mine.txt"_s)), "content");
     QCOMPARE(active.size(), 2);
     QCOMPARE(active.last().first().toInt(), 0);
-    // The next one starts in the folder that was used last.
+    // The next question starts in the folder that was used last.
     m_answer = u""_s;
     Download(u"/file"_s);
     QTRY_COMPARE_WITH_TIMEOUT(m_suggested, In(u"elsewhere/file.txt"_s), LongWait);
@@ -89,11 +89,14 @@ class TestDownloads final : public QObject, private TDownloadsFixture {
     QCOMPARE(list->rowCount(), 1);
     QCOMPARE(QDir(folder->path()).entryList({u"file*"_s}, QDir::Files), QStringList());
     QCOMPARE(QDir(In(u"elsewhere"_s)).entryList(QDir::Files), QStringList{u"mine.txt"_s});
-    QCOMPARE(store->Read(TRegistryHive::CurrentUser, key, u"DownloadFolder"_s).value_or(QString()), In(u"elsewhere"_s));
     QVERIFY(list->Open(0) && list->OpenFolder(0));
     QCOMPARE(m_opened, (QStringList{In(u"elsewhere/mine.txt"_s), In(u"elsewhere"_s)}));
     QVERIFY(QFile::remove(In(u"elsewhere/mine.txt"_s)));
     QVERIFY(!list->Open(0));
+    // It is none for what nobody is asked about.
+    QVERIFY(store->Write(TRegistryHive::CurrentUser, key, u"DownloadAsk"_s, u"0"_s));
+    Get(u"/file"_s);
+    QCOMPARE(Path(0), In(u"file.txt"_s));
   }
 
   void neverOverwritesWithoutAsking() {

@@ -232,6 +232,12 @@ class TestOptionsDialog final : public QObject {
     row("limit", spin("spnMaxTitle", 12), {u"LimitTitleLength=12"_s});
     row("no limit", press("chkLimitTitles"), {u"LimitTitleLength=0"_s});
     row("downloads", type("edtDownloadFolder", "/tmp"), {u"DownloadFolder=/tmp"_s});
+    row("downloads, after a question",
+        [](TestOptionsDialog &t) {
+          t.m_settings->Set(Setting::LastDownloadFolder, u"/var"_s);
+          t.Part<QLineEdit>(u"edtDownloadFolder"_s).setText(u"/tmp"_s);
+        },
+        {u"DownloadFolder=/tmp"_s, u"LastDownloadFolder="_s});
     row("auto refresh", [](TestOptionsDialog &t) { t.Part<QComboBox>(u"cboAutoRefresh"_s).setCurrentIndex(3); },
         {u"AutoRefresh=60000"_s});
     row("no sleep", spin("spnSleepMinutes", 0), {u"SleepMinutes=0"_s});
@@ -455,14 +461,17 @@ class TestOptionsDialog final : public QObject {
     Open();
     QSignalSpy writtenNow(m_dialog.get(), &TfrmOptions::SearchesWritten);
     Part<QListWidget>(u"lvSearchDefault"_s).setCurrentRow(2);
-    Part<QComboBox>(u"cboSearchBar"_s).setCurrentIndex(1);
+    QCOMPARE(Part<QListWidget>(u"lvSearchDefault"_s).item(0)->toolTip(), u"<qt>http://a.test/%s</qt>"_s);
+    // The panel opens the first of its list while nothing is chosen.
+    QCOMPARE(Part<QComboBox>(u"cboSearchBar"_s).currentIndex(), 1);
+    Part<QComboBox>(u"cboSearchBar"_s).setCurrentIndex(0);
     OK();
     QCOMPARE(writtenNow.size(), 1);
     QStringList names;
     const TNamedAddresses entries = lists.QuickSearchEntries().value_or(TNamedAddresses());
     for (const TNamedAddress &entry : entries) names.append(entry.name + entry.address);
     QCOMPARE(names, QStringList({u"cc"_s, u"ahttp://a.test/%s"_s, u"b"_s}));
-    QCOMPARE(m_settings->Get(Setting::SearchBar), u"http://panel.test/"_s);
+    QCOMPARE(m_settings->Get(Setting::SearchBar), u"zarvela:search"_s);
     // One that somebody else has given another address meanwhile is not the one that was chosen.
     Open();
     Part<QListWidget>(u"lvSearchDefault"_s).setCurrentRow(2);

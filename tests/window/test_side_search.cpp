@@ -422,11 +422,11 @@ class TestSideSearch final : public QObject {
   void ShowPanel(const QString &path) {
     // Another address each time.
     const QString address = m_f.server.Url(QString("%1?%2").arg(path).arg(++m_shown));
-    m_f.settings->Set(Setting::SearchBar, address);
     if (m_panel) {
       while (m_f.tabs->TabCount() > 1) m_f.tabs->Tab(1)->Close();
-      Button("tbSearchBar")->click();
-    } else {
+    }
+    m_f.settings->Set(Setting::SearchBar, address);
+    if (!m_panel) {
       MakePanel();
       m_panel->show();
     }

@@ -102,9 +102,15 @@ class TestSideSearchPage final : public QObject {
          {std::pair(0, "pmSearchFavsAdd"), {1, "pmSearchHomeSet"}, {2, "pmSearchFavsOrg"}}) {
       QCOMPARE(fixed.at(place)->objectName(), name);
     }
-    m_f.settings->Set(Setting::SearchBar, "http://a.test/");
+    // What is chosen elsewhere is opened; what is chosen here is there.
+    m_f.settings->Set(Setting::SearchBar, m_f.server.Url("/result"));
+    QTRY_COMPARE_WITH_TIMEOUT(Panel().LocationUrl(), m_f.server.Url("/result"), m_f.LoadTime);
+    m_f.settings->Set(Setting::SearchBar, m_f.server.Url("/panel"));
+    QTRY_COMPARE_WITH_TIMEOUT(Panel().LocationName(), "Panel page", m_f.LoadTime);
+    Run("document.getElementById('i').value = 'as it was'");
     fixed.at(1)->trigger();
     QCOMPARE(m_f.settings->Get(Setting::SearchBar), m_f.server.Url("/panel"));
+    QCOMPARE(AnswerOf(*Panel().EnginePage(), "document.getElementById('i')?.value"), "as it was");
     OnModalDialog<QDialog>([&](QDialog &dialog) {
       QCOMPARE(dialog.windowTitle(), m_f.language.Text("SEARCH_ENGINE", "OrganizeSearchBar"));
       dialog.reject();

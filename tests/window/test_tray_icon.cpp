@@ -1,9 +1,30 @@
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
 #include <QDialog>
 #include <QMenu>
+#include <QProcess>
+#include <QScopeGuard>
+#include <QThread>
 
+#include "platform/status_notifier.h"
 #include "services/notification_area.h"
 #include "services/tray_icon.h"
 #include "window/tabs_fixture.h"
+
+// A desktop's panel, as far as it takes icons and shows them.
+class TPanel final : public QDBusVirtualObject {
+ public:
+  std::atomic<bool> shows = false;
+  std::atomic<int> asked = 0;
+
+  QString introspect(const QString &) const override { return {}; }
+  bool handleMessage(const QDBusMessage &call, const QDBusConnection &bus) override {
+    ++asked;
+    return bus.send(call.createReply(QVariant::fromValue(QDBusVariant(shows.load()))));
+  }
+};
 
 // The icon in the notification area, and the window that waits behind it. The area is the test's own: offscreen there
 // is none.
@@ -29,7 +50,7 @@ class TestTrayIcon final : public QObject, private TTabsFixture {
    private:
     TDesktop &m_desktop;
   };
-  enum TWay { ByWindow, ByMenu, ByIcon };
+  enum TWay { ByWindow, ByMenu, ByIcon, ByClicks };
 
   void MakeTray(bool on) {
     settings->Set(Setting::MinToTray, on);
@@ -40,6 +61,14 @@ class TestTrayIcon final : public QObject, private TTabsFixture {
     if (way == ByWindow) window->setWindowState(window->windowState() ^ Qt::WindowMinimized);
     if (way == ByMenu) actions->Menu(TMenu::Tray)->defaultAction()->trigger();
     if (way == ByIcon) Q_EMIT m_desktop.icon->Activated();
+    if (way != ByClicks) return;
+    // A double click where the desktop tells of each click alone.
+    const int interval = QApplication::doubleClickInterval();
+    for (const int span : {0, 600'000}) {
+      QApplication::setDoubleClickInterval(span);
+      Q_EMIT m_desktop.icon->Clicked();
+    }
+    QApplication::setDoubleClickInterval(interval);
   }
   [[nodiscard]] QString Caption() {
     QMenu *menu = actions->Menu(TMenu::Tray);
@@ -50,9 +79,18 @@ class TestTrayIcon final : public QObject, private TTabsFixture {
  private Q_SLOTS:
   void initTestCase() {
     QApplication::setApplicationDisplayName(u"Zarvela"_s);
+    // Before anything asks for the session's.
+    m_bus.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
+    if (m_bus.waitForStarted() && m_bus.waitForReadyRead()) {
+      qputenv("DBUS_SESSION_BUS_ADDRESS", m_bus.readLine().trimmed());
+    }
     Prepare();
     server.RoutePage("/a", "Page A");
     server.RoutePage("/b", "Page B");
+  }
+  void cleanupTestCase() {
+    m_bus.kill();
+    m_bus.waitForFinished();
   }
   void init() {
     Begin();
@@ -86,6 +124,7 @@ class TestTrayIcon final : public QObject, private TTabsFixture {
     Row("by the window, back by the menu", ByWindow, ByMenu, int(Qt::WindowNoState));
     Row("by the menu, back by the icon", ByMenu, ByIcon, int(Qt::WindowNoState));
     Row("by the icon, twice", ByIcon, ByIcon, int(Qt::WindowNoState));
+    Row("by single clicks, twice", ByClicks, ByClicks, int(Qt::WindowNoState));
     Row("maximised, by the window", ByWindow, ByIcon, int(Qt::WindowMaximized));
     Row("maximised, by the icon", ByIcon, ByIcon, int(Qt::WindowMaximized));
     Row("full screen", ByWindow, ByIcon, int(Qt::WindowFullScreen));
@@ -144,6 +183,35 @@ class TestTrayIcon final : public QObject, private TTabsFixture {
     m_tray->findChild<QTimer *>(u"tmrTray"_s)->setInterval(0);
     m_desktop.hasArea = false;
     QTRY_VERIFY(window->isVisible());
+  }
+
+  // A panel that starts after the program.
+  void AreaComesLate() {
+    if (m_bus.state() != QProcess::Running) QSKIP("dbus-daemon is not installed");
+    QMenu menu;
+    TSystemNotificationArea area(&menu);
+    QVERIFY(!area.IsThere());
+    TPanel panel;
+    QThread thread;  // the window waits for its answers
+    panel.moveToThread(&thread);
+    const auto end = qScopeGuard([&thread] {
+      QDBusConnection::disconnectFromBus(u"panel"_s);
+      thread.quit();
+      thread.wait();
+    });
+    thread.start();
+    const QString watcher = u"org.kde.StatusNotifierWatcher"_s;
+    QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"panel"_s);
+    QVERIFY(bus.registerVirtualObject(u"/StatusNotifierWatcher"_s, &panel));
+    QVERIFY(bus.registerService(watcher));
+    // It takes icons, but shows none yet.
+    QTRY_COMPARE(panel.asked.load(), 1);
+    QVERIFY(!StatusNotifier::HasHost());
+    QCoreApplication::processEvents();
+    panel.shows = true;
+    QVERIFY(!area.IsThere());
+    bus.send(QDBusMessage::createSignal(u"/StatusNotifierWatcher"_s, watcher, u"StatusNotifierHostRegistered"_s));
+    QTRY_VERIFY(area.IsThere());
   }
 
   void Messages() {
@@ -223,6 +291,7 @@ class TestTrayIcon final : public QObject, private TTabsFixture {
 
  private:
   TDesktop m_desktop;
+  QProcess m_bus;
   std::unique_ptr<TTrayIcon> m_tray;
 };
 

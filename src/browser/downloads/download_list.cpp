@@ -134,7 +134,9 @@ void TDownloadList::TakeNewRequest(QWebEngineDownloadRequest *request) {
   const bool beginsNow = mayRun || IsInside(address);
   if (verdict == TVerdict::Allowed) {
     if (!beginsNow) return LetWait(request, nullptr);
-    return Begin(AddItem(address, FreePath(request->suggestedFileName()), TDownloadState::Running), request);
+    return Begin(
+        AddItem(address, FreePath(m_saveQuestion.Folder(), request->suggestedFileName()), TDownloadState::Running),
+        request);
   }
   // What comes by itself while the user is asked where something is to go, or right after it, must not keep him busy:
   // it waits in the list, once. What he has clicked meanwhile is asked about next.
@@ -168,7 +170,8 @@ void TDownloadList::LetWait(QWebEngineDownloadRequest *request, TPageDownloads *
         asks, &TPageDownloads::Answered, this, [this, asks](bool allow) { OnAnswered(asks, allow); },
         Qt::SingleShotConnection);
   }
-  TItem &item = AddItem(request->url(), FreePath(request->suggestedFileName()), TDownloadState::Waiting);
+  TItem &item =
+      AddItem(request->url(), FreePath(m_saveQuestion.Folder(), request->suggestedFileName()), TDownloadState::Waiting);
   item.suggestedName = request->suggestedFileName();
   item.asks = asks;
   if (!inside) return request->cancel();
@@ -209,9 +212,8 @@ void TDownloadList::StartNext() {
   }
 }
 
-QString TDownloadList::FreePath(const QString &name) const {
-  return FileNames::FreePath(m_saveQuestion.Folder(),
-                             FileNames::Safe(name, m_language.Text("DOWNLOADS", "FallbackName")),
+QString TDownloadList::FreePath(const QString &folder, const QString &name) const {
+  return FileNames::FreePath(folder, FileNames::Safe(name, m_language.Text("DOWNLOADS", "FallbackName")),
                              [this](const QString &path) { return IsBeingWritten(path); });
 }
 

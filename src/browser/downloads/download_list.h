@@ -115,7 +115,7 @@ class TDownloadList final : public QAbstractListModel {
   void StartNext();
   void CountActive();
   [[nodiscard]] int RunningCount() const;
-  [[nodiscard]] QString FreePath(const QString &name) const;
+  [[nodiscard]] QString FreePath(const QString &folder, const QString &name) const;
   void TakeRetry(TItem &item, QWebEngineDownloadRequest *request);
   // Accepts the request into the item's path, or fails the item where its folder cannot be written.
   void Begin(TItem &item, QWebEngineDownloadRequest *request);

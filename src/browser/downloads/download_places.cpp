@@ -28,7 +28,7 @@ void TDownloadList::AskForPlace(TItem &item, QWebEngineDownloadRequest *request)
   const QString id = item.id;
   item.waitsForPlace = true;
   item.state = TDownloadState::Waiting;
-  const QString suggested = FreePath(item.suggestedName);
+  const QString suggested = FreePath(m_saveQuestion.FirstFolder(), item.suggestedName);
   QPointer<QWebEngineDownloadRequest> alive(request);
   if (!m_saveQuestion.IsOpen()) {
     const auto answer = std::make_shared<TAnswer>();
@@ -102,8 +102,8 @@ void TDownloadList::AskForNextPlace() {
   if (next == m_items.rend()) return;
   const TItem &item = **next;
   m_asking = item.id;
-  m_saveQuestion.Ask(item.path.isEmpty() ? FreePath(item.suggestedName) : item.path, item.window,
-                     [this, id = item.id](const QString &path) { TakePlace(id, path); });
+  m_saveQuestion.Ask(item.path.isEmpty() ? FreePath(m_saveQuestion.FirstFolder(), item.suggestedName) : item.path,
+                     item.window, [this, id = item.id](const QString &path) { TakePlace(id, path); });
 }
 
 void TDownloadList::MoveToPlace(TItem &item) {

@@ -10,6 +10,14 @@
 #include "config/language.h"
 #include "config/options.h"
 
+namespace {
+
+bool IsPlace(const QString &folder) {
+  return !folder.isEmpty() && QFileInfo(folder).isDir() && QFileInfo(folder).isWritable();
+}
+
+}  // namespace
+
 TSaveQuestion::TSaveQuestion(const TLanguage &language, TRegistryStore &store, QObject *parent)
     : QObject(parent), m_language(language), m_store(store) {}
 
@@ -18,13 +26,16 @@ void TSaveQuestion::SetChooseFile(TChooseFile chooseFile) {
   m_chooseFile = std::move(chooseFile);
 }
 
+bool TSaveQuestion::IsAsked() const {
+  return (m_asksWithDialog || m_chooseFile) && TZVOptions(m_store).Get(Setting::DownloadAsk);
+}
+
 bool TSaveQuestion::Disturbs() const {
   return m_isOpen || (m_closed.isValid() && m_closed.elapsed() < m_pause);
 }
 
 void TSaveQuestion::Ask(const QString &suggested, QWidget *window, const TDone &done) {
-  const bool isAnybodyAsked = m_asksWithDialog || m_chooseFile;
-  if (!isAnybodyAsked || !TZVOptions(m_store).Get(Setting::DownloadAsk)) return done(suggested);
+  if (!IsAsked()) return done(suggested);
   m_isOpen = true;
   const int number = ++m_number;
   m_finish = [self = QPointer(this), number, done](const QString &path) {
@@ -33,7 +44,7 @@ void TSaveQuestion::Ask(const QString &suggested, QWidget *window, const TDone &
     self->m_closed.start();
     if (path.isEmpty()) return done({});
     const QFileInfo chosen(path);
-    TZVOptions(self->m_store).Set(Setting::DownloadFolder, chosen.absolutePath());
+    TZVOptions(self->m_store).Set(Setting::LastDownloadFolder, chosen.absolutePath());
     done(chosen.absoluteFilePath());
   };
   const TDone finish = m_finish;
@@ -61,8 +72,13 @@ void TSaveQuestion::ShowDialog(const QString &suggested, QWidget *window, const 
 }
 
 QString TSaveQuestion::Folder() const {
-  const QString last = TZVOptions(m_store).Get(Setting::DownloadFolder);
-  if (!last.isEmpty() && QFileInfo(last).isDir() && QFileInfo(last).isWritable()) return last;
+  const QString chosen = TZVOptions(m_store).Get(Setting::DownloadFolder);
+  if (IsPlace(chosen)) return chosen;
   const QString downloads = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
   return QDir().mkpath(downloads) ? downloads : QDir::homePath();
+}
+
+QString TSaveQuestion::FirstFolder() const {
+  const QString last = IsAsked() ? TZVOptions(m_store).Get(Setting::LastDownloadFolder) : QString();
+  return IsPlace(last) ? last : Folder();
 }

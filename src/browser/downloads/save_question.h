@@ -12,7 +12,8 @@ class TLanguage;
 class TRegistryStore;
 
 // Where a download is to go: one file dialog at a time, beside which everything else goes on. It begins in the folder
-// that was chosen last. While the setting DownloadAsk is off nobody is asked, and all goes into that folder.
+// of its last answer. While the setting DownloadAsk is off nobody is asked, and all goes into the user's folder for
+// downloads, which no answer changes.
 class TSaveQuestion final : public QObject {
   Q_OBJECT
 
@@ -34,9 +35,13 @@ class TSaveQuestion final : public QObject {
   void Ask(const QString &suggested, QWidget *window, const TDone &done);
   // Gives up what is open, as the user's "cancel" does: what it was asked for is gone. A late answer counts nothing.
   void Close();
+  // Where goes what nobody is asked about.
   [[nodiscard]] QString Folder() const;
+  // Where the question begins; the same folder while nobody is asked.
+  [[nodiscard]] QString FirstFolder() const;
 
  private:
+  [[nodiscard]] bool IsAsked() const;
   void ShowDialog(const QString &suggested, QWidget *window, const TDone &done);
 
   const TLanguage &m_language;

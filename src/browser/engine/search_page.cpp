@@ -1,8 +1,14 @@
 #include "browser/engine/search_page.h"
 
+#include <algorithm>
 #include <QUrl>
 
 namespace SearchPage {
+
+QString First(std::initializer_list<QString> addresses) {
+  const auto *first = std::ranges::find_if_not(addresses, &QString::isEmpty);
+  return first != addresses.end() ? *first : QString::fromLatin1(Address);
+}
 
 std::optional<QString> WordsOf(const QString &address) {
   constexpr QLatin1String Start("def:find?q=");

@@ -38,6 +38,10 @@ bool TDownloadsPage::IsGood() {
 }
 
 void TDownloadsPage::Write() {
-  m_settings.Set(Setting::DownloadFolder, m_ui->edtDownloadFolder->text());
+  if (const QString folder = m_ui->edtDownloadFolder->text(); folder != m_settings.Get(Setting::DownloadFolder)) {
+    m_settings.Set(Setting::DownloadFolder, folder);
+    // The next question begins there.
+    if (m_settings.IsChosen(Setting::LastDownloadFolder)) m_settings.Set(Setting::LastDownloadFolder, QString());
+  }
   m_settings.Set(Setting::DownloadAsk, m_ui->chkDownloadAsk->isChecked());
 }

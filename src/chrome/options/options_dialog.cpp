@@ -290,10 +290,12 @@ void TfrmOptions::cmdOKClick() {
 }
 
 void TfrmOptions::WriteAssociations() {
+  QStringList wanted;
   for (size_t i = 0; i < std::size(TShellAssociation::Classes); ++i) {
-    const bool wanted = m_ui->clbDefaultBrowser->item(int(i))->checkState() == Qt::Checked;
-    m_association.Set(QString::fromLatin1(TShellAssociation::Classes[i]), wanted);
+    const bool isWanted = m_ui->clbDefaultBrowser->item(int(i))->checkState() == Qt::Checked;
+    if (isWanted) wanted.append(QString::fromLatin1(TShellAssociation::Classes[i]));
   }
+  m_association.SetOnly(wanted);
 }
 
 bool TfrmOptions::HasGroupToStart() {

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 
+#include "browser/engine/search_page.h"
 #include "config/language.h"
 #include "config/settings.h"
+#include "ui/shown_text.h"
 #include "ui_search_page.h"
 
 TSearchPage::TSearchPage(const TLanguage &language, TSettings &settings, QWidget *parent)
@@ -16,18 +18,21 @@ TSearchPage::TSearchPage(const TLanguage &language, TSettings &settings, QWidget
   m_ui->lvSearchDefault->setEnabled(searches.has_value());
   for (const TNamedAddress &search : searches ? *searches : TNamedAddresses()) {
     auto *row = new QListWidgetItem(search.name, m_ui->lvSearchDefault);
-    row->setToolTip(search.address.toHtmlEscaped());
+    row->setToolTip(PlainTip(search.address));
     row->setData(Qt::UserRole, search.address);
   }
   m_ui->lvSearchDefault->setCurrentRow(0);
 
   QComboBox &panel = *m_ui->cboSearchBar;
-  panel.addItem(language.Text("OPTIONS", "SearchPanelFirst"), SettingRule::DefaultSearchBar());
+  // Not empty where the maker has named none: the panel takes that for the first page of the list.
+  const QString makers = SettingRule::DefaultSearchBar();
+  panel.addItem(language.Text("OPTIONS", "SearchPanelFirst"), SearchPage::First({makers}));
   const std::optional<TNamedAddresses> pages = settings.Lists().SearchBarEntries();
   for (const TNamedAddress &page : pages ? *pages : TNamedAddresses()) {
     panel.addItem(page.name, page.address);
   }
-  const QString current = settings.Get(Setting::SearchBar);
+  const QString first = pages && !pages->isEmpty() ? pages->first().address : QString();
+  const QString current = SearchPage::First({settings.Get(Setting::SearchBar), makers, first});
   if (panel.findData(current) < 0) panel.addItem(current, current);
   panel.setCurrentIndex(panel.findData(current));
   m_panel = panel.currentIndex();
