@@ -4,8 +4,11 @@
 #include "browser/engine/engine.h"
 #include "browser/page/permission_decisions.h"
 #include "browser/tabs/auto_refresh.h"
+#include "config/language.h"
+#include "config/registry_paths.h"
 #include "config/settings.h"
 #include "ui/dialog_gate.h"
+#include "ui/message_box.h"
 
 TOptionsCommand::TOptionsCommand(QWidget *window, TActions &actions, TSettings &settings, TDesktopDefaults &desktop,
                                  TEngine &engine, const THistoryStore &history, const TAutoRefresh &autoRefresh,
@@ -26,6 +29,13 @@ TOptionsCommand::TOptionsCommand(QWidget *window, TActions &actions, TSettings &
 
 void TOptionsCommand::Open() {
   if (DialogGate::IsClosed()) return;
+  // Its controls would show the defaults, and OK would write those over what is there. Associations, lists and settings
+  // lie in one file.
+  const TRegistryStore &store = m_parts.settings.Store();
+  if (!store.KnownValues(TRegistryHive::CurrentUser, RegistryKey::CurrentVersion)) {
+    ShowWarning(m_window, m_parts.language, m_parts.language.Text("MAIN", "StoreNotRead"));
+    return;
+  }
   auto *dialog = new TfrmOptions(m_parts, m_offers, m_window);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   connect(dialog, &TfrmOptions::PopupListWritten, this, &TOptionsCommand::PopupListWritten);

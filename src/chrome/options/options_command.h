@@ -9,7 +9,7 @@ class TActions;
 class TAutoRefresh;
 class TEngine;
 
-// The command "Options".
+// The command "Options". While the store cannot be read it opens no dialog, but tells the user so.
 class TOptionsCommand final : public QObject {
   Q_OBJECT
 
