@@ -18,6 +18,7 @@
 #include "config/settings.h"
 #include "groups/group_folder.h"
 #include "ui/contrast.h"
+#include "ui/dialog_placing.h"
 #include "ui/ink_icon.h"
 #include "ui/shown_text.h"
 #include "ui_options_dialog.h"
@@ -129,7 +130,7 @@ void TfrmOptions::MakeTree() {
   for (int i = 0; i < tree.topLevelItemCount(); ++i) tree.topLevelItem(i)->setHidden(!IsOffered(i));
   TurnTo(0);
   // As high as may be, for the sake of the tree.
-  resize(std::min(sizeHint().width(), FittingWidth), FittingHeight);
+  ResizeOnScreen(*this, {std::min(sizeHint().width(), FittingWidth), FittingHeight});
 }
 
 void TfrmOptions::ConnectControls() {
