@@ -40,9 +40,18 @@ class TestOptionsPages final : public QObject, private TOptionsFixture {
     }
   }
 
-  // Colours that nobody has chosen stay so: the strip goes on following the desktop.
+  // Colours that nobody has chosen stay so: the strip goes on following the desktop, and they are what is shown.
   void Colours() {
     Open();
+    Part<QStackedWidget>(u"pcOptions"_s).setCurrentWidget(&Part<QWidget>(u"tsColors"_s));
+    auto &strip = Part<TZVPageControl>(u"pg"_s);
+    QTRY_VERIFY(!strip.TabRect(strip.Page(1)).isEmpty());
+    const QImage picture = strip.grab().toImage();
+    const auto swatch = [this](const char *name) {
+      return Part<QWidget>(QLatin1String(name)).palette().color(QPalette::Window);
+    };
+    QCOMPARE(swatch("pnlTabColor"), picture.pixelColor(strip.TabRect(strip.Page(1)).center() - QPoint(0, 12)));
+    QCOMPARE(swatch("pnlFontColor"), strip.palette().color(QPalette::WindowText));
     OK();
     QVERIFY(!settings->IsChosen(Setting::InactiveTabColor));
     settings->Set(Setting::InactiveTabColor, 0x102030);

@@ -6,6 +6,7 @@
 #include <QPointer>
 
 #include "browser/tabs/auto_refresh.h"
+#include "browser/tabs/strip_settings.h"
 #include "chrome/options/certificates_page.h"
 #include "chrome/options/downloads_page.h"
 #include "chrome/options/search_page.h"
@@ -160,8 +161,13 @@ void TfrmOptions::Load() {
   m_ui->radColorReverse->setChecked(scheme == QLatin1String("rev"));
   m_ui->radColorCustom->setChecked(!m_ui->radColorStandard->isChecked() && !m_ui->radColorReverse->isChecked());
   m_hasColors = m_settings.IsChosen(Setting::InactiveTabColor) || m_settings.IsChosen(Setting::InactiveFontColor);
-  SetSwatch(m_ui->pnlTabColor, ColorOf(m_settings.Get(Setting::InactiveTabColor)));
-  SetSwatch(m_ui->pnlFontColor, ColorOf(m_settings.Get(Setting::InactiveFontColor)));
+  // Of colours that nobody has chosen the strip knows nothing, so the swatches do not show those of the table.
+  TInactiveTabColors colors = TInactiveTabColors::OfStrip(m_ui->pg->palette());
+  if (m_hasColors) {
+    colors = {ColorOf(m_settings.Get(Setting::InactiveTabColor)), ColorOf(m_settings.Get(Setting::InactiveFontColor))};
+  }
+  SetSwatch(m_ui->pnlTabColor, colors.tab);
+  SetSwatch(m_ui->pnlFontColor, colors.font);
   QRadioButton *actions[] = {m_ui->radNewActionBlank, m_ui->radNewActionCurrent, m_ui->radNewActionHome};
   // Somebody else may have stored what is none.
   actions[qBound(0, m_settings.Get(Setting::NewAction), 2)]->setChecked(true);
