@@ -67,8 +67,18 @@ class TOptionsFixture {
     dialog->show();
   }
   [[nodiscard]] TfrmOptions::TParts PartsIn(TLanguage &texts) {
-    return {texts,        *settings,    *association, *history,
-            *permissions, certificates, *scripts,     [this] { return settings->Get(Setting::AutoRefresh); }};
+    return {texts,
+            *settings,
+            *association,
+            *history,
+            *permissions,
+            certificates,
+            *scripts,
+            [this] { return settings->Get(Setting::AutoRefresh); },
+            {[this] { return *TIEOptions(*store).KnownStates(); },
+             [this](const TContentStates &on) {
+               for (const TContentSwitch which : ContentSwitches) TIEOptions(*store).Set(which, on.at(size_t(which)));
+             }}};
   }
   void OK() const { Part(u"cmdOK"_s).click(); }
   // All that the store holds, in order.
@@ -81,6 +91,10 @@ class TOptionsFixture {
             all.append(QLatin1String(one.name) + u'=' + (isChosen ? QVariant(settings->Get(one)).toString() : u"-"_s));
           },
           setting);
+    }
+    const QString browser = QString::fromLatin1(RegistryKey::SystemBrowser);
+    for (const TRegistryValue &value : store->Values(TRegistryHive::CurrentUser, browser)) {
+      all.append(value.name + u'=' + value.data);
     }
     return all + settings->Lists().PopupList().value_or(QStringList());
   }

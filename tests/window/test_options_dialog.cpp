@@ -1,6 +1,7 @@
 #include <functional>
 #include <QSpinBox>
 
+#include "browser/tabs/home_page.h"
 #include "ui/confirm_dialog.h"
 #include "window/options_fixture.h"
 
@@ -53,6 +54,10 @@ class TestOptionsDialog final : public QObject, private TOptionsFixture {
     row("chkFullscreenMenuBar", "FullscreenMenuBar");
     row("chkFullscreenStatusBar", "FullscreenStatusBar");
     row("chkDownloadAsk", "DownloadAsk");
+    row("chkContentImages", "Display Inline Images");
+    row("chkContentVideos", "Display Inline Videos");
+    row("chkContentSounds", "Play_Background_Sounds");
+    row("chkContentAnimations", "Play_Animations");
     row("chkFlyswatEnabled", "FlyswatEnabled");
     row("chkFlyswatShowLinks", "FlyswatShowLinks");
   }
@@ -116,6 +121,7 @@ class TestOptionsDialog final : public QObject, private TOptionsFixture {
     row("quick search", tick("clbNewTabs", 5), {u"QuickSearchNewWin=false"_s});
     row("last", press("rdoStartupLast"), {u"StartupMode=Last"_s});
     row("blank start", press("rdoStartupBlank"), {u"StartupMode=Blank"_s});
+    row("home page", type("edtHomePage", "http://home.test/"), {u"Start Page=http://home.test/"_s});
     row("Ctrl", type("edtCtrlPre", "a"), {u"CtrlPre=a"_s});
     row("Ctrl behind", type("edtCtrlPost", "b"), {u"CtrlPost=b"_s});
     row("Shift", type("edtShiftPre", "c"), {u"ShiftPre=c"_s});
@@ -155,13 +161,14 @@ class TestOptionsDialog final : public QObject, private TOptionsFixture {
     QVERIFY(store->CreateKey(TRegistryHive::CurrentUser, script));
     Open();
     Part<QTreeWidget>(u"lvScripts"_s).topLevelItem(0)->setCheckState(0, Qt::Unchecked);
-    for (const char *box : {"chkMinToTray", "radColorStandard"}) Part(QLatin1String(box)).click();
+    for (const char *box : {"chkMinToTray", "radColorStandard", "chkContentImages"}) Part(QLatin1String(box)).click();
     QStringList order;
     QStringList seen;
     connect(settings.get(), &TSettings::Changed, dialog.get(), [&](const char *name) {
       order.append(QLatin1String(name));
       if (order.last() == u"LoadBHOs"_s && !scripts->Entries().first().isOn) seen.append(u"scripts"_s);
       if (order.last() == u"TabColorScheme"_s && settings->Get(Setting::MinToTray)) seen.append(u"tray"_s);
+      if (!TIEOptions(*store).Get(TContentSwitch::Images)) seen.append(u"content"_s);
     });
     connect(dialog.get(), &TfrmOptions::PopupListWritten, dialog.get(), [&] { order.append(u"pop-ups"_s); });
     OK();
@@ -243,18 +250,36 @@ class TestOptionsDialog final : public QObject, private TOptionsFixture {
     QCOMPARE(settings->Get(Setting::HistoryDays), 7);
   }
 
-  // What cannot take downloads is not taken, with all the rest.
-  void DownloadFolder() {
+  // What cannot take downloads, or be the home page, is not taken, with all the rest.
+  void Untakable() {
     Open();
     const QStringList before = Stored();
-    for (const QString &place : {folder->filePath(u"none"_s), folder->filePath(u"registry.sqlite"_s), u"."_s}) {
-      Part<QLineEdit>(u"edtDownloadFolder"_s).setText(place);
-      OnModalDialog<QMessageBox>([](QMessageBox &box) { box.accept(); });
+    const auto refused = [&](const char *field, const char *page, const QStringList &texts) {
+      auto &box = Part<QLineEdit>(QLatin1String(field));
+      const QString good = box.text();
+      for (const QString &text : texts) {
+        box.setText(text);
+        OnModalDialog<QMessageBox>([](QMessageBox &message) { message.accept(); });
+        OK();
+        QTRY_VERIFY(QApplication::activeModalWidget() != nullptr);
+        QTRY_VERIFY(dialog->findChild<QMessageBox *>() == nullptr);
+        QVERIFY(dialog->isVisible() && Part<QWidget>(QLatin1String(page)).isVisible());
+        QCOMPARE(Stored(), before);
+      }
+      box.setText(good);
+    };
+    refused("edtDownloadFolder", "tsDownloads",
+            {folder->filePath(u"none"_s), folder->filePath(u"registry.sqlite"_s), u"."_s});
+    refused("edtHomePage", "tsStartup", {u"no address"_s, u"javascript:alert(1)"_s, u"mailto:a@b.test"_s});
+    // As the address bar would open it; and what somebody else has stored stays.
+    for (const auto &[typed, chosen] :
+         {std::pair(u"home.test"_s, u"http://home.test"_s), {u" "_s, QString()}, {u"no address"_s, u"no address"_s}}) {
+      if (typed == chosen) HomePage::Choose(*store, chosen);
+      Open();
+      Part<QLineEdit>(u"edtHomePage"_s).setText(typed);
       OK();
-      QTRY_VERIFY(QApplication::activeModalWidget() != nullptr);
-      QTRY_VERIFY(dialog->findChild<QMessageBox *>() == nullptr);
-      QVERIFY(dialog->isVisible() && Part<QWidget>(u"tsDownloads"_s).isVisible());
-      QCOMPARE(Stored(), before);
+      QVERIFY(!dialog->isVisible());
+      QCOMPARE(HomePage::Chosen(*store), chosen);
     }
   }
 

@@ -4,6 +4,7 @@
 #include <QSpinBox>
 
 #include "browser/strip/page_control.h"
+#include "browser/tabs/home_page.h"
 #include "chrome/options/user_scripts_page.h"
 #include "window/options_fixture.h"
 
@@ -223,6 +224,8 @@ class TestOptionsPages final : public QObject, private TOptionsFixture {
     row("b.test", "tsPermissions", "lvRows");
     row("x&y.test", "tsPopupHalvex", "lvPopupHalvex");
     row("http://www.", "tsAddressCompletion", "edtCtrlPre");
+    row("play VIDEOS", "tsContent", "chkContentVideos");
+    row("home.test", "tsStartup", "edtHomePage");
     row("place of none", "tsDownloads", "edtDownloadFolder");
     row("caption…", "tsColors", "btnGetFontColor");
     row("on no page at all", "", "");
@@ -233,6 +236,7 @@ class TestOptionsPages final : public QObject, private TOptionsFixture {
     QFETCH(QString, page);
     QFETCH(QString, part);
     settings->Set(Setting::SleepMinutes, 0);
+    HomePage::Choose(*store, u"http://home.test/"_s);
     settings->Lists().SetPopupList({u"*x&y.test*"_s});
     permissions->Remember(QUrl(u"https://b.test"_s), TPermission::Camera, TPermissionDecision::Allowed);
     Open();

@@ -7,12 +7,14 @@
 #include "config/language.h"
 #include "config/registry_paths.h"
 #include "config/settings.h"
+#include "content/content_switches.h"
 #include "ui/dialog_gate.h"
 #include "ui/message_box.h"
 
 TOptionsCommand::TOptionsCommand(QWidget *window, TActions &actions, TSettings &settings, TDesktopDefaults &desktop,
                                  TEngine &engine, const THistoryStore &history, const TAutoRefresh &autoRefresh,
-                                 TUserScripts &scripts, TLanguage &language, const TfrmOptions::TOffers &offers)
+                                 TContentSwitches &content, TUserScripts &scripts, TLanguage &language,
+                                 const TfrmOptions::TOffers &offers)
     : m_window(window),
       m_association(settings.Store(), &desktop),
       m_parts{language,
@@ -22,7 +24,8 @@ TOptionsCommand::TOptionsCommand(QWidget *window, TActions &actions, TSettings &
               TPermissionDecisions::Of(engine.Profile()),
               engine.Certificates(),
               scripts,
-              [&autoRefresh] { return autoRefresh.Interval(); }},
+              [&autoRefresh] { return autoRefresh.Interval(); },
+              {[&content] { return content.States(); }, [&content](const TContentStates &on) { content.Set(on); }}},
       m_offers(offers) {
   connect(actions[TCommand::Options], &QAction::triggered, this, &TOptionsCommand::Open);
 }

@@ -7,6 +7,7 @@
 
 class TActions;
 class TAutoRefresh;
+class TContentSwitches;
 class TEngine;
 
 // The command "Options". While the store cannot be read it opens no dialog, but tells the user so.
@@ -16,8 +17,8 @@ class TOptionsCommand final : public QObject {
  public:
   // `window` owns the dialog. All must outlive this object.
   TOptionsCommand(QWidget *window, TActions &actions, TSettings &settings, TDesktopDefaults &desktop, TEngine &engine,
-                  const THistoryStore &history, const TAutoRefresh &autoRefresh, TUserScripts &scripts,
-                  TLanguage &language, const TfrmOptions::TOffers &offers);
+                  const THistoryStore &history, const TAutoRefresh &autoRefresh, TContentSwitches &content,
+                  TUserScripts &scripts, TLanguage &language, const TfrmOptions::TOffers &offers);
 
  Q_SIGNALS:
   // As the dialog tells them.

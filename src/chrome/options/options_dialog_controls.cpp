@@ -36,16 +36,27 @@ struct TPage {
   const char *icon;
 };
 constexpr TPage Pages[] = {
-    {{"OPTIONS", "PageGeneral"}, "settings"},     {{"OPTIONS", "PageTabs"}, "tab_list"},
-    {{"OPTIONS", "PageColors"}, "pictures"},      {{"OPTIONS", "PageNewTabs"}, "new_tab"},
-    {{"OPTIONS", "PageStartup"}, "home"},         {{"OPTIONS", "PageCompletion"}, "edit"},
-    {{"OPTIONS", "PagePopups"}, "popup_blocked"}, {{"OPTIONS", "PageAddressBar"}, "go"},
-    {{"OPTIONS", "PageQuestions"}, "question"},   {{"OPTIONS", "PageFavorites"}, "favorites"},
-    {{"OPTIONS", "PageDefault"}, "open"},         {{"OPTIONS", "PageHistory"}, "history"},
-    {{"OPTIONS", "PageLanguage"}, "text_size"},   {{"OPTIONS", "PageBars"}, "full_screen"},
-    {{"OPTIONS", "PageDownloads"}, "downloads"},  {{"OPTIONS", "PageSearch"}, "search"},
-    {{"OPTIONS", "PagePermissions"}, "security"}, {{"OPTIONS", "PageCertificates"}, "lock"},
-    {{"OPTIONS", "PageScripts"}, "source"},       {{"OPTIONS", "PageAnnotations"}, "information"},
+    {{"OPTIONS", "PageGeneral"}, "settings"},
+    {{"OPTIONS", "PageTabs"}, "tab_list"},
+    {{"OPTIONS", "PageColors"}, "pictures"},
+    {{"OPTIONS", "PageNewTabs"}, "new_tab"},
+    {{"OPTIONS", "PageStartup"}, "home"},
+    {{"OPTIONS", "PageCompletion"}, "edit"},
+    {{"OPTIONS", "PagePopups"}, "popup_blocked"},
+    {{"OPTIONS", "PageAddressBar"}, "go"},
+    {{"OPTIONS", "PageQuestions"}, "question"},
+    {{"OPTIONS", "PageFavorites"}, "favorites"},
+    {{"OPTIONS", "PageDefault"}, "open"},
+    {{"OPTIONS", "PageHistory"}, "history"},
+    {{"OPTIONS", "PageLanguage"}, "text_size"},
+    {{"OPTIONS", "PageBars"}, "full_screen"},
+    {{"OPTIONS", "PageDownloads"}, "downloads"},
+    {{"OPTIONS", "PageSearch"}, "search"},
+    {{"OPTIONS", "PageContent"}, "page"},
+    {{"OPTIONS", "PagePermissions"}, "security"},
+    {{"OPTIONS", "PageCertificates"}, "lock"},
+    {{"OPTIONS", "PageScripts"}, "source"},
+    {{"OPTIONS", "PageAnnotations"}, "information"},
 };
 
 // The columns' headers and the rows of a list.
