@@ -292,9 +292,13 @@ class TestOptionsPages final : public QObject, private TOptionsFixture {
     QVERIFY(texts.LoadFile(SourceFile(QStringLiteral("Languages/") + file)));
     TfrmOptions options(PartsIn(texts), All);
     options.show();
-    const QRect screen = options.screen()->availableGeometry();
-    QVERIFY2(options.width() <= qMin(800, screen.width()) && options.height() <= qMin(560, screen.height()),
-             qPrintable(u"%1x%2"_s.arg(options.width()).arg(options.height())));
+    const auto isWithin = [&options](const QSize &room) { return options.size().boundedTo(room) == options.size(); };
+    const QSize frame(20, 60);
+    const QSize screen = options.screen()->availableSize();
+    QVERIFY2(isWithin(screen - frame), qPrintable(u"%1x%2"_s.arg(options.width()).arg(options.height())));
+    const QSize smallest = QSize(800, 600).boundedTo(screen) - frame;
+    options.resize(options.size().boundedTo(smallest));
+    QVERIFY2(isWithin(smallest), qPrintable(u"%1x%2"_s.arg(options.width()).arg(options.height())));
     auto &ok = *options.findChild<QWidget *>(u"cmdOK"_s);
     QVERIFY(options.rect().contains(QRect(ok.mapTo(&options, QPoint()), ok.size())));
     auto *pages = options.findChild<QStackedWidget *>(u"pcOptions"_s);

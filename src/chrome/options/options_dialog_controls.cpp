@@ -28,7 +28,7 @@ namespace {
 constexpr int TreeMargin = 56;     // pixels, for icon and frame beside the longest name
 constexpr int MarkStrength = 70;   // of the highlight's colour behind what a search has found, of 255
 constexpr int FittingWidth = 780;  // pixels; with the window's frame it has room on the smallest screens
-constexpr int FittingHeight = 540;
+constexpr int HeightOfTree = 590;  // with all of its pages, where there is room for them
 
 // The title of a page and its picture, in the order of the stack: the tree's node i shows page i.
 struct TPage {
@@ -140,8 +140,7 @@ void TfrmOptions::MakeTree() {
   m_ui->chkLoadBHOs->setVisible(m_offers.scripts);
   for (int i = 0; i < tree.topLevelItemCount(); ++i) tree.topLevelItem(i)->setHidden(!IsOffered(i));
   TurnTo(0);
-  // As high as may be, for the sake of the tree.
-  ResizeOnScreen(*this, {std::min(sizeHint().width(), FittingWidth), FittingHeight});
+  ResizeOnScreen(*this, {std::min(sizeHint().width(), FittingWidth), HeightOfTree});
 }
 
 void TfrmOptions::ConnectControls() {
