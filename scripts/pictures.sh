@@ -3,10 +3,21 @@
 # right to left; of the side bar's favorites and groups; of the options; of what is suggested, a question over a page,
 # the groups menu, the quick searches and a blocked pop-up.
 #   scripts/pictures.sh [FOLDER]     where to put them instead
+#   scripts/pictures.sh --options FOLDER [SCREEN [SCALE]]
+#                                    takes all pages of the options in all languages instead, to be looked through before
+#                                    a version is handed out: each page as it stands on a screen of that size (800x600 when
+#                                    nothing is said), and all pages of a language on one sheet
 # The program is built when it has to be, and runs on a screen in memory, in folders of its own, with pages made here and
 # served to this machine only.
 set -u
 root=$(cd "$(dirname "$0")/.." && pwd -P) || exit 1
+walk=
+if [ "${1:-}" = --options ]; then
+  walk=${3:-800x600}
+  scale=${4:-1}
+  shift
+  : "${1:?where to put the pictures}"
+fi
 images=${1:-$root/docs/images}
 say() { printf 'pictures: %s\n' "$*" >&2; }
 
@@ -148,6 +159,31 @@ options() {
   part='in front'
 }
 nothing_more() { part=800x400; }
+# A page a picture, from the first one in the tree until a key leads to no other, and then the sheet.
+options_pages() {
+  xdotool key ctrl+comma
+  sleep 2
+  xdotool key Tab Home
+  before=
+  for page in $(seq -w 1 40); do
+    sleep 0.5
+    shot=$images/$name-$page.png
+    import -window root -strip "$shot"
+    if [ -n "$before" ] && cmp -s "$before" "$shot"; then
+      # Unless the machine is only slow.
+      sleep 2
+      import -window root -strip "$shot"
+      if cmp -s "$before" "$shot"; then
+        rm "$shot"
+        break
+      fi
+    fi
+    before=$shot
+    xdotool key Down
+  done
+  montage "$images/$name"-*.png -tile 4x -geometry '800x>+4+4' "$images/$name.png"
+  part=taken
+}
 
 # take NAME WIDTH HEIGHT SCREEN SETTING...: one picture. Settings of the form NAME=VALUE are the program's, those that
 # begin with "env:" the environment's; "do:" names what is done before, and "open:" what is opened instead of the pages.
@@ -215,6 +251,7 @@ take() {
     [ -z "$act" ] || sleep 2
     case $part in
       '') import -window "$found" "$images/$name.png" ;;
+      taken) ;;
       'in front') import -window "$(xdotool getactivewindow)" +dither -colors 128 -strip "PNG8:$images/$name.png" ;;
       *)
         # Menus and lists are windows of their own.
@@ -225,6 +262,18 @@ take() {
   ) || return 1
   if [ -s "$images/$name.png" ]; then say "$name.png"; else say "$name.png could not be taken"; return 1; fi
 }
+
+if [ -n "$walk" ]; then
+  code=0
+  for language in "$root"/Languages/*.ini; do
+    language=$(basename "$language")
+    name=${language%.ini}
+    rm -f "$images/$name"-*.png "$images/$name.png"
+    take "$name" "${walk%x*}" "${walk#*x}" "$walk" do:options_pages "LanguageFile=$language" "env:QT_SCALE_FACTOR=$scale" ||
+      code=1
+  done
+  exit $code
+fi
 
 mkdir -p "$folder/dark/config"
 cat >"$folder/dark/config/kdeglobals" <<'COLOURS'

@@ -90,7 +90,7 @@ TModules::TModules(QMainWindow *window, TSettings &liveSettings, TLanguage &lang
       downloadsView(actions, *status, downloads, language),
       tray(window, actions, tabs, language, settings),
       languageMenu(*actions.Menu(TMenu::Languages), language, settings),
-      options(window, actions, settings, desktopDefaults, engine, history, autoRefresh, userScripts, language,
+      options(window, actions, settings, desktopDefaults, engine, history, autoRefresh, content, userScripts, language,
               {.tray = true,
                .versionCheck = TVersionCheck::HasServer(product.updateServer),
                .scripts = true,

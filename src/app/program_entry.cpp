@@ -8,6 +8,7 @@
 #include "browser/engine/engine.h"
 #include "browser/engine/engine_flags.h"
 #include "config/language.h"
+#include "config/registry_paths.h"
 #include "config/shell_association.h"
 #include "platform/desktop_defaults.h"
 #include "platform/desktop_wishes.h"
@@ -37,6 +38,14 @@ bool MayRunBeside(TRegistryStore &store) {
   return AskRunBeside(language);
 }
 
+// Where there are no settings yet, the installation has not reported itself to the update server. One whose settings
+// cannot be read, or had to be set aside, may have.
+void NoteFirstStart(TRegistryStore &store) {
+  const bool isLost = !store.SetAsideFile().isEmpty() || store.IsInMemory();
+  if (isLost || store.KnownKeyExists(TRegistryHive::CurrentUser, RegistryKey::CurrentVersion) != false) return;
+  TZVOptions(store).Set(Setting::New, true);
+}
+
 void HeedDesktop() {
   const TDesktopWishes wishes = TDesktopWishes::Ask();
   Motion::SetReduced(wishes.reducedMotion);
@@ -62,6 +71,7 @@ int RunProgram(int argc, char **argv, TInstanceLock &lock, bool ask) {
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/zarvela.svg")));
   if (ask && !MayRunBeside(store)) return 0;
   HeedDesktop();
+  NoteFirstStart(store);
   if (!entry.argument.isEmpty()) TZVOptions(store).Set(Setting::CommandLine, entry.argument);
   TfrmMain window(store, entry.argument);
   const TTerminationSignals signalsToEnd;

@@ -78,9 +78,17 @@ void TContentSwitches::Look() {
   }
 }
 
-bool TContentSwitches::IsOn(TContentSwitch which) {
+TContentStates TContentSwitches::States() {
   if (!m_isKnown || m_store.Revision() != m_seen) Look();
-  return m_on.at(size_t(which));
+  return m_on;
+}
+
+void TContentSwitches::Set(const TContentStates &on) {
+  if (on == States()) return;
+  for (const TContentSwitch which : ContentSwitches) {
+    if (on.at(size_t(which)) != m_on.at(size_t(which))) Apply(which, on.at(size_t(which)));
+  }
+  m_tabs.RefreshAll();
 }
 
 bool TContentSwitches::eventFilter(QObject *watched, QEvent *event) {

@@ -21,7 +21,11 @@ class TContentSwitches final : public QObject {
 
   // What holds for the page that is asked for now. What another program has stored meanwhile is noticed here, and when
   // the window becomes active; pages that are there stay as they are then.
-  [[nodiscard]] bool IsOn(TContentSwitch which);
+  [[nodiscard]] bool IsOn(TContentSwitch which) { return States().at(size_t(which)); }
+  // The same for all of them.
+  [[nodiscard]] TContentStates States();
+  // Turns those that are not so yet, and then loads all pages anew, once.
+  void Set(const TContentStates &on);
 
   bool eventFilter(QObject *watched, QEvent *event) override;
 

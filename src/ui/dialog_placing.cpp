@@ -4,8 +4,25 @@
 #include <QLayout>
 #include <QScreen>
 
+namespace {
+
+// What a window manager puts around a window.
+constexpr QSize FrameRoom(20, 60);
+
+// Of its own a window that is not yet shown has none.
+const QScreen *ScreenOf(const QWidget &window) {
+  return window.parentWidget() != nullptr ? window.parentWidget()->screen() : window.screen();
+}
+
+}  // namespace
+
+void ResizeOnScreen(QWidget &window, const QSize &wanted) {
+  const QScreen *screen = ScreenOf(window);
+  window.resize(screen == nullptr ? wanted : wanted.boundedTo(screen->availableSize() - FrameRoom));
+}
+
 void CentreOnScreen(QWidget &window) {
-  const QScreen *screen = window.parentWidget() != nullptr ? window.parentWidget()->screen() : window.screen();
+  const QScreen *screen = ScreenOf(window);
   if (screen == nullptr) return;
   QRect frame(QPoint(), window.size());
   frame.moveCenter(screen->availableGeometry().center());

@@ -1,7 +1,12 @@
 #pragma once
 
 class QDialog;
+class QSize;
 class QWidget;
+
+// Makes a window that is not yet shown as large as `wanted`, in pixels, or as the screen that it will open on has room
+// for with a frame around it.
+void ResizeOnScreen(QWidget &window, const QSize &wanted);
 
 // Puts a window that is not yet shown in the middle of the screen that its parent is on. Desktops that place windows
 // themselves ignore this.

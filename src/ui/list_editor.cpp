@@ -7,7 +7,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QScreen>
 #include <utility>
 
 #include "ui/dialog_placing.h"
@@ -71,7 +70,7 @@ void TListEditor::Begin(const QString &caption, const QStringList &cells, const 
   const int width = character * (NarrowColumnWidth + WideColumnWidth);
   list.setMinimumSize(width / 2, fontMetrics().height() * LeastListHeight);
   const QSize roomy(width, fontMetrics().height() * ListHeight);
-  resize((sizeHint() + roomy - list.sizeHint()).boundedTo(screen()->availableSize()));
+  ResizeOnScreen(*this, sizeHint() + roomy - list.sizeHint());
   CentreOnScreen(*this);
 }
 

@@ -96,6 +96,35 @@ class TestStart final : public QObject, private TProgramFixture {
     Quit(*program);
   }
 
+  // Only a user who has no settings yet is new to the update server.
+  void FirstStart_data() {
+    Columns<QByteArray, bool>("contents", "isNew");  // of the store's file; empty for no file
+    Row("no settings", QByteArray(), true);
+    Row("settings", QByteArray("as they are"), false);
+    Row("damaged settings", QByteArray(5000, '?'), false);
+    Row("locked settings", QByteArray("locked"), false);
+  }
+  void FirstStart() {
+    QFETCH(QByteArray, contents);
+    QFETCH(bool, isNew);
+    std::optional<TStoreLock> lock;
+    if (contents == "locked") {
+      lock.emplace(ProgramFolders::RegistryFile(), TStoreLock::TKind::Unreadable);
+    } else if (contents != "as they are") {
+      QVERIFY(QDir(QFileInfo(ProgramFolders::RegistryFile()).path()).removeRecursively());
+      if (!contents.isEmpty()) {
+        QFile file(ProgramFolders::RegistryFile());
+        QVERIFY(QDir().mkpath(QFileInfo(file).path()) && file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(contents), contents.size());
+      }
+    }
+    const auto program = Start({Url(1)});
+    QTRY_VERIFY_WITH_TIMEOUT(Requests(1) > 0, Soon);
+    lock.reset();
+    Quit(*program);
+    QCOMPARE(TZVOptions(*Store()).Get(Setting::New), isNew);
+  }
+
   void TwoArguments() {
     Prepare([this](TZVOptions &options) {
       options.Set(Setting::StartupPage, Url(9));

@@ -5,6 +5,7 @@
 #include <QToolButton>
 #include <QWebEnginePage>
 
+#include "chrome/options/options_dialog.h"
 #include "config/registry_paths.h"
 #include "content/content_switches.h"
 #include "support/data_row.h"
@@ -230,6 +231,34 @@ class TestContent final : public QObject {
       SOON(Active()->Busy(), false);
       QCOMPARE(m_f.server.RequestCount("/plain.png") > 0, on);
     }
+  }
+
+  // What is changed there turns at OK, nothing else does, and pages are loaded only for that.
+  void TheOptions() {
+    m_f.Open();
+    Load(u"/a"_s);
+    const auto take = [this](const QStringList &boxes) {
+      m_f.server.ForgetRequests();
+      Action(TCommand::Options)->trigger();
+      auto *options = m_f.window->findChild<TfrmOptions *>();
+      Other().Write(User, Key, Sounds, u"no"_s);
+      for (const QString &box : boxes) options->findChild<QAbstractButton *>(box)->click();
+      options->findChild<QAbstractButton *>(u"cmdOK"_s)->click();
+      QTRY_VERIFY(m_f.window->findChild<TfrmOptions *>() == nullptr);
+    };
+    take({u"chkContentImages"_s, u"chkContentVideos"_s});
+    for (const QString &off : {Images, Videos, Sounds}) QCOMPARE(Stored(off), u"no"_s);
+    QVERIFY(!Stored(Animations) && !Action(TCommand::LoadImages)->isChecked() && !Button()->isChecked());
+    SOON(m_f.server.RequestCount("/a"), 1);
+    SOON(Active()->Busy(), false);
+    QCOMPARE(m_f.server.RequestCount("/plain.png"), 0);
+    take({});
+    Tabs().NewTab();
+    Load(u"/framed"_s);
+    QCOMPARE(m_f.server.RequestCount("/a"), 0);
+    take({u"chkContentImages"_s});
+    SOON(m_f.server.RequestCount("/a"), 1);
+    QVERIFY(Action(TCommand::LoadImages)->isChecked());
   }
 
   // What another program has stored is no news to the store, but to the pages.

@@ -3,12 +3,12 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPointer>
-#include <QScreen>
 
 #include "browser/downloads/download_delegate.h"
 #include "browser/downloads/download_list.h"
 #include "config/language.h"
 #include "ui/confirm_dialog.h"
+#include "ui/dialog_placing.h"
 #include "ui/message_box.h"
 #include "ui_download_window.h"
 
@@ -16,7 +16,6 @@ namespace {
 
 constexpr int WidthInCharacters = 90;
 constexpr int HeightInLines = 24;
-constexpr double LargestShareOfScreen = 0.9;
 
 }  // namespace
 
@@ -28,8 +27,7 @@ TDownloadWindow::TDownloadWindow(TDownloadList &downloads, const TLanguage &lang
   setWindowFlags(windowFlags() | Qt::WindowMinMaxButtonsHint);
   for (auto *button : findChildren<QPushButton *>()) button->setAutoDefault(false);
   const QSize wanted(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * HeightInLines);
-  // It opens over the middle of its parent; where the screen has no room for it, it is to lie inside all the same.
-  resize(wanted.boundedTo((parent != nullptr ? parent : this)->screen()->availableSize() * LargestShareOfScreen));
+  ResizeOnScreen(*this, wanted);
   QListView &list = *m_ui->lvDownloads;
   list.setModel(&downloads);
   list.setItemDelegate(new TDownloadDelegate(&list));

@@ -5,12 +5,12 @@
 #include <QPdfView>
 #include <QPushButton>
 #include <QSaveFile>
-#include <QScreen>
 #include <QStandardPaths>
 #include <QVBoxLayout>
 
 #include "browser/engine/page_saving.h"
 #include "config/language.h"
+#include "ui/dialog_placing.h"
 #include "ui/message_box.h"
 
 namespace {
@@ -19,8 +19,6 @@ constexpr qreal ZoomStep = 1.25;
 constexpr qreal MinZoom = 0.25;
 constexpr qreal MaxZoom = 4;
 constexpr QSize PreferredSize(820, 900);
-// What a window manager puts around the dialog.
-constexpr QSize FrameRoom(20, 60);
 
 }  // namespace
 
@@ -62,7 +60,7 @@ TPrintPreview::TPrintPreview(const TLanguage &language, const QByteArray &pdf, c
   auto *layout = new QVBoxLayout(this);
   layout->addWidget(m_view, 1);
   layout->addWidget(buttons);
-  resize(PreferredSize.boundedTo(screen()->availableSize() - FrameRoom));
+  ResizeOnScreen(*this, PreferredSize);
 }
 
 TPrintPreview::~TPrintPreview() {

@@ -88,8 +88,12 @@ TTabPainter::TTabPainter(QPainter &painter, const TTabMetrics &metrics, const QP
   m_painter.setRenderHint(QPainter::Antialiasing);
 }
 
+QColor TTabPainter::GroundOf(const QPalette &palette) {
+  return Mixed(palette.color(QPalette::Window), palette.color(QPalette::WindowText), kStripShade);
+}
+
 QColor TTabPainter::Ground() const {
-  return Mixed(m_palette.color(QPalette::Window), m_palette.color(QPalette::WindowText), kStripShade);
+  return GroundOf(m_palette);
 }
 
 void TTabPainter::DrawBackground(const QRect &strip) {

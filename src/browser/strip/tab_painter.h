@@ -60,6 +60,9 @@ class TTabPainter final {
   TTabPainter(QPainter &painter, const TTabMetrics &metrics, const QPalette &palette, Qt::LayoutDirection direction,
               bool tabsDown);
 
+  // The ground of a strip whose tabs have no colours of their own.
+  [[nodiscard]] static QColor GroundOf(const QPalette &palette);
+
   // Where these are not valid, the tabs have the strip's own colour, with hairlines between them.
   QColor inactiveTab;
   QColor inactiveFont;

@@ -1,5 +1,6 @@
 #include "browser/tabs/home_page.h"
 
+#include "browser/engine/address.h"
 #include "browser/engine/engine.h"
 #include "config/registry_paths.h"
 #include "platform/product_info.h"
@@ -20,6 +21,12 @@ QString Chosen(const TRegistryStore &store) {
 
 void Choose(TRegistryStore &store, const QString &address) {
   store.Write(TRegistryHive::CurrentUser, Key, Value, address);
+}
+
+std::optional<QString> OfTyped(const QString &text) {
+  const TAddress address(text);
+  if (address.Kind() == TAddress::TKind::Empty) return QString();
+  return address.Kind() == TAddress::TKind::Url ? std::optional(AddressOf(address.Url())) : std::nullopt;
 }
 
 QString Address(const TRegistryStore &store, const TProductInfo &product) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <QString>
 
 class TRegistryStore;
@@ -11,7 +12,11 @@ namespace HomePage {
 
 // The stored choice as it is; empty when there is none.
 [[nodiscard]] QString Chosen(const TRegistryStore &store);
+// An empty address takes the choice back.
 void Choose(TRegistryStore &store, const QString &address);
+// The address to choose for what was typed, by the rules of the address bar; empty for nothing, and std::nullopt for
+// what opens no page.
+[[nodiscard]] std::optional<QString> OfTyped(const QString &text);
 [[nodiscard]] QString Address(const TRegistryStore &store, const TProductInfo &product);
 // The program's default home page: the deployment's, else the shipped start page.
 [[nodiscard]] QString Default(const TProductInfo &product);

@@ -8,6 +8,7 @@
 
 #include "actions/actions.h"
 #include "browser/strip/page_control.h"
+#include "browser/strip/tab_painter.h"
 #include "config/settings.h"
 
 TStripSettings::TStripSettings(TActions &actions, TZVPageControl &pages, TSettings &settings)
@@ -56,6 +57,10 @@ TInactiveTabColors TInactiveTabColors::Of(const QString &scheme, const TInactive
     return {palette.color(QPalette::Inactive, QPalette::Highlight), palette.color(QPalette::HighlightedText)};
   }
   return own;
+}
+
+TInactiveTabColors TInactiveTabColors::OfStrip(const QPalette &palette) {
+  return {TTabPainter::GroundOf(palette), palette.color(QPalette::WindowText)};
 }
 
 void TStripSettings::Colour() {

@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QObject>
 
+class QPalette;
 class TActions;
 class TSettings;
 class TZVPageControl;
@@ -16,6 +17,8 @@ struct TInactiveTabColors {
   // What a colour scheme makes of them: "std" takes the desktop's button colours, "rev" those of inactive title bars,
   // any other text the user's own two.
   [[nodiscard]] static TInactiveTabColors Of(const QString &scheme, const TInactiveTabColors &own);
+  // What a strip without valid ones has, in this palette.
+  [[nodiscard]] static TInactiveTabColors OfStrip(const QPalette &palette);
 };
 
 // Lets the strip follow the settings of its place and its colours, and the menu items that choose the place.

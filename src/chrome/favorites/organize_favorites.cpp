@@ -8,6 +8,7 @@
 #include "chrome/folder_view/folder_view.h"
 #include "chrome/folder_view/message_line.h"
 #include "config/language.h"
+#include "ui/dialog_placing.h"
 
 namespace {
 
@@ -46,7 +47,7 @@ TfrmOrganizeFavorites::TfrmOrganizeFavorites(const TLanguage &language, TFavorit
   layout->addWidget(bar);
   layout->addWidget(splitter, 1);
   layout->addWidget(m_message);
-  resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().height() * HeightInLines);
+  ResizeOnScreen(*this, {fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().height() * HeightInLines});
   auto *up = new QAction(this);
   up->setShortcuts({QKeySequence(Qt::Key_Backspace), QKeySequence(Qt::ALT | Qt::Key_Left)});
   up->setShortcutContext(Qt::WidgetShortcut);

@@ -6,6 +6,8 @@
 #include <QPointer>
 
 #include "browser/tabs/auto_refresh.h"
+#include "browser/tabs/home_page.h"
+#include "browser/tabs/strip_settings.h"
 #include "chrome/options/certificates_page.h"
 #include "chrome/options/downloads_page.h"
 #include "chrome/options/search_page.h"
@@ -129,13 +131,14 @@ void TfrmOptions::MakePages(const TParts &parts) {
   bars->setObjectName(QStringLiteral("tsBars"));
   m_language.TranslateForm(bars, "OPTIONS");
   m_downloads = new TDownloadsPage(m_language, m_settings, this);
+  m_content = new TContentPage(m_language, parts.content, this);
   m_permissions = new TSitePermissionsPage(m_language, parts.permissions, this);
   m_certificates = new TCertificatesPage(m_language, parts.certificates, this);
   m_search = new TSearchPage(m_language, m_settings, this);
   m_scripts = new TUserScriptsPage(m_language, parts.scripts, this);
   for (QWidget *page : {bars, static_cast<QWidget *>(m_downloads), static_cast<QWidget *>(m_search),
-                        static_cast<QWidget *>(m_permissions), static_cast<QWidget *>(m_certificates),
-                        static_cast<QWidget *>(m_scripts)}) {
+                        static_cast<QWidget *>(m_content), static_cast<QWidget *>(m_permissions),
+                        static_cast<QWidget *>(m_certificates), static_cast<QWidget *>(m_scripts)}) {
     m_ui->pcOptions->insertWidget(m_ui->pcOptions->count() - 1, page);
   }
 }
@@ -160,8 +163,13 @@ void TfrmOptions::Load() {
   m_ui->radColorReverse->setChecked(scheme == QLatin1String("rev"));
   m_ui->radColorCustom->setChecked(!m_ui->radColorStandard->isChecked() && !m_ui->radColorReverse->isChecked());
   m_hasColors = m_settings.IsChosen(Setting::InactiveTabColor) || m_settings.IsChosen(Setting::InactiveFontColor);
-  SetSwatch(m_ui->pnlTabColor, ColorOf(m_settings.Get(Setting::InactiveTabColor)));
-  SetSwatch(m_ui->pnlFontColor, ColorOf(m_settings.Get(Setting::InactiveFontColor)));
+  // Of colours that nobody has chosen the strip knows nothing, so the swatches do not show those of the table.
+  TInactiveTabColors colors = TInactiveTabColors::OfStrip(m_ui->pg->palette());
+  if (m_hasColors) {
+    colors = {ColorOf(m_settings.Get(Setting::InactiveTabColor)), ColorOf(m_settings.Get(Setting::InactiveFontColor))};
+  }
+  SetSwatch(m_ui->pnlTabColor, colors.tab);
+  SetSwatch(m_ui->pnlFontColor, colors.font);
   QRadioButton *actions[] = {m_ui->radNewActionBlank, m_ui->radNewActionCurrent, m_ui->radNewActionHome};
   // Somebody else may have stored what is none.
   actions[qBound(0, m_settings.Get(Setting::NewAction), 2)]->setChecked(true);
@@ -171,6 +179,8 @@ void TfrmOptions::Load() {
                            m_ui->rdoStartupHalvexGroup};
   modes[static_cast<int>(StartupModeOf(m_settings.Get(Setting::StartupMode)))]->setChecked(true);
   m_ui->edtStartupHalvexGroup->setText(m_settings.Get(Setting::StartupHalvexGroup));
+  m_ui->edtHomePage->setText(HomePage::Chosen(m_settings.Store()));
+  m_homePage = m_ui->edtHomePage->text();
   SetNumber(*m_ui->spnSleepMinutes, m_settings.Get(Setting::SleepMinutes));
   SetNumber(*m_ui->spnHistoryDays, m_settings.Get(Setting::HistoryDays));
 }
@@ -239,7 +249,7 @@ void TfrmOptions::cmdOKClick() {
   // Before the check below, which may stop all the rest: meant so.
   WriteAssociations();
   const QPointer<TfrmOptions> self(this);
-  if (!HasGroupToStart() || !HasDownloadFolder() || !MayShortenHistory() || !self) return;
+  if (!HasGroupToStart() || !HasHomePage() || !HasDownloadFolder() || !MayShortenHistory() || !self) return;
   if (m_offers.versionCheck) m_settings.Set(Setting::VersionCheck, m_ui->chkVersionCheck->isChecked() ? 1 : 0);
   if (m_offers.scripts) {
     // Whoever follows the setting takes the list as it is then.
@@ -283,6 +293,9 @@ void TfrmOptions::cmdOKClick() {
   m_permissions->Write();
   m_certificates->Write();
   if (m_search->Write()) Q_EMIT SearchesWritten();
+  WriteHomePage();
+  // As the last thing, since it loads all pages anew.
+  m_content->Write();
   const QListWidgetItem *language = m_ui->lvLanguages->currentItem();
   accept();
   const QString file = language != nullptr ? language->data(Qt::UserRole).toString() : QString();
@@ -304,6 +317,15 @@ bool TfrmOptions::HasGroupToStart() {
   TurnTo(m_ui->pcOptions->indexOf(m_ui->tsStartup));
   m_ui->edtStartupHalvexGroup->setFocus();
   ShowNotice(this, m_language, m_language.Global("StartupHalvexGroup"));
+  return false;
+}
+
+bool TfrmOptions::HasHomePage() {
+  const QString text = m_ui->edtHomePage->text();
+  if (text == m_homePage || HomePage::OfTyped(text)) return true;
+  TurnTo(m_ui->pcOptions->indexOf(m_ui->tsStartup));
+  m_ui->edtHomePage->setFocus();
+  ShowNotice(this, m_language, m_language.Text("OPTIONS", "HomePageInvalid"));
   return false;
 }
 
@@ -366,4 +388,10 @@ void TfrmOptions::WriteStartup() {
                                                                  : TStartupMode::Group;
   m_settings.Set(Setting::StartupMode, NameOf(mode));
   if (mode == TStartupMode::Group) m_settings.Set(Setting::StartupHalvexGroup, m_ui->edtStartupHalvexGroup->text());
+}
+
+void TfrmOptions::WriteHomePage() {
+  // One that somebody else has stored stays as it is, whatever it may be.
+  const QString text = m_ui->edtHomePage->text();
+  if (text != m_homePage) HomePage::Choose(m_settings.Store(), HomePage::OfTyped(text).value_or(QString()));
 }

@@ -5,6 +5,7 @@
 #include <QDialog>
 #include <QSet>
 
+#include "chrome/options/content_page.h"
 #include "config/options.h"
 
 class QSpinBox;
@@ -51,6 +52,7 @@ class TfrmOptions final : public QDialog {
     // The interval of automatic reloading that holds in this window, in milliseconds; what is stored may be another
     // window's.
     std::function<int()> autoRefresh;
+    TContentPage::TSwitches content;
   };
 
   TfrmOptions(const TParts &parts, const TOffers &offers, QWidget *owner = nullptr);
@@ -78,11 +80,13 @@ class TfrmOptions final : public QDialog {
   [[nodiscard]] bool HasGroupToStart();
   [[nodiscard]] bool MayShortenHistory();
   [[nodiscard]] bool HasDownloadFolder();
+  [[nodiscard]] bool HasHomePage();
   // The flags of that step of OK, see Flags.
   void WriteFlags(int step);
   void WriteColors();
   void WritePopupList();
   void WriteStartup();
+  void WriteHomePage();
   // The scheme that is chosen, by its name in the store.
   [[nodiscard]] QString ColorScheme() const;
   // Also one that is beyond the box's limit stays as it is until the user changes it.
@@ -113,6 +117,7 @@ class TfrmOptions final : public QDialog {
   const TOffers m_offers;
   std::unique_ptr<Ui::TfrmOptions> m_ui;
   TDownloadsPage *m_downloads = nullptr;
+  TContentPage *m_content = nullptr;
   TSitePermissionsPage *m_permissions = nullptr;
   TCertificatesPage *m_certificates = nullptr;
   TSearchPage *m_search = nullptr;
@@ -120,6 +125,7 @@ class TfrmOptions final : public QDialog {
   QWidget *m_previewFront = nullptr;   // ts1
   QWidget *m_previewBehind = nullptr;  // ts2
   int m_autoRefresh = 0;               // the row that was chosen at first
+  QString m_homePage;                  // what stood in its box then
   bool m_hasColors = false;            // somebody has chosen some
   QSet<QWidget *> m_marked;            // what a search has found
 };

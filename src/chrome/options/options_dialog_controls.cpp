@@ -18,6 +18,7 @@
 #include "config/settings.h"
 #include "groups/group_folder.h"
 #include "ui/contrast.h"
+#include "ui/dialog_placing.h"
 #include "ui/ink_icon.h"
 #include "ui/shown_text.h"
 #include "ui_options_dialog.h"
@@ -27,7 +28,7 @@ namespace {
 constexpr int TreeMargin = 56;     // pixels, for icon and frame beside the longest name
 constexpr int MarkStrength = 70;   // of the highlight's colour behind what a search has found, of 255
 constexpr int FittingWidth = 780;  // pixels; with the window's frame it has room on the smallest screens
-constexpr int FittingHeight = 540;
+constexpr int HeightOfTree = 590;  // with all of its pages, where there is room for them
 
 // The title of a page and its picture, in the order of the stack: the tree's node i shows page i.
 struct TPage {
@@ -35,16 +36,27 @@ struct TPage {
   const char *icon;
 };
 constexpr TPage Pages[] = {
-    {{"OPTIONS", "PageGeneral"}, "settings"},     {{"OPTIONS", "PageTabs"}, "tab_list"},
-    {{"OPTIONS", "PageColors"}, "pictures"},      {{"OPTIONS", "PageNewTabs"}, "new_tab"},
-    {{"OPTIONS", "PageStartup"}, "home"},         {{"OPTIONS", "PageCompletion"}, "edit"},
-    {{"OPTIONS", "PagePopups"}, "popup_blocked"}, {{"OPTIONS", "PageAddressBar"}, "go"},
-    {{"OPTIONS", "PageQuestions"}, "question"},   {{"OPTIONS", "PageFavorites"}, "favorites"},
-    {{"OPTIONS", "PageDefault"}, "open"},         {{"OPTIONS", "PageHistory"}, "history"},
-    {{"OPTIONS", "PageLanguage"}, "text_size"},   {{"OPTIONS", "PageBars"}, "full_screen"},
-    {{"OPTIONS", "PageDownloads"}, "downloads"},  {{"OPTIONS", "PageSearch"}, "search"},
-    {{"OPTIONS", "PagePermissions"}, "security"}, {{"OPTIONS", "PageCertificates"}, "lock"},
-    {{"OPTIONS", "PageScripts"}, "source"},       {{"OPTIONS", "PageAnnotations"}, "information"},
+    {{"OPTIONS", "PageGeneral"}, "settings"},
+    {{"OPTIONS", "PageTabs"}, "tab_list"},
+    {{"OPTIONS", "PageColors"}, "pictures"},
+    {{"OPTIONS", "PageNewTabs"}, "new_tab"},
+    {{"OPTIONS", "PageStartup"}, "home"},
+    {{"OPTIONS", "PageCompletion"}, "edit"},
+    {{"OPTIONS", "PagePopups"}, "popup_blocked"},
+    {{"OPTIONS", "PageAddressBar"}, "go"},
+    {{"OPTIONS", "PageQuestions"}, "question"},
+    {{"OPTIONS", "PageFavorites"}, "favorites"},
+    {{"OPTIONS", "PageDefault"}, "open"},
+    {{"OPTIONS", "PageHistory"}, "history"},
+    {{"OPTIONS", "PageLanguage"}, "text_size"},
+    {{"OPTIONS", "PageBars"}, "full_screen"},
+    {{"OPTIONS", "PageDownloads"}, "downloads"},
+    {{"OPTIONS", "PageSearch"}, "search"},
+    {{"OPTIONS", "PageContent"}, "page"},
+    {{"OPTIONS", "PagePermissions"}, "security"},
+    {{"OPTIONS", "PageCertificates"}, "lock"},
+    {{"OPTIONS", "PageScripts"}, "source"},
+    {{"OPTIONS", "PageAnnotations"}, "information"},
 };
 
 // The columns' headers and the rows of a list.
@@ -128,8 +140,7 @@ void TfrmOptions::MakeTree() {
   m_ui->chkLoadBHOs->setVisible(m_offers.scripts);
   for (int i = 0; i < tree.topLevelItemCount(); ++i) tree.topLevelItem(i)->setHidden(!IsOffered(i));
   TurnTo(0);
-  // As high as may be, for the sake of the tree.
-  resize(std::min(sizeHint().width(), FittingWidth), FittingHeight);
+  ResizeOnScreen(*this, {std::min(sizeHint().width(), FittingWidth), HeightOfTree});
 }
 
 void TfrmOptions::ConnectControls() {
