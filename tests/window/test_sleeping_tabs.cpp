@@ -90,6 +90,11 @@ class TestSleepingTabs final : public QObject, private TTabsFixture {
     Row("ticked", "/form", typed(u"box"_s, u"box.checked"_s, Qt::Key_Space), script(reset));
     Row("typed into a text", "/form", typed(u"rich"_s, u"rich.textContent !== 'rich'"_s),
         script(u"rich.remove(); document.forms[0].reset()"_s));
+    Row("typed in a closed tree", "/form",
+        Then(script(u"const host = document.forms[0].appendChild(document.createElement('p'));"
+                    "window.hidden = host.attachShadow({mode: 'closed'}); hidden.innerHTML = '<input>'"_s),
+             typed(u"hidden.firstChild"_s, u"hidden.firstChild.value !== ''"_s)),
+        script(reset));
     Row("typed in a frame", "/framed", typed(u"frames[0].text"_s, u"frames[0].text.value !== 'old'"_s),
         script(u"frames[0].document.forms[0].reset()"_s));
     Row("sent and refused by the page", "/form",
