@@ -66,11 +66,10 @@
     tell();
   };
   // One that the page keeps from being sent may yet be refused by it: then the fields tell by what is in them.
-  addEventListener('submit', event => setTimeout(() => event.defaultPrevented || forget(event.target)), true);
-  addEventListener('reset', event => setTimeout(() => event.defaultPrevented || forget(event.target)), true);
-  for (const moment of ['play', 'pause', 'ended', 'emptied']) {
-    document.addEventListener(moment, () => setTimeout(tell), true);
-  }
+  // Not by a timer, which does not run where the page's scripts may not.
+  const settle = event => scheduler.postTask(() => event.defaultPrevented || forget(event.target));
+  for (const moment of ['submit', 'reset']) addEventListener(moment, settle, true);
+  for (const moment of ['play', 'pause', 'ended', 'emptied']) document.addEventListener(moment, () => tell(), true);
   document.addEventListener('visibilitychange', () => document.hidden && tell(true));
   addEventListener('pagehide', () => told && console.debug('{{Token}}' + frame + ':'));
 })();

@@ -26,6 +26,16 @@
   };
   const looked = new Map();
   const moves = address => looked.get(address) || looked.set(address, look(address)).get(address);
+  // Where no scripts may run, sandboxed frames included, the engine shows no canvas.
+  const hasCanvas = () => {
+    const place = document.createElement('div');
+    try {
+      place.innerHTML = '<noscript><p></p></noscript>';
+    } catch {
+      // A page with rules for its own scripts has some.
+    }
+    return place.querySelector('p') === null;
+  };
   const draw = image => {
     const canvas = document.createElement('canvas');
     canvas.width = image.naturalWidth;
@@ -77,7 +87,8 @@
       shown.set(image, {source: address});
       return;
     }
-    // What may not be read may still be painted.
+    // What may not be read may still be painted. Where it may not be painted either, to move is better than not to show.
+    if (!hasCanvas()) return;
     const {width, height} = image.getBoundingClientRect();
     const canvas = draw(image);
     canvas.className = image.className;
@@ -132,7 +143,8 @@
     changed.clear();
   };
   const add = element => {
-    if (changed.size === 0) setTimeout(showAll, 100);
+    // Not by a timer, which does not run where the page's scripts may not.
+    if (changed.size === 0) scheduler.postTask(showAll, {delay: 100});
     changed.add(element);
     element.querySelectorAll('*').forEach(part => changed.add(part));
   };
