@@ -52,7 +52,7 @@ onload = () => setInterval(() => document.title = [...document.images].filter(im
 constexpr const char *Players =
     R"(<!DOCTYPE html><title>...</title><audio src=/a.mp3></audio><audio src=/stream></audio>
 <video src=/v.webm></video><script>
-let left = 9;
+let left = 12;
 const had = [];
 const tried = () => --left || (document.title = had.sort().join(' ') || 'none');
 for (const element of document.querySelectorAll('audio, video')) element.onerror = tried;
@@ -63,14 +63,28 @@ apart.src = '/apart';
 const video = document.createElement('video');
 video.onerror = tried;
 video.src = '/script';
-const made = document.body.appendChild(document.createElement('video'));
-const begun = setInterval(() => {
-  if (made.hasAttribute('src') && !made.error) return;
-  clearInterval(begun);
-  if (made.error) had.push('data');
-  tried();
-}, 10);
-made.src = 'data:video/webm;base64,AAAA';
+// Those that need no request are either stopped or tried.
+const make = (name, made, begin) => {
+  const begun = setInterval(() => {
+    const isTried = made.error || made.readyState > 0;
+    if (!isTried && (made.hasAttribute('src') || made.srcObject)) return;
+    clearInterval(begun);
+    if (isTried) had.push(name);
+    tried();
+  }, 10);
+  begin(made);
+};
+const feed = made => made.src = 'data:video/webm;base64,AAAA';
+make('data', document.body.appendChild(document.createElement('video')), feed);
+make('loose', document.createElement('video'), feed);
+const tree = document.body.appendChild(document.createElement('p')).attachShadow({mode: 'closed'});
+tree.innerHTML = '<video></video>';
+make('tree', tree.firstChild, feed);
+const canvas = document.createElement('canvas');
+const paper = canvas.getContext('2d');
+setInterval(() => paper.fillRect(0, 0, 1, 1), 20);
+document.body.insertAdjacentHTML('beforeend', '<video></video>');
+make('stream', document.body.lastChild, made => made.srcObject = canvas.captureStream(5));
 const source = new MediaSource();
 source.onsourceopen = () => {
   for (const kind of ['audio', 'video']) {
@@ -84,6 +98,28 @@ source.onsourceopen = () => {
 };
 new Audio().src = URL.createObjectURL(source);
 </script>)";
+
+// A page whose worker has its own answers, of which the page's requests tell nobody. Title: what became of the video.
+constexpr const char *Served = R"(<!DOCTYPE html><title>...</title><video muted></video><script>
+navigator.serviceWorker.register('/worker.js', {scope: '/served'});
+navigator.serviceWorker.ready.then(() => {
+  const video = document.querySelector('video');
+  if (!navigator.serviceWorker.controller) return location.reload();
+  video.onemptied = () => document.title = 'stopped';
+  video.ontimeupdate = () => video.currentTime > 0 && (document.title = 'plays');
+  video.src = '/served.webm';
+  video.play().catch(() => {});
+});
+</script>)";
+constexpr const char *Worker = R"(
+const header = [0x52494646, 0x24fa0000, 0x57415645, 0x666d7420, 0x10000000, 0x01000100, 0x401f0000, 0x401f0000,
+                0x01000800, 0x64617461, 0x00fa0000];
+onfetch = event => {
+  if (!event.request.url.endsWith('.webm')) return;
+  const bytes = new DataView(new ArrayBuffer(44 + 64000));
+  header.forEach((word, i) => bytes.setUint32(4 * i, word));
+  event.respondWith(new Response(bytes.buffer, {headers: {'Content-Type': 'audio/wav'}}));
+};)";
 
 // What moves by style, by script and by markup, each for a hundred seconds.
 constexpr const char *Moving = R"(<!DOCTYPE html><title>...</title>
@@ -144,6 +180,8 @@ class TestContent final : public QObject {
     m_f.server.Route("/gallery", TTestResponse::Page(gallery));
     m_f.server.Route("/framed", TTestResponse::Page("<img src=/inner.png><img src='" + data + "'>"));
     m_f.server.Route("/players", TTestResponse::Page(Players));
+    m_f.server.Route("/served", TTestResponse::Page(Served));
+    m_f.server.Route("/worker.js", TTestResponse{.body = Worker, .headers = {{"Content-Type", "text/javascript"}}});
     m_f.server.Route("/moving", TTestResponse::Page(::Moving));
     m_f.server.Route("/frames", TTestResponse::Page("<iframe src=/moving></iframe>"));
     for (const char *path :
@@ -331,11 +369,11 @@ class TestContent final : public QObject {
     Columns<bool, bool, QString, QStringList>("videos", "sounds", "had", "fetched");
     const QStringList video{u"/apart"_s, u"/bare"_s, u"/script"_s, u"/stream"_s, u"/v.webm"_s};
     const QStringList sound{u"/a.mp3"_s, u"/apart"_s, u"/bare"_s, u"/script.ogg"_s, u"/stream"_s};
-    Row("all", true, true, u"audio data video"_s,
+    Row("all", true, true, u"audio data loose stream tree video"_s,
         QStringList{u"/a.mp3"_s, u"/apart"_s, u"/bare"_s, u"/script"_s, u"/script.ogg"_s, u"/stream"_s, u"/v.webm"_s});
     Row("no videos", false, true, u"audio"_s, sound);
     // Videos go on in silence.
-    Row("no sounds", true, false, u"audio data video"_s, video);
+    Row("no sounds", true, false, u"audio data loose stream tree video"_s, video);
     Row("none", false, false, u"audio"_s, QStringList());
   }
   void SoundsAndVideos() {
@@ -365,6 +403,15 @@ class TestContent final : public QObject {
     }
     if (!sounds) Action(TCommand::LoadSounds)->trigger();
     SOON(Active()->Browser()->EnginePage()->isAudioMuted(), false);
+  }
+
+  void VideosOfWorkers() {
+    m_f.Open();
+    Load(u"/served"_s);
+    SOON(Active()->Title(), u"plays"_s);
+    Action(TCommand::LoadVideos)->trigger();
+    SOON(Active()->Title(), u"stopped"_s);
+    QCOMPARE(m_f.server.RequestCount("/served.webm"), 0);
   }
 
   void NothingMoves_data() {
