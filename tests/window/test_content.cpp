@@ -152,7 +152,8 @@ constexpr const char *MovingPicture =
     "AgSEjwkFADs=";
 
 // It in every place, one beside the other, 40 pixels wide: in the page's markup, by a script, from other sites (of
-// which the second lets it be read), as data, by style and in parts that only styles make.
+// which the second lets it be read), as data, by style, in parts that only styles make, under a name that says nothing,
+// in a form, in a drawing, in the place of an element and in a tree of its own.
 constexpr const char *Pictures = R"(<!DOCTYPE html><title>...</title><style>* { position: absolute; top: 0; }
 img, div { width: 40px; height: 40px; } #style { background: url(/m.gif?style); }
 #parts::before, #parts::after { position: absolute; top: 0; }
@@ -162,9 +163,15 @@ img, div { width: 40px; height: 40px; } #style { background: url(/m.gif?style); 
 <img style='left: 80px' src='%1/m.gif'><img style='left: 120px' src='%1/open.gif'>
 <img style='left: 160px' src='data:image/gif;base64,%2'><div style='left: 200px' id=style></div>
 <div style='left: 240px; background: url(%1/open.gif)'></div><div style='left: 280px' id=parts></div>
+<img style='left: 360px' src='/picture?id=3'><img style='left: 400px' src='%1/picture'>
+<input style='left: 440px; width: 40px; height: 40px' type=image src='/m.gif?input'>
+<svg style='left: 480px'><image href='/m.gif?svg' width=40 height=40 /></svg>
+<div style='left: 520px; content: url(/m.gif?content)'></div>
+<div style='left: 560px'><template shadowroot=open shadowrootmode=open><img width=40 height=40 src='/m.gif?tree'>
+</template></div>
 <script>document.getElementById('script').src = '/m.gif?script';</script>
 <noscript><img style='left: 40px' src=/m.gif?script></noscript>)";
-constexpr int PictureCount = 9;
+constexpr int PictureCount = 15;
 
 }  // namespace
 
@@ -192,6 +199,7 @@ class TestContent final : public QObject {
     const TTestResponse picture{.body = QByteArray::fromBase64(MovingPicture),
                                 .headers = {{"Content-Type", "image/gif"}}};
     m_f.server.Route("/m.gif", picture);
+    m_f.server.Route("/picture", picture);
     TTestResponse open = picture;
     open.headers.emplaceBack("Access-Control-Allow-Origin", "*");
     m_f.server.Route("/open.gif", open);
@@ -439,7 +447,7 @@ class TestContent final : public QObject {
     Columns<bool, int>("scripts", "moving");
     Row("page", true, 0);
     // There the engine shows nothing that could stand for what may not be read.
-    Row("page without scripts", false, 1);
+    Row("page without scripts", false, 2);
   }
   void PicturesStandStill() {
     QFETCH(bool, scripts);
