@@ -12,9 +12,13 @@
     return isField(field) ? field.value : field.innerHTML;
   };
   const targetOf = event => event.composedPath()[0];
+  // What is typed into has hidden its fields in a tree of its own, and nobody can say what they hold: they count as
+  // changed until they are sent.
+  const hidden = Symbol();
+  const contentOf = element => isField(element) || element.isContentEditable ? valueOf(element) : hidden;
   const isUnsaved = () => {
     for (const [field, value] of before) {
-      if (field.isConnected && valueOf(field) !== value) return true;
+      if (field.isConnected && (value === hidden || valueOf(field) !== value)) return true;
     }
     return false;
   };
@@ -43,7 +47,7 @@
 
   const note = event => {
     const field = targetOf(event);
-    if (event.isTrusted && !before.has(field)) before.set(field, valueOf(field));
+    if (event.isTrusted && !before.has(field)) before.set(field, contentOf(field));
   };
   addEventListener('beforeinput', note, true);
   addEventListener('input', event => {
@@ -51,22 +55,21 @@
     // Fields that are not typed into only tell of a change that is made.
     if (event.isTrusted && !before.has(field)) {
       const isBox = field.type === 'checkbox' || field.type === 'radio';
-      before.set(field, isBox ? String(!field.checked) : field.defaultValue);
+      before.set(field, isBox ? String(!field.checked) : field.defaultValue ?? hidden);
     }
     if (!told.includes('u')) tell();
   }, true);
   const forget = form => {
     for (const field of [...before.keys()]) {
-      if (field.form === form) before.delete(field);
+      if (field.form === form || (before.get(field) === hidden && field.closest('form') === form)) before.delete(field);
     }
     tell();
   };
   // One that the page keeps from being sent may yet be refused by it: then the fields tell by what is in them.
-  addEventListener('submit', event => setTimeout(() => event.defaultPrevented || forget(event.target)), true);
-  addEventListener('reset', event => setTimeout(() => event.defaultPrevented || forget(event.target)), true);
-  for (const moment of ['play', 'pause', 'ended', 'emptied']) {
-    document.addEventListener(moment, () => setTimeout(tell), true);
-  }
+  // Not by a timer, which does not run where the page's scripts may not.
+  const settle = event => scheduler.postTask(() => event.defaultPrevented || forget(event.target));
+  for (const moment of ['submit', 'reset']) addEventListener(moment, settle, true);
+  for (const moment of ['play', 'pause', 'ended', 'emptied']) document.addEventListener(moment, () => tell(), true);
   document.addEventListener('visibilitychange', () => document.hidden && tell(true));
   addEventListener('pagehide', () => told && console.debug('{{Token}}' + frame + ':'));
 })();

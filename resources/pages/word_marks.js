@@ -80,7 +80,7 @@
   const found = new Set();
   const marked = new Map();  // mark: word
   const parts = new Map();   // text that was there: what was cut off it and stands behind it
-  let timer = 0;
+  let isOver = false;
 
   // Takes the marks out of a text again. The text itself has stayed in its place, as the page knows it, and gets back what
   // was cut off. What the page has changed meanwhile is its own affair: a text that it has set anew is whole as it is, and
@@ -171,7 +171,8 @@
     // What is behind the last mark was looked at as well.
     if (last !== null && walker.currentNode === last.text) walker.currentNode = last.end;
     if (text !== null && !isDone()) {
-      timer = setTimeout(step, 0);
+      // Not by a timer, which does not run where the page's scripts may not.
+      scheduler.postTask(() => isOver || step());
     } else {
       tell({found: [...found]});
     }
@@ -189,7 +190,7 @@
   };
 
   globalThis[state] = () => {
-    clearTimeout(timer);
+    isOver = true;
     listen(false);
     watch.disconnect();
     for (const text of [...parts.keys()]) release(text);

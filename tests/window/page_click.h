@@ -2,16 +2,18 @@
 
 #include <QTest>
 #include <QWebEnginePage>
+#include <QWebEngineScript>
 #include <QWebEngineView>
 
 #include "browser/engine/halvex_browser.h"
 
-// What a script in the page answers, once it has run to its end.
-inline QVariant AnswerOf(QWebEnginePage &page, const QString &script) {
+// What a script in the page answers, once it has run to its end. In a page without scripts of its own only one in the
+// program's world answers anything.
+inline QVariant AnswerOf(QWebEnginePage &page, const QString &script, quint32 world = QWebEngineScript::MainWorld) {
   constexpr int LongestWait = 20000;  // milliseconds
   QVariant answer;
   bool isDone = false;
-  page.runJavaScript(script, [&](const QVariant &value) {
+  page.runJavaScript(script, world, [&](const QVariant &value) {
     answer = value;
     isDone = true;
   });

@@ -2,6 +2,8 @@
 #include <QToolButton>
 
 #include "annotations/annotation_band.h"
+#include "browser/engine/own_scripts.h"
+#include "window/answering_policy.h"
 #include "window/tabs_fixture.h"
 
 // Words of pages that a service explains: when it is asked, what is found and marked in real pages, and what the page,
@@ -275,12 +277,19 @@ class TestAnnotations final : public QObject, private TTabsFixture {
   }
 
   void ManyWordsOnAPage() {
-    server.RoutePage("/many", "Many", QByteArray("<p>tide tide tide ").repeated(700) + "<p>sea");
+    TAnsweringPolicy policy;
+    policy.AnswerFor(Engine());
+    policy.permissions.scripts = false;
+    policy.restrictedPath = u"/without-scripts"_s;
     TBrowserTab *tab = tabs->GetActivePage();
     Agree();
-    Load(tab, u"/many"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(m_button->text(), u"2"_s, LoadTime);
-    QCOMPARE(Marks(tab).count(u"tide"_s), 500);
+    for (const char *path : {"/many", "/without-scripts"}) {
+      server.RoutePage(path, "Many", QByteArray("<p>tide tide tide ").repeated(700) + "<p>sea");
+      Load(tab, QLatin1String(path));
+      QTRY_COMPARE_WITH_TIMEOUT(m_button->text(), u"2"_s, LoadTime);
+      const QString count = u"document.querySelectorAll('zvword').length"_s;
+      QCOMPARE(AnswerOf(*tab->Browser()->EnginePage(), count, ScriptWorld::Own).toInt(), 500);
+    }
   }
 
   void PolicyOfThePage() {

@@ -2,6 +2,7 @@
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineProfile>
 
+#include "browser/engine/own_scripts.h"
 #include "browser/page/page_prompts.h"
 #include "browser/page/permission_bar.h"
 #include "browser/page/permission_decisions.h"
@@ -40,6 +41,14 @@ class TestSleepingTabs final : public QObject, private TTabsFixture {
                                        "<rect width='16' height='16' fill='red'/></svg>",
                                .headers = {{"Content-Type", "image/svg+xml"}}});
     server.Route("/scripts", TTestResponse::Page("<title>off</title><script>document.title = 'on'</script>"));
+    // A second of silence.
+    const QByteArray sound = QByteArray::fromHex(
+                                 "52494646641f000057415645666d74201000000001000100401f0000401f000001000800"
+                                 "64617461401f0000") +
+                             QByteArray(8000, '\x80');
+    server.RoutePage("/playing", "Playing",
+                     "<iframe srcdoc='<video autoplay muted loop src=\"data:audio/wav;base64," + sound.toBase64() +
+                         "\"></video>'></iframe>");
     auto file = TTestResponse::Attachment("file.bin", QByteArray(100'000, 'x'));
     file.stopAfterBytes = 10;
     server.Route("/file", file);
@@ -90,6 +99,11 @@ class TestSleepingTabs final : public QObject, private TTabsFixture {
     Row("ticked", "/form", typed(u"box"_s, u"box.checked"_s, Qt::Key_Space), script(reset));
     Row("typed into a text", "/form", typed(u"rich"_s, u"rich.textContent !== 'rich'"_s),
         script(u"rich.remove(); document.forms[0].reset()"_s));
+    Row("typed in a closed tree", "/form",
+        Then(script(u"const host = document.forms[0].appendChild(document.createElement('p'));"
+                    "window.hidden = host.attachShadow({mode: 'closed'}); hidden.innerHTML = '<input>'"_s),
+             typed(u"hidden.firstChild"_s, u"hidden.firstChild.value !== ''"_s)),
+        script(reset));
     Row("typed in a frame", "/framed", typed(u"frames[0].text"_s, u"frames[0].text.value !== 'old'"_s),
         script(u"frames[0].document.forms[0].reset()"_s));
     Row("sent and refused by the page", "/form",
@@ -107,6 +121,18 @@ class TestSleepingTabs final : public QObject, private TTabsFixture {
         script(u"onbeforeunload = null"_s));
     Row("silent video", "/plain", plays(u"(document)"_s), script(u"video.pause()"_s));
     Row("video in a frame", "/framed", plays(u"(frames[0].document)"_s), script(u"video.pause()"_s));
+    Row("video in a frame without scripts", "/plain", TStep([this](TBrowserTab *tab) {
+          policy->permissions.scripts = false;
+          policy->restrictedPath = u"/playing"_s;
+          Load(tab, u"/playing"_s);
+          SOON(AnswerOf(*tab->Browser()->EnginePage(), u"!frames[0].document.querySelector('video').paused"_s,
+                        ScriptWorld::Own)
+                   .toBool());
+        }),
+        TStep([](TBrowserTab *tab) {
+          AnswerOf(*tab->Browser()->EnginePage(), u"frames[0].document.querySelector('video').pause()"_s,
+                   ScriptWorld::Own);
+        }));
     Row("video in a hidden tree", "/form",
         plays(u"(Object.assign(rich.attachShadow({mode: 'open'}), "
               "{createElement: n => document.createElement(n)}))"_s),
