@@ -90,7 +90,7 @@ class TestPageQuestions final : public QObject, private TTabsFixture {
   void TabKeyReachesQuestions_data() {
     Columns<QString, QStringList>("script", "stops");
     Row("permission", u"navigator.geolocation.getCurrentPosition(() => {})"_s,
-        QStringList{"cmdAllow", "cmdDeny", "cmdNever", "cmdClose", "page"});
+        QStringList{"cmdAllow", "cmdAllowNow", "cmdDeny", "cmdNever", "cmdClose", "page"});
     Row("dialog", u"confirm('?')"_s, QStringList{"cmdOK", "cmdCancel"});
   }
   void TabKeyReachesQuestions() {
@@ -114,7 +114,7 @@ class TestPageQuestions final : public QObject, private TTabsFixture {
       QTRY_COMPARE(place(), stop);
     }
     if (stops.last() != u"page"_s) return;
-    const QStringList back{"cmdClose", "cmdNever", "cmdDeny", "cmdAllow", "tabBar"};
+    const QStringList back{"cmdClose", "cmdNever", "cmdDeny", "cmdAllowNow", "cmdAllow", "tabBar"};
     for (const QString &stop : back) {
       QTest::keyClick(window->focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
       QTRY_COMPARE(place(), stop);

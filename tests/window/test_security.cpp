@@ -406,6 +406,23 @@ class TestSecurity final : public QObject {
     }
   }
 
+  // What comes as a file since it takes a plug-in to show it.
+  void AskedAboutDocuments() {
+    QVERIFY(TZoneStore(*m_f.store).SetPolicy(3, TUrlAction::ActiveX, TZoneStore::Query));
+    TZVOptions(*m_f.store).Set(Setting::DownloadAsk, false);
+    TZVOptions(*m_f.store).Set(Setting::DownloadFolder, m_f.Path(QString()));
+    m_f.server.Route("/paper",
+                     TTestResponse{.body = "%PDF-1.4\n%%EOF", .headers = {{"Content-Type", "application/pdf"}}});
+    m_f.Open();
+    Load(m_f.server.Url(u"/other"_s));
+    const QString paper = m_f.server.Url(u"/paper"_s);
+    Active()->Navigate(paper);
+    Answer(u"May http://127.0.0.1:%1 use plug-ins?"_s, "cmdAllow");
+    SOON(Active()->GetLocationUrl(), paper);
+    SOON(Active()->Load(), TLoad::Shown);
+    QVERIFY(!IsAsked());
+  }
+
   // Nothing runs before the answer, which holds for the site: for this run, or for good.
   void AskedAboutScripts() {
     QVERIFY(TZoneStore(*m_f.store).SetPolicy(3, TUrlAction::Scripting, TZoneStore::Query));

@@ -35,6 +35,7 @@ void TPageDownloads::NoteAsked(const QUrl &address) {
 
 void TPageDownloads::Follow(QWebEngineDownloadRequest *request) {
   if (request->isFinished()) return;
+  Q_EMIT Came(request->url(), request->mimeType());
   ++m_underWay;
   // It ends once, finished or not, or goes with what it was for.
   const auto end = [this, runs = std::make_shared<bool>(true)] {

@@ -47,6 +47,8 @@ class TPageDownloads final : public QObject {
   void BeginPage();
 
  Q_SIGNALS:
+  // What the page has asked for turns out to be a file of that type.
+  void Came(const QUrl &address, const QString &type);
   // Whether the page may have more. Answer is to be called, later.
   void Asked();
   void Answered(bool allow);

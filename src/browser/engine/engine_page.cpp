@@ -74,6 +74,10 @@ TEnginePage::TEnginePage(TEngine &engine, QObject *parent)
   m_rules = new TPageRules(engine, this);
   connect(m_rules, &TPageRules::PermissionWanted, this, &TEnginePage::PermissionWanted);
   connect(m_downloads, &TPageDownloads::Asked, this, &TEnginePage::AskForDownloads);
+  connect(m_downloads, &TPageDownloads::Came, this, [this](const QUrl &address, const QString &type) {
+    // With plug-ins it would have been a page.
+    if (address == m_pending && type == QLatin1String("application/pdf")) m_rules->AskAboutDocument(address);
+  });
   engine.ScriptCalls().Connect(*this, *m_dialogs);
   connect(m_dialogs, &TScriptDialogs::BringToFrontRequested, this, &TEnginePage::BringToFrontRequested);
   connect(m_filter, &TContentFilter::InsecurePartRequested, this, [this] {

@@ -67,9 +67,11 @@ void TPageRules::AskAtStart(const QUrl &url) {
   m_wasAsked = true;
   const TToAsk ask = m_applied.toAsk;
   const QPointer<TPageRules> self(this);
-  if (ask.scripts) Ask(url, TPermission::Scripts);
-  if (self && ask.cookies.stored) Ask(url, TPermission::StoredCookies);
-  if (self && ask.cookies.session) Ask(url, TPermission::SessionCookies);
+  // What was kept from the page when it came it only gets by coming again.
+  const auto again = [this] { m_page->triggerAction(QWebEnginePage::Reload); };
+  if (ask.scripts) Ask(url, TPermission::Scripts, again);
+  if (self && ask.cookies.stored) Ask(url, TPermission::StoredCookies, again);
+  if (self && ask.cookies.session) Ask(url, TPermission::SessionCookies, again);
 }
 
 void TPageRules::AskAtEnd(const QUrl &url) {
@@ -79,17 +81,20 @@ void TPageRules::AskAtEnd(const QUrl &url) {
   // Few pages have any, and a page without scripts can only have these.
   m_page->runJavaScript(QStringLiteral("document.querySelector('embed, object') !== null"), ScriptWorld::Own,
                         [self, url](const QVariant &has) {
-                          if (self && has.toBool() && self->m_page->url() == url) self->Ask(url, TPermission::PlugIns);
+                          if (!self || !has.toBool() || self->m_page->url() != url) return;
+                          self->Ask(url, TPermission::PlugIns,
+                                    [self] { self->m_page->triggerAction(QWebEnginePage::Reload); });
                         });
 }
 
-// What was kept from the page when it came it only gets by coming again.
-void TPageRules::Ask(const QUrl &url, TPermission permission) {
+void TPageRules::AskAboutDocument(const QUrl &url) {
+  if (Of(url).toAsk.plugIns) Ask(url, TPermission::PlugIns, [this, url] { m_page->load(url); });
+}
+
+void TPageRules::Ask(const QUrl &url, TPermission permission, const std::function<void()> &goOn) {
   const QUrl owner = OwnerOf(url);
   if (!WebAddress::Is(owner) && !owner.isLocalFile()) return;
-  Q_EMIT PermissionWanted({owner, permission, [page = QPointer(m_page)](TPermissionAnswer answer) {
-                             if (page && answer == TPermissionAnswer::Allow) {
-                               page->triggerAction(QWebEnginePage::Reload);
-                             }
+  Q_EMIT PermissionWanted({owner, permission, [self = QPointer(this), goOn](TPermissionAnswer answer) {
+                             if (self && answer == TPermissionAnswer::Allow) goOn();
                            }});
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <QObject>
 #include <QUrl>
 
@@ -43,13 +44,16 @@ class TPageRules final : public QObject {
   // about what it has in it.
   void AskAtStart(const QUrl &url);
   void AskAtEnd(const QUrl &url);
+  // About what came as a file since it takes a plug-in to show it.
+  void AskAboutDocument(const QUrl &url);
 
  Q_SIGNALS:
   void PermissionWanted(const TPermissionRequest &request);
 
  private:
   void Apply(const QUrl &url);
-  void Ask(const QUrl &url, TPermission permission);
+  // `goOn` when the user allows it.
+  void Ask(const QUrl &url, TPermission permission, const std::function<void()> &goOn);
 
   TEngine &m_engine;
   QWebEnginePage *m_page;
