@@ -224,7 +224,7 @@ class TTestHistoryPages final : public QObject {
 
   // More than goes in one step; what came before and after is written in its turn.
   void TakesOutManyInTheirTurn() {
-    constexpr int Many = 3500;
+    constexpr int Many = 8000;
     THistoryStore store(m_file);
     QSignalSpy written(&store, &THistoryStore::Written);
     for (int i = 0; i < Many; ++i) store.AddVisit(QString("http://a.example/%1").arg(i), "Page", Noon(Today));
