@@ -81,12 +81,17 @@ bool TSiteCookies::MayKeep(const TCookie &cookie) {
 // becomes such a one.
 void TSiteCookies::CheckKept(const QNetworkCookie &cookie) {
   const std::optional<QUrl> origin = OriginOf(cookie);
-  if (origin && !IsKnown(*origin)) Learn(*origin);
   const auto mayKeep = [&](TCookie::TLifetime lifetime) {
     return origin ? MayKeep({.origin = *origin, .lifetime = lifetime}) : !IsRefused(cookie.domain(), lifetime);
   };
   const bool session = cookie.isSessionCookie();
-  if (mayKeep(session ? TCookie::TLifetime::Session : TCookie::TLifetime::Stored)) return;
+  const auto lifetime = session ? TCookie::TLifetime::Session : TCookie::TLifetime::Stored;
+  if (mayKeep(lifetime)) return;
+  // The user may have allowed it; nobody has looked that up yet.
+  if (origin && !IsKnown(*origin)) {
+    Learn(*origin);
+    if (mayKeep(lifetime)) return;
+  }
   if (session || !mayKeep(TCookie::TLifetime::Session)) {
     m_store->deleteCookie(cookie);
     return;
