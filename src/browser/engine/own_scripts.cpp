@@ -42,6 +42,6 @@ void OwnScript::Remove(QWebEnginePage &page, const char *file) {
   for (const QWebEngineScript &script : there) page.scripts().remove(script);
 }
 
-bool OwnScript::IsIn(const QWebEnginePage &page, const char *file) {
-  return !const_cast<QWebEnginePage &>(page).scripts().find(QLatin1String(file)).isEmpty();
+bool OwnScript::IsIn(QWebEnginePage &page, const char *file) {
+  return !page.scripts().find(QLatin1String(file)).isEmpty();
 }

@@ -36,6 +36,6 @@ struct TValue {
 void Insert(QWebEnginePage &page, const char *file, quint32 world, std::initializer_list<TValue> values);
 // Takes it out of what the page loads from now on.
 void Remove(QWebEnginePage &page, const char *file);
-[[nodiscard]] bool IsIn(const QWebEnginePage &page, const char *file);
+[[nodiscard]] bool IsIn(QWebEnginePage &page, const char *file);
 
 }  // namespace OwnScript

@@ -67,11 +67,9 @@ void TPageRules::AskAtStart(const QUrl &url) {
   m_wasAsked = true;
   const TToAsk ask = m_applied.toAsk;
   const QPointer<TPageRules> self(this);
-  // What was kept from the page when it came it only gets by coming again.
-  const auto again = [this] { m_page->triggerAction(QWebEnginePage::Reload); };
-  if (ask.scripts) Ask(url, TPermission::Scripts, again);
-  if (self && ask.cookies.stored) Ask(url, TPermission::StoredCookies, again);
-  if (self && ask.cookies.session) Ask(url, TPermission::SessionCookies, again);
+  if (ask.scripts) AskAndReload(url, TPermission::Scripts);
+  if (self && ask.cookies.stored) AskAndReload(url, TPermission::StoredCookies);
+  if (self && ask.cookies.session) AskAndReload(url, TPermission::SessionCookies);
 }
 
 void TPageRules::AskAtEnd(const QUrl &url) {
@@ -82,13 +80,16 @@ void TPageRules::AskAtEnd(const QUrl &url) {
   m_page->runJavaScript(QStringLiteral("document.querySelector('embed, object') !== null"), ScriptWorld::Own,
                         [self, url](const QVariant &has) {
                           if (!self || !has.toBool() || self->m_page->url() != url) return;
-                          self->Ask(url, TPermission::PlugIns,
-                                    [self] { self->m_page->triggerAction(QWebEnginePage::Reload); });
+                          self->AskAndReload(url, TPermission::PlugIns);
                         });
 }
 
 void TPageRules::AskAboutDocument(const QUrl &url) {
   if (Of(url).toAsk.plugIns) Ask(url, TPermission::PlugIns, [this, url] { m_page->load(url); });
+}
+
+void TPageRules::AskAndReload(const QUrl &url, TPermission permission) {
+  Ask(url, permission, [this] { m_page->triggerAction(QWebEnginePage::Reload); });
 }
 
 void TPageRules::Ask(const QUrl &url, TPermission permission, const std::function<void()> &goOn) {

@@ -52,6 +52,8 @@ class TPageRules final : public QObject {
 
  private:
   void Apply(const QUrl &url);
+  // What was kept from the page when it came it only gets by coming again.
+  void AskAndReload(const QUrl &url, TPermission permission);
   // `goOn` when the user allows it.
   void Ask(const QUrl &url, TPermission permission, const std::function<void()> &goOn);
 
