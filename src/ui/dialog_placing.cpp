@@ -24,6 +24,8 @@ void ResizeOnScreen(QWidget &window, const QSize &wanted) {
 void CentreOnScreen(QWidget &window) {
   const QScreen *screen = ScreenOf(window);
   if (screen == nullptr) return;
+  // One that nobody gave a size gets it only when it is shown.
+  if (!window.testAttribute(Qt::WA_Resized)) window.adjustSize();
   QRect frame(QPoint(), window.size());
   frame.moveCenter(screen->availableGeometry().center());
   window.move(frame.topLeft());

@@ -11,6 +11,7 @@
 #include <QTextEdit>
 #include <QToolButton>
 #include <QTreeWidget>
+#include <QVBoxLayout>
 
 #include "browser/page/find_bar.h"
 #include "browser/page/properties_dialog.h"
@@ -24,6 +25,7 @@
 #include "ui/confirm_dialog.h"
 #include "ui/contrast.h"
 #include "ui/control_style.h"
+#include "ui/dialog_placing.h"
 #include "ui/input_box.h"
 
 using namespace Qt::StringLiterals;
@@ -55,6 +57,15 @@ class TestDialogs final : public QObject {
     m_owner->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(m_owner.get()));
     m_dialogs = std::make_unique<TScriptDialogs>(m_language);
+  }
+
+  void opensInTheMiddle() {
+    QDialog dialog(m_owner.get());
+    (new QVBoxLayout(&dialog))->addWidget(new QLabel(u"much\nto\nsay"_s));
+    CentreOnScreen(dialog);
+    dialog.show();
+    const QPoint off = dialog.geometry().center() - m_owner->screen()->availableGeometry().center();
+    QVERIFY2(off.manhattanLength() <= 4, qPrintable(u"%1, %2"_s.arg(off.x()).arg(off.y())));
   }
 
   void confirmAnswers_data() {
