@@ -282,12 +282,45 @@ class TestPagePrompts final : public QObject {
     QCOMPARE(Answer(*m_page), lasts ? answer : QString());
   }
 
+  // The same site in two tabs: it is answered in one of them.
+  void permissionIsAnsweredInAnotherTab_data() {
+    Columns<QString, int>("button", "answer");
+    Row("allow", "cmdAllow", int(TPermissionAnswer::Allow));
+    Row("deny", "cmdDeny", int(TPermissionAnswer::Deny));
+    Row("not now", "cmdClose", -1);
+  }
+  void permissionIsAnsweredInAnotherTab() {
+    QFETCH(QString, button);
+    Load(u"/page"_s);
+    QWebEnginePage other(m_profile.get());
+    TPagePrompts prompts(&other, m_sheet, m_window.get(), m_language);
+    int answer = -1;
+    int later = -1;
+    const auto ask = [this](TPagePrompts &of, TPermission permission, int &given) {
+      of.AskPermission({m_page->url(), permission, [&given](TPermissionAnswer said) { given = int(said); }});
+    };
+    int here = -1;
+    ask(*m_prompts, TPermission::Scripts, here);
+    ask(prompts, TPermission::Scripts, answer);
+    ask(prompts, TPermission::PlugIns, later);
+    Press(button);
+    QTEST(answer, "answer");
+    QCOMPARE(later, -1);
+    const bool follows = answer != -1;
+    auto &never = *prompts.Bar()->findChild<QPushButton *>(u"cmdNever"_s);
+    QTRY_VERIFY(never.isEnabled());
+    never.click();
+    QCOMPARE(prompts.Bar()->isHidden(), follows);
+    QCOMPARE(later, follows ? int(TPermissionAnswer::Deny) : -1);
+  }
+
   void permissionIsChanged_data() {
-    Columns<TPermissionDecision, QString>("decision", "answer");
-    Row("ask again", TPermissionDecision::Ask, QString());
-    Row("allowed", TPermissionDecision::Allowed, u"granted"_s);
-    Row("refused for now", TPermissionDecision::RefusedForNow, u"denied"_s);
-    Row("refused", TPermissionDecision::Refused, u"denied"_s);
+    Columns<TPermissionDecision, QString, bool>("decision", "answer", "elsewhere");
+    Row("ask again", TPermissionDecision::Ask, QString(), false);
+    Row("all forgotten", TPermissionDecision::Ask, QString(), true);
+    Row("allowed", TPermissionDecision::Allowed, u"granted"_s, false);
+    Row("refused for now", TPermissionDecision::RefusedForNow, u"denied"_s, false);
+    Row("refused", TPermissionDecision::Refused, u"denied"_s, false);
   }
   void permissionIsChanged() {
     QFETCH(TPermissionDecision, decision);
@@ -300,13 +333,17 @@ class TestPagePrompts final : public QObject {
     QTRY_VERIFY_WITH_TIMEOUT(!Answer(*m_page).isEmpty(), LongWait);
     const std::unique_ptr<TSitePermissions> list(m_prompts->SitePermissions(nullptr).value(0));
     QVERIFY(list->title().contains(u"127.0.0.1"_s));
+    QFETCH(bool, elsewhere);
+    if (elsewhere) TPermissionDecisions::Of(*m_profile).ForgetAll();
     auto *choice = list->findChild<QComboBox *>();
     list->show();
-    QTest::keyClick(choice, Qt::Key_Home);
-    while (choice->currentData().toInt() != int(decision)) QTest::keyClick(choice, Qt::Key_Down);
+    if (!elsewhere) QTest::keyClick(choice, Qt::Key_Home);
+    while (!elsewhere && choice->currentData().toInt() != int(decision)) QTest::keyClick(choice, Qt::Key_Down);
+    QFETCH(QString, answer);
+    QTRY_COMPARE(Run(*m_page, u"Notification.permission"_s), answer.isEmpty() ? u"default"_s : answer);
     AskForNotifications(*m_page);
     QTRY_VERIFY_WITH_TIMEOUT(m_prompts->Bar()->isVisible() || !Answer(*m_page).isEmpty(), LongWait);
-    QTEST(Answer(*m_page), "answer");
+    QCOMPARE(Answer(*m_page), answer);
     QCOMPARE(m_prompts->SitePermissions(list.get()).isEmpty(), decision == TPermissionDecision::Ask);
   }
 

@@ -24,13 +24,10 @@ QByteArray KeyOf(const QNetworkCookie &cookie) {
 
 void TSiteCookies::Watch(QWebEngineProfile &profile) {
   m_decisions = &TPermissionDecisions::Of(profile);
-  connect(m_decisions, &TPermissionDecisions::Changed, this, [this] {
-    // What nobody has decided anew stays at hand: the engine waits for no answer.
-    const QStringList sites = [this] {
-      const QMutexLocker lock(&m_guard);
-      return m_allowed.keys();
-    }();
-    for (const QString &site : sites) Learn(QUrl(site));
+  connect(m_decisions, &TPermissionDecisions::Changed, this, [this](const QUrl &site, TPermission permission) {
+    if (permission != TPermission::StoredCookies && permission != TPermission::SessionCookies) return;
+    Learn(site);
+    if (!IsAllowed(m_decisions->Find(site, permission))) CheckAll();
   });
   m_store = profile.cookieStore();
   m_store->setCookieFilter([this](const QWebEngineCookieStore::FilterRequest &request) {

@@ -90,6 +90,7 @@ TPagePrompts::TPagePrompts(QWebEnginePage *page, TQuestionSheet *sheet, QWidget 
       m_requests(new TPermissionRequests(page)) {
   connect(m_bar, &TPermissionBar::Answered, this, &TPagePrompts::FinishPermission);
   connect(m_requests, &TPermissionRequests::Asked, this, &TPagePrompts::AskPermission);
+  connect(&m_decisions, &TPermissionDecisions::Changed, this, &TPagePrompts::FollowDecision);
   connect(m_requests, &TPermissionRequests::Withdrawn, this, [this](const QUrl &origin, TPermission permission) {
     m_permissionRequests.removeIf([&](const auto &request) { return AsksFor(request, origin, permission); });
     AskNextPermission();
@@ -182,6 +183,23 @@ void TPagePrompts::FinishPermission(TPermissionDecision decision) {
   AskNextPermission();
 }
 
+void TPagePrompts::FollowDecision(const QUrl &site, TPermission permission) {
+  if (TPermissionRequests::IsKept(permission)) {
+    m_requests->Settle(site, permission, AllowedBy(m_decisions.Find(site, permission)));
+  }
+  if (m_permissionRequests.isEmpty()) return;
+  // The same page in other tabs has asked as well, and one question may be of several permissions.
+  const auto isOpen = [this](const TPermissionRequest &request) {
+    return m_decisions.Find(request.origin, request.permission) == TPermissionDecision::Ask;
+  };
+  const bool staysInFront = isOpen(m_permissionRequests.first());
+  const auto decided = std::stable_partition(m_permissionRequests.begin(), m_permissionRequests.end(), isOpen);
+  const QList<TPermissionRequest> answered(decided, m_permissionRequests.end());
+  m_permissionRequests.erase(decided, m_permissionRequests.end());
+  for (const TPermissionRequest &request : answered) AskPermission(request);
+  if (!staysInFront) AskNextPermission();
+}
+
 QList<TSitePermissions *> TPagePrompts::SitePermissions(QWidget *parent) {
   const auto originOf = [](const QUrl &url) { return url.scheme() + url.authority(QUrl::FullyEncoded); };
   const QUrl own = m_page->url();
@@ -191,11 +209,7 @@ QList<TSitePermissions *> TPagePrompts::SitePermissions(QWidget *parent) {
   QList<TSitePermissions *> lists;
   for (const QUrl &site : std::as_const(sites)) {
     if (m_decisions.Decided(site).isEmpty()) continue;
-    auto *permissions = new TSitePermissions(site, m_decisions, m_language, parent);
-    connect(permissions, &TSitePermissions::Changed, this, [this, site](TPermission permission) {
-      m_requests->Settle(site, permission, AllowedBy(m_decisions.Find(site, permission)));
-    });
-    lists.append(permissions);
+    lists.append(new TSitePermissions(site, m_decisions, m_language, parent));
   }
   return lists;
 }

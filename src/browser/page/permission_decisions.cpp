@@ -84,14 +84,16 @@ TPermissionDecision TPermissionDecisions::Find(const QUrl &origin, TPermission p
 }
 
 void TPermissionDecisions::Remember(const QUrl &origin, TPermission permission, TPermissionDecision decision) {
-  for (const TPermission part : PartsOf(permission)) RememberOne(SiteOf(origin), part, decision);
-  Q_EMIT Changed();
+  const QList<TPermission> parts = PartsOf(permission);
+  for (const TPermission part : parts) RememberOne(SiteOf(origin), part, decision);
+  for (const TPermission part : parts) Q_EMIT Changed(QUrl(SiteOf(origin)), part);
 }
 
 void TPermissionDecisions::ForgetAll() {
+  const QList<TDecided> all = All();
   m_ofThisRun.clear();
   if (m_store != nullptr) m_store->DeleteKey(Hive, Key);
-  Q_EMIT Changed();
+  for (const TDecided &one : all) Q_EMIT Changed(one.site, one.permission);
 }
 
 QList<TPermissionDecisions::TDecided> TPermissionDecisions::All() const {

@@ -56,7 +56,8 @@ class TPermissionDecisions final : public QObject {
   [[nodiscard]] QList<TPermission> Decided(const QUrl &origin) const;
 
  Q_SIGNALS:
-  void Changed();
+  // One permission of one site is decided anew, or not any more.
+  void Changed(const QUrl &site, TPermission permission);
 
  private:
   using QObject::QObject;

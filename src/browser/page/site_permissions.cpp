@@ -59,7 +59,6 @@ TSitePermissions::TSitePermissions(const QUrl &site, TPermissionDecisions &decis
     connect(choice, &QComboBox::activated, this, [=, this, known = QPointer(&decisions)] {
       if (!known) return;
       known->Remember(site, permission, TPermissionDecision(choice->currentData().toInt()));
-      Q_EMIT Changed(permission);
     });
   }
 }

@@ -19,7 +19,4 @@ class TSitePermissions final : public QGroupBox {
   // What the user calls them: a permission by what a site does with it.
   [[nodiscard]] static QString NameOf(TPermission permission, const TLanguage &language);
   [[nodiscard]] static QString NameOf(TPermissionDecision decision, const TLanguage &language);
-
- Q_SIGNALS:
-  void Changed(TPermission permission);
 };
