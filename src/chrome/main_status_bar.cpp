@@ -6,10 +6,10 @@
 #include <QToolButton>
 #include <utility>
 
+#include "chrome/encryption_panel.h"
 #include "chrome/status_offer.h"
 #include "chrome/zone_panel.h"
 #include "config/language.h"
-#include "security/zone_images.h"
 #include "ui/frame_updates.h"
 #include "ui/shown_text.h"
 
@@ -57,7 +57,7 @@ TMainStatusBar::TMainStatusBar(const TLanguage &language, TFrameUpdates &updates
       m_annotations(MakeButton(this, "tbFlyswat")),
       m_zoom(MakeButton(this, "tbZoom")),
       m_downloads(MakeButton(this, "tbDownloadsActive")),
-      m_security(MakeButton(this, "tbEncryption")),
+      m_security(new TEncryptionPanel(language, this)),
       m_zone(new TZonePanel(this)),
       m_stoppedMenu(new QMenu(this)) {
   setObjectName(QStringLiteral("StatusBar"));
@@ -95,7 +95,7 @@ TMainStatusBar::TMainStatusBar(const TLanguage &language, TFrameUpdates &updates
   connect(m_pagesToCome, &QToolButton::clicked, this, &TMainStatusBar::StopPagesClicked);
   m_zoom->setToolTip(language.Text("MAIN", "ZoomHint"));
   connect(m_zoom, &QToolButton::clicked, this, &TMainStatusBar::ZoomClicked);
-  connect(m_security, &QToolButton::clicked, this, &TMainStatusBar::SecurityClicked);
+  connect(m_security, &TEncryptionPanel::clicked, this, &TMainStatusBar::SecurityClicked);
   connect(&updates, &TFrameUpdates::Show, this, &TMainStatusBar::ShowGathered);
 }
 
@@ -116,14 +116,7 @@ void TMainStatusBar::ShowProgress(int percent) {
 }
 
 void TMainStatusBar::ShowSecurity(bool secure, TEncryptionLevel level) {
-  const bool locked = IsWhole(secure, level);
-  if (std::exchange(m_shownSecurity, std::pair(level, locked)) == std::pair(level, locked)) return;
-  m_security->setVisible(level != TEncryptionLevel::None);
-  if (level == TEncryptionLevel::None) return;
-  m_security->setIcon(locked ? ZoneImages::Of(ZoneImages::Padlock) : QIcon(QStringLiteral(":/icons/lock_open.svg")));
-  const QString text = m_language.Text(EncryptionText(level));
-  m_security->setToolTip(text);
-  m_security->setAccessibleName(text);
+  m_security->Show(secure, level);
 }
 
 void TMainStatusBar::ShowZone(const QIcon &icon, const QString &name) {

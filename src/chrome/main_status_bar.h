@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <QStatusBar>
-#include <utility>
 
 #include "browser/page/encryption_level.h"
 
@@ -10,6 +9,7 @@ class QLabel;
 class QMenu;
 class QProgressBar;
 class QToolButton;
+class TEncryptionPanel;
 class TFrameUpdates;
 class TLanguage;
 class TStatusOffer;
@@ -32,7 +32,7 @@ class TMainStatusBar final : public QStatusBar {
   void ShowNote(const QString &text, const QString &actionText, std::function<void()> action);
   // Percent; 100 hides the bar.
   void ShowProgress(int percent);
-  // The padlock with its words, nothing at the lowest level.
+  // Panel 1: the padlock with the words of the level; nothing for a page that is not secure.
   void ShowSecurity(bool secure, TEncryptionLevel level);
   // Panel 3: the security zone of the page in front; nothing for an empty name.
   void ShowZone(const QIcon &icon, const QString &name);
@@ -66,7 +66,6 @@ class TMainStatusBar final : public QStatusBar {
   QString m_wantedText;
   int m_wantedProgress = 100;
   int m_wantedPages = 0;
-  std::pair<TEncryptionLevel, bool> m_shownSecurity{TEncryptionLevel::None, false};
   bool m_isStale = false;  // something wanted is not shown yet
   QLabel *m_text;
   QLabel *m_note;
@@ -78,7 +77,7 @@ class TMainStatusBar final : public QStatusBar {
   QToolButton *m_annotations;
   QToolButton *m_zoom;
   QToolButton *m_downloads;
-  QToolButton *m_security;
+  TEncryptionPanel *m_security;
   TZonePanel *m_zone;
   QMenu *m_stoppedMenu;
 };

@@ -1,18 +1,8 @@
 #include "chrome/zone_panel.h"
 
-#include <algorithm>
 #include <QMouseEvent>
-#include <QPainter>
-#include <QStyle>
 
-namespace {
-
-constexpr int IconSize = 16;
-constexpr int TextLeft = 19;
-constexpr int TextTop = 1;
-constexpr int RightMargin = 4;
-
-}  // namespace
+#include "chrome/status_panel_face.h"
 
 TZonePanel::TZonePanel(QWidget *parent) : QWidget(parent) {
   setObjectName(QStringLiteral("pnlZone"));
@@ -32,18 +22,11 @@ void TZonePanel::Show(const QIcon &icon, const QString &text) {
 }
 
 QSize TZonePanel::sizeHint() const {
-  return {TextLeft + fontMetrics().horizontalAdvance(m_text) + RightMargin,
-          std::max(IconSize, fontMetrics().height() + TextTop)};
+  return StatusPanelFace::Size(*this, m_text);
 }
 
 void TZonePanel::paintEvent(QPaintEvent * /*event*/) {
-  QPainter painter(this);
-  const QRect icon(0, 0, IconSize, IconSize);
-  const QRect text(TextLeft, TextTop, width() - TextLeft, height() - TextTop);
-  m_icon.paint(&painter, QStyle::visualRect(layoutDirection(), rect(), icon));
-  painter.setPen(palette().color(QPalette::WindowText));
-  painter.drawText(QStyle::visualRect(layoutDirection(), rect(), text),
-                   QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignTop), m_text);
+  StatusPanelFace::Paint(*this, m_icon, m_text);
 }
 
 void TZonePanel::mouseDoubleClickEvent(QMouseEvent *event) {

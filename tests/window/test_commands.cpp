@@ -142,12 +142,12 @@ class TestCommands final : public QObject, private TCommandsFixture {
     button()->click();
     SOON(Active()->GetLocationName(), u"Secret"_s);
     QTRY_VERIFY_WITH_TIMEOUT(Active()->Secure() && lock->isVisible(), m_f.LoadTime);
-    QCOMPARE(lock->toolTip(), Window().Language().Text("MAIN", "EncryptionUnknown"));
+    QCOMPARE(lock->text(), Window().Language().Text("MAIN", "EncryptionUnknown"));
     lock->click();
     Opens("TPropertiesDialog")();
     Dialog("TPropertiesDialog")->close();
     QVERIFY(mark->isVisible());
-    QCOMPARE(mark->toolTip(), lock->toolTip());
+    QCOMPARE(mark->toolTip(), lock->text());
     mark->trigger();
     Opens("TPropertiesDialog")();
     Dialog("TPropertiesDialog")->close();
