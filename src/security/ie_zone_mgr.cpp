@@ -57,7 +57,7 @@ QString TIEZoneMgr::PolicyWord(TZonePolicy policy) const {
 
 int TIEZoneMgr::AddSite(const QString &address, int zone) {
   if (!Available()) return NotAvailable;
-  const QUrl url(address);
+  const QUrl url(TZoneMap::PageOf(address));
   const QString host = url.host(QUrl::FullyEncoded);
   if (!url.isValid() || url.scheme().isEmpty() || host.isEmpty()) return Failed;
   if (url.scheme().size() > LongestPart || host.size() > LongestPart) return Failed;

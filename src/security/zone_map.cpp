@@ -10,6 +10,7 @@ using TScheme = TZonePattern::TScheme;
 constexpr qsizetype LongestPattern = 2048;
 constexpr qsizetype LongestHost = 255;  // as the domain name system has it
 constexpr int DeepestNesting = 4;       // of addresses within addresses
+constexpr QLatin1String Source("view-source:");
 
 bool IsPlainHostSign(QChar sign) {
   return (sign >= u'a' && sign <= u'z') || (sign >= u'0' && sign <= u'9') || sign == u'-' || sign == u'.';
@@ -21,6 +22,14 @@ bool IsDigit(QChar sign) {
 
 bool IsNumber(QStringView text) {
   return !text.isEmpty() && std::ranges::all_of(text, IsDigit);
+}
+
+// What stands before the address of the page that an address is a part or the source of; mostly nothing.
+QLatin1String OuterOf(const QString &address) {
+  for (const QLatin1String outer : {Source, QLatin1String("blob:"), QLatin1String("filesystem:")}) {
+    if (address.startsWith(outer, Qt::CaseInsensitive)) return outer;
+  }
+  return {};
 }
 
 QStringView LastLabel(QStringView host) {
@@ -117,6 +126,12 @@ void TZoneMap::Set(const QList<TZoneMapping> &mappings) {
   }
 }
 
+QString TZoneMap::PageOf(const QString &address) {
+  QString page = address;
+  for (int depth = 0; depth < DeepestNesting; ++depth) page.remove(0, OuterOf(page).size());
+  return page;
+}
+
 int TZoneMap::ZoneOf(const QString &address) const {
   return ZoneOf(address, 0);
 }
@@ -127,11 +142,10 @@ int TZoneMap::ZoneOf(const QString &address, int depth) const {
     const QStringView host = PlainHost(QStringView(address).sliced(QStringView(begin).size()));
     if (!host.isEmpty()) return ZoneOfHost(host, scheme);
   }
-  for (const char *outer : {"view-source:", "blob:", "filesystem:"}) {
-    if (!address.startsWith(QLatin1String(outer), Qt::CaseInsensitive)) continue;
+  if (const QLatin1String outer = OuterOf(address); !outer.isEmpty()) {
     if (depth == DeepestNesting) return ZoneNumber::Unknown;
-    const int zone = ZoneOf(address.sliced(qsizetype(qstrlen(outer))), depth + 1);
-    if (*outer == 'v') return zone;
+    const int zone = ZoneOf(address.sliced(outer.size()), depth + 1);
+    if (outer == Source) return zone;
     // Who has made it is not told in every such address; it is never more than a page of the Internet then.
     return zone == ZoneNumber::LocalMachine || zone == ZoneNumber::Unknown ? ZoneNumber::Internet : zone;
   }

@@ -62,6 +62,8 @@ class TZoneMap final {
   // all else is 3. A page within a page's address ("blob:") has that one's zone but for 0, which becomes 3. Neither
   // ports nor the way in which an international name is written matter. -1 for what is no address.
   [[nodiscard]] int ZoneOf(const QString &address) const;
+  // The address of the page that `address` is a part or the source of; `address` itself where it is no such one.
+  [[nodiscard]] static QString PageOf(const QString &address);
 
  private:
   static constexpr int SchemeCount = 3;

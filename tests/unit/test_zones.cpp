@@ -318,7 +318,7 @@ class TestZones final : public QObject {
     QCOMPARE(manager.ZoneOfUrl(page), 2);
     QCOMPARE(manager.RemoveSite(page, 2), TIEZoneMgr::Failed);
     QCOMPARE(manager.ZoneOfUrl(page), 2);
-    QCOMPARE(manager.AddSite(page, 4), TIEZoneMgr::Done);
+    QCOMPARE(manager.AddSite(u"view-source:blob:"_s + page, 4), TIEZoneMgr::Done);
     QCOMPARE(m_zones->Mappings().size(), 1);
     QCOMPARE(manager.RemoveSite(u"http://B\u00fccher.test/"_s, 4), TIEZoneMgr::Done);
     QVERIFY(m_zones->Mappings().isEmpty());
