@@ -46,6 +46,7 @@ class TOptionsFixture {
     permissions = std::make_unique<TPermissionDecisions>(nullptr);
     permissions->KeepIn(*store);
     certificates = {};
+    hasLinks = true;
     scripts = std::make_unique<TUserScripts>(*settings);
   }
   void End() {
@@ -78,7 +79,8 @@ class TOptionsFixture {
             {[this] { return *TIEOptions(*store).KnownStates(); },
              [this](const TContentStates &on) {
                for (const TContentSwitch which : ContentSwitches) TIEOptions(*store).Set(which, on.at(size_t(which)));
-             }}};
+             }},
+            [this] { return hasLinks && settings->Get(Setting::ViewLinksBar); }};
   }
   void OK() const { Part(u"cmdOK"_s).click(); }
   // All that the store holds, in order.
@@ -141,5 +143,6 @@ class TOptionsFixture {
   std::unique_ptr<TPermissionDecisions> permissions;
   TCertificateExceptions certificates;
   std::unique_ptr<TUserScripts> scripts;
+  bool hasLinks = true;
   std::unique_ptr<TfrmOptions> dialog;
 };

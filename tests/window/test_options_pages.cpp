@@ -105,6 +105,25 @@ class TestOptionsPages final : public QObject, private TOptionsFixture {
     QVERIFY(certificates.Hosts().isEmpty() && certificates.IsTakenBack(u"Bad.test"_s));
   }
 
+  // A bar that waits for links does not show, and its box does not either.
+  void LinksBar() {
+    hasLinks = false;
+    for (const bool isTicked : {false, true}) {
+      Open();
+      QSignalSpy wanted(dialog.get(), &TfrmOptions::LinksBarWanted);
+      QVERIFY(!Part(u"chkViewLinksBar"_s).isChecked());
+      Part(u"chkViewLinksBar"_s).setChecked(isTicked);
+      OK();
+      QCOMPARE(wanted.size(), isTicked ? 1 : 0);
+      QVERIFY(settings->Get(Setting::ViewLinksBar));
+    }
+    hasLinks = true;
+    Open();
+    Part(u"chkViewLinksBar"_s).click();
+    OK();
+    QVERIFY(!settings->Get(Setting::ViewLinksBar));
+  }
+
   // The search that comes first is the one for words; the others keep their order.
   void Searches() {
     TZVOptions &lists = settings->Lists();

@@ -25,7 +25,8 @@ TOptionsCommand::TOptionsCommand(QWidget *window, TActions &actions, TSettings &
               engine.Certificates(),
               scripts,
               [&autoRefresh] { return autoRefresh.Interval(); },
-              {[&content] { return content.States(); }, [&content](const TContentStates &on) { content.Set(on); }}},
+              {[&content] { return content.States(); }, [&content](const TContentStates &on) { content.Set(on); }},
+              [&actions] { return actions[TCommand::ViewLinksBar]->isChecked(); }},
       m_offers(offers) {
   connect(actions[TCommand::Options], &QAction::triggered, this, &TOptionsCommand::Open);
 }

@@ -58,7 +58,6 @@ constexpr TFlagControl Flags[] = {
     {Bars, "chkUsePopupHalvex", &Setting::UsePopupHalvex},
     {Bars, "chkViewToolbar", &Setting::ViewToolbar},
     {Bars, "chkViewAddressBar", &Setting::ViewAddressBar},
-    {Bars, "chkViewLinksBar", &Setting::ViewLinksBar},
     {Bars, "chkViewStatusBar", &Setting::ViewStatusBar},
     {Bars, "chkViewHalvexBar", &Setting::ViewHalvexBar},
     {Bars, "chkFullscreenMenuBar", &Setting::FullscreenMenuBar},
@@ -117,6 +116,9 @@ TfrmOptions::TfrmOptions(const TParts &parts, const TOffers &offers, QWidget *ow
   Load();
   LoadLists();
   LoadAutoRefresh(parts.autoRefresh());
+  m_showsLinks = parts.showsLinks();
+  m_linksBox = findChild<QCheckBox *>(QStringLiteral("chkViewLinksBar"));
+  m_linksBox->setChecked(m_showsLinks);
   ConnectControls();
   UpdateStartup();
   UpdatePreview();
@@ -276,9 +278,8 @@ void TfrmOptions::cmdOKClick() {
   WriteFlags(Instances);
   WriteStartup();
   WriteFlags(NewTabs);
-  const bool hadLinks = m_settings.Get(Setting::ViewLinksBar);
   WriteFlags(Bars);
-  if (!hadLinks && m_settings.Get(Setting::ViewLinksBar)) Q_EMIT LinksBarWanted();
+  WriteLinksBar();
   for (const TTextControl &text : Texts) {
     m_settings.Set(*text.setting, findChild<QLineEdit *>(QLatin1String(text.box))->text());
   }
@@ -355,6 +356,14 @@ void TfrmOptions::WriteFlags(int step) {
     if (NewTabRows[i].step != step) continue;
     m_settings.Set(*NewTabRows[i].setting, m_ui->clbNewTabs->item(int(i))->checkState() == Qt::Checked);
   }
+}
+
+// While it waits for links it stays as it is: a box that nobody has touched says nothing.
+void TfrmOptions::WriteLinksBar() {
+  const bool shows = m_linksBox->isChecked();
+  if (shows == m_showsLinks) return;
+  m_settings.Set(Setting::ViewLinksBar, shows);
+  if (shows) Q_EMIT LinksBarWanted();
 }
 
 void TfrmOptions::WriteColors() {

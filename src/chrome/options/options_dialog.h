@@ -8,6 +8,7 @@
 #include "chrome/options/content_page.h"
 #include "config/options.h"
 
+class QCheckBox;
 class QSpinBox;
 class TCertificateExceptions;
 class TCertificatesPage;
@@ -53,6 +54,8 @@ class TfrmOptions final : public QDialog {
     // window's.
     std::function<int()> autoRefresh;
     TContentPage::TSwitches content;
+    // The links bar shows only where there are links, whatever the setting says.
+    std::function<bool()> showsLinks;
   };
 
   TfrmOptions(const TParts &parts, const TOffers &offers, QWidget *owner = nullptr);
@@ -83,6 +86,7 @@ class TfrmOptions final : public QDialog {
   [[nodiscard]] bool HasHomePage();
   // The flags of that step of OK, see Flags.
   void WriteFlags(int step);
+  void WriteLinksBar();
   void WriteColors();
   void WritePopupList();
   void WriteStartup();
@@ -126,6 +130,8 @@ class TfrmOptions final : public QDialog {
   QWidget *m_previewBehind = nullptr;  // ts2
   int m_autoRefresh = 0;               // the row that was chosen at first
   QString m_homePage;                  // what stood in its box then
-  bool m_hasColors = false;            // somebody has chosen some
-  QSet<QWidget *> m_marked;            // what a search has found
+  QCheckBox *m_linksBox = nullptr;
+  bool m_showsLinks = false;  // as it was then
+  bool m_hasColors = false;   // somebody has chosen some
+  QSet<QWidget *> m_marked;   // what a search has found
 };
