@@ -518,8 +518,9 @@ void TEnginePage::OnCertificateError(QWebEngineCertificateError error) {
     error.acceptCertificate();
     return;
   }
-  // Only the page itself is worth a question; parts of a page with a bad certificate stay away.
-  if (m_underWay && !m_committed && url.host() == m_pending.host() && url.port() == m_pending.port()) {
+  // Only the page itself is worth a question; parts of a page with a bad certificate stay away. The first page of a
+  // run may count as committed already: its address is told before anything of it.
+  if (m_underWay && url.host() == m_pending.host() && url.port() == m_pending.port()) {
     m_problem = problem;
   }
   error.rejectCertificate();

@@ -126,7 +126,10 @@ QString CertificateProblemText(const TCertificateProblem &problem, const TLangua
 QString DescribeCertificate(const QSslCertificate &certificate, const TLanguage &language) {
   if (certificate.isNull()) return {};
   const QLocale locale;
-  const auto date = [&](const QDateTime &when) { return locale.toString(when.toLocalTime(), QLocale::ShortFormat); };
+  // Some last into the next century.
+  QString format = locale.dateFormat(QLocale::ShortFormat);
+  if (!format.contains(QLatin1String("yyyy"))) format.replace(QLatin1String("yy"), QLatin1String("yyyy"));
+  const auto date = [&](const QDateTime &when) { return locale.toString(when.toLocalTime().date(), format); };
   const QStringList lines{
       language.Text("PAGES", "CertificateSubject")
           .arg(PartyName(certificate.subjectInfo(QSslCertificate::CommonName),
