@@ -338,9 +338,7 @@ class TestSleepingTabs final : public QObject, private TTabsFixture {
   }
 
  private:
-  static TPagePrompts *Prompts(TBrowserTab *tab) {
-    return tab->Browser()->EnginePage()->findChild<TPagePrompts *>();
-  }
+  static TPagePrompts *Prompts(TBrowserTab *tab) { return tab->Browser()->EnginePage()->findChild<TPagePrompts *>(); }
   static TStep Then(const TStep &first, const TStep &second) {
     return [=](TBrowserTab *tab) {
       first(tab);
