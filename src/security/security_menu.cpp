@@ -75,7 +75,9 @@ QString TSecurityMenu::Hint(const TTextKey &key, const QString &part) const {
 }
 
 void TSecurityMenu::Prepare() {
-  const TBrowserTab *tab = m_tabs.GetActivePage();
+  TBrowserTab *tab = m_tabs.GetActivePage();
+  // Another window may have put the site elsewhere.
+  if (tab != nullptr) tab->RefreshZone();
   const int zone = tab != nullptr ? static_cast<int>(tab->SecureZone()) : -1;
   ShowZone(zone);
   const bool isThere = m_zones.Available();
