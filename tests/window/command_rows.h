@@ -5,7 +5,6 @@
 #include <QInputDialog>
 #include <QStackedWidget>
 #include <QStatusBar>
-#include <QToolBar>
 #include <QTreeView>
 
 #include "browser/downloads/download_window.h"
