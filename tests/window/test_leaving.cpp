@@ -1,5 +1,8 @@
 #include <QElapsedTimer>
+#include <QNetworkCookie>
 #include <QPushButton>
+#include <QWebEngineCookieStore>
+#include <QWebEngineProfile>
 
 #include "browser/page/script_dialog.h"
 #include "support/data_row.h"
@@ -166,6 +169,28 @@ class TestLeaving final : public QObject, private TGroupsFixture {
     tabs->CloseByUser(tab);
     QTRY_COMPARE_WITH_TIMEOUT(asked, 2, LoadTime);
     QVERIFY(tabs->Tabs().contains(tab));
+  }
+
+  // A page that takes its time to say whether it may sleep is given up, and is not closed by what it says then.
+  void LateAnswerAboutSleep() {
+    server.RoutePage("/late", "Late",
+                     "<script>onbeforeunload = () => { while (!document.cookie.includes('go')); }</script>");
+    TBrowserTab *tab = Open("/late", true);
+    QWebEnginePage *page = tab->Browser()->EnginePage();
+    const QSignalSpy answers(page, &QWebEnginePage::windowCloseRequested);
+    const QSignalSpy closed(tab->Browser(), &THalvexBrowser::CloseRequested);
+    auto *wait = page->findChild<QTimer *>(u"tmrLeave"_s);
+    wait->setInterval(20);
+    const QSignalSpy tries(wait, &QTimer::timeout);
+    tabs->NewTab();
+    QTRY_VERIFY(page->recommendedState() != QWebEnginePage::LifecycleState::Active);
+    tab->FallAsleep();
+    QTRY_VERIFY_WITH_TIMEOUT(!tries.isEmpty() && !wait->isActive(), LoadTime);
+    QVERIFY(answers.isEmpty());
+    Engine().Profile().cookieStore()->setCookie(QNetworkCookie("go", "1"), QUrl(server.Url()));
+    QTRY_COMPARE_WITH_TIMEOUT(answers.size(), 1, LoadTime);
+    QVERIFY(closed.isEmpty() && !tab->Asleep());
+    QCOMPARE(AnswerOf(*page, u"1 + 1"_s).toInt(), 2);
   }
 
   // It can be come back to.

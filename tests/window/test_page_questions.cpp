@@ -249,6 +249,30 @@ class TestPageQuestions final : public QObject, private TTabsFixture {
     QTRY_COMPARE_WITH_TIMEOUT(server.RequestCount("/form"), 3, LoadTime);
   }
 
+  // Nor is one that a worker of the site has answered, which no request tells of.
+  void FormThatAWorkerAnswers() {
+    server.Route("/served/worker.js",
+                 TTestResponse{.body = "onfetch = e => { if (e.request.method === 'POST') e.respondWith(new Response("
+                                       "`<title>Answer ${Math.random()}</title>`, "
+                                       "{headers: {'Content-Type': 'text/html'}})) }",
+                               .headers = {{"Content-Type", "text/javascript"}}});
+    server.RoutePage("/served/form", "Form",
+                     "<form method=post action=/served/post></form><script>"
+                     "navigator.serviceWorker.register('worker.js');"
+                     "navigator.serviceWorker.ready.then(() => document.title = 'ready')</script>");
+    TBrowserTab *tab = OpenPage("/served/form");
+    QTRY_COMPARE_WITH_TIMEOUT(tab->GetLocationName(), u"ready"_s, LoadTime);
+    Begin(tab, u"document.forms[0].submit()"_s);
+    const auto answer = [tab] { return tab->Busy() ? QString() : tab->GetLocationName(); };
+    QTRY_VERIFY_WITH_TIMEOUT(answer().startsWith(u"Answer"_s), LoadTime);
+    const QString first = answer();
+    tab->Reload(false);
+    QVERIFY(tab->Browser()->HasOpenQuestion());
+    tab->findChild<TfrmConfirm *>()->accept();
+    QTRY_VERIFY_WITH_TIMEOUT(answer().startsWith(u"Answer"_s) && answer() != first, LoadTime);
+    QCOMPARE(server.RequestCount("/served/post"), 0);
+  }
+
   void LoopHasAWayOut() {
     TBrowserTab *tab = OpenPage("/page");
     Begin(tab, u"while (confirm('again?')) ; document.title = 'out'"_s);

@@ -106,6 +106,7 @@ TEnginePage::TEnginePage(TEngine &engine, QObject *parent)
     const std::function<void()> begin = m_wanted;
     begin();
   });
+  m_leaveWait.setObjectName(QStringLiteral("tmrLeave"));
   m_leaveWait.setInterval(LeaveInterval);
   connect(&m_leaveWait, &QTimer::timeout, this, [this] {
     if (m_dialogs->IsOpen()) return;
