@@ -34,11 +34,15 @@ class TSecurityFixture : public TMainWindowFixture {
   [[nodiscard]] TTabStrip &Tabs() const { return window->Tabs(); }
   [[nodiscard]] TBrowserTab *Active() const { return Tabs().GetActivePage(); }
   [[nodiscard]] QAction *Action(TCommand command) const { return window->Actions()[command]; }
-  // Whether that comes true; looks more often than the macros do, for what is asked about often.
+  // Whether that comes true. It is asked no more than that takes, and more often than the macros do.
   [[nodiscard]] static bool Soon(const std::function<bool()> &condition) {
     const QDeadlineTimer end(LoadTime);
-    while (!condition() && !end.hasExpired()) QTest::qWait(5);
-    return condition();
+    bool isTrue = condition();
+    while (!isTrue && !end.hasExpired()) {
+      QTest::qWait(5);
+      isTrue = condition();
+    }
+    return isTrue;
   }
   void Load(TBrowserTab *tab, const QString &address) const {
     tab->Navigate(address);

@@ -52,10 +52,7 @@ class TestZoneCookies final : public QObject, private TSecurityFixture {
     Load(server.Url(u"/set"_s, u"localhost"_s));
     QTRY_COMPARE(Sent(u"localhost"_s), u"script=1; scriptstored=1; session=1; stored=1"_s);
     // After the program has ended only what was to be stored is there.
-    window.reset();
-    Open();
-    // The engine reads them from the disk on a thread of its own.
-    QTRY_COMPARE(Sent(host), again);
+    QVERIFY(Soon([&] { return SentInNextRun(host) == again; }));
     QCOMPARE(Sent(host), again);
   }
 
@@ -82,9 +79,8 @@ class TestZoneCookies final : public QObject, private TSecurityFixture {
     window.reset();
     TZoneStore zones(*store);
     QVERIFY(zones.ResetPolicies(3));
-    Open();
     const QString again = refused == TCommand::SecurityCookiesDisallow ? QString() : u"stored=1"_s;
-    QTRY_COMPARE(Sent(host), again);
+    QVERIFY(Soon([&] { return SentInNextRun(host) == again; }));
     QCOMPARE(Sent(host), again);
   }
 
@@ -144,6 +140,13 @@ class TestZoneCookies final : public QObject, private TSecurityFixture {
     auto &decisions = TPermissionDecisions::Of(*Active()->Browser()->EnginePage()->profile());
     decisions.Remember(QUrl(u"http://another.localhost"_s), TPermission::Camera, TPermissionDecision::Refused);
     QCOMPARE(Sent(host), u"stored=1"_s);
+  }
+
+ private:
+  // The engine writes them on a thread of its own, which may end after the next run has read them.
+  [[nodiscard]] QString SentInNextRun(const QString &host) {
+    Open();
+    return Sent(host);
   }
 };
 
