@@ -60,14 +60,17 @@ class TSecurityFixture : public TMainWindowFixture {
     return cookies;
   }
   [[nodiscard]] QString Sent(const QString &host) { return Sent(Active(), host).join(u"; "_s); }
-  [[nodiscard]] bool IsAsked() const {
-    const auto *bar = Active()->findChild<TPermissionBar *>();
+  // Whether a question stands over the page in there.
+  [[nodiscard]] static bool IsAsked(const QWidget &in) {
+    const auto *bar = in.findChild<TPermissionBar *>();
     return bar != nullptr && bar->isVisible();
   }
+  [[nodiscard]] bool IsAsked() const { return IsAsked(*Active()); }
   // `question` with a place for the server's port.
-  void Answer(const QString &question, const char *button) const {
-    QTRY_VERIFY_WITH_TIMEOUT(IsAsked(), LoadTime);
-    const auto *bar = Active()->findChild<TPermissionBar *>();
+  void Answer(const QString &question, const char *button) const { Answer(question, button, *Active()); }
+  void Answer(const QString &question, const char *button, const QWidget &in) const {
+    QTRY_VERIFY_WITH_TIMEOUT(IsAsked(in), LoadTime);
+    const auto *bar = in.findChild<TPermissionBar *>();
     SOON(bar->findChild<QLabel *>(u"lblQuestion"_s)->text(), question.arg(server.Port()));
     auto *chosen = bar->findChild<QPushButton *>(QLatin1String(button));
     QTRY_VERIFY(chosen->isEnabled());

@@ -81,6 +81,22 @@ class TestZonePlaces final : public QObject, private TSecurityFixture {
     }
   }
 
+  // What is left to the user is asked over the page that wants it, beside the tabs, too.
+  void AskedInTheSidePanel() {
+    m_site = u"asked.localhost"_s;
+    QVERIFY(TZoneStore(*store).SetPolicy(3, TUrlAction::Scripting, TZoneStore::Query));
+    TZVOptions(*store).Set(Setting::SearchBar, Ruled());
+    Open();
+    Action(TCommand::SideBarSearch)->trigger();
+    const QWidget *panel = window->findChild<TSideSearch *>();
+    SOON(IsAsked(*panel), true);
+    SOON(server.RequestCount("/end"), 1);
+    QCOMPARE(server.RequestCount("/ran"), 0);
+    Answer(u"May http://ruled.asked.localhost:%1 run scripts?"_s, "cmdAllowNow", *panel);
+    SOON(server.RequestCount("/ran"), 1);
+    QVERIFY(!IsAsked(*Active()));
+  }
+
  private:
   [[nodiscard]] QString Ruled() const { return server.Url(u"/all"_s, u"ruled."_s + m_site); }
   [[nodiscard]] QString Free(const QString &path) const { return server.Url(path, u"free."_s + m_site); }
