@@ -140,6 +140,11 @@ class TestZoneCookies final : public QObject, private TSecurityFixture {
     auto &decisions = TPermissionDecisions::Of(*Active()->Browser()->EnginePage()->profile());
     decisions.Remember(QUrl(u"http://another.localhost"_s), TPermission::Camera, TPermissionDecision::Refused);
     QCOMPARE(Sent(host), u"stored=1"_s);
+    // What was allowed and is not any more goes, and does not only wait to be allowed again.
+    const QSignalSpy removed(Active()->Browser()->EnginePage()->profile()->cookieStore(),
+                             &QWebEngineCookieStore::cookieRemoved);
+    decisions.Remember(QUrl(server.Url(u"/"_s, host)), TPermission::StoredCookies, TPermissionDecision::Ask);
+    SOON(removed.isEmpty(), false);
   }
 
  private:
