@@ -65,5 +65,8 @@ void TSystemNotificationArea::Tell(const QString &title, const QString &text) {
     return;
   }
   if (m_notifications == nullptr) m_notifications = new TDesktopNotifications(this);
-  m_notifications->Show({.title = title, .text = text, .clicked = [this] { Q_EMIT MessageClicked(); }});
+  m_notifications->Show({.title = title,
+                         .text = text,
+                         .clicked = [this] { Q_EMIT MessageClicked(); },
+                         .failed = [this] { Q_EMIT NotTold(); }});
 }

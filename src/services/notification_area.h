@@ -26,6 +26,8 @@ class TNotificationArea : public QObject {
   // It was clicked, on a desktop that tells of nothing else: a double click is two of these.
   void Clicked();
   void MessageClicked();
+  // Nobody on this desktop shows messages: the last one was lost.
+  void NotTold();
 };
 
 // The real one, with the program's icon in it for as long as the object lives, whenever the desktop has an area, be it

@@ -63,6 +63,7 @@ void TTrayIcon::Apply() {
   connect(m_area.get(), &TNotificationArea::Activated, this, &TTrayIcon::Toggle);
   connect(m_area.get(), &TNotificationArea::Clicked, this, &TTrayIcon::TakeClick);
   connect(m_area.get(), &TNotificationArea::MessageClicked, this, &TTrayIcon::BringBack);
+  connect(m_area.get(), &TNotificationArea::NotTold, this, &TTrayIcon::BringBack);
   m_isMinimized ? TakeMinimized() : TakeRestored();
   if (m_window->isVisible() && !m_area->IsThere()) Q_EMIT Note(m_language.Text("MAIN", "TrayMissing"));
 }

@@ -212,16 +212,23 @@ class TestTrayIcon final : public QObject, private TTabsFixture {
     QVERIFY(!area.IsThere());
     bus.send(QDBusMessage::createSignal(u"/StatusNotifierWatcher"_s, watcher, u"StatusNotifierHostRegistered"_s));
     QTRY_VERIFY(area.IsThere());
+    const QSignalSpy lost(&area, &TNotificationArea::NotTold);
+    area.Tell(u"title"_s, u"text"_s);
+    QTRY_COMPARE(lost.size(), 1);
   }
 
   void Messages() {
     MakeTray(true);
     m_tray->Say(u"Zarvela"_s, u"nobody waits"_s);
-    Go(ByIcon);
-    m_tray->Say(u"Zarvela"_s, u"a.zip"_s);
-    QCOMPARE(m_desktop.told, QStringList(u"Zarvela|a.zip"_s));
-    Q_EMIT m_desktop.icon->MessageClicked();
-    QVERIFY(window->isVisible() && !window->isMinimized());
+    // Where nobody shows one the window says by itself that there is something.
+    for (const auto outcome : {&TNotificationArea::MessageClicked, &TNotificationArea::NotTold}) {
+      Go(ByIcon);
+      m_tray->Say(u"Zarvela"_s, u"a.zip"_s);
+      QCOMPARE(m_desktop.told, QStringList(u"Zarvela|a.zip"_s));
+      m_desktop.told.clear();
+      Q_EMIT(m_desktop.icon->*outcome)();
+      QVERIFY(window->isVisible() && !window->isMinimized());
+    }
   }
 
   void OtherWindowsGoAlong() {
