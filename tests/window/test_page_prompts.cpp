@@ -324,6 +324,13 @@ class TestPagePrompts final : public QObject {
   }
   void permissionIsChanged() {
     QFETCH(TPermissionDecision, decision);
+    // Others hear of it too, and none is woken up by that.
+    QWebEnginePage unused(m_profile.get());
+    QWebEnginePage asleep(m_profile.get());
+    const TPagePrompts ofUnused(&unused, m_sheet, m_window.get(), m_language);
+    const TPagePrompts ofAsleep(&asleep, m_sheet, m_window.get(), m_language);
+    Load(u"/page"_s, asleep);
+    asleep.setLifecycleState(QWebEnginePage::LifecycleState::Discarded);
     const auto before = decision == TPermissionDecision::Allowed ? u"cmdNever"_s : u"cmdAllow"_s;
     Load(u"/page"_s);
     QVERIFY(m_prompts->SitePermissions(nullptr).isEmpty());
@@ -345,6 +352,7 @@ class TestPagePrompts final : public QObject {
     QTRY_VERIFY_WITH_TIMEOUT(m_prompts->Bar()->isVisible() || !Answer(*m_page).isEmpty(), LongWait);
     QCOMPARE(Answer(*m_page), answer);
     QCOMPARE(m_prompts->SitePermissions(list.get()).isEmpty(), decision == TPermissionDecision::Ask);
+    QCOMPARE(asleep.lifecycleState(), QWebEnginePage::LifecycleState::Discarded);
   }
 
   // What a site asks from within another one's page can be looked at there, too.
