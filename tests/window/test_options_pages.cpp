@@ -1,3 +1,4 @@
+#include <QColorDialog>
 #include <QLabel>
 #include <QRadioButton>
 #include <QScreen>
@@ -55,7 +56,21 @@ class TestOptionsPages final : public QObject, private TOptionsFixture {
     QCOMPARE(swatch("pnlFontColor"), strip.palette().color(QPalette::WindowText));
     OK();
     QVERIFY(!settings->IsChosen(Setting::InactiveTabColor));
-    settings->Set(Setting::InactiveTabColor, 0x102030);
+    for (const bool isAccepted : {false, true}) {
+      Open();
+      const QColor before = swatch("pnlTabColor");
+      OnModalDialog<QColorDialog>([&](QColorDialog &dialog) {
+        QCOMPARE(dialog.currentColor(), before);
+        dialog.setCurrentColor(QColor(0x10, 0x20, 0x30));
+        isAccepted ? dialog.accept() : dialog.reject();
+      });
+      Part(u"btnGetTabColor"_s).click();
+      QCOMPARE(swatch("pnlTabColor"), isAccepted ? QColor(0x10, 0x20, 0x30) : before);
+      OK();
+      QCOMPARE(settings->IsChosen(Setting::InactiveTabColor), isAccepted);
+      QCOMPARE(settings->IsChosen(Setting::InactiveFontColor), isAccepted);
+    }
+    QCOMPARE(settings->Get(Setting::InactiveTabColor), 0x102030);
     Open();
     QVERIFY(Part<QWidget>(u"pnlCustomColors"_s).isVisibleTo(&Part<QWidget>(u"tsColors"_s)));
     QCOMPARE(Part<TZVPageControl>(u"pg"_s).InactiveTabColor(), QColor(0x10, 0x20, 0x30));
