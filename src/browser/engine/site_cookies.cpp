@@ -24,11 +24,12 @@ QByteArray KeyOf(const QNetworkCookie &cookie) {
 
 void TSiteCookies::Watch(QWebEngineProfile &profile) {
   m_decisions = &TPermissionDecisions::Of(profile);
-  connect(m_decisions, &TPermissionDecisions::Changed, this, [this](const QUrl &site, TPermission permission) {
-    if (permission != TPermission::StoredCookies && permission != TPermission::SessionCookies) return;
-    Learn(site);
-    if (!IsAllowed(m_decisions->Find(site, permission))) CheckAll();
-  });
+  connect(m_decisions, &TPermissionDecisions::Changed, this,
+          [this](const QUrl &site, TPermission permission, TPermissionDecision decision) {
+            if (permission != TPermission::StoredCookies && permission != TPermission::SessionCookies) return;
+            Learn(site);
+            if (!IsAllowed(decision)) CheckAll();
+          });
   m_store = profile.cookieStore();
   m_store->setCookieFilter([this](const QWebEngineCookieStore::FilterRequest &request) {
     NoteAsked(request.origin);

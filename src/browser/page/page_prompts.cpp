@@ -183,10 +183,8 @@ void TPagePrompts::FinishPermission(TPermissionDecision decision) {
   AskNextPermission();
 }
 
-void TPagePrompts::FollowDecision(const QUrl &site, TPermission permission) {
-  if (TPermissionRequests::IsKept(permission)) {
-    m_requests->Settle(site, permission, AllowedBy(m_decisions.Find(site, permission)));
-  }
+void TPagePrompts::FollowDecision(const QUrl &site, TPermission permission, TPermissionDecision decision) {
+  m_requests->Settle(site, permission, AllowedBy(decision));
   if (m_permissionRequests.isEmpty()) return;
   // The same page in other tabs has asked as well, and one question may be of several permissions.
   const auto isOpen = [this](const TPermissionRequest &request) {

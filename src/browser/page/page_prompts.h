@@ -63,8 +63,8 @@ class TPagePrompts final : public QObject {
   void Answer(const TPermissionRequest &request, TPermissionAnswer answer);
   void AskNextPermission();
   void FinishPermission(TPermissionDecision decision);
-  // Something else has decided: the engine is told, and what waits for it here is answered.
-  void FollowDecision(const QUrl &site, TPermission permission);
+  // Decided here or elsewhere: the engine is told, and what waits for it here is answered.
+  void FollowDecision(const QUrl &site, TPermission permission, TPermissionDecision decision);
   void ForgetPermissionRequests();
   void SignIn(const QUrl &url, const QString &proxyHost, QAuthenticator *authenticator);
   // Asks the user in the page's own place, once more when `refusedUser` was not let in.

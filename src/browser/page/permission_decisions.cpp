@@ -86,14 +86,14 @@ TPermissionDecision TPermissionDecisions::Find(const QUrl &origin, TPermission p
 void TPermissionDecisions::Remember(const QUrl &origin, TPermission permission, TPermissionDecision decision) {
   const QList<TPermission> parts = PartsOf(permission);
   for (const TPermission part : parts) RememberOne(SiteOf(origin), part, decision);
-  for (const TPermission part : parts) Q_EMIT Changed(QUrl(SiteOf(origin)), part);
+  for (const TPermission part : parts) Q_EMIT Changed(QUrl(SiteOf(origin)), part, decision);
 }
 
 void TPermissionDecisions::ForgetAll() {
   const QList<TDecided> all = All();
   m_ofThisRun.clear();
   if (m_store != nullptr) m_store->DeleteKey(Hive, Key);
-  for (const TDecided &one : all) Q_EMIT Changed(one.site, one.permission);
+  for (const TDecided &one : all) Q_EMIT Changed(one.site, one.permission, TPermissionDecision::Ask);
 }
 
 QList<TPermissionDecisions::TDecided> TPermissionDecisions::All() const {

@@ -57,7 +57,7 @@ class TPermissionDecisions final : public QObject {
 
  Q_SIGNALS:
   // One permission of one site is decided anew, or not any more.
-  void Changed(const QUrl &site, TPermission permission);
+  void Changed(const QUrl &site, TPermission permission, TPermissionDecision decision);
 
  private:
   using QObject::QObject;

@@ -53,10 +53,6 @@ std::optional<TEngineType> KeptTypeOf(TPermission permission) {
 
 }  // namespace
 
-bool TPermissionRequests::IsKept(TPermission permission) {
-  return KeptTypeOf(permission).has_value();
-}
-
 #if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
 
 TPermissionRequests::TPermissionRequests(QWebEnginePage *page) : QObject(page), m_page(page) {

@@ -46,8 +46,6 @@ class TPermissionRequests final : public QObject {
   // Belongs to `page`.
   explicit TPermissionRequests(QWebEnginePage *page);
 
-  // Whether the engine remembers by itself what it was answered.
-  [[nodiscard]] static bool IsKept(TPermission permission);
   // What pages at `origin` are told of a permission without anybody being asked; std::nullopt for "ask". Does nothing
   // for permissions that the engine asks about each time.
   void Settle(const QUrl &origin, TPermission permission, std::optional<bool> allowed);
