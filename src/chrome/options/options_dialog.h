@@ -131,7 +131,7 @@ class TfrmOptions final : public QDialog {
   int m_autoRefresh = 0;               // the row that was chosen at first
   QString m_homePage;                  // what stood in its box then
   QCheckBox *m_linksBox = nullptr;
-  bool m_showsLinks = false;  // as it was then
+  bool m_showsLinks = false;  // whether the bar was there at first
   bool m_hasColors = false;   // somebody has chosen some
   QSet<QWidget *> m_marked;   // what a search has found
 };
